@@ -1,0 +1,78 @@
+// HashConvert: the table of one code page in one direction.
+#ifndef SUPPORT_HASH_CONVERT_H_
+#define SUPPORT_HASH_CONVERT_H_
+
+#include <cstdint>
+
+#include "support/log_base.h"
+
+// A hash map from two-byte keys to one- or two-byte values, beside a 256-entry array for single
+// bytes and an ASCII flag. One thread builds a map; once published it is only read, by any number
+// of threads.
+class HashConvert {
+ public:
+  // One direct bucket. A bucket whose two key bytes are both zero is empty, so the key 00 00 is
+  // never found through a bucket.
+  struct Bucket {
+    unsigned char key[2];
+    unsigned char value[2];
+    unsigned char isOneByte;  // nonzero: the value is value[0] alone
+  };
+  static_assert(sizeof(Bucket) == 5);
+
+  // A new empty map, or null when memory is short. codePage is only a label. The caller owns it
+  // and destroys it with delete.
+  static HashConvert* createNewObject(int codePage);
+  virtual ~HashConvert();
+  HashConvert(const HashConvert&) = delete;
+  HashConvert& operator=(const HashConvert&) = delete;
+
+  // Sizes the map with that many direct buckets (> 0; the tables use primes). Call once, before
+  // anything else. When memory is short the map has one bucket that holds nothing, and inserts
+  // are dropped and latched in hasFailed().
+  void hcInitialize(int size);
+
+  // Adds an entry. lengthCode is 21 (two-byte key, one-byte value) or 22 (two and two); any other
+  // code adds nothing. The key must not be present.
+  void hcInsert(const unsigned char* key, const unsigned char* value, int lengthCode, LogBase& log);
+  // Removes the entry of a two-byte key; an absent key is ignored.
+  void hcRemove(const unsigned char* key);
+  // On a hit copies the value (at most 2 bytes) into out and sets outLength to 1 or 2; on a miss
+  // sets outLength to 0. Finds every key, in its bucket or displaced.
+  void hcLookup(const unsigned char* key, unsigned char* out, int& outLength) const;
+  // Fills dest (created and initialised) with the reverse of this from-Unicode map: one-byte values
+  // go into its single-byte array, two-byte values into its hash; the ASCII flag is carried over.
+  // Where two keys share a value the one outside U+E000..U+F8FF wins, then the lower.
+  void hcBuildReverse(HashConvert& dest, LogBase& log) const;
+
+  // The ASCII flag: bytes 00 to 7F and units U+0000 to U+007F map to themselves and are not stored.
+  bool get_IsLowerAscii() const { return m_isLowerAscii; }
+  void put_IsLowerAscii(bool isLowerAscii) { m_isLowerAscii = isLowerAscii; }
+
+  // True once an entry was lost for lack of memory.
+  bool hasFailed() const { return m_failed; }
+
+  // The bucket of a key; the converters compute it to probe m_buckets without a call.
+  std::uint32_t bucketOf(const unsigned char* key) const {
+    return (key[0] + 256u * key[1]) % m_bucketCount;
+  }
+
+  // Read directly by the converters, written by the table builders, in this order.
+  std::uint32_t m_bucketCount = 0;
+  Bucket* m_buckets = nullptr;
+  std::uint8_t m_overflow =
+      0;  // nonzero: keys may have been removed, an empty bucket proves nothing
+  std::int32_t m_tableKind = 0;           // 1: from Unicode, 2: to Unicode
+  std::uint16_t m_singleBytes[256] = {};  // to Unicode: unit of each single byte, 0: unmapped
+
+ private:
+  explicit HashConvert(int codePage) : m_codePage(codePage) {}
+
+  struct Displaced;  // entries whose bucket belongs to another key
+  Displaced* m_displaced = nullptr;
+  int m_codePage;
+  bool m_isLowerAscii = false;
+  bool m_failed = false;
+};
+
+#endif  // SUPPORT_HASH_CONVERT_H_
