@@ -1,0 +1,51 @@
+#!/bin/sh
+# Installs what is missing from Debian's packages. Does nothing when everything is there.
+#
+#   scripts/setup.sh [build|test|check|all]...
+#
+# build: the library and the tool; test: their tests as well; check: the formatter that CI asks for;
+# all: also what the other scripts and the optional targets use (fuzzing, coverage, benchmarks).
+set -eu
+
+build="g++ cmake ninja-build libbz2-dev libcli11-dev"
+test="$build libgtest-dev"
+check="clang-format"
+all="$test $check ccache clang clang-tidy cppcheck libbenchmark-dev libicu-dev libuchardet-dev
+     doxygen gcovr valgrind nkf bzip2 python3"
+
+wanted=""
+for group in "${@:-build}"; do
+  case $group in
+    build) wanted="$wanted $build" ;;
+    test) wanted="$wanted $test" ;;
+    check) wanted="$wanted $check" ;;
+    all) wanted="$wanted $all" ;;
+    *)
+      echo "setup.sh: unknown group '$group'; known are build, test, check and all" >&2
+      exit 2
+      ;;
+  esac
+done
+
+missing=""
+for package in $wanted; do
+  state=$(dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null || true)
+  [ "$state" = installed ] || missing="$missing $package"
+done
+[ -n "$missing" ] || exit 0
+
+as_root=""
+if [ "$(id -u)" -ne 0 ]; then
+  if ! command -v sudo >/dev/null; then
+    echo "setup.sh: run this as root, or install sudo; missing are:$missing" >&2
+    exit 1
+  fi
+  as_root=sudo
+fi
+
+echo "Installing:$missing"
+export DEBIAN_FRONTEND=noninteractive
+$as_root apt-get update -q
+# Word splitting is meant: one argument a package.
+# shellcheck disable=SC2086
+$as_root apt-get install -q -y --no-install-recommends $missing

@@ -1,0 +1,16 @@
+#!/bin/sh
+# Builds everything and runs all tests.
+#
+#   scripts/test.sh [PRESET [CMAKE-ARGUMENT...]]
+#
+# PRESET is one of CMakePresets.json: release when none is given.
+set -eu
+cd "$(dirname "$0")/.."
+
+preset=${1:-release}
+[ $# -eq 0 ] || shift
+
+scripts/setup.sh test
+cmake --preset "$preset" "$@"
+cmake --build --preset "$preset"
+ctest --preset "$preset" --parallel "$(nproc)"
