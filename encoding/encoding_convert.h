@@ -127,6 +127,20 @@ class EncodingConvert {
                                    LogBase& log);
   unsigned int handleErrorFromUnknown(const unsigned char* character, DataBuffer& out,
                                       LogBase& log);
+  // The pieces that the handlers are made of: the pass-through escape in front of what is written
+  // into a pivot; what actions 1, 2 and 7 write; the nested conversion of action 6.
+  void appendEscape(int count, DataBuffer& out) const;
+  void appendSubstitution(const unsigned char* bytes, int count, int hexEscapeCount,
+                          DataBuffer& out) const;
+  void convertAlternate(int fromCodePage, const unsigned char* bytes, unsigned int count,
+                        DataBuffer& out, LogBase& log);
+  // What the encoder writes for a unit that its table lacks, and the unit put back into the source
+  // code page, which some actions write in the second leg of a pivot.
+  void handleUnmappableUnit(const unsigned char* unit, DataBuffer& out, LogBase& log);
+  void reencodeUnit(const unsigned char* unit, DataBuffer& target, LogBase& log);
+  // Tells the observer, if there is one, of length bytes at piece in a leg's input at begin.
+  void reportUnconvertible(ConversionLeg leg, const unsigned char* begin,
+                           const unsigned char* piece, unsigned int length);
   // Two upper-case hexadecimal digits for each byte.
   static void appendHexData(const unsigned char* bytes, int count, DataBuffer& out);
 

@@ -50,7 +50,7 @@ bool DataBuffer::appendSlow(const void* data, unsigned int count) {
 void DataBuffer::release() {
   if (!m_borrowed) delete[] m_data;
   m_data = nullptr;
-  m_size = m_capacity = 0;
+  m_size = m_capacity = m_asciiPrefix = 0;
   m_borrowed = false;
 }
 
@@ -65,24 +65,30 @@ void DataBuffer::takeData(unsigned char* data, unsigned int count) {
   if (data != m_data || m_borrowed) release();
   m_data = data;
   m_size = m_capacity = count;
+  m_asciiPrefix = 0;
   m_borrowed = false;
 }
 
 void DataBuffer::drop_non_usascii() {
-  const unsigned char* const end = m_data + m_size;
   const auto isHigh = [](unsigned char byte) { return byte >= 0x80; };
-  if (std::find_if<const unsigned char*>(m_data, end, isHigh) == end) return;
-  if (m_borrowed && !grow(0)) return;
-  m_size = static_cast<unsigned int>(std::remove_if(m_data, m_data + m_size, isHigh) - m_data);
+  const bool allAscii =
+      std::find_if(m_data + m_asciiPrefix, m_data + m_size, isHigh) == m_data + m_size;
+  if (!allAscii) {
+    if (m_borrowed && !grow(0)) return;
+    const unsigned char* end = std::remove_if(m_data + m_asciiPrefix, m_data + m_size, isHigh);
+    m_size = static_cast<unsigned int>(end - m_data);
+  }
+  m_asciiPrefix = m_size;
 }
 
 void DataBuffer::clear() {
   if (m_borrowed) release();
-  m_size = 0;
+  m_size = m_asciiPrefix = 0;
   m_failed = false;
 }
 
 void DataBuffer::truncate(unsigned int size) {
   m_size = std::min(m_size, size);
+  m_asciiPrefix = std::min(m_asciiPrefix, size);
   if (m_borrowed) m_capacity = m_size;
 }

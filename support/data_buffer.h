@@ -87,6 +87,9 @@ class DataBuffer {
   // Writable bytes at m_data, never below m_size; for a borrowed view equal to m_size, so that
   // every change takes the slow path, which copies.
   unsigned int m_capacity = 0;
+  // The first bytes known to be below 0x80, so that repeated calls of drop_non_usascii stay linear
+  // in what was appended between them.
+  unsigned int m_asciiPrefix = 0;
   bool m_borrowed = false;
   bool m_failed = false;
 };

@@ -1,0 +1,162 @@
+// Table-driven encoding from UTF-16 little endian: the plain loop.
+#include <climits>
+
+#include "encoding/encoding_convert.h"
+#include "encoding/staging.h"
+#include "encoding/tables/code_pages.h"
+#include "encoding/vietnamese.h"
+#include "support/zv_base.h"
+
+namespace {
+
+constexpr unsigned int kMaxPassThroughBytes = 5;
+constexpr int kVietnamese = 1258;
+
+// The bytes of a unit, their number as the result (0: none). Probes the direct bucket first and
+// calls only when another key sits there or keys were removed.
+int probe(const HashConvert& table, const unsigned char* unit, unsigned char* bytes) {
+  int length = 0;
+  const HashConvert::Bucket& bucket = table.m_buckets[table.bucketOf(unit)];
+  if (bucket.key[0] == 0 && bucket.key[1] == 0) {
+    if (table.m_overflow != 0) table.hcLookup(unit, bytes, length);
+  } else if (bucket.key[0] == unit[0] && bucket.key[1] == unit[1]) {
+    bytes[0] = bucket.value[0];
+    bytes[1] = bucket.value[1];
+    length = bucket.isOneByte != 0 ? 1 : 2;
+  } else {
+    table.hcLookup(unit, bytes, length);
+  }
+  return length;
+}
+
+// ISO-8859-6 and Windows-1256 have no Arabic digits of their own; they come out as ASCII digits.
+bool foldsArabicDigits(int codePage) { return codePage == 28596 || codePage == 1256; }
+
+void foldArabicDigits(unsigned char* utf16, unsigned int length) {
+  for (unsigned int i = 0; i + 1 < length; i += 2) {
+    const unsigned char low = utf16[i];
+    if (utf16[i + 1] != 0x06) continue;
+    const bool arabicIndic = low >= 0x60 && low <= 0x69;
+    const bool extended = low >= 0xF0 && low <= 0xF9;
+    if (!arabicIndic && !extended) continue;
+    utf16[i] = static_cast<unsigned char>(0x30 + (low & 0x0F));
+    utf16[i + 1] = 0;
+  }
+}
+
+}  // namespace
+
+bool EncodingConvert::convertFromUnicodeHC(int toCodePage, const unsigned char* data,
+                                           unsigned int inDataLen, DataBuffer& out, LogBase& log) {
+  if (data == nullptr || inDataLen == 0) return true;
+  LogContextExitor context(log, "convertFromUnicodeHC", log.m_verboseLogging != 0);
+  if (log.m_verboseLogging != 0) {
+    log.LogDataLong("toCodePage", toCodePage);
+    log.LogDataLong("inDataLen", static_cast<int>(inDataLen));
+    log.LogDataLong("isLittleEndian", zvIsLittleEndian() ? 1 : 0);
+  }
+  ensureHashFromUnicode(toCodePage, log);  // a table that could not be made leaves the slot null
+  const CodePageRow* row = findCodePageRow(toCodePage);
+  if (row == nullptr || !row->isDispatched) return false;
+  HashConvert* table = tableSlots(*row).fromUnicode.load(std::memory_order_acquire);
+  if (!foldsArabicDigits(toCodePage)) {
+    return convertFromUnicodeHC2(table, data, inDataLen, out, log);
+  }
+  unsigned char* copy = zvNewUnsignedChar(inDataLen);
+  if (copy == nullptr) return false;
+  DataBuffer folded;
+  folded.takeData(copy, inDataLen);
+  std::memcpy(copy, data, inDataLen);
+  foldArabicDigits(copy, inDataLen);
+  return convertFromUnicodeHC2(table, copy, inDataLen, out, log);
+}
+
+bool EncodingConvert::convertFromUnicodeHC2(HashConvert* table, const unsigned char* data,
+                                            unsigned int len, DataBuffer& out, LogBase& log) {
+  if (table == nullptr) return false;
+  if (data == nullptr || len == 0) return true;
+  const unsigned int evenLength = len & ~1u;
+  if (evenLength == 0) return false;
+  const bool isLowerAscii = table->get_IsLowerAscii();
+  bool result = true;
+  Staging<512> staged(out);
+  unsigned int i = 0;
+  // After a pass-through escape i may be odd; a last single byte is no unit.
+  while (evenLength - i >= 2) {
+    const unsigned char* p = data + i;
+    if (m_pivotFromUtf16 && evenLength - i >= 3 && p[0] == 0xFD && p[1] == 0xEF) {
+      const unsigned int count = p[2];
+      if (count > kMaxPassThroughBytes) {
+        i += 2;
+        continue;
+      }
+      i += 3;
+      if (evenLength - i >= count) {
+        staged.flush();
+        out.append(data + i, count);
+        i += count;
+      }
+      continue;
+    }
+    i += 2;
+    const unsigned int unit = p[0] | (p[1] << 8);
+    if (isLowerAscii && unit < 0x80) {
+      staged.put(p[0]);
+      continue;
+    }
+    unsigned char bytes[2];
+    const int length = probe(*table, p, bytes);
+    if (length == 1) {
+      staged.put(bytes[0]);
+    } else if (length == 2) {
+      staged.put(bytes[0], bytes[1]);
+    } else if (unit == 0) {
+      staged.put(0);
+    } else if (const VietnameseDecomposition* letter =
+                   m_toCodePage == kVietnamese ? findVietnameseDecomposition(unit) : nullptr) {
+      staged.put(letter->base, letter->mark);
+    } else {
+      staged.flush();
+      m_foundErrors = true;
+      result = false;
+      handleUnmappableUnit(p, out, log);
+      reportUnconvertible(ConversionLeg::kEncode, data, p, 2);
+    }
+  }
+  return result;
+}
+
+void EncodingConvert::handleUnmappableUnit(const unsigned char* unit, DataBuffer& out,
+                                           LogBase& log) {
+  if (m_errorAction == 0) return;
+  if (m_pivotFromUtf16 && m_errorAction == 1) {
+    if (m_defBytesLen > 0) out.append(m_defBytes, static_cast<unsigned int>(m_defBytesLen));
+  } else if (m_pivotFromUtf16 && m_errorAction == 2) {
+    DataBuffer bytes;
+    reencodeUnit(unit, bytes, log);
+    if (bytes.hasFailed()) out.latchFailure();
+    if (bytes.getSize() == 0) return;
+    out.append("&#x", 3);
+    appendHexData(bytes.getData2(), static_cast<int>(bytes.getSize()), out);
+    out.appendChar(';');
+  } else if (m_pivotFromUtf16 && m_errorAction == 7) {
+    reencodeUnit(unit, out, log);
+  } else {
+    handleErrorFromUnicode(unit, out, log);
+  }
+}
+
+void EncodingConvert::reencodeUnit(const unsigned char* unit, DataBuffer& target, LogBase& log) {
+  const std::int32_t action = m_errorAction;
+  const std::int32_t from = m_fromCodePage;
+  const std::int32_t to = m_toCodePage;
+  ConversionObserver* const observer = m_observer;
+  m_errorAction = 0;  // a unit that has no place in the source either is dropped
+  m_observer = nullptr;
+  convert_a(1200, m_fromCodePage, unit, 2, target, log);
+  // The pivot flags stay as the nested conversion left them.
+  m_errorAction = action;
+  m_fromCodePage = from;
+  m_toCodePage = to;
+  m_observer = observer;
+}

@@ -1,0 +1,185 @@
+// The front end: settings, and the dispatch that settles the cases that need no table.
+#include "encoding/encoding_convert.h"
+
+#include <climits>
+
+#include "encoding/mac_arabic.h"
+#include "encoding/special_code_pages.h"
+#include "support/japanese.h"
+#include "support/korean.h"
+#include "support/zv_base.h"
+#include "support/zv_utf.h"
+
+bool g_allow_4byte_utf8 = true;
+
+EncodingConvert::EncodingConvert()
+    : m_allow4ByteUtf8(true),
+      m_errorAction(0),
+      m_altDestCodepage(0),
+      m_defBytesLen(0),
+      m_defBytes{},
+      m_fromCodePage(0),
+      m_toCodePage(0),
+      m_pivotToUtf16(false),
+      m_pivotFromUtf16(false),
+      m_foundErrors(false),
+      m_observer(nullptr) {}
+
+EncodingConvert::~EncodingConvert() = default;
+
+void EncodingConvert::setErrorAction(int action) { m_errorAction = action; }
+
+void EncodingConvert::setAltDestCodepage(int codePage) { m_altDestCodepage = codePage; }
+
+namespace {
+
+// One conversion as EncConvert was asked for it, with the code pages resolved.
+struct Request {
+  int from;
+  int to;
+  const unsigned char* data;
+  unsigned int length;
+  DataBuffer& out;
+  LogBase& log;
+};
+
+bool isPdf(const unsigned char* data, unsigned int length) {
+  return length >= 7 && zvStrNCmp(reinterpret_cast<const char*>(data), "%PDF-1", 6) == 0;
+}
+
+bool isRefused(int codePage) { return codePage < 100 && codePage != 37; }
+
+// Converts to an intermediate code page. A leg that fails, or whose output is incomplete for lack
+// of memory, is recorded as an error of the conversion.
+bool runLeg(EncodingConvert& converter, const Request& request, int to, DataBuffer& scratch) {
+  const bool ok =
+      converter.convert_a(request.from, to, request.data, request.length, scratch, request.log) &&
+      !scratch.hasFailed();
+  if (!ok) converter.m_foundErrors = true;
+  return ok;
+}
+
+bool fromIso2022Jp(EncodingConvert& converter, const Request& request) {
+  if (request.log.m_verboseLogging != 0) request.log.LogInfo("Converting from iso-2022-*");
+  if (request.length > INT_MAX) return false;
+  DataBuffer shiftJis;
+  Japanese().Iso2022ToShiftJis(request.data, static_cast<int>(request.length), shiftJis,
+                               request.log);
+  if (shiftJis.hasFailed()) return false;
+  if (shiftJis.getSize() == 0) return true;
+  if (request.to == kShiftJis) return request.out.append(shiftJis);
+  return converter.EncConvert(kShiftJis, request.to, shiftJis.getData2(), shiftJis.getSize(),
+                              request.out, request.log);
+}
+
+bool fromIso2022Kr(EncodingConvert& converter, const Request& request) {
+  if (request.length > INT_MAX) return false;
+  DataBuffer korean;
+  Korean().Iso2022ToKsc(request.data, static_cast<int>(request.length), korean);
+  if (korean.hasFailed()) return false;
+  if (korean.getSize() == 0) return true;
+  return converter.EncConvert(kKorean, request.to, korean.getData2(), korean.getSize(), request.out,
+                              request.log);
+}
+
+bool toUtf7(EncodingConvert& converter, const Request& request) {
+  DataBuffer utf16;
+  if (!runLeg(converter, request, zvIsLittleEndian() ? kUtf16Le : kUtf16Be, utf16)) return false;
+  return _zvUtf::Utf16XEToUtf7(utf16, request.out);
+}
+
+bool toUtf32(EncodingConvert& converter, const Request& request) {
+  DataBuffer utf8;
+  if (request.from == kUtf8) {
+    utf8.borrowData(request.data, request.length);
+  } else if (!runLeg(converter, request, kUtf8, utf8)) {
+    return false;
+  }
+  return _zvUtf::Utf8toUtf32(isUtf32Be(request.to), utf8, request.out);
+}
+
+// A partial result counts as success: m_foundErrors tells the difference.
+bool toUtf16Be(EncodingConvert& converter, const Request& request) {
+  converter.m_toCodePage = kUtf16Le;
+  DataBuffer utf16;
+  runLeg(converter, request, kUtf16Le, utf16);
+  if (utf16.hasFailed()) return false;
+  const unsigned int even = utf16.getSize() & ~1u;
+  if (even == 0 || utf16.getData2() == nullptr) return true;
+  DataBuffer swapped;
+  if (!swapUnits(utf16.getData2(), even, swapped)) return false;
+  return request.out.append(swapped);
+}
+
+// The result is that of the conversion into the double-byte code page; what it could convert is
+// written all the same.
+template <typename Encode>
+bool toIso2022(EncodingConvert& converter, const Request& request, int doubleByte, Encode encode) {
+  DataBuffer scratch;
+  const bool ok = runLeg(converter, request, doubleByte, scratch);
+  if (scratch.hasFailed() || scratch.getSize() > INT_MAX) return false;
+  if (scratch.getSize() != 0) encode(scratch.getData2(), static_cast<int>(scratch.getSize()));
+  return ok;
+}
+
+bool convertResolved(EncodingConvert& converter, const Request& request) {
+  if (isIso2022Jp(request.from)) return fromIso2022Jp(converter, request);
+  if (request.from == kIso2022Kr) return fromIso2022Kr(converter, request);
+
+  converter.m_pivotFromUtf16 = false;
+  converter.m_fromCodePage = request.from;
+  converter.m_toCodePage = request.to;
+  if (request.to == kUtf7) return toUtf7(converter, request);
+  if (isUtf32(request.to)) return toUtf32(converter, request);
+  if (request.to == kUtf16Be) return toUtf16Be(converter, request);
+  if (isIso2022Jp(request.to)) {
+    return toIso2022(converter, request, kShiftJis, [&](const unsigned char* data, int length) {
+      Japanese().ShiftJisToIso2022(data, length, request.out, request.log);
+    });
+  }
+  if (request.to == kIso2022Kr) {
+    return toIso2022(converter, request, kKorean, [&](const unsigned char* data, int length) {
+      Korean().KscToIso2022(data, length, request.out);
+    });
+  }
+  return converter.convert_a(request.from, request.to, request.data, request.length, request.out,
+                             request.log);
+}
+
+// Everything behind the PDF test.
+bool dispatch(EncodingConvert& converter, Request request) {
+  LogContextExitor context(request.log, "EncConvert", request.log.m_verboseLogging != 0);
+  if (request.log.m_verboseLogging != 0) {
+    request.log.LogDataLong("fromCodePage", request.from);
+    request.log.LogDataLong("toCodePage", request.to);
+  }
+  if (request.to == 0) request.to = request.from;
+  if (request.from == 0) request.from = request.to;
+  if (request.from == request.to) {
+    request.out.append(request.data, request.length);
+    return true;
+  }
+  if (isRefused(request.from) || isRefused(request.to)) return false;
+  if (request.from != kMacArabic) return convertResolved(converter, request);
+
+  unsigned char* copy = zvNewUnsignedChar(request.length);
+  if (copy == nullptr) return false;
+  DataBuffer rewritten;
+  rewritten.takeData(copy, request.length);
+  std::memcpy(copy, request.data, request.length);
+  StringBuffer run;
+  if (!rewriteMacArabic(copy, request.length, run)) return false;
+  request.data = copy;
+  return convertResolved(converter, request);
+}
+
+}  // namespace
+
+bool EncodingConvert::EncConvert(int fromCodePage, int toCodePage, const unsigned char* data,
+                                 unsigned int length, DataBuffer& out, LogBase& log) {
+  m_foundErrors = false;
+  if (data == nullptr || length == 0) return true;
+  if (isPdf(data, length)) return out.append(data, length);
+  // The loops do not test their appends; a hole in the output is found here.
+  return dispatch(*this, {fromCodePage, toCodePage, data, length, out, log}) && !out.hasFailed();
+}

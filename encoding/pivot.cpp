@@ -1,0 +1,266 @@
+// convert_a: byte order marks, direct pairs, and the pivot through UTF-16 little endian.
+#include <algorithm>
+#include <cstdint>
+
+#include "encoding/encoding_convert.h"
+#include "encoding/special_code_pages.h"
+#include "support/zv_base.h"
+#include "support/zv_utf.h"
+
+bool swapUnits(const unsigned char* data, unsigned int length, DataBuffer& swapped,
+               unsigned int unitSize) {
+  if (length > 0xFFFFFFFFu - 4) return false;
+  unsigned char* copy = zvNewUnsignedChar(length + 4);
+  if (copy == nullptr) return false;
+  swapped.takeData(copy, length);
+  for (unsigned int i = 0; i < length; i += unitSize) {
+    std::reverse_copy(data + i, data + i + unitSize, copy + i);
+  }
+  return true;
+}
+
+namespace {
+
+// One conversion on its way through convert_a. The source changes as it is normalised.
+struct Conversion {
+  EncodingConvert& converter;
+  int from;
+  int to;
+  const unsigned char* data;
+  unsigned int length;
+  DataBuffer& out;
+  LogBase& log;
+  bool bigEndian = false;  // UTF-16 and UTF-32 sources
+
+  void skip(unsigned int count) {
+    data += count;
+    length -= count;
+  }
+  void setSource(int codePage, const DataBuffer& buffer) {
+    from = codePage;
+    data = buffer.getData2();
+    length = buffer.getSize();
+  }
+  void setPivotFlags(bool toUtf16, bool fromUtf16) const {
+    converter.m_pivotToUtf16 = toUtf16;
+    converter.m_pivotFromUtf16 = fromUtf16;
+  }
+  void info(const char* message) const {
+    if (log.m_verboseLogging != 0) log.LogInfo(message);
+  }
+};
+
+// Room for size bytes in a buffer; a size without a 32-bit form fails like a failed allocation.
+bool makeRoom(DataBuffer& buffer, std::uint64_t size) {
+  if (size <= 0xFFFFFFFFu) return buffer.ensureBuffer(static_cast<unsigned int>(size));
+  buffer.latchFailure();
+  return false;
+}
+
+// What a leg needs that makes UTF-16 of single bytes, or single bytes of UTF-16.
+std::uint64_t doubled(unsigned int length) { return std::uint64_t{length} * 2; }
+std::uint64_t halved(unsigned int length) { return std::uint64_t{length} / 2 + 4; }
+
+bool startsWith(const Conversion& c, std::initializer_list<unsigned char> mark) {
+  return c.length >= mark.size() && std::equal(mark.begin(), mark.end(), c.data);
+}
+
+// A 1201 source that is marked as little endian stays a 1201 source that nothing swaps, and so ends
+// as a code page without a table.
+void stripByteOrderMark(Conversion& c) {
+  if (c.from == kUtf8) {
+    if (startsWith(c, {0xEF, 0xBB, 0xBF})) c.skip(3);
+  } else if (isUtf16(c.from)) {
+    c.bigEndian = c.from == kUtf16Be;
+    if (startsWith(c, {0xFF, 0xFE}) || startsWith(c, {0xFE, 0xFF})) {
+      c.bigEndian = c.data[0] == 0xFE;
+      c.skip(2);
+    }
+  } else if (isUtf32(c.from)) {
+    c.bigEndian = isUtf32Be(c.from);
+    if (startsWith(c, {0xFF, 0xFE, 0, 0}) || startsWith(c, {0, 0, 0xFE, 0xFF})) {
+      c.bigEndian = c.data[0] == 0;
+      c.skip(4);
+    }
+  }
+}
+
+bool convertGsm(Conversion& c) {
+  DataBuffer utf8;
+  if (c.from == kGsm) {
+    if (c.to == kUtf8) return _zvUtf::gsm_to_utf8(c.data, c.length, c.out, c.log);
+    _zvUtf::gsm_to_utf8(c.data, c.length, utf8, c.log);
+    return !utf8.hasFailed() &&
+           c.converter.convert_a(kUtf8, c.to, utf8.getData2(), utf8.getSize(), c.out, c.log);
+  }
+  if (c.from == kUtf8) {
+    _zvUtf::utf8_to_gsm(c.data, c.length, c.out, c.log);
+    return true;
+  }
+  if (!c.converter.convert_a(c.from, kUtf8, c.data, c.length, utf8, c.log) || utf8.hasFailed()) {
+    return false;
+  }
+  _zvUtf::utf8_to_gsm(utf8.getData2(), utf8.getSize(), c.out, c.log);
+  return true;
+}
+
+bool isAsciiCompatibleTarget(int codePage) {
+  return (codePage >= 28591 && codePage <= 28605) || (codePage >= 1250 && codePage <= 1258) ||
+         codePage == kUtf8;
+}
+
+bool copyUsAscii(Conversion& c) {
+  c.out.append(c.data, c.length);
+  if (c.to == kUtf8) c.out.drop_non_usascii();
+  return true;
+}
+
+enum class Normalised { kReady, kEmpty, kFailed };
+
+// Makes the source UTF-16 little endian, UTF-8 or a table-driven code page; scratch holds it.
+Normalised normaliseSource(Conversion& c, DataBuffer& scratch) {
+  DataBuffer raw;
+  if (isUtf16(c.from)) {
+    if (!c.bigEndian) return Normalised::kReady;
+    if (c.length < 2) return Normalised::kEmpty;
+    if (!swapUnits(c.data, c.length & ~1u, scratch)) return Normalised::kFailed;
+    c.setSource(kUtf16Le, scratch);
+  } else if (isUtf32(c.from)) {
+    if (c.bigEndian) {
+      if (c.length < 4) return Normalised::kEmpty;
+      if (!swapUnits(c.data, c.length & ~3u, raw, 4)) return Normalised::kFailed;
+    } else {
+      raw.borrowData(c.data, c.length);
+    }
+    _zvUtf::Utf32ToUtf8(raw, scratch, c.log);
+    c.setSource(kUtf8, scratch);
+  } else if (c.from == kUtf7) {
+    raw.borrowData(c.data, c.length);
+    _zvUtf::Utf7ToUtf16_xe(raw, scratch);
+    c.setSource(zvIsLittleEndian() ? kUtf16Le : kUtf16Be, scratch);
+  }
+  return scratch.hasFailed() ? Normalised::kFailed : Normalised::kReady;
+}
+
+// Both legs, for a source that a table decodes.
+bool pivotThroughTables(Conversion& c) {
+  c.info("Converting by using utf-16 as a pivot table...");
+  c.setPivotFlags(true, false);
+  DataBuffer utf16;
+  if (!makeRoom(utf16, doubled(c.length) + 4)) return false;
+  if (!c.converter.convertToUnicodeHC(c.from, c.data, c.length, utf16, c.log)) return false;
+  if (utf16.hasFailed()) return false;
+  c.setPivotFlags(false, true);
+  if (!makeRoom(c.out, halved(utf16.getSize()))) return false;
+  const bool ok =
+      c.converter.convertFromUnicodeHC(c.to, utf16.getData2(), utf16.getSize(), c.out, c.log);
+  c.setPivotFlags(false, false);
+  return ok;
+}
+
+bool pivotToUtf8(Conversion& c) {
+  c.info("Converting to utf-8 using utf-16 as a pivot table...");
+  const bool verbose = c.log.m_verboseLogging != 0;
+  c.setPivotFlags(true, false);
+  DataBuffer utf16;
+  if (!makeRoom(utf16, doubled(c.length) + 4)) return false;
+  if (!c.converter.convertToUnicodeHC(c.from, c.data, c.length, utf16, c.log)) {
+    if (verbose) c.log.LogError("convertToUnicodeHC failed.");
+    return false;
+  }
+  if (utf16.hasFailed()) return false;
+  if (verbose) c.log.LogDataLong("szUtf16_inBytes", static_cast<int>(utf16.getSize()));
+  c.setPivotFlags(false, true);
+  if (!makeRoom(c.out, halved(utf16.getSize()))) return false;
+  const bool ok = c.converter.cv_utf16_to_utf8(utf16.getData2(), utf16.getSize(), c.out, c.log);
+  if (!ok && verbose) c.log.LogError("convertFromUnicode failed.");
+  if (verbose) c.log.LogDataLong("szResult_inBytes", static_cast<int>(c.out.getSize()));
+  c.setPivotFlags(false, false);
+  return ok;
+}
+
+bool pivotFromUtf8(Conversion& c) {
+  c.info("Converting from utf-8 using utf-16 as a pivot table...");
+  DataBuffer utf16;
+  if (!makeRoom(utf16, doubled(c.length) + 4)) return false;
+  c.setPivotFlags(true, false);
+  c.converter.cv_utf8_to_utf16(c.data, c.length, utf16, c.log);
+  if (utf16.hasFailed()) return false;
+  c.setPivotFlags(false, true);
+  if (!makeRoom(c.out, halved(utf16.getSize()))) return false;
+  const bool ok =
+      c.converter.convertFromUnicodeHC(c.to, utf16.getData2(), utf16.getSize(), c.out, c.log);
+  c.setPivotFlags(false, false);
+  return ok;
+}
+
+bool convertFromUtf16(Conversion& c) {
+  c.setPivotFlags(false, false);
+  if (c.to == kUtf16Le) {
+    // The normalised text first, then whatever the two legs add after it: nothing, since no table
+    // decodes UTF-16, and so the call fails with the text in the output.
+    c.out.append(c.data, c.length);
+    return pivotThroughTables(c);
+  }
+  if (c.to == kUtf8) {
+    c.info("converting from utf-16 to utf-8");
+    return makeRoom(c.out, halved(c.length)) &&
+           c.converter.cv_utf16_to_utf8(c.data, c.length, c.out, c.log);
+  }
+  return makeRoom(c.out, halved(c.length)) &&
+         c.converter.convertFromUnicodeHC(c.to, c.data, c.length, c.out, c.log);
+}
+
+bool convertFromUtf8(Conversion& c) {
+  if (c.to == kUtf8) return c.out.append(c.data, c.length);
+  if (c.to != kUtf16Le && c.to != kUtf32Le) return pivotFromUtf8(c);
+  c.setPivotFlags(false, false);  // so that an earlier, failed call cannot change the reports here
+  if (c.to == kUtf16Le) {
+    c.info("converting from utf-8 to utf-16");
+    if (!makeRoom(c.out, doubled(c.length))) return false;
+    c.converter.cv_utf8_to_utf16(c.data, c.length, c.out, c.log);
+    return true;
+  }
+  c.info("converting from utf-8 to utf-32");
+  return makeRoom(c.out, std::uint64_t{c.length} * 4) &&
+         _zvUtf::utf8toUtf32(false, c.data, c.length, c.out);
+}
+
+bool convertFromTable(Conversion& c) {
+  if (c.to == kUtf16Le || c.to == kUtf32Le) {
+    c.setPivotFlags(false, false);
+    return makeRoom(c.out, doubled(c.length)) &&
+           c.converter.convertToUnicodeHC(c.from, c.data, c.length, c.out, c.log);
+  }
+  return c.to == kUtf8 ? pivotToUtf8(c) : pivotThroughTables(c);
+}
+
+}  // namespace
+
+bool EncodingConvert::convert_a(int from, int to, const unsigned char* data, unsigned int length,
+                                DataBuffer& out, LogBase& log) {
+  if (data == nullptr || length == 0) return true;
+  LogContextExitor context(log, "convert_a", log.m_verboseLogging != 0);
+  Conversion c{*this, from, to, data, length, out, log};
+  stripByteOrderMark(c);
+  if (c.length == 0) return true;
+  if (c.from == c.to) {
+    c.out.append(c.data, c.length);
+    return true;
+  }
+  if (c.from == kGsm || c.to == kGsm) return convertGsm(c);
+  if (c.from == kUsAscii && isAsciiCompatibleTarget(c.to)) return copyUsAscii(c);
+
+  DataBuffer normalised;
+  switch (normaliseSource(c, normalised)) {
+    case Normalised::kEmpty:
+      return true;
+    case Normalised::kFailed:
+      return false;
+    case Normalised::kReady:
+      break;
+  }
+  if (c.from == kUtf16Le) return convertFromUtf16(c);
+  if (c.from == kUtf8) return convertFromUtf8(c);
+  return convertFromTable(c);
+}

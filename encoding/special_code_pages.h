@@ -1,0 +1,33 @@
+// The code page numbers that the front end gives a meaning of its own.
+#ifndef ENCODING_SPECIAL_CODE_PAGES_H_
+#define ENCODING_SPECIAL_CODE_PAGES_H_
+
+#include "support/data_buffer.h"
+
+inline constexpr int kShiftJis = 932;  // the pivot of ISO-2022-JP
+inline constexpr int kKorean = 949;    // the pivot of ISO-2022-KR
+inline constexpr int kUtf16Le = 1200;  // the pivot of every table-driven conversion
+inline constexpr int kUtf16Be = 1201;
+inline constexpr int kMacArabic = 10004;
+inline constexpr int kUtf32Le = 12000;
+inline constexpr int kUtf32Be = 12001;
+inline constexpr int kUsAscii = 20127;
+inline constexpr int kIso2022Kr = 50225;
+inline constexpr int kGsm = 55000;
+inline constexpr int kUtf7 = 65000;
+inline constexpr int kUtf8 = 65001;
+inline constexpr int kUtf32LeAlias = 65005;  // second numbers of 12000 and 12001
+inline constexpr int kUtf32BeAlias = 65006;
+
+constexpr bool isIso2022Jp(int codePage) { return codePage >= 50220 && codePage <= 50222; }
+constexpr bool isUtf16(int codePage) { return codePage == kUtf16Le || codePage == kUtf16Be; }
+constexpr bool isUtf32Le(int codePage) { return codePage == kUtf32Le || codePage == kUtf32LeAlias; }
+constexpr bool isUtf32Be(int codePage) { return codePage == kUtf32Be || codePage == kUtf32BeAlias; }
+constexpr bool isUtf32(int codePage) { return isUtf32Le(codePage) || isUtf32Be(codePage); }
+
+// Makes swapped hold the length bytes at data (whole units: length is a multiple of unitSize) with
+// the bytes of each unit in reverse order. False when memory is short.
+bool swapUnits(const unsigned char* data, unsigned int length, DataBuffer& swapped,
+               unsigned int unitSize = 2);
+
+#endif  // ENCODING_SPECIAL_CODE_PAGES_H_
