@@ -1,0 +1,134 @@
+// StreamConverter: conversion of a stream of any length, piece by piece, in constant memory.
+#ifndef ENCODING_STREAM_STREAM_CONVERTER_H_
+#define ENCODING_STREAM_STREAM_CONVERTER_H_
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "support/data_buffer.h"
+
+// HZ (RFC 1843, "hz-gb-2312") has no number among the engine's code pages: only streams know it.
+inline constexpr int kCodePageHz = 1052936;
+
+// The code page of a charset name or number: what CharsetNaming knows, and HZ. 0 when unknown.
+int streamCodePage(std::string_view name);
+
+// What is written in place of input that cannot be converted, as text of the target encoding
+// unless said otherwise.
+enum class StreamTreatment : unsigned char {
+  kStop,        // nothing: the stream ends before the first such input
+  kDrop,        // nothing
+  kSubstitute,  // StreamSettings::substitute; by default U+FFFD, or "?" where the target lacks it
+  kHex,         // "&#xHHHH;": the code point where there is one, else the bytes
+  kAlternate,   // bytes that are malformed in the source are read as text of the alternate code
+                // page; a character that the target lacks is written as its bytes in that code
+                // page; where that fails too, the default substitute
+  kRaw,         // the bytes of the source as they are
+};
+
+// Why input could not be converted.
+enum class StreamErrorKind : unsigned char {
+  kMalformed,  // the bytes are no text of the source encoding
+  kNoPlace,    // the character has no place in the target encoding
+};
+
+struct StreamError {
+  static constexpr unsigned int kMaxBytes = 16;
+
+  std::uint64_t offset = 0;     // bytes, from the beginning of the stream
+  std::uint64_t line = 0;       // of the text, counted from 1; lines end with U+000A
+  std::uint32_t length = 0;     // bytes of the source
+  std::int32_t codePoint = -1;  // of the character, -1 when malformed
+  StreamErrorKind kind = StreamErrorKind::kMalformed;
+  std::uint8_t byteCount = 0;           // valid entries of bytes: length, but at most kMaxBytes
+  unsigned char bytes[kMaxBytes] = {};  // the first bytes of the piece
+};
+
+// Is told of each piece that could not be converted, in the order of the source, before its
+// treatment is written. Called from within push() and finish(); must not use the stream.
+class StreamErrorHandler {
+ public:
+  virtual ~StreamErrorHandler() = default;
+  virtual void onStreamError(const StreamError& error) = 0;
+};
+
+struct StreamSettings {
+  int from = 0;  // code page of the source; 0 means the target's
+  int to = 0;    // code page of the target; 0 means the source's
+  StreamTreatment treatment = StreamTreatment::kStop;
+  // Of kSubstitute: UTF-8 text that the target must be able to hold, or raw bytes of the target.
+  // Without hasSubstitute the default serves.
+  bool hasSubstitute = false;
+  bool substituteIsRaw = false;
+  std::string substitute;
+  int alternate = 0;            // code page of kAlternate
+  bool writeMark = false;       // begin the output with the byte order mark of a Unicode target
+  bool pdfPassthrough = false;  // copy a stream of 7 bytes or more that begins "%PDF-1"
+  StreamErrorHandler* errorHandler = nullptr;  // not owned
+};
+
+// Reads "stop", "drop", "substitute", "substitute=TEXT", "substitute=0xHH...", "hex",
+// "alternate=CODEPAGE" or "raw" into the fields of settings that concern treatments. False, with
+// settings unchanged, when text is none of these.
+bool parseStreamTreatment(std::string_view text, StreamSettings& settings);
+
+enum class StreamStatus : unsigned char {
+  kGood,
+  kStopped,        // by input that could not be converted, under kStop; see firstError()
+  kNoDecoder,      // the source code page cannot be read
+  kNoEncoder,      // the target code page cannot be written
+  kNoAlternate,    // the alternate code page can be neither read nor written
+  kBadSubstitute,  // the substitute is not UTF-8, or the target cannot hold it
+  kNoMemory,
+  kMisuse,  // push() or finish() without begin(), or after the end
+};
+
+// Converts every pair of code pages that EncodingConvert::EncConvert accepts, and HZ. The output
+// does not depend on how the source is cut into pieces. It is that of one EncConvert of the whole
+// stream with what cannot be converted taken out; docs/differences.md lists where the two differ
+// and why. Input that cannot be converted is treated as the settings say and reported, with its
+// place in the stream; that includes what EncConvert replaces silently.
+//
+//   StreamConverter stream;
+//   if (stream.begin(settings) != StreamStatus::kGood) ...
+//   while (... read a piece ...) {
+//     if (stream.push(piece, size, out) != StreamStatus::kGood) break;
+//     ... write out, out.clear() ...
+//   }
+//   stream.finish(out);
+//
+// Keeps less than 8 MiB, whatever the stream; out is the caller's to empty. One thread uses an
+// object at a time; separate objects may run on separate threads. Nothing throws.
+class StreamConverter {
+ public:
+  StreamConverter();
+  ~StreamConverter();
+  StreamConverter(const StreamConverter&) = delete;
+  StreamConverter& operator=(const StreamConverter&) = delete;
+
+  // Starts a stream; what an earlier one left behind is forgotten. kGood, or why the settings
+  // cannot be served; nothing is written then.
+  StreamStatus begin(const StreamSettings& settings);
+
+  // Converts the next length bytes of the source, and appends to out, which keeps what it held.
+  // A few bytes at the end may wait for the next piece. Any status but kGood ends the stream; the
+  // output up to the place that stopped it is in out.
+  StreamStatus push(const unsigned char* data, std::size_t length, DataBuffer& out);
+
+  // Ends the stream: converts what waited, and leaves the shift state of the target.
+  StreamStatus finish(DataBuffer& out);
+
+  StreamStatus status() const;
+  std::uint64_t errorCount() const;       // pieces that could not be converted so far
+  const StreamError& firstError() const;  // the first of them; meaningless while there is none
+  std::uint64_t sourceBytes() const;      // pushed so far
+
+ private:
+  class Core;
+  Core* m_core = nullptr;  // null before begin(), or when memory was short
+  StreamStatus m_status = StreamStatus::kMisuse;
+};
+
+#endif  // ENCODING_STREAM_STREAM_CONVERTER_H_
