@@ -35,6 +35,9 @@ class HashConvert {
   // Adds an entry. lengthCode is 21 (two-byte key, one-byte value) or 22 (two and two); any other
   // code adds nothing. The key must not be present.
   void hcInsert(const unsigned char* key, const unsigned char* value, int lengthCode, LogBase& log);
+  // Adds the unit of a two-byte code to a to-Unicode map. A code that has a unit already keeps the
+  // one outside U+E000..U+F8FF, then the lower. Both are two bytes, the unit in host order.
+  void hcInsertUnit(const unsigned char* code, const unsigned char* unit, bool bigEndian);
   // Removes the entry of a two-byte key; an absent key is ignored.
   void hcRemove(const unsigned char* key);
   // On a hit copies the value (at most 2 bytes) into out and sets outLength to 1 or 2; on a miss
@@ -51,6 +54,8 @@ class HashConvert {
 
   // True once an entry was lost for lack of memory.
   bool hasFailed() const { return m_failed; }
+  // For a builder that finds out on its own that entries are missing.
+  void latchFailure() { m_failed = true; }
 
   // The bucket of a key; the converters compute it to probe m_buckets without a call.
   std::uint32_t bucketOf(const unsigned char* key) const {
@@ -60,16 +65,21 @@ class HashConvert {
   // Read directly by the converters, written by the table builders, in this order.
   std::uint32_t m_bucketCount = 0;
   Bucket* m_buckets = nullptr;
-  std::uint8_t m_overflow =
-      0;  // nonzero: keys may have been removed, an empty bucket proves nothing
+  // Nonzero: keys may have been removed, an empty bucket proves nothing.
+  std::uint8_t m_overflow = 0;
   std::int32_t m_tableKind = 0;           // 1: from Unicode, 2: to Unicode
   std::uint16_t m_singleBytes[256] = {};  // to Unicode: unit of each single byte, 0: unmapped
 
  private:
-  explicit HashConvert(int codePage) : m_codePage(codePage) {}
-
   struct Displaced;  // entries whose bucket belongs to another key
+
+  explicit HashConvert(int codePage) : m_codePage(codePage) {}
+  Bucket* find(const unsigned char* key) const;
+  void addAbsent(const Bucket& entry);
+  void setSingleByte(unsigned char byte, const unsigned char* unit, bool bigEndian);
+
   Displaced* m_displaced = nullptr;
+  Bucket m_noBucket = {};  // stands for the buckets when memory was short
   int m_codePage;
   bool m_isLowerAscii = false;
   bool m_failed = false;

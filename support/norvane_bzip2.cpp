@@ -1,0 +1,90 @@
+#include "support/norvane_bzip2.h"
+
+#include <bzlib.h>
+
+namespace {
+
+constexpr unsigned int kMagic = 0xB394A7E1u;
+constexpr unsigned int kHeaderSize = 8;
+constexpr int kBlockSize = 3;
+// Far above any table image. A damaged header cannot make us ask for gigabytes.
+constexpr unsigned int kMaxLength = 16u << 20;
+
+unsigned int loadU32(const unsigned char* p) {
+  return p[0] | (p[1] << 8) | (p[2] << 16) | (static_cast<unsigned int>(p[3]) << 24);
+}
+
+void appendU32(DataBuffer& out, unsigned int value) {
+  for (int shift = 0; shift < 32; shift += 8) {
+    out.appendChar(static_cast<unsigned char>(value >> shift));
+  }
+}
+
+// bzlib never writes through next_in, but declares it so.
+char* bzInput(const unsigned char* data) {
+  return const_cast<char*>(reinterpret_cast<const char*>(data));
+}
+
+// Runs one whole stream into room for length + 1 bytes: the spare byte lets the stream reach its
+// end mark, and shows a stream that is longer than it should be.
+int decompressStream(const unsigned char* data, unsigned int count, unsigned char* room,
+                     unsigned int length) {
+  bz_stream stream{};
+  int status = BZ2_bzDecompressInit(&stream, 0, 0);
+  if (status != BZ_OK) return status;
+  stream.next_in = bzInput(data);
+  stream.avail_in = count;
+  stream.next_out = reinterpret_cast<char*>(room);
+  stream.avail_out = length + 1;
+  // The whole input is there from the start, so one call either ends the stream or fails: BZ_OK
+  // means that input ended early or that the output does not fit.
+  status = BZ2_bzDecompress(&stream);
+  if (status == BZ_STREAM_END && (stream.avail_in != 0 || stream.avail_out != 1)) {
+    status = BZ_DATA_ERROR;
+  }
+  BZ2_bzDecompressEnd(&stream);
+  return status;
+}
+
+}  // namespace
+
+bool NorvaneBzip2::unBzipWithHeader(const DataBuffer& in, DataBuffer& out, LogBase* log) const {
+  out.clear();
+  const unsigned char* data = in.getData2();
+  const unsigned int size = in.getSize();
+  if (size <= kHeaderSize || loadU32(data) != kMagic || loadU32(data + 4) > kMaxLength) {
+    if (log != nullptr) log->LogError("not a bzip2 container");
+    return false;
+  }
+  const unsigned int length = loadU32(data + 4);
+  unsigned char* room = out.reserveTail(length + 1);
+  if (room == nullptr) return false;
+  const int status = decompressStream(data + kHeaderSize, size - kHeaderSize, room, length);
+  if (status != BZ_STREAM_END) {
+    if (status == BZ_MEM_ERROR) out.latchFailure();
+    if (log != nullptr) log->LogError("bad bzip2 stream");
+    return false;
+  }
+  out.commitTail(length);
+  return true;
+}
+
+bool NorvaneBzip2::bzipWithHeader(const DataBuffer& in, DataBuffer& out) const {
+  out.clear();
+  const unsigned int size = in.getSize();
+  if (size > kMaxLength) return false;
+  appendU32(out, kMagic);
+  appendU32(out, size);
+  // The most that the library says a stream can take.
+  unsigned int streamSize = size + size / 100 + 600;
+  unsigned char* room = out.reserveTail(streamSize);
+  char none = 0;
+  if (room == nullptr || BZ2_bzBuffToBuffCompress(reinterpret_cast<char*>(room), &streamSize,
+                                                  size == 0 ? &none : bzInput(in.getData2()), size,
+                                                  kBlockSize, 0, 0) != BZ_OK) {
+    out.truncate(0);
+    return false;
+  }
+  out.commitTail(streamSize);
+  return true;
+}
