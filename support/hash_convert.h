@@ -52,6 +52,9 @@ class HashConvert {
   bool get_IsLowerAscii() const { return m_isLowerAscii; }
   void put_IsLowerAscii(bool isLowerAscii) { m_isLowerAscii = isLowerAscii; }
 
+  // The label given at creation.
+  int codePage() const { return m_codePage; }
+
   // True once an entry was lost for lack of memory.
   bool hasFailed() const { return m_failed; }
   // For a builder that finds out on its own that entries are missing.

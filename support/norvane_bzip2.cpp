@@ -11,7 +11,7 @@ constexpr int kBlockSize = 3;
 constexpr unsigned int kMaxLength = 16u << 20;
 
 unsigned int loadU32(const unsigned char* p) {
-  return p[0] | (p[1] << 8) | (p[2] << 16) | (static_cast<unsigned int>(p[3]) << 24);
+  return p[0] | p[1] * 0x100u | p[2] * 0x10000u | p[3] * 0x1000000u;
 }
 
 void appendU32(DataBuffer& out, unsigned int value) {

@@ -1,0 +1,107 @@
+// Table texts into maps. docs/code-pages.md describes text and image.
+#include <cstring>
+
+#include "encoding/encoding_convert.h"
+#include "support/content_coding.h"
+#include "support/norvane_bzip2.h"
+#include "support/zv_base.h"
+
+namespace {
+
+// Zero bytes behind the image. The builders read up to the terminators of its sections; in an image
+// without them the last record reaches at most 3 bytes past the end, and the terminators that
+// follow it take at most 5 more.
+constexpr unsigned char kPadding[8] = {};
+
+// The padded image of a text; empty when the text does not decode. Lack of memory is latched in
+// image.
+void unpackImage(const char* tableText, DataBuffer& image) {
+  DataBuffer decoded;
+  const char format = tableText[0];
+  const char* base64 = tableText + 1;
+  if (!ContentCoding().decodeBase64ToDb(base64, static_cast<unsigned int>(zvStrLen(base64)),
+                                        decoded)) {
+    if (decoded.hasFailed()) image.latchFailure();
+    return;
+  }
+  if (format == 'x') {
+    image.append(decoded);
+  } else {
+    NorvaneBzip2().unBzipWithHeader(decoded, image, nullptr);
+  }
+  if (image.getSize() != 0) image.append(kPadding, sizeof kPadding);
+}
+
+unsigned int loadU16(const unsigned char* p) {
+  return p[0] | (static_cast<unsigned int>(p[1]) << 8);
+}
+
+}  // namespace
+
+void EncodingConvert::buildHash(const char* tableText, HashConvert& map, bool fromUnicode,
+                                LogBase& log) {
+  if (tableText == nullptr || tableText[0] == 0) return;
+  DataBuffer buffer;
+  unpackImage(tableText, buffer);
+  if (buffer.hasFailed()) {
+    map.latchFailure();
+    return;
+  }
+  const unsigned char* image = buffer.getData2();
+  if (buffer.getSize() == 0) return;
+  map.put_IsLowerAscii(image[0] == 'a');
+  if (image[1] != 'd') {
+    buildFromComplete(image + 2, map, fromUnicode, log);
+  } else if (fromUnicode) {
+    buildFromDiffs(image + 2, map, log);
+  }
+  map.m_tableKind = fromUnicode ? 1 : 2;
+}
+
+void EncodingConvert::buildFromComplete(const unsigned char* records, HashConvert& map,
+                                        bool fromUnicode, LogBase& log) {
+  const bool bigEndian = zvIsBigEndian();
+  map.m_tableKind = fromUnicode ? 1 : 2;
+  const unsigned char* p = records;
+  unsigned char unitBytes[2];
+  unsigned int code = 0, unit = 0;
+  for (; p[0] != 0; p += 3) {
+    code += p[0];
+    unit += loadU16(p + 1);
+    zvStoreHostUnit(unitBytes, static_cast<std::uint16_t>(unit), bigEndian);
+    const auto byte = static_cast<unsigned char>(code);
+    if (fromUnicode) {
+      map.hcInsert(unitBytes, &byte, 21, log);
+    } else {
+      std::memcpy(&map.m_singleBytes[byte], unitBytes, 2);
+    }
+  }
+  code = unit = 0;
+  for (++p; loadU16(p) != 0; p += 4) {
+    code += loadU16(p);
+    unit += loadU16(p + 2);
+    zvStoreHostUnit(unitBytes, static_cast<std::uint16_t>(unit), bigEndian);
+    const unsigned char codeBytes[2] = {static_cast<unsigned char>(code >> 8),
+                                        static_cast<unsigned char>(code)};
+    if (fromUnicode) {
+      map.hcInsert(unitBytes, codeBytes, 22, log);
+    } else {
+      map.hcInsertUnit(codeBytes, unitBytes, bigEndian);
+    }
+  }
+}
+
+void EncodingConvert::buildFromDiffs(const unsigned char* records, HashConvert& map, LogBase& log) {
+  // The keys are used as they lie in the image, low byte first, whatever the host's order.
+  map.m_overflow = 1;
+  const unsigned char* p = records;
+  for (; loadU16(p) != 0; p += 2) map.hcRemove(p);
+  for (p += 2; p[0] != 0; p += 3) {
+    map.hcRemove(p + 1);
+    map.hcInsert(p + 1, p, 21, log);
+  }
+  for (++p; loadU16(p) != 0; p += 4) {
+    map.hcRemove(p + 2);
+    map.hcInsert(p + 2, p, 22, log);
+  }
+}
