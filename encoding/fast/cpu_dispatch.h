@@ -1,0 +1,23 @@
+// The choice of kernels for the processor at hand.
+#ifndef ENCODING_FAST_CPU_DISPATCH_H_
+#define ENCODING_FAST_CPU_DISPATCH_H_
+
+#include "encoding/fast/kernels.h"
+
+namespace fast {
+
+// The best kernels that this processor can run; chosen on the first call. The environment variable
+// ENCCONV_KERNELS may then name another form: scalar, sse4 or avx2. A name that is unknown, or not
+// for this processor, is ignored. Any thread may call.
+const Kernels& kernels();
+
+// The kernels of that name, or null when they are unknown or this processor cannot run them.
+const Kernels* findKernels(const char* name);
+
+// Makes kernels() return the named form, or its own choice again for a null name. False when
+// findKernels does not know the name. Not for use while conversions run.
+bool setKernelsForTesting(const char* name);
+
+}  // namespace fast
+
+#endif  // ENCODING_FAST_CPU_DISPATCH_H_

@@ -1,0 +1,121 @@
+// The fast loops of the converters: pure functions over bytes, without objects, logs or errors.
+#ifndef ENCODING_FAST_KERNELS_H_
+#define ENCODING_FAST_KERNELS_H_
+
+#include <cstdint>
+
+// Each kernel reads [in, inEnd) and writes [out, outEnd), and nothing outside of them; the ranges
+// do not overlap. It goes on for as long as it can and returns how far it came. It stops for one of
+// three reasons only:
+//   - the input is used up (in == inEnd);
+//   - fewer than kKernelSlack bytes of output space are left;
+//   - the input at the returned place is not its business: unmapped, malformed, cut short by
+//     inEnd, or one of the special cases named with the kernel.
+// So a caller that finds input left and at least kKernelSlack bytes of space knows that it has to
+// treat the next piece itself, and may call again behind it. The returned place always lies between
+// two characters. Bytes of the output range behind the returned place may have been overwritten.
+//
+// UTF-16 is little endian here, on every host and at any address; an odd last byte is cut short
+// input. "Unit 0" below is U+0000.
+namespace fast {
+
+inline constexpr unsigned int kKernelSlack = 64;
+
+struct KernelResult {
+  const unsigned char* in;  // first byte that was not consumed
+  unsigned char* out;       // first byte that was not written
+};
+
+// A single-byte code page, decoding.
+struct SingleByteDecoder {
+  // No surrogates. 0: unmapped, but for byte 00, which is unit 0.
+  alignas(32) std::uint16_t units[256];
+  // Derived by prepare(): the halves of units, for byte shuffles, and whether 00..7F are ASCII.
+  alignas(32) std::uint8_t low[256];
+  alignas(32) std::uint8_t high[256];
+  bool isAscii;
+
+  void prepare();  // call when units is filled
+};
+
+// A byte for each byte: two single-byte code pages in one step.
+struct ByteMap {
+  alignas(32) std::uint8_t bytes[256];  // 0: unmapped, but for byte 00, which is byte 00
+};
+
+// A single-byte code page, encoding.
+struct SingleByteEncoder {
+  std::uint8_t bytes[65536];  // by unit; 0: unmapped, but for unit 0, which is byte 00
+  bool isAscii;               // set by prepare(): units 00..7F are themselves
+
+  void prepare();  // call when bytes is filled
+};
+
+// A code page of one- and two-byte characters, decoding.
+struct DoubleByteDecoder {
+  static constexpr std::uint16_t kStop = 0xFFFF;
+
+  // Unit of each pair, by first byte * 256 + second byte. 0: no pair, the first byte stands alone;
+  // kStop: the kernel stops before the pair, for a pair that the caller treats itself.
+  std::uint16_t pairs[65536];
+  std::uint16_t singles[256];  // unit of each single byte; 0 or kStop: unmapped
+  bool isAscii;                // bytes 00..7F are always single and stand for themselves
+};
+
+// A code page of one- and two-byte characters, encoding.
+struct DoubleByteEncoder {
+  // By unit: up to 0xFF a single byte, above first byte * 256 + second byte; 0: unmapped, but for
+  // unit 0, which is byte 00.
+  std::uint16_t codes[65536];
+  bool isAscii;  // set by prepare(): units 00..7F are themselves
+
+  void prepare();  // call when codes is filled
+};
+
+using Kernel = KernelResult(const unsigned char* in, const unsigned char* inEnd, unsigned char* out,
+                            unsigned char* outEnd);
+template <class Table>
+using TableKernel = KernelResult(const Table& table, const unsigned char* in,
+                                 const unsigned char* inEnd, unsigned char* out,
+                                 unsigned char* outEnd);
+
+// One form of all kernels. All forms give the same results, save for where they stop for lack of
+// output space.
+struct Kernels {
+  const char* name;
+
+  // Bytes below 80, including 00: as they are, to UTF-16, and from UTF-16. Stop before all others.
+  Kernel* asciiCopy;
+  Kernel* asciiToUtf16;
+  Kernel* utf16ToAscii;
+
+  // Byte 00 becomes unit 0. Stops before malformed sequences and three-byte forms of surrogates.
+  Kernel* utf8ToUtf16;
+  // Pairs become four bytes. Stops before unit 0 and before surrogates that are not a pair.
+  Kernel* utf16ToUtf8;
+  // Swaps the bytes of each unit.
+  Kernel* swapUtf16;
+
+  // UTF-32 little endian. A cut-short unit, a surrogate and a value above 10FFFF stop the first, an
+  // unpaired surrogate the second. Unit 0 passes in both.
+  Kernel* utf32ToUtf16;
+  Kernel* utf16ToUtf32;
+
+  TableKernel<SingleByteDecoder>* singleByteToUtf16;
+  // Stops before bytes that stand for unit 0, as utf16ToUtf8 does.
+  TableKernel<SingleByteDecoder>* singleByteToUtf8;
+  TableKernel<ByteMap>* mapBytes;
+  TableKernel<SingleByteEncoder>* utf16ToSingleByte;
+  TableKernel<DoubleByteDecoder>* doubleByteToUtf16;
+  TableKernel<DoubleByteEncoder>* utf16ToDoubleByte;
+};
+
+// The forms of this build. The scalar one is always there and is the reference of the others; null
+// where the build is not for x86-64.
+const Kernels& scalarKernels();
+const Kernels* sse4Kernels();
+const Kernels* avx2Kernels();
+
+}  // namespace fast
+
+#endif  // ENCODING_FAST_KERNELS_H_

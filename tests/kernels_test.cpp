@@ -1,0 +1,356 @@
+// The kernels: every form against the scalar one, and the scalar one against the standards.
+#include "encoding/fast/kernels.h"
+
+#include <gtest/gtest.h>
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include <cstring>
+#include <functional>
+#include <memory>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "encoding/fast/cpu_dispatch.h"
+
+namespace {
+
+using fast::KernelResult;
+using fast::Kernels;
+using std::string;
+using Byte = unsigned char;
+
+// Memory between two pages that nobody may touch: a kernel that leaves its ranges crashes.
+class GuardedMemory {
+ public:
+  explicit GuardedMemory(size_t size)
+      : m_page(static_cast<size_t>(sysconf(_SC_PAGESIZE))),
+        m_size((size + m_page - 1) / m_page * m_page),
+        m_all(static_cast<Byte*>(
+            mmap(nullptr, m_size + 2 * m_page, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0))) {
+    mprotect(begin(), m_size, PROT_READ | PROT_WRITE);
+  }
+  GuardedMemory(const GuardedMemory&) = delete;
+  GuardedMemory& operator=(const GuardedMemory&) = delete;
+  ~GuardedMemory() { munmap(m_all, m_size + 2 * m_page); }
+  Byte* begin() const { return m_all + m_page; }
+  Byte* end() const { return begin() + m_size; }
+
+ private:
+  size_t m_page, m_size;
+  Byte* m_all;
+};
+
+std::mt19937& random() {
+  static std::mt19937 engine(20240501);
+  return engine;
+}
+unsigned int below(unsigned int limit) { return static_cast<unsigned int>(random()() % limit); }
+unsigned int between(unsigned int low, unsigned int high) { return low + below(high - low + 1); }
+
+string unitText(unsigned int unit) {
+  return {static_cast<char>(unit & 0xFF), static_cast<char>(unit >> 8)};
+}
+
+using Run = std::function<KernelResult(const Kernels&, const Byte*, const Byte*, Byte*, Byte*)>;
+// A random character of one of ten kinds. Kind 9 is one that stops the kernel, or garbage.
+using Piece = std::function<string(unsigned int kind)>;
+
+struct Case {
+  const char* name;
+  Run run;
+  Piece piece;
+};
+
+const std::vector<string> badUtf8 = {"\x80",         "\xC0\x80",         "\xC1\x81",
+                                     "\xC3",         "\xE0\x9F\xBF",     "\xE2\x82",
+                                     "\xED\xA0\x80", "\xED\xBF\xBF",     "\xF0\x8F\xBF\xBF",
+                                     "\xF0\x9F\x98", "\xF4\x90\x80\x80", "\xF8\x88\x80\x80\x80",
+                                     "\xFF"};
+
+string utf8Piece(unsigned int kind) {
+  const auto continuation = [] { return static_cast<char>(between(0x80, 0xBF)); };
+  switch (kind) {
+    case 9:
+      return badUtf8[below(static_cast<unsigned int>(badUtf8.size()))];
+    case 8:
+      return {'\xF1', continuation(), continuation(), continuation()};
+    case 7:
+      return below(2) != 0 ? "\xF4\x8F\xBF\xBF" : "\xF0\x90\x80\x80";
+    case 6:
+      return {static_cast<char>(between(0xE1, 0xEC)), continuation(), continuation()};
+    case 5:
+      return below(2) != 0 ? "\xED\x9F\xBF" : "\xE0\xA0\x80";
+    case 4:
+    case 3:
+      return {static_cast<char>(between(0xC2, 0xDF)), continuation()};
+    default:
+      return {static_cast<char>(below(0x80))};
+  }
+}
+
+string utf16Piece(unsigned int kind) {
+  switch (kind) {
+    case 9:
+      return unitText(below(2) != 0 ? 0 : between(0xD800, 0xDFFF));
+    case 8:
+    case 7:
+      return unitText(between(0xD800, 0xDBFF)) + unitText(between(0xDC00, 0xDFFF));
+    case 6:
+      return unitText(below(2) != 0 ? between(0x800, 0xD7FF) : between(0xE000, 0xFFFF));
+    case 5:
+      return unitText(between(0x4E00, 0x4EFF));
+    case 4:
+    case 3:
+      return unitText(between(0x80, 0x7FF));
+    default:
+      return unitText(between(1, 0x7F));
+  }
+}
+
+string utf32Piece(unsigned int kind) {
+  static constexpr unsigned int bad[] = {0xD800, 0xDFFF, 0x110000, 0x1D800, 0xFFFF0041};
+  unsigned int scalar = kind < 5 ? below(0xD800) : kind < 7 ? between(0xE000, 0x10FFFF) : 'a';
+  if (kind == 9) scalar = bad[below(5)];
+  return unitText(scalar & 0xFFFF) + unitText(scalar >> 16);
+}
+
+string bytePiece(unsigned int kind) {
+  return {static_cast<char>(kind == 9 ? below(256) : kind < 4 ? between(1, 127) : between(1, 255))};
+}
+
+string pairPiece(unsigned int kind) {
+  if (kind < 4) return bytePiece(0);
+  if (kind > 7) return bytePiece(9);
+  return {static_cast<char>(kind < 7 ? between(0x81, 0x9F) : between(0xE0, 0xFC)),
+          static_cast<char>(between(0x40, 0xFC))};
+}
+
+// Random tables: nearly everything is mapped, to characters of all lengths.
+template <class Table>
+struct Tables {
+  explicit Tables(bool isAscii) : table(std::make_unique<Table>()) { fill(*table, isAscii); }
+  std::shared_ptr<Table> table;
+
+  static std::uint16_t unit() {
+    const string piece = utf16Piece(below(7));
+    return static_cast<std::uint16_t>(static_cast<Byte>(piece[0]) | static_cast<Byte>(piece[1])
+                                                                        << 8);
+  }
+  static void fill(fast::SingleByteDecoder& table, bool isAscii) {
+    for (unsigned int i = 0; i < 256; ++i) {
+      table.units[i] = isAscii && i < 0x80 ? static_cast<std::uint16_t>(i) : unit();
+    }
+    table.units[0] = table.units[0x9B] = 0;
+    table.prepare();
+  }
+  static void fill(fast::ByteMap& table, bool isAscii) {
+    for (unsigned int i = 0; i < 256; ++i) {
+      table.bytes[i] = static_cast<std::uint8_t>(isAscii && i < 0x80 ? i : between(1, 255));
+    }
+    table.bytes[0] = table.bytes[0x9B] = 0;
+  }
+  static void fill(fast::SingleByteEncoder& table, bool isAscii) {
+    for (unsigned int i = 0; i < 65536; ++i) {
+      table.bytes[i] = static_cast<std::uint8_t>(isAscii && i < 0x80 ? i : between(1, 255));
+    }
+    for (unsigned int i = 0xD800; i < 0xD900; ++i) table.bytes[i] = 0;
+    table.bytes[0] = 0;
+    table.prepare();
+  }
+  static void fill(fast::DoubleByteDecoder& table, bool isAscii) {
+    table.isAscii = isAscii;
+    for (unsigned int i = 0x40; i < 65536; ++i) {
+      if ((i >> 8 > 0x80 && i >> 8 < 0xA0) || i > 0xDFFF) table.pairs[i] = unit();
+    }
+    for (unsigned int i = 0x20; i < 256; ++i) table.singles[i] = unit();
+    table.pairs[0x8181] = fast::DoubleByteDecoder::kStop;
+    table.singles[0xFF] = 0;
+    table.singles[0xFE] = fast::DoubleByteDecoder::kStop;
+  }
+  static void fill(fast::DoubleByteEncoder& table, bool isAscii) {
+    for (unsigned int i = 0; i < 65536; ++i) {
+      const unsigned int code = below(4) != 0 ? between(0x100, 0xFFFF) : between(1, 0xFF);
+      table.codes[i] = static_cast<std::uint16_t>(isAscii && i < 0x80 ? i : code);
+    }
+    for (unsigned int i = 0xD800; i < 0xD900; ++i) table.codes[i] = 0;
+    table.codes[0] = 0;
+    table.prepare();
+  }
+};
+
+std::vector<Case> cases() {
+  std::vector<Case> result;
+  const auto plain = [&](const char* name, fast::Kernel* Kernels::*member, const Piece& piece) {
+    result.push_back({name,
+                      [member](const Kernels& form, const Byte* in, const Byte* inEnd, Byte* out,
+                               Byte* outEnd) { return (form.*member)(in, inEnd, out, outEnd); },
+                      piece});
+  };
+  plain("asciiCopy", &Kernels::asciiCopy, utf8Piece);
+  plain("asciiToUtf16", &Kernels::asciiToUtf16, utf8Piece);
+  plain("utf16ToAscii", &Kernels::utf16ToAscii, utf16Piece);
+  plain("utf8ToUtf16", &Kernels::utf8ToUtf16, utf8Piece);
+  plain("utf16ToUtf8", &Kernels::utf16ToUtf8, utf16Piece);
+  plain("swapUtf16", &Kernels::swapUtf16, utf16Piece);
+  plain("utf32ToUtf16", &Kernels::utf32ToUtf16, utf32Piece);
+  plain("utf16ToUtf32", &Kernels::utf16ToUtf32, utf16Piece);
+  const auto withTable = [&]<class Table>(const char* name,
+                                          fast::TableKernel<Table>* Kernels::*member,
+                                          const Piece& piece) {
+    for (const bool isAscii : {true, false}) {
+      result.push_back(
+          {name,
+           [member, table = Tables<Table>(isAscii).table](
+               const Kernels& form, const Byte* in, const Byte* inEnd, Byte* out, Byte* outEnd) {
+             return (form.*member)(*table, in, inEnd, out, outEnd);
+           },
+           piece});
+    }
+  };
+  withTable("singleByteToUtf16", &Kernels::singleByteToUtf16, bytePiece);
+  withTable("singleByteToUtf8", &Kernels::singleByteToUtf8, bytePiece);
+  withTable("mapBytes", &Kernels::mapBytes, bytePiece);
+  withTable("utf16ToSingleByte", &Kernels::utf16ToSingleByte, utf16Piece);
+  withTable("doubleByteToUtf16", &Kernels::doubleByteToUtf16, pairPiece);
+  withTable("utf16ToDoubleByte", &Kernels::utf16ToDoubleByte, utf16Piece);
+  return result;
+}
+
+// Runs of characters of few kinds, of at least size bytes; every second text is without bad ones.
+string randomText(const Piece& piece, size_t size) {
+  string text;
+  const bool clean = below(2) != 0;
+  while (text.size() < size) {
+    const unsigned int low = below(9);
+    const unsigned int high = between(low, 8);
+    for (unsigned int left = between(1, 90); left != 0; --left) {
+      text += piece(!clean && below(50) == 0 ? 9 : between(low, high));
+    }
+  }
+  return text;
+}
+
+// Converts with fresh output space of random size for each call, until a call that had enough space
+// makes no progress.
+string convertInPieces(const Case& test, const Kernels& form, const Byte* in, const Byte* inEnd,
+                       const GuardedMemory& memory, const Byte*& stop) {
+  string output;
+  for (;;) {
+    const unsigned int space = below(3) == 0 ? below(fast::kKernelSlack) : between(64, 300);
+    Byte* const out = memory.end() - space;
+    const KernelResult result = test.run(form, in, inEnd, out, memory.end());
+    output.append(reinterpret_cast<char*>(out), static_cast<size_t>(result.out - out));
+    const bool isStuck = result.in == in && space >= fast::kKernelSlack;
+    in = stop = result.in;
+    if (isStuck) return output;
+  }
+}
+
+void compareWithScalar(const Case& test, const Kernels& form, const string& text) {
+  static const GuardedMemory input(8192);
+  static const GuardedMemory output(65536);
+  static const GuardedMemory expected(65536);
+  // At either end of the memory, so that both limits are watched.
+  for (Byte* in : {input.begin(), input.end() - text.size()}) {
+    if (!text.empty()) std::memcpy(in, text.data(), text.size());
+    const Byte* inEnd = in + text.size();
+    const KernelResult wanted =
+        test.run(fast::scalarKernels(), in, inEnd, expected.begin(), expected.end());
+    const auto size = static_cast<size_t>(wanted.out - expected.begin());
+    const string wantedText(reinterpret_cast<char*>(expected.begin()), size);
+
+    const KernelResult got = test.run(form, in, inEnd, output.begin(), output.end());
+    const string gotText(reinterpret_cast<char*>(output.begin()),
+                         static_cast<size_t>(got.out - output.begin()));
+    ASSERT_EQ(got.in - in, wanted.in - in) << test.name << " of " << form.name;
+    ASSERT_TRUE(gotText == wantedText) << test.name << " of " << form.name;
+
+    const Byte* stop = in;
+    ASSERT_TRUE(convertInPieces(test, form, in, inEnd, output, stop) == wantedText)
+        << test.name << " of " << form.name;
+    ASSERT_EQ(stop - in, wanted.in - in) << test.name << " of " << form.name;
+  }
+}
+
+class KernelsTest : public testing::TestWithParam<const char*> {};
+
+TEST_P(KernelsTest, EqualsTheScalarForm) {
+  const Kernels* form = fast::findKernels(GetParam());
+  if (form == nullptr) return;  // not for this processor
+  for (const Case& test : cases()) {
+    for (unsigned int size = 0; size <= 200; ++size) {
+      for (int round = 0; round < 10; ++round) {
+        const string text = randomText(test.piece, size).substr(0, size);
+        ASSERT_NO_FATAL_FAILURE(compareWithScalar(test, *form, text));
+      }
+    }
+    for (int round = 0; round < 200; ++round) {
+      const string text = randomText(test.piece, 1500).substr(0, 1500 + below(20));
+      ASSERT_NO_FATAL_FAILURE(compareWithScalar(test, *form, text));
+    }
+    // Each kind of stop at each place of a window, among characters of each length.
+    for (unsigned int kind = 0; kind < 9; ++kind) {
+      for (unsigned int before = 0; before < 70; ++before) {
+        string text;
+        for (unsigned int i = 0; i < 140; ++i) text += test.piece(i == before ? 9 : kind);
+        ASSERT_NO_FATAL_FAILURE(compareWithScalar(test, *form, text));
+      }
+    }
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Forms, KernelsTest, testing::Values("scalar", "sse4", "avx2"),
+                         [](const auto& info) { return string(info.param); });
+
+string convert(fast::Kernel* kernel, const string& text) {
+  std::vector<Byte> out(text.size() * 4 + fast::kKernelSlack);
+  const auto* in = reinterpret_cast<const Byte*>(text.data());
+  const KernelResult result = kernel(in, in + text.size(), out.data(), out.data() + out.size());
+  EXPECT_EQ(result.in, in + text.size());
+  return {reinterpret_cast<char*>(out.data()), static_cast<size_t>(result.out - out.data())};
+}
+
+TEST(ScalarKernelsTest, CarryEveryScalarValueThroughAllTransforms) {
+  const Kernels& form = fast::scalarKernels();
+  string utf32;
+  for (unsigned int scalar = 1; scalar < 0x110000; ++scalar) {
+    if (scalar < 0xD800 || scalar > 0xDFFF) {
+      utf32 += unitText(scalar & 0xFFFF) + unitText(scalar >> 16);
+    }
+  }
+  const string utf16 = convert(form.utf32ToUtf16, utf32);
+  const string utf8 = convert(form.utf16ToUtf8, utf16);
+  EXPECT_EQ(utf16.size(), (0xFFFF - 0x800) * 2 + 0x100000 * 4);
+  EXPECT_EQ(utf8.size(), 0x7F + 0x780 * 2 + (0xF800 - 0x800) * 3 + 0x100000 * 4);
+  EXPECT_TRUE(convert(form.utf8ToUtf16, utf8) == utf16);
+  EXPECT_TRUE(convert(form.utf16ToUtf32, utf16) == utf32);
+  EXPECT_EQ(convert(form.utf16ToUtf8, unitText(0x20AC) + unitText(0xD83D) + unitText(0xDE00)),
+            "\xE2\x82\xAC\xF0\x9F\x98\x80");
+}
+
+TEST(ScalarKernelsTest, StopBeforeMalformedUtf8) {
+  Byte out[100];
+  for (const string& bad : badUtf8) {
+    for (const string& text : {"a\xC3\xA4" + bad, "a\xC3\xA4" + bad + "bcd"}) {
+      const auto* in = reinterpret_cast<const Byte*>(text.data());
+      const KernelResult result =
+          fast::scalarKernels().utf8ToUtf16(in, in + text.size(), out, out + sizeof out);
+      EXPECT_EQ(result.in - in, 3) << testing::PrintToString(bad);
+      EXPECT_EQ(result.out - out, 4);
+    }
+  }
+}
+
+TEST(DispatchTest, TakesTheNamedForm) {
+  for (const char* name : {"scalar", "sse4", "avx2"}) {
+    const bool known = fast::findKernels(name) != nullptr;
+    EXPECT_EQ(fast::setKernelsForTesting(name), known);
+    EXPECT_TRUE(!known || string(fast::kernels().name) == name);
+  }
+  EXPECT_FALSE(fast::setKernelsForTesting("mmx"));
+  EXPECT_TRUE(fast::setKernelsForTesting(nullptr));
+}
+
+}  // namespace
