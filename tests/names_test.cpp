@@ -1,0 +1,227 @@
+// Charset names, the list of code pages, and the platform's code pages.
+#include <gtest/gtest.h>
+
+#include <cctype>
+#include <cstdlib>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "apps/encconv/list_command.h"
+#include "encoding/code_page_list.h"
+#include "encoding/tables/code_pages.h"
+#include "support/charset_naming.h"
+#include "support/psdk.h"
+
+namespace {
+
+std::vector<std::string_view> namesOf(const CharsetNames& row) {
+  std::vector<std::string_view> names(row.aliases.begin(), row.aliases.end());
+  names.push_back(row.preferredName);
+  return names;
+}
+
+// Another spelling of the same name: the other case, zeros before each number, a separator between
+// all characters.
+std::string respelled(std::string_view name) {
+  std::string out = "_";
+  bool afterDigit = false;
+  for (const char c : name) {
+    const bool digit = std::isdigit(static_cast<unsigned char>(c)) != 0;
+    if (digit && !afterDigit) out += "0-0";
+    const auto u = static_cast<unsigned char>(c);
+    out += static_cast<char>(std::isupper(u) != 0 ? std::tolower(u) : std::toupper(u));
+    out += " ";
+    if (std::isalnum(u) != 0) afterDigit = digit;
+  }
+  return out;
+}
+
+TEST(CharsetNamingTest, EveryNameMeansItsOwnRowInAnySpelling) {
+  for (const CharsetNames& row : CharsetNaming::all()) {
+    for (const std::string_view name : namesOf(row)) {
+      EXPECT_FALSE(name.empty()) << row.codePage;
+      EXPECT_EQ(CharsetNaming::codePageOf(name), row.codePage) << name;
+      EXPECT_EQ(CharsetNaming::codePageOf(respelled(name)), row.codePage) << respelled(name);
+    }
+    const std::string number = std::to_string(row.codePage);
+    for (const char* prefix : {"", "0", "cp", "CP0", "windows-", "Windows_"}) {
+      EXPECT_EQ(CharsetNaming::codePageOf(prefix + number), row.codePage) << prefix + number;
+    }
+  }
+}
+
+TEST(CharsetNamingTest, HardNames) {
+  const struct {
+    const char* name;
+    int codePage;
+  } cases[] = {
+      {"utf-8", 65001},
+      {"u.t.f-008", 65001},
+      {"utf-80", 0},
+      {"ut8", 0},
+      {"utf-16", 1200},
+      {"utf-32", 12000},
+      {"unicodeFFFE", 1201},
+      {"iso-8859-1", 28591},
+      {"ISO_8859-1:1987", 28591},
+      {"ascii", 20127},
+      {"euc-kr", 51949},
+      {"ks_c_5601-1987", 949},
+      {"iso-2022-jp", 50220},
+      {"tis-620", 874},
+      {"iso-8859-11", 874},
+      {"ibm-1140", 1140},
+      {"ibm01140", 1140},
+      {"ibm037", 37},
+      {"asmo-708", 708},
+      {"gb2312", 936},
+      {"iso-8859-8-i", 38598},
+      {"gsm", 55000},
+      // Digits are one number even across punctuation, so only its first zeros go.
+      {"iso-8859-01", 0},
+      {"cp 0-1252", 1252},
+      // What the engine cannot convert is unknown under its numbers too.
+      {"gb18030", 0},
+      {"iso-2022-cn", 0},
+      {"hz-gb-2312", 0},
+      {"big5-hkscs", 0},
+      {"euc-tw", 0},
+      {"iso-8859-10", 0},
+      {"28600", 0},
+      {"cp28601", 0},
+      {"iso-8859-14", 0},
+      {"windows-1259", 0},
+      {"54936", 0},
+      {"ibm-943", 0},
+      {"SEN_850200_B", 0},
+      {"T.61-8bit", 0},
+      // Nothing to go by, and numbers of any length.
+      {"", 0},
+      {"-", 0},
+      {"0", 0},
+      {"cp", 0},
+      {"windows-", 0},
+      {"cpcp1252", 0},
+      {"1252x", 0},
+      {"-1252", 1252},
+      {"4294968548", 0},
+      {"99999", 0},
+  };
+  for (const auto& [name, codePage] : cases) {
+    EXPECT_EQ(CharsetNaming::codePageOf(name), codePage) << name;
+    StringBuffer buffer;
+    buffer.append(name);
+    EXPECT_EQ(CharsetNaming::GetCodePage(buffer, nullptr), codePage) << name;
+  }
+  EXPECT_EQ(CharsetNaming::codePageOf(std::string(100000, '-') + "utf8"), 65001);
+  EXPECT_EQ(CharsetNaming::codePageOf("utf8" + std::string(100000, 'x')), 0);
+}
+
+TEST(CodePageListTest, HoldsExactlyTheTablesThatConvert) {
+  std::size_t tables = 0;
+  for (const CodePageRow& row : codePageRows()) {
+    const auto page = findCodePage(std::to_string(row.codePage));
+    ASSERT_EQ(page.has_value(), row.isDispatched) << row.codePage;
+    if (!page) continue;
+    EXPECT_TRUE(page->canRead && page->canWrite) << row.codePage;
+    EXPECT_EQ(page->kind, row.isDoubleByte ? "double-byte" : "single-byte") << row.codePage;
+    ++tables;
+  }
+  constexpr std::size_t kPagesWithoutTable = 13;  // UTFs, ISO-2022, GSM
+  EXPECT_EQ(codePageCount(), tables + kPagesWithoutTable);
+}
+
+TEST(CodePageListTest, PrintsWhatTheFilterSelects) {
+  const auto printed = [](bool json, std::string_view filter, int status) {
+    std::ostringstream out;
+    EXPECT_EQ(printCodePageList(out, json, filter), status) << filter;
+    return out.str();
+  };
+  EXPECT_EQ(
+      printed(true, "10021", 0),
+      "[\n {\"codePage\": 10021, \"name\": \"x-mac-thai\", \"aliases\": [\"MacThai\"], \"kind\": "
+      "\"single-byte\", \"description\": \"Mac, Thai\", \"canRead\": true, \"canWrite\": "
+      "true}\n]\n");
+  EXPECT_EQ(printed(true, "klingon", 1), "[]\n");
+  EXPECT_EQ(printed(false, "klingon", 1), "");
+  const std::string all = printed(false, "", 0);
+  const std::string hebrew = printed(false, "HEBREW", 0);
+  for (const CharsetNames& row : CharsetNaming::all()) {
+    std::string line = " ";
+    line.append(std::to_string(row.codePage)).append("  ");
+    EXPECT_NE(all.find(line), std::string::npos) << row.codePage;
+    const bool isHebrew = row.description.find("Hebrew") != std::string_view::npos;
+    EXPECT_EQ(hebrew.find(line) != std::string::npos, isHebrew) << row.codePage;
+  }
+  std::istringstream lines(all);
+  for (std::string line; std::getline(lines, line);) EXPECT_LE(line.size(), 100U) << line;
+}
+
+TEST(PsdkTest, CodePagesOfLocales) {
+  const struct {
+    const char* locale;
+    int ansi;
+    int oem;
+  } cases[] = {
+      {"", 1252, 437},
+      {"C", 1252, 437},
+      {"POSIX", 1252, 437},
+      {"xx_YY", 1252, 437},
+      {"C.UTF-8", 65001, 65001},
+      {"en_US.utf8", 65001, 65001},
+      {"de_DE.UTF-8@euro", 65001, 65001},
+      {"ru_RU", 1251, 866},
+      {"ru_RU.KOI8-R", 20866, 866},
+      {"ru", 1251, 866},
+      {"el_GR", 1253, 737},
+      {"ja_JP.eucJP", 51932, 932},
+      {"ja_JP.SJIS", 932, 932},
+      {"ko_KR.EUC-KR", 51949, 949},
+      {"en_US", 1252, 437},
+      {"en_GB.ISO-8859-1", 28591, 850},
+      {"C.ISO-8859-15", 28605, 437},
+      {"de_DE@euro", 28605, 850},
+      {"de_DE.CP1252@euro", 1252, 850},
+      {"el_GR@euro", 1253, 737},
+      {"sr_RS", 1251, 855},
+      {"sr_RS@latin", 1250, 852},
+      {"uz_UZ@cyrillic", 1251, 866},
+      {"az_AZ", 1254, 857},
+      {"az_IR", 1256, 720},
+      {"ca_ES@valencia", 1252, 850},
+      {"zh_CN.gb18030", 936, 936},
+      {"zh_TW", 950, 950},
+      {"zh_HK.big5hkscs", 950, 950},
+      {"zh_SG.GBK", 936, 936},
+      {"th_TH.TIS-620", 874, 874},
+      {"vi_VN.TCVN", 1258, 1258},
+      {"hi_IN", 1252, 437},
+      {"._@", 1252, 437},
+  };
+  for (const auto& [locale, ansi, oem] : cases) {
+    EXPECT_EQ(Psdk::codePagesOf(locale).ansi, ansi) << locale;
+    EXPECT_EQ(Psdk::codePagesOf(locale).oem, oem) << locale;
+  }
+}
+
+// NOLINTBEGIN(concurrency-mt-unsafe): no other thread runs.
+TEST(PsdkTest, TheFirstVariableThatIsNotEmptyDecides) {
+  const auto check = [](int ansi, int oem) {
+    EXPECT_EQ(Psdk::getAnsiCodePage(), ansi);
+    EXPECT_EQ(Psdk::getOemCodePage(), oem);
+  };
+  for (const char* variable : {"LC_ALL", "LC_CTYPE", "LANG"}) unsetenv(variable);
+  check(1252, 437);
+  setenv("LANG", "pl_PL", 1);
+  check(1250, 852);
+  setenv("LC_CTYPE", "tr_TR.ISO-8859-9", 1);
+  check(28599, 857);
+  setenv("LC_ALL", "", 1);
+  check(28599, 857);
+  setenv("LC_ALL", "C", 1);
+  check(1252, 437);
+}
+// NOLINTEND(concurrency-mt-unsafe)
+
+}  // namespace
