@@ -36,6 +36,12 @@ bool DataBuffer::grow(unsigned int count) {
   return true;
 }
 
+void DataBuffer::expect(std::uint64_t count) {
+  const bool failed = m_failed;
+  ensureBuffer(static_cast<unsigned int>(std::min(count, kMaxSize - m_size)));
+  m_failed = failed;
+}
+
 bool DataBuffer::appendSlow(const void* data, unsigned int count) {
   // The bytes may lie in the storage that grow() replaces: remember where, not which address.
   const auto source = reinterpret_cast<std::uintptr_t>(data);

@@ -2,6 +2,7 @@
 #ifndef SUPPORT_DATA_BUFFER_H_
 #define SUPPORT_DATA_BUFFER_H_
 
+#include <cstdint>
 #include <cstring>
 
 // Sizes are in bytes, unsigned 32-bit: a buffer holds at most 4 GiB - 1. Nothing here throws. A
@@ -48,6 +49,10 @@ class DataBuffer {
   // Makes room for count more bytes beyond the present size, so that appending them does not
   // reallocate; size and content stay. Growth is geometric, whatever the count.
   bool ensureBuffer(unsigned int count) { return count <= m_capacity - m_size || grow(count); }
+
+  // As ensureBuffer, for a count that is only a guess at what will be appended: where it cannot be
+  // had nothing changes, and that is no failure.
+  void expect(std::uint64_t count);
 
   // Removes every byte of 0x80 and above in place; the others keep their order.
   void drop_non_usascii();
