@@ -1,0 +1,111 @@
+#!/usr/bin/env python3
+"""Makes the samples in older encodings from the UTF-8 masters beside them.
+
+The converters used are independent of this project: Python's codecs, the C library's iconv, ICU's
+uconv (package icu-devtools) and nkf. Run it only to add a sample; the results are committed.
+"""
+
+import pathlib
+import subprocess
+import unicodedata
+
+HERE = pathlib.Path(__file__).parent
+
+
+def python(codec):
+    return lambda text: text.encode(codec)
+
+
+def program(*command):
+    return lambda text: subprocess.run(
+        command, input=text.encode("utf-8"), capture_output=True, check=True
+    ).stdout
+
+
+def iconv(name):
+    return program("iconv", "-f", "UTF-8", "-t", name)
+
+
+def next_line(converter):
+    """Lines end with the NEL control, as EBCDIC systems end them."""
+    return lambda text: converter(text.replace("\n", "\x85"))
+
+
+def in_864(character):
+    try:
+        return bool(character.encode("cp864"))
+    except UnicodeEncodeError:
+        return False
+
+
+def presentation_forms(text):
+    """Shapes Arabic text as DOS programs stored it: a form for each letter, as far as 864 has it."""
+    forms = {}  # letter -> {"isolated": form, ...}
+    for code in range(0xFE80, 0xFEFD):
+        kind, *letters = unicodedata.decomposition(chr(code)).split()
+        if len(letters) == 1 and in_864(chr(code)):
+            forms.setdefault(chr(int(letters[0], 16)), {})[kind[1:-1]] = chr(code)
+    non_joining = set("اأآإدذرزوؤىةء")
+    letters = text.replace("إ", "ا")
+    shaped = ""
+    for i, letter in enumerate(letters):
+        before = i > 0 and letters[i - 1] in forms and letters[i - 1] not in non_joining
+        after = letter not in non_joining and letters[i + 1 : i + 2] in forms
+        wanted = {
+            (False, False): ("isolated", "final"),
+            (False, True): ("initial", "medial", "isolated"),
+            (True, False): ("final", "isolated", "medial"),
+            (True, True): ("medial", "initial", "final", "isolated"),
+        }[before, after]
+        known = forms.get(letter, {"isolated": letter})
+        shaped += next((known[kind] for kind in wanted if kind in known), letter)
+    return shaped
+
+
+SAMPLES = [
+    ("english", "1252", python("cp1252")),
+    ("french", "1252", python("cp1252")),
+    ("invoice", "28605", python("iso8859_15")),
+    ("german", "1252", python("cp1252")),
+    ("russian", "1251", python("cp1251")),
+    ("russian", "10007", python("mac_cyrillic")),
+    ("russian-plain", "866", python("cp866")),
+    ("russian-plain", "20866", python("koi8_r")),
+    ("greek", "1253", python("cp1253")),
+    ("arabic", "1256", python("cp1256")),
+    ("arabic", "708", python("iso8859_6")),
+    ("arabic-forms", "864", python("cp864")),
+    ("mac-arabic", "10004", python("mac_arabic")),
+    ("hebrew", "1255", python("cp1255")),
+    ("hebrew", "862", python("cp862")),
+    ("thai", "874", python("cp874")),
+    ("japanese", "932", python("cp932")),
+    ("japanese", "51932", python("euc_jp")),
+    ("mail", "50220", program("nkf", "-W", "--oc=CP50221", "-x", "-m0")),
+    ("chinese-simplified", "936", python("gbk")),
+    ("chinese-traditional", "950", python("cp950")),
+    ("korean", "949", python("cp949")),
+    ("korean", "51949", python("euc_kr")),
+    ("korean", "1361", python("johab")),
+    ("vietnamese", "1258", iconv("CP1258")),
+    ("record", "37", next_line(python("cp037"))),
+    ("listing", "1047", next_line(iconv("IBM1047"))),
+    ("listing", "500", next_line(python("cp500"))),
+    ("invoice", "1140", next_line(python("cp1140"))),
+    ("sms", "55000", program("uconv", "-f", "UTF-8", "-t", "gsm-03.38")),
+    ("header", "65000", python("utf_7")),
+    ("emoji", "1200", python("utf_16")),
+    ("emoji", "1201", lambda text: b"\xfe\xff" + text.encode("utf_16_be")),
+]
+
+
+def main():
+    arabic = (HERE / "arabic.txt").read_text("utf-8")
+    (HERE / "arabic-forms.txt").write_text(presentation_forms(arabic), "utf-8")
+    for master, code_page, converter in SAMPLES:
+        text = (HERE / f"{master}.txt").read_text("utf-8")
+        (HERE / f"{master}.{code_page}").write_bytes(converter(text))
+
+
+if __name__ == "__main__":
+    main()
