@@ -166,8 +166,8 @@ TEST(TableText, RefusesPairsThatCannotBeStated) {
   for (const std::string& pairs :
        {std::string("80 20AC\n"), std::string("# code page 9; ascii no\n"), head + "80\n",
         head + "8 20AC\n", head + "80 20AC 1\n", head + "80 20ACE\n", head + "- 20AC\n",
-        head + "80 20AC\n81 20AC\n", head + "80 20AC\n80 20AD\n", head + "00 0000\n",
-        head + "0000 0000\n", diff + "applied over 8; ascii yes\n- 0000\n"}) {
+        head + "80 20AC\n81 20AC\n", head + "80 20AC\n8140 20AC\n", head + "80 20AC\n80 20AD\n",
+        head + "00 0000\n", head + "0000 0000\n", diff + "applied over 8; ascii yes\n- 0000\n"}) {
     PairTable table;
     std::string image;
     EXPECT_FALSE(parsePairs(pairs, table).empty() && packImage(table, image).empty()) << pairs;

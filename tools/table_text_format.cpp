@@ -87,14 +87,16 @@ void appendU16(std::string& image, unsigned int value) {
   image += static_cast<char>(value >> 8 & 0xFF);
 }
 
-// The records of one section with codes of codeSize bytes, and the terminator.
-std::string packSection(std::vector<CodePair> pairs, unsigned int codeSize, std::string& image) {
+// The records of one section with codes of codeSize bytes, and the terminator. isListed: units
+// met so far.
+std::string packSection(std::vector<CodePair> pairs, unsigned int codeSize,
+                        std::vector<bool>& isListed, std::string& image) {
   std::stable_sort(pairs.begin(), pairs.end(),
                    [](const CodePair& a, const CodePair& b) { return a.unit < b.unit; });
   CodePair previous{0, 0};
-  for (std::size_t i = 0; i < pairs.size(); ++i) {
-    const CodePair pair = pairs[i];
-    if (i > 0 && pair.unit == previous.unit) return "unit " + hex(pair.unit, 4) + " listed twice";
+  for (const CodePair& pair : pairs) {
+    if (isListed[pair.unit]) return "unit " + hex(pair.unit, 4) + " listed twice";
+    isListed[pair.unit] = true;
     // A difference of zero would end the section.
     if (pair.code == previous.code) {
       return "code " + hex(pair.code, static_cast<int>(2 * codeSize)) + " cannot stand at unit " +
@@ -223,8 +225,9 @@ std::string packImage(const PairTable& table, std::string& image) {
   image.assign(1, table.isAscii ? 'a' : 'x');
   image += table.baseCodePage != 0 ? 'd' : 'u';
   if (table.baseCodePage != 0) return packDifferences(table, image);
-  const std::string problem = packSection(table.singles, 1, image);
-  return problem.empty() ? packSection(table.doubles, 2, image) : problem;
+  std::vector<bool> isListed(0x10000);
+  const std::string problem = packSection(table.singles, 1, isListed, image);
+  return problem.empty() ? packSection(table.doubles, 2, isListed, image) : problem;
 }
 
 std::string unpackImage(const std::string& image, PairTable& table) {
