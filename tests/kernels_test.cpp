@@ -238,7 +238,8 @@ string convertInPieces(const Case& test, const Kernels& form, const Byte* in, co
                        const GuardedMemory& memory, const Byte*& stop) {
   string output;
   for (;;) {
-    const unsigned int space = below(3) == 0 ? below(fast::kKernelSlack) : between(64, 300);
+    const unsigned int space =
+        below(3) == 0 ? below(fast::kKernelSlack) : between(fast::kKernelSlack, 400);
     Byte* const out = memory.end() - space;
     const KernelResult result = test.run(form, in, inEnd, out, memory.end());
     output.append(reinterpret_cast<char*>(out), static_cast<size_t>(result.out - out));

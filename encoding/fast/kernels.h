@@ -19,7 +19,7 @@
 // input. "Unit 0" below is U+0000.
 namespace fast {
 
-inline constexpr unsigned int kKernelSlack = 64;
+inline constexpr unsigned int kKernelSlack = 128;
 
 struct KernelResult {
   const unsigned char* in;  // first byte that was not consumed

@@ -1,0 +1,53 @@
+// Shuffles that close the gaps between the bytes of a register that are to be kept.
+#ifndef ENCODING_FAST_KERNELS_TABLES_H_
+#define ENCODING_FAST_KERNELS_TABLES_H_
+
+#include <cstdint>
+
+namespace fast {
+
+// One control of a 16-byte shuffle for each of 256 masks; unused places hold 0x80, which gives
+// zero.
+struct ShuffleTable {
+  alignas(16) std::uint8_t control[256][16];
+};
+
+namespace shuffle_building {
+
+// bytesOf(mask, item) says which bytes of an item of itemSize bytes stay: a bit for each byte.
+template <class BytesOf>
+constexpr ShuffleTable build(unsigned int itemSize, BytesOf bytesOf) {
+  ShuffleTable table = {};
+  for (unsigned int mask = 0; mask < 256; ++mask) {
+    unsigned int count = 0;
+    for (unsigned int i = 0; i < 16; ++i) {
+      if ((bytesOf(mask, i / itemSize) >> i % itemSize & 1) != 0) {
+        table.control[mask][count++] = static_cast<std::uint8_t>(i);
+      }
+    }
+    while (count < 16) table.control[mask][count++] = 0x80;
+  }
+  return table;
+}
+
+}  // namespace shuffle_building
+
+// Eight units; bit i of the mask: unit i stays.
+inline constexpr ShuffleTable kKeepUnits = shuffle_building::build(
+    2, [](unsigned int mask, unsigned int item) { return (mask >> item & 1) != 0 ? 3u : 0u; });
+
+// Eight two-byte items; bit i of the mask: only the second byte of item i stays.
+inline constexpr ShuffleTable kOneOrTwo = shuffle_building::build(
+    2, [](unsigned int mask, unsigned int item) { return (mask >> item & 1) != 0 ? 2u : 3u; });
+
+// Four four-byte items, whose fourth byte never stays; two bits of the mask for each item: 0, three
+// bytes stay; 2, the second and third; 3 (and 1), the third alone.
+inline constexpr ShuffleTable kOneToThree =
+    shuffle_building::build(4, [](unsigned int mask, unsigned int item) {
+      constexpr unsigned int kept[4] = {7, 4, 6, 4};
+      return kept[mask >> 2 * item & 3];
+    });
+
+}  // namespace fast
+
+#endif  // ENCODING_FAST_KERNELS_TABLES_H_

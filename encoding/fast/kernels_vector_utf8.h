@@ -1,0 +1,396 @@
+// UTF-8 and UTF-16, a register at a time.
+#ifndef ENCODING_FAST_KERNELS_VECTOR_UTF8_H_
+#define ENCODING_FAST_KERNELS_VECTOR_UTF8_H_
+
+#include "encoding/fast/kernels_tables.h"
+#include "encoding/fast/kernels_vector.h"
+
+namespace fast {
+namespace {
+
+inline unsigned int countBits(unsigned int mask) {
+  return static_cast<unsigned int>(__builtin_popcount(mask));
+}
+
+// ---- UTF-8 to UTF-16 ----
+//
+// Every byte gets a unit: what the character would be if it ended there, computed from the byte and
+// the two before it. Then the units of the bytes that do end a character are kept and closed up,
+// eight at a time, with a shuffle from a table of all 256 masks. Nothing waits for the length of
+// the character before, and the work is the same for any mixture of one to three bytes. A character
+// of four bytes leaves two units, of its third byte (the high surrogate) and of its fourth.
+//
+// What is well formed is told by three look-ups of half bytes, from J. Keiser and D. Lemire,
+// "Validating UTF-8 In Less Than One Instruction Per Byte" (Software: Practice and Experience 51,
+// 2021); closing up by shuffles from a table is found in D. Lemire and W. Mula, "Transcoding
+// Billions of Unicode Characters per Second with SIMD Instructions" (the same journal, 52, 2022).
+
+namespace malformed {
+constexpr std::uint8_t kTooShort = 1 << 0;      // a first byte, then no continuation
+constexpr std::uint8_t kTooLong = 1 << 1;       // ASCII, then a continuation
+constexpr std::uint8_t kOverlong3 = 1 << 2;     // E0, then below A0
+constexpr std::uint8_t kTooLarge = 1 << 3;      // F4, then 90 or more; F5 and up
+constexpr std::uint8_t kSurrogate = 1 << 4;     // ED, then A0 or more
+constexpr std::uint8_t kOverlong2 = 1 << 5;     // C0 or C1
+constexpr std::uint8_t kTooLarge1000 = 1 << 6;  // F5 and up, then 80 to 8F
+constexpr std::uint8_t kOverlong4 = 1 << 6;     // F0, then below 90
+constexpr std::uint8_t kTwoContinuations = 1 << 7;
+constexpr std::uint8_t kAnyLow = kTooShort | kTooLong | kTwoContinuations;
+constexpr std::uint8_t kAnyContinuation = kTooLong | kOverlong2 | kTwoContinuations;
+
+// By the upper and lower half of the first of two neighbouring bytes, and the upper of the second.
+alignas(16) constexpr std::uint8_t kFirstHigh[16] = {
+    kTooLong,
+    kTooLong,
+    kTooLong,
+    kTooLong,
+    kTooLong,
+    kTooLong,
+    kTooLong,
+    kTooLong,
+    kTwoContinuations,
+    kTwoContinuations,
+    kTwoContinuations,
+    kTwoContinuations,
+    kTooShort | kOverlong2,
+    kTooShort,
+    kTooShort | kOverlong3 | kSurrogate,
+    kTooShort | kTooLarge | kTooLarge1000 | kOverlong4};
+alignas(16) constexpr std::uint8_t kFirstLow[16] = {
+    kAnyLow | kOverlong3 | kOverlong2 | kOverlong4,
+    kAnyLow | kOverlong2,
+    kAnyLow,
+    kAnyLow,
+    kAnyLow | kTooLarge,
+    kAnyLow | kTooLarge | kTooLarge1000,
+    kAnyLow | kTooLarge | kTooLarge1000,
+    kAnyLow | kTooLarge | kTooLarge1000,
+    kAnyLow | kTooLarge | kTooLarge1000,
+    kAnyLow | kTooLarge | kTooLarge1000,
+    kAnyLow | kTooLarge | kTooLarge1000,
+    kAnyLow | kTooLarge | kTooLarge1000,
+    kAnyLow | kTooLarge | kTooLarge1000,
+    kAnyLow | kTooLarge | kTooLarge1000 | kSurrogate,
+    kAnyLow | kTooLarge | kTooLarge1000,
+    kAnyLow | kTooLarge | kTooLarge1000};
+alignas(16) constexpr std::uint8_t kSecondHigh[16] = {
+    kTooShort,
+    kTooShort,
+    kTooShort,
+    kTooShort,
+    kTooShort,
+    kTooShort,
+    kTooShort,
+    kTooShort,
+    kAnyContinuation | kOverlong3 | kTooLarge1000 | kOverlong4,
+    kAnyContinuation | kOverlong3 | kTooLarge,
+    kAnyContinuation | kSurrogate | kTooLarge,
+    kAnyContinuation | kSurrogate | kTooLarge,
+    kTooShort,
+    kTooShort,
+    kTooShort,
+    kTooShort};
+}  // namespace malformed
+
+// Whether each byte follows rightly on the three before it.
+template <class V>
+inline bool isWellFormed(typename V::Reg current, typename V::Reg previous1,
+                         typename V::Reg previous2, typename V::Reg previous3) {
+  const auto half = V::bytes(0x0F);
+  const auto upperHalf = [&](typename V::Reg a) {
+    return V::both(V::template shiftRight<4>(a), half);
+  };
+  const auto pairs =
+      V::both(V::both(V::shuffle(V::loadLanes(malformed::kFirstHigh), upperHalf(previous1)),
+                      V::shuffle(V::loadLanes(malformed::kFirstLow), V::both(previous1, half))),
+              V::shuffle(V::loadLanes(malformed::kSecondHigh), upperHalf(current)));
+  // Two continuations are right where a third or fourth byte has to be, and only there.
+  const auto isThird = V::subtractBytes(previous2, V::bytes(0xE0 - 0x80));
+  const auto isFourth = V::subtractBytes(previous3, V::bytes(0xF0 - 0x80));
+  const auto expected = V::both(V::either(isThird, isFourth), V::bytes(0x80));
+  return V::isZero(V::differ(expected, pairs));
+}
+
+// Writes those of eight units whose bits are set.
+inline void keepUnits(__m128i units, unsigned int mask, Byte*& out) {
+  Vector16::store(out, Vector16::shuffle(units, Vector16::load(kKeepUnits.control[mask])));
+  out += 2 * countBits(mask);
+}
+
+template <class V>
+struct Utf8Block {
+  using Reg = typename V::Reg;
+  Reg current, previous1, previous2, previous3;
+
+  explicit Utf8Block(const Byte* in)
+      : current(V::load(in)),
+        previous1(V::load(in - 1)),
+        previous2(V::load(in - 2)),
+        previous3(V::load(in - 3)) {}
+
+  bool isWellFormed() const {
+    return fast::isWellFormed<V>(current, previous1, previous2, previous3);
+  }
+  // Third and fourth bytes of characters of four.
+  bool hasLong() const {
+    return V::topBits(V::subtractBytes(V::maxBytes(previous2, previous3), V::bytes(0x70))) != 0;
+  }
+
+  // The units; kWithLong: with surrogates.
+  template <bool kWithLong>
+  void units(Reg& low, Reg& high) const {
+    const Reg isAscii = V::greaterBytes(current, V::bytes(0xFF));
+    const Reg last = V::both(current, V::bytes(0x7F));
+    const Reg middle = V::without(V::both(previous1, V::bytes(0x3F)), isAscii);
+    // The low half of first bytes E0 to EF, as upper half of the unit's high byte; else 0.
+    Reg first = V::subtractBytes(previous2, V::bytes(0xE0));
+    if constexpr (kWithLong) first = V::both(first, V::bytes(0x0F));
+    first = V::template shiftLeft<4>(first);
+    if constexpr (kWithLong) {
+      first = V::without(first,
+                         V::greaterBytes(V::subtractBytes(previous2, V::bytes(0xEF)), V::zero()));
+    }
+    const Reg weights = V::units(0x4001);
+    const Reg zero = V::zero();
+    low = V::either(V::multiplyAddPairs(V::interleaveLowBytes(last, middle), weights),
+                    V::interleaveLowBytes(zero, first));
+    high = V::either(V::multiplyAddPairs(V::interleaveHighBytes(last, middle), weights),
+                     V::interleaveHighBytes(zero, first));
+    if constexpr (kWithLong) {
+      const Reg third = V::subtractBytes(previous2, V::bytes(0xEF));   // above 0: is third
+      const Reg fourth = V::subtractBytes(previous3, V::bytes(0xEF));  // above 0: is fourth
+      const Reg isThird = V::greaterBytes(third, zero);
+      const Reg isFourth = V::greaterBytes(fourth, zero);
+      const Reg plane = V::both(previous2, V::bytes(0x07));
+      low =
+          surrogates(low, V::interleaveLowBytes(isThird, isThird),
+                     V::interleaveLowBytes(isFourth, isFourth), V::interleaveLowBytes(zero, plane));
+      high = surrogates(high, V::interleaveHighBytes(isThird, isThird),
+                        V::interleaveHighBytes(isFourth, isFourth),
+                        V::interleaveHighBytes(zero, plane));
+    }
+  }
+
+  // units holds, at third bytes, bits 6 to 17 of the scalar value; plane, bits 18 to 20 in place of
+  // bits 8 to 10. At fourth bytes units holds bits 0 to 11.
+  static Reg surrogates(Reg units, Reg isThird, Reg isFourth, Reg plane) {
+    const Reg upper =
+        V::addUnits(V::addUnits(V::template shiftRight<4>(units), plane), V::units(0xD7C0));
+    const Reg lower = V::either(V::both(units, V::units(0x03FF)), V::units(0xDC00));
+    return V::choose(V::choose(units, upper, isThird), lower, isFourth);
+  }
+
+  // The bytes that end a character, or are the third of four: all but first bytes, and second bytes
+  // of more than two.
+  std::uint32_t kept() const {
+    return ~V::topBits(V::either(V::subtractBytes(current, V::bytes(0x40)),
+                                 V::subtractBytes(previous1, V::bytes(0x60))));
+  }
+
+  template <bool kWithLong>
+  void write(Byte*& out) const {
+    Reg low, high;
+    units<kWithLong>(low, high);
+    const std::uint32_t mask = kept();
+    keepUnits(V::template lane<0>(low), mask & 0xFF, out);
+    keepUnits(V::template lane<0>(high), mask >> 8 & 0xFF, out);
+    if constexpr (V::kLanes == 2) {
+      keepUnits(V::template lane<1>(low), mask >> 16 & 0xFF, out);
+      keepUnits(V::template lane<1>(high), mask >> 24, out);
+    }
+  }
+};
+
+inline bool isInsideCharacter(const Byte* in) {
+  return in[-1] >= 0xC0 || in[-2] >= 0xE0 || in[-3] >= 0xF0;
+}
+
+// Converts whole registers, of which the first has three bytes of well-formed text before it; ends
+// between two characters.
+template <class V>
+inline void utf8Blocks(const Byte*& in, const Byte* inEnd, Byte*& out, Byte* outEnd) {
+  constexpr auto kSize = static_cast<std::ptrdiff_t>(V::kSize);
+  constexpr auto kRoom = static_cast<std::ptrdiff_t>(kKernelSlack);
+  while (inEnd - in >= kSize && outEnd - out >= kRoom) {
+    if (inEnd - in >= 2 * kSize) {
+      const auto first = V::load(in);
+      const auto second = V::load(in + kSize);
+      if (V::topBits(V::either(first, second)) == 0) {
+        if (isInsideCharacter(in)) break;
+        storeWidened<V>(out, first);
+        storeWidened<V>(out + 2 * kSize, second);
+        in += 2 * kSize;
+        out += 4 * kSize;
+        continue;
+      }
+    }
+    const Utf8Block<V> block(in);
+    if (!block.isWellFormed()) break;
+    if (block.hasLong()) {
+      block.template write<true>(out);
+    } else {
+      block.template write<false>(out);
+    }
+    in += kSize;
+  }
+  if (in[-1] >= 0xC0) {
+    in -= 1;
+  } else if (in[-2] >= 0xE0) {
+    in -= 2;
+  } else if (in[-3] >= 0xF0) {
+    in -= 3;
+    out -= 2;  // the high surrogate
+  }
+}
+
+template <class V>
+KernelResult utf8ToUtf16(const Byte* in, const Byte* inEnd, Byte* out, Byte* outEnd) {
+  const Byte* const begin = in;
+  while (in < inEnd && in - begin < 3) {
+    if (outEnd - out < kMaxStep || !stepUtf8ToUtf16(in, inEnd, out)) return {in, out};
+  }
+  if (in < inEnd) {
+    utf8Blocks<V>(in, inEnd, out, outEnd);
+    if constexpr (V::kLanes > 1) utf8Blocks<Vector16>(in, inEnd, out, outEnd);
+  }
+  if (outEnd - out < static_cast<std::ptrdiff_t>(kKernelSlack)) return {in, out};
+  return repeat<stepUtf8ToUtf16>(in, inEnd, out, outEnd);
+}
+
+// ---- UTF-16 to UTF-8 ----
+//
+// Every unit is spread over a field of the most bytes it may need, its last byte at the field's
+// end; a shuffle from a table then closes up the bytes that are in use. As in Lemire and Mula
+// (above), but surrogates take the same way: each half of a pair makes two of the four bytes.
+
+// The upper six bits of the last two bytes, as first byte C2 to DF or continuation, are made by the
+// callers; this is the last byte: ASCII or a continuation.
+template <class V>
+inline typename V::Reg lastBytes(typename V::Reg units, typename V::Reg isAscii) {
+  const auto continuation = V::either(V::both(units, V::units(0x3F)), V::units(0x80));
+  return V::choose(continuation, units, isAscii);
+}
+
+inline void writeShort(__m128i fields, unsigned int mask, Byte*& out) {
+  Vector16::store(out, Vector16::shuffle(fields, Vector16::load(kOneOrTwo.control[mask])));
+  out += 16 - countBits(mask);
+}
+
+// Units below 800, none 0.
+template <class V>
+inline void encodeShort(typename V::Reg units, Byte*& out) {
+  const auto isAscii = V::equalUnits(V::both(units, V::units(0xFF80)), V::zero());
+  const auto fields = V::either(V::either(V::template shiftRight<6>(units), V::units(0xC0)),
+                                V::template shiftLeft<8>(lastBytes<V>(units, isAscii)));
+  const std::uint32_t mask = V::topBits(V::packSignedUnits(isAscii, V::zero()));
+  writeShort(V::template lane<0>(fields), mask & 0xFF, out);
+  if constexpr (V::kLanes == 2) writeShort(V::template lane<1>(fields), mask >> 16, out);
+}
+
+inline void writeLong(__m128i fields, unsigned int mask, Byte*& out) {
+  Vector16::store(out, Vector16::shuffle(fields, Vector16::load(kOneToThree.control[mask])));
+  out += 12 - countBits(mask);
+}
+
+// Writes fields of four bytes: two from firsts, one from lasts. isAscii and isShort: units that
+// take one byte, at most two bytes.
+template <class V>
+inline void writeFields(typename V::Reg firsts, typename V::Reg lasts, typename V::Reg isAscii,
+                        typename V::Reg isShort, Byte*& out) {
+  const std::uint32_t mask = V::topBits(V::choose(isAscii, isShort, V::units(0xFF00)));
+  const auto low = V::interleaveLowUnits(firsts, lasts);
+  const auto high = V::interleaveHighUnits(firsts, lasts);
+  writeLong(V::template lane<0>(low), mask & 0xFF, out);
+  writeLong(V::template lane<0>(high), mask >> 8 & 0xFF, out);
+  if constexpr (V::kLanes == 2) {
+    writeLong(V::template lane<1>(low), mask >> 16 & 0xFF, out);
+    writeLong(V::template lane<1>(high), mask >> 24, out);
+  }
+}
+
+// Any units but 0 and surrogates.
+template <class V>
+inline void encodeAny(typename V::Reg units, Byte*& out) {
+  const auto isAscii = V::equalUnits(V::both(units, V::units(0xFF80)), V::zero());
+  const auto isShort = V::equalUnits(V::both(units, V::units(0xF800)), V::zero());
+  const auto middle = V::both(V::template shiftLeft<2>(units), V::units(0x3F00));
+  const auto firsts = V::either(V::either(V::template shiftRight<12>(units), middle),
+                                V::either(V::units(0x80E0), V::both(isShort, V::units(0x4000))));
+  writeFields<V>(firsts, lastBytes<V>(units, isAscii), isAscii, isShort, out);
+}
+
+// Any units but 0; false when the surrogates are not pairs, of which the last may lack its second
+// half: the first half is then left for later.
+template <class V>
+inline bool encodeWithPairs(typename V::Reg units, const Byte*& in, Byte*& out) {
+  const auto kind = V::both(units, V::units(0xFC00));
+  const auto isUpper = V::equalUnits(kind, V::units(0xD800));
+  const auto isLower = V::equalUnits(kind, V::units(0xDC00));
+  if (!V::isZero(V::differ(V::previousUnits(isUpper), isLower))) return false;
+
+  const auto isAscii = V::equalUnits(V::both(units, V::units(0xFF80)), V::zero());
+  const auto isTwo = V::equalUnits(V::both(units, V::units(0xF800)), V::zero());
+  const auto middle = V::both(V::template shiftLeft<2>(units), V::units(0x3F00));
+  auto firsts = V::either(V::either(V::template shiftRight<12>(units), middle),
+                          V::either(V::units(0x80E0), V::both(isTwo, V::units(0x4000))));
+  auto lasts = lastBytes<V>(units, isAscii);
+  // Upper half: bits 10 to 20 of the scalar value, five of them in each byte but the lowest two,
+  // which belong to the first byte of the lower half.
+  const auto bits = V::addUnits(V::both(units, V::units(0x03FF)), V::units(0x0040));
+  firsts = V::choose(firsts, V::either(V::both(bits, V::units(0x0700)), V::units(0xF000)), isUpper);
+  lasts = V::choose(
+      lasts, V::either(V::both(V::template shiftRight<2>(bits), V::units(0x3F)), V::units(0x80)),
+      isUpper);
+  const auto carried = V::template shiftLeft<12>(V::both(V::previousUnits(units), V::units(3)));
+  const auto own = V::both(V::template shiftLeft<2>(units), V::units(0x0F00));
+  firsts = V::choose(firsts, V::either(V::either(carried, own), V::units(0x8000)), isLower);
+
+  writeFields<V>(firsts, lasts, isAscii, V::either(isTwo, V::either(isUpper, isLower)), out);
+  in += V::kSize;
+  if ((V::topBits(isUpper) >> (V::kSize - 1)) != 0) {
+    in -= 2;
+    out -= 2;
+  }
+  return true;
+}
+
+// Writes a register of units, of which in is the place.
+template <class V>
+inline bool encodeUnits(typename V::Reg units, const Byte*& in, Byte*& out) {
+  if (!V::isZero(V::equalUnits(units, V::zero()))) return false;
+  if (V::areDisjoint(units, V::units(0xF800))) {
+    encodeShort<V>(units, out);
+  } else if (V::isZero(V::equalUnits(V::both(units, V::units(0xF800)), V::units(0xD800)))) {
+    encodeAny<V>(units, out);
+  } else {
+    return encodeWithPairs<V>(units, in, out);
+  }
+  in += V::kSize;
+  return true;
+}
+
+template <class V>
+inline bool hasZeroByte(typename V::Reg bytes) {
+  return !V::isZero(V::equalBytes(bytes, V::zero()));
+}
+
+template <class V>
+KernelResult utf16ToUtf8(const Byte* in, const Byte* inEnd, Byte* out, Byte* outEnd) {
+  return inBlocks<2 * V::kSize>(
+      in, inEnd, out, outEnd,
+      [](const Byte*& p, Byte*& q) {
+        typename V::Reg bytes;
+        if (!narrowAscii<V>(p, bytes)) return encodeUnits<V>(V::load(p), p, q);
+        if (hasZeroByte<V>(bytes)) return false;
+        V::store(q, bytes);
+        p += 2 * V::kSize;
+        q += V::kSize;
+        return true;
+      },
+      stepUtf16ToUtf8);
+}
+
+}  // namespace
+}  // namespace fast
+
+#endif  // ENCODING_FAST_KERNELS_VECTOR_UTF8_H_
