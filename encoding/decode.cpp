@@ -72,11 +72,8 @@ bool EncodingConvert::convertToUnicodeByLookup(UnicodeLookup& lookup, const unsi
       staged.putUnit(*p == 0 ? 0 : unit, bigEndian);
       continue;
     }
-    m_foundErrors = true;
-    if (m_errorAction != 0) {
-      staged.flush();
-      handleErrorFromSingleByte(p, out, log);
-    }
+    staged.flush();
+    handleUndecodable(p, true, out, log);
     reportUnconvertible(ConversionLeg::kDecode, data, p, 1);
   }
   return true;
@@ -119,17 +116,9 @@ bool EncodingConvert::convertToUnicodeHCVar(HashConvert* table, const unsigned c
         ++i;
         continue;
       }
-      m_foundErrors = true;
       perfect = false;
-      unsigned int used = 1;
-      if (m_errorAction != 0) {
-        staged.flush();
-        if (isLast) {
-          handleErrorFromSingleByte(p, out, log);
-        } else {
-          used = handleErrorFromUnknown(p, out, log);
-        }
-      }
+      staged.flush();
+      const unsigned int used = handleUndecodable(p, isLast, out, log);
       reportUnconvertible(ConversionLeg::kDecode, data, p, used);
       i += used;
     }
@@ -138,4 +127,13 @@ bool EncodingConvert::convertToUnicodeHCVar(HashConvert* table, const unsigned c
     log.LogError("imperfect conversion in convertToUnicodeHCVar");
   }
   return true;
+}
+
+unsigned int EncodingConvert::handleUndecodable(const unsigned char* p, bool isSingleByte,
+                                                DataBuffer& out, LogBase& log) {
+  m_foundErrors = true;
+  if (m_errorAction == 0) return 1;
+  if (!isSingleByte) return handleErrorFromUnknown(p, out, log);
+  handleErrorFromSingleByte(p, out, log);
+  return 1;
 }

@@ -134,6 +134,11 @@ class EncodingConvert {
                           DataBuffer& out) const;
   void convertAlternate(int fromCodePage, const unsigned char* bytes, unsigned int count,
                         DataBuffer& out, LogBase& log);
+  // What a table-driven decoder does at a byte without a character: reports it and lets the error
+  // action write. isSingleByte: the byte can be no more than itself, because of its code page or
+  // because it is the last. Returns the bytes of input to skip.
+  unsigned int handleUndecodable(const unsigned char* p, bool isSingleByte, DataBuffer& out,
+                                 LogBase& log);
   // What the encoder writes for a unit that its table lacks, and the unit put back into the source
   // code page, which some actions write in the second leg of a pivot.
   void handleUnmappableUnit(const unsigned char* unit, DataBuffer& out, LogBase& log);

@@ -3,6 +3,7 @@
 #include <cstdint>
 
 #include "encoding/encoding_convert.h"
+#include "encoding/fast/fast_path.h"
 #include "encoding/special_code_pages.h"
 #include "support/zv_base.h"
 #include "support/zv_utf.h"
@@ -259,6 +260,11 @@ bool EncodingConvert::convert_a(int from, int to, const unsigned char* data, uns
       return false;
     case Normalised::kReady:
       break;
+  }
+  switch (fast::convert(*this, c.from, c.to, c.data, c.length, out, log)) {
+    case fast::Outcome::kDone: return true;
+    case fast::Outcome::kFailed: return false;
+    case fast::Outcome::kNotTaken: break;
   }
   if (c.from == kUtf16Le) return convertFromUtf16(c);
   if (c.from == kUtf8) return convertFromUtf8(c);

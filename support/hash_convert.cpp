@@ -30,7 +30,6 @@ bool isPreferred(std::uint16_t candidate, std::uint16_t other) {
 // removed entry keeps its place marked, so that the entries that were put behind it are found.
 struct HashConvert::Displaced {
   static constexpr std::uint32_t kFirstCapacity = 256;  // a power of two, as all that follow
-  static constexpr unsigned char kRemoved = 0xFF;       // as isOneByte of a place
 
   Bucket* places = nullptr;
   std::uint32_t capacity = 0;
@@ -146,7 +145,7 @@ void HashConvert::hcRemove(const unsigned char* key) {
   Bucket* present = find(key);
   if (present == nullptr) return;
   if (present != &m_buckets[bucketOf(key)]) {
-    present->isOneByte = Displaced::kRemoved;
+    present->isOneByte = kRemoved;
     return;
   }
   *present = Bucket{};
@@ -168,20 +167,21 @@ void HashConvert::hcLookup(const unsigned char* key, unsigned char* out, int& ou
 
 void HashConvert::hcBuildReverse(HashConvert& dest, LogBase& /*log*/) const {
   const bool bigEndian = zvIsBigEndian();
-  const auto reverse = [&](const Bucket& entry) {
-    if (isEmpty(entry)) return;
-    if (entry.isOneByte == 0) {
-      dest.hcInsertUnit(entry.value, entry.key, bigEndian);
-    } else if (entry.isOneByte != Displaced::kRemoved) {
-      dest.setSingleByte(entry.value[0], entry.key, bigEndian);
-    }
-  };
   dest.m_tableKind = 2;
   dest.m_isLowerAscii = m_isLowerAscii;
   if (m_failed) dest.m_failed = true;
-  for (std::uint32_t i = 0; i < m_bucketCount; ++i) reverse(m_buckets[i]);
-  if (m_displaced == nullptr) return;
-  for (std::uint32_t i = 0; i < m_displaced->capacity; ++i) reverse(m_displaced->places[i]);
+  forEachEntry([&](const Bucket& entry) {
+    if (entry.isOneByte == 0) {
+      dest.hcInsertUnit(entry.value, entry.key, bigEndian);
+    } else {
+      dest.setSingleByte(entry.value[0], entry.key, bigEndian);
+    }
+  });
+}
+
+std::span<const HashConvert::Bucket> HashConvert::displacedPlaces() const {
+  if (m_displaced == nullptr) return {};
+  return {m_displaced->places, m_displaced->capacity};
 }
 
 void HashConvert::setSingleByte(unsigned char byte, const unsigned char* unit, bool bigEndian) {

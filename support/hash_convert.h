@@ -3,6 +3,7 @@
 #define SUPPORT_HASH_CONVERT_H_
 
 #include <cstdint>
+#include <span>
 
 #include "support/log_base.h"
 
@@ -48,6 +49,18 @@ class HashConvert {
   // Where two keys share a value the one outside U+E000..U+F8FF wins, then the lower.
   void hcBuildReverse(HashConvert& dest, LogBase& log) const;
 
+  // Calls visit(entry) for each entry, in no order; the entry's key and value lie as inserted.
+  template <class Visit>
+  void forEachEntry(Visit visit) const {
+    for (std::uint32_t i = 0; i < m_bucketCount; ++i) {
+      if (isEntry(m_buckets[i])) visit(m_buckets[i]);
+    }
+    const std::span<const Bucket> displaced = displacedPlaces();
+    for (const Bucket& place : displaced) {
+      if (isEntry(place)) visit(place);
+    }
+  }
+
   // The ASCII flag: bytes 00 to 7F and units U+0000 to U+007F map to themselves and are not stored.
   bool get_IsLowerAscii() const { return m_isLowerAscii; }
   void put_IsLowerAscii(bool isLowerAscii) { m_isLowerAscii = isLowerAscii; }
@@ -75,6 +88,13 @@ class HashConvert {
 
  private:
   struct Displaced;  // entries whose bucket belongs to another key
+
+  static constexpr unsigned char kRemoved = 0xFF;  // as isOneByte of a displaced entry's place
+  static bool isEntry(const Bucket& place) {
+    return (place.key[0] | place.key[1]) != 0 && place.isOneByte != kRemoved;
+  }
+  // Where the displaced entries lie; some places are no entries.
+  std::span<const Bucket> displacedPlaces() const;
 
   explicit HashConvert(int codePage) : m_codePage(codePage) {}
   Bucket* find(const unsigned char* key) const;

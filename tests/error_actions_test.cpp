@@ -177,9 +177,13 @@ TEST(ErrorActionsTest, FoundErrorsIsClearedByTheNextConversion) {
 class Recorder : public ConversionObserver {
  public:
   void onUnconvertible(const UnconvertibleInput& piece) override {
-    seen += (piece.leg == ConversionLeg::kDecode ? "d" : "e") + std::to_string(piece.offset) + "+" +
-            std::to_string(piece.length) + ":" +
-            hex({reinterpret_cast<const char*>(piece.bytes), piece.length}) + ";";
+    seen += piece.leg == ConversionLeg::kDecode ? 'd' : 'e';
+    seen += std::to_string(piece.offset);
+    seen += '+';
+    seen += std::to_string(piece.length);
+    seen += ':';
+    seen += hex({reinterpret_cast<const char*>(piece.bytes), piece.length});
+    seen += ';';
   }
   std::string seen;
 };
@@ -209,7 +213,9 @@ TEST(ErrorActionsTest, ObserverIsToldOfEachPieceAndChangesNothing) {
       }
       const std::string in = unhex(c.in);
       EXPECT_EQ(convert(plain, c.from, c.to, in), convert(observed, c.from, c.to, in));
-      if (action <= 1) EXPECT_EQ(recorder.seen, action == 0 ? c.seen : c.seenActing) << c.in;
+      if (action <= 1) {
+        EXPECT_EQ(recorder.seen, action == 0 ? c.seen : c.seenActing) << c.in;
+      }
       EXPECT_EQ(observed.m_observer, &recorder);
     }
   }

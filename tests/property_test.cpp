@@ -76,7 +76,9 @@ TEST(PropertyTest, AnyBytesUnderAnySettings) {
       ASSERT_EQ(convert(observed, from, to, input), outcome) << "observed: " << where();
       ASSERT_EQ(convert(first, from, to, input), outcome) << "again: " << where();
       ASSERT_FALSE(counter.malformed) << where();
-      if (action != 6 && counter.count != 0) ASSERT_TRUE(outcome.foundErrors) << where();
+      if (action != 6 && counter.count != 0) {
+        ASSERT_TRUE(outcome.foundErrors) << where();
+      }
       if (counter.count == 0) {  // clean input gives the same output under every action
         configure(first, static_cast<int>(random() % 10), random());
         ASSERT_EQ(convert(first, from, to, input), outcome) << "other action: " << where();

@@ -1,0 +1,160 @@
+#include "encoding/fast/derived_tables.h"
+
+#include <memory>
+#include <new>
+
+#include "encoding/vietnamese.h"
+#include "support/zv_base.h"
+
+namespace fast {
+namespace {
+
+constexpr unsigned int kEscapeUnit = 0xEFFD;
+constexpr int kVietnamese = 1258;
+constexpr std::size_t kMaxSlots = 128;
+
+struct DerivedSlots {
+  std::atomic<const SingleByteDecoder*> singleDecoder;
+  std::atomic<const DoubleByteDecoder*> doubleDecoder;
+  std::atomic<const SingleByteEncoder*> singleEncoder;
+  std::atomic<const DoubleByteEncoder*> doubleEncoder;
+};
+DerivedSlots g_slots[kMaxSlots];
+
+template <class Table>
+void release(std::atomic<const Table*>& slot) {
+  delete slot.exchange(nullptr, std::memory_order_acq_rel);
+}
+
+// The published table of a slot, built by fill(Table&) when there is none yet: built outside, one
+// compare-exchange, and the loser destroys its own. Null when memory is short, or when fill says
+// that a flat table will not do.
+template <class Table, class Fill>
+const Table* publish(std::atomic<const Table*>& slot, Fill fill) {
+  if (const Table* table = slot.load(std::memory_order_acquire)) return table;
+  std::unique_ptr<Table> built(new (std::nothrow) Table());
+  if (built == nullptr || !fill(*built)) return nullptr;
+  const Table* expected = nullptr;
+  if (slot.compare_exchange_strong(expected, built.get(), std::memory_order_acq_rel,
+                                   std::memory_order_acquire)) {
+    return built.release();
+  }
+  return expected;
+}
+
+bool fillSingleByteDecoder(const UnicodeLookup& lookup, SingleByteDecoder& table) {
+  for (int byte = 0; byte < 256; ++byte) table.units[byte] = lookup.m_units[byte];
+  table.units[0] = 0;
+  table.prepare();
+  return true;
+}
+
+bool fillDoubleByteDecoder(const HashConvert& map, DoubleByteDecoder& table) {
+  table.isAscii = map.get_IsLowerAscii();
+  for (int byte = 0; byte < 256; ++byte) {
+    const auto* entry = reinterpret_cast<const unsigned char*>(&map.m_singleBytes[byte]);
+    table.singles[byte] = zvLoadHostUnit(entry, false);
+  }
+  bool flat = table.isAscii;
+  map.forEachEntry([&](const HashConvert::Bucket& entry) {
+    const unsigned int unit = zvLoadHostUnit(entry.value, false);
+    if (entry.isOneByte != 0 || unit == 0) flat = false;
+    table.pairs[entry.key[0] * 256u + entry.key[1]] = static_cast<std::uint16_t>(unit);
+  });
+  return flat;
+}
+
+// Calls put(unit, code) for everything that the encoder of a code page writes without an error.
+template <class Put>
+void forEachEncoding(const CodePageRow& row, const HashConvert& map, Put put) {
+  map.forEachEntry([&](const HashConvert::Bucket& entry) {
+    const unsigned int unit = zvLoadHostUnit(entry.key, false);
+    const unsigned int code =
+        entry.isOneByte != 0 ? entry.value[0] : entry.value[0] * 256u + entry.value[1];
+    if (unit != kEscapeUnit) put(unit, code);
+  });
+  if (map.get_IsLowerAscii()) {
+    for (unsigned int unit = 0; unit < 0x80; ++unit) put(unit, unit);
+  }
+}
+
+bool fillSingleByteEncoder(const CodePageRow& row, const HashConvert& map,
+                           SingleByteEncoder& table) {
+  forEachEncoding(row, map, [&](unsigned int unit, unsigned int code) {
+    table.bytes[unit] = static_cast<std::uint8_t>(code);
+  });
+  if (row.codePage == 28596 || row.codePage == 1256) {
+    for (unsigned int digit = 0; digit < 10; ++digit) {
+      const auto ascii = static_cast<std::uint8_t>('0' + digit);
+      table.bytes[0x0660 + digit] = table.bytes[0x06F0 + digit] = ascii;
+    }
+  }
+  table.prepare();
+  return true;
+}
+
+bool fillDoubleByteEncoder(const CodePageRow& row, const HashConvert& map,
+                           DoubleByteEncoder& table) {
+  forEachEncoding(row, map, [&](unsigned int unit, unsigned int code) {
+    table.codes[unit] = static_cast<std::uint16_t>(code);
+  });
+  if (row.codePage == kVietnamese) {
+    for (unsigned int unit = 0x00C0; unit < 0x1F00; ++unit) {
+      const VietnameseDecomposition* letter = findVietnameseDecomposition(unit);
+      if (letter == nullptr || table.codes[unit] != 0) continue;
+      table.codes[unit] = static_cast<std::uint16_t>(letter->base * 256 + letter->mark);
+    }
+  }
+  table.prepare();
+  return true;
+}
+
+}  // namespace
+
+Decoder decoderFor(const CodePageRow& row) {
+  DerivedSlots& slots = g_slots[row.slot];
+  const TableSlots& tables = tableSlots(row);
+  Decoder decoder;
+  if (row.isDoubleByte) {
+    const HashConvert* map = tables.multiToUnicode.load(std::memory_order_acquire);
+    if (map == nullptr) return decoder;
+    decoder.doubleByte = publish(slots.doubleDecoder, [&](DoubleByteDecoder& table) {
+      return fillDoubleByteDecoder(*map, table);
+    });
+  } else {
+    const UnicodeLookup* lookup = tables.singleToUnicode.load(std::memory_order_acquire);
+    if (lookup == nullptr) return decoder;
+    decoder.singleByte = publish(slots.singleDecoder, [&](SingleByteDecoder& table) {
+      return fillSingleByteDecoder(*lookup, table);
+    });
+  }
+  return decoder;
+}
+
+Encoder encoderFor(const CodePageRow& row) {
+  DerivedSlots& slots = g_slots[row.slot];
+  const HashConvert* map = tableSlots(row).fromUnicode.load(std::memory_order_acquire);
+  Encoder encoder;
+  if (map == nullptr) return encoder;
+  if (row.isDoubleByte || row.codePage == kVietnamese) {
+    encoder.doubleByte = publish(slots.doubleEncoder, [&](DoubleByteEncoder& table) {
+      return fillDoubleByteEncoder(row, *map, table);
+    });
+  } else {
+    encoder.singleByte = publish(slots.singleEncoder, [&](SingleByteEncoder& table) {
+      return fillSingleByteEncoder(row, *map, table);
+    });
+  }
+  return encoder;
+}
+
+void releaseDerivedTables() {
+  for (DerivedSlots& slots : g_slots) {
+    release(slots.singleDecoder);
+    release(slots.doubleDecoder);
+    release(slots.singleEncoder);
+    release(slots.doubleEncoder);
+  }
+}
+
+}  // namespace fast

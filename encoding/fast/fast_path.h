@@ -1,0 +1,27 @@
+// The fast path of convert_a: clean stretches through the kernels, the rest through the plain legs.
+#ifndef ENCODING_FAST_FAST_PATH_H_
+#define ENCODING_FAST_FAST_PATH_H_
+
+#include "encoding/encoding_convert.h"
+
+namespace fast {
+
+enum class Outcome : unsigned char {
+  kNotTaken,  // nothing was done: the plain legs have to run
+  kFailed,    // the conversion ran and its result is false
+  kDone,      // the conversion ran and its result is true
+};
+
+// Converts a normalised source (1200, 65001 or a table-driven code page, without byte order mark)
+// to 1200, 65001 or a table-driven code page, with the output, result, flags and reports that the
+// plain legs give for the same input. Not taken for pairs that it does not serve, with a verbose
+// log, and on a big-endian host.
+Outcome convert(EncodingConvert& converter, int from, int to, const unsigned char* data,
+                unsigned int length, DataBuffer& out, LogBase& log);
+
+// For tests: makes every conversion take the plain legs, or the fast path again.
+void setFastPathForTesting(bool enabled);
+
+}  // namespace fast
+
+#endif  // ENCODING_FAST_FAST_PATH_H_
