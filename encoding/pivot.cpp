@@ -262,9 +262,12 @@ bool EncodingConvert::convert_a(int from, int to, const unsigned char* data, uns
       break;
   }
   switch (fast::convert(*this, c.from, c.to, c.data, c.length, out, log)) {
-    case fast::Outcome::kDone: return true;
-    case fast::Outcome::kFailed: return false;
-    case fast::Outcome::kNotTaken: break;
+    case fast::Outcome::kDone:
+      return true;
+    case fast::Outcome::kFailed:
+      return false;
+    case fast::Outcome::kNotTaken:
+      break;
   }
   if (c.from == kUtf16Le) return convertFromUtf16(c);
   if (c.from == kUtf8) return convertFromUtf8(c);

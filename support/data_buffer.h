@@ -74,8 +74,9 @@ class DataBuffer {
   void latchFailure() { m_failed = true; }
 
   // For the fast converters: writing space behind the content. reserveTail returns a pointer to at
-  // least count writable bytes, of which there are getTailRoom(), or null (latched); commitTail makes
-  // the first count of them content. truncate cuts the content to size bytes, which must not exceed getSize().
+  // least count writable bytes, of which there are getTailRoom(), or null (latched); commitTail
+  // makes the first count of them content. truncate cuts the content to size bytes, which must not
+  // exceed getSize().
   unsigned char* reserveTail(unsigned int count) {
     return ensureBuffer(count) ? m_data + m_size : nullptr;
   }

@@ -136,7 +136,7 @@ TEST(ErrorActionsTest, SubstitutionsThroughAConversion) {
       {65001, 1252, 7, "61 FF 62", "61 FF 62", true, true},
       {1200, 1252, 2, "61 00 00 4E", "61 26 23 78 30 30 34 45 3B", false, true},
       {1200, 1252, 7, "61 00 00 4E", "61 00 4E", false, true},
-      {932, 1252, 7, "61 81 00 62", "61 81 00 62", true, true},
+      {932, 1252, 7, "61 81 00 62", "61 81 00", true, true},  // nine bytes in the pivot
       {932, 1200, 7, "61 81 00 62", "61 00 81 00 62 00", true, true},
       // The first leg's raw bytes are read as units on the way to UTF-8: EFFD, then 3F01.
       {932, 65001, 1, "61 81 00 62", "61 EE BF BD E3 BC 81 62", true, true},

@@ -112,7 +112,7 @@ TEST(EncodeTest, PassThroughEscape) {
       {"FD EF 01 81 42 00", "81 42"},
       {"FD EF 02 81 82 42 00 43", "81 82 42"},  // an odd byte is left over
       {"FD EF 06 00 42 00", "06 42"},           // too long: only the mark goes
-      {"FD EF 05 81 42 00", "42"},              // runs past the end: the count goes, too
+      {"FD EF 05 41 00 00", "41"},              // runs past the end: the count goes, too
       {"FD EF 00", ""},
   };
   for (const auto& c : cases) EXPECT_EQ(encode(437, unhex(c.in), true).out, c.out) << c.in;

@@ -66,7 +66,7 @@ bool fillDoubleByteDecoder(const HashConvert& map, DoubleByteDecoder& table) {
 
 // Calls put(unit, code) for everything that the encoder of a code page writes without an error.
 template <class Put>
-void forEachEncoding(const CodePageRow& row, const HashConvert& map, Put put) {
+void forEachEncoding(const HashConvert& map, Put put) {
   map.forEachEntry([&](const HashConvert::Bucket& entry) {
     const unsigned int unit = zvLoadHostUnit(entry.key, false);
     const unsigned int code =
@@ -80,7 +80,7 @@ void forEachEncoding(const CodePageRow& row, const HashConvert& map, Put put) {
 
 bool fillSingleByteEncoder(const CodePageRow& row, const HashConvert& map,
                            SingleByteEncoder& table) {
-  forEachEncoding(row, map, [&](unsigned int unit, unsigned int code) {
+  forEachEncoding(map, [&](unsigned int unit, unsigned int code) {
     table.bytes[unit] = static_cast<std::uint8_t>(code);
   });
   if (row.codePage == 28596 || row.codePage == 1256) {
@@ -95,7 +95,7 @@ bool fillSingleByteEncoder(const CodePageRow& row, const HashConvert& map,
 
 bool fillDoubleByteEncoder(const CodePageRow& row, const HashConvert& map,
                            DoubleByteEncoder& table) {
-  forEachEncoding(row, map, [&](unsigned int unit, unsigned int code) {
+  forEachEncoding(map, [&](unsigned int unit, unsigned int code) {
     table.codes[unit] = static_cast<std::uint16_t>(code);
   });
   if (row.codePage == kVietnamese) {

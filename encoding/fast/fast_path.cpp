@@ -20,7 +20,8 @@ bool g_enabled = true;
 
 constexpr unsigned int kBlockBytes = 8192;  // of UTF-16
 constexpr std::uint64_t kMaxLength = 0xFFFFFFFFu;
-// Beyond this many bytes of output the plain loops, which append what fits to the last byte, finish.
+// Beyond this many bytes of output the plain loops, which append what fits to the last byte,
+// finish.
 constexpr unsigned int kNearlyFull = 0xFFFFFFFFu - 64 * 1024;
 constexpr std::size_t kByteMapPays = 2048;  // bytes of input
 
@@ -105,7 +106,8 @@ class FastConversion {
 
   KernelResult decode(const unsigned char* in, unsigned char* out, unsigned char* outEnd) const {
     switch (m_source.kind) {
-      case Side::kUtf8: return m_kernels.utf8ToUtf16(in, m_end, out, outEnd);
+      case Side::kUtf8:
+        return m_kernels.utf8ToUtf16(in, m_end, out, outEnd);
       case Side::kSingleByte:
         return m_kernels.singleByteToUtf16(*m_source.decoder.singleByte, in, m_end, out, outEnd);
       default:
@@ -116,7 +118,8 @@ class FastConversion {
   KernelResult encode(const unsigned char* in, const unsigned char* inEnd, unsigned char* out,
                       unsigned char* outEnd) const {
     switch (m_target.kind) {
-      case Side::kUtf8: return m_kernels.utf16ToUtf8(in, inEnd, out, outEnd);
+      case Side::kUtf8:
+        return m_kernels.utf16ToUtf8(in, inEnd, out, outEnd);
       case Side::kSingleByte:
         return m_kernels.utf16ToSingleByte(*m_target.encoder.singleByte, in, inEnd, out, outEnd);
       default:
@@ -240,19 +243,22 @@ class FastConversion {
   bool runOneLeg() {
     const bool decoding = m_target.kind == Side::kUtf16;
     while (true) {
-      const bool hasMemory = runKernel([&](const unsigned char* in, unsigned char* out,
-                                           unsigned char* outEnd) {
-        return decoding ? decode(in, out, outEnd) : encode(in, m_end, out, outEnd);
-      });
+      const bool hasMemory =
+          runKernel([&](const unsigned char* in, unsigned char* out, unsigned char* outEnd) {
+            return decoding ? decode(in, out, outEnd) : encode(in, m_end, out, outEnd);
+          });
       if (!hasMemory) return false;
       if (m_in == m_end) return m_result;
       const auto done = static_cast<std::size_t>(m_in - m_begin);
       const auto left = static_cast<std::size_t>(m_end - m_in);
       if (!decoding && left == 1) return finishOddLength() && m_result;
       if (isNearlyFull() || !mayResume(false)) {
-        return observed(done, done, [&] {
-          return decoding ? plainDecode(m_in, left, m_out) : plainEncode(m_in, left);
-        }) && m_result;
+        return observed(done, done,
+                        [&] {
+                          return decoding ? plainDecode(m_in, left, m_out)
+                                          : plainEncode(m_in, left);
+                        }) &&
+               m_result;
       }
       if (decoding) {
         if (!decodePiece(m_out)) return false;
@@ -266,9 +272,7 @@ class FastConversion {
 
   // What the plain loops make of an odd length differs between targets: to UTF-8 it is an error; a
   // table's encoder ignores the last byte, unless it is all.
-  bool finishOddLength() const {
-    return m_target.kind != Side::kUtf8 && m_in != m_begin;
-  }
+  bool finishOddLength() const { return m_target.kind != Side::kUtf8 && m_in != m_begin; }
 
   // ---- Two legs ----
 
@@ -358,13 +362,15 @@ class FastConversion {
     while (m_in != m_end) {
       const KernelResult r = decode(m_in, block, block + sizeof block);
       m_in = r.in;
-      const bool stopped =
-          m_in != m_end &&
-          block + sizeof block - r.out >= static_cast<std::ptrdiff_t>(kKernelSlack);
+      const bool stopped = m_in != m_end && block + sizeof block - r.out >=
+                                                static_cast<std::ptrdiff_t>(kKernelSlack);
       switch (encodeBlock(block, r.out)) {
-        case Block::kEncoded: break;
-        case Block::kFinished: return m_result;
-        case Block::kFailed: return false;
+        case Block::kEncoded:
+          break;
+        case Block::kFinished:
+          return m_result;
+        case Block::kFailed:
+          return false;
       }
       m_pivotBytes += static_cast<std::size_t>(r.out - block);
       if (!stopped) continue;
@@ -417,7 +423,7 @@ class FastConversion {
   const Kernels& m_kernels;
   const unsigned int m_firstSize = m_out.getSize();
   Side m_source, m_target;
-  DataBuffer m_piece;  // what the first leg made of the piece at hand
+  DataBuffer m_piece;            // what the first leg made of the piece at hand
   std::size_t m_pivotBytes = 0;  // UTF-16 given to the second leg so far
   bool m_result = true;
 };

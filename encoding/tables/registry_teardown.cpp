@@ -1,4 +1,5 @@
 #include "encoding/encoding_convert.h"
+#include "encoding/fast/derived_tables.h"
 #include "encoding/tables/code_pages.h"
 #include "support/japanese.h"
 
@@ -13,6 +14,7 @@ void releaseTable(std::atomic<Table*>& slot) {
 
 void EncodingConvert::cleanupMemory() {
   Japanese::releaseLastBlock();
+  fast::releaseDerivedTables();
   for (const CodePageRow& row : codePageRows()) {
     if (!row.isReleased) continue;
     TableSlots& slots = tableSlots(row);

@@ -1,0 +1,168 @@
+// The fast path gives what the plain legs give: output, result, flags and reports.
+#include "encoding/fast/fast_path.h"
+
+#include <random>
+#include <string>
+#include <vector>
+
+#include "encoding/fast/cpu_dispatch.h"
+#include "encoding/tables/code_pages.h"
+#include "tests/test_support.h"
+
+namespace {
+
+class Recorder : public ConversionObserver {
+ public:
+  void onUnconvertible(const UnconvertibleInput& piece) override {
+    reports.push_back((std::uint64_t{piece.offset} << 8) + piece.length * 2u +
+                      (piece.leg == ConversionLeg::kEncode ? 1u : 0u));
+  }
+  std::vector<std::uint64_t> reports;
+};
+
+struct Everything {
+  Outcome outcome;
+  bool pivotToUtf16, pivotFromUtf16;
+  std::vector<std::uint64_t> reports;
+  bool operator==(const Everything&) const = default;
+};
+std::ostream& operator<<(std::ostream& stream, const Everything& e) {
+  return stream << (e.outcome.ok ? "true " : "false ") << e.outcome.foundErrors << e.pivotToUtf16
+                << e.pivotFromUtf16 << " " << e.reports.size() << " reports, "
+                << e.outcome.out.size() << " bytes";
+}
+
+struct Settings {
+  int action;
+  int alternate;
+  std::string defBytes;
+  bool observed;
+};
+
+Everything run(bool fastPath, int from, int to, const std::string& input,
+               const Settings& settings) {
+  fast::setFastPathForTesting(fastPath);
+  EncodingConvert converter;
+  Recorder recorder;
+  if (settings.observed) converter.m_observer = &recorder;
+  converter.setErrorAction(settings.action);
+  converter.setAltDestCodepage(settings.alternate);
+  converter.setDefBytes(bytesOf(settings.defBytes), static_cast<int>(settings.defBytes.size()));
+  const Outcome outcome = convert(converter, from, to, input);
+  fast::setFastPathForTesting(true);
+  return {outcome, converter.m_pivotToUtf16, converter.m_pivotFromUtf16, recorder.reports};
+}
+
+// UTF-8 in several scripts, with a bad or special piece every so often.
+std::string sampleUtf8(std::mt19937& random, std::size_t size, unsigned int badEvery) {
+  static const char* const kWords[] = {"plain words, ",
+                                       "d\xC3\xA9j\xC3\xA0 vu ",
+                                       "\xD0\xBF\xD1\x80\xD0\xB8 ",
+                                       "\xE6\x97\xA5\xE6\x9C\xAC",
+                                       "\xEA\xB0\x80 ",
+                                       "\xF0\x9F\x98\x80",
+                                       "<b>markup</b>\r\n",
+                                       "\xD9\xA1\xDB\xB2",
+                                       "\xE1\xBB\x87\xC4\xA8"};
+  static const char* const kSpecial[] = {"\xFF",         "\xE4\xB8",         "\xC0\x80",
+                                         "\xED\xA0\x80", "\xEE\xBF\xBD",     "\xEF\xB7\xAF",
+                                         "\xF0\x9F",     "\xED\xB0\x80\x41", "\x01"};
+  std::string text;
+  while (text.size() < size) {
+    if (badEvery != 0 && random() % badEvery == 0) text += kSpecial[random() % 9];
+    if (badEvery != 0 && random() % badEvery == 0) text.push_back('\0');
+    text += kWords[random() % 9];
+  }
+  return text;
+}
+
+// Text that the code page can hold, with bytes that it may not know.
+std::string sampleFor(int from, std::mt19937& random, std::size_t size, unsigned int badEvery) {
+  std::string text = sampleUtf8(random, size, badEvery);
+  if (from != 65001) text = convert(65001, from, text).out;
+  for (std::size_t i = 0; badEvery != 0 && i < text.size(); i += 1 + random() % (20u * badEvery)) {
+    text[i] = static_cast<char>(random());
+  }
+  return text;
+}
+
+Settings randomSettings(std::mt19937& random) {
+  static const char* const kDefBytes[] = {
+      "", "?", "??", "ab?", "\xFD\xEF\x01", "\xD8\x41\x42", "1234567"};
+  static constexpr int kActions[] = {0, 1, 1, 1, 2, 3, 6, 7, 8, 9};
+  static constexpr int kAlternates[] = {0, 65001, 1252, 1200, 932};
+  return {kActions[random() % 10], kAlternates[random() % 5], kDefBytes[random() % 7],
+          random() % 4 == 0};
+}
+
+std::vector<int> fastCodePages() {
+  std::vector<int> pages = {1200, 65001};
+  for (const CodePageRow& row : codePageRows()) {
+    if (row.isDispatched) pages.push_back(row.codePage);
+  }
+  return pages;
+}
+
+TEST(FastPathTest, EqualsThePlainLegs) {
+  std::mt19937 random(42);
+  const std::vector<int> pages = fastCodePages();
+  for (const int from : pages) {
+    for (const int to : pages) {
+      const std::size_t size = random() % 16 == 0 ? 20000 : random() % 300;
+      const auto badEvery = static_cast<unsigned int>(random() % 3 == 0 ? 0 : 1 + random() % 200);
+      const std::string input = sampleFor(from, random, size, badEvery);
+      const Settings settings = randomSettings(random);
+      ASSERT_EQ(run(true, from, to, input, settings), run(false, from, to, input, settings))
+          << from << " to " << to << " action " << settings.action << " with "
+          << hex(settings.defBytes) << (settings.observed ? " observed" : "") << ", "
+          << input.size() << " bytes: " << hex(input.substr(0, 300));
+    }
+  }
+}
+
+// A few pairs of each kind at every length around the sizes of blocks and vectors, with each form
+// of the kernels.
+TEST(FastPathTest, EqualsThePlainLegsAtEveryLength) {
+  const int pairs[][2] = {{65001, 1200}, {1200, 65001}, {1252, 65001}, {37, 65001},   {1251, 20866},
+                          {932, 65001},  {65001, 932},  {936, 1200},   {1200, 949},   {65001, 1258},
+                          {950, 1256},   {1256, 65001}, {65001, 37},   {10001, 51932}};
+  std::mt19937 random(1);
+  for (const char* form : {"scalar", "sse4", "avx2"}) {
+    if (!fast::setKernelsForTesting(form)) continue;
+    for (const auto& pair : pairs) {
+      for (const unsigned int badEvery : {0u, 30u}) {
+        const std::string text = sampleFor(pair[0], random, 9000, badEvery);
+        for (std::size_t length = 0; length < text.size(); length += length < 200 ? 1 : 401) {
+          const std::string input = text.substr(text.size() - length);
+          const Settings settings{badEvery == 0 ? 0 : 1, 0, "?", false};
+          ASSERT_EQ(run(true, pair[0], pair[1], input, settings),
+                    run(false, pair[0], pair[1], input, settings))
+              << form << ": " << pair[0] << " to " << pair[1] << ", " << length << " bytes";
+        }
+      }
+    }
+  }
+  fast::setKernelsForTesting(nullptr);
+}
+
+// What the fast path takes for granted about the tables.
+TEST(FastPathTest, NoTableMeansTheMarkOfAnEscapeOrASurrogate) {
+  for (const CodePageRow& row : codePageRows()) {
+    if (!row.isDispatched) continue;
+    std::string all;
+    for (int lead = 0x80; lead < 0x100; ++lead) {
+      for (int trail = 0x30; trail < 0x100; ++trail) {
+        all.push_back(static_cast<char>(row.isDoubleByte ? lead : trail));
+        all.push_back(static_cast<char>(row.isDoubleByte ? trail : lead));
+      }
+    }
+    const std::string utf16 = convert(row.codePage, 1200, all).out;
+    for (std::size_t i = 0; i + 1 < utf16.size(); i += 2) {
+      const unsigned int unit = zvLoadHostUnit(bytesOf(utf16) + i, false);
+      ASSERT_NE(unit, 0xFDEFu) << row.codePage;
+      ASSERT_NE(unit & 0xF800, 0xD800u) << row.codePage;
+    }
+  }
+}
+
+}  // namespace
