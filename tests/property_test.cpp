@@ -60,28 +60,29 @@ TEST(PropertyTest, AnyBytesUnderAnySettings) {
   const std::vector<int> pages = allCodePages();
   for (const int from : pages) {
     for (const int to : pages) {
-      const std::string input = randomBytes(random, 1 + random() % 64);
-      const int action = static_cast<int>(random() % 10);
-      const auto settings = static_cast<unsigned int>(random());
-      EncodingConvert first, observed;
-      Counter counter;
-      observed.m_observer = &counter;
-      configure(first, action, settings);
-      configure(observed, action, settings);
-      const Outcome outcome = convert(first, from, to, input);
-      const auto where = [&] {
-        return std::to_string(from) + " to " + std::to_string(to) + " action " +
-               std::to_string(action) + ": " + hex(input);
-      };
-      ASSERT_EQ(convert(observed, from, to, input), outcome) << "observed: " << where();
-      ASSERT_EQ(convert(first, from, to, input), outcome) << "again: " << where();
-      ASSERT_FALSE(counter.malformed) << where();
-      if (action != 6 && counter.count != 0) {
-        ASSERT_TRUE(outcome.foundErrors) << where();
-      }
-      if (counter.count == 0) {  // clean input gives the same output under every action
-        configure(first, static_cast<int>(random() % 10), settings);
-        ASSERT_EQ(convert(first, from, to, input), outcome) << "other action: " << where();
+      for (int action = 0; action < 10; ++action) {
+        const std::string input = randomBytes(random, 1 + random() % 64);
+        const auto settings = static_cast<unsigned int>(random());
+        EncodingConvert first, observed;
+        Counter counter;
+        observed.m_observer = &counter;
+        configure(first, action, settings);
+        configure(observed, action, settings);
+        const Outcome outcome = convert(first, from, to, input);
+        const auto where = [&] {
+          return std::to_string(from) + " to " + std::to_string(to) + " action " +
+                 std::to_string(action) + ": " + hex(input);
+        };
+        ASSERT_EQ(convert(observed, from, to, input), outcome) << "observed: " << where();
+        ASSERT_EQ(convert(first, from, to, input), outcome) << "again: " << where();
+        ASSERT_FALSE(counter.malformed) << where();
+        if (action != 6 && counter.count != 0) {
+          ASSERT_TRUE(outcome.foundErrors) << where();
+        }
+        if (counter.count == 0) {  // clean input gives the same output under every action
+          configure(first, static_cast<int>(random() % 10), settings);
+          ASSERT_EQ(convert(first, from, to, input), outcome) << "other action: " << where();
+        }
       }
     }
   }
