@@ -62,24 +62,30 @@ bool makeRoom(DataBuffer& buffer, std::uint64_t size) {
 std::uint64_t doubled(unsigned int length) { return std::uint64_t{length} * 2; }
 std::uint64_t halved(unsigned int length) { return std::uint64_t{length} / 2 + 4; }
 
-bool startsWith(const Conversion& c, std::initializer_list<unsigned char> mark) {
-  return c.length >= mark.size() && std::equal(mark.begin(), mark.end(), c.data);
+template <std::size_t N>
+bool startsWith(const Conversion& c, const unsigned char (&mark)[N]) {
+  return c.length >= N && std::equal(mark, mark + N, c.data);
 }
+constexpr unsigned char kMarkUtf8[] = {0xEF, 0xBB, 0xBF};
+constexpr unsigned char kMarkUtf16Le[] = {0xFF, 0xFE};
+constexpr unsigned char kMarkUtf16Be[] = {0xFE, 0xFF};
+constexpr unsigned char kMarkUtf32Le[] = {0xFF, 0xFE, 0, 0};
+constexpr unsigned char kMarkUtf32Be[] = {0, 0, 0xFE, 0xFF};
 
 // A 1201 source that is marked as little endian stays a 1201 source that nothing swaps, and so ends
 // as a code page without a table.
 void stripByteOrderMark(Conversion& c) {
   if (c.from == kUtf8) {
-    if (startsWith(c, {0xEF, 0xBB, 0xBF})) c.skip(3);
+    if (startsWith(c, kMarkUtf8)) c.skip(3);
   } else if (isUtf16(c.from)) {
     c.bigEndian = c.from == kUtf16Be;
-    if (startsWith(c, {0xFF, 0xFE}) || startsWith(c, {0xFE, 0xFF})) {
+    if (startsWith(c, kMarkUtf16Le) || startsWith(c, kMarkUtf16Be)) {
       c.bigEndian = c.data[0] == 0xFE;
       c.skip(2);
     }
   } else if (isUtf32(c.from)) {
     c.bigEndian = isUtf32Be(c.from);
-    if (startsWith(c, {0xFF, 0xFE, 0, 0}) || startsWith(c, {0, 0, 0xFE, 0xFF})) {
+    if (startsWith(c, kMarkUtf32Le) || startsWith(c, kMarkUtf32Be)) {
       c.bigEndian = c.data[0] == 0;
       c.skip(4);
     }
@@ -118,11 +124,14 @@ bool copyUsAscii(Conversion& c) {
 
 enum class Normalised { kReady, kEmpty, kFailed };
 
+bool needsNormalising(const Conversion& c) {
+  return (isUtf16(c.from) && c.bigEndian) || isUtf32(c.from) || c.from == kUtf7;
+}
+
 // Makes the source UTF-16 little endian, UTF-8 or a table-driven code page; scratch holds it.
 Normalised normaliseSource(Conversion& c, DataBuffer& scratch) {
   DataBuffer raw;
   if (isUtf16(c.from)) {
-    if (!c.bigEndian) return Normalised::kReady;
     if (c.length < 2) return Normalised::kEmpty;
     if (!swapUnits(c.data, c.length & ~1u, scratch)) return Normalised::kFailed;
     c.setSource(kUtf16Le, scratch);
@@ -135,7 +144,7 @@ Normalised normaliseSource(Conversion& c, DataBuffer& scratch) {
     }
     _zvUtf::Utf32ToUtf8(raw, scratch, c.log);
     c.setSource(kUtf8, scratch);
-  } else if (c.from == kUtf7) {
+  } else {  // UTF-7
     raw.borrowData(c.data, c.length);
     _zvUtf::Utf7ToUtf16_xe(raw, scratch);
     c.setSource(zvIsLittleEndian() ? kUtf16Le : kUtf16Be, scratch);
@@ -236,6 +245,21 @@ bool convertFromTable(Conversion& c) {
   return c.to == kUtf8 ? pivotToUtf8(c) : pivotThroughTables(c);
 }
 
+// A source of UTF-16 little endian, UTF-8 or a table-driven code page.
+bool convertNormalised(Conversion& c) {
+  switch (fast::convert(c.converter, c.from, c.to, c.data, c.length, c.out, c.log)) {
+    case fast::Outcome::kDone:
+      return true;
+    case fast::Outcome::kFailed:
+      return false;
+    case fast::Outcome::kNotTaken:
+      break;
+  }
+  if (c.from == kUtf16Le) return convertFromUtf16(c);
+  if (c.from == kUtf8) return convertFromUtf8(c);
+  return convertFromTable(c);
+}
+
 }  // namespace
 
 bool EncodingConvert::convert_a(int from, int to, const unsigned char* data, unsigned int length,
@@ -252,6 +276,7 @@ bool EncodingConvert::convert_a(int from, int to, const unsigned char* data, uns
   if (c.from == kGsm || c.to == kGsm) return convertGsm(c);
   if (c.from == kUsAscii && isAsciiCompatibleTarget(c.to)) return copyUsAscii(c);
 
+  if (!needsNormalising(c)) return convertNormalised(c);
   DataBuffer normalised;
   switch (normaliseSource(c, normalised)) {
     case Normalised::kEmpty:
@@ -261,15 +286,5 @@ bool EncodingConvert::convert_a(int from, int to, const unsigned char* data, uns
     case Normalised::kReady:
       break;
   }
-  switch (fast::convert(*this, c.from, c.to, c.data, c.length, out, log)) {
-    case fast::Outcome::kDone:
-      return true;
-    case fast::Outcome::kFailed:
-      return false;
-    case fast::Outcome::kNotTaken:
-      break;
-  }
-  if (c.from == kUtf16Le) return convertFromUtf16(c);
-  if (c.from == kUtf8) return convertFromUtf8(c);
-  return convertFromTable(c);
+  return convertNormalised(c);
 }

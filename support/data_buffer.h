@@ -15,7 +15,9 @@ class DataBuffer {
  public:
   DataBuffer() noexcept = default;
   // Frees owned storage (own or adopted); never touches borrowed memory.
-  ~DataBuffer() { release(); }
+  ~DataBuffer() {
+    if (m_data != nullptr) release();
+  }
   DataBuffer(const DataBuffer&) = delete;
   DataBuffer& operator=(const DataBuffer&) = delete;
 

@@ -26,18 +26,20 @@ void release(std::atomic<const Table*>& slot) {
   delete slot.exchange(nullptr, std::memory_order_acq_rel);
 }
 
-// The published table of a slot, built by fill(Table&) when there is none yet: built outside, one
-// compare-exchange, and the loser destroys its own. Null when memory is short, or when fill says
-// that a flat table will not do.
-template <class Table, class Fill>
-const Table* publish(std::atomic<const Table*>& slot, Fill fill) {
+// The published table of a slot, made by fill(base table, Table&) when there is none yet: made
+// outside, one compare-exchange, and the loser destroys its own. Null when there is no base table,
+// when memory is short, or when fill says that a flat table will not do.
+template <class Table, class Base, class Fill>
+const Table* publish(std::atomic<const Table*>& slot, const std::atomic<Base*>& base, Fill fill) {
   if (const Table* table = slot.load(std::memory_order_acquire)) return table;
-  std::unique_ptr<Table> built(new (std::nothrow) Table());
-  if (built == nullptr || !fill(*built)) return nullptr;
+  const Base* source = base.load(std::memory_order_acquire);
+  if (source == nullptr) return nullptr;
+  std::unique_ptr<Table> made(new (std::nothrow) Table());
+  if (made == nullptr || !fill(*source, *made)) return nullptr;
   const Table* expected = nullptr;
-  if (slot.compare_exchange_strong(expected, built.get(), std::memory_order_acq_rel,
+  if (slot.compare_exchange_strong(expected, made.get(), std::memory_order_acq_rel,
                                    std::memory_order_acquire)) {
-    return built.release();
+    return made.release();
   }
   return expected;
 }
@@ -114,38 +116,25 @@ bool fillDoubleByteEncoder(const CodePageRow& row, const HashConvert& map,
 Decoder decoderFor(const CodePageRow& row) {
   DerivedSlots& slots = g_slots[row.slot];
   const TableSlots& tables = tableSlots(row);
-  Decoder decoder;
   if (row.isDoubleByte) {
-    const HashConvert* map = tables.multiToUnicode.load(std::memory_order_acquire);
-    if (map == nullptr) return decoder;
-    decoder.doubleByte = publish(slots.doubleDecoder, [&](DoubleByteDecoder& table) {
-      return fillDoubleByteDecoder(*map, table);
-    });
-  } else {
-    const UnicodeLookup* lookup = tables.singleToUnicode.load(std::memory_order_acquire);
-    if (lookup == nullptr) return decoder;
-    decoder.singleByte = publish(slots.singleDecoder, [&](SingleByteDecoder& table) {
-      return fillSingleByteDecoder(*lookup, table);
-    });
+    return {nullptr, publish(slots.doubleDecoder, tables.multiToUnicode, fillDoubleByteDecoder)};
   }
-  return decoder;
+  return {publish(slots.singleDecoder, tables.singleToUnicode, fillSingleByteDecoder), nullptr};
 }
 
 Encoder encoderFor(const CodePageRow& row) {
   DerivedSlots& slots = g_slots[row.slot];
-  const HashConvert* map = tableSlots(row).fromUnicode.load(std::memory_order_acquire);
-  Encoder encoder;
-  if (map == nullptr) return encoder;
+  const auto& base = tableSlots(row).fromUnicode;
   if (row.isDoubleByte || row.codePage == kVietnamese) {
-    encoder.doubleByte = publish(slots.doubleEncoder, [&](DoubleByteEncoder& table) {
-      return fillDoubleByteEncoder(row, *map, table);
-    });
-  } else {
-    encoder.singleByte = publish(slots.singleEncoder, [&](SingleByteEncoder& table) {
-      return fillSingleByteEncoder(row, *map, table);
-    });
+    const auto fill = [&](const HashConvert& map, DoubleByteEncoder& table) {
+      return fillDoubleByteEncoder(row, map, table);
+    };
+    return {nullptr, publish(slots.doubleEncoder, base, fill)};
   }
-  return encoder;
+  const auto fill = [&](const HashConvert& map, SingleByteEncoder& table) {
+    return fillSingleByteEncoder(row, map, table);
+  };
+  return {publish(slots.singleEncoder, base, fill), nullptr};
 }
 
 void releaseDerivedTables() {

@@ -48,15 +48,24 @@ class ShiftedObserver : public ConversionObserver {
   unsigned int m_decoded, m_encoded;
 };
 
+bool isOpen(const Decoder& decoder) {
+  return decoder.singleByte != nullptr || decoder.doubleByte != nullptr;
+}
+bool isOpen(const Encoder& encoder) {
+  return encoder.singleByte != nullptr || encoder.doubleByte != nullptr;
+}
+
 bool openSource(int codePage, LogBase& log, Side& side) {
   if (codePage == kUtf8) side.kind = Side::kUtf8;
   if (codePage == kUtf8 || codePage == kUtf16Le) return true;
   const CodePageRow* row = findCodePageRow(codePage);
   if (row == nullptr || !row->isDispatched) return false;
-  if (!EncodingConvert::ensureHashToUnicode(codePage, log)) return false;
   side.kind = row->isDoubleByte ? Side::kDoubleByte : Side::kSingleByte;
   side.decoder = decoderFor(*row);
-  return side.decoder.singleByte != nullptr || side.decoder.doubleByte != nullptr;
+  if (isOpen(side.decoder)) return true;
+  if (!EncodingConvert::ensureHashToUnicode(codePage, log)) return false;
+  side.decoder = decoderFor(*row);
+  return isOpen(side.decoder);
 }
 
 bool openTarget(int codePage, const EncodingConvert& converter, LogBase& log, Side& side) {
@@ -69,10 +78,13 @@ bool openTarget(int codePage, const EncodingConvert& converter, LogBase& log, Si
   if (row == nullptr || !row->isDispatched) return false;
   // The decompositions belong to the destination of the whole conversion, not to the table.
   if (codePage == 1258 && converter.m_toCodePage != codePage) return false;
-  if (!EncodingConvert::ensureHashFromUnicode(codePage, log)) return false;
   side.encoder = encoderFor(*row);
+  if (!isOpen(side.encoder)) {
+    if (!EncodingConvert::ensureHashFromUnicode(codePage, log)) return false;
+    side.encoder = encoderFor(*row);
+  }
   side.kind = side.encoder.doubleByte != nullptr ? Side::kDoubleByte : Side::kSingleByte;
-  return side.encoder.singleByte != nullptr || side.encoder.doubleByte != nullptr;
+  return isOpen(side.encoder);
 }
 
 class FastConversion {
