@@ -3,6 +3,7 @@
 
 #include <climits>
 
+#include "encoding/fast/fast_path.h"
 #include "encoding/mac_arabic.h"
 #include "encoding/special_code_pages.h"
 #include "support/japanese.h"
@@ -44,7 +45,8 @@ struct Request {
 };
 
 bool isPdf(const unsigned char* data, unsigned int length) {
-  return length >= 7 && zvStrNCmp(reinterpret_cast<const char*>(data), "%PDF-1", 6) == 0;
+  return length >= 7 && data[0] == '%' &&
+         zvStrNCmp(reinterpret_cast<const char*>(data), "%PDF-1", 6) == 0;
 }
 
 bool isRefused(int codePage) { return codePage < 100 && codePage != 37; }
@@ -88,7 +90,22 @@ bool toUtf7(EncodingConvert& converter, const Request& request) {
   return _zvUtf::Utf16XEToUtf7(utf16, request.out);
 }
 
-bool toUtf32(EncodingConvert& converter, const Request& request) {
+// Converts the clean beginning without an intermediate copy. True when it was all of the input.
+bool convertCleanBeginning(EncodingConvert& converter, Request& request) {
+  const unsigned int done = fast::convertPrefix(converter, request.from, request.to, request.data,
+                                                request.length, request.out, request.log);
+  request.data += done;
+  request.length -= done;
+  if (request.length != 0) return false;
+  // As the legs leave them; from UTF-8 to UTF-32 there are none.
+  if (request.from != kUtf8 || !isUtf32(request.to)) {
+    converter.m_pivotToUtf16 = converter.m_pivotFromUtf16 = false;
+  }
+  return true;
+}
+
+bool toUtf32(EncodingConvert& converter, Request request) {
+  if (convertCleanBeginning(converter, request)) return true;
   DataBuffer utf8;
   if (request.from == kUtf8) {
     utf8.borrowData(request.data, request.length);
@@ -99,8 +116,9 @@ bool toUtf32(EncodingConvert& converter, const Request& request) {
 }
 
 // A partial result counts as success: m_foundErrors tells the difference.
-bool toUtf16Be(EncodingConvert& converter, const Request& request) {
+bool toUtf16Be(EncodingConvert& converter, Request request) {
   converter.m_toCodePage = kUtf16Le;
+  if (convertCleanBeginning(converter, request)) return true;
   DataBuffer utf16;
   runLeg(converter, request, kUtf16Le, utf16);
   if (utf16.hasFailed()) return false;

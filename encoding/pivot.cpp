@@ -260,6 +260,20 @@ bool convertNormalised(Conversion& c) {
   return convertFromTable(c);
 }
 
+// The clean beginning of a UTF-32 or UTF-16 big-endian source needs no normalised copy. True when
+// it was all of the source.
+bool convertCleanBeginning(Conversion& c) {
+  // From UTF-16 to UTF-16 the plain way writes the text and then fails.
+  if (c.from == kUtf7 || (isUtf16(c.from) && c.to == kUtf16Le)) return false;
+  const int from = isUtf16(c.from) ? kUtf16Be : c.bigEndian ? kUtf32Be : kUtf32Le;
+  const unsigned int done =
+      fast::convertPrefix(c.converter, from, c.to, c.data, c.length, c.out, c.log);
+  if (done == 0) return false;
+  c.setPivotFlags(false, false);
+  c.skip(done);
+  return c.length == 0;
+}
+
 }  // namespace
 
 bool EncodingConvert::convert_a(int from, int to, const unsigned char* data, unsigned int length,
@@ -277,6 +291,7 @@ bool EncodingConvert::convert_a(int from, int to, const unsigned char* data, uns
   if (c.from == kUsAscii && isAsciiCompatibleTarget(c.to)) return copyUsAscii(c);
 
   if (!needsNormalising(c)) return convertNormalised(c);
+  if (convertCleanBeginning(c)) return true;
   DataBuffer normalised;
   switch (normaliseSource(c, normalised)) {
     case Normalised::kEmpty:

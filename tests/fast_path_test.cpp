@@ -96,7 +96,7 @@ Settings randomSettings(std::mt19937& random) {
 }
 
 std::vector<int> fastCodePages() {
-  std::vector<int> pages = {1200, 65001};
+  std::vector<int> pages = {1200, 1201, 12000, 12001, 65001, 65000, 55000, 50220, 50225};
   for (const CodePageRow& row : codePageRows()) {
     if (row.isDispatched) pages.push_back(row.codePage);
   }

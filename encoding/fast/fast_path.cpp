@@ -7,16 +7,13 @@
 #include <cstdint>
 #include <cstring>
 
+#include "encoding/fast/conversion_side.h"
 #include "encoding/fast/cpu_dispatch.h"
-#include "encoding/fast/derived_tables.h"
 #include "encoding/special_code_pages.h"
-#include "support/zv_base.h"
 #include "support/zv_utf.h"
 
 namespace fast {
 namespace {
-
-bool g_enabled = true;
 
 constexpr unsigned int kBlockBytes = 8192;  // of UTF-16
 constexpr std::uint64_t kMaxLength = 0xFFFFFFFFu;
@@ -24,13 +21,6 @@ constexpr std::uint64_t kMaxLength = 0xFFFFFFFFu;
 // finish.
 constexpr unsigned int kNearlyFull = 0xFFFFFFFFu - 64 * 1024;
 constexpr std::size_t kByteMapPays = 2048;  // bytes of input
-
-// One side of a conversion.
-struct Side {
-  enum Kind : unsigned char { kUtf16, kUtf8, kSingleByte, kDoubleByte } kind = kUtf16;
-  Decoder decoder;
-  Encoder encoder;
-};
 
 // Adds what lies before a stretch to the offsets that the legs report of it.
 class ShiftedObserver : public ConversionObserver {
@@ -48,45 +38,6 @@ class ShiftedObserver : public ConversionObserver {
   unsigned int m_decoded, m_encoded;
 };
 
-bool isOpen(const Decoder& decoder) {
-  return decoder.singleByte != nullptr || decoder.doubleByte != nullptr;
-}
-bool isOpen(const Encoder& encoder) {
-  return encoder.singleByte != nullptr || encoder.doubleByte != nullptr;
-}
-
-bool openSource(int codePage, LogBase& log, Side& side) {
-  if (codePage == kUtf8) side.kind = Side::kUtf8;
-  if (codePage == kUtf8 || codePage == kUtf16Le) return true;
-  const CodePageRow* row = findCodePageRow(codePage);
-  if (row == nullptr || !row->isDispatched) return false;
-  side.kind = row->isDoubleByte ? Side::kDoubleByte : Side::kSingleByte;
-  side.decoder = decoderFor(*row);
-  if (isOpen(side.decoder)) return true;
-  if (!EncodingConvert::ensureHashToUnicode(codePage, log)) return false;
-  side.decoder = decoderFor(*row);
-  return isOpen(side.decoder);
-}
-
-bool openTarget(int codePage, const EncodingConvert& converter, LogBase& log, Side& side) {
-  if (codePage == kUtf16Le) return true;
-  if (codePage == kUtf8) {
-    side.kind = Side::kUtf8;
-    return g_allow_4byte_utf8 && converter.m_allow4ByteUtf8;
-  }
-  const CodePageRow* row = findCodePageRow(codePage);
-  if (row == nullptr || !row->isDispatched) return false;
-  // The decompositions belong to the destination of the whole conversion, not to the table.
-  if (codePage == 1258 && converter.m_toCodePage != codePage) return false;
-  side.encoder = encoderFor(*row);
-  if (!isOpen(side.encoder)) {
-    if (!EncodingConvert::ensureHashFromUnicode(codePage, log)) return false;
-    side.encoder = encoderFor(*row);
-  }
-  side.kind = side.encoder.doubleByte != nullptr ? Side::kDoubleByte : Side::kSingleByte;
-  return isOpen(side.encoder);
-}
-
 class FastConversion {
  public:
   FastConversion(EncodingConvert& converter, int from, int to, const unsigned char* data,
@@ -102,7 +53,8 @@ class FastConversion {
         m_kernels(kernels()) {}
 
   bool open() {
-    return openSource(m_from, m_log, m_source) && openTarget(m_to, m_converter, m_log, m_target);
+    return openSource(m_from, m_log, m_source) && m_source.kind <= Side::kDoubleByte &&
+           openTarget(m_to, m_converter, m_log, m_target) && m_target.kind <= Side::kDoubleByte;
   }
 
   bool run() {
@@ -117,26 +69,12 @@ class FastConversion {
   // ---- Kernels ----
 
   KernelResult decode(const unsigned char* in, unsigned char* out, unsigned char* outEnd) const {
-    switch (m_source.kind) {
-      case Side::kUtf8:
-        return m_kernels.utf8ToUtf16(in, m_end, out, outEnd);
-      case Side::kSingleByte:
-        return m_kernels.singleByteToUtf16(*m_source.decoder.singleByte, in, m_end, out, outEnd);
-      default:
-        return m_kernels.doubleByteToUtf16(*m_source.decoder.doubleByte, in, m_end, out, outEnd);
-    }
+    return fast::decode(m_kernels, m_source, in, m_end, out, outEnd);
   }
 
   KernelResult encode(const unsigned char* in, const unsigned char* inEnd, unsigned char* out,
                       unsigned char* outEnd) const {
-    switch (m_target.kind) {
-      case Side::kUtf8:
-        return m_kernels.utf16ToUtf8(in, inEnd, out, outEnd);
-      case Side::kSingleByte:
-        return m_kernels.utf16ToSingleByte(*m_target.encoder.singleByte, in, inEnd, out, outEnd);
-      default:
-        return m_kernels.utf16ToDoubleByte(*m_target.encoder.doubleByte, in, inEnd, out, outEnd);
-    }
+    return fast::encode(m_kernels, m_target, in, inEnd, out, outEnd);
   }
 
   // ---- Output ----
@@ -442,13 +380,9 @@ class FastConversion {
 
 }  // namespace
 
-void setFastPathForTesting(bool enabled) { g_enabled = enabled; }
-
 Outcome convert(EncodingConvert& converter, int from, int to, const unsigned char* data,
                 unsigned int length, DataBuffer& out, LogBase& log) {
-  if (!g_enabled || log.m_verboseLogging != 0 || zvIsBigEndian() || from == to) {
-    return Outcome::kNotTaken;
-  }
+  if (!isFastPathOpen(log) || from == to) return Outcome::kNotTaken;
   // Lengths that the plain legs refuse, because twice of them is no 32-bit number.
   if (length > 0x7FFFFFFD && from != kUtf16Le) return Outcome::kNotTaken;
   FastConversion conversion(converter, from, to, data, length, out, log);

@@ -19,6 +19,14 @@ enum class Outcome : unsigned char {
 Outcome convert(EncodingConvert& converter, int from, int to, const unsigned char* data,
                 unsigned int length, DataBuffer& out, LogBase& log);
 
+// Converts the beginning of a conversion from or to UTF-32 or UTF-16 big endian (the other side may
+// be anything that convert() serves), up to a block in which something is not clean, and returns
+// the bytes of input that it consumed. What is left is to be converted by the plain way, which
+// gives for both together what it gives for the whole. Byte order marks are not this function's
+// business: 0 for a source that begins with one.
+unsigned int convertPrefix(EncodingConvert& converter, int from, int to, const unsigned char* data,
+                           unsigned int length, DataBuffer& out, LogBase& log);
+
 // For tests: makes every conversion take the plain legs, or the fast path again.
 void setFastPathForTesting(bool enabled);
 
