@@ -1,0 +1,213 @@
+// CodecRun: what the codecs with shift states (ISO-2022-JP, ISO-2022-KR, HZ) are built on.
+#ifndef SUPPORT_CODEC_RUN_H_
+#define SUPPORT_CODEC_RUN_H_
+
+#include <algorithm>
+#include <bit>
+#include <cstdint>
+#include <cstring>
+
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
+
+#include "support/data_buffer.h"
+#include "support/replacement_sink.h"
+
+// One pass over one piece of text: the input that is still to be read, and space behind the output
+// that is being written. A codec derives from it, converts runs of one kind in loops that keep the
+// pointers in registers, and everything between the runs a unit at a time.
+struct CodecRun {
+  // Room that makeRoom() promises: more than any unit writes, shifts included.
+  static constexpr std::ptrdiff_t kMinRoom = 16;
+  static constexpr std::ptrdiff_t kMaxRoom = 1 << 16;
+
+  CodecRun(const unsigned char* data, unsigned int length, bool isLast, DataBuffer& output,
+           ReplacementSink* replacementSink)
+      : begin(data),
+        p(data),
+        end(data + length),
+        last(isLast),
+        out(output),
+        sink(replacementSink) {}
+
+  std::ptrdiff_t left() const { return end - p; }
+  std::ptrdiff_t room() const { return destEnd - dest; }
+  // How many units of unitSize bytes can be copied before input or room ends.
+  std::ptrdiff_t copyable(std::ptrdiff_t unitSize) const {
+    return std::min(left(), room()) / unitSize;
+  }
+
+  // False, latched, when memory is short.
+  bool makeRoom() {
+    if (room() >= kMinRoom) return true;
+    commit();
+    const auto wanted = static_cast<unsigned int>(std::min(left(), kMaxRoom) + kMinRoom);
+    dest = out.reserveTail(wanted);
+    destStart = dest;
+    destEnd = dest == nullptr ? nullptr : dest + wanted;
+    return dest != nullptr;
+  }
+  void commit() {
+    out.commitTail(static_cast<unsigned int>(dest - destStart));
+    destStart = dest;
+  }
+
+  void put(unsigned char byte) { *dest++ = byte; }
+  void put(unsigned char first, unsigned char second) {
+    put(first);
+    put(second);
+  }
+  // Copies the next count bytes as they are.
+  void pass(unsigned int count) {
+    for (; count != 0; --count) put(*p++);
+  }
+  // Writes a mark of two bytes in place of the next length bytes.
+  void mark(unsigned int length, unsigned char first, unsigned char second, bool& replaced) {
+    replaced = true;
+    if (sink != nullptr) {
+      sink->onReplaced({static_cast<unsigned int>(p - begin), length,
+                        out.getSize() + static_cast<unsigned int>(dest - destStart)});
+    }
+    p += length;
+    put(first, second);
+  }
+
+  const unsigned char* const begin;
+  const unsigned char* p;
+  const unsigned char* const end;
+  const bool last;  // nothing follows the piece
+  DataBuffer& out;
+  ReplacementSink* const sink;
+  unsigned char* dest = nullptr;
+  unsigned char* destStart = nullptr;  // where the bytes begin that are not yet content of out
+  unsigned char* destEnd = nullptr;
+};
+
+// Drives a codec: step() converts something, with at least kMinRoom bytes of room, and returns
+// false when it cannot go on without what follows the piece (never when the piece is the last);
+// finish() ends the text. Returns how many bytes were used: all of them when memory is short.
+template <typename Codec>
+unsigned int runCodec(Codec& codec) {
+  const auto length = static_cast<unsigned int>(codec.left());
+  while (codec.p != codec.end) {
+    if (!codec.makeRoom()) return length;
+    if (!codec.step()) break;
+  }
+  if (codec.last) {
+    if (!codec.makeRoom()) return length;
+    codec.finish();
+  }
+  codec.commit();
+  return static_cast<unsigned int>(codec.p - codec.begin);
+}
+
+// Sixteen bytes, or eight pairs of bytes, at a time. The vector types are the compilers' own, so
+// that they serve every processor; a processor that keeps words the other way round takes the loops
+// of one unit, which are there for what is left in any case.
+namespace codec_vectors {
+
+constexpr bool kUsed = std::endian::native == std::endian::little;
+typedef unsigned char Bytes __attribute__((vector_size(16)));
+typedef signed char SignedBytes __attribute__((vector_size(16)));
+typedef unsigned short Words __attribute__((vector_size(16)));  // first byte of a pair lowest
+typedef short SignedWords __attribute__((vector_size(16)));
+
+// How many bytes come before the first lane that is set.
+template <typename Lanes>
+unsigned int bytesBefore(Lanes lanes) {
+#ifdef __SSE2__
+  const int mask = _mm_movemask_epi8(reinterpret_cast<__m128i>(lanes));
+  // A branch of its own for the full vector, so that a long run does not wait for the count.
+  if (mask == 0) return 16;
+  return static_cast<unsigned int>(std::countr_zero(static_cast<unsigned int>(mask)));
+#else
+  std::uint64_t halves[2];
+  std::memcpy(halves, &lanes, sizeof halves);
+  const int zeros = halves[0] != 0 ? std::countr_zero(halves[0]) : 64 + std::countr_zero(halves[1]);
+  return static_cast<unsigned int>(zeros) / 8;
+#endif
+}
+
+// A vector that repeats two bytes.
+constexpr Bytes repeat(unsigned char first, unsigned char second) {
+  return Bytes{first, second, first, second, first, second, first, second,
+               first, second, first, second, first, second, first, second};
+}
+
+// A set of pairs: first bytes firstLow to firstHigh, each with all second bytes secondLow to
+// secondHigh.
+struct PairBox {
+  unsigned char firstLow, firstHigh, secondLow, secondHigh;
+};
+// The lanes that hold a pair of the box.
+inline SignedWords inBox(Bytes pairs, PairBox box) {
+  const Bytes distance = pairs - repeat(box.firstLow, box.secondLow);
+  const auto bytesInside =
+      distance <= repeat(static_cast<unsigned char>(box.firstHigh - box.firstLow),
+                         static_cast<unsigned char>(box.secondHigh - box.secondLow));
+  return reinterpret_cast<SignedWords>(bytesInside) == -1;
+}
+
+}  // namespace codec_vectors
+
+// Copies what is below 0x80 and none of Stops. A vector is stored before it is known how much of it
+// counts; what follows overwrites the rest.
+template <unsigned char... Stops>
+void copyPlain(CodecRun& run) {
+  using namespace codec_vectors;
+  const unsigned char* p = run.p;
+  unsigned char* dest = run.dest;
+  std::ptrdiff_t count = run.copyable(1);
+  for (; kUsed && count >= 16; count -= 16) {
+    Bytes bytes;
+    std::memcpy(&bytes, p, sizeof bytes);
+    std::memcpy(dest, &bytes, sizeof bytes);
+    SignedBytes stop = reinterpret_cast<SignedBytes>(bytes) < 0;
+    ((stop |= reinterpret_cast<SignedBytes>(bytes == Stops)), ...);
+    const unsigned int copied = bytesBefore(stop);
+    p += copied;
+    dest += copied;
+    if (copied != 16) {
+      count = 0;
+      break;
+    }
+  }
+  for (; count > 0 && *p < 0x80 && ((*p != Stops) && ...); --count) *dest++ = *p++;
+  run.p = p;
+  run.dest = dest;
+}
+
+// Converts pairs of bytes up to the first that the codec does not map. Map offers
+//   static Words eight(Words pairs, SignedWords& known): the pairs converted; known gets the lanes
+//     that hold a pair which this function knows, which need not be all;
+//   static bool one(const unsigned char* pair, unsigned char* dest): converts any, false for none.
+template <typename Map>
+void copyPairs(CodecRun& run) {
+  using namespace codec_vectors;
+  const unsigned char* p = run.p;
+  unsigned char* dest = run.dest;
+  std::ptrdiff_t count = run.copyable(2);
+  while (count > 0) {
+    if (kUsed && count >= 8) {
+      Words pairs;
+      SignedWords known;
+      std::memcpy(&pairs, p, sizeof pairs);
+      pairs = Map::eight(pairs, known);
+      std::memcpy(dest, &pairs, sizeof pairs);
+      const unsigned int converted = bytesBefore(~known);
+      p += converted;
+      dest += converted;
+      count -= converted / 2;
+      if (converted == 16) continue;
+    }
+    // The vector's exceptions come in groups, so a few pairs are taken before it is tried again.
+    const std::ptrdiff_t countThen = std::max<std::ptrdiff_t>(count - 4, 0);
+    for (; count > countThen && Map::one(p, dest); --count, p += 2) dest += 2;
+    if (count > countThen) break;
+  }
+  run.p = p;
+  run.dest = dest;
+}
+
+#endif  // SUPPORT_CODEC_RUN_H_

@@ -1,0 +1,245 @@
+#include "support/korean.h"
+
+#include "support/codec_run.h"
+#include "support/escape_sequence.h"
+#include "support/plane94.h"
+
+namespace {
+
+using codec_vectors::Bytes;
+using codec_vectors::inBox;
+using codec_vectors::SignedWords;
+using codec_vectors::Words;
+
+constexpr char kHeader[] = "$)C";  // behind an ESC: KS X 1001 as the set of SO
+constexpr unsigned int kHeaderLength = sizeof kHeader - 1;
+
+// What code page 949 assigns of the KS X 1001 plane, which includes its two user-defined rows, 41
+// and 94: they have a place here as well.
+constexpr PlaneRange kAssigned[] = {
+    {1, 1, 1, 94},   {2, 2, 1, 71},   {3, 4, 1, 94},    {5, 5, 1, 10},   {5, 5, 16, 25},
+    {5, 5, 33, 56},  {5, 5, 65, 88},  {6, 6, 1, 68},    {7, 7, 1, 79},   {8, 8, 1, 4},
+    {8, 8, 6, 6},    {8, 8, 8, 15},   {8, 8, 17, 94},   {9, 9, 1, 94},   {10, 10, 1, 83},
+    {11, 11, 1, 86}, {12, 12, 1, 33}, {12, 12, 49, 81}, {16, 94, 1, 94},
+};
+
+constexpr std::array<bool, kPlaneSize> makeAssigned() {
+  std::array<bool, kPlaneSize> assigned{};
+  for (const PlaneRange& range : kAssigned) {
+    for (unsigned int row = range.firstRow; row <= range.lastRow; ++row) {
+      for (unsigned int cell = range.first; cell <= range.last; ++cell) {
+        assigned[(row - 1) * kRowStride + cell - 1] = true;
+      }
+    }
+  }
+  return assigned;
+}
+constexpr std::array<bool, kPlaneSize> kIsAssigned = makeAssigned();
+
+// Whether two 7-bit bytes, or two of a 949 code, are a character of KS X 1001.
+bool isKs7(unsigned char first, unsigned char second) {
+  return kIsAssigned[planeIndex(first, second)];
+}
+bool isKs8(unsigned char first, unsigned char second) {
+  return first >= 0x80 && second >= 0x80 &&
+         isKs7(static_cast<unsigned char>(first - 0x80), static_cast<unsigned char>(second - 0x80));
+}
+
+// The two directions for copyPairs; eight at a time are pairs of the full rows from 16 on, Hangul
+// and Hanja.
+struct KsTo949 {
+  static bool one(const unsigned char* pair, unsigned char* dest) {
+    if (!isKs7(pair[0], pair[1])) return false;
+    dest[0] = pair[0] | 0x80;
+    dest[1] = pair[1] | 0x80;
+    return true;
+  }
+  static Words eight(Words pairs, SignedWords& known) {
+    known = inBox(reinterpret_cast<Bytes>(pairs), {0x30, 0x7E, 0x21, 0x7E});
+    return pairs | 0x8080;
+  }
+};
+struct KsFrom949 {
+  static bool one(const unsigned char* pair, unsigned char* dest) {
+    if (!isKs8(pair[0], pair[1])) return false;
+    dest[0] = pair[0] & 0x7F;
+    dest[1] = pair[1] & 0x7F;
+    return true;
+  }
+  static Words eight(Words pairs, SignedWords& known) {
+    known = inBox(reinterpret_cast<Bytes>(pairs), {0xB0, 0xFE, 0xA1, 0xFE});
+    return pairs & 0x7F7F;
+  }
+};
+
+// Whether a pair is a Unified Hangul Code syllable outside KS X 1001.
+bool isUnifiedHangul(unsigned char lead, unsigned char trail) {
+  const bool isTrail = (trail >= 0x41 && trail <= 0x5A) || (trail >= 0x61 && trail <= 0x7A) ||
+                       (trail >= 0x81 && trail <= 0xFE);
+  if (lead < 0x81 || lead > 0xC6 || !isTrail) return false;
+  if (lead == 0xC6) return trail <= 0x52;
+  return lead <= 0xA0 || trail <= 0xA0;
+}
+
+// Every byte of the output belongs to a code of 949, whatever the input; see the Japanese reader.
+struct Reader : CodecRun {
+  Reader(const unsigned char* data, unsigned int length, bool isLast, Iso2022KrState& carried,
+         DataBuffer& output, ReplacementSink* replacementSink)
+      : CodecRun(data, length, isLast, output, replacementSink), state(carried) {}
+
+  bool step() {
+    if (state.shiftedOut) {
+      copyPairs<KsTo949>(*this);
+    } else {
+      copyPlain<kEscape, kShiftOut, kShiftIn>(*this);
+    }
+    return left() == 0 || room() < kMinRoom || readUnit();
+  }
+  void finish() { state.shiftedOut = false; }
+
+  bool readUnit() {
+    const unsigned char byte = *p;
+    if (byte >= 0x80) return readEightBit();
+    if (byte == kEscape) return readEscape();
+    if (byte == kShiftOut || byte == kShiftIn) {
+      state.shiftedOut = byte == kShiftOut;
+      ++p;
+      return true;
+    }
+    if (byte == '\r' || byte == '\n') state.shiftedOut = false;  // lines begin in ASCII
+    if (!state.shiftedOut || !isPlaneByte(byte)) {
+      pass(1);
+      return true;
+    }
+    if (left() < 2 && !last) return false;
+    geta(left() < 2 || !isPlaneByte(p[1]) ? 1 : 2);
+    return true;
+  }
+
+  // Mail labelled ISO-2022-KR has often been sent as EUC-KR. Its pairs cannot mean anything else.
+  bool readEightBit() {
+    if (left() < 2 && !last) return false;
+    if (left() >= 2 && isKs8(p[0], p[1])) {
+      pass(2);
+    } else {
+      geta(1);
+    }
+    return true;
+  }
+
+  bool readEscape() {
+    const EscapeMatch match = matchEscape(p + 1, end, kHeader);
+    if (match == EscapeMatch::kYes) {
+      p += 1 + kHeaderLength;
+      return true;
+    }
+    bool atEnd = match == EscapeMatch::kMaybe;
+    const unsigned int unknown = designationLength(p + 1, end, atEnd);
+    if (atEnd && !last) return false;
+    pass(1 + unknown);
+    return true;
+  }
+
+  void geta(unsigned int length) { mark(length, 0xA1, 0xEB, state.replaced); }
+
+  Iso2022KrState& state;
+};
+
+struct Writer : CodecRun {
+  Writer(const unsigned char* data, unsigned int length, bool isLast, Iso2022KrState& carried,
+         DataBuffer& output, ReplacementSink* replacementSink)
+      : CodecRun(data, length, isLast, output, replacementSink), state(carried) {}
+
+  bool step() {
+    if (!state.headerWritten) {
+      put(kEscape);
+      for (unsigned int i = 0; i < kHeaderLength; ++i) put(static_cast<unsigned char>(kHeader[i]));
+      state.headerWritten = true;
+    }
+    return *p < 0x80 ? writeAscii() : writePair();
+  }
+  void finish() {
+    enter(false);
+    state.headerWritten = false;
+  }
+
+  // Line ends and all other controls are ASCII: the text returns there before each of them.
+  void enter(bool shiftedOut) {
+    if (state.shiftedOut == shiftedOut) return;
+    put(shiftedOut ? kShiftOut : kShiftIn);
+    state.shiftedOut = shiftedOut;
+  }
+
+  bool writeAscii() {
+    if (*p == kShiftOut || *p == kShiftIn) {
+      geta(1);  // a reader would take it for the shift
+      return true;
+    }
+    if (*p == kEscape) {
+      const EscapeMatch match = matchEscape(p + 1, end, kHeader);
+      if (match == EscapeMatch::kMaybe && !last) return false;
+      if (match == EscapeMatch::kYes) {
+        geta(1);
+        return true;
+      }
+      enter(false);
+      pass(1);
+      return true;
+    }
+    enter(false);
+    copyPlain<kEscape, kShiftOut, kShiftIn>(*this);
+    return true;
+  }
+
+  bool writePair() {
+    if (left() < 2 && !last) return false;
+    if (left() < 2) {
+      geta(1);
+    } else if (isKs8(p[0], p[1])) {
+      enter(true);
+      copyPairs<KsFrom949>(*this);
+    } else if (isUnifiedHangul(p[0], p[1])) {
+      geta(2);
+    } else {
+      // No code at all: the second byte may well be a letter on its own.
+      const bool isPair = p[0] >= 0x81 && p[0] <= 0xFE && p[1] >= 0x81 && p[1] <= 0xFE;
+      geta(isPair ? 2 : 1);
+    }
+    return true;
+  }
+
+  void geta(unsigned int length) {
+    enter(true);
+    mark(length, 0x21, 0x6B, state.replaced);
+  }
+
+  Iso2022KrState& state;
+};
+
+}  // namespace
+
+unsigned int Korean::readPiece(const unsigned char* data, unsigned int length, bool last,
+                               Iso2022KrState& state, DataBuffer& out, ReplacementSink* sink) {
+  Reader reader(data, length, last, state, out, sink);
+  return runCodec(reader);
+}
+
+unsigned int Korean::writePiece(const unsigned char* data, unsigned int length, bool last,
+                                Iso2022KrState& state, DataBuffer& out, ReplacementSink* sink) {
+  Writer writer(data, length, last, state, out, sink);
+  return runCodec(writer);
+}
+
+bool Korean::Iso2022ToKsc(const unsigned char* data, int length, DataBuffer& out) {
+  if (length <= 0) return true;
+  Iso2022KrState state;
+  readPiece(data, static_cast<unsigned int>(length), true, state, out);
+  return !state.replaced && !out.hasFailed();
+}
+
+bool Korean::KscToIso2022(const unsigned char* data, int length, DataBuffer& out) {
+  if (length <= 0) return true;
+  Iso2022KrState state;
+  writePiece(data, static_cast<unsigned int>(length), true, state, out);
+  return !state.replaced && !out.hasFailed();
+}
