@@ -105,11 +105,13 @@ bool convertCleanBeginning(EncodingConvert& converter, Request& request) {
 }
 
 bool toUtf32(EncodingConvert& converter, Request request) {
+  const unsigned int sizeBefore = request.out.getSize();
   if (convertCleanBeginning(converter, request)) return true;
   DataBuffer utf8;
   if (request.from == kUtf8) {
     utf8.borrowData(request.data, request.length);
   } else if (!runLeg(converter, request, kUtf8, utf8)) {
+    request.out.truncate(sizeBefore);  // a failed leg leaves nothing
     return false;
   }
   return _zvUtf::Utf8toUtf32(isUtf32Be(request.to), utf8, request.out);
