@@ -1,0 +1,25 @@
+#include "apps/encconv/chart_command.h"
+
+#include "apps/encconv/error_report.h"
+#include "apps/encconv/file_io.h"
+
+namespace tool {
+
+int runChart(const Options& options, Console& console) {
+  Chart chart;
+  if (!buildChart(options.fromCodePage, chart)) {
+    console.report("--chart: " + describeCodePage(options.fromCodePage) +
+                   " has no chart; single-byte and double-byte code pages that can be read have");
+    return kUsage;
+  }
+  OutputFile output;
+  const bool isPage = !options.chartHtml.empty();
+  if (!output.open(options.chartHtml) ||
+      !output.write(isPage ? chartAsHtml(chart) : chartAsText(chart)) || !output.commit()) {
+    console.report(output.error());
+    return kUsage;
+  }
+  return kDone;
+}
+
+}  // namespace tool

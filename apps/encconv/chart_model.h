@@ -1,0 +1,52 @@
+// A code page as a chart: what each code means, for the printers of text and of pages.
+#ifndef APPS_ENCCONV_CHART_MODEL_H_
+#define APPS_ENCCONV_CHART_MODEL_H_
+
+#include <array>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace tool {
+
+struct ChartCell {
+  char32_t character = 0;
+  bool isMapped = false;
+  bool isReadOnly = false;  // the character is written as another code, or not at all
+};
+
+// 256 codes: the single bytes, or those behind one lead byte.
+struct ChartGrid {
+  int leadByte = -1;  // -1: single bytes
+  std::array<ChartCell, 256> cells = {};
+};
+
+// A character that is written as a code which reads as something else.
+struct WriteOnlyEntry {
+  char32_t character = 0;
+  std::string bytes;
+};
+
+struct Chart {
+  int codePage = 0;
+  std::vector<ChartGrid> grids;  // the single bytes first, then the lead bytes in order
+  std::vector<WriteOnlyEntry> writeOnly;
+};
+
+// Asks the engine about every code and every character of the Basic Multilingual Plane. False when
+// the code page has no chart: it is no single-byte or double-byte code page, or cannot be read.
+bool buildChart(int codePage, Chart& chart);
+
+constexpr bool isPrivateUse(char32_t c) { return c >= 0xE000 && c <= 0xF8FF; }
+
+// A short name for characters that show nothing or disturb the line ("NUL", "NBSP"); else null.
+const char* invisibleName(char32_t c);
+// Marks that stand over or under the character before them.
+bool isCombining(char32_t c);
+std::string toUtf8(char32_t c);
+// "81 40".
+std::string hexBytes(const std::string& bytes);
+
+}  // namespace tool
+
+#endif  // APPS_ENCCONV_CHART_MODEL_H_

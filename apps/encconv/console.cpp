@@ -1,0 +1,102 @@
+#include "apps/encconv/console.h"
+
+#include <unistd.h>
+
+#include <array>
+#include <cstdio>
+
+namespace tool {
+namespace {
+
+// Short work ends before anyone wonders how long it takes.
+constexpr auto kBeforeFirst = std::chrono::milliseconds(1000);
+constexpr auto kBetween = std::chrono::milliseconds(200);
+
+std::string formatTime(double seconds) {
+  std::array<char, 32> text{};
+  const auto whole = static_cast<long>(seconds + 0.5);
+  if (whole >= 3600) {
+    std::snprintf(text.data(), text.size(), "%ld h %02ld min", whole / 3600, whole / 60 % 60);
+  } else if (whole >= 60) {
+    std::snprintf(text.data(), text.size(), "%ld min %02ld s", whole / 60, whole % 60);
+  } else {
+    std::snprintf(text.data(), text.size(), "%ld s", whole);
+  }
+  return text.data();
+}
+
+}  // namespace
+
+std::string formatBytes(std::uint64_t bytes) {
+  static constexpr const char* kUnits[] = {"bytes", "KiB", "MiB", "GiB", "TiB", "PiB", "EiB"};
+  auto value = static_cast<double>(bytes);
+  std::size_t unit = 0;
+  while (value >= 1023.95 && unit + 1 < std::size(kUnits)) {
+    value /= 1024;
+    ++unit;
+  }
+  std::array<char, 32> text{};
+  std::snprintf(text.data(), text.size(), unit == 0 || value >= 99.95 ? "%.0f %s" : "%.1f %s",
+                value, kUnits[unit]);
+  return text.data();
+}
+
+Console::Console(bool wantsProgress)
+    : m_showsProgress(wantsProgress && isatty(STDERR_FILENO) == 1),
+      m_nextDraw((m_start + kBeforeFirst).time_since_epoch().count()) {}
+
+Console::~Console() { erase(); }
+
+void Console::report(const std::string& message) { write("encconv: " + message + "\n"); }
+
+void Console::write(const std::string& text) {
+  const std::lock_guard<std::mutex> lock(m_mutex);
+  erase();
+  std::fwrite(text.data(), 1, text.size(), stderr);
+}
+
+void Console::expectInput(std::int64_t bytes) {
+  const std::lock_guard<std::mutex> lock(m_mutex);
+  if (bytes < 0) {
+    m_totalKnown = false;
+  } else {
+    m_total += static_cast<std::uint64_t>(bytes);
+  }
+}
+
+void Console::advance(std::uint64_t bytes) {
+  m_done += bytes;
+  if (!m_showsProgress) return;
+  const Clock::time_point now = Clock::now();
+  Clock::rep next = m_nextDraw;
+  if (now.time_since_epoch().count() < next) return;
+  // One of the threads that find the time come draws.
+  if (m_nextDraw.compare_exchange_strong(next, (now + kBetween).time_since_epoch().count())) {
+    draw(now);
+  }
+}
+
+void Console::draw(Clock::time_point now) {
+  const std::lock_guard<std::mutex> lock(m_mutex);
+  const std::uint64_t done = m_done;
+  const double seconds = std::chrono::duration<double>(now - m_start).count();
+  const double rate = static_cast<double>(done) / seconds;
+  std::string line = formatBytes(done);
+  if (m_totalKnown) line += " of " + formatBytes(m_total);
+  line += ", " + formatBytes(static_cast<std::uint64_t>(rate)) + "/s";
+  if (m_totalKnown && rate > 0 && done <= m_total) {
+    line += ", " + formatTime(static_cast<double>(m_total - done) / rate) + " left";
+  }
+  // Return to the first column, write over the old line, clear what sticks out.
+  std::fprintf(stderr, "\r%s\x1B[K", line.c_str());
+  std::fflush(stderr);
+  m_drawn = true;
+}
+
+void Console::erase() {
+  if (!m_drawn) return;
+  std::fputs("\r\x1B[K", stderr);
+  m_drawn = false;
+}
+
+}  // namespace tool

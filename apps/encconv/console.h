@@ -1,0 +1,54 @@
+// What the tool says on standard error: messages and the progress line.
+#ifndef APPS_ENCCONV_CONSOLE_H_
+#define APPS_ENCCONV_CONSOLE_H_
+
+#include <atomic>
+#include <chrono>
+#include <cstdint>
+#include <mutex>
+#include <string>
+
+namespace tool {
+
+// "1.4 GiB", "312 KiB", "17 bytes".
+std::string formatBytes(std::uint64_t bytes);
+
+// Any thread may call.
+class Console {
+ public:
+  // The progress line appears only when wanted and only on a terminal.
+  explicit Console(bool wantsProgress);
+  // Removes the progress line.
+  ~Console();
+  Console(const Console&) = delete;
+  Console& operator=(const Console&) = delete;
+
+  // "encconv: MESSAGE" on a line of its own.
+  void report(const std::string& message);
+  // Text as it is; it ends with a line end.
+  void write(const std::string& text);
+
+  // Announces input bytes still to come; negative when their number is not known.
+  void expectInput(std::int64_t bytes);
+  // Input bytes that are done; redraws the progress line now and then.
+  void advance(std::uint64_t bytes);
+
+ private:
+  using Clock = std::chrono::steady_clock;
+
+  void draw(Clock::time_point now);
+  void erase();
+
+  std::mutex m_mutex;
+  const bool m_showsProgress;
+  bool m_drawn = false;
+  bool m_totalKnown = true;
+  std::uint64_t m_total = 0;
+  std::atomic<std::uint64_t> m_done = 0;
+  const Clock::time_point m_start = Clock::now();
+  std::atomic<Clock::rep> m_nextDraw;
+};
+
+}  // namespace tool
+
+#endif  // APPS_ENCCONV_CONSOLE_H_

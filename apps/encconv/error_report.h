@@ -1,0 +1,27 @@
+// Error reports in words: what could not be converted, where, and what to do about it.
+#ifndef APPS_ENCCONV_ERROR_REPORT_H_
+#define APPS_ENCCONV_ERROR_REPORT_H_
+
+#include <string>
+
+#include "encoding/stream/stream_converter.h"
+
+namespace tool {
+
+// "windows-1252 (code page 1252)".
+std::string describeCodePage(int codePage);
+
+// "U+4E00".
+std::string describeCharacter(char32_t character);
+
+// "byte offset 17, line 3: U+4E00 (E4 B8 80) has no place in windows-1252 (code page 1252)".
+std::string describeError(const StreamError& error, const StreamSettings& settings);
+// What the user may do about it.
+std::string adviceFor(const StreamError& error);
+
+// Why a stream refused its settings or ended; for every status but kGood and kStopped.
+std::string describeStatus(StreamStatus status, const StreamSettings& settings);
+
+}  // namespace tool
+
+#endif  // APPS_ENCCONV_ERROR_REPORT_H_

@@ -1,0 +1,94 @@
+// Files and standard streams for the tool: reading in pieces, and writing that is all or nothing.
+#ifndef APPS_ENCCONV_FILE_IO_H_
+#define APPS_ENCCONV_FILE_IO_H_
+
+#include <sys/stat.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace tool {
+
+// Operations return false after storing one clear line, which names the file, in error(). Objects
+// are used by one thread at a time.
+
+// A file, or standard input for the name "-".
+class InputFile {
+ public:
+  InputFile() = default;
+  ~InputFile();
+  InputFile(const InputFile&) = delete;
+  InputFile& operator=(const InputFile&) = delete;
+
+  // Fails for a directory as well as for what cannot be opened.
+  bool open(const std::string& name);
+  // Reads up to buffer.size() bytes and sets count; 0 means the end.
+  bool read(std::span<unsigned char> buffer, std::size_t& count);
+  // Reads until the buffer is full or the end comes.
+  bool readFully(std::span<unsigned char> buffer, std::size_t& count);
+
+  // How messages call it: the name, or "standard input".
+  const std::string& label() const { return m_label; }
+  // Size in bytes when it is a regular file, else -1.
+  std::int64_t size() const { return S_ISREG(m_status.st_mode) ? m_status.st_size : -1; }
+  const struct stat& status() const { return m_status; }
+  const std::string& error() const { return m_error; }
+
+ private:
+  int m_fd = -1;
+  struct stat m_status = {};
+  std::string m_label;
+  std::string m_error;
+};
+
+// Whether InputFile::open() would succeed, and what it would open; found out without opening,
+// because a pipe can be opened only once. Otherwise the line that says why not is stored in error.
+bool inspectInput(const std::string& name, struct stat& status, std::string& error);
+
+// A file, or standard output for the empty name. A regular file is written under a temporary name
+// beside it and appears, whole, on commit(); destruction without commit, and the usual ending
+// signals, leave what was there before. Anything else (a device, a pipe) is written directly.
+class OutputFile {
+ public:
+  OutputFile() = default;
+  ~OutputFile();
+  OutputFile(const OutputFile&) = delete;
+  OutputFile& operator=(const OutputFile&) = delete;
+
+  // A file that exists keeps its mode; a symbolic link stays and its target is replaced.
+  bool open(const std::string& name);
+  bool write(std::string_view bytes);
+  // Gives the file the times of another one.
+  bool keepTimes(const struct stat& status);
+  // Before commit(): makes it keep the file that it replaces under its name with suffix behind it.
+  void keepOriginal(const std::string& suffix) { m_backupSuffix = suffix; }
+  // Puts the file in place. After this only the destructor may be called.
+  bool commit();
+
+  // True when this output replaces or changes the regular file with this status.
+  bool isFile(const struct stat& status) const;
+  const std::string& error() const { return m_error; }
+
+ private:
+  bool openTemporary(mode_t mode);
+  bool backUp();
+  bool fail();
+
+  int m_fd = -1;
+  bool m_ownsFd = false;
+  struct stat m_status = {};  // of what is replaced or written to
+  bool m_exists = false;
+  std::string m_label;
+  std::string m_path;       // final name, links resolved
+  std::string m_temporary;  // empty when written directly
+  std::string m_backupSuffix;
+  int m_cleanupSlot = -1;
+  std::string m_error;
+};
+
+}  // namespace tool
+
+#endif  // APPS_ENCCONV_FILE_IO_H_
