@@ -213,15 +213,15 @@ TEST(FrontEndTest, MemoryExhaustedIsNeverAHole) {
   // Every length that doubles past 32 bits fails before a byte is read.
   EncodingConvert converter;
   LogBase log;
-  const unsigned char byte = 'A';
+  const unsigned char bytes[8] = {'A'};
   const int pairs[][2] = {{1252, 65001}, {1252, 1200}, {1252, 1251}, {65001, 1252}, {65001, 1200}};
   for (const auto& pair : pairs) {
     DataBuffer out;
-    EXPECT_FALSE(converter.convert_a(pair[0], pair[1], &byte, 0x80000000u, out, log));
+    EXPECT_FALSE(converter.convert_a(pair[0], pair[1], bytes, 0x80000000u, out, log));
   }
   DataBuffer latched;
   latched.latchFailure();
-  EXPECT_FALSE(converter.EncConvert(65001, 1200, &byte, 1, latched, log));
+  EXPECT_FALSE(converter.EncConvert(65001, 1200, bytes, 1, latched, log));
 }
 
 TEST(NamedConversionTest, UnknownNames) {
