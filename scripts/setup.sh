@@ -4,13 +4,15 @@
 #   scripts/setup.sh [build|test|check|all]...
 #
 # build: the library and the tool; test: their tests as well; check: the formatter that CI asks for;
-# all: also what the other scripts and the optional targets use (fuzzing, coverage, benchmarks).
+# fuzz: the fuzz targets; all: also what the other scripts and the optional targets use (coverage,
+# benchmarks).
 set -eu
 
 build="g++ cmake ninja-build libbz2-dev libcli11-dev"
 test="$build libgtest-dev"
 check="clang-format"
-all="$test $check ccache clang clang-tidy cppcheck libbenchmark-dev libicu-dev libuchardet-dev
+fuzz="$build clang"
+all="$test $check $fuzz ccache clang-tidy cppcheck libbenchmark-dev libicu-dev libuchardet-dev
      doxygen gcovr valgrind nkf bzip2 python3"
 
 wanted=""
@@ -19,9 +21,10 @@ for group in "${@:-build}"; do
     build) wanted="$wanted $build" ;;
     test) wanted="$wanted $test" ;;
     check) wanted="$wanted $check" ;;
+    fuzz) wanted="$wanted $fuzz" ;;
     all) wanted="$wanted $all" ;;
     *)
-      echo "setup.sh: unknown group '$group'; known are build, test, check and all" >&2
+      echo "setup.sh: unknown group '$group'; known are build, test, check, fuzz and all" >&2
       exit 2
       ;;
   esac

@@ -123,6 +123,7 @@ void HashConvert::addAbsent(const Bucket& entry) {
 
 void HashConvert::hcInsert(const unsigned char* key, const unsigned char* value, int lengthCode,
                            LogBase& /*log*/) {
+  if (find(key) != nullptr) return;
   if (lengthCode == 21) {
     addAbsent({{key[0], key[1]}, {value[0], 0}, 1});
   } else if (lengthCode == 22) {

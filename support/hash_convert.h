@@ -34,7 +34,8 @@ class HashConvert {
   void hcInitialize(int size);
 
   // Adds an entry. lengthCode is 21 (two-byte key, one-byte value) or 22 (two and two); any other
-  // code adds nothing. The key must not be present.
+  // code adds nothing. A key that is present keeps its value, so that a damaged table that repeats
+  // keys cannot fill memory.
   void hcInsert(const unsigned char* key, const unsigned char* value, int lengthCode, LogBase& log);
   // Adds the unit of a two-byte code to a to-Unicode map. A code that has a unit already keeps the
   // one outside U+E000..U+F8FF, then the lower. Both are two bytes, the unit in host order.

@@ -1,0 +1,107 @@
+#!/usr/bin/env python3
+"""Writes the seeds of the fuzz targets into fuzz/corpus/TARGET. Inputs that once showed a fault
+stay there under names of their own and are not touched."""
+import base64
+import bz2
+import pathlib
+import re
+import struct
+
+HERE = pathlib.Path(__file__).resolve().parent
+SUPPORT = (HERE / "fuzz_support.h").read_text()
+PAGES = [
+    int(number)
+    for number in re.findall(
+        r"-?\d+", re.search(r"kFuzzCodePages\[\] = \{(.*?)\}", SUPPORT, re.S).group(1))
+]
+page = PAGES.index
+
+
+def write(target, name, data):
+    directory = HERE / "corpus" / target
+    directory.mkdir(parents=True, exist_ok=True)
+    (directory / name).write_bytes(data)
+
+
+def convert(name, source, to, action, alternate, flags, substitute, text):
+    settings = [page(source), page(to), action, page(alternate), flags, len(substitute)]
+    write("convert", name, bytes(settings) + substitute + text)
+
+
+MIXED = "Grüße, привет, 日本語 한국어 €😀"
+convert("utf8-932", 65001, 932, 1, 0, 0, b"?", MIXED.encode())
+convert("932-utf8", 932, 65001, 2, 0, 0, b"", "日本語 ascii ｶﾅ".encode("cp932") + b"\xff\x81")
+convert("936-950", 936, 950, 7, 0, 4, b"", "中文文本".encode("gbk") + b"\xfe\xfe")
+convert("949-50225", 949, 50225, 6, 1252, 0, b"", "한국어 text".encode("cp949") + b"\xc9\xff")
+convert("50220-65000", 50220, 65000, 1, 0, 0, b"\xfd\xef\x01",
+        "日本語 mail".encode("iso-2022-jp") + b"\x1b$B\x22")
+convert("50225-1201", 50225, 1201, 0, 0, 0, b"", "한국어".encode("iso-2022-kr"))
+convert("1252-1201", 1252, 1201, 8, 0, 4, b"", b"caf\xe9 \x81\x8d")
+convert("1200-1258", 1200, 1258, 2, 0, 0, b"", "Tiếng Việt".encode("utf-16"))
+convert("1201-37", 1201, 37, 6, 65001, 0, b"", "Hello é あ".encode("utf-16-be"))
+convert("12000-55000", 12000, 55000, 1, 0, 0, b"!", "GSM €{}".encode("utf-32"))
+convert("65000-1256", 65000, 1256, 2, 0, 0, b"", "Hi ١٢٣ مرحبا".encode("utf-7"))
+convert("10004-864", 10004, 864, 1, 0, 0, b"ab?", b"\xc7\xb1\xb2\xc8 \xa1\xa2")
+convert("pdf", 5, 99, 0, 0, 0, b"", b"%PDF-1.4")
+convert("10001-verbose", 10001, 65001, 1, 0, 3, b"\xd8A", b"\x86\x9b\x81\x00\xa0\xfd")
+convert("1252-long", 1252, 65001, 1, 0, 0, b"?", b"long enough for vector loops \xe9" * 9)
+convert("65001-65005", 65001, 65005, 2, 0, 1, b"",
+        b"\xed\xa0\xbd\xed\xb8\x80\xed\xa0\x80\xc0\x80\xf0\x9f")
+
+
+def leg(name, number, codepage, source, to, action, flags, substitute, text):
+    settings = [number, page(codepage), page(source), page(to), action, flags, len(substitute)]
+    write("legs", name, bytes(settings) + substitute + text)
+
+
+leg("decode-932", 0, 932, 932, 65001, 7, 1, b"", "日本語".encode("cp932") + b"\xfe")
+leg("decode-1253", 0, 1253, 1253, 1200, 8, 1, b"", b"\xd2\xff\xaa text")
+leg("encode-949", 1, 949, 65001, 949, 1, 2, b"??", MIXED.encode("utf-16-le") + b"\xfd\xef\x02ab")
+leg("encode-1258", 1, 1258, 65001, 1258, 2, 2, b"", "Tiếng ễ 日".encode("utf-16-le"))
+leg("utf8-utf16", 2, 0, 65001, 1252, 1, 5, b"?", MIXED.encode() + b"\xe6\x97")
+leg("utf16-utf8", 3, 0, 932, 65001, 7, 6, b"",
+    MIXED.encode("utf-16-le") + b"\x00\xd8A\x00\xfd\xef\x02ab")
+leg("handlers", 4, 0, 932, 65001, 2, 1, b"x", b"\xe6\x97\x41")
+leg("unknown", 5, 0, 936, 65001, 6, 0, b"", b"\x81\x30")
+
+
+def table(name, form, backwards, buckets, base, data):
+    write("table", name, bytes([form, backwards, buckets, len(base)]) + base + data)
+
+
+ASCII = bytes.fromhex("617520A000000000")
+COMPLETE = (b"au" + bytes([0xA1, 0xA1, 0]) + b"\x01\x01\x00" * 40 + b"\0" +
+            struct.pack("<HH", 0x8140, 0x4E00) + struct.pack("<HH", 1, 1) * 60 + b"\0\0")
+DIFFERENCES = (b"ad" + struct.pack("<HHH", 0x4E00, 0x4E01, 0) + b"\x80\x02\x4e" + b"\0" +
+               b"\x81\x50\x03\x4e" + b"\0\0")
+CONTAINER = struct.pack("<II", 0xB394A7E1, len(COMPLETE)) + bz2.compress(COMPLETE, 3)
+table("text-stored", 0, 0, 100, b"", b"x" + base64.b64encode(ASCII))
+table("text-compressed", 0, 0, 9, b"", b"c" + base64.b64encode(CONTAINER))
+table("image-compressed", 1, 1, 20, b"", COMPLETE)
+table("image-stored", 2, 0, 3, b"", COMPLETE)
+table("image-unterminated", 2, 0, 1, b"", COMPLETE[:150])
+table("differences", 2, 0, 140, COMPLETE[:80] + b"\0\0", DIFFERENCES)
+table("container", 3, 0, 9, b"", CONTAINER)
+table("container-cut", 3, 1, 9, b"", CONTAINER[:-9])
+
+
+def codec(name, number, step, text):
+    write("codec", name, bytes([number, step]) + text)
+
+
+codec("jp-read", 0, 2, "日本語 mail".encode("iso-2022-jp") + b"\x1b(I1\x0e2\x0f\x1b$(D0!")
+codec("jp-write", 1, 0, "日本語 mail ｶﾅ".encode("cp932") + b"\xfa\x5c\xff\x81")
+codec("kr-read", 2, 3, "한국어 text".encode("iso-2022-kr"))
+codec("kr-write", 3, 1, "한국어 text\n한".encode("cp949") + b"\x81\x41")
+codec("hz-read", 4, 0, "汉字 ~ text".encode("hz") + b"~\n~~~{V")
+codec("hz-write", 5, 0, "汉字 ~ text".encode("gbk") + b"\x81\x40")
+codec("utf7", 6, 0, "Hi +é 日本 - 😀!".encode("utf-7"))
+codec("utf7-units", 6, 0, "a日 b".encode("utf-16-le"))
+codec("utf32", 7, 0, MIXED.encode("utf-32-le"))
+codec("gsm", 8, 0, b"\x00\x1b\x65abc\x1b\x1b\x7f")
+
+for number, charset in enumerate([
+        "utf-8", "ISO_8859-1", "cp0000932", "hz-gb-2312", "x-mac-japanese", "windows-1252\0",
+        "ebcdic", "-", "0", "csISOLatin1", "iso-8859-8-i", "99999999999"
+]):
+    write("names", f"name-{number}", charset.encode())
