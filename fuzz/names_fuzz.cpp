@@ -15,7 +15,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   check((codePage == 0) == !findCodePage(upToNul).has_value(), "what is named is listed");
   if (codePage != 0) check(CharsetNaming::find(codePage) != nullptr, "what is named is listed");
   CharsetNaming::codePageOf(name);
-  for (std::size_t i = 0; i < codePageCount(); ++i) codePageMatches(codePageAt(i), name);
+  for (std::size_t i = size % 8; i < codePageCount(); i += 8) {
+    codePageMatches(codePageAt(i), name);
+  }
   const std::size_t half = name.size() / 2;
   CharsetNaming::containsName(std::string_view(name).substr(half),
                               std::string_view(name).substr(0, half));
