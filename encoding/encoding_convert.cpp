@@ -193,6 +193,29 @@ bool dispatch(EncodingConvert& converter, Request request) {
   return convertResolved(converter, request);
 }
 
+// Whether nothing stands between the caller and the two legs: no byte order mark to strip, no
+// pre-pass, no copy, and nobody who wants to know which operations run.
+bool isOrdinary(int from, const unsigned char* data, const LogBase& log) {
+  if (log.m_wantsContexts || from == kMacArabic || from == kUsAscii) return false;
+  return !(isUtf16(from) || from == kUtf8) || (data[0] < 0xEF);
+}
+
+// What dispatch and convert_a come to for such a pair, without the way there, which counts for
+// short texts.
+fast::Outcome convertOrdinary(EncodingConvert& converter, const Request& request) {
+  const std::int32_t from = converter.m_fromCodePage;
+  const std::int32_t to = converter.m_toCodePage;
+  converter.m_fromCodePage = request.from;
+  converter.m_toCodePage = request.to;
+  const fast::Outcome outcome = fast::convert(converter, request.from, request.to, request.data,
+                                              request.length, request.out, request.log);
+  if (outcome == fast::Outcome::kNotTaken) {
+    converter.m_fromCodePage = from;
+    converter.m_toCodePage = to;
+  }
+  return outcome;
+}
+
 }  // namespace
 
 bool EncodingConvert::EncConvert(int fromCodePage, int toCodePage, const unsigned char* data,
@@ -200,6 +223,12 @@ bool EncodingConvert::EncConvert(int fromCodePage, int toCodePage, const unsigne
   m_foundErrors = false;
   if (data == nullptr || length == 0) return true;
   if (isPdf(data, length)) return out.append(data, length);
+  const Request request{fromCodePage, toCodePage, data, length, out, log};
+  fast::Outcome outcome = fast::Outcome::kNotTaken;
+  if (isOrdinary(fromCodePage, data, log)) outcome = convertOrdinary(*this, request);
+  if (outcome != fast::Outcome::kNotTaken) {
+    return outcome == fast::Outcome::kDone && !out.hasFailed();
+  }
   // The loops do not test their appends; a hole in the output is found here.
-  return dispatch(*this, {fromCodePage, toCodePage, data, length, out, log}) && !out.hasFailed();
+  return dispatch(*this, request) && !out.hasFailed();
 }

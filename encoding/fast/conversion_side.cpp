@@ -57,9 +57,9 @@ void dropTrailingHighSurrogate(KernelResult& r, const unsigned char* out) {
 }  // namespace
 
 bool openSource(int codePage, LogBase& log, Side& side) {
-  if (findUnicodeKind(codePage, side.kind)) return true;
   const CodePageRow* row = findCodePageRow(codePage);
-  if (row == nullptr || !row->isDispatched) return false;
+  if (row == nullptr) return findUnicodeKind(codePage, side.kind);
+  if (!row->isDispatched) return false;
   side.kind = row->isDoubleByte ? Side::kDoubleByte : Side::kSingleByte;
   side.decoder = decoderFor(*row);
   if (isOpen(side.decoder)) return true;
