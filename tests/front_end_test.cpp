@@ -183,6 +183,7 @@ TEST(FrontEndTest, TransformsOnABigEndianHost) {
   DataBuffer out;
   converter.cv_utf8_to_utf16(bytesOf("A\xC3\xA9"), 3, out, log);
   EXPECT_EQ(hex(out), "41 00 00 E9") << "ASCII is written low byte first on every host";
+  EXPECT_EQ(hex(convert(1252, 1200, "A\x80").out), "00 41 20 AC") << "and a lookup's units are not";
 }
 
 TEST(FrontEndTest, LogLinesAndContexts) {

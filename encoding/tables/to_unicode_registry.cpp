@@ -5,6 +5,7 @@
 
 #include "encoding/encoding_convert.h"
 #include "encoding/tables/table_registry.h"
+#include "support/zv_base.h"
 
 UnicodeLookup::UnicodeLookup() { std::fill_n(m_units, 128, std::uint16_t{0}); }
 
@@ -13,8 +14,11 @@ UnicodeLookup* UnicodeLookup::createNewObject() { return new (std::nothrow) Unic
 bool EncodingConvert::buildSingleByteLookup(HashConvert& map, UnicodeLookup& lookup,
                                             LogBase& /*log*/) {
   const bool isAscii = map.get_IsLowerAscii();
+  const bool bigEndian = zvIsBigEndian();
   for (unsigned int b = 1; b < 256; ++b) {
-    lookup.m_units[b] = isAscii && b < 128 ? static_cast<std::uint16_t>(b) : map.m_singleBytes[b];
+    const auto* unit = reinterpret_cast<const unsigned char*>(&map.m_singleBytes[b]);
+    lookup.m_units[b] =
+        isAscii && b < 128 ? static_cast<std::uint16_t>(b) : zvLoadHostUnit(unit, bigEndian);
   }
   return !isAscii;
 }
