@@ -44,6 +44,7 @@ bool EncodingConvert::convertToUnicodeHC(int fromCodePage, const unsigned char* 
     log.LogDataLong("inDataLen", static_cast<int>(length));
   }
   if (!ensureHashToUnicode(fromCodePage, log)) {
+    out.latchFailure();
     if (log.m_verboseLogging != 0) log.LogError("ensureHashToUnicode failed.");
     return false;
   }
@@ -52,6 +53,7 @@ bool EncodingConvert::convertToUnicodeHC(int fromCodePage, const unsigned char* 
   const TableSlots& slots = tableSlots(*row);
   if (row->isDoubleByte) {
     HashConvert* table = slots.multiToUnicode.load(std::memory_order_acquire);
+    if (table == nullptr) out.latchFailure();
     return convertToUnicodeHCVar(table, data, length, out, log);
   }
   UnicodeLookup* lookup = slots.singleToUnicode.load(std::memory_order_acquire);

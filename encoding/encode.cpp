@@ -2,6 +2,7 @@
 #include <climits>
 
 #include "encoding/encoding_convert.h"
+#include "encoding/scratch_buffer.h"
 #include "encoding/staging.h"
 #include "encoding/tables/code_pages.h"
 #include "encoding/vietnamese.h"
@@ -55,7 +56,8 @@ bool EncodingConvert::convertFromUnicodeHC(int toCodePage, const unsigned char* 
     log.LogDataLong("inDataLen", static_cast<int>(inDataLen));
     log.LogDataLong("isLittleEndian", zvIsLittleEndian() ? 1 : 0);
   }
-  ensureHashFromUnicode(toCodePage, log);  // a table that could not be made leaves the slot null
+  // A table that could not be made leaves the slot null.
+  if (!ensureHashFromUnicode(toCodePage, log)) out.latchFailure();
   const CodePageRow* row = findCodePageRow(toCodePage);
   if (row == nullptr || !row->isDispatched) return false;
   HashConvert* table = tableSlots(*row).fromUnicode.load(std::memory_order_acquire);
@@ -63,7 +65,10 @@ bool EncodingConvert::convertFromUnicodeHC(int toCodePage, const unsigned char* 
     return convertFromUnicodeHC2(table, data, inDataLen, out, log);
   }
   unsigned char* copy = zvNewUnsignedChar(inDataLen);
-  if (copy == nullptr) return false;
+  if (copy == nullptr) {
+    out.latchFailure();
+    return false;
+  }
   DataBuffer folded;
   folded.takeData(copy, inDataLen);
   std::memcpy(copy, data, inDataLen);
@@ -132,9 +137,8 @@ void EncodingConvert::handleUnmappableUnit(const unsigned char* unit, DataBuffer
   if (m_pivotFromUtf16 && m_errorAction == 1) {
     if (m_defBytesLen > 0) out.append(m_defBytes, static_cast<unsigned int>(m_defBytesLen));
   } else if (m_pivotFromUtf16 && m_errorAction == 2) {
-    DataBuffer bytes;
+    ScratchBuffer bytes(out);
     reencodeUnit(unit, bytes, log);
-    if (bytes.hasFailed()) out.latchFailure();
     if (bytes.getSize() == 0) return;
     out.append("&#x", 3);
     appendHexData(bytes.getData2(), static_cast<int>(bytes.getSize()), out);

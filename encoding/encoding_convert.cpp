@@ -5,6 +5,7 @@
 
 #include "encoding/fast/fast_path.h"
 #include "encoding/mac_arabic.h"
+#include "encoding/scratch_buffer.h"
 #include "encoding/special_code_pages.h"
 #include "support/japanese.h"
 #include "support/korean.h"
@@ -64,7 +65,7 @@ bool runLeg(EncodingConvert& converter, const Request& request, int to, DataBuff
 bool fromIso2022Jp(EncodingConvert& converter, const Request& request) {
   if (request.log.m_verboseLogging != 0) request.log.LogInfo("Converting from iso-2022-*");
   if (request.length > INT_MAX) return false;
-  DataBuffer shiftJis;
+  ScratchBuffer shiftJis(request.out);
   Japanese().Iso2022ToShiftJis(request.data, static_cast<int>(request.length), shiftJis,
                                request.log);
   if (shiftJis.hasFailed()) return false;
@@ -76,7 +77,7 @@ bool fromIso2022Jp(EncodingConvert& converter, const Request& request) {
 
 bool fromIso2022Kr(EncodingConvert& converter, const Request& request) {
   if (request.length > INT_MAX) return false;
-  DataBuffer korean;
+  ScratchBuffer korean(request.out);
   Korean().Iso2022ToKsc(request.data, static_cast<int>(request.length), korean);
   if (korean.hasFailed()) return false;
   if (korean.getSize() == 0) return true;
@@ -85,7 +86,7 @@ bool fromIso2022Kr(EncodingConvert& converter, const Request& request) {
 }
 
 bool toUtf7(EncodingConvert& converter, const Request& request) {
-  DataBuffer utf16;
+  ScratchBuffer utf16(request.out);
   if (!runLeg(converter, request, zvIsLittleEndian() ? kUtf16Le : kUtf16Be, utf16)) return false;
   return _zvUtf::Utf16XEToUtf7(utf16, request.out);
 }
@@ -107,7 +108,7 @@ bool convertCleanBeginning(EncodingConvert& converter, Request& request) {
 bool toUtf32(EncodingConvert& converter, Request request) {
   const unsigned int sizeBefore = request.out.getSize();
   if (convertCleanBeginning(converter, request)) return true;
-  DataBuffer utf8;
+  ScratchBuffer utf8(request.out);
   if (request.from == kUtf8) {
     utf8.borrowData(request.data, request.length);
   } else if (!runLeg(converter, request, kUtf8, utf8)) {
@@ -121,12 +122,12 @@ bool toUtf32(EncodingConvert& converter, Request request) {
 bool toUtf16Be(EncodingConvert& converter, Request request) {
   converter.m_toCodePage = kUtf16Le;
   if (convertCleanBeginning(converter, request)) return true;
-  DataBuffer utf16;
+  ScratchBuffer utf16(request.out);
   runLeg(converter, request, kUtf16Le, utf16);
   if (utf16.hasFailed()) return false;
   const unsigned int even = utf16.getSize() & ~1u;
   if (even == 0 || utf16.getData2() == nullptr) return true;
-  DataBuffer swapped;
+  ScratchBuffer swapped(request.out);
   if (!swapUnits(utf16.getData2(), even, swapped)) return false;
   return request.out.append(swapped);
 }
@@ -135,7 +136,7 @@ bool toUtf16Be(EncodingConvert& converter, Request request) {
 // written all the same.
 template <typename Encode>
 bool toIso2022(EncodingConvert& converter, const Request& request, int doubleByte, Encode encode) {
-  DataBuffer scratch;
+  ScratchBuffer scratch(request.out);
   const bool ok = runLeg(converter, request, doubleByte, scratch);
   if (scratch.hasFailed() || scratch.getSize() > INT_MAX) return false;
   if (scratch.getSize() != 0) encode(scratch.getData2(), static_cast<int>(scratch.getSize()));
@@ -183,12 +184,18 @@ bool dispatch(EncodingConvert& converter, Request request) {
   if (request.from != kMacArabic) return convertResolved(converter, request);
 
   unsigned char* copy = zvNewUnsignedChar(request.length);
-  if (copy == nullptr) return false;
+  if (copy == nullptr) {
+    request.out.latchFailure();
+    return false;
+  }
   DataBuffer rewritten;
   rewritten.takeData(copy, request.length);
   std::memcpy(copy, request.data, request.length);
   StringBuffer run;
-  if (!rewriteMacArabic(copy, request.length, run)) return false;
+  if (!rewriteMacArabic(copy, request.length, run)) {
+    request.out.latchFailure();
+    return false;
+  }
   request.data = copy;
   return convertResolved(converter, request);
 }

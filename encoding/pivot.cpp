@@ -4,15 +4,18 @@
 
 #include "encoding/encoding_convert.h"
 #include "encoding/fast/fast_path.h"
+#include "encoding/scratch_buffer.h"
 #include "encoding/special_code_pages.h"
 #include "support/zv_base.h"
 #include "support/zv_utf.h"
 
 bool swapUnits(const unsigned char* data, unsigned int length, DataBuffer& swapped,
                unsigned int unitSize) {
-  if (length > 0xFFFFFFFFu - 4) return false;
-  unsigned char* copy = zvNewUnsignedChar(length + 4);
-  if (copy == nullptr) return false;
+  unsigned char* copy = length > 0xFFFFFFFFu - 4 ? nullptr : zvNewUnsignedChar(length + 4);
+  if (copy == nullptr) {
+    swapped.latchFailure();
+    return false;
+  }
   swapped.takeData(copy, length);
   for (unsigned int i = 0; i < length; i += unitSize) {
     std::reverse_copy(data + i, data + i + unitSize, copy + i);
@@ -93,7 +96,7 @@ void stripByteOrderMark(Conversion& c) {
 }
 
 bool convertGsm(Conversion& c) {
-  DataBuffer utf8;
+  ScratchBuffer utf8(c.out);
   if (c.from == kGsm) {
     if (c.to == kUtf8) return _zvUtf::gsm_to_utf8(c.data, c.length, c.out, c.log);
     _zvUtf::gsm_to_utf8(c.data, c.length, utf8, c.log);
@@ -130,7 +133,7 @@ bool needsNormalising(const Conversion& c) {
 
 // Makes the source UTF-16 little endian, UTF-8 or a table-driven code page; scratch holds it.
 Normalised normaliseSource(Conversion& c, DataBuffer& scratch) {
-  DataBuffer raw;
+  ScratchBuffer raw(c.out);
   if (isUtf16(c.from)) {
     if (c.length < 2) return Normalised::kEmpty;
     if (!swapUnits(c.data, c.length & ~1u, scratch)) return Normalised::kFailed;
@@ -156,7 +159,7 @@ Normalised normaliseSource(Conversion& c, DataBuffer& scratch) {
 bool pivotThroughTables(Conversion& c) {
   c.info("Converting by using utf-16 as a pivot table...");
   c.setPivotFlags(true, false);
-  DataBuffer utf16;
+  ScratchBuffer utf16(c.out);
   if (!makeRoom(utf16, doubled(c.length) + 4)) return false;
   if (!c.converter.convertToUnicodeHC(c.from, c.data, c.length, utf16, c.log)) return false;
   if (utf16.hasFailed()) return false;
@@ -172,7 +175,7 @@ bool pivotToUtf8(Conversion& c) {
   c.info("Converting to utf-8 using utf-16 as a pivot table...");
   const bool verbose = c.log.m_verboseLogging != 0;
   c.setPivotFlags(true, false);
-  DataBuffer utf16;
+  ScratchBuffer utf16(c.out);
   if (!makeRoom(utf16, doubled(c.length) + 4)) return false;
   if (!c.converter.convertToUnicodeHC(c.from, c.data, c.length, utf16, c.log)) {
     if (verbose) c.log.LogError("convertToUnicodeHC failed.");
@@ -191,7 +194,7 @@ bool pivotToUtf8(Conversion& c) {
 
 bool pivotFromUtf8(Conversion& c) {
   c.info("Converting from utf-8 using utf-16 as a pivot table...");
-  DataBuffer utf16;
+  ScratchBuffer utf16(c.out);
   if (!makeRoom(utf16, doubled(c.length) + 4)) return false;
   c.setPivotFlags(true, false);
   c.converter.cv_utf8_to_utf16(c.data, c.length, utf16, c.log);
@@ -292,7 +295,7 @@ bool EncodingConvert::convert_a(int from, int to, const unsigned char* data, uns
 
   if (!needsNormalising(c)) return convertNormalised(c);
   if (convertCleanBeginning(c)) return true;
-  DataBuffer normalised;
+  ScratchBuffer normalised(out);
   switch (normaliseSource(c, normalised)) {
     case Normalised::kEmpty:
       return true;

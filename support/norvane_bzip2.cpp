@@ -2,6 +2,10 @@
 
 #include <bzlib.h>
 
+#include <cstdint>
+
+#include "support/zv_base.h"
+
 namespace {
 
 constexpr unsigned int kMagic = 0xB394A7E1u;
@@ -25,11 +29,23 @@ char* bzInput(const unsigned char* data) {
   return const_cast<char*>(reinterpret_cast<const char*>(data));
 }
 
+// The library's working memory comes from where the engine's own does, so that a program that
+// replaces operator new sees all of it.
+void* allocate(void* /*opaque*/, int count, int size) {
+  if (count < 0 || size < 0) return nullptr;
+  const std::uint64_t bytes = static_cast<std::uint64_t>(count) * static_cast<std::uint64_t>(size);
+  return bytes > 0xFFFFFFFFu ? nullptr : zvNewUnsignedChar(static_cast<unsigned int>(bytes));
+}
+
+void release(void* /*opaque*/, void* memory) { delete[] static_cast<unsigned char*>(memory); }
+
 // Runs one whole stream into room for length + 1 bytes: the spare byte lets the stream reach its
 // end mark, and shows a stream that is longer than it should be.
 int decompressStream(const unsigned char* data, unsigned int count, unsigned char* room,
                      unsigned int length) {
   bz_stream stream{};
+  stream.bzalloc = allocate;
+  stream.bzfree = release;
   int status = BZ2_bzDecompressInit(&stream, 0, 0);
   if (status != BZ_OK) return status;
   stream.next_in = bzInput(data);

@@ -2,7 +2,9 @@
 #ifndef SUPPORT_TEXT_LOG_H_
 #define SUPPORT_TEXT_LOG_H_
 
+#include <initializer_list>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "support/log_base.h"
@@ -16,7 +18,7 @@
 //
 // The line of a context is written when its first entry is, or on entry when the context is
 // verbose, so that a quiet log shows just the contexts that had something to say. Error lines
-// begin with "error: ".
+// begin with "error: ". Nothing throws: when memory is short, lines are cut.
 class TextLog : public LogBase {
  public:
   explicit TextLog(bool verbose = false);
@@ -33,12 +35,14 @@ class TextLog : public LogBase {
   void clear() { m_text.clear(); }
 
  private:
-  void writeLine(const std::string& line);
+  void write(std::size_t depth, std::initializer_list<std::string_view> parts);
+  void writeLine(std::initializer_list<std::string_view> parts);
   void writePendingContexts();
 
   std::string m_text;
   std::vector<std::string> m_contexts;  // names of the open contexts, outermost first
   std::size_t m_written = 0;            // how many of them have their line
+  std::size_t m_lostContexts = 0;       // open ones inside of these that could not be remembered
 };
 
 #endif  // SUPPORT_TEXT_LOG_H_

@@ -9,6 +9,7 @@
 
 #include "encoding/fast/conversion_side.h"
 #include "encoding/fast/cpu_dispatch.h"
+#include "encoding/scratch_buffer.h"
 #include "encoding/special_code_pages.h"
 #include "support/zv_utf.h"
 
@@ -261,7 +262,7 @@ class FastConversion {
       if (!runKernel(kernel)) return false;
       if (m_in == m_end) return m_result;
       const std::size_t pivot = 2 * static_cast<std::size_t>(m_in - m_begin);
-      DataBuffer none;
+      ScratchBuffer none(m_out);
       if (isNearlyFull() || !mayResume(true)) return finishPlain(none, pivot);
       // The kernel knows only what both legs can do; a byte that the first leg decodes is no error
       // of that leg.
@@ -325,7 +326,7 @@ class FastConversion {
       m_pivotBytes += static_cast<std::size_t>(r.out - block);
       if (!stopped) continue;
       if (!mayResume(true)) {
-        DataBuffer none;
+        ScratchBuffer none(m_out);
         return finishPlain(none, m_pivotBytes);
       }
       if (!treatUndecodable()) return false;
@@ -345,7 +346,7 @@ class FastConversion {
       in = r.in;
       if (in == blockEnd) break;
       if (isNearlyFull() || !mayResume(true) || isEscape(in)) {
-        DataBuffer units;
+        ScratchBuffer units(m_out);
         units.append(in, static_cast<unsigned int>(blockEnd - in));
         m_result = finishPlain(units, m_pivotBytes + static_cast<std::size_t>(in - block));
         return Block::kFinished;
@@ -373,7 +374,7 @@ class FastConversion {
   const Kernels& m_kernels;
   const unsigned int m_firstSize = m_out.getSize();
   Side m_source, m_target;
-  DataBuffer m_piece;            // what the first leg made of the piece at hand
+  ScratchBuffer m_piece{m_out};  // what the first leg made of the piece at hand
   std::size_t m_pivotBytes = 0;  // UTF-16 given to the second leg so far
   bool m_result = true;
 };
