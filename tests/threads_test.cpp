@@ -1,0 +1,77 @@
+// Many threads, each with its own converter, from a cold start: the tables are built by whoever
+// comes first, and everybody gets what one thread alone would have got.
+#include <algorithm>
+#include <atomic>
+#include <random>
+#include <thread>
+#include <vector>
+
+#include "encoding/tables/code_pages.h"
+#include "tests/test_support.h"
+
+namespace {
+
+struct Task {
+  int from, to;
+  std::string input;
+  Outcome expected;
+};
+
+// Each code page decoded and encoded, with input that it cannot convert among the rest.
+std::vector<Task> allTasks() {
+  std::vector<int> pages = {1200, 1201, 12001, 65000, 55000, 50220, 50225};
+  for (const CodePageRow& row : codePageRows()) pages.push_back(row.codePage);
+  std::string bytes;
+  for (int byte = 0; byte < 256; ++byte) bytes += {'a', static_cast<char>(byte)};
+  const std::string text =
+      "A \xC3\xA9 \xD0\xBF \xCE\xBB \xD8\xA7 \xD9\xA3 \xE6\x97\xA5\xE6\x9C\xAC \xEA\xB0\x80 "
+      "\xE1\xBA\xA0 \xE2\x82\xAC \xFF \xF0\x9F\x98\x80";
+  std::vector<Task> tasks;
+  for (const int page : pages) {
+    tasks.push_back({page, 65001, bytes, {}});
+    tasks.push_back({65001, page, text, {}});
+  }
+  return tasks;
+}
+
+Outcome run(EncodingConvert& converter, const Task& task) {
+  return convert(converter, task.from, task.to, task.input);
+}
+
+void configure(EncodingConvert& converter) {
+  converter.setErrorAction(1);
+  converter.setDefBytes(bytesOf("?"), 1);
+}
+
+TEST(Threads, AgreeWithOneThreadFromAColdStart) {
+  std::vector<Task> tasks = allTasks();
+  EncodingConvert alone;
+  configure(alone);
+  for (Task& task : tasks) task.expected = run(alone, task);
+
+  for (unsigned int round = 0; round < 3; ++round) {
+    EncodingConvert::cleanupMemory();
+    std::atomic<int> differences = 0, started = 0;
+    std::vector<std::thread> threads;
+    for (unsigned int number = 0; number < 8; ++number) {
+      threads.emplace_back([&, number] {
+        std::mt19937 random(round * 8 + number);
+        std::vector<const Task*> order;
+        for (const Task& task : tasks) order.push_back(&task);
+        // Half of the threads go the same way, so that they meet at the tables.
+        if (number % 2 == 0) std::shuffle(order.begin(), order.end(), random);
+        EncodingConvert converter;
+        configure(converter);
+        ++started;
+        while (started < 8) std::this_thread::yield();
+        for (const Task* task : order) {
+          if (run(converter, *task) != task->expected) ++differences;
+        }
+      });
+    }
+    for (std::thread& thread : threads) thread.join();
+    EXPECT_EQ(differences, 0) << "round " << round;
+  }
+}
+
+}  // namespace
