@@ -18,8 +18,8 @@
 // that is being written. A codec derives from it, converts runs of one kind in loops that keep the
 // pointers in registers, and everything between the runs a unit at a time.
 struct CodecRun {
-  // Room that makeRoom() promises: more than any unit writes, shifts included.
-  static constexpr std::ptrdiff_t kMinRoom = 16;
+  // Room that makeRoom() promises: more than any unit writes, or a vector, shifts included.
+  static constexpr std::ptrdiff_t kMinRoom = 32;
   static constexpr std::ptrdiff_t kMaxRoom = 1 << 16;
 
   CodecRun(const unsigned char* data, unsigned int length, bool isLast, DataBuffer& output,
@@ -151,63 +151,69 @@ inline SignedWords inBox(Bytes pairs, PairBox box) {
 
 }  // namespace codec_vectors
 
-// Copies what is below 0x80 and none of Stops. A vector is stored before it is known how much of it
-// counts; what follows overwrites the rest.
+// Copies what is below 0x80 and none of Stops.
 template <unsigned char... Stops>
 void copyPlain(CodecRun& run) {
-  using namespace codec_vectors;
   const unsigned char* p = run.p;
   unsigned char* dest = run.dest;
   std::ptrdiff_t count = run.copyable(1);
-  for (; kUsed && count >= 16; count -= 16) {
-    Bytes bytes;
-    std::memcpy(&bytes, p, sizeof bytes);
-    std::memcpy(dest, &bytes, sizeof bytes);
-    SignedBytes stop = reinterpret_cast<SignedBytes>(bytes) < 0;
-    ((stop |= reinterpret_cast<SignedBytes>(bytes == Stops)), ...);
-    const unsigned int copied = bytesBefore(stop);
-    p += copied;
-    dest += copied;
-    if (copied != 16) {
-      count = 0;
-      break;
-    }
-  }
   for (; count > 0 && *p < 0x80 && ((*p != Stops) && ...); --count) *dest++ = *p++;
   run.p = p;
   run.dest = dest;
 }
 
-// Converts pairs of bytes up to the first that the codec does not map. Map offers
+// Converts pairs of bytes up to the first that the codec does not map, and returns true; or, since
+// what copyTurns leaves comes in small groups, only a few, and returns false.
+template <typename Map>
+bool copyPairs(CodecRun& run) {
+  std::ptrdiff_t count = std::min<std::ptrdiff_t>(run.copyable(2), 8);
+  for (; count > 0 && Map::one(run.p, run.dest); --count) {
+    run.p += 2;
+    run.dest += 2;
+  }
+  return count > 0 || run.copyable(2) == 0;
+}
+
+// The usual course of a text, sixteen bytes at a time: runs of bytes that copyPlain takes in turns
+// with runs of pairs. A vector is stored before it is known how much of it counts; what follows
+// overwrites the rest. Stops early, wherever it likes, and returns whether pairs are in front then.
+// Map offers
 //   static Words eight(Words pairs, SignedWords& known): the pairs converted; known gets the lanes
 //     that hold a pair which this function knows, which need not be all;
-//   static bool one(const unsigned char* pair, unsigned char* dest): converts any, false for none.
-template <typename Map>
-void copyPairs(CodecRun& run) {
+//   static bool one(const unsigned char* pair, unsigned char* dest): converts any, false for none;
+//   static bool turn(const unsigned char*& p, unsigned char*& dest, bool inPairs): reads, or
+//   writes,
+//     the shift to the other kind of run at p, where this kind ends; false when it is not so.
+// The stops of the plain runs are those of copyPlain.
+template <typename Map, unsigned char... Stops>
+bool copyTurns(CodecRun& run, bool inPairs) {
   using namespace codec_vectors;
   const unsigned char* p = run.p;
   unsigned char* dest = run.dest;
-  std::ptrdiff_t count = run.copyable(2);
-  while (count > 0) {
-    if (kUsed && count >= 8) {
-      Words pairs;
+  const auto convert = [&]() -> unsigned int {
+    Bytes bytes;
+    std::memcpy(&bytes, p, sizeof bytes);
+    if (inPairs) {
       SignedWords known;
-      std::memcpy(&pairs, p, sizeof pairs);
-      pairs = Map::eight(pairs, known);
+      const Words pairs = Map::eight(reinterpret_cast<Words>(bytes), known);
       std::memcpy(dest, &pairs, sizeof pairs);
-      const unsigned int converted = bytesBefore(~known);
-      p += converted;
-      dest += converted;
-      count -= converted / 2;
-      if (converted == 16) continue;
+      return bytesBefore(~known);
     }
-    // The vector's exceptions come in groups, so a few pairs are taken before it is tried again.
-    const std::ptrdiff_t countThen = std::max<std::ptrdiff_t>(count - 4, 0);
-    for (; count > countThen && Map::one(p, dest); --count, p += 2) dest += 2;
-    if (count > countThen) break;
+    std::memcpy(dest, &bytes, sizeof bytes);
+    SignedBytes stop = reinterpret_cast<SignedBytes>(bytes) < 0;
+    ((stop |= reinterpret_cast<SignedBytes>(bytes == Stops)), ...);
+    return bytesBefore(stop);
+  };
+  while (kUsed && run.end - p >= CodecRun::kMinRoom && run.destEnd - dest >= CodecRun::kMinRoom) {
+    const unsigned int done = convert();
+    p += done;
+    dest += done;
+    if (done == 16) continue;
+    if (!Map::turn(p, dest, inPairs)) break;
   }
   run.p = p;
   run.dest = dest;
+  return inPairs;
 }
 
 #endif  // SUPPORT_CODEC_RUN_H_

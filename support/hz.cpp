@@ -22,7 +22,7 @@ bool isGb8(unsigned char first, unsigned char second) {
          isGb7(static_cast<unsigned char>(first - 0x80), static_cast<unsigned char>(second - 0x80));
 }
 
-// The two directions for copyPairs.
+// Pairs in the two directions, with the usual turns of a text (codec_run.h).
 struct GbFromHz {
   static bool one(const unsigned char* pair, unsigned char* dest) {
     if (!isGb7(pair[0], pair[1])) return false;
@@ -33,6 +33,12 @@ struct GbFromHz {
   static Words eight(Words pairs, SignedWords& known) {
     known = inBox(reinterpret_cast<Bytes>(pairs), {0x21, 0x7D, 0x21, 0x7E});
     return pairs | 0x8080;
+  }
+  static bool turn(const unsigned char*& p, unsigned char*&, bool& inPairs) {
+    if (p[0] != kTilde || p[1] != (inPairs ? '}' : '{')) return false;
+    p += 2;
+    inPairs = !inPairs;
+    return true;
   }
 };
 struct GbToHz {
@@ -46,6 +52,15 @@ struct GbToHz {
     known = inBox(reinterpret_cast<Bytes>(pairs), {0xA1, 0xFD, 0xA1, 0xFE});
     return pairs & 0x7F7F;
   }
+  static bool turn(const unsigned char*& p, unsigned char*& dest, bool& inPairs) {
+    const bool isPlain = *p < 0x80;
+    if (isPlain != inPairs || *p == kTilde) return false;
+    dest[0] = kTilde;
+    dest[1] = isPlain ? '}' : '{';
+    dest += 2;
+    inPairs = !inPairs;
+    return true;
+  }
 };
 
 // Every byte of the output belongs to a code of 936, whatever the input; see the Japanese reader.
@@ -55,8 +70,9 @@ struct Reader : CodecRun {
       : CodecRun(data, length, isLast, output, replacementSink), state(carried) {}
 
   bool step() {
+    state.inGb = copyTurns<GbFromHz, kTilde>(*this, state.inGb);
     if (state.inGb) {
-      copyPairs<GbFromHz>(*this);
+      if (!copyPairs<GbFromHz>(*this)) return true;
     } else {
       copyPlain<kTilde>(*this);
     }
@@ -124,6 +140,8 @@ struct Writer : CodecRun {
       : CodecRun(data, length, isLast, output, replacementSink), state(carried) {}
 
   bool step() {
+    state.inGb = copyTurns<GbToHz, kTilde>(*this, state.inGb);
+    if (left() == 0 || room() < kMinRoom) return true;
     if (*p >= 0x80) return writePair();
     enter(false);
     if (*p == kTilde) {

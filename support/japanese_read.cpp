@@ -24,6 +24,16 @@ constexpr Escape kEscapes[] = {
     {"$(D", Set::kJis0212},
 };
 
+// The usual turns of a text, for copyTurns.
+struct Turns : JisToShiftJis {
+  static bool turn(const unsigned char*& p, unsigned char*&, bool& inPairs) {
+    if (p[0] != kEscape || p[1] != (inPairs ? '(' : '$') || p[2] != 'B') return false;
+    p += 3;
+    inPairs = !inPairs;
+    return true;
+  }
+};
+
 // Every byte of the output belongs to a code of 932, whatever the input: a lead byte that got
 // through on its own would take the next character with it when the text is decoded. So a code of
 // JIS where 932 has none, and every byte above 7F that is not katakana, becomes the mark.
@@ -35,10 +45,15 @@ struct Reader : CodecRun {
   bool step() {
     if (state.shiftedOut || state.set == Set::kKatakana) {
       copyKatakana();
-    } else if (state.set == Set::kAscii) {
-      copyPlain<kEscape, kShiftOut, kShiftIn>(*this);
-    } else if (state.set == Set::kJis0208) {
-      copyPairs<JisToShiftJis>(*this);
+    } else if (state.set != Set::kJis0212) {
+      const bool inPairs =
+          copyTurns<Turns, kEscape, kShiftOut, kShiftIn>(*this, state.set == Set::kJis0208);
+      state.set = inPairs ? Set::kJis0208 : Set::kAscii;
+      if (inPairs) {
+        if (!copyPairs<JisToShiftJis>(*this)) return true;
+      } else {
+        copyPlain<kEscape, kShiftOut, kShiftIn>(*this);
+      }
     }
     return left() == 0 || room() < kMinRoom || readUnit();
   }

@@ -60,12 +60,38 @@ CodeBytes placeOutsidePlane(unsigned int lead, unsigned int trail) {
           static_cast<std::uint8_t>(0x21 + position % 94)};
 }
 
+// The usual turns of a text, for copyTurns. What is neither ASCII nor katakana is written in pairs,
+// marks included.
+struct Turns : ShiftJisToJis {
+  static bool turn(const unsigned char*& p, unsigned char*& dest, bool& inPairs) {
+    const bool isPlain = *p < 0x80;
+    if (isPlain != inPairs || isHalfWidthKatakana(*p)) return false;
+    if (isPlain && (*p == kEscape || *p == kShiftOut || *p == kShiftIn)) return false;
+    dest[0] = kEscape;
+    dest[1] = isPlain ? '(' : '$';
+    dest[2] = 'B';
+    dest += 3;
+    inPairs = !inPairs;
+    return true;
+  }
+};
+
 struct Writer : CodecRun {
   Writer(const unsigned char* data, unsigned int length, bool isLast, Iso2022JpState& carried,
          DataBuffer& output, ReplacementSink* replacementSink)
       : CodecRun(data, length, isLast, output, replacementSink), state(carried) {}
 
   bool step() {
+    if (state.set != Set::kKatakana) {
+      const bool inPairs =
+          copyTurns<Turns, kEscape, kShiftOut, kShiftIn>(*this, state.set == Set::kJis0208);
+      state.set = inPairs ? Set::kJis0208 : Set::kAscii;
+    }
+    return left() == 0 || room() < kMinRoom || writeUnit();
+  }
+  void finish() { enter(Set::kAscii); }
+
+  bool writeUnit() {
     const unsigned char byte = *p;
     if (byte < 0x80) {
       if (byte == kEscape || byte == kShiftOut) return writeControl();
@@ -83,7 +109,6 @@ struct Writer : CodecRun {
     }
     return writePair();
   }
-  void finish() { enter(Set::kAscii); }
 
   // Line ends and all other controls are ASCII: the text returns there before each of them.
   void enter(Set set) {

@@ -119,8 +119,8 @@ constexpr bool isEmptyInLastBlock(unsigned int position) {
   return position == 360 || position == 361;
 }
 
-// The two directions for copyPairs. Eight at a time are computed, in the rows that nearly all text
-// consists of; the tables know every assigned pair.
+// Pairs in the two directions, as codecs do them (codec_run.h). Eight at a time are computed, in
+// the rows that nearly all text consists of; the tables know every assigned pair.
 namespace jis_plane_detail {
 
 using codec_vectors::Bytes;

@@ -36,6 +36,11 @@ constexpr std::array<bool, kPlaneSize> makeAssigned() {
 }
 constexpr std::array<bool, kPlaneSize> kIsAssigned = makeAssigned();
 
+// Whether a byte is ASCII and none of the codes that shift.
+bool isPlain(unsigned char byte) {
+  return byte < 0x80 && byte != kEscape && byte != kShiftOut && byte != kShiftIn;
+}
+
 // Whether two 7-bit bytes, or two of a 949 code, are a character of KS X 1001.
 bool isKs7(unsigned char first, unsigned char second) {
   return kIsAssigned[planeIndex(first, second)];
@@ -45,8 +50,8 @@ bool isKs8(unsigned char first, unsigned char second) {
          isKs7(static_cast<unsigned char>(first - 0x80), static_cast<unsigned char>(second - 0x80));
 }
 
-// The two directions for copyPairs; eight at a time are pairs of the full rows from 16 on, Hangul
-// and Hanja.
+// Pairs in the two directions, with the usual turns of a text (codec_run.h); eight at a time are
+// pairs of the full rows from 16 on, Hangul and Hanja.
 struct KsTo949 {
   static bool one(const unsigned char* pair, unsigned char* dest) {
     if (!isKs7(pair[0], pair[1])) return false;
@@ -57,6 +62,18 @@ struct KsTo949 {
   static Words eight(Words pairs, SignedWords& known) {
     known = inBox(reinterpret_cast<Bytes>(pairs), {0x30, 0x7E, 0x21, 0x7E});
     return pairs | 0x8080;
+  }
+  static bool turn(const unsigned char*& p, unsigned char*& dest, bool& inPairs) {
+    if (*p != (inPairs ? kShiftIn : kShiftOut)) return false;
+    // Between two words one space is the rule. As a branch of its own it costs nearly nothing.
+    if (inPairs && isPlain(p[1]) && p[2] == kShiftOut) {
+      *dest++ = p[1];
+      p += 3;
+      return true;
+    }
+    ++p;
+    inPairs = !inPairs;
+    return true;
   }
 };
 struct KsFrom949 {
@@ -69,6 +86,19 @@ struct KsFrom949 {
   static Words eight(Words pairs, SignedWords& known) {
     known = inBox(reinterpret_cast<Bytes>(pairs), {0xB0, 0xFE, 0xA1, 0xFE});
     return pairs & 0x7F7F;
+  }
+  static bool turn(const unsigned char*& p, unsigned char*& dest, bool& inPairs) {
+    if (inPairs ? !isPlain(*p) : *p < 0x80) return false;
+    if (inPairs && p[1] >= 0x80) {  // as above
+      dest[0] = kShiftIn;
+      dest[1] = *p++;
+      dest[2] = kShiftOut;
+      dest += 3;
+      return true;
+    }
+    *dest++ = inPairs ? kShiftIn : kShiftOut;
+    inPairs = !inPairs;
+    return true;
   }
 };
 
@@ -88,8 +118,9 @@ struct Reader : CodecRun {
       : CodecRun(data, length, isLast, output, replacementSink), state(carried) {}
 
   bool step() {
+    state.shiftedOut = copyTurns<KsTo949, kEscape, kShiftOut, kShiftIn>(*this, state.shiftedOut);
     if (state.shiftedOut) {
-      copyPairs<KsTo949>(*this);
+      if (!copyPairs<KsTo949>(*this)) return true;
     } else {
       copyPlain<kEscape, kShiftOut, kShiftIn>(*this);
     }
@@ -156,6 +187,8 @@ struct Writer : CodecRun {
       for (unsigned int i = 0; i < kHeaderLength; ++i) put(static_cast<unsigned char>(kHeader[i]));
       state.headerWritten = true;
     }
+    state.shiftedOut = copyTurns<KsFrom949, kEscape, kShiftOut, kShiftIn>(*this, state.shiftedOut);
+    if (left() == 0 || room() < kMinRoom) return true;
     return *p < 0x80 ? writeAscii() : writePair();
   }
   void finish() {
