@@ -52,17 +52,17 @@ bool fillSingleByteDecoder(const UnicodeLookup& lookup, SingleByteDecoder& table
 }
 
 bool fillDoubleByteDecoder(const HashConvert& map, DoubleByteDecoder& table) {
-  table.isAscii = map.get_IsLowerAscii();
   for (int byte = 0; byte < 256; ++byte) {
     const auto* entry = reinterpret_cast<const unsigned char*>(&map.m_singleBytes[byte]);
     table.singles[byte] = zvLoadHostUnit(entry, false);
   }
-  bool flat = table.isAscii;
+  bool flat = map.get_IsLowerAscii();
   map.forEachEntry([&](const HashConvert::Bucket& entry) {
     const unsigned int unit = zvLoadHostUnit(entry.value, false);
     if (entry.isOneByte != 0 || unit == 0) flat = false;
-    table.pairs[entry.key[0] * 256u + entry.key[1]] = static_cast<std::uint16_t>(unit);
+    table.units[entry.key[0] + 256u * entry.key[1]] = static_cast<std::uint16_t>(unit);
   });
+  table.prepare();
   return flat;
 }
 

@@ -19,7 +19,7 @@
 // input. "Unit 0" below is U+0000.
 namespace fast {
 
-inline constexpr unsigned int kKernelSlack = 128;
+inline constexpr unsigned int kKernelSlack = 192;
 
 struct KernelResult {
   const unsigned char* in;  // first byte that was not consumed
@@ -30,10 +30,16 @@ struct KernelResult {
 struct SingleByteDecoder {
   // No surrogates. 0: unmapped, but for byte 00, which is unit 0.
   alignas(32) std::uint16_t units[256];
-  // Derived by prepare(): the halves of units, for byte shuffles, and whether 00..7F are ASCII.
+  // Derived by prepare(): whether 00..7F are ASCII; the halves of units, for byte shuffles; the
+  // units below 80 again, with FF for all others; the three bytes of the UTF-8 forms, flush with
+  // the last one and filled up with 0 (all 0 for units 0); and these forms in one piece, the length
+  // in bits 24 up.
+  bool isAscii;
   alignas(32) std::uint8_t low[256];
   alignas(32) std::uint8_t high[256];
-  bool isAscii;
+  alignas(32) std::uint8_t ascii[256];
+  alignas(32) std::uint8_t utf8Bytes[3][256];
+  std::uint32_t utf8[256];
 
   void prepare();  // call when units is filled
 };
@@ -51,15 +57,21 @@ struct SingleByteEncoder {
   void prepare();  // call when bytes is filled
 };
 
-// A code page of one- and two-byte characters, decoding.
+// A code page of one- and two-byte characters, of which bytes 00..7F stand alone and for
+// themselves; decoding.
 struct DoubleByteDecoder {
-  static constexpr std::uint16_t kStop = 0xFFFF;
+  // Unit of each pair, by first byte + second byte * 256; 0: no pair, the first byte stands alone.
+  // Into the places of bytes that begin no pair prepare() writes their single units.
+  std::uint16_t units[65536];
+  std::uint16_t singles[256];  // unit of each byte from 80 up; 0: unmapped
+  // Derived by prepare(): by the lower half of a byte from 80 up, the upper halves of those that
+  // begin a pair: bit 0 for 8, bit 7 for F.
+  alignas(16) std::uint8_t leads[16];
 
-  // Unit of each pair, by first byte * 256 + second byte. 0: no pair, the first byte stands alone;
-  // kStop: the kernel stops before the pair, for a pair that the caller treats itself.
-  std::uint16_t pairs[65536];
-  std::uint16_t singles[256];  // unit of each single byte; 0 or kStop: unmapped
-  bool isAscii;                // bytes 00..7F are always single and stand for themselves
+  bool isLead(unsigned int byte) const {  // a byte from 80 up
+    return (leads[byte & 0x0F] >> (byte >> 4 & 7) & 1) != 0;
+  }
+  void prepare();  // call when units and singles are filled
 };
 
 // A code page of one- and two-byte characters, encoding.

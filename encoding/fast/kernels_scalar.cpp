@@ -17,14 +17,41 @@ bool isAsciiIdentity(const T* values) {
 }  // namespace
 
 void SingleByteDecoder::prepare() {
+  isAscii = isAsciiIdentity(units);
   for (unsigned int i = 0; i < 256; ++i) {
     low[i] = static_cast<std::uint8_t>(units[i]);
     high[i] = static_cast<std::uint8_t>(units[i] >> 8);
+    ascii[i] = units[i] < 0x80 && (units[i] != 0 || i == 0) ? low[i] : 0xFF;
+    Byte sequence[3] = {};
+    Byte* end = sequence;
+    if (units[i] != 0) putUtf8(end, units[i]);
+    utf8[i] = static_cast<std::uint32_t>(sequence[0] | sequence[1] << 8 | sequence[2] << 16 |
+                                         (end - sequence) << 24);
+    for (unsigned int place = 3; place != 0; --place) {
+      utf8Bytes[place - 1][i] = end != sequence ? *--end : Byte{0};
+    }
   }
-  isAscii = isAsciiIdentity(units);
 }
 
 void SingleByteEncoder::prepare() { isAscii = isAsciiIdentity(bytes); }
+
+void DoubleByteDecoder::prepare() {
+  for (std::uint8_t& upperHalves : leads) upperHalves = 0;
+  for (unsigned int i = 0; i < 0x10000; ++i) {
+    const unsigned int lead = i & 0xFF;
+    if (lead >= 0x80 && units[i] != 0) {
+      leads[lead & 0x0F] = static_cast<std::uint8_t>(leads[lead & 0x0F] | 1u << (lead >> 4 & 7));
+    }
+  }
+  for (unsigned int i = 0; i < 0x10000; ++i) {
+    const unsigned int byte = i & 0xFF;
+    if (byte < 0x80) {
+      units[i] = static_cast<std::uint16_t>(byte);
+    } else if (!isLead(byte)) {
+      units[i] = singles[byte];
+    }
+  }
+}
 
 void DoubleByteEncoder::prepare() { isAscii = isAsciiIdentity(codes); }
 

@@ -177,9 +177,14 @@ inline bool stepSingleByteToUtf16(const SingleByteDecoder& table, const Byte*& i
 
 inline bool stepSingleByteToUtf8(const SingleByteDecoder& table, const Byte*& in, const Byte*,
                                  Byte*& out) {
-  const unsigned int unit = table.units[*in];
-  if (unit == 0) return false;
-  putUtf8(out, unit);
+  const std::uint32_t sequence = table.utf8[*in];
+  if (sequence == 0) return false;
+  // All four, so that they become one store.
+  out[0] = static_cast<Byte>(sequence);
+  out[1] = static_cast<Byte>(sequence >> 8);
+  out[2] = static_cast<Byte>(sequence >> 16);
+  out[3] = static_cast<Byte>(sequence >> 24);
+  out += sequence >> 24;
   ++in;
   return true;
 }
@@ -205,13 +210,12 @@ inline bool stepUtf16ToSingleByte(const SingleByteEncoder& table, const Byte*& i
 
 inline bool stepDoubleByteToUtf16(const DoubleByteDecoder& table, const Byte*& in,
                                   const Byte* inEnd, Byte*& out) {
-  if (table.isAscii && *in < 0x80) {
+  if (*in < 0x80) {
     putUnit(out, *in++);
     return true;
   }
-  if (inEnd - in > 1) {
-    const unsigned int unit = table.pairs[*in << 8 | in[1]];
-    if (unit == DoubleByteDecoder::kStop) return false;
+  if (inEnd - in > 1 && table.isLead(*in)) {
+    const unsigned int unit = table.units[getUnit(in)];
     if (unit != 0) {
       putUnit(out, unit);
       in += 2;
@@ -219,7 +223,7 @@ inline bool stepDoubleByteToUtf16(const DoubleByteDecoder& table, const Byte*& i
     }
   }
   const unsigned int unit = table.singles[*in];
-  if (unit == 0 || unit == DoubleByteDecoder::kStop) return false;
+  if (unit == 0) return false;
   putUnit(out, unit);
   ++in;
   return true;
@@ -231,7 +235,9 @@ inline bool stepUtf16ToDoubleByte(const DoubleByteEncoder& table, const Byte*& i
   const unsigned int unit = getUnit(in);
   const unsigned int code = table.codes[unit];
   if (code == 0 && unit != 0) return false;
-  if (code > 0xFF) *out++ = static_cast<Byte>(code >> 8);
+  // Which of the two lengths comes next is hard to foretell: no branch.
+  *out = static_cast<Byte>(code >> 8);
+  out += code > 0xFF ? 1 : 0;
   *out++ = static_cast<Byte>(code);
   in += 2;
   return true;

@@ -2,48 +2,74 @@
 #ifndef ENCODING_FAST_KERNELS_VECTOR_H_
 #define ENCODING_FAST_KERNELS_VECTOR_H_
 
+#include <cstring>
+
 #include "encoding/fast/kernels.h"
 #include "encoding/fast/kernels_steps.h"
+#include "encoding/fast/kernels_vector_sse4.h"
 
 namespace fast {
 namespace {
 
-// The kernel that treats its input in blocks of kIn bytes, and by single steps where a block is not
-// to its liking and at the end. treatBlock may write kKernelSlack bytes; it moves both pointers,
-// over all or a part of the block, or leaves them alone and returns false.
-template <unsigned int kIn, class TreatBlock, class Step>
-inline KernelResult inBlocks(const Byte* in, const Byte* inEnd, Byte* out, Byte* outEnd,
-                             TreatBlock treatBlock, Step step) {
-  constexpr auto kRoom = static_cast<std::ptrdiff_t>(kKernelSlack);
-  while (inEnd - in >= static_cast<std::ptrdiff_t>(kIn) && outEnd - out >= kRoom) {
-    if (treatBlock(in, out)) continue;
-    const Byte* blockEnd = in + kIn;
+constexpr auto kRoom = static_cast<std::ptrdiff_t>(kKernelSlack);
+
+// Single units, where the processor's own byte order is known.
+inline void storeUnit(Byte* out, std::uint16_t unit) { std::memcpy(out, &unit, 2); }
+inline std::uint16_t loadUnit(const Byte* in) {
+  std::uint16_t unit;
+  std::memcpy(&unit, in, 2);
+  return unit;
+}
+
+// ---- The loop over blocks ----
+//
+// Work<V> does the work of one kernel with registers V. Its treat() looks at kBlock bytes of input
+// or more and writes at most kKernelSlack bytes. It moves both pointers over as much as it likes;
+// or it leaves them alone and returns false, and its step() treats the next few characters instead.
+
+// Goes on while there are blocks; false when a step says stop.
+template <class Work>
+inline bool treatBlocks(const Work& work, const Byte*& in, const Byte* inEnd, Byte*& out,
+                        Byte* outEnd) {
+  constexpr std::ptrdiff_t kSteps = 16;  // bytes of input to step over; at most a block
+  while (inEnd - in >= Work::kBlock && outEnd - out >= kRoom) {
+    if (work.treat(in, out)) continue;
+    const Byte* stepsEnd = in + kSteps;
     do {
-      if (!step(in, inEnd, out)) return {in, out};
-    } while (in < blockEnd);
+      if (!work.step(in, inEnd, out)) return false;
+    } while (in < stepsEnd);
+  }
+  return true;
+}
+
+// Big blocks, then small ones, then steps.
+template <class Big, class Small, class... Table>
+inline KernelResult treatAll(const Byte* in, const Byte* inEnd, Byte* out, Byte* outEnd,
+                             const Table&... table) {
+  if (!treatBlocks(Big{table...}, in, inEnd, out, outEnd)) return {in, out};
+  const Small small{table...};
+  if constexpr (Small::kBlock < Big::kBlock) {
+    if (!treatBlocks(small, in, inEnd, out, outEnd)) return {in, out};
   }
   if (outEnd - out < kRoom) return {in, out};
-  while (in < inEnd && outEnd - out >= kMaxStep && step(in, inEnd, out)) {
+  while (in < inEnd && outEnd - out >= kMaxStep && small.step(in, inEnd, out)) {
   }
   return {in, out};
 }
 
-template <class V>
-KernelResult asciiCopy(const Byte* in, const Byte* inEnd, Byte* out, Byte* outEnd) {
-  return inBlocks<2 * V::kSize>(
-      in, inEnd, out, outEnd,
-      [](const Byte*& p, Byte*& q) {
-        const auto first = V::load(p);
-        const auto second = V::load(p + V::kSize);
-        if (V::topBits(V::either(first, second)) != 0) return false;
-        V::store(q, first);
-        V::store(q + V::kSize, second);
-        p += 2 * V::kSize;
-        q += 2 * V::kSize;
-        return true;
-      },
-      stepAsciiCopy);
+// The kernels of works with blocks of registers V.
+template <class V, template <class> class Work>
+KernelResult kernel(const Byte* in, const Byte* inEnd, Byte* out, Byte* outEnd) {
+  return treatAll<Work<V>, Work<Vector16>>(in, inEnd, out, outEnd);
 }
+
+template <class V, template <class> class Work, class Table>
+KernelResult tableKernel(const Table& table, const Byte* in, const Byte* inEnd, Byte* out,
+                         Byte* outEnd) {
+  return treatAll<Work<V>, Work<Vector16>>(in, inEnd, out, outEnd, table);
+}
+
+// ---- Runs of ASCII, and the other byte order ----
 
 template <class V>
 inline void storeWidened(Byte* out, typename V::Reg bytes) {
@@ -51,21 +77,6 @@ inline void storeWidened(Byte* out, typename V::Reg bytes) {
   V::widen(bytes, first, second);
   V::store(out, first);
   V::store(out + V::kSize, second);
-}
-
-template <class V>
-KernelResult asciiToUtf16(const Byte* in, const Byte* inEnd, Byte* out, Byte* outEnd) {
-  return inBlocks<V::kSize>(
-      in, inEnd, out, outEnd,
-      [](const Byte*& p, Byte*& q) {
-        const auto bytes = V::load(p);
-        if (V::topBits(bytes) != 0) return false;
-        storeWidened<V>(q, bytes);
-        p += V::kSize;
-        q += 2 * V::kSize;
-        return true;
-      },
-      stepAsciiToUtf16);
 }
 
 // Two registers of units below 80, as bytes.
@@ -79,33 +90,74 @@ inline bool narrowAscii(const Byte* in, typename V::Reg& bytes) {
 }
 
 template <class V>
-KernelResult utf16ToAscii(const Byte* in, const Byte* inEnd, Byte* out, Byte* outEnd) {
-  return inBlocks<2 * V::kSize>(
-      in, inEnd, out, outEnd,
-      [](const Byte*& p, Byte*& q) {
-        typename V::Reg bytes;
-        if (!narrowAscii<V>(p, bytes)) return false;
-        V::store(q, bytes);
-        p += 2 * V::kSize;
-        q += V::kSize;
-        return true;
-      },
-      stepUtf16ToAscii);
+inline bool hasZeroByte(typename V::Reg bytes) {
+  return !V::isZero(V::equalBytes(bytes, V::zero()));
 }
 
 template <class V>
-KernelResult swapUtf16(const Byte* in, const Byte* inEnd, Byte* out, Byte* outEnd) {
-  return inBlocks<V::kSize>(
-      in, inEnd, out, outEnd,
-      [](const Byte*& p, Byte*& q) {
-        const auto units = V::load(p);
-        V::store(q, V::either(V::template shiftLeft<8>(units), V::template shiftRight<8>(units)));
-        p += V::kSize;
-        q += V::kSize;
-        return true;
-      },
-      stepSwapUtf16);
-}
+struct AsciiCopy {
+  static constexpr std::ptrdiff_t kBlock = 2 * V::kSize;
+  bool step(const Byte*& in, const Byte* inEnd, Byte*& out) const {
+    return stepAsciiCopy(in, inEnd, out);
+  }
+  bool treat(const Byte*& in, Byte*& out) const {
+    const auto first = V::load(in);
+    const auto second = V::load(in + V::kSize);
+    if (V::topBits(V::either(first, second)) != 0) return false;
+    V::store(out, first);
+    V::store(out + V::kSize, second);
+    in += 2 * V::kSize;
+    out += 2 * V::kSize;
+    return true;
+  }
+};
+
+template <class V>
+struct AsciiToUtf16 {
+  static constexpr std::ptrdiff_t kBlock = V::kSize;
+  bool step(const Byte*& in, const Byte* inEnd, Byte*& out) const {
+    return stepAsciiToUtf16(in, inEnd, out);
+  }
+  bool treat(const Byte*& in, Byte*& out) const {
+    const auto bytes = V::load(in);
+    if (V::topBits(bytes) != 0) return false;
+    storeWidened<V>(out, bytes);
+    in += V::kSize;
+    out += 2 * V::kSize;
+    return true;
+  }
+};
+
+template <class V>
+struct Utf16ToAscii {
+  static constexpr std::ptrdiff_t kBlock = 2 * V::kSize;
+  bool step(const Byte*& in, const Byte* inEnd, Byte*& out) const {
+    return stepUtf16ToAscii(in, inEnd, out);
+  }
+  bool treat(const Byte*& in, Byte*& out) const {
+    typename V::Reg bytes;
+    if (!narrowAscii<V>(in, bytes)) return false;
+    V::store(out, bytes);
+    in += 2 * V::kSize;
+    out += V::kSize;
+    return true;
+  }
+};
+
+template <class V>
+struct SwapUtf16 {
+  static constexpr std::ptrdiff_t kBlock = V::kSize;
+  bool step(const Byte*& in, const Byte* inEnd, Byte*& out) const {
+    return stepSwapUtf16(in, inEnd, out);
+  }
+  bool treat(const Byte*& in, Byte*& out) const {
+    const auto units = V::load(in);
+    V::store(out, V::either(V::template shiftLeft<8>(units), V::template shiftRight<8>(units)));
+    in += V::kSize;
+    out += V::kSize;
+    return true;
+  }
+};
 
 }  // namespace
 }  // namespace fast

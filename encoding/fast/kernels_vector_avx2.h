@@ -13,6 +13,7 @@ struct Vector32 {
   using Reg = __m256i;
   static constexpr unsigned int kSize = 32;
   static constexpr unsigned int kLanes = 2;
+  static constexpr std::uint32_t kAllBits = 0xFFFFFFFF;
 
   static Reg load(const void* p) { return _mm256_loadu_si256(static_cast<const Reg*>(p)); }
   static void store(void* p, Reg a) { _mm256_storeu_si256(static_cast<Reg*>(p), a); }
@@ -33,6 +34,10 @@ struct Vector32 {
   static bool areDisjoint(Reg a, Reg b) { return _mm256_testz_si256(a, b) != 0; }
   static std::uint32_t topBits(Reg a) {
     return static_cast<std::uint32_t>(_mm256_movemask_epi8(a));
+  }
+
+  static unsigned int firstBitOr0(std::uint64_t mask) {
+    return static_cast<unsigned int>(_tzcnt_u64(mask)) % 64;  // 64 for no bit
   }
 
   static Reg subtractBytes(Reg a, Reg b) { return _mm256_subs_epu8(a, b); }

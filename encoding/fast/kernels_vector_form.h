@@ -12,20 +12,20 @@ template <class V>
 constexpr Kernels vectorForm(const char* name) {
   return {
       name,
-      asciiCopy<V>,
-      asciiToUtf16<V>,
-      utf16ToAscii<V>,
+      kernel<V, AsciiCopy>,
+      kernel<V, AsciiToUtf16>,
+      kernel<V, Utf16ToAscii>,
       utf8ToUtf16<V>,
-      utf16ToUtf8<V>,
-      swapUtf16<V>,
-      utf32ToUtf16<V>,
-      utf16ToUtf32<V>,
-      singleByteToUtf16<V>,
-      singleByteToUtf8<V>,
-      mapBytes<V>,
-      utf16ToSingleByte<V>,
+      kernel<V, Utf16ToUtf8>,
+      kernel<V, SwapUtf16>,
+      kernel<V, Utf32ToUtf16>,
+      kernel<V, Utf16ToUtf32>,
+      tableKernel<V, SingleByteToUtf16>,
+      tableKernel<V, SingleByteToUtf8>,
+      tableKernel<V, MapBytes>,
+      tableKernel<V, Utf16ToSingleByte>,
       doubleByteToUtf16<V>,
-      utf16ToDoubleByte<V>,
+      tableKernel<V, Utf16ToDoubleByte>,
   };
 }
 

@@ -13,6 +13,7 @@ struct Vector16 {
   using Reg = __m128i;
   static constexpr unsigned int kSize = 16;
   static constexpr unsigned int kLanes = 1;
+  static constexpr std::uint32_t kAllBits = 0xFFFF;  // of topBits
 
   static Reg load(const void* p) { return _mm_loadu_si128(static_cast<const Reg*>(p)); }
   static void store(void* p, Reg a) { _mm_storeu_si128(static_cast<Reg*>(p), a); }
@@ -32,6 +33,11 @@ struct Vector16 {
   static bool isZero(Reg a) { return _mm_testz_si128(a, a) != 0; }
   static bool areDisjoint(Reg a, Reg b) { return _mm_testz_si128(a, b) != 0; }
   static std::uint32_t topBits(Reg a) { return static_cast<std::uint32_t>(_mm_movemask_epi8(a)); }
+
+  // The place of the lowest bit, 0 for no bit.
+  static unsigned int firstBitOr0(std::uint64_t mask) {
+    return mask != 0 ? static_cast<unsigned int>(__builtin_ctzll(mask)) : 0;
+  }
 
   static Reg subtractBytes(Reg a, Reg b) { return _mm_subs_epu8(a, b); }  // not below 0
   static Reg maxBytes(Reg a, Reg b) { return _mm_max_epu8(a, b); }

@@ -2,8 +2,6 @@
 #ifndef ENCODING_FAST_KERNELS_VECTOR_TABLES_H_
 #define ENCODING_FAST_KERNELS_VECTOR_TABLES_H_
 
-#include <cstring>
-
 #include "encoding/fast/kernels_vector_utf8.h"
 
 namespace fast {
@@ -33,200 +31,316 @@ inline typename V::Reg lookUp(const std::uint8_t* table, typename V::Reg bytes) 
   return rows[0];
 }
 
+// The lower and upper halves of the units of all bytes.
 template <class V>
 inline void decodeBytes(const SingleByteDecoder& table, typename V::Reg bytes, typename V::Reg& low,
                         typename V::Reg& high) {
   if (table.isAscii) {
     low = V::choose(bytes, lookUp<V, 8>(table.low, bytes), bytes);
     high = V::choose(V::zero(), lookUp<V, 8>(table.high, bytes), bytes);
-  } else {
-    low = lookUp<V, 16>(table.low, bytes);
-    high = lookUp<V, 16>(table.high, bytes);
+    return;
   }
+  low = lookUp<V, 16>(table.ascii, bytes);
+  high = V::zero();
+  if (V::topBits(low) == 0) return;
+  low = lookUp<V, 16>(table.low, bytes);
+  high = lookUp<V, 16>(table.high, bytes);
 }
 
 template <class V>
-KernelResult singleByteToUtf16(const SingleByteDecoder& table, const Byte* in, const Byte* inEnd,
-                               Byte* out, Byte* outEnd) {
-  return inBlocks<V::kSize>(
-      in, inEnd, out, outEnd,
-      [&table](const Byte*& p, Byte*& q) {
-        const auto bytes = V::load(p);
-        typename V::Reg low, high;
-        decodeBytes<V>(table, bytes, low, high);
-        // Unit 0 is right for byte 00 alone.
-        const auto isZero = V::equalBytes(V::either(low, high), V::zero());
-        if (!V::isZero(V::both(isZero, bytes))) return false;
-        typename V::Reg first, second;
-        V::join(low, high, first, second);
-        V::store(q, first);
-        V::store(q + V::kSize, second);
-        p += V::kSize;
-        q += 2 * V::kSize;
+struct SingleByteToUtf16 {
+  static constexpr std::ptrdiff_t kBlock = V::kSize;
+  const SingleByteDecoder& table;
+  bool step(const Byte*& in, const Byte* inEnd, Byte*& out) const {
+    return stepSingleByteToUtf16(table, in, inEnd, out);
+  }
+  bool treat(const Byte*& in, Byte*& out) const {
+    const auto bytes = V::load(in);
+    typename V::Reg low, high;
+    decodeBytes<V>(table, bytes, low, high);
+    // Unit 0 is right for byte 00 alone.
+    const auto isZero = V::equalBytes(V::either(low, high), V::zero());
+    if (!V::areDisjoint(isZero, bytes)) return false;
+    typename V::Reg first, second;
+    V::join(low, high, first, second);
+    V::store(out, first);
+    V::store(out + V::kSize, second);
+    in += V::kSize;
+    out += 2 * V::kSize;
+    return true;
+  }
+};
+
+template <class V>
+struct SingleByteToUtf8 {
+  using Reg = typename V::Reg;
+  static constexpr std::ptrdiff_t kBlock = 2 * V::kSize;
+  const SingleByteDecoder& table;
+  bool step(const Byte*& in, const Byte* inEnd, Byte*& out) const {
+    return stepSingleByteToUtf8(table, in, inEnd, out);
+  }
+
+  bool treat(const Byte*& in, Byte*& out) const {
+    const Reg bytes = V::load(in);
+    if (table.isAscii) {
+      const Reg next = V::load(in + V::kSize);
+      if (V::topBits(V::either(bytes, next)) == 0) {
+        if (hasZeroByte<V>(V::minBytes(bytes, next))) return false;
+        V::store(out, bytes);
+        V::store(out + V::kSize, next);
+        in += 2 * V::kSize;
+        out += 2 * V::kSize;
         return true;
-      },
-      [&table](const Byte*& p, const Byte* end, Byte*& q) {
-        return stepSingleByteToUtf16(table, p, end, q);
-      });
-}
+      }
+    } else {
+      const Reg ascii = lookUp<V, 16>(table.ascii, bytes);
+      if (V::topBits(ascii) == 0 && !hasZeroByte<V>(ascii)) {
+        V::store(out, ascii);
+        in += V::kSize;
+        out += V::kSize;
+        return true;
+      }
+    }
+    return encode(bytes, in, out);
+  }
 
-template <class V>
-KernelResult singleByteToUtf8(const SingleByteDecoder& table, const Byte* in, const Byte* inEnd,
-                              Byte* out, Byte* outEnd) {
-  return inBlocks<V::kSize>(
-      in, inEnd, out, outEnd,
-      [&table](const Byte*& p, Byte*& q) {
-        const auto bytes = V::load(p);
-        if (table.isAscii && V::topBits(bytes) == 0) {
-          if (hasZeroByte<V>(bytes)) return false;
-          V::store(q, bytes);
-          p += V::kSize;
-          q += V::kSize;
-          return true;
+  // The bytes at one place of the UTF-8 forms.
+  Reg place(unsigned int index, Reg bytes) const {
+    if (!table.isAscii) return lookUp<V, 16>(table.utf8Bytes[index], bytes);
+    const Reg found = lookUp<V, 8>(table.utf8Bytes[index], bytes);
+    return V::choose(index == 2 ? bytes : V::zero(), found, bytes);
+  }
+
+  // The forms are looked up byte by byte and closed up as those of utf16ToUtf8 are.
+  bool encode(Reg bytes, const Byte*& in, Byte*& out) const {
+    const Reg last = place(2, bytes);
+    if (hasZeroByte<V>(last)) return false;
+    const Reg middle = place(1, bytes);
+    const Reg isAscii = V::equalBytes(middle, V::zero());
+    // The middle byte is a continuation, which is to say, not the first.
+    const Reg isLong = V::greaterBytes(V::bytes(0xC0), middle);
+    Reg fields[2];
+    if (V::isZero(isLong)) {
+      V::join(middle, last, fields[0], fields[1]);
+      std::uint32_t mask = V::topBits(isAscii);
+      for (const Reg half : fields) {
+        writeShort(V::template lane<0>(half), mask & 0xFF, out);
+        if constexpr (V::kLanes == 2) {
+          mask >>= 8;
+          writeShort(V::template lane<1>(half), mask & 0xFF, out);
         }
-        typename V::Reg low, high;
-        decodeBytes<V>(table, bytes, low, high);
-        if (hasZeroByte<V>(V::either(low, high))) return false;
-        if (V::isZero(high) && V::topBits(low) == 0) {
-          V::store(q, low);
-          q += V::kSize;
-        } else {
-          typename V::Reg first, second;
-          V::join(low, high, first, second);
-          if (V::areDisjoint(high, V::bytes(0xF8))) {
-            encodeShort<V>(first, q);
-            encodeShort<V>(second, q);
-          } else {
-            encodeAny<V>(first, q);
-            encodeAny<V>(second, q);
-          }
-        }
-        p += V::kSize;
-        return true;
-      },
-      [&table](const Byte*& p, const Byte* end, Byte*& q) {
-        return stepSingleByteToUtf8(table, p, end, q);
-      });
-}
+        mask >>= 8;
+      }
+    } else {
+      Reg lasts[2], lengths[2];
+      V::join(place(0, bytes), middle, fields[0], fields[1]);
+      V::widen(last, lasts[0], lasts[1]);
+      V::join(isAscii, V::equalBytes(isLong, V::zero()), lengths[0], lengths[1]);
+      for (int i = 0; i < 2; ++i) writeFields<V>(fields[i], lasts[i], V::topBits(lengths[i]), out);
+    }
+    in += V::kSize;
+    return true;
+  }
+};
 
 template <class V>
-KernelResult mapBytes(const ByteMap& table, const Byte* in, const Byte* inEnd, Byte* out,
-                      Byte* outEnd) {
-  return inBlocks<V::kSize>(
-      in, inEnd, out, outEnd,
-      [&table](const Byte*& p, Byte*& q) {
-        const auto bytes = V::load(p);
-        const auto mapped = lookUp<V, 16>(table.bytes, bytes);
-        if (!V::isZero(V::both(V::equalBytes(mapped, V::zero()), bytes))) return false;
-        V::store(q, mapped);
-        p += V::kSize;
-        q += V::kSize;
-        return true;
-      },
-      [&table](const Byte*& p, const Byte* end, Byte*& q) {
-        return stepMapBytes(table, p, end, q);
-      });
-}
+struct MapBytes {
+  static constexpr std::ptrdiff_t kBlock = V::kSize;
+  const ByteMap& table;
+  bool step(const Byte*& in, const Byte* inEnd, Byte*& out) const {
+    return stepMapBytes(table, in, inEnd, out);
+  }
+  bool treat(const Byte*& in, Byte*& out) const {
+    const auto bytes = V::load(in);
+    const auto mapped = lookUp<V, 16>(table.bytes, bytes);
+    if (!V::areDisjoint(V::equalBytes(mapped, V::zero()), bytes)) return false;
+    V::store(out, mapped);
+    in += V::kSize;
+    out += V::kSize;
+    return true;
+  }
+};
 
 // ---- Encoding: runs of ASCII by registers, else a flat table by unit. ----
 
 template <class V>
-KernelResult utf16ToSingleByte(const SingleByteEncoder& table, const Byte* in, const Byte* inEnd,
-                               Byte* out, Byte* outEnd) {
-  return inBlocks<2 * V::kSize>(
-      in, inEnd, out, outEnd,
-      [&table](const Byte*& p, Byte*& q) {
-        typename V::Reg bytes;
-        if (table.isAscii && narrowAscii<V>(p, bytes)) {
-          V::store(q, bytes);
-        } else {
-          // Going below 0 tells of a byte 0 among them.
-          unsigned int borrow = 0;
-          for (unsigned int i = 0; i < V::kSize; ++i) {
-            q[i] = table.bytes[getUnit(p + 2 * i)];
-            borrow |= q[i] - 1u;
-          }
-          if (borrow > 0xFF) return false;
-        }
-        p += 2 * V::kSize;
-        q += V::kSize;
-        return true;
-      },
-      [&table](const Byte*& p, const Byte* end, Byte*& q) {
-        return stepUtf16ToSingleByte(table, p, end, q);
-      });
-}
+struct Utf16ToSingleByte {
+  static constexpr std::ptrdiff_t kBlock = 2 * V::kSize;
+  const SingleByteEncoder& table;
+  bool step(const Byte*& in, const Byte* inEnd, Byte*& out) const {
+    return stepUtf16ToSingleByte(table, in, inEnd, out);
+  }
+  bool treat(const Byte*& in, Byte*& out) const {
+    typename V::Reg bytes;
+    if (table.isAscii && narrowAscii<V>(in, bytes)) {
+      V::store(out, bytes);
+      in += 2 * V::kSize;
+      out += V::kSize;
+      return true;
+    }
+    constexpr unsigned int kUnits = 16;
+    unsigned int borrow = 0;  // 1 taken from a byte 0
+    for (unsigned int i = 0; i < kUnits; ++i) {
+      const unsigned int byte = table.bytes[getUnit(in + 2 * i)];
+      out[i] = static_cast<Byte>(byte);
+      borrow |= byte - 1;
+    }
+    if (borrow > 0xFF) return false;
+    in += 2 * kUnits;
+    out += kUnits;
+    return true;
+  }
+};
 
 template <class V>
-KernelResult utf16ToDoubleByte(const DoubleByteEncoder& table, const Byte* in, const Byte* inEnd,
-                               Byte* out, Byte* outEnd) {
-  return inBlocks<2 * V::kSize>(
-      in, inEnd, out, outEnd,
-      [&table](const Byte*& p, Byte*& q) {
-        typename V::Reg bytes;
-        if (table.isAscii && narrowAscii<V>(p, bytes)) {
-          V::store(q, bytes);
-          p += 2 * V::kSize;
-          q += V::kSize;
-          return true;
-        }
-        for (unsigned int i = 0; i < V::kSize; ++i) {
-          const unsigned int code = table.codes[getUnit(p)];
-          if (code == 0) return i != 0;
-          const bool isPair = code > 0xFF;
-          const auto stored = static_cast<std::uint16_t>(isPair ? code >> 8 | code << 8 : code);
-          std::memcpy(q, &stored, 2);
-          p += 2;
-          q += isPair ? 2 : 1;
-        }
-        return true;
-      },
-      [&table](const Byte*& p, const Byte* end, Byte*& q) {
-        return stepUtf16ToDoubleByte(table, p, end, q);
-      });
-}
+struct Utf16ToDoubleByte {
+  static constexpr std::ptrdiff_t kBlock = 2 * V::kSize;
+  const DoubleByteEncoder& table;
+  bool step(const Byte*& in, const Byte* inEnd, Byte*& out) const {
+    return stepUtf16ToDoubleByte(table, in, inEnd, out);
+  }
+  bool treat(const Byte*& in, Byte*& out) const {
+    typename V::Reg bytes;
+    if (table.isAscii && narrowAscii<V>(in, bytes)) {
+      V::store(out, bytes);
+      in += 2 * V::kSize;
+      out += V::kSize;
+      return true;
+    }
+    constexpr unsigned int kUnits = 16;
+    for (unsigned int i = 0; i < kUnits; ++i) {
+      const unsigned int code = table.codes[getUnit(in + 2 * i)];
+      if (code == 0) {
+        in += 2 * i;
+        return i != 0;
+      }
+      *out = static_cast<Byte>(code >> 8);
+      out += code > 0xFF ? 1 : 0;
+      *out++ = static_cast<Byte>(code);
+    }
+    in += 2 * kUnits;
+    return true;
+  }
+};
 
 // ---- Double-byte code pages, decoding. ----
 
-// The characters are taken one by one, because each tells where the next begins; ASCII runs by
-// registers.
+// The bytes of a mask that begin a pair, where candidates may do so and each pair takes the byte
+// behind it with it. A run of candidates begins with a first byte, because what is before it does
+// not begin a pair, and goes on with every second; that the parity of a run's start tells all bits
+// of the run, by one addition, is from G. Langdale and D. Lemire, "Parsing Gigabytes of JSON per
+// Second" (VLDB Journal 28, 2019), there for backslashes.
+inline std::uint64_t pairStarts(std::uint64_t candidates) {
+  constexpr std::uint64_t kEven = 0x5555555555555555u;
+  const std::uint64_t runStarts = candidates & ~(candidates << 1);
+  const std::uint64_t evenRuns = candidates & ~(candidates + (runStarts & kEven));
+  return (evenRuns & kEven) | (candidates & ~evenRuns & ~kEven);
+}
+
+// Where the characters of a block begin is known before any is looked up; so the look-ups wait
+// neither for one another nor for a guess at the length of the next character.
+template <class V, unsigned int kRegisters>
+struct DoubleByteWork {
+  static constexpr unsigned int kBytes = kRegisters * V::kSize;
+  static constexpr std::ptrdiff_t kBlock = kBytes + 1;  // the last pair's second byte
+  static constexpr std::uint64_t kEven = 0x5555555555555555u >> (64 - kBytes);
+  const DoubleByteDecoder& table;
+
+  bool step(const Byte*& in, const Byte* inEnd, Byte*& out) const {
+    return stepDoubleByteToUtf16(table, in, inEnd, out);
+  }
+
+  bool treat(const Byte*& in, Byte*& out) const {
+    std::uint64_t others = 0;  // not ASCII
+    std::uint64_t leads = 0;
+    for (unsigned int i = 0; i < kRegisters; ++i) {
+      const auto bytes = V::load(in + i * V::kSize);
+      others |= std::uint64_t{V::topBits(bytes)} << i * V::kSize;
+      leads |= std::uint64_t{leadBits(bytes)} << i * V::kSize;
+    }
+    // Runs of ASCII from this length on are not worth looking up.
+    constexpr std::uint64_t kRun = 0xFF;
+    if ((others & kRun) == 0) {
+      for (unsigned int i = 0; i < kRegisters; ++i) {
+        storeWidened<V>(out + 2 * i * V::kSize, V::load(in + i * V::kSize));
+      }
+      const unsigned int count = others == 0 ? kBytes : firstBit(others);
+      in += count;
+      out += 2 * count;
+      return true;
+    }
+    const std::uint64_t starts = pairStarts(leads);
+    if (starts == kEven) return pairs(in, out);
+    std::uint64_t runs = ~others & ~others >> 1;
+    runs &= runs >> 2;
+    runs &= runs >> 4;
+    const unsigned int size = kBytes < 64 || runs != 0 ? firstBit(runs) : 64;
+    return characters(in, out, ~(starts << 1) & ~std::uint64_t{0} >> (64 - size),
+                      size + (starts >> (size - 1) & 1));
+  }
+
+  static unsigned int firstBit(std::uint64_t mask) {
+    return static_cast<unsigned int>(__builtin_ctzll(mask));
+  }
+
+  std::uint32_t leadBits(typename V::Reg bytes) const {
+    const auto half = V::bytes(0x0F);
+    const auto rows = V::shuffle(V::loadLanes(table.leads), V::both(bytes, half));
+    const auto row =
+        V::shuffle(V::loadLanes(kRowBits), V::both(V::template shiftRight<4>(bytes), half));
+    return V::kAllBits & ~V::topBits(V::equalBytes(V::both(rows, row), V::zero()));
+  }
+  alignas(16) static constexpr std::uint8_t kRowBits[16] = {0, 0, 0, 0, 0,  0,  0,  0,
+                                                            1, 2, 4, 8, 16, 32, 64, 128};
+
+  // The unit of the character at in, whatever its length; false for none.
+  bool look(const Byte* in, Byte* out) const {
+    const std::uint16_t unit = table.units[loadUnit(in)];
+    storeUnit(out, unit);
+    return unit != 0;
+  }
+
+  // A block of pairs alone.
+  bool pairs(const Byte*& in, Byte*& out) const {
+#pragma GCC unroll 8
+    for (unsigned int i = 0; i < kBytes; i += 2) {
+      if (!look(in + i, out + i)) {
+        in += i;
+        out += i;
+        return i != 0;
+      }
+    }
+    in += kBytes;
+    out += kBytes;
+    return true;
+  }
+
+  // The characters at the places of a mask, which has place 0; four at a time, so that their number
+  // is less often guessed wrong: behind the last one comes the first again, and is overwritten.
+  bool characters(const Byte*& in, Byte*& out, std::uint64_t places, std::uint64_t size) const {
+    const auto count = static_cast<unsigned int>(__builtin_popcountll(places));
+    for (unsigned int done = 0; done < count; done += 4) {
+      for (unsigned int i = 0; i < 4; ++i) {
+        const unsigned int place = V::firstBitOr0(places);
+        if (!look(in + place, out + 2 * (done + i))) {
+          in += place;
+          out += 2 * (done + i);
+          return place != 0;
+        }
+        places &= places - 1;
+      }
+    }
+    in += size;
+    out += 2 * count;
+    return true;
+  }
+};
+
 template <class V>
 KernelResult doubleByteToUtf16(const DoubleByteDecoder& table, const Byte* in, const Byte* inEnd,
                                Byte* out, Byte* outEnd) {
-  return inBlocks<V::kSize>(
-      in, inEnd, out, outEnd,
-      [&table](const Byte*& p, Byte*& q) {
-        const Byte* const last = p + V::kSize - 1;  // a pair may begin before it
-        if (table.isAscii) {
-          const auto bytes = V::load(p);
-          const std::uint32_t others = V::topBits(bytes);
-          storeWidened<V>(q, bytes);
-          if (others == 0) {
-            p += V::kSize;
-            q += 2 * V::kSize;
-            return true;
-          }
-          const auto count = static_cast<unsigned int>(__builtin_ctz(others));
-          p += count;
-          q += 2 * count;
-        }
-        while (p < last && (*p >= 0x80 || !table.isAscii)) {
-          const unsigned int unit = table.pairs[p[0] << 8 | p[1]];
-          if (unit - 1u >= DoubleByteDecoder::kStop - 1u) {
-            const unsigned int single = table.singles[p[0]];
-            if (unit != 0 || single - 1u >= DoubleByteDecoder::kStop - 1u) return false;
-            putUnit(q, single);
-            p += 1;
-          } else {
-            putUnit(q, unit);
-            p += 2;
-          }
-        }
-        return true;
-      },
-      [&table](const Byte*& p, const Byte* end, Byte*& q) {
-        return stepDoubleByteToUtf16(table, p, end, q);
-      });
+  return treatAll<DoubleByteWork<V, 64 / V::kSize>, DoubleByteWork<Vector16, 1>>(in, inEnd, out,
+                                                                                 outEnd, table);
 }
 
 }  // namespace

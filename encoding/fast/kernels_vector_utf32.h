@@ -13,40 +13,42 @@ inline bool hasSurrogate(typename V::Reg units) {
 }
 
 template <class V>
-KernelResult utf32ToUtf16(const Byte* in, const Byte* inEnd, Byte* out, Byte* outEnd) {
-  return inBlocks<2 * V::kSize>(
-      in, inEnd, out, outEnd,
-      [](const Byte*& p, Byte*& q) {
-        const auto first = V::load(p);
-        const auto second = V::load(p + V::kSize);
-        if (!V::areDisjoint(V::either(first, second), V::upperUnits())) return false;
-        const auto units = V::narrowScalars(first, second);
-        if (hasSurrogate<V>(units)) return false;
-        V::store(q, units);
-        p += 2 * V::kSize;
-        q += V::kSize;
-        return true;
-      },
-      stepUtf32ToUtf16);
-}
+struct Utf32ToUtf16 {
+  static constexpr std::ptrdiff_t kBlock = 2 * V::kSize;
+  bool step(const Byte*& in, const Byte* inEnd, Byte*& out) const {
+    return stepUtf32ToUtf16(in, inEnd, out);
+  }
+  bool treat(const Byte*& in, Byte*& out) const {
+    const auto first = V::load(in);
+    const auto second = V::load(in + V::kSize);
+    if (!V::areDisjoint(V::either(first, second), V::upperUnits())) return false;
+    const auto units = V::narrowScalars(first, second);
+    if (hasSurrogate<V>(units)) return false;
+    V::store(out, units);
+    in += 2 * V::kSize;
+    out += V::kSize;
+    return true;
+  }
+};
 
 template <class V>
-KernelResult utf16ToUtf32(const Byte* in, const Byte* inEnd, Byte* out, Byte* outEnd) {
-  return inBlocks<V::kSize>(
-      in, inEnd, out, outEnd,
-      [](const Byte*& p, Byte*& q) {
-        const auto units = V::load(p);
-        if (hasSurrogate<V>(units)) return false;
-        typename V::Reg first, second;
-        V::widenUnits(units, first, second);
-        V::store(q, first);
-        V::store(q + V::kSize, second);
-        p += V::kSize;
-        q += 2 * V::kSize;
-        return true;
-      },
-      stepUtf16ToUtf32);
-}
+struct Utf16ToUtf32 {
+  static constexpr std::ptrdiff_t kBlock = V::kSize;
+  bool step(const Byte*& in, const Byte* inEnd, Byte*& out) const {
+    return stepUtf16ToUtf32(in, inEnd, out);
+  }
+  bool treat(const Byte*& in, Byte*& out) const {
+    const auto units = V::load(in);
+    if (hasSurrogate<V>(units)) return false;
+    typename V::Reg first, second;
+    V::widenUnits(units, first, second);
+    V::store(out, first);
+    V::store(out + V::kSize, second);
+    in += V::kSize;
+    out += 2 * V::kSize;
+    return true;
+  }
+};
 
 }  // namespace
 }  // namespace fast

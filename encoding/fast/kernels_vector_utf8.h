@@ -210,7 +210,6 @@ inline bool isInsideCharacter(const Byte* in) {
 template <class V>
 inline void utf8Blocks(const Byte*& in, const Byte* inEnd, Byte*& out, Byte* outEnd) {
   constexpr auto kSize = static_cast<std::ptrdiff_t>(V::kSize);
-  constexpr auto kRoom = static_cast<std::ptrdiff_t>(kKernelSlack);
   while (inEnd - in >= kSize && outEnd - out >= kRoom) {
     if (inEnd - in >= 2 * kSize) {
       const auto first = V::load(in);
@@ -253,7 +252,7 @@ KernelResult utf8ToUtf16(const Byte* in, const Byte* inEnd, Byte* out, Byte* out
     utf8Blocks<V>(in, inEnd, out, outEnd);
     if constexpr (V::kLanes > 1) utf8Blocks<Vector16>(in, inEnd, out, outEnd);
   }
-  if (outEnd - out < static_cast<std::ptrdiff_t>(kKernelSlack)) return {in, out};
+  if (outEnd - out < kRoom) return {in, out};
   return repeat<stepUtf8ToUtf16>(in, inEnd, out, outEnd);
 }
 
@@ -292,12 +291,11 @@ inline void writeLong(__m128i fields, unsigned int mask, Byte*& out) {
   out += 12 - countBits(mask);
 }
 
-// Writes fields of four bytes: two from firsts, one from lasts. isAscii and isShort: units that
-// take one byte, at most two bytes.
+// Writes fields of four bytes: two from firsts, one from lasts. Two bits of the mask for each:
+// takes one byte, takes at most two.
 template <class V>
-inline void writeFields(typename V::Reg firsts, typename V::Reg lasts, typename V::Reg isAscii,
-                        typename V::Reg isShort, Byte*& out) {
-  const std::uint32_t mask = V::topBits(V::choose(isAscii, isShort, V::units(0xFF00)));
+inline void writeFields(typename V::Reg firsts, typename V::Reg lasts, std::uint32_t mask,
+                        Byte*& out) {
   const auto low = V::interleaveLowUnits(firsts, lasts);
   const auto high = V::interleaveHighUnits(firsts, lasts);
   writeLong(V::template lane<0>(low), mask & 0xFF, out);
@@ -308,6 +306,16 @@ inline void writeFields(typename V::Reg firsts, typename V::Reg lasts, typename 
   }
 }
 
+template <class V>
+inline std::uint32_t lengthBits(typename V::Reg isAscii, typename V::Reg isShort) {
+  return V::topBits(V::choose(isAscii, isShort, V::units(0xFF00)));
+}
+
+template <class V>
+inline typename V::Reg surrogates(typename V::Reg units) {
+  return V::equalUnits(V::both(units, V::units(0xF800)), V::units(0xD800));
+}
+
 // Any units but 0 and surrogates.
 template <class V>
 inline void encodeAny(typename V::Reg units, Byte*& out) {
@@ -316,7 +324,7 @@ inline void encodeAny(typename V::Reg units, Byte*& out) {
   const auto middle = V::both(V::template shiftLeft<2>(units), V::units(0x3F00));
   const auto firsts = V::either(V::either(V::template shiftRight<12>(units), middle),
                                 V::either(V::units(0x80E0), V::both(isShort, V::units(0x4000))));
-  writeFields<V>(firsts, lastBytes<V>(units, isAscii), isAscii, isShort, out);
+  writeFields<V>(firsts, lastBytes<V>(units, isAscii), lengthBits<V>(isAscii, isShort), out);
 }
 
 // Any units but 0; false when the surrogates are not pairs, of which the last may lack its second
@@ -345,7 +353,8 @@ inline bool encodeWithPairs(typename V::Reg units, const Byte*& in, Byte*& out) 
   const auto own = V::both(V::template shiftLeft<2>(units), V::units(0x0F00));
   firsts = V::choose(firsts, V::either(V::either(carried, own), V::units(0x8000)), isLower);
 
-  writeFields<V>(firsts, lasts, isAscii, V::either(isTwo, V::either(isUpper, isLower)), out);
+  const auto isShort = V::either(isTwo, V::either(isUpper, isLower));
+  writeFields<V>(firsts, lasts, lengthBits<V>(isAscii, isShort), out);
   in += V::kSize;
   if ((V::topBits(isUpper) >> (V::kSize - 1)) != 0) {
     in -= 2;
@@ -354,41 +363,35 @@ inline bool encodeWithPairs(typename V::Reg units, const Byte*& in, Byte*& out) 
   return true;
 }
 
-// Writes a register of units, of which in is the place.
+// Two registers at a time are of the same kind: the fewer the questions, the fewer the branches
+// that are guessed wrong where kinds alternate.
 template <class V>
-inline bool encodeUnits(typename V::Reg units, const Byte*& in, Byte*& out) {
-  if (!V::isZero(V::equalUnits(units, V::zero()))) return false;
-  if (V::areDisjoint(units, V::units(0xF800))) {
-    encodeShort<V>(units, out);
-  } else if (V::isZero(V::equalUnits(V::both(units, V::units(0xF800)), V::units(0xD800)))) {
-    encodeAny<V>(units, out);
-  } else {
-    return encodeWithPairs<V>(units, in, out);
+struct Utf16ToUtf8 {
+  static constexpr std::ptrdiff_t kBlock = 2 * V::kSize;
+  bool step(const Byte*& in, const Byte* inEnd, Byte*& out) const {
+    return stepUtf16ToUtf8(in, inEnd, out);
   }
-  in += V::kSize;
-  return true;
-}
-
-template <class V>
-inline bool hasZeroByte(typename V::Reg bytes) {
-  return !V::isZero(V::equalBytes(bytes, V::zero()));
-}
-
-template <class V>
-KernelResult utf16ToUtf8(const Byte* in, const Byte* inEnd, Byte* out, Byte* outEnd) {
-  return inBlocks<2 * V::kSize>(
-      in, inEnd, out, outEnd,
-      [](const Byte*& p, Byte*& q) {
-        typename V::Reg bytes;
-        if (!narrowAscii<V>(p, bytes)) return encodeUnits<V>(V::load(p), p, q);
-        if (hasZeroByte<V>(bytes)) return false;
-        V::store(q, bytes);
-        p += 2 * V::kSize;
-        q += V::kSize;
-        return true;
-      },
-      stepUtf16ToUtf8);
-}
+  bool treat(const Byte*& in, Byte*& out) const {
+    const auto first = V::load(in);
+    const auto second = V::load(in + V::kSize);
+    const auto bits = V::either(first, second);
+    if (!V::isZero(V::equalUnits(V::minUnits(first, second), V::zero()))) return false;
+    if (V::areDisjoint(bits, V::units(0xFF80))) {
+      V::store(out, V::narrow(first, second));
+      out += V::kSize;
+    } else if (V::areDisjoint(bits, V::units(0xF800))) {
+      encodeShort<V>(first, out);
+      encodeShort<V>(second, out);
+    } else if (V::isZero(V::either(surrogates<V>(first), surrogates<V>(second)))) {
+      encodeAny<V>(first, out);
+      encodeAny<V>(second, out);
+    } else {
+      return encodeWithPairs<V>(first, in, out);
+    }
+    in += 2 * V::kSize;
+    return true;
+  }
+};
 
 }  // namespace
 }  // namespace fast
