@@ -46,14 +46,14 @@ struct Model {
     m_at = 2;
     if (m_image[1] == 'd') {
       while (const unsigned int unit = number(2)) codes.erase(unit);
-      for (const std::size_t width : {1, 2}) {
+      for (const std::size_t width : {1u, 2u}) {
         while (number(width) != 0) {
           const std::string code = m_image.substr(m_at - width, width);
           codes[number(2)] = code;
         }
       }
     } else {
-      for (const std::size_t width : {1, 2}) readSection(width);
+      for (const std::size_t width : {1u, 2u}) readSection(width);
     }
     ASSERT_EQ(m_at, m_image.size());
     for (const auto& [unit, code] : codes) prefer(code, unit);

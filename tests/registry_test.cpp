@@ -62,7 +62,7 @@ std::vector<std::uint32_t> entriesOf(const HashConvert& map) {
     unsigned char value[2] = {};
     int length = 0;
     map.hcLookup(bytes, value, length);
-    entries.push_back(static_cast<std::uint32_t>(length) << 16 | value[0] << 8 | value[1]);
+    entries.push_back(static_cast<std::uint32_t>(length) * 0x10000u + value[0] * 0x100u + value[1]);
   }
   return entries;
 }
@@ -217,7 +217,7 @@ TEST_F(Registry, TwoThreadsBuildTheSameTableAtOnce) {
         maps[me]->hcLookup(unit, value, length);
         EXPECT_EQ(length, 1);
         if (lookups[me] != nullptr) {
-          EXPECT_EQ(lookups[me]->m_units['A'], 'A');
+          EXPECT_EQ(lookups[me]->m_units[0x41], 'A');
         }
       };
       std::thread other(work, 1);

@@ -132,7 +132,7 @@ TEST(NorvaneBzip2, RefusesEveryDamage) {
   for (std::size_t size = 0; size < good.size(); size += 1 + size / 16) {
     bad.push_back(good.substr(0, size));
   }
-  for (const std::size_t at : {0, 3, 4, 5, 6, 7, 8, 11, 14, 20}) {  // 4 to 7: the length
+  for (const std::size_t at : {0u, 3u, 4u, 5u, 6u, 7u, 8u, 11u, 14u, 20u}) {  // 4 to 7: the length
     bad.push_back(good);
     bad.back()[at] = static_cast<char>(bad.back()[at] ^ 0x81);
   }
