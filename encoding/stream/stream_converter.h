@@ -44,10 +44,12 @@ struct StreamError {
   StreamErrorKind kind = StreamErrorKind::kMalformed;
   std::uint8_t byteCount = 0;           // valid entries of bytes: length, but at most kMaxBytes
   unsigned char bytes[kMaxBytes] = {};  // the first bytes of the piece
+
+  bool operator==(const StreamError&) const = default;
 };
 
-// Is told of each piece that could not be converted, in the order of the source, before its
-// treatment is written. Called from within push() and finish(); must not use the stream.
+// Is told of each piece that could not be converted, in the order of the text, before its treatment
+// is written. Called from within push() and finish(); must not use the stream.
 class StreamErrorHandler {
  public:
   virtual ~StreamErrorHandler() = default;
@@ -129,6 +131,7 @@ class StreamConverter {
   class Core;
   Core* m_core = nullptr;  // null before begin(), or when memory was short
   StreamStatus m_status = StreamStatus::kMisuse;
+  bool m_isOpen = false;  // between begin() and the end
 };
 
 #endif  // ENCODING_STREAM_STREAM_CONVERTER_H_

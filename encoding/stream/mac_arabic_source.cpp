@@ -1,0 +1,139 @@
+// The source for Mac Arabic (10004), whose right-to-left runs are read from their end.
+#include <algorithm>
+#include <new>
+
+#include "encoding/mac_arabic.h"
+#include "encoding/special_code_pages.h"
+#include "encoding/stream/source.h"
+
+namespace {
+
+// A run is reversed as a whole, so it waits until its end is known; one that is longer than this
+// is taken for several.
+constexpr std::uint32_t kMaxRun = 1024 * 1024;
+
+class MacArabicSource final : public SteppingSource {
+ public:
+  explicit MacArabicSource(EngineLegs& legs) : m_decoder(kMacArabic, legs) {
+    StringBuffer scratch;
+    for (unsigned int byte = 0; byte < 256; ++byte) {
+      m_folded[byte] = static_cast<unsigned char>(byte);
+      rewriteMacArabic(&m_folded[byte], 1, scratch);  // a run of one byte is only folded
+    }
+  }
+
+  std::uint32_t take(const unsigned char* data, std::uint32_t length, bool last,
+                     SourceBlock& block) override {
+    m_data = data;
+    m_run = {0, 0};
+    m_blockEnd = 0;
+    m_text.clear();
+    const std::uint32_t used = m_longRun != 0 ? takeOfLongRun() : takeRuns(length, last);
+    bool ok = !m_text.hasFailed();
+    ok = ok && decodeAround({}, m_decoder, m_text.data(), m_text.size(), block);
+    if (!ok) block.bad.latchFailure();
+    for (std::uint32_t i = 0; i < block.bad.size(); ++i) {
+      BadPiece& bad = block.bad.at(i);
+      bad.offset = sourceOf(bad.byte);
+    }
+    m_run = {0, 0};
+    block.bytes = nullptr;
+    startWalk(m_text.data(), m_text.size(), block);
+    return used;
+  }
+
+  SourcePlace locateUnit(std::uint32_t unit) override {
+    SourcePlace place = SteppingSource::locateUnit(unit);
+    place.offset = sourceOf(place.offset);
+    return place;
+  }
+
+  std::uint32_t reach() const override { return kMaxRun; }
+
+ private:
+  struct Run {
+    std::uint32_t begin;
+    std::uint32_t end;
+  };
+
+  Step step(const unsigned char* /*p*/, std::uint32_t /*left*/) const override { return {1, 1}; }
+
+  std::uint32_t endOfRun(std::uint32_t begin, std::uint32_t from, std::uint32_t length) const {
+    const std::uint32_t stop = length - begin > kMaxRun ? begin + kMaxRun : length;
+    std::uint32_t end = from;
+    while (end < stop && isMacArabicRightToLeft(m_data[end])) ++end;
+    return end;
+  }
+
+  // Appends the bytes from begin on, count of them, in reverse order.
+  void addReversed(std::uint32_t begin, std::uint32_t count) {
+    for (std::uint32_t i = begin + count; i > begin; --i) m_text.add(m_folded[m_data[i - 1]]);
+  }
+
+  // Rewrites what fits into a block.
+  std::uint32_t takeRuns(std::uint32_t length, bool last) {
+    std::uint32_t i = 0;
+    while (i < length && i < kStreamBlock) {
+      if (!isMacArabicRightToLeft(m_data[i])) {
+        m_text.add(m_folded[m_data[i++]]);
+        continue;
+      }
+      const std::uint32_t seen = i == 0 ? m_seen : 0;
+      const std::uint32_t end = endOfRun(i, i + seen, length);
+      if (end == length && end - i < kMaxRun && !last) {
+        m_seen = i == 0 ? end : 0;
+        return i;  // the run is still open
+      }
+      m_seen = 0;
+      if (end > kStreamBlock) {
+        if (i != 0) return i;
+        m_longRun = end;
+        return takeOfLongRun();
+      }
+      addReversed(i, end - i);
+      i = end;
+    }
+    return i;
+  }
+
+  // The next block of a run that does not fit into one. It is done with when all of it is out.
+  std::uint32_t takeOfLongRun() {
+    m_blockEnd = m_longRun - m_longRunDone;
+    const std::uint32_t count = std::min(kStreamBlock, m_blockEnd);
+    addReversed(m_blockEnd - count, count);
+    m_longRunDone += count;
+    if (m_longRunDone < m_longRun) return 0;
+    const std::uint32_t used = m_longRun;
+    m_longRun = m_longRunDone = 0;
+    return used;
+  }
+
+  // The place in the source of a byte of the rewritten text.
+  std::uint32_t sourceOf(std::uint32_t index) {
+    if (m_blockEnd != 0) return m_blockEnd - 1 - index;
+    if (!isMacArabicRightToLeft(m_data[index])) return index;
+    if (index < m_run.begin || index >= m_run.end) {
+      m_run = {index, index + 1};
+      while (m_run.begin > 0 && isMacArabicRightToLeft(m_data[m_run.begin - 1])) --m_run.begin;
+      const std::uint32_t length = m_text.size();
+      while (m_run.end < length && isMacArabicRightToLeft(m_data[m_run.end])) ++m_run.end;
+    }
+    return m_run.begin + m_run.end - 1 - index;
+  }
+
+  TextDecoder m_decoder;
+  unsigned char m_folded[256];
+  const unsigned char* m_data = nullptr;  // of the last take()
+  Rows<unsigned char> m_text;             // rewritten
+  std::uint32_t m_seen = 0;               // bytes at the front known to be of one open run
+  std::uint32_t m_longRun = 0;            // length of the run that is being taken in blocks
+  std::uint32_t m_longRunDone = 0;        // bytes of it that are out
+  std::uint32_t m_blockEnd = 0;           // of a block of a long run: where it ends in the source
+  Run m_run = {0, 0};                     // the run last looked into by sourceOf()
+};
+
+}  // namespace
+
+std::unique_ptr<StreamSource> makeMacArabicSource(EngineLegs& legs) {
+  return std::unique_ptr<StreamSource>(new (std::nothrow) MacArabicSource(legs));
+}

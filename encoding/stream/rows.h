@@ -1,0 +1,59 @@
+// Rows: a growable array of plain values that fails by latch instead of throwing.
+#ifndef ENCODING_STREAM_ROWS_H_
+#define ENCODING_STREAM_ROWS_H_
+
+#include <cstdint>
+#include <type_traits>
+
+#include "support/data_buffer.h"
+
+// Rows that could not be added for lack of memory are missing; hasFailed() tells.
+template <typename T>
+class Rows {
+  static_assert(std::is_trivially_copyable_v<T>);
+
+ public:
+  void add(const T& row) { m_bytes.append(&row, sizeof(T)); }
+  void add(const T* rows, std::uint32_t count) {
+    if (count <= 0xFFFFFFFFu / sizeof(T)) {
+      m_bytes.append(rows, static_cast<unsigned int>(count * sizeof(T)));
+    } else {
+      m_bytes.latchFailure();
+    }
+  }
+  // Cuts to the first count rows.
+  void truncate(std::uint32_t count) {
+    m_bytes.truncate(static_cast<unsigned int>(count * sizeof(T)));
+  }
+  // Space for at least count rows behind the content, or null when memory is short; commit() makes
+  // the first count of them content.
+  T* reserve(std::uint32_t count) {
+    if (count > 0xFFFFFFFFu / sizeof(T)) {
+      m_bytes.latchFailure();
+      return nullptr;
+    }
+    return reinterpret_cast<T*>(m_bytes.reserveTail(static_cast<unsigned int>(count * sizeof(T))));
+  }
+  void commit(std::uint32_t count) {
+    m_bytes.commitTail(static_cast<unsigned int>(count * sizeof(T)));
+  }
+  // Keeps the storage for reuse.
+  void clear() { m_bytes.clear(); }
+
+  std::uint32_t size() const { return static_cast<std::uint32_t>(m_bytes.getSize() / sizeof(T)); }
+  bool isEmpty() const { return m_bytes.getSize() == 0; }
+  bool hasFailed() const { return m_bytes.hasFailed(); }
+  void latchFailure() { m_bytes.latchFailure(); }
+  const T* data() const { return reinterpret_cast<const T*>(m_bytes.getData2()); }
+  const T& operator[](std::uint32_t index) const { return data()[index]; }
+  // A row to be changed. The rows are this object's own, so the cast writes no one else's bytes.
+  T& at(std::uint32_t index) { return const_cast<T*>(data())[index]; }
+
+  // The storage, for code that appends the bytes of rows itself.
+  DataBuffer& bytes() { return m_bytes; }
+
+ private:
+  DataBuffer m_bytes;
+};
+
+#endif  // ENCODING_STREAM_ROWS_H_

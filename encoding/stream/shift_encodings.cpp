@@ -1,0 +1,276 @@
+// Sources and targets in encodings with shifts over a double-byte code page: ISO-2022-JP over 932,
+// ISO-2022-KR over 949, HZ over 936.
+#include <algorithm>
+#include <new>
+
+#include "encoding/special_code_pages.h"
+#include "encoding/stream/double_byte.h"
+#include "encoding/stream/source.h"
+#include "encoding/stream/target_kinds.h"
+#include "support/hz.h"
+#include "support/japanese.h"
+#include "support/korean.h"
+
+namespace {
+
+struct Iso2022Jp : Japanese {
+  using State = Iso2022JpState;
+  static constexpr int kCodePage = kShiftJis;
+  static void resume(const State& /*left*/, State& /*state*/) {}
+};
+struct Iso2022Kr : Korean {
+  using State = Iso2022KrState;
+  static constexpr int kCodePage = kKorean;
+  // The header stands once, whatever shifts are left.
+  static void resume(const State& left, State& state) { state.headerWritten = left.headerWritten; }
+};
+struct HzGb2312 : Hz {
+  using State = HzState;
+  static constexpr int kCodePage = 936;
+  static void resume(const State& /*left*/, State& /*state*/) {}
+};
+
+class ReplacedList final : public ReplacementSink {
+ public:
+  void onReplaced(const ReplacedInput& piece) override { m_pieces.add(piece); }
+  const Rows<ReplacedInput>& pieces() const { return m_pieces; }
+  void clear() { m_pieces.clear(); }
+
+ private:
+  Rows<ReplacedInput> m_pieces;
+};
+
+// ---- Reading ----
+
+template <typename Codec>
+class ShiftSource final : public SteppingSource {
+ public:
+  explicit ShiftSource(EngineLegs& legs)
+      : m_decoder(Codec::kCodePage, legs), m_characters(Codec::kCodePage) {}
+
+  std::uint32_t take(const unsigned char* data, std::uint32_t length, bool last,
+                     SourceBlock& block) override {
+    m_data = data;
+    m_last = last;
+    m_mapState = m_state;
+    m_bytes.clear();
+    m_replaced.clear();
+    m_used = Codec::readPiece(data, length, last, m_state, m_bytes, &m_replaced);
+    m_known.clear();
+    for (std::uint32_t i = 0; i < m_replaced.pieces().size(); ++i) {
+      const ReplacedInput& piece = m_replaced.pieces()[i];
+      m_known.add({piece.offset, piece.length, 0, piece.markOffset, 2, -1});
+    }
+    const bool ok = !m_bytes.hasFailed() && !m_known.hasFailed() &&
+                    decodeAround(m_known, m_decoder, m_bytes.getData2(), m_bytes.getSize(), block);
+    if (!ok) block.bad.latchFailure();
+    startMap();
+    if (block.bad.size() > m_known.size()) placeBadCodes(block);
+    startMap();
+    startWalk(m_bytes.getData2(), m_bytes.getSize(), block);
+    return m_used;
+  }
+
+  SourcePlace locateUnit(std::uint32_t unit) override {
+    return toSource(SteppingSource::locateUnit(unit));
+  }
+  SourcePlace locateByte(std::uint32_t byte) override {
+    return toSource(SteppingSource::locateByte(byte));
+  }
+  int bytesCodePage() const override { return Codec::kCodePage; }
+
+ private:
+  Step step(const unsigned char* p, std::uint32_t left) const override {
+    return {m_characters.length(p, left), 1};
+  }
+
+  // Codes that the codec let through and the table has not: their places are in the bytes so far.
+  void placeBadCodes(SourceBlock& block) {
+    std::uint32_t known = 0;
+    for (std::uint32_t i = 0; i < block.bad.size(); ++i) {
+      BadPiece& bad = block.bad.at(i);
+      if (known < m_known.size() && m_known[known].byte == bad.byte) {
+        ++known;
+        continue;
+      }
+      const SourcePlace place = toSource({bad.byte, bad.byteLength, 0});
+      bad.offset = place.offset;
+      bad.length = place.length;
+    }
+  }
+
+  // ---- Where bytes came from: the piece is read once more, as little at a time as it allows. ----
+
+  void startMap() {
+    m_mapOffset = m_mapLength = 0;
+    m_mapBytes = 0;
+    m_mapNext = m_mapState;
+  }
+
+  // Goes on to the piece of the source that the byte came from.
+  void mapTo(std::uint32_t byte) {
+    while (m_mapBytes <= byte && m_mapOffset + m_mapLength < m_used) {
+      m_mapOffset += m_mapLength;
+      m_mapLength = 0;
+      const std::uint32_t left = m_used - m_mapOffset;
+      for (std::uint32_t length = 1; length <= left && m_mapLength == 0; ++length) {
+        DataBuffer& bytes = m_mapScratch;
+        bytes.clear();
+        m_mapLength = Codec::readPiece(m_data + m_mapOffset, length, m_last && length == left,
+                                       m_mapNext, bytes);
+        m_mapBytes += bytes.getSize();
+      }
+      if (m_mapLength == 0) return;  // not reached: what was used once can be used again
+    }
+  }
+
+  SourcePlace toSource(const SourcePlace& place) {
+    mapTo(place.offset);
+    const std::uint32_t begin = m_mapOffset;
+    if (place.length > 1) mapTo(place.offset + place.length - 1);
+    return {begin, m_mapOffset + m_mapLength - begin, place.unit};
+  }
+
+  TextDecoder m_decoder;
+  DoubleByteCharacters m_characters;
+  typename Codec::State m_state;
+  DataBuffer m_bytes;
+  ReplacedList m_replaced;
+  Rows<BadPiece> m_known;
+
+  const unsigned char* m_data = nullptr;  // of the last take()
+  std::uint32_t m_used = 0;
+  bool m_last = false;
+  typename Codec::State m_mapState;  // before the last take()
+  typename Codec::State m_mapNext;   // behind the piece found last
+  std::uint32_t m_mapOffset = 0;     // the piece found last
+  std::uint32_t m_mapLength = 0;
+  std::uint32_t m_mapBytes = 0;  // read up to its end
+  DataBuffer m_mapScratch;
+};
+
+// ---- Writing ----
+
+template <typename Codec>
+class ShiftTarget final : public StreamTarget {
+ public:
+  explicit ShiftTarget(EngineLegs& legs)
+      : m_encoder(Codec::kCodePage, legs), m_characters(Codec::kCodePage) {}
+
+  bool encode(const std::uint16_t* units, std::uint32_t count, bool last, DataBuffer& out,
+              EncodeResult& result) override {
+    m_bytes.clear();
+    if (!m_encoder.encode(units, count, m_bytes, result)) return false;
+    if (!result.misfits.isEmpty()) return true;
+    EncodeResult written;
+    if (!encodeBytes(m_bytes.getData2(), m_bytes.getSize(), last, out, written)) return false;
+    result.used = written.used == m_bytes.getSize() ? count : unitsBefore(written.used);
+    for (std::uint32_t i = 0; i < written.misfits.size(); ++i) {
+      const MisfitPiece& misfit = written.misfits[i];
+      result.misfits.add({unitsBefore(misfit.index), 1, misfit.decides});
+    }
+    return !result.misfits.hasFailed();
+  }
+
+  bool encodeBytes(const unsigned char* bytes, std::uint32_t count, bool last, DataBuffer& out,
+                   EncodeResult& result) override {
+    m_walked = m_walkedUnits = 0;
+    const typename Codec::State before = m_state;
+    const unsigned int sizeBefore = out.getSize();
+    result.used = write(bytes, count, last, out);
+    if (last) Codec::resume(before, m_state);
+    const std::uint32_t waiting = firstToWait(bytes, result.used, count);
+    if (m_replaced.pieces().isEmpty() && waiting < result.used) {
+      m_state = before;
+      out.truncate(sizeBefore);
+      result.used = write(bytes, waiting + 1, false, out);  // the last of them decides for no one
+    }
+    const Rows<ReplacedInput>& pieces = m_replaced.pieces();
+    if (out.hasFailed() || pieces.hasFailed()) return false;
+    if (pieces.isEmpty()) return true;
+    m_state = before;
+    out.truncate(sizeBefore);
+    result.used = 0;
+    for (std::uint32_t i = 0; i < pieces.size(); ++i) {
+      const ReplacedInput& piece = pieces[i];
+      result.misfits.add({piece.offset, piece.length, bytes[piece.offset] == kEscape});
+    }
+    return !result.misfits.hasFailed();
+  }
+  int bytesCodePage() const override { return Codec::kCodePage; }
+
+  bool toBytes(const std::uint16_t* units, std::uint32_t count, DataBuffer& bytes) override {
+    EncodeResult result;
+    return m_encoder.encode(units, count, bytes, result) && result.misfits.isEmpty();
+  }
+
+  bool holds(const std::uint16_t* units, std::uint32_t count) override {
+    DataBuffer bytes, scratch;
+    if (!toBytes(units, count, bytes)) return false;
+    typename Codec::State state;
+    Codec::writePiece(bytes.getData2(), bytes.getSize(), true, state, scratch);
+    return !state.replaced && !scratch.hasFailed();
+  }
+
+  bool leaveShift(DataBuffer& out) override {
+    EncodeResult result;
+    return encodeBytes(nullptr, 0, true, out, result);
+  }
+
+ private:
+  static constexpr unsigned char kEscape = 0x1B;
+  // How many ESC are kept back before one that cannot be told yet.
+  static constexpr std::uint32_t kMaxEscapesWaiting = 16;
+
+  std::uint32_t write(const unsigned char* bytes, std::uint32_t count, bool last, DataBuffer& out) {
+    m_replaced.clear();
+    return Codec::writePiece(bytes, count, last, m_state, out, &m_replaced);
+  }
+
+  // An ESC of the text has a place as long as it does not make an escape sequence with what follows
+  // it. What follows one that waits may change, should that turn out to have no place.
+  static std::uint32_t firstToWait(const unsigned char* bytes, std::uint32_t used,
+                                   std::uint32_t count) {
+    if (used == count) return used;
+    std::uint32_t first = used;
+    while (first > 0 && used - first < kMaxEscapesWaiting && bytes[first - 1] == kEscape) --first;
+    return first;
+  }
+
+  // How many units the first bytes of the text are; to be asked in ascending order.
+  std::uint32_t unitsBefore(std::uint32_t byte) {
+    for (; m_walked < byte; ++m_walkedUnits) {
+      m_walked += m_characters.length(m_bytes.getDataAt2(m_walked), m_bytes.getSize() - m_walked);
+    }
+    return m_walkedUnits;
+  }
+
+  TextEncoder m_encoder;
+  DoubleByteCharacters m_characters;
+  typename Codec::State m_state;
+  DataBuffer m_bytes;
+  ReplacedList m_replaced;
+  std::uint32_t m_walked = 0;
+  std::uint32_t m_walkedUnits = 0;
+};
+
+}  // namespace
+
+std::unique_ptr<StreamSource> makeIso2022JpSource(EngineLegs& legs) {
+  return std::unique_ptr<StreamSource>(new (std::nothrow) ShiftSource<Iso2022Jp>(legs));
+}
+std::unique_ptr<StreamSource> makeIso2022KrSource(EngineLegs& legs) {
+  return std::unique_ptr<StreamSource>(new (std::nothrow) ShiftSource<Iso2022Kr>(legs));
+}
+std::unique_ptr<StreamSource> makeHzSource(EngineLegs& legs) {
+  return std::unique_ptr<StreamSource>(new (std::nothrow) ShiftSource<HzGb2312>(legs));
+}
+std::unique_ptr<StreamTarget> makeIso2022JpTarget(EngineLegs& legs) {
+  return std::unique_ptr<StreamTarget>(new (std::nothrow) ShiftTarget<Iso2022Jp>(legs));
+}
+std::unique_ptr<StreamTarget> makeIso2022KrTarget(EngineLegs& legs) {
+  return std::unique_ptr<StreamTarget>(new (std::nothrow) ShiftTarget<Iso2022Kr>(legs));
+}
+std::unique_ptr<StreamTarget> makeHzTarget(EngineLegs& legs) {
+  return std::unique_ptr<StreamTarget>(new (std::nothrow) ShiftTarget<HzGb2312>(legs));
+}

@@ -1,0 +1,318 @@
+// StreamConverter: the beginning of a stream, and what waits between its pieces.
+#include "encoding/stream/stream_converter.h"
+
+#include <algorithm>
+#include <new>
+#include <span>
+#include <string_view>
+
+#include "encoding/special_code_pages.h"
+#include "encoding/stream/block_converter.h"
+
+namespace {
+
+// ---- Which ends serve a code page. ----
+
+struct Ends {
+  std::unique_ptr<StreamSource> source;
+  std::unique_ptr<StreamTarget> target;
+};
+
+bool hasEnds(int codePage) {
+  return EngineLegs::haveLegs(codePage) || isUtf16(codePage) || isUtf32(codePage) ||
+         isIso2022Jp(codePage) || codePage == kIso2022Kr || codePage == kUtf7 || codePage == kGsm ||
+         codePage == kCodePageHz;
+}
+
+std::unique_ptr<StreamSource> makeSource(int codePage, bool bigEndian, EngineLegs& legs) {
+  if (isUtf16(codePage)) return makeUtf16Source(bigEndian);
+  if (isUtf32(codePage)) return makeUtf32Source(bigEndian);
+  if (isIso2022Jp(codePage)) return makeIso2022JpSource(legs);
+  switch (codePage) {
+    case kUtf8:
+      return makeUtf8Source(legs);
+    case kUtf7:
+      return makeUtf7Source();
+    case kGsm:
+      return makeGsmSource();
+    case kUsAscii:
+      return makeAsciiSource();
+    case kIso2022Kr:
+      return makeIso2022KrSource(legs);
+    case kCodePageHz:
+      return makeHzSource(legs);
+    case kMacArabic:
+      return makeMacArabicSource(legs);
+    default:
+      return makeTableSource(codePage, legs);
+  }
+}
+
+std::unique_ptr<StreamTarget> makeTarget(int codePage, EngineLegs& legs) {
+  if (isUtf16(codePage)) return makeUtf16Target(codePage == kUtf16Be);
+  if (isUtf32(codePage)) return makeUtf32Target(isUtf32Be(codePage));
+  if (isIso2022Jp(codePage)) return makeIso2022JpTarget(legs);
+  switch (codePage) {
+    case kUtf7:
+      return makeUtf7Target();
+    case kGsm:
+      return makeGsmTarget();
+    case kIso2022Kr:
+      return makeIso2022KrTarget(legs);
+    case kCodePageHz:
+      return makeHzTarget(legs);
+    default:
+      return makeTableTarget(codePage, legs);
+  }
+}
+
+// ---- Byte order marks. ----
+
+using namespace std::string_view_literals;
+
+struct Mark {
+  std::string_view bytes;
+  bool bigEndian;
+};
+constexpr Mark kUtf8Marks[] = {{"\xEF\xBB\xBF"sv, false}};
+constexpr Mark kUtf16Marks[] = {{"\xFF\xFE"sv, false}, {"\xFE\xFF"sv, true}};
+constexpr Mark kUtf32Marks[] = {{"\xFF\xFE\0\0"sv, false}, {"\0\0\xFE\xFF"sv, true}};
+
+std::span<const Mark> marksOf(int codePage) {
+  if (codePage == kUtf8) return kUtf8Marks;
+  if (isUtf16(codePage)) return kUtf16Marks;
+  if (isUtf32(codePage)) return kUtf32Marks;
+  return {};
+}
+
+bool isBigEndian(int codePage) { return codePage == kUtf16Be || isUtf32Be(codePage); }
+
+constexpr std::string_view kPdfMark = "%PDF-1";
+constexpr std::size_t kPdfMinimum = 7;
+
+}  // namespace
+
+// ---- One stream. ----
+
+class StreamConverter::Core {
+ public:
+  explicit Core(const StreamSettings& settings) : m_settings(settings) {}
+
+  StreamStatus prepare();
+  StreamStatus push(const unsigned char* data, std::size_t length, bool last, DataBuffer& out);
+
+  const BlockConverter* blocks() const { return m_blocks.get(); }
+  std::uint64_t sourceBytes() const { return m_sourceBytes; }
+
+ private:
+  bool isSame() const { return m_settings.from == m_settings.to; }
+  bool makeBlocks(bool bigEndian);
+  bool begin(std::string_view head, DataBuffer& out);
+  bool isUndecided(std::string_view head, bool last) const;
+  StreamStatus feed(const unsigned char* data, std::size_t length, bool last, DataBuffer& out);
+  std::size_t feedWaiting(const unsigned char* data, std::size_t length, bool last,
+                          DataBuffer& out);
+  void keep(const unsigned char* data, std::size_t length);
+
+  StreamSettings m_settings;
+  EngineLegs m_legs;
+  bool m_isOpaque = false;  // equal code pages that cannot be read: a plain copy
+  bool m_isPdf = false;
+  bool m_hasBegun = false;
+  std::unique_ptr<BlockConverter> m_blocks;
+  DataBuffer m_waiting;        // of the source: what could not be converted yet
+  std::uint64_t m_offset = 0;  // where that begins in the stream
+  std::uint64_t m_sourceBytes = 0;
+};
+
+StreamStatus StreamConverter::Core::prepare() {
+  if (m_settings.to == 0) m_settings.to = m_settings.from;
+  if (m_settings.from == 0) m_settings.from = m_settings.to;
+  m_isOpaque = isSame() && !hasEnds(m_settings.from);
+  if (!m_isOpaque && !hasEnds(m_settings.from)) return StreamStatus::kNoDecoder;
+  if (!m_isOpaque && !hasEnds(m_settings.to)) return StreamStatus::kNoEncoder;
+  if (!makeBlocks(isBigEndian(m_settings.from))) return StreamStatus::kNoMemory;
+  return m_blocks->prepare(m_settings);
+}
+
+bool StreamConverter::Core::makeBlocks(bool bigEndian) {
+  Ends ends;
+  if (m_isOpaque) {
+    ends = {makeOpaqueSource(), makeOpaqueTarget()};
+  } else if (isSame() && m_settings.from == kMacArabic) {
+    // Nothing is rewritten where nothing is converted.
+    ends = {makeTableSource(kMacArabic, m_legs), makeTarget(kMacArabic, m_legs)};
+  } else {
+    ends = {makeSource(m_settings.from, bigEndian, m_legs), makeTarget(m_settings.to, m_legs)};
+  }
+  if (ends.source == nullptr || ends.target == nullptr) return false;
+  m_blocks.reset(new (std::nothrow)
+                     BlockConverter(std::move(ends.source), std::move(ends.target), m_legs));
+  return m_blocks != nullptr;
+}
+
+// Whether more of the stream must be seen to tell how it begins.
+bool StreamConverter::Core::isUndecided(std::string_view head, bool last) const {
+  if (last) return false;
+  if (m_settings.pdfPassthrough && head.size() < kPdfMinimum &&
+      kPdfMark.substr(0, head.size()) == head.substr(0, kPdfMark.size())) {
+    return true;
+  }
+  return std::ranges::any_of(marksOf(m_settings.from), [&](const Mark& mark) {
+    return head.size() < mark.bytes.size() && mark.bytes.substr(0, head.size()) == head;
+  });
+}
+
+// Settles what the beginning of the stream decides; false when memory is short.
+bool StreamConverter::Core::begin(std::string_view head, DataBuffer& out) {
+  m_hasBegun = true;
+  m_isPdf = m_settings.pdfPassthrough && head.size() >= kPdfMinimum && head.starts_with(kPdfMark);
+  if (m_isPdf) return true;
+  if (m_settings.writeMark) {
+    for (const Mark& mark : marksOf(m_settings.to)) {
+      if (mark.bytes.size() == 3 || mark.bigEndian == isBigEndian(m_settings.to)) {
+        out.append(mark.bytes.data(), static_cast<unsigned int>(mark.bytes.size()));
+      }
+    }
+  }
+  for (const Mark& mark : marksOf(m_settings.from)) {
+    if (!head.starts_with(mark.bytes)) continue;
+    // A copy keeps the mark as a character of the text.
+    if (!isSame() || m_settings.writeMark) m_offset = mark.bytes.size();
+    if (mark.bigEndian == isBigEndian(m_settings.from)) continue;
+    return makeBlocks(mark.bigEndian) && m_blocks->prepare(m_settings) == StreamStatus::kGood;
+  }
+  return !out.hasFailed();
+}
+
+StreamStatus StreamConverter::Core::push(const unsigned char* data, std::size_t length, bool last,
+                                         DataBuffer& out) {
+  m_sourceBytes += length;
+  if (m_hasBegun) return feed(data, length, last, out);
+
+  // Seven bytes are enough to tell how a stream begins.
+  const auto taken =
+      static_cast<unsigned int>(std::min<std::size_t>(length, kPdfMinimum - m_waiting.getSize()));
+  keep(data, taken);
+  if (m_waiting.hasFailed()) return StreamStatus::kNoMemory;
+  const std::string_view head(reinterpret_cast<const char*>(m_waiting.getData2()),
+                              m_waiting.getSize());
+  if (isUndecided(head, last)) return StreamStatus::kGood;
+  if (!begin(head, out)) return StreamStatus::kNoMemory;
+  if (m_offset != 0) {
+    const auto mark = static_cast<unsigned int>(m_offset);
+    DataBuffer rest;
+    rest.append(m_waiting.getData2() + mark, m_waiting.getSize() - mark);
+    m_waiting.clear();
+    m_waiting.append(rest);
+  }
+  return feed(data + taken, length - taken, last, out);
+}
+
+StreamStatus StreamConverter::Core::feed(const unsigned char* data, std::size_t length, bool last,
+                                         DataBuffer& out) {
+  if (m_isPdf || m_isOpaque) {
+    out.append(m_waiting);
+    m_waiting.clear();
+    if (length > 0xFFFFFFFFu) return StreamStatus::kNoMemory;  // more than out can hold
+    out.append(data, static_cast<unsigned int>(length));
+    return out.hasFailed() ? StreamStatus::kNoMemory : StreamStatus::kGood;
+  }
+  std::size_t done = 0;
+  while (m_blocks->status() == StreamStatus::kGood) {
+    if (m_waiting.getSize() != 0) {
+      done += feedWaiting(data + done, length - done, last, out);
+      if (m_waiting.hasFailed()) return StreamStatus::kNoMemory;
+      if (done == length) break;
+      continue;
+    }
+    const std::size_t used = m_blocks->convert(data + done, length - done, last, m_offset, out);
+    m_offset += used;
+    if (m_blocks->status() == StreamStatus::kGood) keep(data + done + used, length - done - used);
+    break;
+  }
+  if (last && m_blocks->status() == StreamStatus::kGood) m_blocks->finish(out);
+  if (m_waiting.hasFailed() || out.hasFailed()) return StreamStatus::kNoMemory;
+  return m_blocks->status();
+}
+
+// Goes on with what waits and as little of the new data as that needs; returns how much of the
+// data is dealt with.
+std::size_t StreamConverter::Core::feedWaiting(const unsigned char* data, std::size_t length,
+                                               bool last, DataBuffer& out) {
+  constexpr std::size_t kSome = 256;
+  const std::size_t before = m_waiting.getSize();
+  const std::size_t added = std::min(length, kSome);
+  keep(data, added);
+  const std::size_t size = m_waiting.getSize();
+  const std::size_t used =
+      m_blocks->convert(m_waiting.getData2(), size, last && added == length, m_offset, out);
+  m_offset += used;
+  if (used >= before) {
+    m_waiting.clear();  // the rest is looked at where it is
+    return used - before;
+  }
+  if (used != 0) {
+    DataBuffer rest;
+    rest.append(m_waiting.getData2() + used, static_cast<unsigned int>(size - used));
+    m_waiting.clear();
+    m_waiting.append(rest);
+  }
+  return added;
+}
+
+void StreamConverter::Core::keep(const unsigned char* data, std::size_t length) {
+  if (length != 0) m_waiting.append(data, static_cast<unsigned int>(length));
+}
+
+// ---- The public face. ----
+
+StreamConverter::StreamConverter() = default;
+StreamConverter::~StreamConverter() { delete m_core; }
+
+StreamStatus StreamConverter::begin(const StreamSettings& settings) {
+  delete m_core;
+  m_core = nullptr;
+  m_isOpen = false;
+  m_status = StreamStatus::kNoMemory;
+  try {
+    m_core = new Core(settings);  // copies the substitute
+  } catch (const std::bad_alloc&) {
+    return m_status;
+  }
+  m_status = m_core->prepare();
+  m_isOpen = m_status == StreamStatus::kGood;
+  return m_status;
+}
+
+StreamStatus StreamConverter::push(const unsigned char* data, std::size_t length, DataBuffer& out) {
+  if (!m_isOpen) return m_status == StreamStatus::kGood ? StreamStatus::kMisuse : m_status;
+  if (length != 0) m_status = m_core->push(data, length, false, out);
+  m_isOpen = m_status == StreamStatus::kGood;
+  return m_status;
+}
+
+StreamStatus StreamConverter::finish(DataBuffer& out) {
+  if (!m_isOpen) return m_status == StreamStatus::kGood ? StreamStatus::kMisuse : m_status;
+  constexpr unsigned char kNothing = 0;
+  m_status = m_core->push(&kNothing, 0, true, out);
+  m_isOpen = false;
+  return m_status;
+}
+
+StreamStatus StreamConverter::status() const { return m_status; }
+
+std::uint64_t StreamConverter::errorCount() const {
+  const BlockConverter* blocks = m_core == nullptr ? nullptr : m_core->blocks();
+  return blocks == nullptr ? 0 : blocks->errorCount();
+}
+
+const StreamError& StreamConverter::firstError() const {
+  static constexpr StreamError kNone;
+  const BlockConverter* blocks = m_core == nullptr ? nullptr : m_core->blocks();
+  return blocks == nullptr ? kNone : blocks->firstError();
+}
+
+std::uint64_t StreamConverter::sourceBytes() const {
+  return m_core == nullptr ? 0 : m_core->sourceBytes();
+}
