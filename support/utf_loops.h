@@ -4,6 +4,7 @@
 #define SUPPORT_UTF_LOOPS_H_
 
 #include <algorithm>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -64,14 +65,39 @@ bool writeInChunks(const unsigned char* p, const unsigned char* end, DataBuffer&
   return true;
 }
 
-// Eight bytes in whatever order; for tests that treat all of them alike.
-inline std::uint64_t loadEight(const unsigned char* p) {
-  std::uint64_t word;
-  std::memcpy(&word, p, sizeof word);
-  return word;
+// Several bytes as one number, the first in its low byte on every host. Loops also write more bytes
+// than they keep, where that saves a decision.
+template <typename Number>
+Number loadLow(const unsigned char* p) {
+  Number number = 0;
+  if constexpr (std::endian::native == std::endian::little) {
+    std::memcpy(&number, p, sizeof number);  // the loop below means the same, and compiles worse
+  } else {
+    for (unsigned int i = 0; i < sizeof number; ++i) number |= Number{p[i]} << (8 * i);
+  }
+  return number;
 }
-constexpr std::uint64_t kHighBits = 0x8080808080808080u;
-inline bool areAscii(std::uint64_t word) { return (word & kHighBits) == 0; }
+template <typename Number>
+void storeLow(unsigned char* dest, Number number) {
+  if constexpr (std::endian::native == std::endian::little) {
+    std::memcpy(dest, &number, sizeof number);
+  } else {
+    for (unsigned int i = 0; i < sizeof number; ++i) {
+      dest[i] = static_cast<unsigned char>(number >> (8 * i));
+    }
+  }
+}
+
+// Eight bytes are tested together: the results of such tests have the high bit of each byte that
+// was found.
+inline std::uint64_t loadEight(const unsigned char* p) { return loadLow<std::uint64_t>(p); }
+constexpr std::uint64_t eightTimes(unsigned char byte) { return 0x0101010101010101u * byte; }
+constexpr std::uint64_t kHighBits = eightTimes(0x80);
+constexpr bool areAscii(std::uint64_t word) { return (word & kHighBits) == 0; }
+// The number of bytes before the first one found, or 8.
+constexpr unsigned int bytesBefore(std::uint64_t found) {
+  return static_cast<unsigned int>(std::countr_zero(found)) / 8;
+}
 
 // One piece of UTF-8 text.
 struct Utf8Sequence {

@@ -23,10 +23,46 @@ constexpr Entry utf8Entry(char16_t character) {
 }
 
 unsigned char* writeEntry(unsigned char* dest, Entry entry) {
-  dest[0] = static_cast<unsigned char>(entry);
-  dest[1] = static_cast<unsigned char>(entry >> 8);
-  dest[2] = static_cast<unsigned char>(entry >> 16);
+  storeLow(dest, entry);
   return dest + (entry >> 24);
+}
+
+// Most text is letters, digits and marks that ASCII and the default alphabet have at the same
+// place; the loops of both directions copy them eight at a time. Found are the other bytes; behind
+// a byte of 0x80 or above the result means nothing.
+constexpr std::uint64_t findDifferent(std::uint64_t bytes) {
+  // Below 0x80 no byte of a sum carries into the next, so that adding 0x80 - n sets the high bit of
+  // the bytes from n up, and adding 0x7F that of all bytes but zero.
+  const std::uint64_t letters = bytes | eightTimes(0x20);
+  const std::uint64_t isLetter =
+      (letters + eightTimes(0x80 - 'a')) & ~(letters + eightTimes(0x80 - 'z' - 1)) & (bytes << 1);
+  const std::uint64_t isDigitOrMark = (bytes << 2) & ~(bytes << 1);
+  const std::uint64_t isNotDollar = (bytes ^ eightTimes('$')) + eightTimes(0x7F);
+  const std::uint64_t isNotNewline = (bytes ^ eightTimes('\n')) + eightTimes(0x7F);
+  const std::uint64_t isSame = isLetter | (isDigitOrMark & isNotDollar) | ~isNotNewline;
+  return (~isSame | bytes) & kHighBits;
+}
+
+constexpr bool findsExactlyWhatDiffers() {
+  for (unsigned int byte = 0; byte < 256; ++byte) {
+    const bool isSame = byte < 0x80 && kGsmAlphabet[byte] == byte && byte != '\r' && byte != 0;
+    if ((findDifferent(eightTimes(static_cast<unsigned char>(byte))) == 0) != isSame) return false;
+  }
+  return true;
+}
+static_assert(findsExactlyWhatDiffers());
+
+// Copies the bytes before the first different one, as far as there are eight in sight.
+unsigned char* copySame(const unsigned char*& p, const unsigned char* stop, unsigned char* dest) {
+  while (stop - p >= 8) {
+    const std::uint64_t bytes = loadEight(p);
+    const unsigned int count = bytesBefore(findDifferent(bytes));
+    storeLow(dest, bytes);
+    p += count;
+    dest += count;
+    if (count < 8) break;
+  }
+  return dest;
 }
 
 // From GSM: by byte; 0 for the escape and for what is no septet.
@@ -96,6 +132,8 @@ bool _zvUtf::gsm_to_utf8(const unsigned char* gsm, unsigned int length, DataBuff
     constexpr Entry kReplacement = utf8Entry(static_cast<char16_t>(kReplacementCharacter));
     const unsigned char* p = in;
     while (p < stop) {
+      dest = copySame(p, stop, dest);
+      if (p == stop) break;
       Entry entry = kDecoded[*p++];
       if (entry == 0) {
         const bool escaped = p[-1] == kGsmEscape && p < end && *p < 0x80;
@@ -116,20 +154,21 @@ bool _zvUtf::utf8_to_gsm(const unsigned char* utf8, unsigned int length, DataBuf
                          LogBase&) {
   const unsigned char* const end = utf8 + length;
   Entry seen = 0;
+  const auto note = [&](Entry entry) {
+    seen |= entry;
+    return entry & kCountMask;
+  };
   const auto loop = [&](const unsigned char*& in, const unsigned char* stop, unsigned char* dest) {
     const unsigned char* p = in;
     while (p < stop) {
-      if (*p < 0x80) {
-        const Entry entry = kEncoded[*p++];
-        seen |= entry;
-        dest = writeEntry(dest, entry & kCountMask);
-        continue;
+      dest = copySame(p, stop, dest);
+      if (p == stop) break;
+      while (p < stop && *p >= 0x80) {
+        const Utf8Sequence sequence = decodeScalar(p, static_cast<std::size_t>(end - p));
+        dest = writeEntry(dest, note(encodedForm(sequence)));
+        p += sequence.length;
       }
-      const Utf8Sequence sequence = decodeScalar(p, static_cast<std::size_t>(end - p));
-      const Entry entry = encodedForm(sequence);
-      seen |= entry;
-      dest = writeEntry(dest, entry & kCountMask);
-      p += sequence.length;
+      if (p < stop) dest = writeEntry(dest, note(kEncoded[*p++]));
     }
     in = p;
     return dest;

@@ -37,14 +37,41 @@ constexpr auto kIsDirect = [] {
 
 bool isDirect(std::uint32_t unit) { return unit < kIsDirect.size() && kIsDirect[unit]; }
 
-unsigned char base64Digit(std::uint64_t bits) {
+unsigned char base64Digit(std::uint32_t bits) {
   return static_cast<unsigned char>(kBase64[bits & 0x3F]);
 }
 
-// Three units are eight characters: the loops of both directions do that many at once where they
-// stand at the beginning of such a group, which is where no bits are pending.
+// Three units are eight base64 digits: the loops of both directions do that many at once where they
+// stand at the beginning of such a group, which is where no bits are pending. Two tables serve
+// them: the two digits of each 12 bits, the first in the low byte, and the bits of a digit at each
+// place among four.
 constexpr unsigned int kGroupUnits = 3;
 constexpr unsigned int kGroupDigits = 8;
+
+constexpr auto kDigitPairs = [] {
+  std::array<std::uint16_t, 4096> table{};
+  for (unsigned int i = 0; i < table.size(); ++i) {
+    table[i] = static_cast<std::uint16_t>(kBase64[i >> 6] | (kBase64[i & 0x3F] << 8));
+  }
+  return table;
+}();
+
+constexpr std::uint32_t kNoDigit = 0x80000000u;
+constexpr auto kDigitBits = [] {
+  std::array<std::array<std::uint32_t, 256>, 4> tables{};
+  for (unsigned int place = 0; place < tables.size(); ++place) {
+    for (unsigned int byte = 0; byte < 256; ++byte) {
+      const std::uint32_t value = kBase64Values[byte];
+      tables[place][byte] = value == kNoBase64 ? kNoDigit : value << (18 - 6 * place);
+    }
+  }
+  return tables;
+}();
+
+// The 24 bits of four digits, with kNoDigit when one is not base64.
+std::uint32_t bitsOfFour(const unsigned char* p) {
+  return kDigitBits[0][p[0]] | kDigitBits[1][p[1]] | kDigitBits[2][p[2]] | kDigitBits[3][p[3]];
+}
 
 template <bool BigEndian>
 class Encoder {
@@ -68,20 +95,32 @@ class Encoder {
  private:
   static std::uint32_t load(const unsigned char* p) { return zvLoadHostUnit(p, BigEndian); }
 
+  // Writes eight units that are direct characters; false, with nothing said about the bytes at
+  // dest, when they are not.
+  static bool copyEightDirect(const unsigned char* p, unsigned char* dest) {
+    constexpr std::uint64_t kNotAscii = BigEndian ? 0x80FF80FF80FF80FFu : 0xFF80FF80FF80FF80u;
+    if (((loadEight(p) | loadEight(p + 8)) & kNotAscii) != 0) return false;
+    bool areDirect = true;
+    for (unsigned int i = 0; i < 8; ++i) {
+      dest[i] = p[2 * i + (BigEndian ? 1 : 0)];
+      areDirect &= kIsDirect[dest[i]];
+    }
+    return areDirect;
+  }
+
   unsigned char* copyDirect(const unsigned char*& p, const unsigned char* stop,
                             unsigned char* dest) {
-    for (; p < stop; p += 2) {
-      const std::uint32_t unit = load(p);
-      if (isDirect(unit)) {
-        *dest++ = static_cast<unsigned char>(unit);
-        continue;
-      }
+    while (p < stop) {
+      for (; stop - p >= 16 && copyEightDirect(p, dest); p += 16) dest += 8;
+      for (; p < stop && isDirect(load(p)); p += 2) *dest++ = static_cast<unsigned char>(load(p));
+      if (p == stop) break;
       *dest++ = '+';
-      if (unit != '+') {
+      if (load(p) != '+') {
         m_inRun = true;
         break;
       }
       *dest++ = '-';
+      p += 2;
     }
     return dest;
   }
@@ -121,7 +160,9 @@ class Encoder {
         bits = (bits << 16) | unit;
       }
       if (isAscii) break;
-      for (unsigned int i = 0; i < kGroupDigits; ++i) *dest++ = base64Digit(bits >> (42 - 6 * i));
+      for (unsigned int i = 0; i < kGroupDigits / 2; ++i, dest += 2) {
+        storeLow(dest, kDigitPairs[(bits >> (36 - 12 * i)) & 0xFFF]);
+      }
     }
     return dest;
   }
@@ -183,29 +224,55 @@ class Decoder {
     return put(dest, kReplacementCharacter);
   }
 
-  // Nothing but ASCII, and no "+".
-  static bool isPlain(std::uint64_t eight) {
-    constexpr std::uint64_t kOnes = 0x0101010101010101u;
-    const std::uint64_t zeroWherePlus = eight ^ (kOnes * '+');
-    const std::uint64_t plus = (zeroWherePlus - kOnes) & ~zeroWherePlus;
-    return areAscii(plus | eight);
+  // The low four bytes as four units.
+  static std::uint64_t asUnits(std::uint64_t bytes) {
+    std::uint64_t units = bytes & 0xFFFFFFFFu;
+    units = (units | units << 16) & 0x0000FFFF0000FFFFu;
+    units = (units | units << 8) & 0x00FF00FF00FF00FFu;
+    return BigEndian ? units << 8 : units;
+  }
+
+  // Finds every "+" and what is not ASCII, up to the first of them.
+  static std::uint64_t findSpecial(std::uint64_t eight) {
+    const std::uint64_t zeroWherePlus = eight ^ eightTimes('+');
+    const std::uint64_t plus = (zeroWherePlus - eightTimes(1)) & ~zeroWherePlus;
+    return (plus | eight) & kHighBits;
   }
 
   unsigned char* copyDirect(const unsigned char*& p, const unsigned char* stop,
                             unsigned char* dest) {
     while (p < stop) {
-      for (; stop - p >= 8 && isPlain(loadEight(p)); p += 8, dest += 16) {
-        for (unsigned int i = 0; i < 8; ++i) put(dest + 2 * i, p[i]);
+      unsigned int count = 8;
+      while (count == 8 && stop - p >= 8) {
+        const std::uint64_t eight = loadEight(p);
+        storeLow(dest, asUnits(eight));
+        storeLow(dest + 8, asUnits(eight >> 32));
+        count = bytesBefore(findSpecial(eight));
+        p += count;
+        dest += 2 * count;
       }
       for (; p < stop && *p < 0x80 && *p != '+'; ++p) dest = put(dest, *p);
       if (p == stop) break;
-      if (*p++ == '+') {
+      if (*p++ != '+') {
+        dest = putMalformed(dest);
+      } else if (!decodeSingle(p, stop, dest)) {
         m_state = State::kShift;
         break;
       }
-      dest = putMalformed(dest);
     }
     return dest;
+  }
+
+  // Most runs in Latin text hold one unit, that is three digits. Decodes such a run if it is at p
+  // and well formed.
+  static bool decodeSingle(const unsigned char*& p, const unsigned char* stop,
+                           unsigned char*& dest) {
+    if (stop - p < 4 || isBase64(p[3])) return false;
+    const std::uint32_t bits = kDigitBits[0][p[0]] | kDigitBits[1][p[1]] | kDigitBits[2][p[2]];
+    if ((bits & (kNoDigit | 0xFF)) != 0) return false;
+    dest = put(dest, bits >> 8);
+    p += p[3] == '-' ? 4 : 3;
+    return true;
   }
 
   unsigned char* beginRun(const unsigned char*& p, unsigned char* dest) {
@@ -222,11 +289,8 @@ class Decoder {
 
   unsigned char* continueRun(const unsigned char*& p, const unsigned char* stop,
                              unsigned char* dest) {
+    if (m_bitCount == 0) dest = decodeGroups(p, stop, dest);
     while (p < stop) {
-      if (m_bitCount == 0) {
-        dest = decodeGroups(p, stop, dest);
-        if (p == stop) break;
-      }
       const unsigned char value = kBase64Values[*p];
       if (value == kNoBase64) {
         m_state = State::kDirect;
@@ -239,6 +303,7 @@ class Decoder {
       if (m_bitCount >= 16) {
         m_bitCount -= 16;
         dest = put(dest, m_bits >> m_bitCount);
+        if (m_bitCount == 0) break;
       }
     }
     return dest;
@@ -248,17 +313,13 @@ class Decoder {
   static unsigned char* decodeGroups(const unsigned char*& p, const unsigned char* stop,
                                      unsigned char* dest) {
     for (; stop - p >= std::ptrdiff_t{kGroupDigits}; p += kGroupDigits) {
-      std::uint64_t bits = 0;
-      unsigned char all = 0;
-      for (unsigned int i = 0; i < kGroupDigits; ++i) {
-        const unsigned char value = kBase64Values[p[i]];
-        all |= value;
-        bits = (bits << 6) | value;
-      }
-      if ((all & kNoBase64) != 0) break;
-      for (unsigned int i = 0; i < kGroupUnits; ++i) {
-        dest = put(dest, static_cast<std::uint32_t>(bits >> (32 - 16 * i)) & 0xFFFF);
-      }
+      const std::uint32_t first = bitsOfFour(p);
+      const std::uint32_t second = bitsOfFour(p + 4);
+      if (((first | second) & kNoDigit) != 0) break;
+      put(dest, first >> 8);
+      put(dest + 2, (first << 8) | (second >> 16));
+      put(dest + 4, second);
+      dest += 2 * kGroupUnits;
     }
     return dest;
   }
