@@ -11,6 +11,6 @@ preset=${1:-release}
 [ $# -eq 0 ] || shift
 
 scripts/setup.sh test
-cmake --preset "$preset" "$@"
+cmake --preset "$preset" -DENCCONV_BUILD_TESTS=ON "$@"
 cmake --build --preset "$preset"
 ctest --preset "$preset" --parallel "$(nproc)"

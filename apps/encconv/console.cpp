@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <array>
+#include <cmath>
 #include <cstdio>
 
 namespace tool {
@@ -14,7 +15,7 @@ constexpr auto kBetween = std::chrono::milliseconds(200);
 
 std::string formatTime(double seconds) {
   std::array<char, 32> text{};
-  const auto whole = static_cast<long>(seconds + 0.5);
+  const long whole = std::lround(seconds);
   if (whole >= 3600) {
     std::snprintf(text.data(), text.size(), "%ld h %02ld min", whole / 3600, whole / 60 % 60);
   } else if (whole >= 60) {

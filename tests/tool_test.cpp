@@ -1,0 +1,349 @@
+// The tool as its users run it: the program itself, on files in a directory of its own.
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+#include <vector>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+struct Outcome {
+  int status;
+  std::string out;
+  std::string err;
+};
+
+class ToolTest : public ::testing::Test {
+ protected:
+  ToolTest() {
+    std::string pattern = (fs::temp_directory_path() / "encconv_test_XXXXXX").string();
+    m_directory = mkdtemp(pattern.data());
+    write("latin", "caf\xE9\n");
+    write("utf8", "café\n");
+  }
+  ~ToolTest() override { fs::remove_all(m_directory); }
+
+  fs::path path(const std::string& name) const { return m_directory / name; }
+
+  void write(const std::string& name, const std::string& content) const {
+    std::ofstream(path(name), std::ios::binary) << content;
+  }
+
+  std::string read(const std::string& name) const {
+    std::ifstream file(path(name), std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+  }
+
+  // Runs "encconv ARGUMENTS" in the directory.
+  Outcome run(const std::string& arguments, const std::string& input = "") const {
+    return shell(std::string(ENCCONV_TOOL " ") + arguments, input);
+  }
+
+  Outcome shell(const std::string& script, const std::string& input = "") const {
+    write(".in", input);
+    const std::string command =
+        "cd '" + m_directory.string() + "' && {\n" + script + "\n} < .in > .out 2> .err";
+    // The shell is what the tool is used from.
+    const int status = std::system(command.c_str());  // NOLINT(cert-env33-c,concurrency-mt-unsafe)
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, read(".out"), read(".err")};
+  }
+
+  // Files in the directory, but for those of run().
+  std::string files() const {
+    std::vector<std::string> names;
+    for (const auto& entry : fs::directory_iterator(m_directory)) {
+      const std::string name = entry.path().filename().string();
+      if (name[0] != '.') names.push_back(name);
+    }
+    std::sort(names.begin(), names.end());
+    std::string list;
+    for (const std::string& name : names) list += name + " ";
+    return list;
+  }
+
+  fs::path m_directory;
+};
+
+bool contains(const std::string& text, const std::string& part) {
+  return text.find(part) != std::string::npos;
+}
+
+// One line that names the program and the thing.
+void expectOneLine(const Outcome& outcome, const std::string& part) {
+  EXPECT_EQ(std::count(outcome.err.begin(), outcome.err.end(), '\n'), 1) << outcome.err;
+  EXPECT_TRUE(outcome.err.starts_with("encconv: ")) << outcome.err;
+  EXPECT_TRUE(contains(outcome.err, part)) << outcome.err;
+}
+
+TEST_F(ToolTest, ConvertsFilesAndStreamsByNameAndNumber) {
+  EXPECT_EQ(run("-f latin1 -t utf-8 latin").out, "café\n");
+  EXPECT_EQ(run("-f 1252 -t 65001", "\x80").out, "€");
+  EXPECT_EQ(run("--from=cp1252 --to=UTF8 latin - latin", "\x80").out, "café\n€café\n");
+  EXPECT_EQ(run("-f utf-8 -t utf-16be --bom utf8 utf8 -o both").status, 0);
+  EXPECT_EQ(read("both"), std::string("\xFE\xFF\0c\0a\0f\0\xE9\0\n\0c\0a\0f\0\xE9\0\n", 22));
+  EXPECT_EQ(run("-f utf-8 -t utf-32le --bom", "a").out, std::string("\xFF\xFE\0\0a\0\0\0", 8));
+  EXPECT_EQ(run("-f utf-8 -t utf-16le", "\U0001F600").out, std::string("\x3D\xD8\x00\xDE", 4));
+}
+
+TEST_F(ToolTest, RefusesInOneLineAndWritesNothing) {
+  struct Case {
+    const char* arguments;
+    const char* named;
+  };
+  const Case cases[] = {
+      {"-f nonsense -t utf-8 latin -o result", "'nonsense'"},
+      {"-f utf-8 -t 12345 latin -o result", "'12345'"},
+      {"-f utf-8 latin -o result", "-t TO"},
+      {"-t utf-8 latin -o result", "-f FROM"},
+      {"-f utf-8 -t utf-8 --nonsense latin -o result", "--nonsense"},
+      {"-f 1252 -t utf-8 latin missing -o result", "missing: No such file"},
+      {"-f 1252 -t utf-8 . -o result", ".: is a directory"},
+      {"-f 1252 -t utf-8 latin -o .", ".: is a directory"},
+      {"-f 1252 -t utf-8 latin -o no/such/result", "no/such/result: No such file"},
+      {"-f 1252 -t utf-8 latin -o latin", "latin: is both input and output"},
+      {"-f 1252 -t utf-8 latin -o ./latin", "latin: is both input and output"},
+      {"-f 1252 -t utf-8 latin --output-dir .", "latin: is both input and output"},
+      {"-f 1252 -t utf-8 --in-place latin ./latin", "latin: is given twice"},
+      {"-f 1252 -t utf-8 --in-place", "--in-place needs files"},
+      {"-f 1252 -t utf-8 --in-place latin -o result", "only one of"},
+      {"-f 1252 -t utf-8 -j 2 latin", "-j needs"},
+      {"-f 1252 -t utf-8 --in-place -j lots latin", "'lots'"},
+      {"-f utf-8 -t 1252 --bom utf8 -o result", "'1252' has no byte order mark"},
+      {"-f utf-8 -t 1252 --on-error ignore utf8 -o result", "'ignore'"},
+      {"-f utf-8 -t 1252 --on-error substitute=\u4E00 utf8 -o result", "windows-1252"},
+      {"-f utf-8 -t 1252 --ebcdic-newline lf utf8 -o result", "EBCDIC"},
+      {"-f 37 -t 1252 --trim utf8 -o result", "--record-length"},
+      {"-f 37 -t 1252 --record-length 0 utf8 -o result", "'0'"},
+      {"-f utf-16 -t 1252 --record-length 3 utf8 -o result", "--record-length: 3 bytes"},
+      {"-f 28600 -t utf-8 latin -o result", "28600"},
+      {"-f utf-8 -t 28601 latin -o result", "28601"},
+      {"--list --detect", "only one of"},
+      {"--chart utf-8", "UTF-8"},
+      {"--help nonsense", "errors, files"},
+  };
+  for (const Case& wrong : cases) {
+    SCOPED_TRACE(wrong.arguments);
+    const Outcome outcome = run(wrong.arguments);
+    EXPECT_EQ(outcome.status, 2);
+    EXPECT_EQ(outcome.out, "");
+    expectOneLine(outcome, wrong.named);
+    EXPECT_EQ(files(), "latin utf8 ");
+  }
+  EXPECT_EQ(read("latin"), "caf\xE9\n");
+}
+
+TEST_F(ToolTest, TroubleWithTheOutputIsReported) {
+  expectOneLine(run("-f 1252 -t utf-8 latin -o /dev/full"), "/dev/full: No space left");
+  expectOneLine(run("-f 1252 -t utf-8 latin > /dev/full"), "standard output: No space left");
+  for (const char* arguments : {"-f 1252 -t utf-8 latin", "--list", "--chart 932", "--help"}) {
+    // The reader is gone before the tool writes.
+    const Outcome outcome = shell(std::string("{ sleep 0.1; " ENCCONV_TOOL " ") + arguments +
+                                  "; echo $? > status; } | true");
+    EXPECT_EQ(read("status"), "2\n") << arguments;
+    expectOneLine(outcome, "standard output: ");
+  }
+}
+
+TEST_F(ToolTest, StopsWithTheWholeStory) {
+  write("target", "old");
+  write("text", "first\nnow \u4E00\n");
+  const Outcome outcome = run("-f utf-8 -t 1252 text -o target");
+  EXPECT_EQ(outcome.status, 1);
+  for (const char* part : {"text: byte offset 10, line 2: U+4E00 (E4 B8 80)",
+                           "windows-1252 (code page 1252)", "--on-error"}) {
+    expectOneLine(outcome, part);
+  }
+  EXPECT_EQ(read("target"), "old");
+  EXPECT_EQ(files(), "latin target text utf8 ");
+
+  const Outcome malformed = run("-f utf-8 -t utf-8 latin");
+  EXPECT_EQ(malformed.status, 1);
+  EXPECT_EQ(malformed.out, "caf");
+  expectOneLine(malformed, "latin: byte offset 3, line 1: E9 is no text in UTF-8");
+}
+
+TEST_F(ToolTest, TreatsWhatCannotBeConverted) {
+  struct Case {
+    const char* arguments;
+    const char* input;
+    const char* output;
+  };
+  const Case cases[] = {
+      {"-f utf-8 -t 1252 --on-error drop", "a\u4E00b\u4E01c", "abc"},
+      {"-f utf-8 -t 1252 --on-error substitute", "a\u4E00b\u4E01c", "a?b?c"},
+      {"-f utf-8 -t 1252 --on-error substitute=[é]", "a\u4E00b\u4E01c", "a[\xE9]b[\xE9]c"},
+      {"-f utf-8 -t 1252 --on-error substitute=0x1A", "a\u4E00b\u4E01c",
+       "a\x1A"
+       "b\x1A"
+       "c"},
+      {"-f utf-8 -t 1252 --on-error hex", "a\u4E00b\u4E01c", "a&#x4E00;b&#x4E01;c"},
+      {"-f utf-8 -t utf-8 --on-error alternate=1252", "a\x80\xFF\u4E00", "a€ÿ\u4E00"},
+      {"-f utf-8 -t utf-8 --on-error raw", "a\x80\xFF\u4E00", "a\x80\xFF\u4E00"},
+  };
+  for (const Case& treated : cases) {
+    SCOPED_TRACE(treated.arguments);
+    const Outcome outcome = run(treated.arguments, treated.input);
+    EXPECT_EQ(outcome.out, treated.output);
+    EXPECT_EQ(outcome.status, 0);
+    expectOneLine(outcome,
+                  "standard input: 2 places were not convertible; the first at byte "
+                  "offset 1, line 1: ");
+    EXPECT_EQ(run(std::string(treated.arguments) + " --strict --quiet", treated.input).status, 1);
+    EXPECT_EQ(run(std::string(treated.arguments) + " --strict --quiet", treated.input).err, "");
+  }
+}
+
+TEST_F(ToolTest, ReplacesFilesInPlace) {
+  write("good", "\xE9t\xE9\n");
+  write("bad", "\x98\x98");
+  for (int i = 0; i < 20; ++i) write("many" + std::to_string(i), std::string(100, '\xE9'));
+  chmod(path("good").c_str(), 0640);
+  const auto time = fs::file_time_type::clock::now() - std::chrono::hours(1000);
+  fs::last_write_time(path("good"), time);
+  fs::create_symlink("good", path("link"));
+
+  // 98 is a control character that 737 lacks.
+  const Outcome outcome = run("-f 1253 -t 737 --in-place=.old -j 4 bad link many*");
+  EXPECT_EQ(outcome.status, 1);
+  expectOneLine(outcome, "bad: byte offset 0");
+  EXPECT_EQ(read("bad"), "\x98\x98");
+  EXPECT_FALSE(fs::exists(path("bad.old")));
+  EXPECT_EQ(read("good"), "\xA0t\xA0\n");
+  EXPECT_EQ(read("good.old"), "\xE9t\xE9\n");
+  EXPECT_TRUE(fs::is_symlink(path("link")));
+  EXPECT_EQ(fs::last_write_time(path("good")), time);
+  EXPECT_EQ(fs::status(path("good")).permissions(), fs::perms(0640));
+  for (int i = 0; i < 20; ++i)
+    EXPECT_EQ(read("many" + std::to_string(i)), std::string(100, '\xA0'));
+}
+
+TEST_F(ToolTest, WritesIntoADirectory) {
+  fs::create_directory(path("from"));
+  write("from/latin", "\xE8");
+  expectOneLine(run("-f 1252 -t utf-8 --output-dir into latin from/latin"), "written twice");
+  EXPECT_EQ(run("-f 1252 -t utf-8 --output-dir into -j 0 from/latin utf8").status, 0);
+  EXPECT_EQ(read("into/latin"), "è");
+  EXPECT_EQ(read("into/utf8"), "cafÃ©\n");
+}
+
+TEST_F(ToolTest, ReplacesTheOutputOnlyAtTheEnd) {
+  write("target", "old");
+  chmod(path("target").c_str(), 0600);
+  fs::create_symlink("target", path("link"));
+  EXPECT_EQ(run("-f 1252 -t utf-8 latin -o link").status, 0);
+  EXPECT_EQ(read("target"), "café\n");
+  EXPECT_TRUE(fs::is_symlink(path("link")));
+  EXPECT_EQ(fs::status(path("target")).permissions(), fs::perms(0600));
+  EXPECT_EQ(files(), "latin link target utf8 ");
+
+  // A signal leaves the old file and no temporary one.
+  const Outcome outcome = shell("sleep 1 | " ENCCONV_TOOL
+                                " -f 1252 -t utf-8 -o target &\n"
+                                "sleep 0.3; ls | wc -l; kill -TERM $!; wait $!; echo $?");
+  EXPECT_EQ(outcome.out, "5\n143\n");
+  EXPECT_EQ(read("target"), "café\n");
+  EXPECT_EQ(files(), "latin link target utf8 ");
+}
+
+TEST_F(ToolTest, ShapesMainframeText) {
+  struct Case {
+    const char* arguments;
+    std::string input;
+    std::string output;
+  };
+  const std::string record = "\xC1\x40\x40\x40";  // "A" and three blanks
+  const Case cases[] = {
+      {"-f 37 -t utf-8", "\xC1\x15\xC2\x25", "A\u0085B\n"},
+      {"-f 37 -t utf-8 --ebcdic-newline lf", "\xC1\x15\xC2\x25", "A\nB\n"},
+      {"-f 37 -t utf-8 --ebcdic-newline nl", "\xC1\x15\xC2\x25", "A\u0085B\u0085"},
+      {"-f 1047 -t utf-8 --ebcdic-newline lf", "\xC1\x15\xC2\x25", "A\nB\u0085"},
+      {"-f 1047 -t utf-8 --ebcdic-newline nl", "\xC1\x15\xC2\x25", "A\u0085B\u0085"},
+      {"-f utf-8 -t 37", "A\nB\u0085", "\xC1\x25\xC2\x15"},
+      {"-f utf-8 -t 37 --ebcdic-newline lf", "A\nB\u0085", "\xC1\x15\xC2\x15"},
+      {"-f utf-8 -t 1047 --ebcdic-newline lf", "A\nB\u0085", "\xC1\x15\xC2\x25"},
+      {"-f utf-8 -t 1047 --ebcdic-newline nl", "A\nB\u0085", "\xC1\x15\xC2\x15"},
+      {"-f 37 -t utf-8 --record-length 4", record + record + "\xC1", "A   \nA   \nA\n"},
+      {"-f 37 -t utf-8 --record-length 4 --trim", record + record + "\xC1", "A\nA\nA\n"},
+      {"-f 1047 -t utf-8 --record-length 4 --trim", record + "\x40\x40\x40\x40", "A\n\n"},
+      {"-f utf-16 -t utf-8 --record-length 4 --trim", std::string("A\0 \0B\0C\0", 8), "A\nBC\n"},
+  };
+  for (const Case& shaped : cases) {
+    EXPECT_EQ(run(shaped.arguments, shaped.input).out, shaped.output) << shaped.arguments;
+  }
+  // Places are those of the input, not of the lines.
+  expectOneLine(run("-f utf-8 -t 1252 --record-length 4 --trim", "A   B   \xFF"),
+                "byte offset 8, line 3");
+}
+
+TEST_F(ToolTest, FindsOutEncodings) {
+  struct Case {
+    const char* sample;
+    const char* found;
+  };
+  const Case cases[] = {
+      {"emoji.1200", "UTF-16LE (code page 1200), certain"},
+      {"emoji.1201", "UTF-16BE (code page 1201), certain"},
+      {"japanese.txt", "UTF-8 (code page 65001), likely"},
+      {"record.txt", "UTF-8 (code page 65001), certain: only ASCII"},
+      {"record.37", "IBM037 (code page 37), guess"},
+  };
+  const std::string data = ENCCONV_TEST_DATA "/";
+  for (const Case& sample : cases) {
+    const Outcome outcome = run("--detect " + data + sample.sample);
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_TRUE(contains(outcome.out, sample.found)) << outcome.out;
+  }
+  EXPECT_TRUE(contains(run("--detect", std::string("a\0b\0", 4)).out, "UTF-16LE"));
+  EXPECT_FALSE(contains(run("--detect", "caf\xC3").out, "UTF-8 ("));
+  EXPECT_EQ(run("-f auto -t utf-8 " + data + "emoji.1201").out,
+            run("-f auto -t utf-8 " + data + "emoji.txt").out);
+}
+
+TEST_F(ToolTest, ShowsChartsAndLists) {
+  const std::string chart = run("--chart 1252").out;
+  EXPECT_TRUE(contains(chart, "8_  €    HOP  ‚ ")) << chart;
+  EXPECT_TRUE(contains(run("--chart 932").out, "FB F_  靍   靏 "));
+  EXPECT_TRUE(contains(run("--chart 932").out, "U+00A5 ¥ as 5C"));
+  EXPECT_TRUE(contains(run("--chart gsm").out, "1B 6_                           €\n"));
+  EXPECT_EQ(run("--chart 1252 --html page").status, 0);
+  EXPECT_TRUE(contains(read("page"), "<td class=c><u>80</u><b>€</b><s>20AC</s>"));
+  EXPECT_TRUE(contains(run("--list cyrillic").out, "1251"));
+  EXPECT_TRUE(run("--list koi8 --json").out.starts_with("["));
+}
+
+TEST_F(ToolTest, DocumentsEveryOptionEverywhere) {
+  const std::string help = run("--help").out;
+  const fs::path project = fs::path(ENCCONV_TEST_DATA) / "../..";
+  std::vector<std::string> options;
+  for (std::size_t at = 0; (at = help.find(" --", at)) != std::string::npos; ++at) {
+    const std::size_t end = help.find_first_of(" =[,)\n", at + 3);
+    options.push_back(help.substr(at + 3, end - at - 3));
+  }
+  ASSERT_GT(options.size(), 20u);
+  for (const char* name :
+       {"docs/encconv.1", "apps/encconv/completions/encconv.bash",
+        "apps/encconv/completions/_encconv", "apps/encconv/completions/encconv.fish"}) {
+    std::ifstream file(project / name);
+    std::string text{std::istreambuf_iterator<char>(file), {}};
+    std::erase(text, '\\');  // as man pages write hyphens
+    for (const std::string& option : options) {
+      EXPECT_TRUE(contains(text, "--" + option) || contains(text, "-l " + option))
+          << name << " lacks " << option;
+    }
+  }
+  for (const char* topic : {"errors", "files", "encodings", "mainframe", "detect", "status"}) {
+    EXPECT_GT(run(std::string("--help ") + topic).out.size(), 100u) << topic;
+  }
+  EXPECT_EQ(run("--version").out, "encconv " ENCCONV_VERSION "\n");
+}
+
+}  // namespace
