@@ -20,7 +20,8 @@
 struct CodecRun {
   // Room that makeRoom() promises: more than any unit writes, or a vector, shifts included.
   static constexpr std::ptrdiff_t kMinRoom = 32;
-  static constexpr std::ptrdiff_t kMaxRoom = 1 << 16;
+  // And what it asks for where more is to be expected.
+  static constexpr std::ptrdiff_t kUsualRoom = 4096;
 
   CodecRun(const unsigned char* data, unsigned int length, bool isLast, DataBuffer& output,
            ReplacementSink* replacementSink)
@@ -42,10 +43,10 @@ struct CodecRun {
   bool makeRoom() {
     if (room() >= kMinRoom) return true;
     commit();
-    const auto wanted = static_cast<unsigned int>(std::min(left(), kMaxRoom) + kMinRoom);
+    const auto wanted = static_cast<unsigned int>(std::min(left(), kUsualRoom) + kMinRoom);
     dest = out.reserveTail(wanted);
     destStart = dest;
-    destEnd = dest == nullptr ? nullptr : dest + wanted;
+    destEnd = dest == nullptr ? nullptr : dest + out.getTailRoom();
     return dest != nullptr;
   }
   void commit() {
@@ -90,6 +91,7 @@ struct CodecRun {
 template <typename Codec>
 unsigned int runCodec(Codec& codec) {
   const auto length = static_cast<unsigned int>(codec.left());
+  codec.out.expect(std::uint64_t{length} + length / 8 + CodecRun::kMinRoom);
   while (codec.p != codec.end) {
     if (!codec.makeRoom()) return length;
     if (!codec.step()) break;
