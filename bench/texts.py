@@ -1,0 +1,118 @@
+"""Texts to convert, made from samples.txt and from the characters of a code page.
+
+The same arguments always give the same text. iconv or, where it lacks an encoding, ICU's uconv
+encodes them: a fault of this engine must not get into its own input.
+"""
+
+import random
+import subprocess
+
+UTF8 = {"iconv": "UTF-8", "icu": "UTF-8"}
+UNICODE = ("65001", "1200")
+# What an encoding does not have, of the length of DEL: a byte that begins no sequence, half of a
+# surrogate pair, a lead byte without characters.
+MALFORMED = {"65001": b"\xff", "1200": b"\x00\xd8", "932": b"\x85"}
+RUNE = "\u16a0"  # a letter of no older code page
+DISPUTED = "\u037a\u0491"  # letters that peers have added to a code page
+
+
+def transcode(data, source, target):
+    """The data without what the target lacks. Encodings are rows of encodings.txt."""
+    command, name = ["iconv", "-c"], "iconv"
+    if not (source["iconv"] and target["iconv"]):
+        command, name = ["uconv", "--callback", "skip"], "icu"
+    command += ["-f", source[name], "-t", target[name]]
+    return subprocess.run(command, input=data, capture_output=True, check=False).stdout
+
+
+def encode(text, encoding):
+    return transcode(text.encode(), UTF8, encoding)
+
+
+def decode(data, encoding):
+    return transcode(data, encoding, UTF8).decode()
+
+
+def read_samples(path):
+    """The letters to strew in and the sentences, by language."""
+    samples = {}
+    for line in path.read_text().splitlines():
+        if line.startswith("["):
+            language, *letters = line.strip("[]").split()
+            samples[language] = sentences = (letters, [])
+        elif line and not line.startswith("#"):
+            sentences[1].append(line)
+    return samples
+
+
+def shared(text, *held_by):
+    """What is left of a text that goes into each encoding and back."""
+    for encoding in held_by:
+        text = decode(encode(text, encoding), encoding)
+    return text
+
+
+def make_pool(chance, row, samples):
+    """Some thousand different sentences (or lines, with markup) that both encodings can hold."""
+    native = row["text"] == "native"
+    strewn, sentences = samples["French" if native else row["text"]]
+    letters = ""
+    if native:
+        page = row["from"] if row["from"]["family"] else row["to"]
+        letters = decode(bytes(range(1, 256)), page)
+        letters = [c for c in letters if c >= "\x80" and c.isalpha()
+                   and not c.isupper() and c not in DISPUTED]
+    elif strewn:
+        first, last = int(strewn[0], 16), int(strewn[1], 16)
+        letters = "".join(map(chr, range(first, last + 1)))
+        letters = shared(letters, row["encodings"][strewn[2]], row["from"], row["to"])
+    separator = "" if strewn and first == 0x4E00 else " "
+    pool = []
+    for _ in range(4000):
+        sentence = list(chance.choice(sentences))
+        if native and letters:  # words in the letters of the code page
+            sentence += [chance.choice(letters) if chance.random() < 0.85 else " " for _ in range(60)]
+        elif letters:  # one character in eight from all that the code page has
+            for i in range(0, len(sentence), 8):
+                if first <= ord(sentence[i]) <= last:
+                    sentence[i] = chance.choice(letters)
+        sentence = "".join(sentence)
+        if row["markup"]:
+            numbers = [chance.randrange(1000, 10000) for _ in range(3)]
+            sentence = '<li class="entry" data-id="%d"><a href="/archive/%d/index.html" rel="' \
+                'bookmark">%s</a> <span>%d</span></li>\n' % (*numbers[:2], sentence, numbers[2])
+        else:
+            sentence += "\n" if chance.random() < 0.2 else separator
+        pool.append(sentence)
+    return shared("\0".join(pool), row["from"], row["to"]).split("\0")
+
+
+def make_text(row, samples, size, bad=False):
+    """About size bytes; with bad, one character in a hundred is unconvertible."""
+    chance = random.Random(row["title"])
+    pool = make_pool(chance, row, samples)
+    sentence_size = len(encode("".join(pool), row["from"])) / len(pool)
+    text = "".join(chance.choices(pool, k=int(size / sentence_size)))
+    if not bad:
+        return encode(text, row["from"])
+    lacks_rune = row["from"]["page"] in UNICODE and row["to"]["page"] not in UNICODE
+    characters = list(text)
+    for i in range(0, len(characters) - 100, 100):
+        characters[i + chance.randrange(100)] = RUNE if lacks_rune else "\x7f"
+    data = encode("".join(characters), row["from"])
+    if lacks_rune:
+        return data
+    return data.replace(encode("\x7f", row["from"]), MALFORMED[row["from"]["page"]])
+
+
+def make_strings(row, samples, count):
+    """Different strings of at most row["bytes"] bytes."""
+    chance = random.Random(row["title"])
+    pool = make_pool(chance, row, samples)
+    strings = []
+    for _ in range(count):
+        text = "".join(chance.choices(pool, k=8))[: row["bytes"]]
+        while len(encode(text, row["from"])) > row["bytes"]:
+            text = text[:-1]
+        strings.append(encode(text, row["from"]))
+    return strings
