@@ -1,249 +1,359 @@
-// Tests of StreamConverter against whole conversions, and of what it does on its own.
+// Tests of what a stream does in particular: treatments, reports, marks, and the end of a stream.
 #include <gtest/gtest.h>
+#include <malloc.h>
 
-#include <algorithm>
-#include <random>
-#include <sstream>
+#include <cstdlib>
+#include <new>
 #include <string>
-#include <vector>
 
-#include "encoding/encoding_convert.h"
-#include "encoding/stream/stream_converter.h"
-#include "encoding/tables/code_pages.h"
-#include "support/hz.h"
+#include "tests/stream_support.h"
 
 using namespace std::string_literals;
 
 namespace {
 
-const unsigned char* bytesOf(const std::string& text) {
-  return reinterpret_cast<const unsigned char*>(text.data());
+// What operator new has given out and not got back.
+std::size_t g_allocated = 0;
+std::size_t g_mostAllocated = 0;
+
+void* counted(void* memory) {
+  g_allocated += malloc_usable_size(memory);
+  g_mostAllocated = std::max(g_mostAllocated, g_allocated);
+  return memory;
 }
-std::string textOf(const DataBuffer& buffer) {
-  return {reinterpret_cast<const char*>(buffer.getData2()), buffer.getSize()};
+void release(void* memory) {
+  g_allocated -= malloc_usable_size(memory);
+  std::free(memory);
 }
-
-// One EncConvert of everything; HZ, which that does not know, by its codec and 936.
-std::string whole(int from, int to, const std::string& text) {
-  EncodingConvert converter;
-  LogBase log;
-  DataBuffer out;
-  const auto length = static_cast<unsigned int>(text.size());
-  if (from == kCodePageHz) {
-    Hz::hzToGbk(bytesOf(text), length, out);
-    return whole(936, to, textOf(out));
-  }
-  // What EncConvert cannot do at all goes by UTF-8.
-  const bool failsThere =
-      from != to && (from == 1201 || from == 65000) && (to == 1200 || to == 1201 || to == 65000);
-  if (failsThere) return whole(65001, to, whole(from, 65001, text));
-  if (to == kCodePageHz) {
-    const std::string gbk = whole(from, 936, text);
-    Hz::gbkToHz(bytesOf(gbk), static_cast<unsigned int>(gbk.size()), out);
-  } else {
-    converter.EncConvert(from, to, bytesOf(text), length, out, log);
-  }
-  return textOf(out);
-}
-
-struct Result {
-  StreamStatus status = StreamStatus::kGood;
-  std::string text;
-  std::vector<StreamError> errors;
-
-  bool operator==(const Result&) const = default;
-};
-std::ostream& operator<<(std::ostream& stream, const Result& r) {
-  stream << "status " << static_cast<int>(r.status) << " " << ::testing::PrintToString(r.text);
-  for (const StreamError& e : r.errors) {
-    stream << " " << e.offset << "+" << e.length << " line " << e.line
-           << (e.kind == StreamErrorKind::kMalformed ? " malformed" : " U+") << e.codePoint;
-  }
-  return stream;
-}
-
-class ErrorList : public StreamErrorHandler {
- public:
-  explicit ErrorList(std::vector<StreamError>& errors) : m_errors(errors) {}
-  void onStreamError(const StreamError& error) override { m_errors.push_back(error); }
-
- private:
-  std::vector<StreamError>& m_errors;
-};
-
-// Streams a text in pieces whose sizes nextSize() gives.
-template <typename NextSize>
-Result stream(StreamSettings settings, const std::string& text, NextSize nextSize) {
-  Result result;
-  ErrorList errors(result.errors);
-  settings.errorHandler = &errors;
-  StreamConverter converter;
-  DataBuffer out;
-  result.status = converter.begin(settings);
-  for (std::size_t done = 0; done < text.size() && result.status == StreamStatus::kGood;) {
-    const std::size_t size = std::min<std::size_t>(nextSize(), text.size() - done);
-    const std::string piece = text.substr(done, size);  // so that a sanitizer sees its end
-    result.status = converter.push(bytesOf(piece), size, out);
-    done += size;
-  }
-  if (result.status == StreamStatus::kGood) result.status = converter.finish(out);
-  EXPECT_EQ(converter.errorCount(), result.errors.size());
-  result.text = textOf(out);
-  return result;
-}
-Result stream(const StreamSettings& settings, const std::string& text) {
-  return stream(settings, text, [&] { return text.size(); });
-}
-
-StreamSettings settingsFor(int from, int to, const std::string& treatment = "stop") {
-  StreamSettings settings;
-  settings.from = from;
-  settings.to = to;
-  EXPECT_TRUE(parseStreamTreatment(treatment, settings)) << treatment;
-  return settings;
-}
-
-// Every family of sources, and several of the table-driven ones.
-constexpr int kSources[] = {65001, 1200,  1201,  12000, 12001, 65005, 65006,      65000,
-                            55000, 20127, 1252,  1258,  37,    28596, 10004,      437,
-                            874,   932,   936,   949,   950,   1361,  10001,      51932,
-                            51936, 51949, 52936, 50220, 50221, 50225, kCodePageHz};
-constexpr int kTargets[] = {65001, 1200, 1201, 12000, 65000, 55000, 20127, 1252,  1258,
-                            1256,  37,   932,  949,   950,   50220, 50222, 50225, kCodePageHz};
-
-bool hasShifts(int page) {
-  return page == 65000 || (page >= 50220 && page <= 50225) || page == kCodePageHz;
-}
-
-using Random = std::minstd_rand0;  // 31 bits
-
-std::string randomBytes(Random& source, int page, std::size_t size) {
-  const auto random = [&] { return static_cast<unsigned int>(source() >> 4); };
-  std::string text = whole(65001, page, "T");
-  const bool wide = page == 1200 || page == 1201;
-  const bool wider = page == 12000 || page == 12001 || page == 65005 || page == 65006;
-  while (text.size() < size) {
-    const unsigned int kind = random() % 8;
-    if (wide || wider) {
-      unsigned int value = random() % 3 == 0 ? 0x41 : 1 + random() % 0x3100;
-      if (kind == 0) value = 0xD7C0 + random() % 0x900;
-      if (kind == 1 && wider) value = 1 + random() % 0x120000;
-      value |= 1;  // never U+0000, however the bytes are paired
-      const int bytes = wide ? 2 : 4;
-      const bool big = page == 1201 || page == 12001 || page == 65006;
-      for (int i = 0; i < bytes; ++i) {
-        text.push_back(static_cast<char>(value >> (8 * (big ? bytes - 1 - i : i))));
-      }
-      if (random() % 64 == 0) text.push_back('\1');
-    } else if (kind < 2) {
-      text.push_back(static_cast<char>(1 + random() % 0xFF));
-    } else if (kind < 5) {
-      text.push_back(static_cast<char>(0x20 + random() % 0x60));
-    } else if (kind == 5) {
-      static const std::string kBits[] = {"\x1B$B"s,
-                                          "\x1B(B"s,
-                                          "\x1B(I"s,
-                                          "\x0E"s,
-                                          "\x0F"s,
-                                          "~{"s,
-                                          "~}"s,
-                                          "+"s,
-                                          "-"s,
-                                          "\n"s,
-                                          "\x1B$)C"s,
-                                          "\xED\xA0\x80"s,
-                                          "\xED\xB0\x80"s,
-                                          "\xF0\x9F\x98\x80"s,
-                                          "\x1B"s,
-                                          "~"s};
-      text += kBits[random() % std::size(kBits)];
-    } else {
-      text.push_back(static_cast<char>(0x80 + random() % 0x80));
-      text.push_back(static_cast<char>(0x80 + random() % 0x80));
-      if (kind == 7) text.push_back(static_cast<char>(0x80 + random() % 0x80));
-    }
-  }
-  return text;
-}
-
-std::string describe(int from, int to, const std::string& text) {
-  std::ostringstream line;
-  line << from << " to " << to << " of " << ::testing::PrintToString(text) << " ";
-  return line.str();
-}
-
-const std::string kTreatments[] = {
-    "stop", "drop",           "substitute", "substitute=[?]", "substitute=0x3F21",
-    "hex",  "alternate=1252", "raw"};
 
 }  // namespace
 
-TEST(Stream, OutputAndReportsDoNotDependOnTheCuts) {
-  Random random(7);
-  for (const int from : kSources) {
-    for (const int to : kTargets) {
-      for (int round = 0; round < 2; ++round) {
-        const std::string text = randomBytes(random, from, 1 + random() % 120);
-        for (const std::string& treatment : kTreatments) {
-          SCOPED_TRACE(describe(from, to, text) + treatment);
-          const StreamSettings settings = settingsFor(from, to, treatment);
-          const Result atOnce = stream(settings, text);
-          ASSERT_EQ(atOnce, stream(settings, text, [] { return 1; }));
-          ASSERT_EQ(atOnce, stream(settings, text, [&] { return 1 + random() % 9; }));
-        }
-      }
-    }
+void* operator new(std::size_t size) { return counted(std::malloc(size)); }
+void* operator new[](std::size_t size) { return counted(std::malloc(size)); }
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+  return counted(std::malloc(size));
+}
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
+  return counted(std::malloc(size));
+}
+void operator delete(void* memory) noexcept { release(memory); }
+void operator delete[](void* memory) noexcept { release(memory); }
+void operator delete(void* memory, std::size_t) noexcept { release(memory); }
+void operator delete[](void* memory, std::size_t) noexcept { release(memory); }
+
+namespace {
+
+constexpr int kLe = 1200, kBe = 1201, kUtf32 = 12000, kUtf32Be = 12001, kUtf7 = 65000,
+              kUtf8 = 65001;
+
+struct Conversion {
+  int from, to;
+  std::string input, output;
+};
+
+void expectAll(std::initializer_list<Conversion> conversions, const std::string& treatment) {
+  for (const Conversion& c : conversions) {
+    SCOPED_TRACE(std::to_string(c.from) + " to " + std::to_string(c.to) + " of " + hex(c.input) +
+                 ", " + treatment);
+    const StreamResult result = stream(settingsFor(c.from, c.to, treatment), c.input);
+    EXPECT_EQ(result.status, StreamStatus::kGood);
+    EXPECT_EQ(hex(result.text), hex(c.output));
   }
 }
 
-TEST(Stream, TheLimitsOfItsBlocksDoNotShow) {
-  Random random(9);
-  for (const int from : kSources) {
-    const std::string text = randomBytes(random, from, 70000);
-    for (const int to : {65001, 50220}) {
-      SCOPED_TRACE(std::to_string(from) + " to " + std::to_string(to));
-      const StreamSettings settings = settingsFor(from, to, "hex");
-      const Result atOnce = stream(settings, text);
-      ASSERT_TRUE(atOnce == stream(settings, text, [&] { return 1 + random() % 300; }));
-      ASSERT_TRUE(atOnce == stream(settings, text, [&] { return 1 + random() % 80000; }));
-    }
+}  // namespace
+
+TEST(Stream, KeepsWhatEncConvertLoses) {
+  expectAll({{1252, kUtf8, "a\0b"s, "a\0b"s},
+             {kLe, kUtf8, "\0\0a\0"s, "\0a"s},
+             {1252, kUtf32, "\0a"s, "\0\0\0\0a\0\0\0"s},
+             {kBe, kLe, "\0a\x20\xAC"s, "a\0\xAC\x20"s},
+             {kLe, kBe, "a\0\xAC\x20"s, "\0a\x20\xAC"s},
+             {kBe, kUtf7, "\0a\x20\xAC"s, "a+IKw-"s},
+             {kUtf7, kLe, "a+IKw-"s, "a\0\xAC\x20"s},
+             {kUtf7, kBe, "a+IKw-"s, "\0a\x20\xAC"s},
+             {kUtf32Be, kUtf7, "\0\0\x20\xAC"s, "+IKw-"s},
+             {kUtf7, kUtf32, "+2D3eAA-"s, "\0\xF6\1\0"s},
+             {kLe, kUtf8, "\xFE\xFF\0a"s, "a"s},
+             {kBe, kUtf8, "\xFF\xFE"s + "a\0"s, "a"s},
+             {kBe, 1252, "\xFF\xFE"s + "a\0"s, "a"s},
+             {kLe, kBe, "\xFE\xFF\0a"s, "\0a"s},
+             {kLe, kLe, "\xFE\xFF\0a"s, "\xFF\xFE"s + "a\0"s},
+             {kBe, kBe, "\xFE\xFF\0a"s, "\xFE\xFF\0a"s},
+             {kUtf32, 1252, "\0\0\xFE\xFF\0\0\0a"s, "a"s},
+             {kUtf8, kUtf32,
+              "\xEF\xBB\xBF"
+              "a"s,
+              "a\0\0\0"s},
+             {kUtf8, kUtf8,
+              "\xEF\xBB\xBF"
+              "a"s,
+              "\xEF\xBB\xBF"
+              "a"s},
+             {950, kUtf8, "\x83\x4B\x01"s, "\xEE\xBF\xBD\x01"s},
+             {950, 936, "\x83\x4B\x03"s + "ab"s,
+              "!\x03"
+              "ab"s},
+             {1252, kUtf8, "%PDF-1.7 \xE9"s, "%PDF-1.7 \xC3\xA9"s},
+             // Only the beginning of a stream has a mark.
+             {kUtf8, kLe, "a\xEF\xBB\xBF"s, "a\0\xFF\xFE"s},
+             {kLe, kUtf8, "\xFF\xFE\xFF\xFE"s, "\xEF\xBB\xBF"s},
+             // Both halves of a pair in their three-byte forms are the pair.
+             {kUtf8, kLe, "\xED\xA0\xBD\xED\xB8\x80"s, "\x3D\xD8\x00\xDE"s}},
+            "substitute=!");
+}
+
+TEST(Stream, PassesPdfThroughWhenAsked) {
+  StreamSettings settings = settingsFor(1252, kUtf8);
+  settings.pdfPassthrough = true;
+  for (const auto& [input, output] : {std::pair{"%PDF-1.7 \xE9"s, "%PDF-1.7 \xE9"s},
+                                      {"%PDF-1"s, "%PDF-1"s},
+                                      {"%PDF-2 \xE9"s, "%PDF-2 \xC3\xA9"s}}) {
+    EXPECT_EQ(stream(settings, input).text, output);
+    EXPECT_EQ(stream(settings, input, [] { return 1; }).text, output);
   }
 }
 
-// Where EncConvert drops what it cannot convert, the stream drops the same.
-TEST(Stream, DropsWhatEncConvertDrops) {
-  Random random(8);
-  for (const int from : kSources) {
-    if (!findCodePageRow(from) || from == 20127) continue;
-    for (const int to : kTargets) {
-      if (to == 55000 || hasShifts(to)) continue;  // marks take the place of what has none
-      if (to == from) continue;                    // a copy, which only the stream looks at
-      for (int round = 0; round < 6; ++round) {
-        const std::string text = randomBytes(random, from, 1 + random() % 200);
-        SCOPED_TRACE(describe(from, to, text));
-        ASSERT_EQ(stream(settingsFor(from, to, "drop"), text).text, whole(from, to, text));
-      }
-    }
+TEST(Stream, WritesAMarkWhenAsked) {
+  for (const Conversion& c : {Conversion{1252, kLe, "a"s,
+                                         "\xFF\xFE"
+                                         "a\0"s},
+                              {1252, kUtf8, ""s, "\xEF\xBB\xBF"s},
+                              {kUtf8, kUtf8,
+                               "\xEF\xBB\xBF"
+                               "a"s,
+                               "\xEF\xBB\xBF"
+                               "a"s},
+                              {kLe, kUtf32Be,
+                               "\xFF\xFE"
+                               "a\0"s,
+                               "\0\0\xFE\xFF\0\0\0a"s},
+                              {kUtf8, 1252, "a"s, "a"s}}) {
+    StreamSettings settings = settingsFor(c.from, c.to);
+    settings.writeMark = true;
+    EXPECT_EQ(hex(stream(settings, c.input).text), hex(c.output));
   }
 }
 
-// Elsewhere what it drops might as well not have been there.
-TEST(Stream, DropsNothingButWhatItReports) {
-  Random random(8);
-  for (const int from : kSources) {
-    // Taking pieces out would change what the others mean.
-    if (hasShifts(from) || from == 10004) continue;
-    for (const int to : kTargets) {
-      for (int round = 0; round < 4; ++round) {
-        std::string text = randomBytes(random, from, 1 + random() % 200);
-        SCOPED_TRACE(describe(from, to, text));
-        Result dropped = stream(settingsFor(from, to, "drop"), text);
-        std::ranges::sort(dropped.errors, {}, &StreamError::offset);
-        for (auto place = dropped.errors.rbegin(); place != dropped.errors.rend(); ++place) {
-          text.erase(place->offset, place->length);
-        }
-        ASSERT_EQ(dropped.text, whole(from, to, text));
-      }
+TEST(Stream, WritesTreatmentsAsTextOfTheTarget) {
+  const std::string e = "\xC3\xA9", emoji = "\xF0\x9F\x98\x80";
+  expectAll({{kUtf8, 1251,
+              "a" + e + "b" + emoji +
+                  "\xFF"
+                  "c",
+              "a&#x00E9;b&#x1F600;&#xFF;c"},
+             {kUtf8, 37,
+              "\xFF"
+              "1",
+              "\x50\x7B\xA7\xC6\xC6\x5E\xF1"},
+             {10021, kLe, "\xFC", "&\0#\0x\0F\0C\0;\0"s},
+             {kUtf8, 50220, "\xE6\x97\xA5\xFF\xE6\x97\xA5", "\x1B$BF|\x1B(B&#xFF;\x1B$BF|\x1B(B"},
+             {50220, kUtf8, "\x1B$BF|\x1B$(D\"/\x1B(B.", "\xE6\x97\xA5&#x222F;."},
+             {kUtf8, kCodePageHz, "\xE6\x97\xA5" + emoji, "~{HU~}&#x1F600;"},
+             {kUtf8, 55000, "~\xC3\xB1" + emoji, "\x1B\x3D\x7D&#x1F600;"},
+             {kLe, kUtf8,
+              "\x3D\xD8"
+              "a\0\x00\xDE"s,
+              "&#xD83D;a&#xDE00;"},
+             {932, 932, "\x93\xFA\xFF\x85\x40", "\x93\xFA\xFF&#x85;@"},
+             {kUtf7, kUtf8, "a+IK-b", "a&#x494B;b"},
+             {20127, 1252, "a\xE9", "a&#xE9;"}},
+            "hex");
+  expectAll({{kUtf8, 1252, "a\xFF\xD0\x96", "a??"},
+             {kUtf8, kUtf8,
+              "a\xFF"
+              "b",
+              "a\xEF\xBF\xBD"
+              "b"},
+             {kUtf32, kUtf8, "\0\0\x11\0a\0\0\0"s,
+              "\xEF\xBF\xBD"
+              "a"},
+             {kUtf8, 37, "\xFF", "\x6F"},
+             {kUtf8, 55000, "a\xE6\x97\xA5", "a?"},
+             {949, 50225, "\xB0\xA1\x81\x41",
+              "\x1B$)C\x0E"
+              "0!\x0F?"}},
+            "substitute");
+  expectAll({{kUtf8, 1252, "\xFF", "<\x80>"}, {kUtf8, kLe, "\xFF", "<\0\xAC\x20>\0"s}},
+            "substitute=<\xE2\x82\xAC>");
+  expectAll({{kUtf8, 50220, "\xE6\x97\xA5\xFF", "\x1B$BF|\x1B(B\x01\xFF"},
+             {kUtf8, kUtf7,
+              "\xE2\x82\xAC\xFF"
+              "a",
+              "+IKw-\x01\xFF"
+              "a"}},
+            "substitute=0x01fF");
+  expectAll({{kUtf8, 20127,
+              "a" + e +
+                  "b\xE9"
+                  "c",
+              "a\xE9"
+              "b?c"},
+             {kUtf8, kUtf8,
+              "a\xE9"
+              "c",
+              "a" + e + "c"},
+             {kUtf8, 20127, emoji, "?"}},
+            "alternate=1252");
+  expectAll(
+      {{kUtf8, 20127, "a" + e + "\xFF", "a" + e + "\xFF"}, {50220, 1252, "\x1B$BF|\x1B(B.", "F|."}},
+      "raw");
+}
+
+TEST(Stream, ReportsWhatItCouldNotConvert) {
+  const std::string text = "one\ntwo \xC3\xA9 \xF0\x9F\x98\x80\r\n\xE6\x97 x\n\xED\xA0\x80";
+  for (const unsigned int size : {1u, 4u, 100u}) {
+    const StreamResult result = stream(settingsFor(kUtf8, 932, "drop"), text, [=] { return size; });
+    EXPECT_EQ(result.text, "one\ntwo  \r\n x\n");
+    ASSERT_EQ(result.errors.size(), 4u);
+    const struct {
+      std::uint64_t offset, line;
+      std::uint32_t length;
+      std::int32_t codePoint;
+      StreamErrorKind kind;
+    } expected[] = {{8, 2, 2, 0xE9, StreamErrorKind::kNoPlace},
+                    {11, 2, 4, 0x1F600, StreamErrorKind::kNoPlace},
+                    {17, 3, 2, -1, StreamErrorKind::kMalformed},
+                    {22, 4, 3, 0xD800, StreamErrorKind::kMalformed}};
+    for (std::size_t i = 0; i < 4; ++i) {
+      const StreamError& error = result.errors[i];
+      EXPECT_EQ(error.offset, expected[i].offset);
+      EXPECT_EQ(error.line, expected[i].line);
+      EXPECT_EQ(error.length, expected[i].length);
+      EXPECT_EQ(error.codePoint, expected[i].codePoint);
+      EXPECT_EQ(error.kind, expected[i].kind);
+      EXPECT_EQ(std::string(reinterpret_cast<const char*>(error.bytes), error.byteCount),
+                text.substr(error.offset, error.length));
     }
   }
+  // Where the text passed through another form before the place was found to be bad.
+  for (const auto& [from, to, input, offset] : {std::tuple{50220, 1252, "a\x1B$B$\"F|\x1B(B"s, 4u},
+                                                {932, 50220, "\x93\xFA\xF0\x40"s, 2u},
+                                                {10004, 1256, "a\xC0\xA1\xA1"s, 1u},
+                                                {kUtf7, 1252, "a+BB8BBA-"s, 2u},
+                                                {kCodePageHz, 1252, "~{<:~}"s, 2u}}) {
+    const StreamResult stopped = stream(settingsFor(from, to), input);
+    EXPECT_EQ(stopped.status, StreamStatus::kStopped);
+    ASSERT_EQ(stopped.errors.size(), 1u) << from;
+    EXPECT_EQ(stopped.errors[0].offset, offset) << from;
+  }
+}
+
+TEST(Stream, StopsBeforeTheFirstBadPiece) {
+  StreamConverter converter;
+  DataBuffer out;
+  EXPECT_EQ(converter.push(bytesOf("a"), 1, out), StreamStatus::kMisuse);
+  ASSERT_EQ(converter.begin(settingsFor(kUtf8, 50220)), StreamStatus::kGood);
+  EXPECT_EQ(converter.push(bytesOf("\xE6\x97\xA5"
+                                   "b\xFF"
+                                   "c"),
+                           6, out),
+            StreamStatus::kStopped);
+  EXPECT_EQ(textOf(out), "\x1B$BF|\x1B(Bb");
+  EXPECT_EQ(converter.firstError().offset, 4u);
+  EXPECT_EQ(converter.push(bytesOf("d"), 1, out), StreamStatus::kStopped);
+  EXPECT_EQ(converter.finish(out), StreamStatus::kStopped);
+  EXPECT_EQ(out.getSize(), 9u);
+
+  ASSERT_EQ(converter.begin(settingsFor(932, kUtf8)), StreamStatus::kGood);
+  EXPECT_EQ(converter.errorCount(), 0u);
+  EXPECT_EQ(converter.push(bytesOf("\x93"), 1, out), StreamStatus::kGood);
+  EXPECT_EQ(converter.finish(out), StreamStatus::kStopped);  // half a character at the end
+  EXPECT_EQ(converter.begin(settingsFor(1252, kUtf8)), StreamStatus::kGood);
+  EXPECT_EQ(converter.finish(out), StreamStatus::kGood);
+  EXPECT_EQ(converter.finish(out), StreamStatus::kMisuse);
+}
+
+TEST(Stream, RefusesWhatItCannotServeBeforeAnythingIsWritten) {
+  const struct {
+    int from, to;
+    const char* treatment;
+    StreamStatus status;
+  } cases[] = {{99, 1252, "drop", StreamStatus::kNoDecoder},
+               {28600, 1252, "drop", StreamStatus::kNoDecoder},
+               {1252, 20936, "drop", StreamStatus::kNoEncoder},
+               {1252, -1, "drop", StreamStatus::kNoEncoder},
+               {kUtf8, 1252, "substitute=\xD0\x96", StreamStatus::kBadSubstitute},
+               {kUtf8, 1252, "substitute=\xFF", StreamStatus::kBadSubstitute},
+               {kUtf8, 1251, "substitute=\xD0\x96", StreamStatus::kGood},
+               {1252, 0, "drop", StreamStatus::kGood},
+               {0, 0, "drop", StreamStatus::kGood},  // a plain copy
+               {99, 99, "drop", StreamStatus::kGood},
+               {37, 37, "drop", StreamStatus::kGood}};
+  for (const auto& c : cases) {
+    EXPECT_EQ(stream(settingsFor(c.from, c.to, c.treatment), "").status, c.status)
+        << c.from << " to " << c.to;
+  }
+  StreamSettings settings = settingsFor(1252, kUtf8, "alternate=1253");
+  settings.alternate = 28600;
+  EXPECT_EQ(stream(settings, "a").status, StreamStatus::kNoAlternate);
+  for (const char* text : {"", "Stop", "alternate", "alternate=", "alternate=nothing", "hex="}) {
+    EXPECT_FALSE(parseStreamTreatment(text, settings)) << text;
+  }
+}
+
+TEST(Stream, CutsMacArabicRunsOnlyBeyondOneMebibyte) {
+  constexpr std::size_t kLimit = 1 << 20;
+  std::string text(kLimit + 70000, '\xC0');
+  for (std::size_t i = 0; i < text.size(); ++i) text[i] = static_cast<char>(0xA1 + i % 3);
+  const std::string shorter = text.substr(0, kLimit - 1) + "x";
+  const StreamSettings settings = settingsFor(10004, kUtf8);
+  EXPECT_TRUE(stream(settings, shorter, [] { return 5000; }).text ==
+              convert(10004, kUtf8, shorter).out);
+  const std::string cut = convert(10004, kUtf8, text.substr(0, kLimit)).out +
+                          convert(10004, kUtf8, text.substr(kLimit)).out;
+  EXPECT_TRUE(stream(settings, text).text == cut);
+  EXPECT_TRUE(stream(settings, text, [] { return 777; }).text == cut);
+}
+
+TEST(Stream, KeepsLittleWhateverTheInput) {
+  const struct {
+    int from, to;
+    std::string unit;                     // repeated
+  } cases[] = {{10004, 1256, "\xC0"},     // a run without end, of characters without a place
+               {kUtf8, 1252, "\xFF"},     // nothing but errors
+               {kUtf8, 50220, "\x1B"},    // what cannot be told until the end
+               {kLe, 50225, "\x3D\xD8"},  // never the other half
+               {kUtf7, kUtf8, "+2D0A"},   // pairs that do not come about
+               {50220, 1252, "\x1B$B"},   // turns without text
+               {kCodePageHz, kUtf8, "~\n"}};
+  for (const auto& c : cases) {
+    std::string piece;
+    while (piece.size() < 2u << 20) piece += c.unit;
+    convert(c.from, c.to, c.unit);  // the tables are the process's
+    StreamConverter converter;
+    DataBuffer out;
+    const std::size_t before = g_allocated;
+    g_mostAllocated = before;
+    StreamSettings settings = settingsFor(c.from, c.to, "hex");
+    struct : StreamDrain {
+      bool onStreamOutput(DataBuffer& buffer) override {
+        buffer.clear();
+        return true;
+      }
+    } drain;
+    settings.drain = &drain;
+    ASSERT_EQ(converter.begin(settings), StreamStatus::kGood);
+    ASSERT_EQ(converter.push(bytesOf(piece), piece.size(), out), StreamStatus::kGood);
+    EXPECT_EQ(converter.finish(out), StreamStatus::kGood);
+    EXPECT_LT(g_mostAllocated - before, 8u << 20) << c.from << " to " << c.to;
+    RecordProperty(std::to_string(c.from), std::to_string(g_mostAllocated - before));
+  }
+}
+
+TEST(Stream, KnowsHzByName) {
+  for (const char* name : {"hz-gb-2312", "HZ", "hz_gb_2312", "1052936"}) {
+    EXPECT_EQ(streamCodePage(name), kCodePageHz) << name;
+  }
+  EXPECT_EQ(streamCodePage("shift_jis"), 932);
+  EXPECT_EQ(streamCodePage("hz-gb-2313"), 0);
+  EXPECT_EQ(streamCodePage(""), 0);
+  // The example of RFC 1843, with a line that goes on.
+  expectAll({{kCodePageHz, kUtf8, "~{<:Ky2;S{#,NpJ)l6HK!#~}Bye~~.~\n!",
+              "\xE5\xB7\xB1\xE6\x89\x80\xE4\xB8\x8D\xE6\xAC\xB2\xEF\xBC\x8C\xE5\x8B\xBF\xE6\x96\xBD"
+              "\xE6\x96\xBC\xE4\xBA\xBA\xE3\x80\x82"
+              "Bye~.!"},
+             {936, kCodePageHz, "\xBC\xBA~\n", "~{<:~}~~\n"},
+             {kCodePageHz, 936, "~{<:~}~~", "\xBC\xBA~"}},
+            "stop");
 }

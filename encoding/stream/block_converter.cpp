@@ -17,6 +17,7 @@ StreamStatus BlockConverter::prepare(const StreamSettings& settings) {
   m_stops = settings.treatment == StreamTreatment::kStop;
   m_drops = settings.treatment == StreamTreatment::kDrop;
   m_errorHandler = settings.errorHandler;
+  m_drain = settings.drain;
   return m_treatment.prepare(settings);
 }
 
@@ -53,6 +54,10 @@ bool BlockConverter::takeBlock(const unsigned char* data, std::uint32_t length, 
     writeBlock(m_block.units.data(), m_block.units.size(), out);
   }
   lineOf(m_block.units.size());
+  if (m_drain != nullptr && out.getSize() >= StreamDrain::kDrainSize && !out.hasFailed() &&
+      !m_drain->onStreamOutput(out) && m_status == StreamStatus::kGood) {
+    m_status = StreamStatus::kDrainFailed;
+  }
   return used != 0 || !m_block.units.isEmpty() || !m_block.bad.isEmpty();
 }
 

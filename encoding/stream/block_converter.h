@@ -79,6 +79,7 @@ class BlockConverter {
   bool m_stops = true;
   bool m_drops = false;
   StreamErrorHandler* m_errorHandler = nullptr;
+  StreamDrain* m_drain = nullptr;
 
   StreamStatus m_status = StreamStatus::kGood;
   std::uint64_t m_errorCount = 0;

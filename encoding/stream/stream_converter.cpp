@@ -110,6 +110,7 @@ class StreamConverter::Core {
   bool begin(std::string_view head, DataBuffer& out);
   bool isUndecided(std::string_view head, bool last) const;
   StreamStatus feed(const unsigned char* data, std::size_t length, bool last, DataBuffer& out);
+  StreamStatus copy(const unsigned char* data, std::size_t length, DataBuffer& out);
   std::size_t feedWaiting(const unsigned char* data, std::size_t length, bool last,
                           DataBuffer& out);
   void keep(const unsigned char* data, std::size_t length);
@@ -214,9 +215,7 @@ StreamStatus StreamConverter::Core::feed(const unsigned char* data, std::size_t 
   if (m_isPdf || m_isOpaque) {
     out.append(m_waiting);
     m_waiting.clear();
-    if (length > 0xFFFFFFFFu) return StreamStatus::kNoMemory;  // more than out can hold
-    out.append(data, static_cast<unsigned int>(length));
-    return out.hasFailed() ? StreamStatus::kNoMemory : StreamStatus::kGood;
+    return copy(data, length, out);
   }
   std::size_t done = 0;
   while (m_blocks->status() == StreamStatus::kGood) {
@@ -234,6 +233,19 @@ StreamStatus StreamConverter::Core::feed(const unsigned char* data, std::size_t 
   if (last && m_blocks->status() == StreamStatus::kGood) m_blocks->finish(out);
   if (m_waiting.hasFailed() || out.hasFailed()) return StreamStatus::kNoMemory;
   return m_blocks->status();
+}
+
+StreamStatus StreamConverter::Core::copy(const unsigned char* data, std::size_t length,
+                                         DataBuffer& out) {
+  while (length != 0) {
+    const std::size_t part = std::min<std::size_t>(length, StreamDrain::kDrainSize);
+    if (!out.append(data, static_cast<unsigned int>(part))) return StreamStatus::kNoMemory;
+    const bool isFull = m_settings.drain != nullptr && out.getSize() >= StreamDrain::kDrainSize;
+    if (isFull && !m_settings.drain->onStreamOutput(out)) return StreamStatus::kDrainFailed;
+    data += part;
+    length -= part;
+  }
+  return StreamStatus::kGood;
 }
 
 // Goes on with what waits and as little of the new data as that needs; returns how much of the

@@ -56,6 +56,19 @@ class StreamErrorHandler {
   virtual void onStreamError(const StreamError& error) = 0;
 };
 
+// Takes the output while a call is still converting, so that a large piece needs no more memory
+// than a small one.
+class StreamDrain {
+ public:
+  virtual ~StreamDrain() = default;
+  // Is called with the buffer that push() or finish() was given whenever it holds kDrainSize bytes
+  // or more, about; to write them somewhere and clear it. Must not use the stream. False ends the
+  // stream with StreamStatus::kDrainFailed.
+  virtual bool onStreamOutput(DataBuffer& out) = 0;
+
+  static constexpr unsigned int kDrainSize = 64 * 1024;
+};
+
 struct StreamSettings {
   int from = 0;  // code page of the source; 0 means the target's
   int to = 0;    // code page of the target; 0 means the source's
@@ -69,6 +82,7 @@ struct StreamSettings {
   bool writeMark = false;       // begin the output with the byte order mark of a Unicode target
   bool pdfPassthrough = false;  // copy a stream of 7 bytes or more that begins "%PDF-1"
   StreamErrorHandler* errorHandler = nullptr;  // not owned
+  StreamDrain* drain = nullptr;                // not owned; without one, output gathers
 };
 
 // Reads "stop", "drop", "substitute", "substitute=TEXT", "substitute=0xHH...", "hex",
@@ -83,6 +97,7 @@ enum class StreamStatus : unsigned char {
   kNoEncoder,      // the target code page cannot be written
   kNoAlternate,    // the alternate code page can be neither read nor written
   kBadSubstitute,  // the substitute is not UTF-8, or the target cannot hold it
+  kDrainFailed,
   kNoMemory,
   kMisuse,  // push() or finish() without begin(), or after the end
 };
@@ -101,8 +116,8 @@ enum class StreamStatus : unsigned char {
 //   }
 //   stream.finish(out);
 //
-// Keeps less than 8 MiB, whatever the stream; out is the caller's to empty. One thread uses an
-// object at a time; separate objects may run on separate threads. Nothing throws.
+// Keeps less than 8 MiB, whatever the stream; out is the caller's to empty, or a StreamDrain's. One
+// thread uses an object at a time; separate objects may run on separate threads. Nothing throws.
 class StreamConverter {
  public:
   StreamConverter();

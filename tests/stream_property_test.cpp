@@ -1,0 +1,198 @@
+// Tests of what holds for every stream: against other cuts, and against whole conversions.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <random>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "encoding/tables/code_pages.h"
+#include "support/hz.h"
+#include "tests/stream_support.h"
+
+using namespace std::string_literals;
+
+namespace {
+
+// One EncConvert of everything; HZ, which that does not know, by its codec and 936.
+std::string whole(int from, int to, const std::string& text) {
+  DataBuffer out;
+  const auto length = static_cast<unsigned int>(text.size());
+  if (from == kCodePageHz) {
+    Hz::hzToGbk(bytesOf(text), length, out);
+    return whole(936, to, textOf(out));
+  }
+  // What EncConvert cannot do at all goes by UTF-8.
+  const bool failsThere =
+      from != to && (from == 1201 || from == 65000) && (to == 1200 || to == 1201 || to == 65000);
+  if (failsThere) return whole(65001, to, whole(from, 65001, text));
+  if (to != kCodePageHz) return convert(from, to, text).out;
+  const std::string gbk = whole(from, 936, text);
+  Hz::gbkToHz(bytesOf(gbk), static_cast<unsigned int>(gbk.size()), out);
+  return textOf(out);
+}
+
+// Every family of sources, and several of the table-driven ones.
+constexpr int kSources[] = {65001, 1200,  1201,  12000, 12001, 65005, 65006,      65000,
+                            55000, 20127, 1252,  1258,  37,    28596, 10004,      437,
+                            874,   932,   936,   949,   950,   1361,  10001,      51932,
+                            51936, 51949, 52936, 50220, 50221, 50225, kCodePageHz};
+constexpr int kTargets[] = {65001, 1200, 1201, 12000, 65000, 55000, 20127, 1252,  1258,
+                            1256,  37,   932,  949,   950,   50220, 50222, 50225, kCodePageHz};
+
+bool hasShifts(int page) {
+  return page == 65000 || (page >= 50220 && page <= 50225) || page == kCodePageHz;
+}
+
+using Random = std::minstd_rand0;  // 31 bits
+
+std::string randomBytes(Random& source, int page, std::size_t size) {
+  const auto random = [&] { return static_cast<unsigned int>(source() >> 4); };
+  std::string text = whole(65001, page, "T");
+  const bool wide = page == 1200 || page == 1201;
+  const bool wider = page == 12000 || page == 12001 || page == 65005 || page == 65006;
+  while (text.size() < size) {
+    const unsigned int kind = random() % 8;
+    if (wide || wider) {
+      unsigned int value = random() % 3 == 0 ? 0x41 : 1 + random() % 0x3100;
+      if (kind == 0) value = 0xD7C0 + random() % 0x900;
+      if (kind == 1 && wider) value = 1 + random() % 0x120000;
+      value |= 1;  // never U+0000, however the bytes are paired
+      const int bytes = wide ? 2 : 4;
+      const bool big = page == 1201 || page == 12001 || page == 65006;
+      for (int i = 0; i < bytes; ++i) {
+        text.push_back(static_cast<char>(value >> (8 * (big ? bytes - 1 - i : i))));
+      }
+      if (random() % 64 == 0) text.push_back('\1');
+    } else if (kind < 2) {
+      text.push_back(static_cast<char>(1 + random() % 0xFF));
+    } else if (kind < 5) {
+      text.push_back(static_cast<char>(0x20 + random() % 0x60));
+    } else if (kind == 5) {
+      static const std::string kBits[] = {"\x1B$B"s,
+                                          "\x1B(B"s,
+                                          "\x1B(I"s,
+                                          "\x0E"s,
+                                          "\x0F"s,
+                                          "~{"s,
+                                          "~}"s,
+                                          "+"s,
+                                          "-"s,
+                                          "\n"s,
+                                          "\x1B$)C"s,
+                                          "\xED\xA0\x80"s,
+                                          "\xED\xB0\x80"s,
+                                          "\xF0\x9F\x98\x80"s,
+                                          "\x1B"s,
+                                          "~"s};
+      text += kBits[random() % std::size(kBits)];
+    } else {
+      text.push_back(static_cast<char>(0x80 + random() % 0x80));
+      text.push_back(static_cast<char>(0x80 + random() % 0x80));
+      if (kind == 7) text.push_back(static_cast<char>(0x80 + random() % 0x80));
+    }
+  }
+  return text;
+}
+
+std::string describe(int from, int to, const std::string& text) {
+  std::ostringstream line;
+  line << from << " to " << to << " of " << ::testing::PrintToString(text) << " ";
+  return line.str();
+}
+
+const std::string kTreatments[] = {
+    "stop", "drop",           "substitute", "substitute=[?]", "substitute=0x3F21",
+    "hex",  "alternate=1252", "raw"};
+
+}  // namespace
+
+TEST(Stream, OutputAndReportsDoNotDependOnTheCuts) {
+  Random random(7);
+  for (const int from : kSources) {
+    for (const int to : kTargets) {
+      for (int round = 0; round < 2; ++round) {
+        const std::string text = randomBytes(random, from, 1 + random() % 120);
+        for (const std::string& treatment : kTreatments) {
+          SCOPED_TRACE(describe(from, to, text) + treatment);
+          const StreamSettings settings = settingsFor(from, to, treatment);
+          const StreamResult atOnce = stream(settings, text);
+          ASSERT_EQ(atOnce, stream(settings, text, [] { return 1; }));
+          ASSERT_EQ(atOnce, stream(settings, text, [&] { return 1 + random() % 9; }));
+        }
+      }
+    }
+  }
+}
+
+TEST(Stream, TheLimitsOfItsBlocksDoNotShow) {
+  Random random(9);
+  for (const int from : kSources) {
+    const std::string text = randomBytes(random, from, 70000);
+    for (const int to : {65001, 50220}) {
+      SCOPED_TRACE(std::to_string(from) + " to " + std::to_string(to));
+      const StreamSettings settings = settingsFor(from, to, "hex");
+      const StreamResult atOnce = stream(settings, text);
+      ASSERT_TRUE(atOnce == stream(settings, text, [&] { return 1 + random() % 300; }));
+      ASSERT_TRUE(atOnce == stream(settings, text, [&] { return 1 + random() % 80000; }));
+    }
+  }
+}
+
+// Text that is clean in every source comes out as from EncConvert; with shifts, as the same text.
+TEST(Stream, ConvertsCleanTextAsEncConvertDoes) {
+  Random random(10);
+  for (const int from : kSources) {
+    for (const int to : kTargets) {
+      const std::string text =
+          stream(settingsFor(1200, from, "drop"), randomBytes(random, 1200, 300)).text;
+      SCOPED_TRACE(describe(from, to, text));
+      const StreamResult result =
+          stream(settingsFor(from, to, "drop"), text, [&] { return 1 + random() % 40; });
+      if (!hasShifts(to) && to != 55000) {
+        ASSERT_EQ(result.text, whole(from, to, text));
+      } else if (result.errors.empty()) {  // else marks take the place of what is dropped here
+        ASSERT_EQ(whole(to, 65001, result.text), whole(to, 65001, whole(from, to, text)));
+      }
+    }
+  }
+}
+
+// Where EncConvert drops what it cannot convert, the stream drops the same.
+TEST(Stream, DropsWhatEncConvertDrops) {
+  Random random(8);
+  for (const int from : kSources) {
+    if (!findCodePageRow(from) || from == 20127) continue;
+    for (const int to : kTargets) {
+      if (to == 55000 || hasShifts(to)) continue;  // marks take the place of what has none
+      if (to == from) continue;                    // a copy, which only the stream looks at
+      for (int round = 0; round < 6; ++round) {
+        const std::string text = randomBytes(random, from, 1 + random() % 200);
+        SCOPED_TRACE(describe(from, to, text));
+        ASSERT_EQ(stream(settingsFor(from, to, "drop"), text).text, whole(from, to, text));
+      }
+    }
+  }
+}
+
+// Elsewhere what it drops might as well not have been there.
+TEST(Stream, DropsNothingButWhatItReports) {
+  Random random(8);
+  for (const int from : kSources) {
+    // Taking pieces out would change what the others mean.
+    if (hasShifts(from) || from == 10004) continue;
+    for (const int to : kTargets) {
+      for (int round = 0; round < 4; ++round) {
+        std::string text = randomBytes(random, from, 1 + random() % 200);
+        SCOPED_TRACE(describe(from, to, text));
+        StreamResult dropped = stream(settingsFor(from, to, "drop"), text);
+        std::ranges::sort(dropped.errors, {}, &StreamError::offset);
+        for (auto place = dropped.errors.rbegin(); place != dropped.errors.rend(); ++place) {
+          text.erase(place->offset, place->length);
+        }
+        ASSERT_EQ(dropped.text, whole(from, to, text));
+      }
+    }
+  }
+}

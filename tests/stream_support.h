@@ -1,0 +1,69 @@
+// Running a stream in tests.
+#ifndef TESTS_STREAM_SUPPORT_H_
+#define TESTS_STREAM_SUPPORT_H_
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "encoding/stream/stream_converter.h"
+#include "tests/test_support.h"
+
+struct StreamResult {
+  StreamStatus status = StreamStatus::kGood;
+  std::string text;
+  std::vector<StreamError> errors;
+
+  bool operator==(const StreamResult&) const = default;
+};
+inline std::ostream& operator<<(std::ostream& stream, const StreamResult& r) {
+  stream << "status " << static_cast<int>(r.status) << " " << ::testing::PrintToString(r.text);
+  for (const StreamError& e : r.errors) {
+    stream << " " << e.offset << "+" << e.length << " line " << e.line
+           << (e.kind == StreamErrorKind::kMalformed ? " malformed" : " U+") << e.codePoint;
+  }
+  return stream;
+}
+
+class ErrorList : public StreamErrorHandler {
+ public:
+  explicit ErrorList(std::vector<StreamError>& errors) : m_errors(errors) {}
+  void onStreamError(const StreamError& error) override { m_errors.push_back(error); }
+
+ private:
+  std::vector<StreamError>& m_errors;
+};
+
+// Streams a text in pieces whose sizes nextSize() gives.
+template <typename NextSize>
+StreamResult stream(StreamSettings settings, const std::string& text, NextSize nextSize) {
+  StreamResult result;
+  ErrorList errors(result.errors);
+  settings.errorHandler = &errors;
+  StreamConverter converter;
+  DataBuffer out;
+  result.status = converter.begin(settings);
+  for (std::size_t done = 0; done < text.size() && result.status == StreamStatus::kGood;) {
+    const std::size_t size = std::min<std::size_t>(nextSize(), text.size() - done);
+    const std::string piece = text.substr(done, size);  // so that a sanitizer sees its end
+    result.status = converter.push(bytesOf(piece), size, out);
+    done += size;
+  }
+  if (result.status == StreamStatus::kGood) result.status = converter.finish(out);
+  EXPECT_EQ(converter.errorCount(), result.errors.size());
+  result.text = textOf(out);
+  return result;
+}
+inline StreamResult stream(const StreamSettings& settings, const std::string& text) {
+  return stream(settings, text, [&] { return text.size(); });
+}
+
+inline StreamSettings settingsFor(int from, int to, const std::string& treatment = "stop") {
+  StreamSettings settings;
+  settings.from = from;
+  settings.to = to;
+  EXPECT_TRUE(parseStreamTreatment(treatment, settings)) << treatment;
+  return settings;
+}
+
+#endif  // TESTS_STREAM_SUPPORT_H_
