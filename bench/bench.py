@@ -139,7 +139,7 @@ def main():
     print((options.out / "results.md").read_text())
     if options.publish:
         published = HERE / "results.json"
-        old = json.loads(published.read_text()) if published.exists() else []
+        old = json.loads(published.read_text()) if options.filter else []
         report.publish(old, results, HERE.parent)
 
 
