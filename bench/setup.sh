@@ -5,7 +5,7 @@ set -eu
 "$(dirname "$0")/../scripts/setup.sh" build
 as_root=""
 [ "$(id -u)" -eq 0 ] || as_root=sudo
-packages="libicu-dev librust-encoding-rs-dev python3 valgrind"
+packages="icu-devtools libicu-dev librust-encoding-rs-dev python3 valgrind"
 command -v cargo >/dev/null || packages="$packages cargo"
 # Word splitting is meant: one argument a package.
 # shellcheck disable=SC2086
