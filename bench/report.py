@@ -80,6 +80,9 @@ def markdown(results):
     lines = [f"{sum(map(is_met, judged))} of {len(judged)} rows meet their goals. Speeds are input "
              "MB/s; × is the speed over the best peer's (or over the first column's, where there are "
              "two)."]
+    absent = [peer for peer in PEERS if not any(peer in r["results"] for r in results)]
+    if absent:
+        lines += ["", f"Not measured here: {', '.join(absent)}."]
     for group, title in TITLES.items():
         of_group = [r for r in results if r["group"] == group]
         if of_group:
