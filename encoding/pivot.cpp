@@ -155,13 +155,8 @@ Normalised normaliseSource(Conversion& c, DataBuffer& scratch) {
   return scratch.hasFailed() ? Normalised::kFailed : Normalised::kReady;
 }
 
-// Both legs, for a source that a table decodes.
-bool pivotThroughTables(Conversion& c) {
-  c.info("Converting by using utf-16 as a pivot table...");
-  c.setPivotFlags(true, false);
-  ScratchBuffer utf16(c.out);
-  if (!makeRoom(utf16, doubled(c.length) + 4)) return false;
-  if (!c.converter.convertToUnicodeHC(c.from, c.data, c.length, utf16, c.log)) return false;
+// The second leg, out of what the first one wrote.
+bool encodePivot(const Conversion& c, const DataBuffer& utf16) {
   if (utf16.hasFailed()) return false;
   c.setPivotFlags(false, true);
   if (!makeRoom(c.out, halved(utf16.getSize()))) return false;
@@ -169,6 +164,16 @@ bool pivotThroughTables(Conversion& c) {
       c.converter.convertFromUnicodeHC(c.to, utf16.getData2(), utf16.getSize(), c.out, c.log);
   c.setPivotFlags(false, false);
   return ok;
+}
+
+// Both legs, for a source that a table decodes.
+bool pivotThroughTables(Conversion& c) {
+  c.info("Converting by using utf-16 as a pivot table...");
+  c.setPivotFlags(true, false);
+  ScratchBuffer utf16(c.out);
+  if (!makeRoom(utf16, doubled(c.length) + 4)) return false;
+  if (!c.converter.convertToUnicodeHC(c.from, c.data, c.length, utf16, c.log)) return false;
+  return encodePivot(c, utf16);
 }
 
 bool pivotToUtf8(Conversion& c) {
@@ -198,13 +203,7 @@ bool pivotFromUtf8(Conversion& c) {
   if (!makeRoom(utf16, doubled(c.length) + 4)) return false;
   c.setPivotFlags(true, false);
   c.converter.cv_utf8_to_utf16(c.data, c.length, utf16, c.log);
-  if (utf16.hasFailed()) return false;
-  c.setPivotFlags(false, true);
-  if (!makeRoom(c.out, halved(utf16.getSize()))) return false;
-  const bool ok =
-      c.converter.convertFromUnicodeHC(c.to, utf16.getData2(), utf16.getSize(), c.out, c.log);
-  c.setPivotFlags(false, false);
-  return ok;
+  return encodePivot(c, utf16);
 }
 
 bool convertFromUtf16(Conversion& c) {
