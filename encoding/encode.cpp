@@ -104,7 +104,7 @@ bool EncodingConvert::convertFromUnicodeHC2(HashConvert* table, const unsigned c
       continue;
     }
     i += 2;
-    const unsigned int unit = p[0] | (p[1] << 8);
+    const unsigned int unit = zvLoadHostUnit(p, false);
     if (isLowerAscii && unit < 0x80) {
       staged.put(p[0]);
       continue;

@@ -105,3 +105,28 @@ for number, charset in enumerate([
         "ebcdic", "-", "0", "csISOLatin1", "iso-8859-8-i", "99999999999"
 ]):
     write("names", f"name-{number}", charset.encode())
+
+
+def stream(name, source, to, treatment, alternate, flags, step, substitute, text):
+    settings = [page(source), page(to), treatment, page(alternate), flags, step, len(substitute)]
+    write("stream", name, bytes(settings) + substitute + text)
+
+
+stream("utf8-932", 65001, 932, 2, 0, 16, 2, b"?", MIXED.encode())
+stream("932-utf8", 932, 65001, 3, 0, 0, 0, b"", "日本語 ascii".encode("cp932") + b"\xff\x81")
+stream("50220-50225", 50220, 50225, 1, 0, 0, 1, b"", "日本語 mail".encode("iso-2022-jp"))
+stream("hz-65000", 0, 65000, 5, 0, 1, 2, b"", "汉字 ~ text".encode("hz"))
+stream("1252-hz", 936, 0, 4, 1252, 2, 3, b"", "中文".encode("gbk") + b"\xfe")
+stream("12000-1201", 12000, 1201, 2, 0, 4, 4, b"", MIXED.encode("utf-32"))
+stream("65000-10004", 65000, 10004, 3, 0, 0, 5, b"", "Hi ١٢٣ مرحبا".encode("utf-7"))
+stream("10004-1256", 10004, 1256, 3, 0, 0, 0, b"", b"\xc7\xb1\xb2\xc8 \xa1\xa2")
+stream("55000-37", 55000, 37, 2, 0, 48, 1, b"ab", b"\x00\x1b\x65abc\x1b\x80")
+stream("pdf", 1252, 65001, 0, 0, 8, 2, b"", b"%PDF-1.4 \xe9")
+
+for number, line in enumerate([
+        "-f 1252 -t utf-8 a.txt", "--from=auto --to=shift_jis --on-error=substitute=0x3F -",
+        "--list greek --json", "--chart 932 --html out.html", "--detect a b c", "--help errors",
+        "-f 37 -t 1252 --record-length 80 --trim --ebcdic-newline nl --in-place=.bak x",
+        "-f utf-16 -t 1201 --bom --strict -q -v --output-dir d -j 4 a b", "--version"
+]):
+    write("options", f"line-{number}", b"\x50" + line.replace(" ", "\n").encode())

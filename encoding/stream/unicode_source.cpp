@@ -3,6 +3,7 @@
 
 #include "encoding/special_code_pages.h"
 #include "encoding/stream/source.h"
+#include "support/zv_base.h"
 
 namespace {
 
@@ -86,7 +87,7 @@ class Utf16Source final : public SteppingSource {
  private:
   std::uint32_t unitAt(const unsigned char* data, std::uint32_t index) const {
     const unsigned char* p = data + index * 2;
-    return m_bigEndian ? (p[0] << 8u) | p[1] : p[0] | (p[1] << 8u);
+    return zvLoadHostUnit(p, m_bigEndian);
   }
 
   static void takeOutLoneSurrogates(std::uint32_t count, SourceBlock& block) {
@@ -148,8 +149,9 @@ class Utf32Source final : public SteppingSource {
 
  private:
   std::uint32_t valueAt(const unsigned char* p) const {
-    return m_bigEndian ? (std::uint32_t{p[0]} << 24) | (p[1] << 16) | (p[2] << 8) | p[3]
-                       : (std::uint32_t{p[3]} << 24) | (p[2] << 16) | (p[1] << 8) | p[0];
+    const std::uint32_t first = zvLoadHostUnit(p, m_bigEndian);
+    const std::uint32_t second = zvLoadHostUnit(p + 2, m_bigEndian);
+    return m_bigEndian ? first << 16 | second : second << 16 | first;
   }
 
   Step step(const unsigned char* p, std::uint32_t /*left*/) const override {
