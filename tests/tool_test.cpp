@@ -91,6 +91,7 @@ TEST_F(ToolTest, ConvertsFilesAndStreamsByNameAndNumber) {
   EXPECT_EQ(run("-f utf-8 -t utf-16be --bom utf8 utf8 -o both").status, 0);
   EXPECT_EQ(read("both"), std::string("\xFE\xFF\0c\0a\0f\0\xE9\0\n\0c\0a\0f\0\xE9\0\n", 22));
   EXPECT_EQ(run("-f utf-8 -t utf-32le --bom", "a").out, std::string("\xFF\xFE\0\0a\0\0\0", 8));
+  EXPECT_TRUE(contains(run("-v -f 1252 -t utf-8 latin").err, "  convert_a:\n"));
   EXPECT_EQ(run("-f utf-8 -t utf-16le", "\U0001F600").out, std::string("\x3D\xD8\x00\xDE", 4));
 }
 

@@ -5,6 +5,7 @@
 #include "apps/encconv/detect.h"
 #include "apps/encconv/error_report.h"
 #include "encoding/encoding_convert.h"
+#include "support/text_log.h"
 
 namespace tool {
 namespace {
@@ -37,6 +38,7 @@ FileConversion::FileConversion(const Options& options, Console& console)
   m_settings.from = options.fromCodePage;
   m_settings.to = options.toCodePage;
   m_settings.pdfPassthrough = options.pdfPassthrough;
+  m_settings.drain = this;
   m_afterWriting = mapAfterWriting(options.toCodePage, options.ebcdicNewline);
   m_mapsOutput = m_afterWriting != mapAfterWriting(options.toCodePage, EbcdicNewline::kKeep);
 }
@@ -123,24 +125,36 @@ StreamStatus FileConversion::convertPiece(std::span<const unsigned char> piece, 
   return status;
 }
 
-bool FileConversion::flush(OutputFile& output) {
-  std::string_view bytes(reinterpret_cast<const char*>(m_converted.getData2()),
-                         m_converted.getSize());
+bool FileConversion::onStreamOutput(DataBuffer& out) {
+  std::string_view bytes(reinterpret_cast<const char*>(out.getData2()), out.getSize());
   if (m_mapsOutput) {
     m_mapped.resize(bytes.size());
     std::transform(bytes.begin(), bytes.end(), m_mapped.begin(),
                    [this](char c) { return m_afterWriting[static_cast<unsigned char>(c)]; });
     bytes = {reinterpret_cast<const char*>(m_mapped.data()), m_mapped.size()};
   }
-  const bool written = output.write(bytes);
-  m_converted.clear();
+  const bool written = m_output->write(bytes);
+  out.clear();
   return written;
+}
+
+// The stream goes its own, faster ways through the engine. What the engine says is what it does
+// when it is given the text at once.
+void FileConversion::showEngineLog(std::span<const unsigned char> piece) {
+  EncodingConvert engine;
+  TextLog log(true);
+  DataBuffer out;
+  engine.EncConvert(m_settings.from, m_settings.to, piece.data(),
+                    static_cast<unsigned int>(piece.size()), out, log);
+  m_console.write(log.text());
 }
 
 ConversionResult FileConversion::pump(InputFile& input, OutputFile& output, bool isWhole) {
   StreamStatus status = StreamStatus::kGood;
   std::size_t count = m_buffered;
+  bool isFirst = true;
   bool isLast = isWhole;
+  m_output = &output;
   m_converted.clear();
   while (status == StreamStatus::kGood) {
     if (count == 0 && !isWhole) {
@@ -151,8 +165,12 @@ ConversionResult FileConversion::pump(InputFile& input, OutputFile& output, bool
     if (m_mapsInput) {
       for (unsigned char& byte : piece) byte = m_beforeReading[byte];
     }
+    if (m_options.verbose && isFirst) showEngineLog(piece);
+    isFirst = false;
     status = convertPiece(piece, isLast);
-    if (!flush(output)) return fail(output.error());
+    if (status == StreamStatus::kDrainFailed || !onStreamOutput(m_converted)) {
+      return fail(output.error());
+    }
     m_console.advance(count);
     if (isLast) break;
     count = 0;

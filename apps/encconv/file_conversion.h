@@ -23,7 +23,7 @@ struct ConversionResult {
 
 // The way of the bytes: input, EBCDIC line ends, records, stream, EBCDIC line ends, output. An
 // object serves any number of files, one after the other; each thread has its own.
-class FileConversion {
+class FileConversion : private StreamDrain {
  public:
   // Both must outlive the object.
   FileConversion(const Options& options, Console& console);
@@ -40,7 +40,8 @@ class FileConversion {
   bool prepare(int fromCodePage, bool withMark);
   ConversionResult pump(InputFile& input, OutputFile& output, bool isWhole);
   StreamStatus convertPiece(std::span<const unsigned char> piece, bool isLast);
-  bool flush(OutputFile& output);
+  bool onStreamOutput(DataBuffer& out) override;
+  void showEngineLog(std::span<const unsigned char> piece);
   ConversionResult conclude(const InputFile& input, StreamStatus status);
   StreamError firstError() const;
   ConversionResult fail(const std::string& message);
@@ -50,6 +51,7 @@ class FileConversion {
   StreamSettings m_settings;
   StreamConverter m_stream;
   DataBuffer m_converted;
+  OutputFile* m_output = nullptr;           // of the conversion under way
   std::unique_ptr<RecordFilter> m_records;  // null without --record-length
   ByteMap m_beforeReading = {};
   ByteMap m_afterWriting = {};

@@ -29,7 +29,7 @@ standard input is read; without -o the result goes to standard output.
       --record-length N    end a line after every N bytes of input
       --trim               drop the blanks at the end of each record
   -q, --quiet              no progress line and no closing line
-  -v, --verbose            show the log of the engine
+  -v, --verbose            show what the engine does, as its own log tells it
 
       --detect             show which encoding each FILE seems to have (--help detect)
       --list [FILTER]      show the encodings; with --json for programs
