@@ -1,17 +1,18 @@
 #!/bin/sh
 # Installs what is missing from Debian's packages. Does nothing when everything is there.
 #
-#   scripts/setup.sh [build|test|check|all]...
+#   scripts/setup.sh [build|test|check|fuzz|cross|all]...
 #
 # build: the library and the tool; test: their tests as well; check: the formatter that CI asks for;
-# fuzz: the fuzz targets; all: also what the other scripts and the optional targets use (coverage,
-# benchmarks).
+# fuzz: the fuzz targets; cross: the tests for an emulated big-endian host; all: what the scripts and
+# the optional targets use (coverage, benchmarks), but for cross.
 set -eu
 
 build="g++ cmake ninja-build libbz2-dev libcli11-dev"
 test="$build libgtest-dev"
 check="clang-format"
 fuzz="$build clang"
+cross="g++-s390x-linux-gnu qemu-user googletest"
 all="$test $check $fuzz ccache clang-tidy cppcheck libbenchmark-dev libicu-dev libuchardet-dev
      doxygen gcovr valgrind nkf bzip2 python3"
 
@@ -22,9 +23,10 @@ for group in "${@:-build}"; do
     test) wanted="$wanted $test" ;;
     check) wanted="$wanted $check" ;;
     fuzz) wanted="$wanted $fuzz" ;;
+    cross) wanted="$wanted $cross" ;;
     all) wanted="$wanted $all" ;;
     *)
-      echo "setup.sh: unknown group '$group'; known are build, test, check, fuzz and all" >&2
+      echo "setup.sh: unknown group '$group'; known are build, test, check, fuzz, cross and all" >&2
       exit 2
       ;;
   esac

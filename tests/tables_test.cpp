@@ -23,7 +23,9 @@ const unsigned char* bytes(const std::string& s) {
 }
 
 std::string unitKey(unsigned int unit) {
-  return {static_cast<char>(unit & 0xFF), static_cast<char>(unit >> 8)};
+  unsigned char key[2];
+  zvStoreHostUnit(key, static_cast<std::uint16_t>(unit), zvIsBigEndian());
+  return {reinterpret_cast<const char*>(key), 2};
 }
 
 std::unique_ptr<HashConvert> newMap(int size) {
