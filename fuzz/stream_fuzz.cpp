@@ -1,11 +1,9 @@
-// StreamConverter: a stream in pieces against the stream in one piece, and clean streams against
-// EncConvert. Settings: source, target, treatment, alternate code page, flags, size of the pieces,
-// substitute.
+// StreamConverter: a stream in pieces against the stream in one piece. Settings: source, target,
+// treatment, alternate code page, flags, size of the pieces, substitute.
 #include "encoding/stream/stream_converter.h"
 
 #include <vector>
 
-#include "encoding/encoding_convert.h"
 #include "fuzz/fuzz_support.h"
 
 namespace {
@@ -51,14 +49,6 @@ Result run(StreamSettings settings, std::span<const std::uint8_t> text, std::siz
   return {status, errors.count, errors.digest, std::string(viewOf(out))};
 }
 
-// Where a stream of clean text is another than what EncConvert makes of it, or may be: zero units,
-// byte order marks, PDF files, escapes of pivots.
-bool mayDiffer(std::span<const std::uint8_t> text) {
-  return std::any_of(text.begin(), text.end(), [](std::uint8_t byte) {
-    return byte == 0 || byte >= 0xEF || byte == 0x1B || byte == '%';
-  });
-}
-
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -81,14 +71,5 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
   const Result whole = run(settings, text, text.size() + 1);
   check(run(settings, text, step) == whole, "the result does not depend on the cuts");
-  if (whole.errorCount != 0 || whole.status != StreamStatus::kGood || settings.writeMark) return 0;
-  if (settings.from == kCodePageHz || settings.to == kCodePageHz || text.empty()) return 0;
-  LogBase log;
-  DataBuffer out;
-  EncodingConvert converter;
-  const bool ok =
-      converter.EncConvert(settings.from, settings.to, text.data(), sizeOf(text), out, log);
-  check(!ok || converter.m_foundErrors || mayDiffer(text) || viewOf(out) == whole.out,
-        "a clean stream is what EncConvert makes of it");
   return 0;
 }
