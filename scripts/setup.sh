@@ -8,7 +8,7 @@
 # the optional targets use (coverage, benchmarks), but for cross.
 set -eu
 
-build="g++ cmake ninja-build libbz2-dev libcli11-dev"
+build="g++ cmake ninja-build libbz2-dev libcli11-dev libuchardet-dev"
 test="$build libgtest-dev"
 check="clang-format"
 fuzz="$build clang"

@@ -69,7 +69,7 @@ bool looksLikeEbcdic(std::span<const unsigned char> sample) {
   for (const auto& range : kRanges) {
     for (unsigned int byte = range[0]; byte <= range[1]; ++byte) usual += counts[byte];
   }
-  return counts[0x40] * 20 > sample.size() && counts[' '] * 50 < counts[0x40] &&
+  return counts[0x40] * 20 > sample.size() && counts[0x20] * 50 < counts[0x40] &&
          usual * 4 > sample.size() * 3;
 }
 
