@@ -4,11 +4,10 @@
 #include <climits>
 
 #include "encoding/fast/fast_path.h"
+#include "encoding/iso2022_blocks.h"
 #include "encoding/mac_arabic.h"
 #include "encoding/scratch_buffer.h"
 #include "encoding/special_code_pages.h"
-#include "support/japanese.h"
-#include "support/korean.h"
 #include "support/zv_base.h"
 #include "support/zv_utf.h"
 
@@ -62,27 +61,48 @@ bool runLeg(EncodingConvert& converter, const Request& request, int to, DataBuff
   return ok;
 }
 
-bool fromIso2022Jp(EncodingConvert& converter, const Request& request) {
-  if (request.log.m_verboseLogging != 0) request.log.LogInfo("Converting from iso-2022-*");
-  if (request.length > INT_MAX) return false;
-  ScratchBuffer shiftJis(request.out);
-  Japanese().Iso2022ToShiftJis(request.data, static_cast<int>(request.length), shiftJis,
-                               request.log);
-  if (shiftJis.hasFailed()) return false;
-  if (shiftJis.getSize() == 0) return true;
-  if (request.to == kShiftJis) return request.out.append(shiftJis);
-  return converter.EncConvert(kShiftJis, request.to, shiftJis.getData2(), shiftJis.getSize(),
-                              request.out, request.log);
+bool dispatch(EncodingConvert& converter, Request request);
+
+// What the two legs leave behind when nothing was wrong.
+void finishClean(EncodingConvert& converter) {
+  converter.m_pivotToUtf16 = converter.m_pivotFromUtf16 = false;
 }
 
-bool fromIso2022Kr(EncodingConvert& converter, const Request& request) {
+template <typename Codec>
+bool fromIso2022(EncodingConvert& converter, const Request& request) {
   if (request.length > INT_MAX) return false;
-  ScratchBuffer korean(request.out);
-  Korean().Iso2022ToKsc(request.data, static_cast<int>(request.length), korean);
-  if (korean.hasFailed()) return false;
-  if (korean.getSize() == 0) return true;
-  return converter.EncConvert(kKorean, request.to, korean.getData2(), korean.getSize(), request.out,
-                              request.log);
+  ScratchBuffer scratch(request.out);
+  typename Codec::State state;
+  bool isBegun = false;
+  const unsigned int used =
+      readCleanBlocks<Codec>(converter, request.to, request.data, request.length, request.out,
+                             request.log, state, scratch, isBegun);
+  if (used != request.length && !scratch.hasFailed()) {
+    Codec::readPiece(request.data + used, request.length - used, true, state, scratch, nullptr);
+  }
+  if (scratch.hasFailed()) return false;
+  if (!isBegun) {
+    if (scratch.getSize() == 0) return true;
+    return converter.EncConvert(Codec::kCodePage, request.to, scratch.getData2(), scratch.getSize(),
+                                request.out, request.log);
+  }
+  if (scratch.getSize() != 0) {
+    return dispatch(converter, {Codec::kCodePage, request.to, scratch.getData2(), scratch.getSize(),
+                                request.out, request.log});
+  }
+  converter.m_fromCodePage = Codec::kCodePage;
+  converter.m_toCodePage = request.to == kUtf16Be ? kUtf16Le : request.to;
+  finishClean(converter);
+  return true;
+}
+
+bool fromIso2022Jp(EncodingConvert& converter, const Request& request) {
+  if (request.log.m_verboseLogging != 0) request.log.LogInfo("Converting from iso-2022-*");
+  if (request.to != kShiftJis) return fromIso2022<JapaneseCodec>(converter, request);
+  if (request.length > INT_MAX) return false;
+  Japanese().Iso2022ToShiftJis(request.data, static_cast<int>(request.length), request.out,
+                               request.log);
+  return !request.out.hasFailed();
 }
 
 bool toUtf7(EncodingConvert& converter, const Request& request) {
@@ -98,10 +118,8 @@ bool convertCleanBeginning(EncodingConvert& converter, Request& request) {
   request.data += done;
   request.length -= done;
   if (request.length != 0) return false;
-  // As the legs leave them; from UTF-8 to UTF-32 there are none.
-  if (request.from != kUtf8 || !isUtf32(request.to)) {
-    converter.m_pivotToUtf16 = converter.m_pivotFromUtf16 = false;
-  }
+  // From UTF-8 to UTF-32 there are no legs.
+  if (request.from != kUtf8 || !isUtf32(request.to)) finishClean(converter);
   return true;
 }
 
@@ -134,18 +152,29 @@ bool toUtf16Be(EncodingConvert& converter, Request request) {
 
 // The result is that of the conversion into the double-byte code page; what it could convert is
 // written all the same.
-template <typename Encode>
-bool toIso2022(EncodingConvert& converter, const Request& request, int doubleByte, Encode encode) {
+template <typename Codec>
+bool toIso2022(EncodingConvert& converter, Request request) {
   ScratchBuffer scratch(request.out);
-  const bool ok = runLeg(converter, request, doubleByte, scratch);
+  typename Codec::State state;
+  const unsigned int used =
+      writeCleanBlocks<Codec>(converter, request.from, request.data, request.length, request.out,
+                              request.log, state, scratch);
+  request.data += used;
+  request.length -= used;
+  bool ok = true;
+  if (request.length == 0) {
+    finishClean(converter);
+  } else {
+    ok = runLeg(converter, request, Codec::kCodePage, scratch);
+  }
   if (scratch.hasFailed() || scratch.getSize() > INT_MAX) return false;
-  if (scratch.getSize() != 0) encode(scratch.getData2(), static_cast<int>(scratch.getSize()));
+  Codec::writePiece(scratch.getData2(), scratch.getSize(), true, state, request.out, nullptr);
   return ok;
 }
 
 bool convertResolved(EncodingConvert& converter, const Request& request) {
   if (isIso2022Jp(request.from)) return fromIso2022Jp(converter, request);
-  if (request.from == kIso2022Kr) return fromIso2022Kr(converter, request);
+  if (request.from == kIso2022Kr) return fromIso2022<KoreanCodec>(converter, request);
 
   converter.m_pivotFromUtf16 = false;
   converter.m_fromCodePage = request.from;
@@ -153,16 +182,8 @@ bool convertResolved(EncodingConvert& converter, const Request& request) {
   if (request.to == kUtf7) return toUtf7(converter, request);
   if (isUtf32(request.to)) return toUtf32(converter, request);
   if (request.to == kUtf16Be) return toUtf16Be(converter, request);
-  if (isIso2022Jp(request.to)) {
-    return toIso2022(converter, request, kShiftJis, [&](const unsigned char* data, int length) {
-      Japanese().ShiftJisToIso2022(data, length, request.out, request.log);
-    });
-  }
-  if (request.to == kIso2022Kr) {
-    return toIso2022(converter, request, kKorean, [&](const unsigned char* data, int length) {
-      Korean().KscToIso2022(data, length, request.out);
-    });
-  }
+  if (isIso2022Jp(request.to)) return toIso2022<JapaneseCodec>(converter, request);
+  if (request.to == kIso2022Kr) return toIso2022<KoreanCodec>(converter, request);
   return converter.convert_a(request.from, request.to, request.data, request.length, request.out,
                              request.log);
 }

@@ -1,0 +1,91 @@
+#include "encoding/iso2022_blocks.h"
+
+#include <algorithm>
+
+#include "encoding/fast/fast_path.h"
+
+namespace {
+
+constexpr unsigned int kBlockBytes = 16384;  // of input
+
+// Longer texts go the plain way, which knows what to refuse.
+constexpr unsigned int kMaxLength = 0x3FFFFFFF;
+
+// The first bytes of a text in the codec's code page decide whether it passes for PDF.
+constexpr unsigned int kPdfBytes = 7;
+
+// Takes the first count bytes away.
+void dropFront(DataBuffer& buffer, unsigned int count) {
+  DataBuffer kept;
+  kept.append(buffer.getData2() + count, buffer.getSize() - count);
+  buffer.clear();
+  buffer.append(kept);
+  if (kept.hasFailed()) buffer.latchFailure();
+}
+
+// Whether the plain way could take the beginning of what is left for a byte order mark.
+bool maybeMark(int codePage, const unsigned char* data) {
+  const bool isUnicode = codePage == kUtf8 || isUtf16(codePage) || isUtf32(codePage);
+  return isUnicode && (data[0] == 0 || data[0] >= 0xEF);
+}
+
+}  // namespace
+
+template <typename Codec>
+unsigned int readCleanBlocks(EncodingConvert& converter, int to, const unsigned char* data,
+                             unsigned int length, DataBuffer& out, LogBase& log,
+                             typename Codec::State& state, DataBuffer& rest, bool& isBegun) {
+  isBegun = false;
+  if (to == Codec::kCodePage || log.m_wantsContexts || length > kMaxLength) return 0;
+  unsigned int used = 0;
+  while (used != length) {
+    const unsigned int count = std::min(length - used, kBlockBytes);
+    used += Codec::readPiece(data + used, count, used + count == length, state, rest, nullptr);
+    if (rest.hasFailed()) break;
+    if (!isBegun && used != length && rest.getSize() < kPdfBytes) continue;
+    if (!isBegun && rest.getSize() != 0 && rest.getData2()[0] == '%') break;
+    const unsigned int done = fast::convertPrefix(converter, Codec::kCodePage, to, rest.getData2(),
+                                                  rest.getSize(), out, log);
+    isBegun = isBegun || done != 0;
+    dropFront(rest, done);
+    if (rest.getSize() != 0) break;
+  }
+  return used;
+}
+
+template <typename Codec>
+unsigned int writeCleanBlocks(EncodingConvert& converter, int from, const unsigned char* data,
+                              unsigned int length, DataBuffer& out, LogBase& log,
+                              typename Codec::State& state, DataBuffer& rest) {
+  if (log.m_wantsContexts || length > kMaxLength || (isUtf16(from) && length % 2 != 0)) return 0;
+  const unsigned int sizeBefore = out.getSize();
+  unsigned int used = 0;
+  while (used != length && !rest.hasFailed() && !out.hasFailed()) {
+    const unsigned int count = std::min(length - used, kBlockBytes);
+    const unsigned int done =
+        fast::convertPrefix(converter, from, Codec::kCodePage, data + used, count, rest, log);
+    if (done == 0) break;
+    used += done;
+    dropFront(rest, Codec::writePiece(rest.getData2(), rest.getSize(), false, state, out, nullptr));
+  }
+  if (used != 0 && used != length && maybeMark(from, data + used)) {
+    out.truncate(sizeBefore);
+    rest.clear();
+    state = {};
+    return 0;
+  }
+  return used;
+}
+
+template unsigned int readCleanBlocks<JapaneseCodec>(EncodingConvert&, int, const unsigned char*,
+                                                     unsigned int, DataBuffer&, LogBase&,
+                                                     Iso2022JpState&, DataBuffer&, bool&);
+template unsigned int readCleanBlocks<KoreanCodec>(EncodingConvert&, int, const unsigned char*,
+                                                   unsigned int, DataBuffer&, LogBase&,
+                                                   Iso2022KrState&, DataBuffer&, bool&);
+template unsigned int writeCleanBlocks<JapaneseCodec>(EncodingConvert&, int, const unsigned char*,
+                                                      unsigned int, DataBuffer&, LogBase&,
+                                                      Iso2022JpState&, DataBuffer&);
+template unsigned int writeCleanBlocks<KoreanCodec>(EncodingConvert&, int, const unsigned char*,
+                                                    unsigned int, DataBuffer&, LogBase&,
+                                                    Iso2022KrState&, DataBuffer&);
