@@ -9,7 +9,7 @@
 set -eu
 
 build="g++ cmake ninja-build libbz2-dev libcli11-dev libuchardet-dev"
-test="$build libgtest-dev"
+test="$build libgtest-dev pkg-config python3"
 check="clang-format"
 fuzz="$build clang"
 cross="g++-s390x-linux-gnu qemu-user googletest"

@@ -7,13 +7,8 @@
 #include <string>
 #include <string_view>
 
+#include "encoding/stream/stream_code_pages.h"
 #include "support/data_buffer.h"
-
-// HZ (RFC 1843, "hz-gb-2312") has no number among the engine's code pages: only streams know it.
-inline constexpr int kCodePageHz = 1052936;
-
-// The code page of a charset name or number: what CharsetNaming knows, and HZ. 0 when unknown.
-int streamCodePage(std::string_view name);
 
 // What is written in place of input that cannot be converted, as text of the target encoding
 // unless said otherwise.

@@ -6,7 +6,6 @@
 
 #include "encoding/special_code_pages.h"
 #include "encoding/stream/source.h"
-#include "support/charset_naming.h"
 
 // ---- Reading them from text. ----
 
@@ -77,24 +76,6 @@ bool parseStreamTreatment(std::string_view text, StreamSettings& settings) {
   if (text.substr(0, equals) != "substitute") return false;
   readSubstitute(value, settings);
   return true;
-}
-
-int streamCodePage(std::string_view name) {
-  const int codePage = CharsetNaming::codePageOf(name);
-  if (codePage != 0) return codePage;
-  std::string folded;
-  for (const char c : name) {
-    if (c >= 'A' && c <= 'Z') {
-      folded.push_back(static_cast<char>(c - 'A' + 'a'));
-    } else if ((c >= 'a' && c <= 'z') || (c >= '0' && c <= '9')) {
-      folded.push_back(c);
-    }
-  }
-  constexpr std::string_view kHzNames[] = {"hzgb2312", "hz", "1052936"};
-  for (const std::string_view hz : kHzNames) {
-    if (folded == hz) return kCodePageHz;
-  }
-  return 0;
 }
 
 // ---- Serving them. ----

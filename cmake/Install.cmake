@@ -1,0 +1,66 @@
+# What is installed, and how other projects find it.
+include(CMakePackageConfigHelpers)
+
+set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/encconv)
+set(engine_dir ${CMAKE_INSTALL_INCLUDEDIR}/encconv/engine)
+
+# encconv::engine: the engine's own classes, whose headers name each other from their own root.
+add_library(encconv_engine INTERFACE)
+add_library(encconv::engine ALIAS encconv_engine)
+set_target_properties(encconv_engine PROPERTIES EXPORT_NAME engine)
+target_link_libraries(encconv_engine INTERFACE encconv)
+target_compile_features(encconv_engine INTERFACE cxx_std_20)
+target_include_directories(encconv_engine INTERFACE $<INSTALL_INTERFACE:${engine_dir}>)
+
+install(TARGETS encconv encconv_engine EXPORT encconvTargets
+  ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development)
+if(TARGET encconv_shared)
+  install(TARGETS encconv_shared EXPORT encconvTargets
+    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT library
+    NAMELINK_COMPONENT development)
+endif()
+
+install(FILES
+  include/encconv/encconv.h
+  include/encconv/encconv_c.h
+  include/encconv/export.h
+  ${PROJECT_BINARY_DIR}/include/encconv/version.h
+  DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/encconv COMPONENT development)
+foreach(header IN ITEMS
+    encoding/code_page_list.h
+    encoding/conversion_observer.h
+    encoding/encoding_convert.h
+    encoding/stream/stream_code_pages.h
+    encoding/stream/stream_converter.h
+    encoding/tables/unicode_lookup.h
+    support/charset_naming.h
+    support/data_buffer.h
+    support/hash_convert.h
+    support/log_base.h
+    support/string_buffer.h
+    support/text_log.h)
+  get_filename_component(directory ${header} DIRECTORY)
+  install(FILES ${header} DESTINATION ${engine_dir}/${directory} COMPONENT development)
+endforeach()
+
+install(EXPORT encconvTargets NAMESPACE encconv:: DESTINATION ${package_dir}
+  COMPONENT development)
+configure_package_config_file(cmake/encconvConfig.cmake.in
+  ${PROJECT_BINARY_DIR}/encconvConfig.cmake INSTALL_DESTINATION ${package_dir})
+write_basic_package_version_file(${PROJECT_BINARY_DIR}/encconvConfigVersion.cmake
+  COMPATIBILITY SameMajorVersion)
+install(FILES
+  ${PROJECT_BINARY_DIR}/encconvConfig.cmake
+  ${PROJECT_BINARY_DIR}/encconvConfigVersion.cmake
+  DESTINATION ${package_dir} COMPONENT development)
+
+# The prefix of the pkg-config file is where it is found, so that the tree can be moved.
+file(RELATIVE_PATH pc_prefix /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
+set(ENCCONV_PC_PREFIX "\${pcfiledir}/${pc_prefix}")
+configure_file(cmake/encconv.pc.in ${PROJECT_BINARY_DIR}/encconv.pc @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/encconv.pc
+  DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)
+
+if(PROJECT_IS_TOP_LEVEL)
+  include(cmake/Packages.cmake)
+endif()

@@ -1,0 +1,188 @@
+/// @file
+/// The C++ interface of encconv: texts and streams of bytes from one encoding to another.
+///
+/// Nothing here throws for bad input or unknown encodings: results say what happened and where.
+/// std::bad_alloc may come from the standard containers. Functions may be called from any thread;
+/// an object belongs to one thread at a time.
+#ifndef ENCCONV_ENCCONV_H_
+#define ENCCONV_ENCCONV_H_
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "encconv/export.h"
+#include "encconv/version.h"
+
+/// Conversion of text between character encodings.
+namespace encconv {
+
+/// The version of the library that runs, which may be newer than ENCCONV_VERSION.
+ENCCONV_API std::string_view version();
+
+// ---- Encodings. ----
+
+/// What is known of an encoding. The texts are the library's own and stay valid.
+struct CodePage {
+  int number;                             ///< by which conversions name it: 1252, 932, 65001, ...
+  std::string_view name;                  ///< its preferred name
+  std::vector<std::string_view> aliases;  ///< its other names
+  std::string_view kind;                  ///< "unicode", "single-byte", "double-byte", "stateful"
+  std::string_view description;           ///< a few words for people
+  bool can_read;                          ///< may be the source of a conversion
+  bool can_write;                         ///< may be the target
+};
+
+/// All encodings, in ascending order of number.
+ENCCONV_API std::vector<CodePage> code_pages();
+
+/// The number of the encoding that a name means ("utf-8", "Shift_JIS", "cp1252", "1252", ...), or
+/// nothing. Case, punctuation and leading zeros do not matter.
+ENCCONV_API std::optional<int> find_code_page(std::string_view name);
+
+/// An encoding by its number or by one of its names.
+class ENCCONV_API Encoding {
+ public:
+  Encoding(int code_page) : m_code_page(code_page) {}  // NOLINT: meant to be converted from
+  Encoding(std::string_view name);                     // NOLINT
+  Encoding(const char* name) : Encoding(std::string_view(name)) {}         // NOLINT
+  Encoding(const std::string& name) : Encoding(std::string_view(name)) {}  // NOLINT
+
+  /// The number; -1 for a name that is not known, which conversions refuse.
+  int code_page() const { return m_code_page; }
+
+ private:
+  int m_code_page;
+};
+
+// ---- What to do about text that cannot be converted. ----
+
+/// What is written in its place, as text of the target unless said otherwise.
+enum class OnError {
+  stop,        ///< nothing: the conversion ends before it
+  drop,        ///< nothing
+  substitute,  ///< Options::substitute; by default U+FFFD, or "?" where the target lacks it
+  hex,         ///< "&#xHHHH;": the code point where there is one, else the bytes
+  alternate,   ///< malformed bytes are read, and characters that the target lacks are written, in
+               ///< Options::alternate
+  raw,         ///< the bytes of the source as they are
+};
+
+/// How to convert.
+struct Options {
+  OnError on_error = OnError::stop;       ///< what to do about text that cannot be converted
+  std::optional<std::string> substitute;  ///< of OnError::substitute, in UTF-8
+  bool substitute_is_raw = false;         ///< it is not UTF-8 but bytes of the target
+  int alternate = 1252;                   ///< code page of OnError::alternate
+  bool byte_order_mark = false;           ///< begin the output with the mark of a Unicode target
+  bool pdf_passthrough = false;           ///< copy input that begins "%PDF-1"
+};
+
+/// Reads what the tool takes behind --on-error ("stop", "hex", "substitute=TEXT",
+/// "substitute=0x1A", "alternate=windows-1252", ...) into options. False, with options unchanged,
+/// for anything else.
+ENCCONV_API bool parse_on_error(std::string_view text, Options& options);
+
+/// A piece of input that could not be converted.
+struct Problem {
+  std::uint64_t offset;     ///< where it begins, in bytes (in from_utf16: units) of the input
+  std::uint64_t line;       ///< of the text, counted from 1
+  std::uint32_t length;     ///< bytes (units)
+  std::int32_t code_point;  ///< of the character that the target lacks; -1 when malformed
+  bool malformed;           ///< the input is no text of its encoding
+  std::string bytes;        ///< the first bytes of the piece, 16 at most
+};
+
+/// How a conversion ended.
+enum class Status {
+  ok,                  ///< all of the input was converted or treated
+  stopped,             ///< by input that could not be converted, under OnError::stop
+  unknown_source,      ///< the source encoding is not known or cannot be read
+  unknown_target,      ///< the target encoding is not known or cannot be written
+  unknown_alternate,   ///< the alternate encoding can be neither read nor written
+  invalid_substitute,  ///< the substitute is not UTF-8, or the target cannot hold it
+  out_of_memory,       ///< the output may be incomplete
+  misuse,              ///< a stream was used after its end
+};
+
+/// A few words for people, such as "stopped by input that could not be converted".
+ENCCONV_API std::string_view describe(Status status);
+
+/// What became of a conversion.
+template <typename Text>
+struct BasicResult {
+  Text text;                             ///< the output; up to the problem when stopped
+  Status status = Status::ok;            ///< how it ended
+  std::uint64_t problem_count = 0;       ///< pieces that could not be converted
+  std::optional<Problem> first_problem;  ///< the first of them
+
+  /// True when the conversion came to its end, with or without problems that were treated.
+  explicit operator bool() const { return status == Status::ok; }
+};
+using Result = BasicResult<std::string>;          ///< with bytes, or UTF-8, for text
+using Utf16Result = BasicResult<std::u16string>;  ///< with UTF-16 in the host's byte order
+
+// ---- Whole texts. ----
+
+/// Converts bytes from one encoding to another. Of any size.
+ENCCONV_API Result convert(std::string_view bytes, Encoding from, Encoding to,
+                           const Options& options = {});
+
+/// Bytes of any encoding to UTF-8 and back. A byte order mark of the input is taken off.
+ENCCONV_API Result to_utf8(std::string_view bytes, Encoding from, const Options& options = {});
+ENCCONV_API Result from_utf8(std::string_view text, Encoding to, const Options& options = {});
+
+/// Bytes of any encoding to UTF-16 in the host's byte order and back. from_utf16 looks for no byte
+/// order mark.
+ENCCONV_API Utf16Result to_utf16(std::string_view bytes, Encoding from,
+                                 const Options& options = {});
+ENCCONV_API Result from_utf16(std::u16string_view text, Encoding to, const Options& options = {});
+
+// ---- Streams. ----
+
+/// Converts input of any length piece by piece, in constant memory. The output does not depend on
+/// how the input is cut.
+///
+///     encconv::StreamConverter stream("shift_jis", "utf-8");
+///     while (read(piece)) {
+///       if (!stream.push(piece, output)) break;
+///       write(output);
+///       output.clear();
+///     }
+///     stream.finish(output);
+class ENCCONV_API StreamConverter {
+ public:
+  /// status() tells whether the stream can be used.
+  StreamConverter(Encoding from, Encoding to, const Options& options = {});
+  ~StreamConverter();
+  StreamConverter(StreamConverter&&) noexcept;             ///< leaves a stream that can only end
+  StreamConverter& operator=(StreamConverter&&) noexcept;  ///< as above
+
+  /// Has handler called for each piece that cannot be converted, in the order of the text, before
+  /// its treatment is written. To be set before the first push(); the handler must not use the
+  /// stream and must not throw.
+  void on_problem(std::function<void(const Problem&)> handler);
+
+  /// Converts the next piece and appends to output. False when the stream ended, as status() says;
+  /// what was converted until then is in output.
+  bool push(std::string_view piece, std::string& output);
+  /// Ends the stream: converts what waited for more, and appends what the target ends with.
+  bool finish(std::string& output);
+
+  Status status() const;                         ///< how things stand
+  std::uint64_t problem_count() const;           ///< pieces that could not be converted so far
+  std::optional<Problem> first_problem() const;  ///< the first of them
+
+ private:
+  struct State;
+  std::unique_ptr<State> m_state;
+};
+
+}  // namespace encconv
+
+#endif  // ENCCONV_ENCCONV_H_

@@ -1,0 +1,106 @@
+/// @file
+/// The C interface of encconv: the same conversions as the C++ interface, with explicit sizes.
+///
+/// Nothing here keeps global state but the mapping tables. Functions may be called from any thread;
+/// a stream belongs to one thread at a time.
+#ifndef ENCCONV_ENCCONV_C_H_
+#define ENCCONV_ENCCONV_C_H_
+
+#include <stddef.h>
+#include <stdint.h>
+
+#include "encconv/export.h"
+#include "encconv/version.h"
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/// How a conversion ended, or stands.
+typedef enum encconv_status {
+  ENCCONV_OK = 0,              ///< all of the input was converted or treated
+  ENCCONV_STOPPED,             ///< by input that could not be converted, under "stop"
+  ENCCONV_UNKNOWN_SOURCE,      ///< the source encoding is not known or cannot be read
+  ENCCONV_UNKNOWN_TARGET,      ///< the target encoding is not known or cannot be written
+  ENCCONV_UNKNOWN_ALTERNATE,   ///< the alternate encoding can be neither read nor written
+  ENCCONV_INVALID_SUBSTITUTE,  ///< the substitute is not UTF-8, or the target cannot hold it
+  ENCCONV_INVALID_TREATMENT,   ///< the treatment is not one
+  ENCCONV_OUT_OF_MEMORY,       ///< the output may be incomplete
+  ENCCONV_MISUSE               ///< a stream was used after its end, or a pointer is null
+} encconv_status;
+
+/// A piece of input that could not be converted.
+typedef struct encconv_problem {
+  uint64_t offset;          ///< where it begins, in bytes of the input
+  uint64_t line;            ///< of the text, counted from 1
+  uint32_t length;          ///< bytes
+  int32_t code_point;       ///< of the character that the target lacks; -1 when malformed
+  int malformed;            ///< 1: the input is no text of its encoding
+  uint32_t byte_count;      ///< valid entries of bytes
+  unsigned char bytes[16];  ///< the first bytes of the piece
+} encconv_problem;
+
+/// What is known of an encoding. The texts end with NUL, are the library's own and stay valid.
+typedef struct encconv_code_page {
+  int number;               ///< by which conversions name it: 1252, 932, 65001, ...
+  const char* name;         ///< its preferred name
+  const char* kind;         ///< "unicode", "single-byte", "double-byte" or "stateful"
+  const char* description;  ///< a few words for people
+  int can_read;             ///< 1: may be the source of a conversion
+  int can_write;            ///< 1: may be the target
+} encconv_code_page;
+
+/// A conversion under way.
+typedef struct encconv_stream encconv_stream;
+
+/// The version of the library that runs, such as "1.0.0".
+ENCCONV_API const char* encconv_version(void);
+/// A few words for people about a status.
+ENCCONV_API const char* encconv_describe(encconv_status status);
+
+/// The number of the encoding that a name or a number written out means; 0 when it is not known.
+ENCCONV_API int encconv_find_code_page(const char* name);
+/// How many encodings there are.
+ENCCONV_API size_t encconv_code_page_count(void);
+/// Fills in the encoding at an index below the count, in ascending order of number; 0 for any other
+/// index, else 1.
+ENCCONV_API int encconv_code_page_at(size_t index, encconv_code_page* page);
+
+/// Converts size bytes. treatment says what to do about text that cannot be converted, as behind
+/// the tool's --on-error: "stop", "drop", "substitute", "substitute=TEXT", "substitute=0xHH...",
+/// "hex", "alternate=CODEPAGE" or "raw"; null means "stop". *output becomes the converted bytes, to
+/// be freed with encconv_free(), and *output_size their number; both are set whatever the status,
+/// null and 0 when there is nothing. first_problem may be null; it is filled in when there was a
+/// problem, else its length becomes 0.
+ENCCONV_API encconv_status encconv_convert(int from, int to, const void* data, size_t size,
+                                           const char* treatment, unsigned char** output,
+                                           size_t* output_size, encconv_problem* first_problem);
+/// Frees the output of encconv_convert(). Null is ignored.
+ENCCONV_API void encconv_free(unsigned char* output);
+
+/// Begins a conversion piece by piece; treatment as above. Null, with *status saying why, when it
+/// cannot be done; status may be null. To be closed with encconv_close().
+ENCCONV_API encconv_stream* encconv_open(int from, int to, const char* treatment,
+                                         encconv_status* status);
+/// Converts the next size bytes. Any status but ENCCONV_OK ends the stream; what was converted
+/// until then is in the output.
+ENCCONV_API encconv_status encconv_push(encconv_stream* stream, const void* data, size_t size);
+/// Ends the stream: converts what waited for more, and writes what the target ends with.
+ENCCONV_API encconv_status encconv_finish(encconv_stream* stream);
+/// The output that has gathered since it was last cleared: its first byte, valid until the next
+/// call for the stream, and in *size the number of bytes. Never null.
+ENCCONV_API const unsigned char* encconv_output(const encconv_stream* stream, size_t* size);
+/// Empties the output.
+ENCCONV_API void encconv_clear_output(encconv_stream* stream);
+/// How many pieces could not be converted so far.
+ENCCONV_API uint64_t encconv_problem_count(const encconv_stream* stream);
+/// Fills in the first of them; 0 when there is none, else 1.
+ENCCONV_API int encconv_first_problem(const encconv_stream* stream, encconv_problem* problem);
+/// Frees the stream, finished or not. Null is ignored.
+ENCCONV_API void encconv_close(encconv_stream* stream);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif /* ENCCONV_ENCCONV_C_H_ */

@@ -1,0 +1,57 @@
+#!/bin/sh
+# Builds a small program against each form in which the library can be used, and runs it.
+#
+#   run.sh BUILD_DIRECTORY WORK_DIRECTORY
+set -eu
+
+here=$(cd "$(dirname "$0")" && pwd)
+build=$1
+work=$2
+rm -rf "$work"
+mkdir -p "$work"
+prefix=$work/prefix
+cmake --install "$build" --prefix "$prefix" >"$work/install.log"
+lib=$(dirname "$(find "$prefix" -name libencconv.a)")
+
+say() { echo "== $*"; }
+
+find_package() {
+  kind=$1 languages=$2 tree=$work/find_$3
+  say "find_package, $kind, $languages"
+  cmake -G Ninja -S "$here" -B "$tree" -DKIND="$kind" -DLANGUAGES="$languages" \
+    -DCMAKE_PREFIX_PATH="$prefix" >/dev/null
+  cmake --build "$tree" >"$tree.log" || { cat "$tree.log"; exit 1; }
+  for program in "$tree"/consumer_*; do "$program"; done
+}
+find_package static "C;CXX" 1
+find_package shared "C;CXX" 2
+find_package static C 3
+find_package shared C 4
+
+# pkg-config takes the shared library where there is one.
+cp -a "$prefix" "$work/static_prefix"
+rm "$work/static_prefix/${lib#"$prefix"/}"/libencconv.so*
+for kind in shared static; do
+  say "pkg-config, $kind"
+  in=$prefix
+  [ $kind = shared ] || in=$work/static_prefix
+  PKG_CONFIG_PATH=$in/${lib#"$prefix"/}/pkgconfig
+  export PKG_CONFIG_PATH
+  static=
+  [ $kind = shared ] || static=--static
+  # Word splitting is meant.
+  # shellcheck disable=SC2046
+  ${CXX:-c++} -std=c++17 "$here/consumer.cpp" -o "$work/cpp_$kind" \
+    $(pkg-config $static --cflags --libs encconv)
+  # shellcheck disable=SC2046
+  ${CC:-cc} -std=c99 "$here/consumer.c" -o "$work/c_$kind" \
+    $(pkg-config $static --cflags --libs encconv)
+  LD_LIBRARY_PATH=$lib "$work/cpp_$kind"
+  LD_LIBRARY_PATH=$lib "$work/c_$kind"
+done
+
+for fetch in OFF ON; do
+  say "add_subdirectory, FetchContent $fetch (configured only)"
+  cmake -G Ninja -S "$here/subproject" -B "$work/sub$fetch" -DFETCH=$fetch \
+    -DENCCONV_SOURCE="$here/../.." -DCMAKE_BUILD_TYPE= >/dev/null
+done

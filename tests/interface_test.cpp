@@ -1,0 +1,241 @@
+// Tests of the C++ and the C interface: what they add to the stream beneath them.
+#include <gtest/gtest.h>
+
+#include <set>
+#include <string>
+#include <vector>
+
+#include "encconv/encconv.h"
+#include "encconv/encconv_c.h"
+#include "encoding/stream/stream_converter.h"
+
+using namespace std::string_literals;
+using encconv::OnError;
+using encconv::Options;
+using encconv::Status;
+
+TEST(Interface, ConvertsWholeTexts) {
+  const encconv::Result text = encconv::convert("\x93\xFA\x96\x7B", "sjis", "utf-8");
+  EXPECT_TRUE(text);
+  EXPECT_EQ(text.text, "\xE6\x97\xA5\xE6\x9C\xAC");
+  EXPECT_FALSE(text.first_problem);
+
+  Options hex;
+  hex.on_error = OnError::hex;
+  const encconv::Result treated = encconv::from_utf8("a\n\xD0\x96\xFF", 1252, hex);
+  EXPECT_TRUE(treated);
+  EXPECT_EQ(treated.text, "a\n&#x0416;&#xFF;");
+  EXPECT_EQ(treated.problem_count, 2u);
+  ASSERT_TRUE(treated.first_problem);
+  EXPECT_EQ(treated.first_problem->offset, 2u);
+  EXPECT_EQ(treated.first_problem->line, 2u);
+  EXPECT_EQ(treated.first_problem->length, 2u);
+  EXPECT_EQ(treated.first_problem->code_point, 0x416);
+  EXPECT_FALSE(treated.first_problem->malformed);
+  EXPECT_EQ(treated.first_problem->bytes, "\xD0\x96");
+
+  const encconv::Result stopped = encconv::from_utf8(
+      "ab\xD0\x96"
+      "c",
+      1252);
+  EXPECT_FALSE(stopped);
+  EXPECT_EQ(stopped.status, Status::stopped);
+  EXPECT_EQ(stopped.text, "ab");
+
+  // More than fits into one buffer of the stream.
+  const std::string large(3000000, '\xE9');
+  EXPECT_EQ(encconv::to_utf8(large, 1252).text.size(), 6000000u);
+  EXPECT_EQ(encconv::convert(large, 0, 0).text, large);
+}
+
+TEST(Interface, TakesAndGivesUtf16) {
+  const encconv::Utf16Result units = encconv::to_utf16(
+      "\xF0\x9F\x98\x80"
+      "a",
+      "utf-8");
+  EXPECT_EQ(units.text,
+            u"\xD83D\xDE00"
+            "a");
+  EXPECT_EQ(encconv::from_utf16(units.text, "utf-8").text,
+            "\xF0\x9F\x98\x80"
+            "a");
+  // No unit of the text is a byte order mark.
+  EXPECT_EQ(encconv::from_utf16(u"\xFFFE"
+                                "a",
+                                "utf-8")
+                .text,
+            "\xEF\xBF\xBE"
+            "a");
+  EXPECT_EQ(encconv::from_utf16(u"\xFEFF"
+                                "a",
+                                "utf-8")
+                .text,
+            "\xEF\xBB\xBF"
+            "a");
+  EXPECT_EQ(encconv::from_utf16(u"\xFFFE"
+                                "a",
+                                1200)
+                .text,
+            "\xFE\xFF"
+            "a\0"s);
+  EXPECT_EQ(encconv::from_utf16(u"", 1252).text, "");
+  EXPECT_EQ(encconv::to_utf16("\xFF\xFE"
+                              "a\0"s,
+                              1200)
+                .text,
+            u"a");
+  EXPECT_EQ(encconv::to_utf16("\xFE\xFF\0a"s, 1200).text, u"a");
+  EXPECT_EQ(encconv::to_utf8("\xEF\xBB\xBF"
+                             "a",
+                             65001)
+                .text,
+            "a");
+
+  const encconv::Result stopped = encconv::from_utf16(
+      u"ab\x65E5"
+      "c",
+      1252);
+  ASSERT_TRUE(stopped.first_problem);
+  EXPECT_EQ(stopped.first_problem->offset, 2u);
+  EXPECT_EQ(stopped.first_problem->length, 1u);
+  EXPECT_EQ(encconv::from_utf16(u"a\xD800", 1252).first_problem->offset, 1u);
+}
+
+TEST(Interface, SaysWhyItRefuses) {
+  Options substitute;
+  substitute.on_error = OnError::substitute;
+  substitute.substitute = "\xD0\x96";
+  Options alternate;
+  alternate.on_error = OnError::alternate;
+  alternate.alternate = 99;
+  const struct {
+    encconv::Encoding from, to;
+    Options options;
+    Status status;
+  } cases[] = {{"no such name", 1252, {}, Status::unknown_source},
+               {"", 1252, {}, Status::unknown_source},
+               {1252, "no such name", {}, Status::unknown_target},
+               {28600, 1252, {}, Status::unknown_source},
+               {1252, 28600, {}, Status::unknown_target},
+               {65001, 1252, substitute, Status::invalid_substitute},
+               {65001, 1251, substitute, Status::ok},
+               {65001, 1252, alternate, Status::unknown_alternate}};
+  std::set<std::string_view> descriptions;
+  for (const auto& c : cases) {
+    EXPECT_EQ(encconv::convert("a", c.from, c.to, c.options).status, c.status);
+    descriptions.insert(encconv::describe(c.status));
+  }
+  EXPECT_EQ(descriptions.size(), 5u);
+
+  Options options;
+  EXPECT_TRUE(encconv::parse_on_error("substitute=0x3F21", options));
+  EXPECT_EQ(encconv::from_utf8("\xD0\x96", 1252, options).text, "?!");
+  EXPECT_TRUE(encconv::parse_on_error("alternate=windows-1251", options));
+  EXPECT_EQ(encconv::from_utf8("\xD0\x96", 1252, options).text, "\xC6");
+  EXPECT_FALSE(encconv::parse_on_error("sometimes", options));
+  EXPECT_EQ(options.on_error, OnError::alternate);
+}
+
+TEST(Interface, Streams) {
+  Options drop;
+  drop.on_error = OnError::drop;
+  encconv::StreamConverter stream("utf-16be", "utf-8", drop);
+  std::vector<encconv::Problem> problems;
+  stream.on_problem([&](const encconv::Problem& problem) { problems.push_back(problem); });
+  std::string output;
+  encconv::StreamConverter moved = std::move(stream);
+  for (const char byte : "\0a\xD8\0\0b\x20\xAC"s) EXPECT_TRUE(moved.push({&byte, 1}, output));
+  EXPECT_TRUE(moved.finish(output));
+  EXPECT_EQ(output, "ab\xE2\x82\xAC");
+  ASSERT_EQ(problems.size(), 1u);
+  EXPECT_EQ(problems[0].offset, 2u);
+  EXPECT_TRUE(problems[0].malformed);
+  EXPECT_EQ(moved.problem_count(), 1u);
+  EXPECT_EQ(moved.first_problem()->bytes, "\xD8\0"s);
+  EXPECT_FALSE(moved.push("a", output));
+  EXPECT_EQ(moved.status(), Status::misuse);
+  EXPECT_FALSE(stream.push("a", output));  // NOLINT: moved from
+}
+
+TEST(Interface, KnowsTheEncodings) {
+  const std::vector<encconv::CodePage> pages = encconv::code_pages();
+  ASSERT_EQ(pages.size(), encconv_code_page_count());
+  for (std::size_t i = 0; i < pages.size(); ++i) {
+    encconv_code_page page;
+    ASSERT_EQ(encconv_code_page_at(i, &page), 1);
+    EXPECT_EQ(page.number, pages[i].number);
+    EXPECT_EQ(page.name, pages[i].name);
+    EXPECT_EQ(page.can_write != 0, pages[i].can_write);
+    EXPECT_LT(i == 0 ? 0 : pages[i - 1].number, pages[i].number);
+    EXPECT_EQ(encconv::find_code_page(pages[i].name), pages[i].number);
+    for (const std::string_view alias : pages[i].aliases) {
+      EXPECT_EQ(encconv_find_code_page(std::string(alias).c_str()), pages[i].number) << alias;
+    }
+    const bool canRead = encconv::to_utf8("", pages[i].number).status == Status::ok;
+    const bool canWrite = encconv::from_utf8("", pages[i].number).status == Status::ok;
+    EXPECT_EQ(canRead, pages[i].can_read) << pages[i].number;
+    EXPECT_EQ(canWrite, pages[i].can_write) << pages[i].number;
+  }
+  encconv_code_page page;
+  EXPECT_EQ(encconv_code_page_at(pages.size(), &page), 0);
+  EXPECT_EQ(encconv::find_code_page("nothing"), std::nullopt);
+}
+
+TEST(Interface, ServesC) {
+  unsigned char* output = nullptr;
+  std::size_t size = 1;
+  encconv_problem problem;
+  EXPECT_EQ(
+      encconv_convert(65001, 1251, "\xD0\x96\xE6\x97\xA5", 5, "hex", &output, &size, &problem),
+      ENCCONV_OK);
+  EXPECT_EQ(std::string(reinterpret_cast<char*>(output), size), "\xC6&#x65E5;");
+  EXPECT_EQ(problem.offset, 2u);
+  EXPECT_EQ(problem.code_point, 0x65E5);
+  EXPECT_EQ(problem.byte_count, 3u);
+  encconv_free(output);
+  EXPECT_EQ(encconv_convert(65001, 1251, nullptr, 0, nullptr, &output, &size, &problem),
+            ENCCONV_OK);
+  EXPECT_EQ(output, nullptr);
+  EXPECT_EQ(size, 0u);
+  EXPECT_EQ(problem.length, 0u);
+  EXPECT_EQ(encconv_convert(65001, 1251, "a\xFF", 2, nullptr, &output, &size, nullptr),
+            ENCCONV_STOPPED);
+  EXPECT_EQ(size, 1u);
+  encconv_free(output);
+  EXPECT_EQ(encconv_convert(65001, 1251, "a", 1, "never", &output, &size, nullptr),
+            ENCCONV_INVALID_TREATMENT);
+  EXPECT_EQ(encconv_convert(1, 1251, "a", 1, "hex", &output, &size, nullptr),
+            ENCCONV_UNKNOWN_SOURCE);
+  EXPECT_EQ(encconv_convert(1252, 1251, nullptr, 1, "hex", &output, &size, nullptr),
+            ENCCONV_MISUSE);
+
+  encconv_status status;
+  EXPECT_EQ(encconv_open(65001, 2, nullptr, &status), nullptr);
+  EXPECT_EQ(status, ENCCONV_UNKNOWN_TARGET);
+  encconv_stream* stream = encconv_open(65001, 50220, "drop", nullptr);
+  ASSERT_NE(stream, nullptr);
+  EXPECT_EQ(encconv_first_problem(stream, &problem), 0);
+  EXPECT_EQ(encconv_push(stream, "\xE6\x97", 2), ENCCONV_OK);
+  EXPECT_NE(encconv_output(stream, &size), nullptr);
+  EXPECT_EQ(size, 0u);
+  EXPECT_EQ(encconv_push(stream, "\xA5\xFF", 2), ENCCONV_OK);
+  EXPECT_EQ(encconv_finish(stream), ENCCONV_OK);
+  const unsigned char* bytes = encconv_output(stream, &size);
+  EXPECT_EQ(std::string(reinterpret_cast<const char*>(bytes), size), "\x1B$BF|\x1B(B");
+  encconv_clear_output(stream);
+  encconv_output(stream, &size);
+  EXPECT_EQ(size, 0u);
+  EXPECT_EQ(encconv_problem_count(stream), 1u);
+  EXPECT_EQ(encconv_first_problem(stream, &problem), 1);
+  EXPECT_EQ(problem.offset, 3u);
+  EXPECT_EQ(encconv_push(stream, "a", 1), ENCCONV_MISUSE);
+  encconv_close(stream);
+  encconv_close(nullptr);
+  EXPECT_EQ(encconv_push(nullptr, "a", 1), ENCCONV_MISUSE);
+
+  std::set<std::string> descriptions;
+  for (int i = ENCCONV_OK; i <= ENCCONV_MISUSE; ++i) {
+    descriptions.insert(encconv_describe(static_cast<encconv_status>(i)));
+  }
+  EXPECT_EQ(descriptions.size(), 9u);
+}
