@@ -13,7 +13,7 @@ test="$build libgtest-dev pkg-config python3"
 check="clang-format"
 fuzz="$build clang"
 cross="g++-s390x-linux-gnu qemu-user googletest"
-all="$test $check $fuzz ccache clang-tidy cppcheck libbenchmark-dev libicu-dev libuchardet-dev
+all="$test $check $fuzz ccache clang-tidy cppcheck libbenchmark-dev libicu-dev
      doxygen gcovr valgrind nkf bzip2 python3"
 
 wanted=""
