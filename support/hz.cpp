@@ -35,7 +35,8 @@ struct GbFromHz {
     return pairs | 0x8080;
   }
   static bool turn(const unsigned char*& p, unsigned char*&, bool& inPairs) {
-    if (p[0] != kTilde || p[1] != (inPairs ? '}' : '{')) return false;
+    const unsigned char brace = inPairs ? '}' : '{';
+    if (p[0] != kTilde || p[1] != brace) return false;
     p += 2;
     inPairs = !inPairs;
     return true;

@@ -27,7 +27,8 @@ constexpr Escape kEscapes[] = {
 // The usual turns of a text, for copyTurns.
 struct Turns : JisToShiftJis {
   static bool turn(const unsigned char*& p, unsigned char*&, bool& inPairs) {
-    if (p[0] != kEscape || p[1] != (inPairs ? '(' : '$') || p[2] != 'B') return false;
+    const unsigned char kind = inPairs ? '(' : '$';
+    if (p[0] != kEscape || p[1] != kind || p[2] != 'B') return false;
     p += 3;
     inPairs = !inPairs;
     return true;

@@ -407,6 +407,7 @@ TEST(Iso2022, BlocksEqualTheWhole) {
 TEST(Iso2022, LastBlockIsSharedAndComesBack) {
   std::vector<const unsigned char*> seen(4);
   std::vector<std::thread> threads;
+  threads.reserve(seen.size());
   for (auto& list : seen) {
     threads.emplace_back([&list] { list = Japanese::GetSjisFrom2022_LastBlock(); });
   }
