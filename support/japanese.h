@@ -28,8 +28,10 @@ class Japanese {
   // Number of codes in the last-block list, two bytes each.
   static constexpr int kLastBlockCodes = 376;
 
-  // Appends the Shift_JIS form of ISO-2022-JP input. Returns false when something had no Shift_JIS
-  // form (it became the geta mark, 81 AC) or memory is short.
+  // Appends the Shift_JIS form of ISO-2022-JP input. Every byte appended belongs to a code that
+  // 932 has. Returns false when something had no such code (it became the geta mark, 81 AC, or at
+  // the two empty positions of the last-block list the middle dot that stands there) or memory is
+  // short.
   bool Iso2022ToShiftJis(const unsigned char* data, int length, DataBuffer& out, LogBase& log);
   // Appends the ISO-2022-JP form of Shift_JIS input; false as above.
   bool ShiftJisToIso2022(const unsigned char* data, int length, DataBuffer& out, LogBase& log);
