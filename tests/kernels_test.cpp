@@ -117,7 +117,8 @@ string utf32Piece(unsigned int kind) {
 }
 
 string bytePiece(unsigned int kind) {
-  return {static_cast<char>(kind == 9 ? below(256) : kind < 4 ? between(1, 127) : between(1, 255))};
+  if (kind == 9) return {static_cast<char>(below(2) * below(256))};
+  return {static_cast<char>(kind < 4 ? between(1, 127) : between(1, 255))};
 }
 
 string pairPiece(unsigned int kind) {
@@ -140,7 +141,8 @@ struct Tables {
   }
   static void fill(fast::SingleByteDecoder& table, bool isAscii) {
     for (unsigned int i = 0; i < 256; ++i) {
-      table.units[i] = isAscii && i < 0x80 ? static_cast<std::uint16_t>(i) : unit();
+      // ASCII, if in another order.
+      table.units[i] = i < 0x80 ? static_cast<std::uint16_t>(isAscii ? i : i ^ 1) : unit();
     }
     table.units[0] = table.units[0x9B] = 0;
     table.prepare();

@@ -21,7 +21,7 @@ void SingleByteDecoder::prepare() {
   for (unsigned int i = 0; i < 256; ++i) {
     low[i] = static_cast<std::uint8_t>(units[i]);
     high[i] = static_cast<std::uint8_t>(units[i] >> 8);
-    ascii[i] = units[i] < 0x80 && (units[i] != 0 || i == 0) ? low[i] : 0xFF;
+    ascii[i] = units[i] < 0x80 ? low[i] : 0xFF;
     Byte sequence[3] = {};
     Byte* end = sequence;
     if (units[i] != 0) putUtf8(end, units[i]);

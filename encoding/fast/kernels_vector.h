@@ -6,6 +6,7 @@
 
 #include "encoding/fast/kernels.h"
 #include "encoding/fast/kernels_steps.h"
+#include "encoding/fast/kernels_tables.h"
 #include "encoding/fast/kernels_vector_sse4.h"
 
 namespace fast {
@@ -67,6 +68,39 @@ template <class V, template <class> class Work, class Table>
 KernelResult tableKernel(const Table& table, const Byte* in, const Byte* inEnd, Byte* out,
                          Byte* outEnd) {
   return treatAll<Work<V>, Work<Vector16>>(in, inEnd, out, outEnd, table);
+}
+
+// ---- Parts ----
+
+inline unsigned int countBits(unsigned int mask) {
+  return static_cast<unsigned int>(__builtin_popcount(mask));
+}
+
+// Writes those of eight units whose bits are set.
+inline void keepUnits(__m128i units, unsigned int mask, Byte*& out) {
+  Vector16::store(out, Vector16::shuffle(units, Vector16::load(kKeepUnits.control[mask])));
+  out += 2 * countBits(mask);
+}
+
+// The mask of the surrogates among units.
+template <class V>
+inline typename V::Reg surrogates(typename V::Reg units) {
+  return V::equalUnits(V::both(units, V::units(0xF800)), V::units(0xD800));
+}
+
+// The masks of the upper and lower halves of pairs. False when there are other surrogates than
+// pairs and, as the last unit, the upper half of one.
+template <class V>
+inline bool findPairs(typename V::Reg units, typename V::Reg& isUpper, typename V::Reg& isLower) {
+  const auto kind = V::both(units, V::units(0xFC00));
+  isUpper = V::equalUnits(kind, V::units(0xD800));
+  isLower = V::equalUnits(kind, V::units(0xDC00));
+  return V::isZero(V::differ(V::previousUnits(isUpper), isLower));
+}
+
+template <class V>
+inline bool lastBitIsSet(typename V::Reg mask) {
+  return V::topBits(mask) >> (V::kSize - 1) != 0;
 }
 
 // ---- Runs of ASCII, and the other byte order ----

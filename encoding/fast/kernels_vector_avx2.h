@@ -22,7 +22,6 @@ struct Vector32 {
   }
   static Reg bytes(unsigned int value) { return _mm256_set1_epi8(static_cast<char>(value)); }
   static Reg units(unsigned int value) { return _mm256_set1_epi16(static_cast<short>(value)); }
-  static Reg upperUnits() { return _mm256_set1_epi32(static_cast<int>(0xFFFF0000u)); }
   static Reg zero() { return _mm256_setzero_si256(); }
 
   static Reg both(Reg a, Reg b) { return _mm256_and_si256(a, b); }
@@ -89,6 +88,23 @@ struct Vector32 {
   static Reg previousUnits(Reg a) {
     return _mm256_alignr_epi8(a, _mm256_permute2x128_si256(a, a, 0x08), 14);
   }
+  static Reg nextUnits(Reg a) {
+    return _mm256_alignr_epi8(_mm256_permute2x128_si256(a, a, 0x81), a, 2);
+  }
+
+  static Reg scalars(std::uint32_t value) { return _mm256_set1_epi32(static_cast<int>(value)); }
+  static Reg addScalars(Reg a, Reg b) { return _mm256_add_epi32(a, b); }
+  static Reg greaterScalars(Reg a, Reg b) { return _mm256_cmpgt_epi32(a, b); }
+  static Reg equalScalars(Reg a, Reg b) { return _mm256_cmpeq_epi32(a, b); }
+  template <int n>
+  static Reg shiftScalarsLeft(Reg a) {
+    return _mm256_slli_epi32(a, n);
+  }
+  template <int n>
+  static Reg shiftScalarsRight(Reg a) {
+    return _mm256_srli_epi32(a, n);
+  }
+
   template <int n>
   static __m128i lane(Reg a) {
     if constexpr (n == 0) {

@@ -21,7 +21,6 @@ struct Vector16 {
   static Reg loadLanes(const void* p) { return load(p); }
   static Reg bytes(unsigned int value) { return _mm_set1_epi8(static_cast<char>(value)); }
   static Reg units(unsigned int value) { return _mm_set1_epi16(static_cast<short>(value)); }
-  static Reg upperUnits() { return _mm_set1_epi32(static_cast<int>(0xFFFF0000u)); }
   static Reg zero() { return _mm_setzero_si128(); }
 
   static Reg both(Reg a, Reg b) { return _mm_and_si128(a, b); }
@@ -85,8 +84,23 @@ struct Vector16 {
     first = _mm_unpacklo_epi8(low, high);
     second = _mm_unpackhi_epi8(low, high);
   }
-  // The units one place further up; the first becomes 0.
+  // The units one place further up, or down; 0 comes in at the end.
   static Reg previousUnits(Reg a) { return _mm_slli_si128(a, 2); }
+  static Reg nextUnits(Reg a) { return _mm_srli_si128(a, 2); }
+
+  // 32-bit values.
+  static Reg scalars(std::uint32_t value) { return _mm_set1_epi32(static_cast<int>(value)); }
+  static Reg addScalars(Reg a, Reg b) { return _mm_add_epi32(a, b); }
+  static Reg greaterScalars(Reg a, Reg b) { return _mm_cmpgt_epi32(a, b); }  // signed
+  static Reg equalScalars(Reg a, Reg b) { return _mm_cmpeq_epi32(a, b); }
+  template <int n>
+  static Reg shiftScalarsLeft(Reg a) {
+    return _mm_slli_epi32(a, n);
+  }
+  template <int n>
+  static Reg shiftScalarsRight(Reg a) {
+    return _mm_srli_epi32(a, n);
+  }
   template <int n>
   static __m128i lane(Reg a) {
     return a;

@@ -71,10 +71,11 @@ struct SingleByteToUtf16 {
   }
 };
 
-template <class V>
+// Two registers of ASCII at a time, one of anything else.
+template <class V, unsigned int kRegisters>
 struct SingleByteToUtf8 {
   using Reg = typename V::Reg;
-  static constexpr std::ptrdiff_t kBlock = 2 * V::kSize;
+  static constexpr std::ptrdiff_t kBlock = kRegisters * V::kSize;
   const SingleByteDecoder& table;
   bool step(const Byte*& in, const Byte* inEnd, Byte*& out) const {
     return stepSingleByteToUtf8(table, in, inEnd, out);
@@ -83,13 +84,13 @@ struct SingleByteToUtf8 {
   bool treat(const Byte*& in, Byte*& out) const {
     const Reg bytes = V::load(in);
     if (table.isAscii) {
-      const Reg next = V::load(in + V::kSize);
+      const Reg next = kRegisters > 1 ? V::load(in + V::kSize) : bytes;
       if (V::topBits(V::either(bytes, next)) == 0) {
         if (hasZeroByte<V>(V::minBytes(bytes, next))) return false;
         V::store(out, bytes);
         V::store(out + V::kSize, next);
-        in += 2 * V::kSize;
-        out += 2 * V::kSize;
+        in += kBlock;
+        out += kBlock;
         return true;
       }
     } else {
@@ -142,6 +143,13 @@ struct SingleByteToUtf8 {
     return true;
   }
 };
+
+template <class V>
+KernelResult singleByteToUtf8(const SingleByteDecoder& table, const Byte* in, const Byte* inEnd,
+                              Byte* out, Byte* outEnd) {
+  return treatAll<SingleByteToUtf8<V, 2>, SingleByteToUtf8<Vector16, 1>>(in, inEnd, out, outEnd,
+                                                                         table);
+}
 
 template <class V>
 struct MapBytes {
@@ -315,12 +323,13 @@ struct DoubleByteWork {
     return true;
   }
 
-  // The characters at the places of a mask, which has place 0; four at a time, so that their number
-  // is less often guessed wrong: behind the last one comes the first again, and is overwritten.
+  // The characters at the places of a mask, which has place 0; eight at a time, so that their
+  // number is less often guessed wrong: behind the last one comes the first again, and is
+  // overwritten.
   bool characters(const Byte*& in, Byte*& out, std::uint64_t places, std::uint64_t size) const {
     const auto count = static_cast<unsigned int>(__builtin_popcountll(places));
-    for (unsigned int done = 0; done < count; done += 4) {
-      for (unsigned int i = 0; i < 4; ++i) {
+    for (unsigned int done = 0; done < count; done += 8) {
+      for (unsigned int i = 0; i < 8; ++i) {
         const unsigned int place = V::firstBitOr0(places);
         if (!look(in + place, out + 2 * (done + i))) {
           in += place;

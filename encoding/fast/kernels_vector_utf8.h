@@ -2,15 +2,10 @@
 #ifndef ENCODING_FAST_KERNELS_VECTOR_UTF8_H_
 #define ENCODING_FAST_KERNELS_VECTOR_UTF8_H_
 
-#include "encoding/fast/kernels_tables.h"
 #include "encoding/fast/kernels_vector.h"
 
 namespace fast {
 namespace {
-
-inline unsigned int countBits(unsigned int mask) {
-  return static_cast<unsigned int>(__builtin_popcount(mask));
-}
 
 // ---- UTF-8 to UTF-16 ----
 //
@@ -111,12 +106,6 @@ inline bool isWellFormed(typename V::Reg current, typename V::Reg previous1,
   return V::isZero(V::differ(expected, pairs));
 }
 
-// Writes those of eight units whose bits are set.
-inline void keepUnits(__m128i units, unsigned int mask, Byte*& out) {
-  Vector16::store(out, Vector16::shuffle(units, Vector16::load(kKeepUnits.control[mask])));
-  out += 2 * countBits(mask);
-}
-
 template <class V>
 struct Utf8Block {
   using Reg = typename V::Reg;
@@ -136,46 +125,34 @@ struct Utf8Block {
     return V::topBits(V::subtractBytes(V::maxBytes(previous2, previous3), V::bytes(0x70))) != 0;
   }
 
-  // The units; kWithLong: with surrogates.
-  template <bool kWithLong>
+  // The unit of each byte, if it is the last of its character; at third bytes of four, bits 6 to 20
+  // of the scalar value, and bits 0 to 11 at fourth bytes.
   void units(Reg& low, Reg& high) const {
     const Reg isAscii = V::greaterBytes(current, V::bytes(0xFF));
     const Reg last = V::both(current, V::bytes(0x7F));
     const Reg middle = V::without(V::both(previous1, V::bytes(0x3F)), isAscii);
-    // The low half of first bytes E0 to EF, as upper half of the unit's high byte; else 0.
-    Reg first = V::subtractBytes(previous2, V::bytes(0xE0));
-    if constexpr (kWithLong) first = V::both(first, V::bytes(0x0F));
-    first = V::template shiftLeft<4>(first);
-    if constexpr (kWithLong) {
-      first = V::without(first,
-                         V::greaterBytes(V::subtractBytes(previous2, V::bytes(0xEF)), V::zero()));
-    }
+    // The low half of first bytes from E0 up, as upper half of the unit's high byte; else 0.
+    const Reg first = V::template shiftLeft<4>(
+        V::both(V::subtractBytes(previous2, V::bytes(0xE0)), V::bytes(0x0F)));
     const Reg weights = V::units(0x4001);
     const Reg zero = V::zero();
     low = V::either(V::multiplyAddPairs(V::interleaveLowBytes(last, middle), weights),
                     V::interleaveLowBytes(zero, first));
     high = V::either(V::multiplyAddPairs(V::interleaveHighBytes(last, middle), weights),
                      V::interleaveHighBytes(zero, first));
-    if constexpr (kWithLong) {
-      const Reg third = V::subtractBytes(previous2, V::bytes(0xEF));   // above 0: is third
-      const Reg fourth = V::subtractBytes(previous3, V::bytes(0xEF));  // above 0: is fourth
-      const Reg isThird = V::greaterBytes(third, zero);
-      const Reg isFourth = V::greaterBytes(fourth, zero);
-      const Reg plane = V::both(previous2, V::bytes(0x07));
-      low =
-          surrogates(low, V::interleaveLowBytes(isThird, isThird),
-                     V::interleaveLowBytes(isFourth, isFourth), V::interleaveLowBytes(zero, plane));
-      high = surrogates(high, V::interleaveHighBytes(isThird, isThird),
-                        V::interleaveHighBytes(isFourth, isFourth),
-                        V::interleaveHighBytes(zero, plane));
-    }
   }
 
-  // units holds, at third bytes, bits 6 to 17 of the scalar value; plane, bits 18 to 20 in place of
-  // bits 8 to 10. At fourth bytes units holds bits 0 to 11.
-  static Reg surrogates(Reg units, Reg isThird, Reg isFourth, Reg plane) {
-    const Reg upper =
-        V::addUnits(V::addUnits(V::template shiftRight<4>(units), plane), V::units(0xD7C0));
+  // Turns the units of third and fourth bytes of four into surrogates.
+  void putSurrogates(Reg& low, Reg& high) const {
+    const Reg isThird = V::greaterBytes(V::subtractBytes(previous2, V::bytes(0xEF)), V::zero());
+    const Reg isFourth = V::greaterBytes(V::subtractBytes(previous3, V::bytes(0xEF)), V::zero());
+    low = surrogates(low, V::interleaveLowBytes(isThird, isThird),
+                     V::interleaveLowBytes(isFourth, isFourth));
+    high = surrogates(high, V::interleaveHighBytes(isThird, isThird),
+                      V::interleaveHighBytes(isFourth, isFourth));
+  }
+  static Reg surrogates(Reg units, Reg isThird, Reg isFourth) {
+    const Reg upper = V::addUnits(V::template shiftRight<4>(units), V::units(0xD7C0));
     const Reg lower = V::either(V::both(units, V::units(0x03FF)), V::units(0xDC00));
     return V::choose(V::choose(units, upper, isThird), lower, isFourth);
   }
@@ -187,10 +164,10 @@ struct Utf8Block {
                                  V::subtractBytes(previous1, V::bytes(0x60))));
   }
 
-  template <bool kWithLong>
   void write(Byte*& out) const {
     Reg low, high;
-    units<kWithLong>(low, high);
+    units(low, high);
+    if (hasLong()) putSurrogates(low, high);
     const std::uint32_t mask = kept();
     keepUnits(V::template lane<0>(low), mask & 0xFF, out);
     keepUnits(V::template lane<0>(high), mask >> 8 & 0xFF, out);
@@ -225,11 +202,7 @@ inline void utf8Blocks(const Byte*& in, const Byte* inEnd, Byte*& out, Byte* out
     }
     const Utf8Block<V> block(in);
     if (!block.isWellFormed()) break;
-    if (block.hasLong()) {
-      block.template write<true>(out);
-    } else {
-      block.template write<false>(out);
-    }
+    block.write(out);
     in += kSize;
   }
   if (in[-1] >= 0xC0) {
@@ -311,11 +284,6 @@ inline std::uint32_t lengthBits(typename V::Reg isAscii, typename V::Reg isShort
   return V::topBits(V::choose(isAscii, isShort, V::units(0xFF00)));
 }
 
-template <class V>
-inline typename V::Reg surrogates(typename V::Reg units) {
-  return V::equalUnits(V::both(units, V::units(0xF800)), V::units(0xD800));
-}
-
 // Any units but 0 and surrogates.
 template <class V>
 inline void encodeAny(typename V::Reg units, Byte*& out) {
@@ -331,10 +299,8 @@ inline void encodeAny(typename V::Reg units, Byte*& out) {
 // half: the first half is then left for later.
 template <class V>
 inline bool encodeWithPairs(typename V::Reg units, const Byte*& in, Byte*& out) {
-  const auto kind = V::both(units, V::units(0xFC00));
-  const auto isUpper = V::equalUnits(kind, V::units(0xD800));
-  const auto isLower = V::equalUnits(kind, V::units(0xDC00));
-  if (!V::isZero(V::differ(V::previousUnits(isUpper), isLower))) return false;
+  typename V::Reg isUpper, isLower;
+  if (!findPairs<V>(units, isUpper, isLower)) return false;
 
   const auto isAscii = V::equalUnits(V::both(units, V::units(0xFF80)), V::zero());
   const auto isTwo = V::equalUnits(V::both(units, V::units(0xF800)), V::zero());
@@ -356,7 +322,7 @@ inline bool encodeWithPairs(typename V::Reg units, const Byte*& in, Byte*& out) 
   const auto isShort = V::either(isTwo, V::either(isUpper, isLower));
   writeFields<V>(firsts, lasts, lengthBits<V>(isAscii, isShort), out);
   in += V::kSize;
-  if ((V::topBits(isUpper) >> (V::kSize - 1)) != 0) {
+  if (lastBitIsSet<V>(isUpper)) {
     in -= 2;
     out -= 2;
   }
@@ -365,33 +331,38 @@ inline bool encodeWithPairs(typename V::Reg units, const Byte*& in, Byte*& out) 
 
 // Two registers at a time are of the same kind: the fewer the questions, the fewer the branches
 // that are guessed wrong where kinds alternate.
-template <class V>
+template <class V, unsigned int kRegisters>
 struct Utf16ToUtf8 {
-  static constexpr std::ptrdiff_t kBlock = 2 * V::kSize;
+  static constexpr std::ptrdiff_t kBlock = kRegisters * V::kSize;
   bool step(const Byte*& in, const Byte* inEnd, Byte*& out) const {
     return stepUtf16ToUtf8(in, inEnd, out);
   }
   bool treat(const Byte*& in, Byte*& out) const {
     const auto first = V::load(in);
-    const auto second = V::load(in + V::kSize);
+    const auto second = kRegisters > 1 ? V::load(in + V::kSize) : first;
     const auto bits = V::either(first, second);
     if (!V::isZero(V::equalUnits(V::minUnits(first, second), V::zero()))) return false;
     if (V::areDisjoint(bits, V::units(0xFF80))) {
       V::store(out, V::narrow(first, second));
-      out += V::kSize;
+      out += kBlock / 2;
     } else if (V::areDisjoint(bits, V::units(0xF800))) {
       encodeShort<V>(first, out);
-      encodeShort<V>(second, out);
+      if constexpr (kRegisters > 1) encodeShort<V>(second, out);
     } else if (V::isZero(V::either(surrogates<V>(first), surrogates<V>(second)))) {
       encodeAny<V>(first, out);
-      encodeAny<V>(second, out);
+      if constexpr (kRegisters > 1) encodeAny<V>(second, out);
     } else {
       return encodeWithPairs<V>(first, in, out);
     }
-    in += 2 * V::kSize;
+    in += kBlock;
     return true;
   }
 };
+
+template <class V>
+KernelResult utf16ToUtf8(const Byte* in, const Byte* inEnd, Byte* out, Byte* outEnd) {
+  return treatAll<Utf16ToUtf8<V, 2>, Utf16ToUtf8<Vector16, 1>>(in, inEnd, out, outEnd);
+}
 
 }  // namespace
 }  // namespace fast
