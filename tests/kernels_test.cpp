@@ -5,7 +5,7 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
-#include <cstring>
+#include <algorithm>
 #include <functional>
 #include <memory>
 #include <random>
@@ -255,7 +255,7 @@ void compareWithScalar(const Case& test, const Kernels& form, const string& text
   static const GuardedMemory expected(65536);
   // At either end of the memory, so that both limits are watched.
   for (Byte* in : {input.begin(), input.end() - text.size()}) {
-    if (!text.empty()) std::memcpy(in, text.data(), text.size());
+    std::copy(text.begin(), text.end(), in);
     const Byte* inEnd = in + text.size();
     const KernelResult wanted =
         test.run(fast::scalarKernels(), in, inEnd, expected.begin(), expected.end());

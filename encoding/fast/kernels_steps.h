@@ -13,7 +13,7 @@
 #include "encoding/fast/kernels.h"
 
 namespace fast {
-namespace {
+namespace {  // NOLINT(cert-dcl59-cpp): see above
 
 using Byte = unsigned char;
 

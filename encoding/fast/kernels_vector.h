@@ -10,7 +10,7 @@
 #include "encoding/fast/kernels_vector_sse4.h"
 
 namespace fast {
-namespace {
+namespace {  // NOLINT(cert-dcl59-cpp): internal linkage, see kernels_steps.h
 
 constexpr auto kRoom = static_cast<std::ptrdiff_t>(kKernelSlack);
 

@@ -7,7 +7,7 @@
 #include <cstdint>
 
 namespace fast {
-namespace {
+namespace {  // NOLINT(cert-dcl59-cpp): internal linkage, see kernels_steps.h
 
 struct Vector32 {
   using Reg = __m256i;

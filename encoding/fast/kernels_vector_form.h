@@ -6,7 +6,7 @@
 #include "encoding/fast/kernels_vector_utf32.h"
 
 namespace fast {
-namespace {
+namespace {  // NOLINT(cert-dcl59-cpp): internal linkage, see kernels_steps.h
 
 template <class V>
 constexpr Kernels vectorForm(const char* name) {

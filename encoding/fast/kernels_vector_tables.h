@@ -5,7 +5,7 @@
 #include "encoding/fast/kernels_vector_utf8.h"
 
 namespace fast {
-namespace {
+namespace {  // NOLINT(cert-dcl59-cpp): internal linkage, see kernels_steps.h
 
 // ---- Single-byte code pages: tables of 256 bytes in shuffles. ----
 

@@ -5,7 +5,7 @@
 #include "encoding/fast/kernels_vector.h"
 
 namespace fast {
-namespace {
+namespace {  // NOLINT(cert-dcl59-cpp): internal linkage, see kernels_steps.h
 
 // ---- UTF-8 to UTF-16 ----
 //
