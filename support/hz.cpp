@@ -163,15 +163,15 @@ struct Writer : CodecRun {
   }
 
   bool writePair() {
-    if (left() < 2 && !last) return false;
+    const bool isLead = *p >= 0x81 && *p <= 0xFE;
+    if (isLead && left() < 2 && !last) return false;
     if (left() >= 2 && isGb8(p[0], p[1])) {
       enter(true);
       copyPairs<GbToHz>(*this);
       return true;
     }
     // Code page 936 assigns every pair of a lead and a trail byte.
-    const bool isPair =
-        left() >= 2 && p[0] >= 0x81 && p[0] <= 0xFE && p[1] >= 0x40 && p[1] <= 0xFE && p[1] != 0x7F;
+    const bool isPair = isLead && left() >= 2 && p[1] >= 0x40 && p[1] <= 0xFE && p[1] != 0x7F;
     geta(isPair ? 2 : 1);
     return true;
   }

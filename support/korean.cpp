@@ -225,8 +225,9 @@ struct Writer : CodecRun {
   }
 
   bool writePair() {
-    if (left() < 2 && !last) return false;
-    if (left() < 2) {
+    const bool isLead = *p >= 0x81 && *p <= 0xFE;
+    if (isLead && left() < 2 && !last) return false;
+    if (!isLead || left() < 2) {
       geta(1);
     } else if (isKs8(p[0], p[1])) {
       enter(true);
