@@ -21,8 +21,19 @@ set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME libencconv-dev)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS
   "libencconv${PROJECT_VERSION_MAJOR} (= ${PROJECT_VERSION}), libbz2-dev")
-set(CPACK_COMPONENT_TOOL_DESCRIPTION "${PROJECT_DESCRIPTION}: the command-line tool")
-set(CPACK_COMPONENT_LIBRARY_DESCRIPTION "${PROJECT_DESCRIPTION}: the shared library")
+
+set(about "Unicode, Windows, DOS, Mac, EBCDIC, East Asian and GSM encodings, in constant memory, \
+with a report of what cannot be converted.")
+set(CPACK_COMPONENT_TOOL_DESCRIPTION "${about}\nThis is the tool for files and pipes.")
+set(CPACK_COMPONENT_LIBRARY_DESCRIPTION "${about}\nThis is the shared library.")
 set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION
-  "${PROJECT_DESCRIPTION}: headers, static library and package files")
+  "${about}\nThese are headers for C and C++, the static library, and files for CMake and pkg-config.")
 include(CPack)
+
+foreach(component IN ITEMS tool library development)
+  string(TOUPPER ${component} name)
+  install(FILES LICENSE DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/${CPACK_DEBIAN_${name}_PACKAGE_NAME}
+    RENAME copyright COMPONENT ${component})
+endforeach()
+install(FILES CHANGELOG.md docs/guide.md
+  DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/encconv COMPONENT tool)

@@ -15,8 +15,8 @@ target_include_directories(encconv_shared INTERFACE
 target_link_libraries(encconv_shared PRIVATE
   $<BUILD_INTERFACE:encconv_settings> BZip2::BZip2 Threads::Threads)
 if(UNIX AND NOT APPLE)
+  configure_file(${PROJECT_SOURCE_DIR}/cmake/encconv.map.in ${PROJECT_BINARY_DIR}/encconv.map @ONLY)
   target_link_options(encconv_shared PRIVATE
-    LINKER:--version-script=${PROJECT_SOURCE_DIR}/cmake/encconv.map)
-  set_property(TARGET encconv_shared APPEND PROPERTY
-    LINK_DEPENDS ${PROJECT_SOURCE_DIR}/cmake/encconv.map)
+    LINKER:--version-script=${PROJECT_BINARY_DIR}/encconv.map)
+  set_property(TARGET encconv_shared APPEND PROPERTY LINK_DEPENDS ${PROJECT_BINARY_DIR}/encconv.map)
 endif()

@@ -87,7 +87,7 @@ void expectOneLine(const Outcome& outcome, const std::string& part) {
 TEST_F(ToolTest, ConvertsFilesAndStreamsByNameAndNumber) {
   EXPECT_EQ(run("-f latin1 -t utf-8 latin").out, "café\n");
   EXPECT_EQ(run("-f 1252 -t 65001", "\x80").out, "€");
-  EXPECT_EQ(run("--from=cp1252 --to=UTF8 latin - latin", "\x80").out, "café\n€café\n");
+  EXPECT_EQ(run("-f 37 --from=cp1252 --to=UTF8 latin - latin", "\x80").out, "café\n€café\n");
   EXPECT_EQ(run("-f utf-8 -t utf-16be --bom utf8 utf8 -o both").status, 0);
   EXPECT_EQ(read("both"), std::string("\xFE\xFF\0c\0a\0f\0\xE9\0\n\0c\0a\0f\0\xE9\0\n", 22));
   EXPECT_EQ(run("-f utf-8 -t utf-32le --bom", "a").out, std::string("\xFF\xFE\0\0a\0\0\0", 8));
@@ -120,6 +120,11 @@ TEST_F(ToolTest, RefusesInOneLineAndWritesNothing) {
       {"-f 1252 -t utf-8 --in-place -j lots latin", "'lots'"},
       {"-f utf-8 -t 1252 --bom utf8 -o result", "'1252' has no byte order mark"},
       {"-f utf-8 -t 1252 --on-error ignore utf8 -o result", "'ignore'"},
+      {"-f utf-8 -t 1252 --on-error alternate=ignore utf8 -o result", "encoding 'ignore'"},
+      {"-f utf-8 -t 1252 --on-error substitute=0x1 utf8 -o result", "'substitute=0x1'"},
+      {"-f utf-8 -t '' utf8 -o result", "--to: the value is empty"},
+      {"-f utf-8 -t 1252 utf8 -o", "--output: the value is missing"},
+      {"utf8", "-f FROM -t TO"},
       {"-f utf-8 -t 1252 --on-error substitute=\u4E00 utf8 -o result", "windows-1252"},
       {"-f utf-8 -t 1252 --ebcdic-newline lf utf8 -o result", "EBCDIC"},
       {"-f 37 -t 1252 --trim utf8 -o result", "--record-length"},
@@ -169,7 +174,7 @@ TEST_F(ToolTest, StopsWithTheWholeStory) {
   const Outcome malformed = run("-f utf-8 -t utf-8 latin");
   EXPECT_EQ(malformed.status, 1);
   EXPECT_EQ(malformed.out, "caf");
-  expectOneLine(malformed, "latin: byte offset 3, line 1: E9 is no text in UTF-8");
+  expectOneLine(malformed, "latin: byte offset 3, line 1: E9 is not valid UTF-8");
 }
 
 TEST_F(ToolTest, TreatsWhatCannotBeConverted) {
@@ -319,6 +324,10 @@ TEST_F(ToolTest, ShowsChartsAndLists) {
   EXPECT_TRUE(contains(read("page"), "<td class=c><u>80</u><b>€</b><s>20AC</s>"));
   EXPECT_TRUE(contains(run("--list cyrillic").out, "1251"));
   EXPECT_TRUE(run("--list koi8 --json").out.starts_with("["));
+  EXPECT_TRUE(contains(run("--list hz").out, "RFC 1843"));
+  const Outcome none = run("--list klingon");
+  EXPECT_EQ(none.status, 1);
+  expectOneLine(none, "'klingon'");
 }
 
 TEST_F(ToolTest, DocumentsEveryOptionEverywhere) {
@@ -345,6 +354,11 @@ TEST_F(ToolTest, DocumentsEveryOptionEverywhere) {
     EXPECT_GT(run(std::string("--help ") + topic).out.size(), 100u) << topic;
   }
   EXPECT_EQ(run("--version").out, "encconv " ENCCONV_VERSION "\n");
+  for (const char* name : {"docs/encconv.1", "CHANGELOG.md"}) {
+    std::ifstream file(project / name);
+    const std::string text{std::istreambuf_iterator<char>(file), {}};
+    EXPECT_TRUE(contains(text, ENCCONV_VERSION)) << name;
+  }
 }
 
 }  // namespace

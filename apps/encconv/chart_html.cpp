@@ -43,6 +43,7 @@ td em { font: 11px ui-monospace, monospace; color: var(--control); display: bloc
   padding: .35rem 0; }
 td.p { background: var(--private); }
 td.r { background: var(--oneway); }
+td.hit u, td.hit s, td.hit em { color: inherit; }
 td.hit, li.hit { background: var(--hit); outline: 2px solid var(--ink); outline-offset: -2px; }
 .key { display: inline-block; padding: 0 .5em; border: 1px solid var(--line); margin-right: .3em; }
 .key.p { background: var(--private); }

@@ -3,8 +3,12 @@
 #include <unistd.h>
 
 #include <array>
+#include <cerrno>
 #include <cmath>
 #include <cstdio>
+#include <system_error>
+
+#include "apps/encconv/options.h"
 
 namespace tool {
 namespace {
@@ -49,6 +53,11 @@ Console::Console(bool wantsProgress)
 Console::~Console() { erase(); }
 
 void Console::report(const std::string& message) { write("encconv: " + message + "\n"); }
+
+int Console::reportStandardOutput() {
+  report("standard output: " + std::generic_category().message(errno));
+  return kUsage;
+}
 
 void Console::write(const std::string& text) {
   const std::lock_guard<std::mutex> lock(m_mutex);

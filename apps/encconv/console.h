@@ -25,6 +25,8 @@ class Console {
 
   // "encconv: MESSAGE" on a line of its own.
   void report(const std::string& message);
+  // That standard output could not be written, for the reason in errno. Returns the exit status.
+  int reportStandardOutput();
   // Text as it is; it ends with a line end.
   void write(const std::string& text);
 

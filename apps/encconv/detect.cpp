@@ -166,6 +166,7 @@ Detection detectEncoding(std::span<const unsigned char> sample, bool isWhole) {
     if (hasOddControls(text)) {
       return {65001, Sureness::kGuess, "only ASCII, but with control characters"};
     }
+    if (sample.empty()) return {65001, Sureness::kCertain, "empty"};
     return {65001, Sureness::kCertain, isWhole ? "only ASCII" : "only ASCII at the beginning"};
   }
   return guess(sample);
@@ -190,11 +191,7 @@ int runDetection(const Options& options, Console& console) {
     if (detection.codePage == 0) status = std::max<int>(status, kNotConverted);
     std::printf("%s: %s: %s\n", input.label().c_str(), encoding.c_str(), detection.reason.c_str());
   }
-  if (std::fflush(stdout) != 0) {
-    console.report("standard output: cannot be written");
-    return kUsage;
-  }
-  return status;
+  return std::fflush(stdout) == 0 ? status : console.reportStandardOutput();
 }
 
 }  // namespace tool

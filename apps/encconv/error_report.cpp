@@ -41,7 +41,7 @@ std::string describeError(const StreamError& error, const StreamSettings& settin
   std::string text =
       "byte offset " + std::to_string(error.offset) + ", line " + std::to_string(error.line) + ": ";
   if (error.kind == StreamErrorKind::kMalformed) {
-    return text + bytesOf(error) + " is no text in " + describeCodePage(settings.from);
+    return text + bytesOf(error) + " is not valid " + describeCodePage(settings.from);
   }
   if (error.codePoint >= 0) {
     text += describeCharacter(static_cast<char32_t>(error.codePoint)) + " (" + bytesOf(error) + ")";

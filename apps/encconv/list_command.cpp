@@ -3,7 +3,7 @@
 #include <iomanip>
 #include <string>
 
-#include "encoding/code_page_list.h"
+#include "encoding/stream/stream_code_pages.h"
 
 namespace {
 
@@ -94,8 +94,8 @@ int printCodePageList(std::ostream& out, bool json, std::string_view filter) {
   } else if (filter.empty()) {
     out << kNotes;
   }
-  for (std::size_t i = 0; i < codePageCount(); ++i) {
-    const CodePageInfo page = codePageAt(i);
+  for (std::size_t i = 0; i < streamCodePageCount(); ++i) {
+    const CodePageInfo page = streamCodePageAt(i);
     if (!codePageMatches(page, filter)) continue;
     if (json) {
       out << (any ? ",\n " : "\n ");

@@ -25,9 +25,9 @@ int run(const tool::Options& options) {
       return tool::runChart(options, console);
     case tool::Command::kList: {
       const int status = printCodePageList(std::cout, options.json, options.filter);
-      if (std::cout.flush()) return status;
-      console.report("standard output: cannot be written");
-      return tool::kUsage;
+      if (!std::cout.flush()) return console.reportStandardOutput();
+      if (status != tool::kDone) console.report("no encoding matches '" + options.filter + "'");
+      return status;
     }
     case tool::Command::kConvert:
       break;

@@ -41,6 +41,8 @@ constexpr const char* kNoSuffix = "/";
 
 void declare(CLI::App& app, RawArguments& raw, Options& options) {
   app.set_help_flag();
+  // The last one counts, so that aliases and scripts can have defaults.
+  app.option_defaults()->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
   app.add_option("-f,--from", raw.from);
   app.add_option("-t,--to", raw.to);
   app.add_option("-o,--output", options.output);
@@ -63,7 +65,7 @@ void declare(CLI::App& app, RawArguments& raw, Options& options) {
   app.add_option("--html", options.chartHtml);
   app.add_option("-h,--help", raw.helpTopic)->expected(0, 1);
   app.add_flag("--version", raw.version);
-  app.add_option("files", options.inputs);
+  app.add_option("files", options.inputs)->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
 }
 
 unsigned int readNumber(const std::string& option, const std::string& text, unsigned int lowest,
@@ -93,7 +95,19 @@ EbcdicNewline readEbcdicNewline(const std::string& text) {
   throw UsageError{"--ebcdic-newline: '" + text + "' is none of lf, nl and keep"};
 }
 
+void readTreatment(const std::string& text, Options& options) {
+  constexpr std::string_view kAlternate = "alternate=";
+  if (text.starts_with(kAlternate)) readCodePage(text.substr(kAlternate.size()));
+  if (!parseStreamTreatment(text, options.treatment)) {
+    throw UsageError{"--on-error: '" + text +
+                     "' is no treatment (encconv --help errors shows them)"};
+  }
+}
+
 void readEncodings(const RawArguments& raw, Options& options) {
+  if (raw.from.empty() && raw.to.empty()) {
+    throw UsageError{"from which encoding to which? -f FROM -t TO (encconv --help shows more)"};
+  }
   if (raw.from.empty()) throw UsageError{"the input encoding is missing: -f FROM"};
   if (raw.to.empty()) throw UsageError{"the output encoding is missing: -t TO"};
   options.fromCodePage = raw.from == "auto" ? kCodePageAuto : readCodePage(raw.from);
@@ -101,10 +115,7 @@ void readEncodings(const RawArguments& raw, Options& options) {
   if (options.writeMark && byteOrderMark(options.toCodePage).empty()) {
     throw UsageError{"--bom: '" + raw.to + "' has no byte order mark"};
   }
-  if (!raw.onError.empty() && !parseStreamTreatment(raw.onError, options.treatment)) {
-    throw UsageError{"--on-error: '" + raw.onError +
-                     "' is no treatment (encconv --help errors shows them)"};
-  }
+  if (!raw.onError.empty()) readTreatment(raw.onError, options);
 }
 
 void readShape(const RawArguments& raw, Options& options) {
@@ -150,7 +161,20 @@ void readDestination(const RawArguments& raw, Options& options) {
   }
 }
 
+// An empty value is a variable of a script that was not set.
+void refuseEmptyValues(const CLI::App& app) {
+  for (const CLI::Option* option : app.get_options()) {
+    const bool mayLackValue = option->get_expected_min() == 0;
+    for (const std::string& value : option->results()) {
+      if (value.empty() && !mayLackValue) {
+        throw UsageError{option->get_name() + ": the value is empty"};
+      }
+    }
+  }
+}
+
 void readCommand(const CLI::App& app, const RawArguments& raw, Options& options) {
+  refuseEmptyValues(app);
   const bool lists = app.count("--list") != 0;
   const bool charts = app.count("--chart") != 0;
   if ((lists ? 1 : 0) + (charts ? 1 : 0) + (raw.detect ? 1 : 0) > 1) {
@@ -205,6 +229,11 @@ ParsedArguments parseArguments(std::vector<std::string> arguments) {
     return parsed;
   } catch (const UsageError& error) {
     message = error.message;
+  } catch (const CLI::ExtrasError&) {
+    message = "unknown option '" + app.remaining().front() + "' (encconv --help shows the usage)";
+  } catch (const CLI::ArgumentMismatch& error) {
+    const std::string_view text = error.what();
+    message = std::string(text.substr(0, text.find(':'))) + ": the value is missing";
   } catch (const CLI::Error& error) {
     message = std::string(error.what()) + " (encconv --help shows the usage)";
   }

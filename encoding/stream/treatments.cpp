@@ -32,12 +32,15 @@ bool readHexBytes(std::string_view digits, std::string& bytes) {
   return true;
 }
 
-void readSubstitute(std::string_view text, StreamSettings& settings) {
+bool readSubstitute(std::string_view text, StreamSettings& settings) {
+  const bool isRaw = text.substr(0, 2) == "0x";
+  // A slip in the digits is no text that anybody wants.
+  if (isRaw && !readHexBytes(text.substr(2), settings.substitute)) return false;
+  if (!isRaw) settings.substitute = text;
   settings.treatment = StreamTreatment::kSubstitute;
   settings.hasSubstitute = true;
-  settings.substituteIsRaw =
-      text.substr(0, 2) == "0x" && readHexBytes(text.substr(2), settings.substitute);
-  if (!settings.substituteIsRaw) settings.substitute = text;
+  settings.substituteIsRaw = isRaw;
+  return true;
 }
 
 bool readAlternate(std::string_view name, StreamSettings& settings) {
@@ -73,9 +76,7 @@ bool parseStreamTreatment(std::string_view text, StreamSettings& settings) {
   if (equals == std::string_view::npos) return false;
   const std::string_view value = text.substr(equals + 1);
   if (text.substr(0, equals) == "alternate") return readAlternate(value, settings);
-  if (text.substr(0, equals) != "substitute") return false;
-  readSubstitute(value, settings);
-  return true;
+  return text.substr(0, equals) == "substitute" && readSubstitute(value, settings);
 }
 
 // ---- Serving them. ----

@@ -48,10 +48,16 @@ ENCCONV_API std::optional<int> find_code_page(std::string_view name);
 /// An encoding by its number or by one of its names.
 class ENCCONV_API Encoding {
  public:
-  Encoding(int code_page) : m_code_page(code_page) {}  // NOLINT: meant to be converted from
-  Encoding(std::string_view name);                     // NOLINT
-  Encoding(const char* name) : Encoding(std::string_view(name)) {}         // NOLINT
-  Encoding(const std::string& name) : Encoding(std::string_view(name)) {}  // NOLINT
+  // NOLINTBEGIN(google-explicit-constructor,hicpp-explicit-conversions): meant to be converted from
+  /// By number. It need not be a known one; conversions refuse those that are not.
+  Encoding(int code_page) : m_code_page(code_page) {}
+  /// By name, or by a number written out, as find_code_page() takes them.
+  Encoding(std::string_view name);
+  /// As above; name ends with NUL.
+  Encoding(const char* name) : Encoding(std::string_view(name)) {}
+  /// As above.
+  Encoding(const std::string& name) : Encoding(std::string_view(name)) {}
+  // NOLINTEND(google-explicit-constructor,hicpp-explicit-conversions)
 
   /// The number; -1 for a name that is not known, which conversions refuse.
   int code_page() const { return m_code_page; }
@@ -133,14 +139,16 @@ using Utf16Result = BasicResult<std::u16string>;  ///< with UTF-16 in the host's
 ENCCONV_API Result convert(std::string_view bytes, Encoding from, Encoding to,
                            const Options& options = {});
 
-/// Bytes of any encoding to UTF-8 and back. A byte order mark of the input is taken off.
+/// Bytes of any encoding to UTF-8. A byte order mark of the input is taken off.
 ENCCONV_API Result to_utf8(std::string_view bytes, Encoding from, const Options& options = {});
+/// UTF-8 to bytes of any encoding. A byte order mark of the input is taken off.
 ENCCONV_API Result from_utf8(std::string_view text, Encoding to, const Options& options = {});
 
-/// Bytes of any encoding to UTF-16 in the host's byte order and back. from_utf16 looks for no byte
-/// order mark.
+/// Bytes of any encoding to UTF-16 in the host's byte order. A byte order mark of the input is
+/// taken off.
 ENCCONV_API Utf16Result to_utf16(std::string_view bytes, Encoding from,
                                  const Options& options = {});
+/// UTF-16 in the host's byte order to bytes of any encoding. Looks for no byte order mark.
 ENCCONV_API Result from_utf16(std::u16string_view text, Encoding to, const Options& options = {});
 
 // ---- Streams. ----
