@@ -88,16 +88,8 @@ void storeLow(unsigned char* dest, Number number) {
   }
 }
 
-// Eight bytes are tested together: the results of such tests have the high bit of each byte that
-// was found.
 inline std::uint64_t loadEight(const unsigned char* p) { return loadLow<std::uint64_t>(p); }
-constexpr std::uint64_t eightTimes(unsigned char byte) { return 0x0101010101010101u * byte; }
-constexpr std::uint64_t kHighBits = eightTimes(0x80);
-constexpr bool areAscii(std::uint64_t word) { return (word & kHighBits) == 0; }
-// The number of bytes before the first one found, or 8.
-constexpr unsigned int bytesBefore(std::uint64_t found) {
-  return static_cast<unsigned int>(std::countr_zero(found)) / 8;
-}
+constexpr bool areAscii(std::uint64_t eight) { return (eight & 0x8080808080808080u) == 0; }
 
 // One piece of UTF-8 text.
 struct Utf8Sequence {
@@ -108,22 +100,17 @@ struct Utf8Sequence {
 
 inline bool isContinuation(unsigned char byte) { return (byte & 0xC0) == 0x80; }
 
-// The sequences that the quick tests of decodeUtf8 leave: those of four bytes and the invalid ones.
-inline Utf8Sequence decodeRareUtf8(const unsigned char* p, std::size_t left) {
+// The length of the invalid piece at p; the bytes there must not be a whole sequence.
+inline unsigned int invalidLength(const unsigned char* p, std::size_t left) {
   const unsigned char lead = p[0];
-  constexpr Utf8Sequence kInvalidByte{0, 1, false};
-  if (lead < 0xC2 || lead > 0xF4) return kInvalidByte;
-  const unsigned int length = lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
+  if (lead < 0xC2 || lead > 0xF4 || left < 2) return 1;
   // What may follow the lead byte is narrower where overlong forms and values above U+10FFFF are.
   const unsigned char lowest = lead == 0xE0 ? 0xA0 : lead == 0xF0 ? 0x90 : 0x80;
   const unsigned char highest = lead == 0xF4 ? 0x8F : 0xBF;
-  if (left < 2 || p[1] < lowest || p[1] > highest) return kInvalidByte;
-  std::uint32_t value = lead & (0x7Fu >> length);
-  for (unsigned int i = 1; i < length; ++i) {
-    if (i >= left || !isContinuation(p[i])) return {0, i, false};
-    value = (value << 6) | (p[i] & 0x3Fu);
-  }
-  return {value, length, true};
+  if (p[1] < lowest || p[1] > highest) return 1;
+  unsigned int length = 2;
+  while (length < left && isContinuation(p[length])) ++length;
+  return length;
 }
 
 // Decodes the sequence at p, of which left (>= 1) bytes may be read. What is invalid, and how long
@@ -136,10 +123,17 @@ inline Utf8Sequence decodeUtf8(const unsigned char* p, std::size_t left) {
       const std::uint32_t value = ((lead & 0xFu) << 12) | ((p[1] & 0x3Fu) << 6) | (p[2] & 0x3Fu);
       if (value >= 0x800) return {value, 3, true};
     }
-  } else if (lead >= 0xC2 && lead < 0xE0 && left >= 2 && isContinuation(p[1])) {
-    return {((lead & 0x1Fu) << 6) | (p[1] & 0x3Fu), 2, true};
+  } else if (lead < 0xE0) {
+    if (lead >= 0xC2 && left >= 2 && isContinuation(p[1])) {
+      return {((lead & 0x1Fu) << 6) | (p[1] & 0x3Fu), 2, true};
+    }
+  } else if (lead < 0xF8 && left >= 4 && isContinuation(p[1]) && isContinuation(p[2]) &&
+             isContinuation(p[3])) {
+    const std::uint32_t value =
+        ((lead & 7u) << 18) | ((p[1] & 0x3Fu) << 12) | ((p[2] & 0x3Fu) << 6) | (p[3] & 0x3Fu);
+    if (value >= 0x10000 && value <= 0x10FFFF) return {value, 4, true};
   }
-  return decodeRareUtf8(p, left);
+  return {0, invalidLength(p, left), false};
 }
 
 // As decodeUtf8, but for text that is to become scalar values: two surrogate forms that make a pair

@@ -2,6 +2,7 @@
 #include <array>
 
 #include "support/gsm_alphabet.h"
+#include "support/sixteen_bytes.h"
 #include "support/utf_loops.h"
 #include "support/zv_utf.h"
 
@@ -28,39 +29,22 @@ unsigned char* writeEntry(unsigned char* dest, Entry entry) {
 }
 
 // Most text is letters, digits and marks that ASCII and the default alphabet have at the same
-// place; the loops of both directions copy them eight at a time. Found are the other bytes; behind
-// a byte of 0x80 or above the result means nothing.
-constexpr std::uint64_t findDifferent(std::uint64_t bytes) {
-  // Below 0x80 no byte of a sum carries into the next, so that adding 0x80 - n sets the high bit of
-  // the bytes from n up, and adding 0x7F that of all bytes but zero.
-  const std::uint64_t letters = bytes | eightTimes(0x20);
-  const std::uint64_t isLetter =
-      (letters + eightTimes(0x80 - 'a')) & ~(letters + eightTimes(0x80 - 'z' - 1)) & (bytes << 1);
-  const std::uint64_t isDigitOrMark = (bytes << 2) & ~(bytes << 1);
-  const std::uint64_t isNotDollar = (bytes ^ eightTimes('$')) + eightTimes(0x7F);
-  const std::uint64_t isNotNewline = (bytes ^ eightTimes('\n')) + eightTimes(0x7F);
-  const std::uint64_t isSame = isLetter | (isDigitOrMark & isNotDollar) | ~isNotNewline;
-  return (~isSame | bytes) & kHighBits;
+// place; the loops of both directions copy them together. (CR is one of them too, but rare.)
+SixteenBytes areSame(SixteenBytes text) {
+  return text.isAsciiLetter() | text.isBetween(' ', '#') | text.isBetween('%', '?') | text.is('\n');
 }
 
-constexpr bool findsExactlyWhatDiffers() {
-  for (unsigned int byte = 0; byte < 256; ++byte) {
-    const bool isSame = byte < 0x80 && kGsmAlphabet[byte] == byte && byte != '\r' && byte != 0;
-    if ((findDifferent(eightTimes(static_cast<unsigned char>(byte))) == 0) != isSame) return false;
-  }
-  return true;
-}
-static_assert(findsExactlyWhatDiffers());
-
-// Copies the bytes before the first different one, as far as there are eight in sight.
+// Copies the bytes before the first different one, as far as there are sixteen in sight.
 unsigned char* copySame(const unsigned char*& p, const unsigned char* stop, unsigned char* dest) {
-  while (stop - p >= 8) {
-    const std::uint64_t bytes = loadEight(p);
-    const unsigned int count = bytesBefore(findDifferent(bytes));
-    storeLow(dest, bytes);
-    p += count;
+  for (; stop - p >= std::ptrdiff_t{SixteenBytes::kSize}; p += SixteenBytes::kSize) {
+    const auto text = SixteenBytes::load(p);
+    text.store(dest);
+    const unsigned int count = areSame(text).countHigh();
     dest += count;
-    if (count < 8) break;
+    if (count != SixteenBytes::kSize) {
+      p += count;
+      break;
+    }
   }
   return dest;
 }

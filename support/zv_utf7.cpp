@@ -2,6 +2,7 @@
 #include <array>
 #include <string_view>
 
+#include "support/sixteen_bytes.h"
 #include "support/utf_loops.h"
 #include "support/zv_base.h"
 #include "support/zv_utf.h"
@@ -35,7 +36,16 @@ constexpr auto kIsDirect = [] {
   return table;
 }();
 
+SixteenBytes areDirect(SixteenBytes text) {
+  return text.isAsciiLetter() | text.isBetween(',', ':') | text.isBetween('\'', ')') |
+         text.is(' ') | text.is('?') | text.isBetween('\t', '\n') | text.is('\r');
+}
 bool isDirect(std::uint32_t unit) { return unit < kIsDirect.size() && kIsDirect[unit]; }
+
+// Whether a run has to be closed before a direct character, which could belong to it otherwise.
+bool needsRunClosed(std::uint32_t direct) {
+  return direct == '-' || isBase64(static_cast<unsigned char>(direct));
+}
 
 unsigned char base64Digit(std::uint32_t bits) {
   return static_cast<unsigned char>(kBase64[bits & 0x3F]);
@@ -44,9 +54,11 @@ unsigned char base64Digit(std::uint32_t bits) {
 // Three units are eight base64 digits: the loops of both directions do that many at once where they
 // stand at the beginning of such a group, which is where no bits are pending. Two tables serve
 // them: the two digits of each 12 bits, the first in the low byte, and the bits of a digit at each
-// place among four.
+// place among four, in the low 24 bits; for a byte that is no digit, a bit above these by its
+// place.
 constexpr unsigned int kGroupUnits = 3;
 constexpr unsigned int kGroupDigits = 8;
+constexpr unsigned int kStep = SixteenBytes::kSize;  // direct characters taken together
 
 constexpr auto kDigitPairs = [] {
   std::array<std::uint16_t, 4096> table{};
@@ -56,22 +68,36 @@ constexpr auto kDigitPairs = [] {
   return table;
 }();
 
-constexpr std::uint32_t kNoDigit = 0x80000000u;
 constexpr auto kDigitBits = [] {
   std::array<std::array<std::uint32_t, 256>, 4> tables{};
   for (unsigned int place = 0; place < tables.size(); ++place) {
     for (unsigned int byte = 0; byte < 256; ++byte) {
       const std::uint32_t value = kBase64Values[byte];
-      tables[place][byte] = value == kNoBase64 ? kNoDigit : value << (18 - 6 * place);
+      tables[place][byte] = value == kNoBase64 ? 1u << (24 + place) : value << (18 - 6 * place);
     }
   }
   return tables;
 }();
 
-// The 24 bits of four digits, with kNoDigit when one is not base64.
 std::uint32_t bitsOfFour(const unsigned char* p) {
   return kDigitBits[0][p[0]] | kDigitBits[1][p[1]] | kDigitBits[2][p[2]] | kDigitBits[3][p[3]];
 }
+
+// How a run may end, by the digits of its last, unfinished group: the whole units there, and the
+// bits of the group (the first digit's at the top of 48) that have to be 0.
+struct RunEnd {
+  unsigned int units;
+  std::uint64_t padding;
+};
+constexpr std::uint64_t kNeverZero = std::uint64_t{1} << 63;
+constexpr RunEnd kRunEnds[kGroupDigits] = {{0, 0},
+                                           {0, kNeverZero},
+                                           {0, kNeverZero},
+                                           {1, std::uint64_t{3} << 30},
+                                           {1, kNeverZero},
+                                           {1, kNeverZero},
+                                           {2, std::uint64_t{0xF} << 12},
+                                           {2, kNeverZero}};
 
 template <bool BigEndian>
 class Encoder {
@@ -95,34 +121,42 @@ class Encoder {
  private:
   static std::uint32_t load(const unsigned char* p) { return zvLoadHostUnit(p, BigEndian); }
 
-  // Writes eight units that are direct characters; false, with nothing said about the bytes at
-  // dest, when they are not.
-  static bool copyEightDirect(const unsigned char* p, unsigned char* dest) {
-    constexpr std::uint64_t kNotAscii = BigEndian ? 0x80FF80FF80FF80FFu : 0xFF80FF80FF80FF80u;
-    if (((loadEight(p) | loadEight(p + 8)) & kNotAscii) != 0) return false;
-    bool areDirect = true;
-    for (unsigned int i = 0; i < 8; ++i) {
-      dest[i] = p[2 * i + (BigEndian ? 1 : 0)];
-      areDirect &= kIsDirect[dest[i]];
-    }
-    return areDirect;
-  }
-
   unsigned char* copyDirect(const unsigned char*& p, const unsigned char* stop,
                             unsigned char* dest) {
     while (p < stop) {
-      for (; stop - p >= 16 && copyEightDirect(p, dest); p += 16) dest += 8;
+      for (; stop - p >= 2 * std::ptrdiff_t{kStep}; p += 2 * kStep) {
+        const auto text = SixteenBytes::loadUnits<BigEndian>(p);
+        text.store(dest);
+        const unsigned int count = areDirect(text).countHigh();
+        dest += count;
+        if (count != kStep) {
+          p += 2 * count;
+          break;
+        }
+      }
       for (; p < stop && isDirect(load(p)); p += 2) *dest++ = static_cast<unsigned char>(load(p));
       if (p == stop) break;
       *dest++ = '+';
-      if (load(p) != '+') {
+      if (load(p) == '+') {
+        *dest++ = '-';
+      } else if (stop - p < 4 || !isDirect(load(p + 2))) {
         m_inRun = true;
         break;
+      } else {
+        dest = writeSingle(load(p), load(p + 2), dest);
       }
-      *dest++ = '-';
       p += 2;
     }
     return dest;
+  }
+
+  // Most runs in Latin text hold one unit, that is three digits. next is the direct character
+  // behind it.
+  static unsigned char* writeSingle(std::uint32_t unit, std::uint32_t next, unsigned char* dest) {
+    storeLow(dest, kDigitPairs[unit >> 4]);
+    dest[2] = base64Digit(unit << 2);
+    dest[3] = '-';
+    return dest + (needsRunClosed(next) ? 4 : 3);
   }
 
   unsigned char* continueRun(const unsigned char*& p, const unsigned char* stop,
@@ -135,7 +169,7 @@ class Encoder {
       const std::uint32_t unit = load(p);
       if (isDirect(unit)) {
         dest = flushBits(dest);
-        if (unit == '-' || isBase64(static_cast<unsigned char>(unit))) *dest++ = '-';
+        if (needsRunClosed(unit)) *dest++ = '-';
         m_inRun = false;
         break;
       }
@@ -224,55 +258,32 @@ class Decoder {
     return put(dest, kReplacementCharacter);
   }
 
-  // The low four bytes as four units.
-  static std::uint64_t asUnits(std::uint64_t bytes) {
-    std::uint64_t units = bytes & 0xFFFFFFFFu;
-    units = (units | units << 16) & 0x0000FFFF0000FFFFu;
-    units = (units | units << 8) & 0x00FF00FF00FF00FFu;
-    return BigEndian ? units << 8 : units;
-  }
-
-  // Finds every "+" and what is not ASCII, up to the first of them.
-  static std::uint64_t findSpecial(std::uint64_t eight) {
-    const std::uint64_t zeroWherePlus = eight ^ eightTimes('+');
-    const std::uint64_t plus = (zeroWherePlus - eightTimes(1)) & ~zeroWherePlus;
-    return (plus | eight) & kHighBits;
-  }
-
   unsigned char* copyDirect(const unsigned char*& p, const unsigned char* stop,
                             unsigned char* dest) {
     while (p < stop) {
-      unsigned int count = 8;
-      while (count == 8 && stop - p >= 8) {
-        const std::uint64_t eight = loadEight(p);
-        storeLow(dest, asUnits(eight));
-        storeLow(dest + 8, asUnits(eight >> 32));
-        count = bytesBefore(findSpecial(eight));
-        p += count;
+      for (; stop - p >= std::ptrdiff_t{kStep}; p += kStep) {
+        const auto text = SixteenBytes::load(p);
+        text.template storeAsUnits<BigEndian>(dest);
+        const unsigned int count = (text | text.is('+')).countLow();
         dest += 2 * count;
+        if (count != kStep) {
+          p += count;
+          break;
+        }
       }
       for (; p < stop && *p < 0x80 && *p != '+'; ++p) dest = put(dest, *p);
       if (p == stop) break;
       if (*p++ != '+') {
         dest = putMalformed(dest);
-      } else if (!decodeSingle(p, stop, dest)) {
-        m_state = State::kShift;
-        break;
+        continue;
       }
+      m_state = State::kShift;
+      if (stop - p < std::ptrdiff_t{kGroupDigits} || !isBase64(*p)) break;
+      m_state = State::kRun;
+      dest = decodeGroups(p, stop, dest);
+      if (m_state == State::kRun) break;
     }
     return dest;
-  }
-
-  // Most runs in Latin text hold one unit, that is three digits. Decodes such a run if it is at p
-  // and well formed.
-  static bool decodeSingle(const unsigned char*& p, const unsigned char* stop,
-                           unsigned char*& dest) {
-    if (stop - p < 4 || isBase64(p[3])) return false;
-    const std::uint32_t bits = kDigitBits[0][p[0]] | kDigitBits[1][p[1]] | kDigitBits[2][p[2]];
-    if ((bits & (kNoDigit | 0xFF)) != 0) return false;
-    dest = put(dest, bits >> 8);
-    p += p[3] == '-' ? 4 : 3;
-    return true;
   }
 
   unsigned char* beginRun(const unsigned char*& p, unsigned char* dest) {
@@ -283,17 +294,15 @@ class Decoder {
     }
     if (!isBase64(*p)) return putMalformed(dest);
     m_state = State::kRun;
-    m_bits = m_bitCount = 0;
     return dest;
   }
 
   unsigned char* continueRun(const unsigned char*& p, const unsigned char* stop,
                              unsigned char* dest) {
     if (m_bitCount == 0) dest = decodeGroups(p, stop, dest);
-    while (p < stop) {
+    while (p < stop && m_state == State::kRun) {
       const unsigned char value = kBase64Values[*p];
       if (value == kNoBase64) {
-        m_state = State::kDirect;
         if (*p == '-') ++p;
         return endRun(dest);
       }
@@ -309,15 +318,25 @@ class Decoder {
     return dest;
   }
 
-  // Whole groups, as long as every character is base64.
-  static unsigned char* decodeGroups(const unsigned char*& p, const unsigned char* stop,
-                                     unsigned char* dest) {
+  // From between two groups to the end of the run, or until fewer characters than a group are left.
+  unsigned char* decodeGroups(const unsigned char*& p, const unsigned char* stop,
+                              unsigned char* dest) {
     for (; stop - p >= std::ptrdiff_t{kGroupDigits}; p += kGroupDigits) {
       const std::uint32_t first = bitsOfFour(p);
       const std::uint32_t second = bitsOfFour(p + 4);
-      if (((first | second) & kNoDigit) != 0) break;
       put(dest, first >> 8);
-      put(dest + 2, (first << 8) | (second >> 16));
+      put(dest + 2, (first << 8) | ((second >> 16) & 0xFF));
+      const std::uint32_t noDigits = (first >> 24) | (second >> 24 << 4);
+      if (noDigits != 0) {
+        const int digits = std::countr_zero(noDigits);
+        const RunEnd& end = kRunEnds[digits];
+        p += digits;
+        p += *p == '-' ? 1 : 0;
+        dest += 2 * end.units;
+        m_state = State::kDirect;
+        const std::uint64_t bits = (std::uint64_t{first} << 24) | (second & 0xFFFFFF);
+        return ((bits | kNeverZero) & end.padding) == 0 ? dest : putMalformed(dest);
+      }
       put(dest + 4, second);
       dest += 2 * kGroupUnits;
     }
@@ -327,6 +346,8 @@ class Decoder {
   // Fewer than six bits may be left, all of them zero; anything else was cut off or mangled.
   unsigned char* endRun(unsigned char* dest) {
     const bool padded = m_bitCount < 6 && (m_bits & ((1u << m_bitCount) - 1)) == 0;
+    m_state = State::kDirect;
+    m_bitCount = 0;
     return padded ? dest : putMalformed(dest);
   }
 
