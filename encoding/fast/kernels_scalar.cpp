@@ -1,5 +1,8 @@
 // The kernels without vector instructions: the reference of all others, and what runs where no
 // other form does.
+#include <algorithm>
+#include <array>
+
 #include "encoding/fast/kernels.h"
 #include "encoding/fast/kernels_steps.h"
 
@@ -33,7 +36,15 @@ void SingleByteDecoder::prepare() {
   }
 }
 
-void SingleByteEncoder::prepare() { isAscii = isAsciiIdentity(bytes); }
+void SingleByteEncoder::prepare() {
+  isAscii = isAsciiIdentity(bytes);
+  std::array<unsigned int, 0x10000 / kRangeUnits> counts{};  // mapped units of each range
+  for (unsigned int i = kRangeUnits; i < 0x10000; ++i) {
+    counts[i / kRangeUnits] += bytes[i] != 0 ? 1 : 0;
+  }
+  const auto most = std::max_element(counts.begin(), counts.end());
+  mainRange = static_cast<std::uint16_t>((most - counts.begin()) * kRangeUnits);
+}
 
 void DoubleByteDecoder::prepare() {
   for (std::uint8_t& upperHalves : leads) upperHalves = 0;

@@ -76,6 +76,10 @@ inline unsigned int countBits(unsigned int mask) {
   return static_cast<unsigned int>(__builtin_popcount(mask));
 }
 
+inline unsigned int firstBit(std::uint64_t mask) {  // of a mask that has one
+  return static_cast<unsigned int>(__builtin_ctzll(mask));
+}
+
 // Writes those of eight units whose bits are set.
 inline void keepUnits(__m128i units, unsigned int mask, Byte*& out) {
   Vector16::store(out, Vector16::shuffle(units, Vector16::load(kKeepUnits.control[mask])));

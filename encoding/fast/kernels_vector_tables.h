@@ -9,16 +9,17 @@ namespace {  // NOLINT(cert-dcl59-cpp): internal linkage, see kernels_steps.h
 
 // ---- Single-byte code pages: tables of 256 bytes in shuffles. ----
 
-// Looks every byte up in kRows rows of 16 table entries, of which the last belongs to the bytes
-// from F0: each row by the lower half of the byte, then the right row by the bits of the upper
-// half, a pair of rows at a time. Bytes below the rows get any value.
+// Looks every byte up in kRows rows of 16 table entries: each row by the lower half of the byte,
+// then the right row by the bits of the upper half, a pair of rows at a time. Bits that the rows do
+// not need, those of 16 * kRows and up, count for nothing.
 template <class V, unsigned int kRows>
-inline typename V::Reg lookUp(const std::uint8_t* table, typename V::Reg bytes) {
+[[gnu::always_inline]] inline typename V::Reg lookUpRows(const std::uint8_t* table,
+                                                         typename V::Reg bytes) {
   using Reg = typename V::Reg;
   const Reg lower = V::both(bytes, V::bytes(0x0F));
   Reg rows[kRows];
   for (unsigned int i = 0; i < kRows; ++i) {
-    rows[i] = V::shuffle(V::loadLanes(table + 256 - 16 * (kRows - i)), lower);
+    rows[i] = V::shuffle(V::loadLanes(table + 16 * i), lower);
   }
   const Reg bits[4] = {V::template shiftLeft<3>(bytes), V::template shiftLeft<2>(bytes),
                        V::template shiftLeft<1>(bytes), bytes};
@@ -29,6 +30,13 @@ inline typename V::Reg lookUp(const std::uint8_t* table, typename V::Reg bytes) 
     }
   }
   return rows[0];
+}
+
+// Looks every byte up in the last kRows rows of a table of all bytes. Bytes below these get any
+// value.
+template <class V, unsigned int kRows>
+inline typename V::Reg lookUp(const std::uint8_t (&table)[256], typename V::Reg bytes) {
+  return lookUpRows<V, kRows>(table + 256 - 16 * kRows, bytes);
 }
 
 // The lower and upper halves of the units of all bytes.
@@ -102,21 +110,26 @@ struct SingleByteToUtf8 {
         return true;
       }
     }
-    return encode(bytes, in, out);
+    if (!table.isAscii) return encode<16>(bytes, in, out);
+    // The letters of most code pages have bytes from C0.
+    const bool isBelow = !V::isZero(V::greaterBytes(V::bytes(0xC0), bytes));
+    return isBelow ? encode<8>(bytes, in, out) : encode<4>(bytes, in, out);
   }
 
   // The bytes at one place of the UTF-8 forms.
+  template <unsigned int kRows>
   Reg place(unsigned int index, Reg bytes) const {
-    if (!table.isAscii) return lookUp<V, 16>(table.utf8Bytes[index], bytes);
-    const Reg found = lookUp<V, 8>(table.utf8Bytes[index], bytes);
+    const Reg found = lookUp<V, kRows>(table.utf8Bytes[index], bytes);
+    if constexpr (kRows == 16) return found;
     return V::choose(index == 2 ? bytes : V::zero(), found, bytes);
   }
 
   // The forms are looked up byte by byte and closed up as those of utf16ToUtf8 are.
+  template <unsigned int kRows>
   bool encode(Reg bytes, const Byte*& in, Byte*& out) const {
-    const Reg last = place(2, bytes);
+    const Reg last = place<kRows>(2, bytes);
     if (hasZeroByte<V>(last)) return false;
-    const Reg middle = place(1, bytes);
+    const Reg middle = place<kRows>(1, bytes);
     const Reg isAscii = V::equalBytes(middle, V::zero());
     // The middle byte is a continuation, which is to say, not the first.
     const Reg isLong = V::greaterBytes(V::bytes(0xC0), middle);
@@ -134,7 +147,7 @@ struct SingleByteToUtf8 {
       }
     } else {
       Reg lasts[2], lengths[2];
-      V::join(place(0, bytes), middle, fields[0], fields[1]);
+      V::join(place<kRows>(0, bytes), middle, fields[0], fields[1]);
       V::widen(last, lasts[0], lasts[1]);
       V::join(isAscii, V::equalBytes(isLong, V::zero()), lengths[0], lengths[1]);
       for (int i = 0; i < 2; ++i) writeFields<V>(fields[i], lasts[i], V::topBits(lengths[i]), out);
@@ -169,34 +182,57 @@ struct MapBytes {
   }
 };
 
-// ---- Encoding: runs of ASCII by registers, else a flat table by unit. ----
+// ---- Encoding: runs of ASCII by registers, else tables by unit. ----
 
+// Units below 80 and those of the code page's main range are looked up by registers, and what other
+// units are strewn in among them one by one.
 template <class V>
 struct Utf16ToSingleByte {
+  using Reg = typename V::Reg;
   static constexpr std::ptrdiff_t kBlock = 2 * V::kSize;
   const SingleByteEncoder& table;
   bool step(const Byte*& in, const Byte* inEnd, Byte*& out) const {
     return stepUtf16ToSingleByte(table, in, inEnd, out);
   }
   bool treat(const Byte*& in, Byte*& out) const {
-    typename V::Reg bytes;
-    if (table.isAscii && narrowAscii<V>(in, bytes)) {
-      V::store(out, bytes);
-      in += 2 * V::kSize;
+    const Reg first = V::load(in);
+    const Reg second = V::load(in + V::kSize);
+    const Reg low = V::narrow(V::both(first, V::units(0xFF)), V::both(second, V::units(0xFF)));
+    if (table.isAscii && V::areDisjoint(V::either(first, second), V::units(0xFF80))) {
+      V::store(out, low);
+      in += kBlock;
       out += V::kSize;
       return true;
     }
-    constexpr unsigned int kUnits = 16;
-    unsigned int borrow = 0;  // 1 taken from a byte 0
-    for (unsigned int i = 0; i < kUnits; ++i) {
-      const unsigned int byte = table.bytes[getUnit(in + 2 * i)];
-      out[i] = static_cast<Byte>(byte);
-      borrow |= byte - 1;
+    const Reg high = V::narrow(V::template shiftRight<8>(first), V::template shiftRight<8>(second));
+    // Of these masks the top bits count: a range is half of the units with one upper byte.
+    const Reg isLower = V::without(V::equalBytes(high, V::zero()), low);
+    const Reg isMain = V::without(V::equalBytes(high, V::bytes(table.mainRange >> 8)),
+                                  V::differ(low, V::bytes(table.mainRange & 0xFF)));
+    Reg result = table.isAscii ? low : lookUpRows<V, 8>(table.bytes, low);
+    if (V::topBits(isMain) != 0) {
+      result = V::choose(result, lookUpRows<V, 8>(table.bytes + table.mainRange, low), isMain);
     }
-    if (borrow > 0xFF) return false;
-    in += 2 * kUnits;
-    out += kUnits;
-    return true;
+    V::store(out, result);
+    const Reg isFound = V::without(V::either(isLower, isMain), V::equalBytes(result, V::zero()));
+    return lookUpOthers(V::kAllBits & ~V::topBits(isFound), in, out);
+  }
+
+  bool lookUpOthers(std::uint32_t others, const Byte*& in, Byte*& out) const {
+    unsigned int count = V::kSize;
+    for (; others != 0; others &= others - 1) {
+      const unsigned int place = firstBit(others);
+      const unsigned int unit = getUnit(in + 2 * place);
+      const Byte byte = table.bytes[unit];
+      if (byte == 0 && unit != 0) {
+        count = place;
+        break;
+      }
+      out[place] = byte;
+    }
+    in += 2 * count;
+    out += count;
+    return count != 0;
   }
 };
 
@@ -285,10 +321,6 @@ struct DoubleByteWork {
     const unsigned int size = kBytes < 64 || runs != 0 ? firstBit(runs) : 64;
     return characters(in, out, ~(starts << 1) & ~std::uint64_t{0} >> (64 - size),
                       size + (starts >> (size - 1) & 1));
-  }
-
-  static unsigned int firstBit(std::uint64_t mask) {
-    return static_cast<unsigned int>(__builtin_ctzll(mask));
   }
 
   std::uint32_t leadBits(typename V::Reg bytes) const {
