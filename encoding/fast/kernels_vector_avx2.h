@@ -85,9 +85,11 @@ struct Vector32 {
     first = _mm256_unpacklo_epi8(low, high);
     second = _mm256_unpackhi_epi8(low, high);
   }
-  static Reg previousUnits(Reg a) {
-    return _mm256_alignr_epi8(a, _mm256_permute2x128_si256(a, a, 0x08), 14);
+  template <int n>
+  static Reg previousBytes(Reg a) {
+    return _mm256_alignr_epi8(a, _mm256_permute2x128_si256(a, a, 0x08), 16 - n);
   }
+  static Reg previousUnits(Reg a) { return previousBytes<2>(a); }
   static Reg nextUnits(Reg a) {
     return _mm256_alignr_epi8(_mm256_permute2x128_si256(a, a, 0x81), a, 2);
   }

@@ -84,8 +84,12 @@ struct Vector16 {
     first = _mm_unpacklo_epi8(low, high);
     second = _mm_unpackhi_epi8(low, high);
   }
-  // The units one place further up, or down; 0 comes in at the end.
-  static Reg previousUnits(Reg a) { return _mm_slli_si128(a, 2); }
+  // The bytes n places further up; the units one place further up, or down. 0 comes in at the end.
+  template <int n>
+  static Reg previousBytes(Reg a) {
+    return _mm_slli_si128(a, n);
+  }
+  static Reg previousUnits(Reg a) { return previousBytes<2>(a); }
   static Reg nextUnits(Reg a) { return _mm_srli_si128(a, 2); }
 
   // 32-bit values.

@@ -87,10 +87,10 @@ alignas(16) constexpr std::uint8_t kSecondHigh[16] = {
     kTooShort};
 }  // namespace malformed
 
-// Whether each byte follows rightly on the three before it.
+// The bytes that do not follow rightly on the three before them.
 template <class V>
-inline bool isWellFormed(typename V::Reg current, typename V::Reg previous1,
-                         typename V::Reg previous2, typename V::Reg previous3) {
+inline std::uint32_t malformedBytes(typename V::Reg current, typename V::Reg previous1,
+                                    typename V::Reg previous2, typename V::Reg previous3) {
   const auto half = V::bytes(0x0F);
   const auto upperHalf = [&](typename V::Reg a) {
     return V::both(V::template shiftRight<4>(a), half);
@@ -103,7 +103,8 @@ inline bool isWellFormed(typename V::Reg current, typename V::Reg previous1,
   const auto isThird = V::subtractBytes(previous2, V::bytes(0xE0 - 0x80));
   const auto isFourth = V::subtractBytes(previous3, V::bytes(0xF0 - 0x80));
   const auto expected = V::both(V::either(isThird, isFourth), V::bytes(0x80));
-  return V::isZero(V::differ(expected, pairs));
+  const auto wrong = V::differ(expected, pairs);
+  return V::isZero(wrong) ? 0 : V::kAllBits & ~V::topBits(V::equalBytes(wrong, V::zero()));
 }
 
 template <class V>
@@ -111,14 +112,22 @@ struct Utf8Block {
   using Reg = typename V::Reg;
   Reg current, previous1, previous2, previous3;
 
+  Utf8Block(Reg a, Reg b, Reg c, Reg d) : current(a), previous1(b), previous2(c), previous3(d) {}
+
   explicit Utf8Block(const Byte* in)
       : current(V::load(in)),
         previous1(V::load(in - 1)),
         previous2(V::load(in - 2)),
         previous3(V::load(in - 3)) {}
+  // For the beginning of a text, with nothing before it.
+  static Utf8Block atBeginning(const Byte* in) {
+    const Reg first = V::load(in);
+    return {first, V::template previousBytes<1>(first), V::template previousBytes<2>(first),
+            V::template previousBytes<3>(first)};
+  }
 
-  bool isWellFormed() const {
-    return fast::isWellFormed<V>(current, previous1, previous2, previous3);
+  std::uint32_t malformed() const {
+    return malformedBytes<V>(current, previous1, previous2, previous3);
   }
   // Third and fourth bytes of characters of four.
   bool hasLong() const {
@@ -164,11 +173,11 @@ struct Utf8Block {
                                  V::subtractBytes(previous1, V::bytes(0x60))));
   }
 
-  void write(Byte*& out) const {
+  // Writes the units of the bytes in a mask of kept ones.
+  void write(std::uint32_t mask, Byte*& out) const {
     Reg low, high;
     units(low, high);
     if (hasLong()) putSurrogates(low, high);
-    const std::uint32_t mask = kept();
     keepUnits(V::template lane<0>(low), mask & 0xFF, out);
     keepUnits(V::template lane<0>(high), mask >> 8 & 0xFF, out);
     if constexpr (V::kLanes == 2) {
@@ -182,17 +191,51 @@ inline bool isInsideCharacter(const Byte* in) {
   return in[-1] >= 0xC0 || in[-2] >= 0xE0 || in[-3] >= 0xF0;
 }
 
-// Converts whole registers, of which the first has three bytes of well-formed text before it; ends
-// between two characters.
+// Goes back to the end of the last whole character of a well-formed text.
+inline void dropCutShort(const Byte* begin, const Byte*& in, Byte*& out) {
+  const auto size = in - begin;
+  if (size >= 1 && in[-1] >= 0xC0) {
+    in -= 1;
+  } else if (size >= 2 && in[-2] >= 0xE0) {
+    in -= 2;
+  } else if (size >= 3 && in[-3] >= 0xF0) {
+    in -= 3;
+    out -= 2;  // the high surrogate
+  }
+}
+
+// Converts what is not yet converted (from in) of the register at block, up to its end or to what
+// is malformed.
 template <class V>
-inline void utf8Blocks(const Byte*& in, const Byte* inEnd, Byte*& out, Byte* outEnd) {
+[[gnu::noinline]] KernelResult utf8Part(const Byte* begin, const Byte* block, const Byte* in,
+                                        Byte* out) {
+  const auto part = block == begin ? Utf8Block<V>::atBeginning(block) : Utf8Block<V>(block);
+  const std::uint32_t left = V::kAllBits & (V::kAllBits << (in - block));
+  const std::uint32_t malformed = part.malformed() & left;
+  const std::uint32_t before = malformed == 0 ? left : left & ~malformed & (malformed - 1);
+  part.write(part.kept() & before, out);
+  return {block + (malformed == 0 ? V::kSize : firstBit(malformed)), out};
+}
+
+// Converts by registers, the last of which goes over again what does not fill it. False when it
+// stopped at something malformed.
+template <class V>
+inline bool utf8Blocks(const Byte* begin, const Byte*& in, const Byte* inEnd, Byte*& out,
+                       Byte* outEnd) {
   constexpr auto kSize = static_cast<std::ptrdiff_t>(V::kSize);
+  const auto treatPart = [&](const Byte* block) {
+    const KernelResult r = utf8Part<V>(begin, block, in, out);
+    in = r.in;
+    out = r.out;
+    return in == block + kSize;
+  };
+  if (inEnd - begin < kSize || outEnd - out < kRoom) return true;
+  if (in == begin && !treatPart(in)) return false;
   while (inEnd - in >= kSize && outEnd - out >= kRoom) {
     if (inEnd - in >= 2 * kSize) {
       const auto first = V::load(in);
       const auto second = V::load(in + kSize);
-      if (V::topBits(V::either(first, second)) == 0) {
-        if (isInsideCharacter(in)) break;
+      if (V::topBits(V::either(first, second)) == 0 && !isInsideCharacter(in)) {
         storeWidened<V>(out, first);
         storeWidened<V>(out + 2 * kSize, second);
         in += 2 * kSize;
@@ -201,31 +244,24 @@ inline void utf8Blocks(const Byte*& in, const Byte* inEnd, Byte*& out, Byte* out
       }
     }
     const Utf8Block<V> block(in);
-    if (!block.isWellFormed()) break;
-    block.write(out);
+    if (block.malformed() != 0) return treatPart(in);
+    block.write(block.kept(), out);
     in += kSize;
   }
-  if (in[-1] >= 0xC0) {
-    in -= 1;
-  } else if (in[-2] >= 0xE0) {
-    in -= 2;
-  } else if (in[-3] >= 0xF0) {
-    in -= 3;
-    out -= 2;  // the high surrogate
-  }
+  const auto left = inEnd - in;
+  if (left == 0 || left >= kSize || inEnd - begin < kSize + 3 || outEnd - out < kRoom) return true;
+  return treatPart(inEnd - kSize);
 }
 
 template <class V>
-KernelResult utf8ToUtf16(const Byte* in, const Byte* inEnd, Byte* out, Byte* outEnd) {
-  const Byte* const begin = in;
-  while (in < inEnd && in - begin < 3) {
-    if (outEnd - out < kMaxStep || !stepUtf8ToUtf16(in, inEnd, out)) return {in, out};
+KernelResult utf8ToUtf16(const Byte* begin, const Byte* inEnd, Byte* out, Byte* outEnd) {
+  const Byte* in = begin;
+  bool isClean = utf8Blocks<V>(begin, in, inEnd, out, outEnd);
+  if constexpr (V::kLanes > 1) {
+    isClean = isClean && utf8Blocks<Vector16>(begin, in, inEnd, out, outEnd);
   }
-  if (in < inEnd) {
-    utf8Blocks<V>(in, inEnd, out, outEnd);
-    if constexpr (V::kLanes > 1) utf8Blocks<Vector16>(in, inEnd, out, outEnd);
-  }
-  if (outEnd - out < kRoom) return {in, out};
+  dropCutShort(begin, in, out);
+  if (!isClean || outEnd - out < kRoom) return {in, out};
   return repeat<stepUtf8ToUtf16>(in, inEnd, out, outEnd);
 }
 
