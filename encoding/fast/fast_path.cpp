@@ -41,22 +41,20 @@ class ShiftedObserver : public ConversionObserver {
 
 class FastConversion {
  public:
-  FastConversion(EncodingConvert& converter, int from, int to, const unsigned char* data,
-                 unsigned int length, DataBuffer& out, LogBase& log)
+  FastConversion(EncodingConvert& converter, int from, int to, const Side& source,
+                 const Side& target, const unsigned char* data, unsigned int length,
+                 DataBuffer& out, LogBase& log)
       : m_converter(converter),
         m_from(from),
         m_to(to),
+        m_source(source),
+        m_target(target),
         m_begin(data),
         m_in(data),
         m_end(data + length),
         m_out(out),
         m_log(log),
         m_kernels(kernels()) {}
-
-  bool open() {
-    return openSource(m_from, m_log, m_source) && m_source.kind <= Side::kDoubleByte &&
-           openTarget(m_to, m_converter, m_log, m_target) && m_target.kind <= Side::kDoubleByte;
-  }
 
   bool run() {
     setPivotFlags(false, false);
@@ -366,6 +364,7 @@ class FastConversion {
 
   EncodingConvert& m_converter;
   const int m_from, m_to;
+  const Side m_source, m_target;
   const unsigned char* const m_begin;
   const unsigned char* m_in;
   const unsigned char* const m_end;
@@ -373,11 +372,44 @@ class FastConversion {
   LogBase& m_log;
   const Kernels& m_kernels;
   const unsigned int m_firstSize = m_out.getSize();
-  Side m_source, m_target;
   ScratchBuffer m_piece{m_out};  // what the first leg made of the piece at hand
   std::size_t m_pivotBytes = 0;  // UTF-16 given to the second leg so far
   bool m_result = true;
 };
+
+// ---- Short texts ----
+
+constexpr unsigned int kShortBytes = 256;
+
+// Converts a text of kShortBytes or less that is clean throughout. False, with nothing done, for
+// others.
+bool convertShort(const Side& source, const Side& target, const unsigned char* data,
+                  unsigned int length, DataBuffer& out) {
+  constexpr unsigned int kWorstFactor = 3;
+  const Kernels& best = kernels();
+  const unsigned char* const end = data + length;
+  unsigned char* const tail = out.reserveTail(kWorstFactor * length + kKernelSlack);
+  if (tail == nullptr) return false;
+  unsigned char* const tailEnd = tail + out.getTailRoom();
+  KernelResult r{};
+  if (source.kind == Side::kUtf16) {
+    r = encode(best, target, data, end, tail, tailEnd);
+  } else if (target.kind == Side::kUtf16) {
+    r = decode(best, source, data, end, tail, tailEnd);
+  } else if (source.kind == Side::kSingleByte && target.kind == Side::kUtf8) {
+    r = best.singleByteToUtf8(*source.decoder.singleByte, data, end, tail, tailEnd);
+  } else {
+    alignas(32) unsigned char utf16[2 * kShortBytes + kKernelSlack];
+    const KernelResult decoded = decode(best, source, data, end, utf16, utf16 + sizeof utf16);
+    if (decoded.in != end) return false;
+    r = encode(best, target, utf16, decoded.out, tail, tailEnd);
+    if (r.in != decoded.out) return false;
+    r.in = end;
+  }
+  if (r.in != end) return false;
+  out.commitTail(static_cast<unsigned int>(r.out - tail));
+  return true;
+}
 
 }  // namespace
 
@@ -386,8 +418,16 @@ Outcome convert(EncodingConvert& converter, int from, int to, const unsigned cha
   if (!isFastPathOpen(log) || from == to) return Outcome::kNotTaken;
   // Lengths that the plain legs refuse, because twice of them is no 32-bit number.
   if (length > 0x7FFFFFFD && from != kUtf16Le) return Outcome::kNotTaken;
-  FastConversion conversion(converter, from, to, data, length, out, log);
-  if (!conversion.open()) return Outcome::kNotTaken;
+  Side source, target;
+  if (!openSource(from, log, source) || source.kind > Side::kDoubleByte ||
+      !openTarget(to, converter, log, target) || target.kind > Side::kDoubleByte) {
+    return Outcome::kNotTaken;
+  }
+  if (length <= kShortBytes && convertShort(source, target, data, length, out)) {
+    converter.m_pivotToUtf16 = converter.m_pivotFromUtf16 = false;
+    return Outcome::kDone;
+  }
+  FastConversion conversion(converter, from, to, source, target, data, length, out, log);
   return conversion.run() ? Outcome::kDone : Outcome::kFailed;
 }
 
