@@ -67,22 +67,26 @@ bool fillDoubleByteDecoder(const HashConvert& map, DoubleByteDecoder& table) {
 }
 
 // Calls put(unit, code) for everything that the encoder of a code page writes without an error.
+// False when a unit but 0 is written as 0, which a flat table cannot say.
 template <class Put>
-void forEachEncoding(const HashConvert& map, Put put) {
+bool forEachEncoding(const HashConvert& map, Put put) {
+  bool flat = true;
   map.forEachEntry([&](const HashConvert::Bucket& entry) {
     const unsigned int unit = zvLoadHostUnit(entry.key, false);
     const unsigned int code =
         entry.isOneByte != 0 ? entry.value[0] : entry.value[0] * 256u + entry.value[1];
     if (unit != kEscapeUnit) put(unit, code);
+    if (code == 0 && unit != 0) flat = false;
   });
   if (map.get_IsLowerAscii()) {
     for (unsigned int unit = 0; unit < 0x80; ++unit) put(unit, unit);
   }
+  return flat;
 }
 
 bool fillSingleByteEncoder(const CodePageRow& row, const HashConvert& map,
                            SingleByteEncoder& table) {
-  forEachEncoding(map, [&](unsigned int unit, unsigned int code) {
+  const bool flat = forEachEncoding(map, [&](unsigned int unit, unsigned int code) {
     table.bytes[unit] = static_cast<std::uint8_t>(code);
   });
   if (row.codePage == 28596 || row.codePage == 1256) {
@@ -92,12 +96,12 @@ bool fillSingleByteEncoder(const CodePageRow& row, const HashConvert& map,
     }
   }
   table.prepare();
-  return true;
+  return flat;
 }
 
 bool fillDoubleByteEncoder(const CodePageRow& row, const HashConvert& map,
                            DoubleByteEncoder& table) {
-  forEachEncoding(map, [&](unsigned int unit, unsigned int code) {
+  const bool flat = forEachEncoding(map, [&](unsigned int unit, unsigned int code) {
     table.codes[unit] = static_cast<std::uint16_t>(code);
   });
   if (row.codePage == kVietnamese) {
@@ -108,7 +112,7 @@ bool fillDoubleByteEncoder(const CodePageRow& row, const HashConvert& map,
     }
   }
   table.prepare();
-  return true;
+  return flat;
 }
 
 }  // namespace

@@ -99,7 +99,8 @@ class FastConversion {
   template <class RunKernel>
   bool runKernel(RunKernel kernel) {
     while (m_in != m_end) {
-      unsigned char* tail = room(estimate());
+      unsigned char* tail =
+          room(m_out.getTailRoom() < kKernelSlack || m_in == m_begin ? estimate() : 0);
       if (tail == nullptr) return false;
       unsigned char* const tailEnd = tail + m_out.getTailRoom();
       const KernelResult r = kernel(m_in, tail, tailEnd);
@@ -154,8 +155,14 @@ class FastConversion {
   bool decodePiece(DataBuffer& out) {
     if (m_source.kind == Side::kUtf8) {
       unsigned int used = 0;
-      _zvUtf::utf16FromUtf8(m_in, static_cast<unsigned int>(m_end - m_in), used);
-      m_converter.cv_utf8_to_utf16(m_in, used, out, m_log);
+      if (_zvUtf::utf16FromUtf8(m_in, static_cast<unsigned int>(m_end - m_in), used) != 0) {
+        m_converter.cv_utf8_to_utf16(m_in, used, out, m_log);
+      } else {
+        m_converter.m_foundErrors = true;
+        if (m_converter.m_errorAction != 0) {
+          m_converter.handleErrorFromUtf8(m_in, static_cast<int>(used), out, m_log);
+        }
+      }
       m_in += used;
     } else {
       const bool isSingle = m_source.kind == Side::kSingleByte || m_end - m_in == 1;
@@ -173,6 +180,31 @@ class FastConversion {
     std::size_t zeros = 0;
     while (zeros + 1 < left && (in[zeros] | in[zeros + 1]) == 0) zeros += 2;
     return std::max<std::size_t>(zeros, 2);
+  }
+
+  // The plain encoder's step at in, where a kernel stopped: the bytes that it takes. What the
+  // tables of the kernels lack, those of the encoder lack too, but for the unit of an escape.
+  std::size_t encodePiece(const unsigned char* in, const unsigned char* inEnd) {
+    const std::size_t count = unitsAt(in, inEnd);
+    if (m_target.kind == Side::kUtf8 && count >= 2 && (in[1] & 0xF8) == 0xD8) {
+      for (std::size_t i = 0; i < count; i += 2) appendThreeByteForm(in + i);
+    } else if (m_target.kind == Side::kUtf8 || count < 2 || isMark(in)) {
+      if (!plainEncode(in, count)) m_result = false;
+    } else {
+      m_result = false;
+      m_converter.m_foundErrors = true;
+      m_converter.handleUnmappableUnit(in, m_out, m_log);
+    }
+    return count;
+  }
+
+  // What the plain encoder makes of surrogates that are no pair.
+  void appendThreeByteForm(const unsigned char* unit) {
+    const unsigned char form[3] = {
+        static_cast<unsigned char>(0xE0 | unit[1] >> 4),
+        static_cast<unsigned char>(0x80 | (unit[1] & 0x0F) << 2 | unit[0] >> 6),
+        static_cast<unsigned char>(0x80 | (unit[0] & 0x3F))};
+    m_out.append(form, 3);
   }
 
   template <class Rest>
@@ -212,9 +244,7 @@ class FastConversion {
       if (decoding) {
         if (!decodePiece(m_out)) return false;
       } else {
-        const std::size_t units = unitsAt(m_in, m_end);
-        if (!plainEncode(m_in, units)) m_result = false;
-        m_in += units;
+        m_in += encodePiece(m_in, m_end);
       }
     }
   }
@@ -270,7 +300,7 @@ class FastConversion {
                                         static_cast<unsigned char>(unit >> 8)};
         if (isEscape(bytes)) return finishPlain(none, pivot);
         setPivotFlags(false, true);
-        if (!plainEncode(bytes, 2)) m_result = false;
+        encodePiece(bytes, bytes + 2);
         ++m_in;
       } else if (!treatUndecodable()) {
         return false;
@@ -280,16 +310,29 @@ class FastConversion {
 
   // The unit that an encoder reads as an escape when it comes out of a pivot.
   bool isEscape(const unsigned char* unit) const {
-    return m_target.kind != Side::kUtf8 && unit[0] == 0xFD && unit[1] == 0xEF;
+    return m_target.kind != Side::kUtf8 && isMark(unit);
   }
+  static bool isMark(const unsigned char* unit) { return unit[0] == 0xFD && unit[1] == 0xEF; }
 
-  // A piece that the first leg cannot decode, through both plain legs.
+  // A piece that the first leg cannot decode, through both plain legs. Mostly each piece becomes
+  // the same substitution, which the second leg need not see every time.
   bool treatUndecodable() {
     m_piece.clear();
     setPivotFlags(true, false);
     if (!decodePiece(m_piece)) return false;
     setPivotFlags(false, true);
-    if (!plainEncode(m_piece.getData2(), m_piece.getSize())) m_result = false;
+    const unsigned int size = m_piece.getSize();
+    if (m_knownPiece.getSize() == size &&
+        std::equal(m_piece.getData2(), m_piece.getData2() + size, m_knownPiece.getData2())) {
+      m_out.append(m_encodedPiece);
+      return true;
+    }
+    const unsigned int sizeBefore = m_out.getSize();
+    if (!plainEncode(m_piece.getData2(), size)) m_result = false;
+    m_knownPiece.clear();
+    m_encodedPiece.clear();
+    m_encodedPiece.append(m_out.getData2() + sizeBefore, m_out.getSize() - sizeBefore);
+    m_knownPiece.append(m_piece);
     return true;
   }
 
@@ -349,10 +392,8 @@ class FastConversion {
         m_result = finishPlain(units, m_pivotBytes + static_cast<std::size_t>(in - block));
         return Block::kFinished;
       }
-      const std::size_t count = unitsAt(in, blockEnd);
       setPivotFlags(false, true);
-      if (!plainEncode(in, count)) m_result = false;
-      in += count;
+      in += encodePiece(in, blockEnd);
     }
     return Block::kEncoded;
   }
@@ -373,6 +414,8 @@ class FastConversion {
   const Kernels& m_kernels;
   const unsigned int m_firstSize = m_out.getSize();
   ScratchBuffer m_piece{m_out};  // what the first leg made of the piece at hand
+  // An earlier one that the second leg has seen, and what that made of it.
+  ScratchBuffer m_knownPiece{m_out}, m_encodedPiece{m_out};
   std::size_t m_pivotBytes = 0;  // UTF-16 given to the second leg so far
   bool m_result = true;
 };

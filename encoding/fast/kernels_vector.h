@@ -25,8 +25,8 @@ inline std::uint16_t loadUnit(const Byte* in) {
 // ---- The loop over blocks ----
 //
 // Work<V> does the work of one kernel with registers V. Its treat() looks at kBlock bytes of input
-// or more and writes at most kKernelSlack bytes. It moves both pointers over as much as it likes;
-// or it leaves them alone and returns false, and its step() treats the next few characters instead.
+// or more and writes at most kBlock * 3 bytes. It moves both pointers over as much as it likes,
+// less than a block if it returns false; then its step() treats the next few characters instead.
 
 // Goes on while there are blocks; false when a step says stop.
 template <class Work>
@@ -38,7 +38,7 @@ inline bool treatBlocks(const Work& work, const Byte*& in, const Byte* inEnd, By
     const Byte* stepsEnd = in + kSteps;
     do {
       if (!work.step(in, inEnd, out)) return false;
-    } while (in < stepsEnd);
+    } while (in < stepsEnd && in < inEnd);
   }
   return true;
 }

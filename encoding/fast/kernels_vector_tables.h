@@ -219,20 +219,20 @@ struct Utf16ToSingleByte {
   }
 
   bool lookUpOthers(std::uint32_t others, const Byte*& in, Byte*& out) const {
-    unsigned int count = V::kSize;
     for (; others != 0; others &= others - 1) {
       const unsigned int place = firstBit(others);
       const unsigned int unit = getUnit(in + 2 * place);
       const Byte byte = table.bytes[unit];
       if (byte == 0 && unit != 0) {
-        count = place;
-        break;
+        in += 2 * place;
+        out += place;
+        return false;
       }
       out[place] = byte;
     }
-    in += 2 * count;
-    out += count;
-    return count != 0;
+    in += kBlock;
+    out += V::kSize;
+    return true;
   }
 };
 
@@ -256,7 +256,7 @@ struct Utf16ToDoubleByte {
       const unsigned int code = table.codes[getUnit(in + 2 * i)];
       if (code == 0) {
         in += 2 * i;
-        return i != 0;
+        return false;
       }
       *out = static_cast<Byte>(code >> 8);
       out += code > 0xFF ? 1 : 0;
@@ -347,7 +347,7 @@ struct DoubleByteWork {
       if (!look(in + i, out + i)) {
         in += i;
         out += i;
-        return i != 0;
+        return false;
       }
     }
     in += kBytes;
@@ -366,7 +366,7 @@ struct DoubleByteWork {
         if (!look(in + place, out + 2 * (done + i))) {
           in += place;
           out += 2 * (done + i);
-          return place != 0;
+          return false;
         }
         places &= places - 1;
       }

@@ -204,6 +204,9 @@ inline void dropCutShort(const Byte* begin, const Byte*& in, Byte*& out) {
   }
 }
 
+// The bits below the first one of a mask, or all.
+inline std::uint32_t below(std::uint32_t mask) { return ~mask & (mask - 1); }
+
 // Converts what is not yet converted (from in) of the register at block, up to its end or to what
 // is malformed.
 template <class V>
@@ -212,8 +215,7 @@ template <class V>
   const auto part = block == begin ? Utf8Block<V>::atBeginning(block) : Utf8Block<V>(block);
   const std::uint32_t left = V::kAllBits & (V::kAllBits << (in - block));
   const std::uint32_t malformed = part.malformed() & left;
-  const std::uint32_t before = malformed == 0 ? left : left & ~malformed & (malformed - 1);
-  part.write(part.kept() & before, out);
+  part.write(part.kept() & left & below(malformed), out);
   return {block + (malformed == 0 ? V::kSize : firstBit(malformed)), out};
 }
 
@@ -244,7 +246,12 @@ inline bool utf8Blocks(const Byte* begin, const Byte*& in, const Byte* inEnd, By
       }
     }
     const Utf8Block<V> block(in);
-    if (block.malformed() != 0) return treatPart(in);
+    const std::uint32_t malformed = block.malformed();
+    if (malformed != 0) {
+      block.write(block.kept() & below(malformed), out);
+      in += firstBit(malformed);
+      return false;
+    }
     block.write(block.kept(), out);
     in += kSize;
   }
