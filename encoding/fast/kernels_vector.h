@@ -25,8 +25,9 @@ inline std::uint16_t loadUnit(const Byte* in) {
 // ---- The loop over blocks ----
 //
 // Work<V> does the work of one kernel with registers V. Its treat() looks at kBlock bytes of input
-// or more and writes at most kBlock * 3 bytes. It moves both pointers over as much as it likes,
-// less than a block if it returns false; then its step() treats the next few characters instead.
+// or more and moves both pointers over as much as it likes. If it returns false, that is less than
+// a block, and its step() treats the next few characters instead. Together they write at most
+// kKernelSlack bytes.
 
 // Goes on while there are blocks; false when a step says stop.
 template <class Work>
