@@ -251,7 +251,7 @@ std::uint64_t BlockConverter::lineOf(std::uint32_t unit) {
 // Reports a piece and writes what stands for it.
 void BlockConverter::treat(const StreamError& error, const unsigned char* piece,
                            std::uint32_t length, DataBuffer& out) {
-  if (m_errorCount++ == 0) m_firstError = error;
+  if (m_errorCount++ == 0 || error.offset < m_firstError.offset) m_firstError = error;
   if (m_errorHandler != nullptr) m_errorHandler->onStreamError(error);
   if (m_stops) {
     flush(out);

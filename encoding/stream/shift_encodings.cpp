@@ -105,6 +105,7 @@ class ShiftSource final : public SteppingSource {
     m_mapOffset = m_mapLength = 0;
     m_mapBytes = 0;
     m_mapNext = m_mapState;
+    m_mapKnown = m_mapBehindKnown = 0;
   }
 
   // Goes on to the piece of the source that the byte came from.
@@ -126,9 +127,20 @@ class ShiftSource final : public SteppingSource {
 
   SourcePlace toSource(const SourcePlace& place) {
     mapTo(place.offset);
-    const std::uint32_t begin = m_mapOffset;
+    std::uint32_t begin = m_mapOffset;
     if (place.length > 1) mapTo(place.offset + place.length - 1);
-    return {begin, m_mapOffset + m_mapLength - begin, place.unit};
+    std::uint32_t end = m_mapOffset + m_mapLength;
+    // What was replaced may have been read together with its neighbours.
+    for (; m_mapKnown < m_known.size(); ++m_mapKnown) {
+      const BadPiece& bad = m_known[m_mapKnown];
+      if (bad.byte >= place.offset) {
+        if (bad.offset > begin) end = std::min(end, bad.offset);
+        break;
+      }
+      m_mapBehindKnown = bad.offset + bad.length;
+    }
+    begin = std::max(begin, m_mapBehindKnown);
+    return {begin, end - begin, place.unit};
   }
 
   TextDecoder m_decoder;
@@ -145,7 +157,9 @@ class ShiftSource final : public SteppingSource {
   typename Codec::State m_mapNext;   // behind the piece found last
   std::uint32_t m_mapOffset = 0;     // the piece found last
   std::uint32_t m_mapLength = 0;
-  std::uint32_t m_mapBytes = 0;  // read up to its end
+  std::uint32_t m_mapBytes = 0;        // read up to its end
+  std::uint32_t m_mapKnown = 0;        // the first of m_known behind it
+  std::uint32_t m_mapBehindKnown = 0;  // the end of the one before, in the source
   DataBuffer m_mapScratch;
 };
 

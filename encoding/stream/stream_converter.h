@@ -43,8 +43,10 @@ struct StreamError {
   bool operator==(const StreamError&) const = default;
 };
 
-// Is told of each piece that could not be converted, in the order of the text, before its treatment
-// is written. Called from within push() and finish(); must not use the stream.
+// Is told of each piece that could not be converted, before its treatment is written, in the order
+// of the text; but a control character that an ISO-2022 target may only write in the light of what
+// follows it (ESC, SO, SI) is judged, and told of, when that is known. Called from within push()
+// and finish(); must not use the stream.
 class StreamErrorHandler {
  public:
   virtual ~StreamErrorHandler() = default;
@@ -133,9 +135,10 @@ class StreamConverter {
   StreamStatus finish(DataBuffer& out);
 
   StreamStatus status() const;
-  std::uint64_t errorCount() const;       // pieces that could not be converted so far
-  const StreamError& firstError() const;  // the first of them; meaningless while there is none
-  std::uint64_t sourceBytes() const;      // pushed so far
+  std::uint64_t errorCount() const;  // pieces that could not be converted so far
+  const StreamError& firstError()
+      const;                          // the one that stands first; meaningless while there is none
+  std::uint64_t sourceBytes() const;  // pushed so far
 
  private:
   class Core;
