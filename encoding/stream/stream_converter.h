@@ -44,9 +44,10 @@ struct StreamError {
 };
 
 // Is told of each piece that could not be converted, before its treatment is written, in the order
-// of the text; but a control character that an ISO-2022 target may only write in the light of what
-// follows it (ESC, SO, SI) is judged, and told of, when that is known. Called from within push()
-// and finish(); must not use the stream.
+// of the converted text. That is the order of the source but for Mac Arabic, whose right-to-left
+// runs are turned round, and but for ESC, SO and SI on the way to ISO-2022: whether they have a
+// place is told when what follows them is known. Called from within push() and finish(); must not
+// use the stream.
 class StreamErrorHandler {
  public:
   virtual ~StreamErrorHandler() = default;
