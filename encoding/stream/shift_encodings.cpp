@@ -51,6 +51,7 @@ class ShiftSource final : public SteppingSource {
   std::uint32_t take(const unsigned char* data, std::uint32_t length, bool last,
                      SourceBlock& block) override {
     m_data = data;
+    m_length = length;
     m_last = last;
     m_mapState = m_state;
     m_bytes.clear();
@@ -113,7 +114,7 @@ class ShiftSource final : public SteppingSource {
     while (m_mapBytes <= byte && m_mapOffset + m_mapLength < m_used) {
       m_mapOffset += m_mapLength;
       m_mapLength = 0;
-      const std::uint32_t left = m_used - m_mapOffset;
+      const std::uint32_t left = m_length - m_mapOffset;  // what decides may stand behind m_used
       for (std::uint32_t length = 1; length <= left && m_mapLength == 0; ++length) {
         DataBuffer& bytes = m_mapScratch;
         bytes.clear();
@@ -151,6 +152,7 @@ class ShiftSource final : public SteppingSource {
   Rows<BadPiece> m_known;
 
   const unsigned char* m_data = nullptr;  // of the last take()
+  std::uint32_t m_length = 0;
   std::uint32_t m_used = 0;
   bool m_last = false;
   typename Codec::State m_mapState;  // before the last take()
