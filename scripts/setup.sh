@@ -1,27 +1,29 @@
 #!/bin/sh
 # Installs what is missing from Debian's packages. Does nothing when everything is there.
 #
-#   scripts/setup.sh [build|test|check|docs|fuzz|cross|all]...
+#   scripts/setup.sh [build|package|test|check|docs|fuzz|cross|all]...
 #
-# build: the library and the tool; test: their tests as well; check: the formatter that CI asks for;
-# docs: the API documentation;
+# build: the library and the tool; package: Debian packages of them; test: their tests as well;
+# check: the formatter that CI asks for; docs: the API documentation;
 # fuzz: the fuzz targets; cross: the tests for an emulated big-endian host; all: what the scripts and
 # the optional targets use (coverage, benchmarks), but for cross.
 set -eu
 
 build="g++ cmake ninja-build libbz2-dev libcli11-dev libuchardet-dev"
+package="$build dpkg-dev file"
 test="$build libgtest-dev pkg-config python3"
 check="clang-format"
 docs="doxygen"
 fuzz="$build clang"
 cross="g++-s390x-linux-gnu qemu-user googletest"
-all="$test $check $docs $fuzz ccache clang-tidy cppcheck libbenchmark-dev libicu-dev
+all="$package $test $check $docs $fuzz ccache clang-tidy cppcheck libbenchmark-dev libicu-dev
      gcovr valgrind nkf bzip2 python3"
 
 wanted=""
 for group in "${@:-build}"; do
   case $group in
     build) wanted="$wanted $build" ;;
+    package) wanted="$wanted $package" ;;
     test) wanted="$wanted $test" ;;
     check) wanted="$wanted $check" ;;
     docs) wanted="$wanted $docs" ;;
@@ -29,7 +31,7 @@ for group in "${@:-build}"; do
     cross) wanted="$wanted $cross" ;;
     all) wanted="$wanted $all" ;;
     *)
-      echo "setup.sh: unknown group '$group'; known are build, test, check, docs, fuzz, cross and all" >&2
+      echo "setup.sh: unknown group '$group'; the head of this script lists the groups" >&2
       exit 2
       ;;
   esac

@@ -196,3 +196,53 @@ TEST(Stream, DropsNothingButWhatItReports) {
     }
   }
 }
+
+// Text with one bad piece in each hundred characters, both ways, in all encodings: the others are
+// all there, in order, and each bad piece becomes what it becomes by itself.
+TEST(Stream, TreatsOnlyTheBadPiecesOfAText) {
+  const std::string line =
+      "the quick brown fox, ÄÖÜ é ñ; Wörter Ελληνικά русский 日本語 テスト 简体 繁體 한국어 ไทย "
+      "and 0123456789 to fill the rest of it.\n";
+  std::vector<std::string> candidates;
+  for (int byte = 0xFF; byte >= 0x80; --byte) candidates.emplace_back(1, static_cast<char>(byte));
+  candidates.insert(candidates.end(), {"\xDC\xDC"s, "\0\0\x11\0"s, "\0\x11\0\0"s});
+  int withMalformed = 0;
+  int withoutPlace = 0;
+  for (std::size_t i = 0; i < streamCodePageCount(); ++i) {
+    const int page = streamCodePageAt(i).codePage;
+    const std::string clean = stream(settingsFor(65001, page, "drop"), line).text;
+    const std::string read = stream(settingsFor(page, 65001), clean).text;
+    const auto isMalformed = [&](const std::string& piece) {
+      const StreamResult result = stream(settingsFor(page, 65001, "drop"), piece + clean);
+      return result.text == read && result.errors.size() == 1 &&
+             result.errors[0].length == piece.size();
+    };
+    const std::string foreign = "\U0010FFFD";
+    ASSERT_GT(read.size(), 70u) << page;
+    for (const std::string& treatment : kTreatments) {
+      if (treatment == "stop") continue;
+      SCOPED_TRACE(std::to_string(page) + " " + treatment);
+      const StreamSettings reading = settingsFor(page, 65001, treatment);
+      const auto bad = std::ranges::find_if(candidates, isMalformed);
+      if (bad != candidates.end()) {
+        const std::string alone = stream(reading, *bad).text;
+        ASSERT_EQ(stream(reading, *bad + clean + *bad + clean).text, alone + read + alone + read);
+        ASSERT_EQ(alone.empty(), treatment == "drop");
+        ++withMalformed;
+      }
+      const StreamSettings writing = settingsFor(65001, page, treatment);
+      const StreamResult alone = stream(writing, foreign);
+      if (alone.errors.empty() || treatment == "raw" || treatment.find("0x") != treatment.npos) {
+        continue;  // the encoding has everything, or what is written need not be text of it
+      }
+      const StreamSettings back = settingsFor(page, 65001);
+      const std::string stands = stream(back, alone.text).text;
+      const std::string whole = stream(writing, foreign + read + foreign + read).text;
+      ASSERT_EQ(stream(back, whole).text, stands + read + stands + read);
+      ASSERT_EQ(stands.empty(), treatment == "drop");
+      ++withoutPlace;
+    }
+  }
+  EXPECT_GT(withMalformed, 7 * 30);
+  EXPECT_GT(withoutPlace, 5 * 100);
+}

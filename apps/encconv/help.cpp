@@ -142,7 +142,8 @@ points, a search box, and light and dark colours.
      R"(Exit status:
   0  done; every character was converted, or treated as --on-error says
   1  input that could not be converted (under --on-error stop, or with --strict),
-     or an encoding that --detect could not find out
+     an encoding that --detect could not find out, or a --list filter that
+     nothing matches
   2  wrong usage, an unknown encoding, a file that cannot be read or written
 
 When several files fail the highest status is returned.
