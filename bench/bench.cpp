@@ -171,11 +171,12 @@ std::string readFile(const char* name) {
 
 int main(int argc, char** argv) {
   if (argc < 13) return 2;
+  const auto codePage = [&](int i) { return static_cast<int>(std::strtol(argv[i], nullptr, 10)); };
   Job job{argv[1],
           std::strtoul(argv[2], nullptr, 10),
-          std::atof(argv[3]),
-          {std::atoi(argv[4]), argv[5], argv[6], argv[7]},
-          {std::atoi(argv[8]), argv[9], argv[10], argv[11]},
+          std::strtod(argv[3], nullptr),
+          {codePage(4), argv[5], argv[6], argv[7]},
+          {codePage(8), argv[9], argv[10], argv[11]},
           {}};
   for (int i = 12; i < argc; ++i) job.texts.push_back(readFile(argv[i]));
   const std::pair<const char*, void (*)(const Job&)> methods[] = {

@@ -99,6 +99,7 @@ class Iconv : public Peer {
   }
 
  private:
+  // NOLINTNEXTLINE(performance-no-int-to-ptr): the value that iconv_open() defines.
   inline static const iconv_t kClosed = reinterpret_cast<iconv_t>(-1);
 
   void open() { m_converter = iconv_open(m_to.iconv.c_str(), m_from.iconv.c_str()); }

@@ -91,8 +91,7 @@ std::vector<std::string> candidates(const Pair& pair) {
                                 "\x80",
                                 std::string(1, '\0'),
                                 "\x81\xFF",
-                                "\xFF"
-                                "a",
+                                "\xFF\x61",
                                 "a\xFF",
                                 "\x81\x20",
                                 "\xC9\xFF",

@@ -28,11 +28,9 @@ DataBuffer& inPieces(Piece piece, Bytes text, std::size_t step, DataBuffer& out,
     end = std::min(end + step, text.size());
     const bool last = end == text.size();
     // A copy, so that a read behind the piece is seen.
-    const std::string copy = textOf(text.subspan(begin, end - begin));
-    const std::string exact(copy.data(), copy.size());
-    const unsigned int used =
-        piece(reinterpret_cast<const unsigned char*>(exact.data()),
-              static_cast<unsigned int>(exact.size()), last, state, out, &marks);
+    const auto cut = text.subspan(begin, end - begin);
+    const std::vector<std::uint8_t> exact(cut.begin(), cut.end());
+    const unsigned int used = piece(exact.data(), sizeOf(exact), last, state, out, &marks);
     check(used <= exact.size(), "no more is used than is there");
     check(exact.size() - used < 8, "what waits is short");
     begin += used;

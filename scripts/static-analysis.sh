@@ -1,17 +1,20 @@
 #!/bin/sh
 # Runs clang-tidy (see .clang-tidy) and cppcheck over the sources; every finding is an error.
-#
-#   scripts/static-analysis.sh [BUILD-DIRECTORY]
 set -eu
 cd "$(dirname "$0")/.."
 
-build=${1:-build/release}
-scripts/setup.sh all
-scripts/tidy.sh "$build"
+scripts/tidy.sh
 
 # Not asked for: unusedFunction and unusedStructMember, because the library's interface is not all
 # used here; useStlAlgorithm and the wording of loops in general, which is taste; missing headers of
-# the system; and what the table texts, which are data, would take hours for.
-cppcheck --project="$build/compile_commands.json" --std=c++20 --language=c++ --quiet \
-  --enable=warning,performance,portability --inline-suppr --error-exitcode=1 \
-  --suppress=missingIncludeSystem --suppress='*:/usr/*' -i encoding/tables/texts
+# the system; and the table texts, which are data. Staging leaves its bytes without a value because
+# they are written before they are read, and a converter makes one for each call. cppcheck 2.10
+# cannot read lambdas with template parameters (tests of the kernels), takes a string view for a
+# string that ends with its function, and a literal with a suffix for a pointer.
+cppcheck --project=build/tidy/compile_commands.json --std=c++20 --language=c++ --quiet \
+  --library=googletest --enable=warning,performance,portability --error-exitcode=1 \
+  --suppress=missingIncludeSystem --suppress='*:/usr/*' \
+  --suppress='uninitMemberVar:*encoding/staging.h' \
+  --suppress='returnDanglingLifetime:*tests/test_support.h' \
+  --suppress='strPlusChar:*tests/utf_helpers_test.cpp' \
+  -i encoding/tables/texts -i tests/kernels_test.cpp

@@ -19,7 +19,7 @@ constexpr unsigned char kNoBase64 = 0x80;
 constexpr auto kBase64Values = [] {
   std::array<unsigned char, 256> table{};
   for (unsigned char& value : table) value = kNoBase64;
-  for (unsigned int i = 0; i < kBase64.size(); ++i) {
+  for (unsigned int i = 0; i != kBase64.size(); ++i) {
     table[static_cast<unsigned char>(kBase64[i])] = static_cast<unsigned char>(i);
   }
   return table;
@@ -62,7 +62,7 @@ constexpr unsigned int kStep = SixteenBytes::kSize;  // direct characters taken 
 
 constexpr auto kDigitPairs = [] {
   std::array<std::uint16_t, 4096> table{};
-  for (unsigned int i = 0; i < table.size(); ++i) {
+  for (unsigned int i = 0; i != table.size(); ++i) {
     table[i] = static_cast<std::uint16_t>(kBase64[i >> 6] | (kBase64[i & 0x3F] << 8));
   }
   return table;

@@ -278,7 +278,7 @@ TEST(NamedConversionTest, PreambleComesFirstWhateverFollows) {
 }
 
 TEST(NamedConversionTest, PlatformCodePages) {
-  setenv("LC_ALL", "ru_RU.CP1251", 1);
+  setenv("LC_ALL", "ru_RU.CP1251", 1);  // NOLINT(concurrency-mt-unsafe): the only thread
   EncodingConvert converter;
   LogBase log;
   DataBuffer ansi, oem, toAnsi, toOem;
@@ -288,7 +288,7 @@ TEST(NamedConversionTest, PlatformCodePages) {
   EXPECT_TRUE(converter.MultiByteToOem(65001, bytesOf("\xD0\x90"), 2, toOem, log));
   EXPECT_EQ(hex(ansi) + "|" + hex(oem) + "|" + hex(toAnsi) + "|" + hex(toOem), "D0 90|D0 90|C0|80");
   EXPECT_FALSE(converter.MultiByteToOem(65001, bytesOf("A"), -1, toOem, log));
-  unsetenv("LC_ALL");
+  unsetenv("LC_ALL");  // NOLINT(concurrency-mt-unsafe): as above
 }
 
 }  // namespace

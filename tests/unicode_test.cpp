@@ -34,7 +34,8 @@ void appendUtf8(std::string& text, unsigned int scalar) {
   put(0x80 | (scalar & 0x3F));
 }
 
-std::string byPeer(const char* to, std::string text) {
+std::string byPeer(const char* to, const std::string& utf8) {
+  std::string text = utf8;
   iconv_t peer = iconv_open(to, "UTF-8");
   std::string out(text.size() * 4 + 16, '\0');
   char* in = text.data();

@@ -63,7 +63,7 @@ int main(int argc, char** argv) {
   EncodingConvert converter;
   LogBase log;
   for (int i = 1; i < argc; ++i) {
-    const CodePageRow* row = findCodePageRow(std::atoi(argv[i]));
+    const CodePageRow* row = findCodePageRow(static_cast<int>(std::strtol(argv[i], nullptr, 10)));
     if (row == nullptr || !row->isDispatched) {
       std::fprintf(stderr, "mapping_dump: %s is no table-backed code page\n", argv[i]);
       return 2;

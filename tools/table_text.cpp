@@ -21,7 +21,7 @@ constexpr char kUsage[] =
 std::string convert(const std::string& command, const std::string& input, std::string& output) {
   PairTable table;
   if (command == "print") {
-    const std::string problem = parseSource(input, table);
+    std::string problem = parseSource(input, table);
     if (problem.empty()) output = printPairs(table);
     return problem;
   }

@@ -33,11 +33,14 @@ std::string wordBehind(const std::string& line, const std::string& phrase) {
   return line.substr(begin, std::min(line.find_first_of(",;. ", begin), line.size()) - begin);
 }
 
+int numberBehind(const std::string& line, const std::string& phrase) {
+  return static_cast<int>(std::strtol(wordBehind(line, phrase).c_str(), nullptr, 10));
+}
+
 std::string parseDescription(const std::string& line, PairTable& table) {
-  const std::string codePage = wordBehind(line, "code page ");
-  table.codePage = std::atoi(codePage.c_str());
-  table.baseCodePage = std::atoi(wordBehind(line, "applied over ").c_str());
-  table.name = wordBehind(line, "code page " + codePage + ", ");
+  table.codePage = numberBehind(line, "code page ");
+  table.baseCodePage = numberBehind(line, "applied over ");
+  table.name = wordBehind(line, "code page " + std::to_string(table.codePage) + ", ");
   const std::string ascii = wordBehind(line, "; ascii ");
   table.isAscii = ascii == "yes";
   table.isStored = line.find("; stored") != std::string::npos;
@@ -216,7 +219,7 @@ std::string parsePairs(const std::string& pairs, PairTable& table) {
   for (int number = 2; problem.empty() && std::getline(lines, line); ++number) {
     if (line.empty() || line[0] == '#') continue;
     problem = parseRecord(line, table);
-    if (!problem.empty()) problem = "line " + std::to_string(number) + ": " + problem;
+    if (!problem.empty()) problem.insert(0, "line " + std::to_string(number) + ": ");
   }
   return problem;
 }

@@ -34,12 +34,12 @@ FileConversion::FileConversion(const Options& options, Console& console)
     : m_options(options),
       m_console(console),
       m_settings(options.treatment),
+      m_afterWriting(mapAfterWriting(options.toCodePage, options.ebcdicNewline)),
       m_buffer(options.fromCodePage == kCodePageAuto ? kDetectionSample : kPieceBytes) {
   m_settings.from = options.fromCodePage;
   m_settings.to = options.toCodePage;
   m_settings.pdfPassthrough = options.pdfPassthrough;
   m_settings.drain = this;
-  m_afterWriting = mapAfterWriting(options.toCodePage, options.ebcdicNewline);
   m_mapsOutput = m_afterWriting != mapAfterWriting(options.toCodePage, EbcdicNewline::kKeep);
 }
 
