@@ -1,5 +1,7 @@
 // The codecs that keep a state: ISO-2022-JP, ISO-2022-KR and HZ whole and in pieces; and UTF-7,
 // UTF-32 and GSM there and back. Settings: codec, size of the pieces.
+#include <vector>
+
 #include "fuzz/fuzz_support.h"
 #include "support/hz.h"
 #include "support/japanese.h"

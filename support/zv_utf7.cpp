@@ -70,7 +70,7 @@ constexpr auto kDigitPairs = [] {
 
 constexpr auto kDigitBits = [] {
   std::array<std::array<std::uint32_t, 256>, 4> tables{};
-  for (unsigned int place = 0; place < tables.size(); ++place) {
+  for (unsigned int place = 0; place != tables.size(); ++place) {
     for (unsigned int byte = 0; byte < 256; ++byte) {
       const std::uint32_t value = kBase64Values[byte];
       tables[place][byte] = value == kNoBase64 ? 1u << (24 + place) : value << (18 - 6 * place);
@@ -364,7 +364,7 @@ bool runCodec(Codec& codec, const unsigned char* data, unsigned int length, Data
     return codec(p, stop, dest);
   };
   if (!writeInChunks<WorstFactor>(data, data + length, out, loop)) return false;
-  unsigned char last[kWriteSlack];
+  unsigned char last[kWriteSlack] = {};
   return out.append(last, static_cast<unsigned int>(codec.finish(last) - last));
 }
 

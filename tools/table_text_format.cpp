@@ -310,8 +310,10 @@ std::string printSource(const PairTable& table, const std::string& text) {
   for (std::size_t at = 0; at < text.size();) {
     // The format character rides in front of the first piece.
     const std::size_t extra = at == 0 ? 1 : 0;
-    out +=
-        literalLines(text.substr(at, kPieceSize + extra), kSourceLineSize + extra, "    ") + ",\n";
+    // In parentheses, which say that no comma is missing.
+    out += "    (\n";
+    out += literalLines(text.substr(at, kPieceSize + extra), kSourceLineSize + extra, "    ");
+    out += "),\n";
     at += kPieceSize + extra;
   }
   return out + "};\n}  // namespace\n\nvoid " + table.name +
