@@ -2,12 +2,14 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <cstdlib>
 
 #include "support/zv_base.h"
 
 namespace {
 constexpr std::uint64_t kMaxSize = 0xFFFFFFFFu;
 constexpr std::uint64_t kFirstCapacity = 64;
+constexpr std::uint64_t kLargeCapacity = 1u << 20;
 }  // namespace
 
 bool DataBuffer::grow(unsigned int count) {
@@ -18,21 +20,35 @@ bool DataBuffer::grow(unsigned int count) {
   }
   // Half as much again; where that cannot be had, what is needed and no more.
   const std::uint64_t generous = std::uint64_t{m_capacity} + m_capacity / 2;
-  std::uint64_t capacity = std::min(std::max({needed, generous, kFirstCapacity}), kMaxSize);
-  unsigned char* data = zvNewUnsignedChar(static_cast<unsigned int>(capacity));
-  if (data == nullptr && capacity > needed) {
-    capacity = needed;
-    data = zvNewUnsignedChar(static_cast<unsigned int>(capacity));
+  const std::uint64_t capacity = std::min(std::max({needed, generous, kFirstCapacity}), kMaxSize);
+  if (moveToCapacity(capacity) || (capacity > needed && moveToCapacity(needed))) return true;
+  m_failed = true;
+  return false;
+}
+
+// Gives the content storage of that capacity; false, with nothing changed, when there is none.
+bool DataBuffer::moveToCapacity(std::uint64_t capacity) {
+  const bool isLarge = capacity >= kLargeCapacity;
+  const auto count = static_cast<unsigned int>(capacity);
+  unsigned char* data = nullptr;
+  if (isLarge) {
+    void* const old = m_storage == Storage::kLarge ? m_data : nullptr;
+    data = static_cast<unsigned char*>(std::realloc(old, count));
+  } else {
+    data = zvNewUnsignedChar(count);
   }
-  if (data == nullptr) {
-    m_failed = true;
-    return false;
+  if (data == nullptr) return false;
+  if (!isLarge || m_storage != Storage::kLarge) {
+    const unsigned int size = m_size;
+    const unsigned int asciiPrefix = m_asciiPrefix;
+    if (size != 0) std::memcpy(data, m_data, size);
+    release();
+    m_size = size;
+    m_asciiPrefix = asciiPrefix;
   }
-  if (m_size != 0) std::memcpy(data, m_data, m_size);
-  if (!m_borrowed) delete[] m_data;
   m_data = data;
-  m_capacity = static_cast<unsigned int>(capacity);
-  m_borrowed = false;
+  m_capacity = count;
+  m_storage = isLarge ? Storage::kLarge : Storage::kArray;
   return true;
 }
 
@@ -54,25 +70,25 @@ bool DataBuffer::appendSlow(const void* data, unsigned int count) {
 }
 
 void DataBuffer::release() {
-  if (!m_borrowed) delete[] m_data;
+  if (m_storage == Storage::kArray) delete[] m_data;
+  if (m_storage == Storage::kLarge) std::free(m_data);
   m_data = nullptr;
   m_size = m_capacity = m_asciiPrefix = 0;
-  m_borrowed = false;
+  m_storage = Storage::kArray;
 }
 
 void DataBuffer::borrowData(const unsigned char* data, unsigned int count) {
   release();
   m_data = const_cast<unsigned char*>(data);  // never written through: see m_capacity
   m_size = m_capacity = count;
-  m_borrowed = true;
+  m_storage = Storage::kBorrowed;
 }
 
 void DataBuffer::takeData(unsigned char* data, unsigned int count) {
-  if (data != m_data || m_borrowed) release();
+  if (data != m_data || m_storage != Storage::kArray) release();
   m_data = data;
   m_size = m_capacity = count;
   m_asciiPrefix = 0;
-  m_borrowed = false;
 }
 
 void DataBuffer::drop_non_usascii() {
@@ -80,7 +96,7 @@ void DataBuffer::drop_non_usascii() {
   const bool allAscii =
       std::find_if(m_data + m_asciiPrefix, m_data + m_size, isHigh) == m_data + m_size;
   if (!allAscii) {
-    if (m_borrowed && !grow(0)) return;
+    if (m_storage == Storage::kBorrowed && !grow(0)) return;
     const unsigned char* end = std::remove_if(m_data + m_asciiPrefix, m_data + m_size, isHigh);
     m_size = static_cast<unsigned int>(end - m_data);
   }
@@ -88,7 +104,7 @@ void DataBuffer::drop_non_usascii() {
 }
 
 void DataBuffer::clear() {
-  if (m_borrowed) release();
+  if (m_storage == Storage::kBorrowed) release();
   m_size = m_asciiPrefix = 0;
   m_failed = false;
 }
@@ -96,5 +112,5 @@ void DataBuffer::clear() {
 void DataBuffer::truncate(unsigned int size) {
   m_size = std::min(m_size, size);
   m_asciiPrefix = std::min(m_asciiPrefix, size);
-  if (m_borrowed) m_capacity = m_size;
+  if (m_storage == Storage::kBorrowed) m_capacity = m_size;
 }

@@ -87,8 +87,14 @@ class DataBuffer {
   void truncate(unsigned int size);
 
  private:
+  // Whose memory m_data is. Large storage comes from malloc, because realloc can grow it in place,
+  // or by new addresses for the same pages: nothing is copied, and old and new storage are never
+  // there both at once.
+  enum class Storage : unsigned char { kArray, kLarge, kBorrowed };
+
   bool appendSlow(const void* data, unsigned int count);
   bool grow(unsigned int count);
+  bool moveToCapacity(std::uint64_t capacity);
   void release();
 
   unsigned char* m_data = nullptr;
@@ -99,7 +105,7 @@ class DataBuffer {
   // The first bytes known to be below 0x80, so that repeated calls of drop_non_usascii stay linear
   // in what was appended between them.
   unsigned int m_asciiPrefix = 0;
-  bool m_borrowed = false;
+  Storage m_storage = Storage::kArray;
   bool m_failed = false;
 };
 

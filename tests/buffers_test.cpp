@@ -32,6 +32,10 @@ TEST(DataBufferTest, AppendsAcrossGrowthAndFromItself) {
   EXPECT_EQ(text(buffer), expected);
   EXPECT_EQ(buffer.getDataAt2(buffer.getSize()), nullptr);
   EXPECT_EQ(*buffer.getDataAt2(buffer.getSize() - 1), static_cast<unsigned char>(expected.back()));
+  // On into storage that grows in another way.
+  while (buffer.getSize() < 5'000'000) ASSERT_TRUE(buffer.append(buffer));
+  while (expected.size() < 5'000'000) expected += expected;
+  EXPECT_TRUE(text(buffer) == expected);
 }
 
 TEST(DataBufferTest, BorrowedMemoryIsNeverWritten) {
