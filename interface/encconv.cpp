@@ -75,6 +75,13 @@ class StringDrain : public StreamDrain {
   std::string& m_text;
 };
 
+// Begins a stream. Two names that are not known are no pair of equal encodings.
+StreamStatus begin(::StreamConverter& stream, const StreamSettings& settings) {
+  if (!isStreamCodePage(settings.from)) return StreamStatus::kNoDecoder;
+  if (!isStreamCodePage(settings.to)) return StreamStatus::kNoEncoder;
+  return stream.begin(settings);
+}
+
 // Streams pieces, one after another, into one result.
 Result convertPieces(std::initializer_list<std::string_view> pieces, StreamSettings settings) {
   Result result;
@@ -82,7 +89,7 @@ Result convertPieces(std::initializer_list<std::string_view> pieces, StreamSetti
   settings.drain = &drain;
   ::StreamConverter stream;
   DataBuffer out;
-  StreamStatus status = stream.begin(settings);
+  StreamStatus status = begin(stream, settings);
   for (const std::string_view piece : pieces) {
     if (status != StreamStatus::kGood) break;
     status = stream.push(reinterpret_cast<const unsigned char*>(piece.data()), piece.size(), out);
@@ -220,7 +227,7 @@ StreamConverter::StreamConverter(Encoding from, Encoding to, const Options& opti
     : m_state(std::make_unique<State>()) {
   StreamSettings settings = settingsOf(from, to, options);
   settings.errorHandler = m_state.get();
-  m_state->status = statusOf(m_state->stream.begin(settings));
+  m_state->status = statusOf(begin(m_state->stream, settings));
 }
 
 StreamConverter::~StreamConverter() = default;

@@ -61,6 +61,8 @@ encconv_status begin(StreamConverter& stream, int from, int to, const char* trea
     settings.drain = drain;
     const std::string_view text = treatment == nullptr ? "stop" : treatment;
     if (!parseStreamTreatment(text, settings)) return ENCCONV_INVALID_TREATMENT;
+    if (!isStreamCodePage(from)) return ENCCONV_UNKNOWN_SOURCE;
+    if (!isStreamCodePage(to)) return ENCCONV_UNKNOWN_TARGET;
     return statusOf(stream.begin(settings));
   } catch (const std::bad_alloc&) {
     return ENCCONV_OUT_OF_MEMORY;

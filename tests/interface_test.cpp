@@ -45,7 +45,7 @@ TEST(Interface, ConvertsWholeTexts) {
   // More than fits into one buffer of the stream.
   const std::string large(3000000, '\xE9');
   EXPECT_EQ(encconv::to_utf8(large, 1252).text.size(), 6000000u);
-  EXPECT_EQ(encconv::convert(large, 0, 0).text, large);
+  EXPECT_EQ(encconv::convert(large, 1252, 1252).text, large);
 }
 
 TEST(Interface, TakesAndGivesUtf16) {
@@ -115,7 +115,11 @@ TEST(Interface, SaysWhyItRefuses) {
   } cases[] = {{"no such name", 1252, {}, Status::unknown_source},
                {"", 1252, {}, Status::unknown_source},
                {1252, "no such name", {}, Status::unknown_target},
+               {"no such name", "nor this", {}, Status::unknown_source},
+               {0, 1252, {}, Status::unknown_source},
+               {1252, 0, {}, Status::unknown_target},
                {28600, 1252, {}, Status::unknown_source},
+               {28600, 28600, {}, Status::unknown_source},
                {1252, 28600, {}, Status::unknown_target},
                {65001, 1252, substitute, Status::invalid_substitute},
                {65001, 1251, substitute, Status::ok},
@@ -204,7 +208,7 @@ TEST(Interface, ServesC) {
   encconv_free(output);
   EXPECT_EQ(encconv_convert(65001, 1251, "a", 1, "never", &output, &size, nullptr),
             ENCCONV_INVALID_TREATMENT);
-  EXPECT_EQ(encconv_convert(1, 1251, "a", 1, "hex", &output, &size, nullptr),
+  EXPECT_EQ(encconv_convert(0, 1251, "a", 1, "hex", &output, &size, nullptr),
             ENCCONV_UNKNOWN_SOURCE);
   EXPECT_EQ(encconv_convert(1252, 1251, nullptr, 1, "hex", &output, &size, nullptr),
             ENCCONV_MISUSE);

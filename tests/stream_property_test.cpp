@@ -203,6 +203,10 @@ TEST(Stream, TreatsOnlyTheBadPiecesOfAText) {
   const std::string line =
       "the quick brown fox, ÄÖÜ é ñ; Wörter Ελληνικά русский 日本語 テスト 简体 繁體 한국어 ไทย "
       "and 0123456789 to fill the rest of it.\n";
+  const auto twice = [](std::string bad, const std::string& good) {
+    bad += good;
+    return bad.append(bad);
+  };
   std::vector<std::string> candidates;
   for (int byte = 0xFF; byte >= 0x80; --byte) candidates.emplace_back(1, static_cast<char>(byte));
   candidates.insert(candidates.end(), {"\xDC\xDC"s, "\0\0\x11\0"s, "\0\x11\0\0"s});
@@ -226,7 +230,7 @@ TEST(Stream, TreatsOnlyTheBadPiecesOfAText) {
       const auto bad = std::ranges::find_if(candidates, isMalformed);
       if (bad != candidates.end()) {
         const std::string alone = stream(reading, *bad).text;
-        ASSERT_EQ(stream(reading, *bad + clean + *bad + clean).text, alone + read + alone + read);
+        ASSERT_EQ(stream(reading, twice(*bad, clean)).text, twice(alone, read));
         ASSERT_EQ(alone.empty(), treatment == "drop");
         ++withMalformed;
       }
@@ -237,8 +241,8 @@ TEST(Stream, TreatsOnlyTheBadPiecesOfAText) {
       }
       const StreamSettings back = settingsFor(page, 65001);
       const std::string stands = stream(back, alone.text).text;
-      const std::string whole = stream(writing, foreign + read + foreign + read).text;
-      ASSERT_EQ(stream(back, whole).text, stands + read + stands + read);
+      const std::string whole = stream(writing, twice(foreign, read)).text;
+      ASSERT_EQ(stream(back, whole).text, twice(stands, read));
       ASSERT_EQ(stands.empty(), treatment == "drop");
       ++withoutPlace;
     }

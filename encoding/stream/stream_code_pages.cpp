@@ -43,6 +43,13 @@ int streamCodePage(std::string_view name) {
   return isHz ? kCodePageHz : 0;
 }
 
+bool isStreamCodePage(int codePage) {
+  for (std::size_t i = 0; i < streamCodePageCount(); ++i) {
+    if (streamCodePageAt(i).codePage == codePage) return true;
+  }
+  return false;
+}
+
 std::size_t streamCodePageCount() { return codePageCount() + 1; }
 
 CodePageInfo streamCodePageAt(std::size_t index) {

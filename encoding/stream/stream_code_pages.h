@@ -15,6 +15,9 @@ inline constexpr int kCodePageHz = 1052936;
 // The code page of a charset name or number: what CharsetNaming knows, and HZ. 0 when unknown.
 int streamCodePage(std::string_view name);
 
+// Whether streams convert it. StreamConverter copies text from any other code page to itself.
+bool isStreamCodePage(int codePage);
+
 // The number of code pages, and the one at an index below it, in ascending order of number.
 std::size_t streamCodePageCount();
 CodePageInfo streamCodePageAt(std::size_t index);
