@@ -3,8 +3,8 @@
 
 #include <climits>
 
+#include "encoding/clean_blocks.h"
 #include "encoding/fast/fast_path.h"
-#include "encoding/iso2022_blocks.h"
 #include "encoding/mac_arabic.h"
 #include "encoding/scratch_buffer.h"
 #include "encoding/special_code_pages.h"
@@ -105,9 +105,24 @@ bool fromIso2022Jp(EncodingConvert& converter, const Request& request) {
   return !request.out.hasFailed();
 }
 
-bool toUtf7(EncodingConvert& converter, const Request& request) {
+bool toUtf7(EncodingConvert& converter, Request request) {
+  const unsigned int sizeBefore = request.out.getSize();
   ScratchBuffer utf16(request.out);
-  if (!runLeg(converter, request, zvIsLittleEndian() ? kUtf16Le : kUtf16Be, utf16)) return false;
+  Utf7Codec::State state;
+  // From UTF-16 there are no legs.
+  if (zvIsLittleEndian() && !isUtf16(request.from)) {
+    const unsigned int used =
+        writeCleanBlocks<Utf7Codec>(converter, request.from, request.data, request.length,
+                                    request.out, request.log, state, utf16);
+    request.data += used;
+    request.length -= used;
+  }
+  if (request.length == 0) {
+    finishClean(converter);
+  } else if (!runLeg(converter, request, zvIsLittleEndian() ? kUtf16Le : kUtf16Be, utf16)) {
+    request.out.truncate(sizeBefore);  // a failed leg leaves nothing
+    return false;
+  }
   return _zvUtf::Utf16XEToUtf7(utf16, request.out);
 }
 

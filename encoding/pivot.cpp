@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <cstdint>
 
+#include "encoding/clean_blocks.h"
 #include "encoding/encoding_convert.h"
 #include "encoding/fast/fast_path.h"
 #include "encoding/scratch_buffer.h"
@@ -147,7 +148,7 @@ Normalised normaliseSource(Conversion& c, DataBuffer& scratch) {
     }
     _zvUtf::Utf32ToUtf8(raw, scratch, c.log);
     c.setSource(kUtf8, scratch);
-  } else {  // UTF-7
+  } else {  // UTF-7, behind what is converted already
     raw.borrowData(c.data, c.length);
     _zvUtf::Utf7ToUtf16_xe(raw, scratch);
     c.setSource(zvIsLittleEndian() ? kUtf16Le : kUtf16Be, scratch);
@@ -262,11 +263,19 @@ bool convertNormalised(Conversion& c) {
   return convertFromTable(c);
 }
 
-// The clean beginning of a UTF-32 or UTF-16 big-endian source needs no normalised copy. True when
-// it was all of the source.
-bool convertCleanBeginning(Conversion& c) {
+// The clean beginning of a source needs no normalised copy. True when it was all of the source.
+// normalised gets what is decoded but not converted of UTF-7.
+bool convertCleanBeginning(Conversion& c, DataBuffer& normalised) {
+  if (c.from == kUtf7) {
+    const unsigned int used =
+        readCleanUtf7(c.converter, c.to, c.data, c.length, c.out, c.log, normalised);
+    c.skip(used);
+    if (used == 0 || c.length != 0 || normalised.getSize() != 0) return false;
+    c.setPivotFlags(false, false);
+    return true;
+  }
   // From UTF-16 to UTF-16 the plain way writes the text and then fails.
-  if (c.from == kUtf7 || (isUtf16(c.from) && c.to == kUtf16Le)) return false;
+  if (isUtf16(c.from) && c.to == kUtf16Le) return false;
   const int from = isUtf16(c.from) ? kUtf16Be : c.bigEndian ? kUtf32Be : kUtf32Le;
   const unsigned int done =
       fast::convertPrefix(c.converter, from, c.to, c.data, c.length, c.out, c.log);
@@ -293,8 +302,8 @@ bool EncodingConvert::convert_a(int from, int to, const unsigned char* data, uns
   if (c.from == kUsAscii && isAsciiCompatibleTarget(c.to)) return copyUsAscii(c);
 
   if (!needsNormalising(c)) return convertNormalised(c);
-  if (convertCleanBeginning(c)) return true;
   ScratchBuffer normalised(out);
+  if (convertCleanBeginning(c, normalised)) return true;
   switch (normaliseSource(c, normalised)) {
     case Normalised::kEmpty:
       return true;

@@ -392,3 +392,20 @@ bool _zvUtf::Utf16XEToUtf7(DataBuffer& in, DataBuffer& out) {
 bool _zvUtf::Utf7ToUtf16_xe(DataBuffer& in, DataBuffer& out) {
   return zvIsBigEndian() ? decode<true>(in, out) : decode<false>(in, out);
 }
+
+// Far enough for the pieces that callers add to a text before they ask again.
+constexpr unsigned int kCutDistance = 1u << 16;
+
+unsigned int _zvUtf::utf7Cut(const unsigned char* utf7, unsigned int length) {
+  const unsigned int least = length > kCutDistance ? length - kCutDistance : 0;
+  while (length > least && isBase64(utf7[length - 1])) --length;
+  return length > least ? length : 0;
+}
+
+unsigned int _zvUtf::utf16CutForUtf7(const unsigned char* utf16, unsigned int length) {
+  const unsigned int least = length > kCutDistance ? length - kCutDistance : 0;
+  length &= ~1u;
+  const auto unitBefore = [&] { return zvLoadHostUnit(utf16 + length - 2, zvIsBigEndian()); };
+  while (length >= least + 2 && !isDirect(unitBefore())) length -= 2;
+  return length >= least + 2 ? length : 0;
+}

@@ -1,8 +1,10 @@
-#include "encoding/iso2022_blocks.h"
+#include "encoding/clean_blocks.h"
 
 #include <algorithm>
 
 #include "encoding/fast/fast_path.h"
+#include "support/zv_base.h"
+#include "support/zv_utf.h"
 
 namespace {
 
@@ -16,6 +18,7 @@ constexpr unsigned int kPdfBytes = 7;
 
 // Takes the first count bytes away.
 void dropFront(DataBuffer& buffer, unsigned int count) {
+  if (count == 0) return;
   DataBuffer kept;
   kept.append(buffer.getData2() + count, buffer.getSize() - count);
   buffer.clear();
@@ -30,6 +33,15 @@ bool maybeMark(int codePage, const unsigned char* data) {
 }
 
 }  // namespace
+
+unsigned int Utf7Codec::writePiece(const unsigned char* utf16, unsigned int length, bool last,
+                                   State&, DataBuffer& out, std::nullptr_t) {
+  const unsigned int count = last ? length : _zvUtf::utf16CutForUtf7(utf16, length);
+  DataBuffer piece;
+  piece.borrowData(utf16, count);
+  _zvUtf::Utf16XEToUtf7(piece, out);
+  return count;
+}
 
 template <typename Codec>
 unsigned int readCleanBlocks(EncodingConvert& converter, int to, const unsigned char* data,
@@ -77,6 +89,31 @@ unsigned int writeCleanBlocks(EncodingConvert& converter, int from, const unsign
   return used;
 }
 
+unsigned int readCleanUtf7(EncodingConvert& converter, int to, const unsigned char* data,
+                           unsigned int length, DataBuffer& out, LogBase& log, DataBuffer& rest) {
+  if (isUtf16(to) || log.m_wantsContexts || length > kMaxLength || !zvIsLittleEndian()) return 0;
+  unsigned int used = 0;
+  while (used != length && !out.hasFailed()) {
+    unsigned int count = length - used;
+    // A run that is longer than a block is taken whole.
+    for (unsigned int size = kBlockBytes; size < count; size *= 2) {
+      const unsigned int cut = _zvUtf::utf7Cut(data + used, size);
+      if (cut != 0) count = cut;
+    }
+    DataBuffer piece;
+    piece.borrowData(data + used, count);
+    _zvUtf::Utf7ToUtf16_xe(piece, rest);
+    used += count;
+    if (rest.hasFailed()) break;
+    const unsigned int done =
+        fast::convertPrefix(converter, kUtf16Le, to, rest.getData2(), rest.getSize(), out, log);
+    dropFront(rest, done);
+    // The first half of a pair waits for the second.
+    if (rest.getSize() > 2 || (done == 0 && count != 0)) break;
+  }
+  return used;
+}
+
 template unsigned int readCleanBlocks<JapaneseCodec>(EncodingConvert&, int, const unsigned char*,
                                                      unsigned int, DataBuffer&, LogBase&,
                                                      Iso2022JpState&, DataBuffer&, bool&);
@@ -89,3 +126,6 @@ template unsigned int writeCleanBlocks<JapaneseCodec>(EncodingConvert&, int, con
 template unsigned int writeCleanBlocks<KoreanCodec>(EncodingConvert&, int, const unsigned char*,
                                                     unsigned int, DataBuffer&, LogBase&,
                                                     Iso2022KrState&, DataBuffer&);
+template unsigned int writeCleanBlocks<Utf7Codec>(EncodingConvert&, int, const unsigned char*,
+                                                  unsigned int, DataBuffer&, LogBase&,
+                                                  Utf7Codec::State&, DataBuffer&);
