@@ -1,12 +1,22 @@
-// StreamConverter: a stream in pieces against the stream in one piece. Settings: source, target,
-// treatment, alternate code page, flags, size of the pieces, substitute.
+// StreamConverter: a stream in pieces against the stream in one piece, and that against EncConvert.
+// Settings: source, target, treatment, alternate code page, flags, size of the pieces, substitute.
 #include "encoding/stream/stream_converter.h"
 
 #include <vector>
 
+#include "encoding/encoding_convert.h"
 #include "fuzz/fuzz_support.h"
+#include "support/hz.h"
 
 namespace {
+
+using Bytes = std::span<const std::uint8_t>;
+
+struct Piece {
+  std::uint64_t offset;
+  std::uint32_t length;
+  auto operator<=>(const Piece&) const = default;
+};
 
 class Errors : public StreamErrorHandler {
  public:
@@ -19,11 +29,12 @@ class Errors : public StreamErrorHandler {
       check(error.offset >= m_last, "errors come in the order of the source");
       m_last = error.offset;
     }
-    ++count;
+    pieces.push_back({error.offset, error.length});
     digest = digest * 31 + error.offset * 5 + error.length * 3 + error.line * 7 +
              static_cast<std::uint32_t>(error.codePoint);
   }
-  std::uint64_t count = 0, digest = 0;
+  std::vector<Piece> pieces;
+  std::uint64_t digest = 0;
 
  private:
   bool m_isOrdered;
@@ -32,12 +43,13 @@ class Errors : public StreamErrorHandler {
 
 struct Result {
   StreamStatus status;
-  std::uint64_t errorCount, digest;
+  std::vector<Piece> errors;
+  std::uint64_t digest;
   std::string out;
   bool operator==(const Result&) const = default;
 };
 
-Result run(StreamSettings settings, std::span<const std::uint8_t> text, std::size_t step) {
+Result run(StreamSettings settings, Bytes text, std::size_t step) {
   Errors errors(settings.from);
   settings.errorHandler = &errors;
   StreamConverter stream;
@@ -51,9 +63,81 @@ Result run(StreamSettings settings, std::span<const std::uint8_t> text, std::siz
   }
   if (status == StreamStatus::kGood) status = stream.finish(out);
   check(status != StreamStatus::kNoMemory && status != StreamStatus::kMisuse, "memory suffices");
-  check(stream.errorCount() == errors.count, "each error is told once");
+  check(stream.errorCount() == errors.pieces.size(), "each error is told once");
   check(out.getSize() <= 1024 * (text.size() + 1), "the output is linear in the input");
-  return {status, errors.count, errors.digest, std::string(viewOf(out))};
+  return {status, errors.pieces, errors.digest, std::string(viewOf(out))};
+}
+
+Bytes bytesOf(const std::string& text) {
+  return {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()};
+}
+
+// One EncConvert of everything; HZ by its codec and 936, and what EncConvert cannot do by UTF-8.
+std::string whole(int from, int to, const std::string& text) {
+  const auto* data = bytesOf(text).data();
+  const unsigned int size = sizeOf(bytesOf(text));
+  DataBuffer out;
+  LogBase log;
+  if (from == to) return text;
+  if (from == kCodePageHz) {
+    Hz::hzToGbk(data, size, out);
+    return whole(936, to, std::string(viewOf(out)));
+  }
+  if (to == kCodePageHz) {
+    const std::string gbk = whole(from, 936, text);
+    Hz::gbkToHz(bytesOf(gbk).data(), sizeOf(bytesOf(gbk)), out);
+    return std::string(viewOf(out));
+  }
+  if ((from == 1201 || from == 65000) && (to == 1200 || to == 1201 || to == 65000)) {
+    return whole(65001, to, whole(from, 65001, text));
+  }
+  EncodingConvert().EncConvert(from, to, data, size, out, log);
+  return std::string(viewOf(out));
+}
+
+bool hasShifts(int page) {
+  return page == 65000 || (page >= 50220 && page <= 50225) || page == kCodePageHz;
+}
+
+Result dropped(int from, int to, const std::string& text) {
+  const StreamSettings settings{.from = from, .to = to, .treatment = StreamTreatment::kDrop};
+  return run(settings, bytesOf(text), text.size() + 1);
+}
+
+// Whether the text has what the two treat differently on purpose: U+0000, the unit that begins the
+// escapes of a pivot, byte order marks, files that are copied.
+bool differsOnPurpose(int from, const std::string& text) {
+  for (const char* beginning : {"%PDF-1", "\xEF\xBB\xBF", "\xFE\xFF", "\xFF\xFE", "+/v"}) {
+    if (text.starts_with(beginning)) return true;
+  }
+  if (text.starts_with(std::string_view("\0\0\xFE\xFF", 4))) return true;
+  const std::string points = dropped(from, 12000, text).out;
+  for (std::size_t at = 0; at + 3 < points.size(); at += 4) {
+    const std::string_view point = std::string_view(points).substr(at, 4);
+    if (point == std::string_view("\0\0\0\0", 4) || point == std::string_view("\xFD\xEF\0\0", 4)) {
+      return true;
+    }
+  }
+  return false;
+}
+
+// What a stream drops is all that parts it from EncConvert.
+void compareWithEncConvert(int from, int to, std::string text) {
+  if (from == 0) from = to;
+  if (to == 0) to = from;
+  Result result = dropped(from, to, text);
+  if (result.status != StreamStatus::kGood || differsOnPurpose(from, text)) return;
+  // Taking pieces out changes what stands behind a shift, or in a run that is turned round.
+  if (!result.errors.empty() && (hasShifts(from) || from == 10004)) return;
+  std::sort(result.errors.rbegin(), result.errors.rend());
+  for (const Piece& piece : result.errors) text.erase(piece.offset, piece.length);
+  if (differsOnPurpose(from, text)) return;
+  std::string expected = whole(from, to, text), got = result.out;
+  if (hasShifts(to)) {  // escapes may stand elsewhere
+    expected = whole(to, 65001, expected);
+    got = whole(to, 65001, got);
+  }
+  check(got == expected, "a stream is what EncConvert makes of it");
 }
 
 }  // namespace
@@ -76,7 +160,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   settings.substitute = textOf(input.bytes(input.byte() % 8));
   const auto text = input.rest();
 
-  const Result whole = run(settings, text, text.size() + 1);
-  check(run(settings, text, step) == whole, "the result does not depend on the cuts");
+  const Result atOnce = run(settings, text, text.size() + 1);
+  check(run(settings, text, step) == atOnce, "the result does not depend on the cuts");
+  compareWithEncConvert(settings.from, settings.to, textOf(text));
   return 0;
 }
