@@ -14,13 +14,13 @@ if(ENCCONV_COVERAGE)
   target_link_options(encconv_settings INTERFACE --coverage)
 endif()
 
-# What the tool is compiled and linked with besides, because it reads the files of strangers: checks
-# of the stack and of library calls, no writable tables of addresses. Sanitizers do the same and
-# more, and do not go together with it.
+# What the library and the tool are compiled and linked with besides, because they read the text of
+# strangers: checks of the stack and of library calls, no writable tables of addresses. Sanitizers do
+# the same and more, and do not go together with it.
 add_library(encconv_hardening INTERFACE)
 if(NOT ENCCONV_SANITIZE)
-  target_compile_options(encconv_hardening INTERFACE -fstack-protector-strong)
-  target_compile_definitions(encconv_hardening INTERFACE $<$<CONFIG:Release>:_FORTIFY_SOURCE=2>)
+  target_compile_options(encconv_hardening INTERFACE
+    -fstack-protector-strong $<$<CONFIG:Release>:-U_FORTIFY_SOURCE> $<$<CONFIG:Release>:-D_FORTIFY_SOURCE=2>)
   target_link_options(encconv_hardening INTERFACE -Wl,-z,relro,-z,now)
   if(CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86_64|AMD64|amd64)$")
     target_compile_options(encconv_hardening INTERFACE
