@@ -67,16 +67,16 @@ bool fillDoubleByteDecoder(const HashConvert& map, DoubleByteDecoder& table) {
 }
 
 // Calls put(unit, code) for everything that the encoder of a code page writes without an error.
-// False when a unit but 0 is written as 0, which a flat table cannot say.
+// False for what a flat table cannot say: a unit but 0 that is written as 0, a second byte 0.
 template <class Put>
 bool forEachEncoding(const HashConvert& map, Put put) {
   bool flat = true;
   map.forEachEntry([&](const HashConvert::Bucket& entry) {
     const unsigned int unit = zvLoadHostUnit(entry.key, false);
-    const unsigned int code =
-        entry.isOneByte != 0 ? entry.value[0] : entry.value[0] * 256u + entry.value[1];
+    const bool isPair = entry.isOneByte == 0;
+    const unsigned int code = entry.value[0] + (isPair ? entry.value[1] * 256u : 0);
     if (unit != kEscapeUnit) put(unit, code);
-    if (code == 0 && unit != 0) flat = false;
+    if ((code == 0 && unit != 0) || (isPair && entry.value[1] == 0)) flat = false;
   });
   if (map.get_IsLowerAscii()) {
     for (unsigned int unit = 0; unit < 0x80; ++unit) put(unit, unit);
@@ -108,7 +108,7 @@ bool fillDoubleByteEncoder(const CodePageRow& row, const HashConvert& map,
     for (unsigned int unit = 0x00C0; unit < 0x1F00; ++unit) {
       const VietnameseDecomposition* letter = findVietnameseDecomposition(unit);
       if (letter == nullptr || table.codes[unit] != 0) continue;
-      table.codes[unit] = static_cast<std::uint16_t>(letter->base * 256 + letter->mark);
+      table.codes[unit] = static_cast<std::uint16_t>(letter->base + letter->mark * 256);
     }
   }
   table.prepare();

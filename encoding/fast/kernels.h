@@ -80,7 +80,7 @@ struct DoubleByteDecoder {
 
 // A code page of one- and two-byte characters, encoding.
 struct DoubleByteEncoder {
-  // By unit: up to 0xFF a single byte, above first byte * 256 + second byte; 0: unmapped, but for
+  // By unit: up to 0xFF a single byte, above first byte + second byte * 256; 0: unmapped, but for
   // unit 0, which is byte 00.
   std::uint16_t codes[65536];
   bool isAscii;  // set by prepare(): units 00..7F are themselves

@@ -236,9 +236,9 @@ inline bool stepUtf16ToDoubleByte(const DoubleByteEncoder& table, const Byte*& i
   const unsigned int code = table.codes[unit];
   if (code == 0 && unit != 0) return false;
   // Which of the two lengths comes next is hard to foretell: no branch.
-  *out = static_cast<Byte>(code >> 8);
-  out += code > 0xFF ? 1 : 0;
-  *out++ = static_cast<Byte>(code);
+  out[0] = static_cast<Byte>(code);
+  out[1] = static_cast<Byte>(code >> 8);
+  out += code > 0xFF ? 2 : 1;
   in += 2;
   return true;
 }

@@ -48,6 +48,23 @@ inline constexpr ShuffleTable kOneToThree =
       return kept[mask >> 2 * item & 3];
     });
 
+// The two-byte items that begin at some of eight bytes; bit i of the mask: an item begins at byte
+// i. Unused places repeat the first item.
+inline constexpr ShuffleTable kItemsAt = [] {
+  ShuffleTable table = {};
+  for (unsigned int mask = 1; mask < 256; ++mask) {
+    unsigned int count = 0;
+    for (unsigned int round = 0; count < 16; ++round) {
+      for (unsigned int i = 0; i < 8 && count < 16; ++i) {
+        if ((mask >> i & 1) == 0) continue;
+        table.control[mask][count++] = static_cast<std::uint8_t>(i);
+        table.control[mask][count++] = static_cast<std::uint8_t>(i + 1);
+      }
+    }
+  }
+  return table;
+}();
+
 }  // namespace fast
 
 #endif  // ENCODING_FAST_KERNELS_TABLES_H_

@@ -35,10 +35,6 @@ struct Vector32 {
     return static_cast<std::uint32_t>(_mm256_movemask_epi8(a));
   }
 
-  static unsigned int firstBitOr0(std::uint64_t mask) {
-    return static_cast<unsigned int>(_tzcnt_u64(mask)) % 64;  // 64 for no bit
-  }
-
   static Reg subtractBytes(Reg a, Reg b) { return _mm256_subs_epu8(a, b); }
   static Reg maxBytes(Reg a, Reg b) { return _mm256_max_epu8(a, b); }
   static Reg minBytes(Reg a, Reg b) { return _mm256_min_epu8(a, b); }

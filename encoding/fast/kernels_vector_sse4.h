@@ -31,12 +31,11 @@ struct Vector16 {
   static Reg choose(Reg a, Reg b, Reg mask) { return _mm_blendv_epi8(a, b, mask); }
   static bool isZero(Reg a) { return _mm_testz_si128(a, a) != 0; }
   static bool areDisjoint(Reg a, Reg b) { return _mm_testz_si128(a, b) != 0; }
-  static std::uint32_t topBits(Reg a) { return static_cast<std::uint32_t>(_mm_movemask_epi8(a)); }
-
-  // The place of the lowest bit, 0 for no bit.
-  static unsigned int firstBitOr0(std::uint64_t mask) {
-    return mask != 0 ? static_cast<unsigned int>(__builtin_ctzll(mask)) : 0;
+  static std::uint64_t lowHalf(Reg a) { return static_cast<std::uint64_t>(_mm_cvtsi128_si64(a)); }
+  static std::uint64_t highHalf(Reg a) {
+    return static_cast<std::uint64_t>(_mm_extract_epi64(a, 1));
   }
+  static std::uint32_t topBits(Reg a) { return static_cast<std::uint32_t>(_mm_movemask_epi8(a)); }
 
   static Reg subtractBytes(Reg a, Reg b) { return _mm_subs_epu8(a, b); }  // not below 0
   static Reg maxBytes(Reg a, Reg b) { return _mm_max_epu8(a, b); }

@@ -258,9 +258,8 @@ struct Utf16ToDoubleByte {
         in += 2 * i;
         return false;
       }
-      *out = static_cast<Byte>(code >> 8);
-      out += code > 0xFF ? 1 : 0;
-      *out++ = static_cast<Byte>(code);
+      storeUnit(out, static_cast<std::uint16_t>(code));
+      out += code > 0xFF ? 2 : 1;
     }
     in += 2 * kUnits;
     return true;
@@ -286,7 +285,9 @@ inline std::uint64_t pairStarts(std::uint64_t candidates) {
 template <class V, unsigned int kRegisters>
 struct DoubleByteWork {
   static constexpr unsigned int kBytes = kRegisters * V::kSize;
-  static constexpr std::ptrdiff_t kBlock = kBytes + 1;  // the last pair's second byte
+  // With the last pair's second byte, and more where short texts do not matter.
+  static constexpr bool kIsShort = kBytes == 16;
+  static constexpr std::ptrdiff_t kBlock = kBytes + (kIsShort ? 1 : 8);
   static constexpr std::uint64_t kEven = 0x5555555555555555u >> (64 - kBytes);
   const DoubleByteDecoder& table;
 
@@ -355,25 +356,48 @@ struct DoubleByteWork {
     return true;
   }
 
-  // The characters at the places of a mask, which has place 0; eight at a time, so that their
-  // number is less often guessed wrong: behind the last one comes the first again, and is
-  // overwritten.
+  // The characters at the places of a mask, those of eight bytes at a time: they are shuffled into
+  // a row of keys first. More than six are rare.
   bool characters(const Byte*& in, Byte*& out, std::uint64_t places, std::uint64_t size) const {
-    const auto count = static_cast<unsigned int>(__builtin_popcountll(places));
-    for (unsigned int done = 0; done < count; done += 8) {
-      for (unsigned int i = 0; i < 8; ++i) {
-        const unsigned int place = V::firstBitOr0(places);
-        if (!look(in + place, out + 2 * (done + i))) {
-          in += place;
-          out += 2 * (done + i);
-          return false;
-        }
-        places &= places - 1;
+    const Byte* const end = in + size;
+    for (unsigned int i = 0; places != 0; i += 8, places >>= 8) {
+      const unsigned int mask = places & 0xFF;
+      const unsigned int back = kIsShort && i == 8 ? 7 : 0;  // not to read beyond the block
+      const __m128i control = Vector16::load(kItemsAt.control[mask]);
+      const __m128i keys = Vector16::shuffle(
+          Vector16::load(in - back), Vector16::addUnits(control, Vector16::units(back * 0x0101)));
+      std::uint64_t key = Vector16::lowHalf(keys);
+      unsigned int done = 0;
+      for (; done < 4; ++done, key >>= 16) {
+        if (!lookKey(key, out + 2 * done)) return stopAt(mask, done, in, out);
       }
+      key = Vector16::highHalf(keys);
+      for (; done < 6; ++done, key >>= 16) {
+        if (!lookKey(key, out + 2 * done)) return stopAt(mask, done, in, out);
+      }
+      const unsigned int count = countBits(mask);
+      for (; done < count; ++done, key >>= 16) {
+        if (!lookKey(key, out + 2 * done)) return stopAt(mask, done, in, out);
+      }
+      in += 8;
+      out += 2 * count;
     }
-    in += size;
-    out += 2 * count;
+    in = end;
     return true;
+  }
+
+  bool lookKey(std::uint64_t key, Byte* out) const {
+    const std::uint16_t unit = table.units[key & 0xFFFF];
+    storeUnit(out, unit);
+    return unit != 0;
+  }
+
+  // Only the first of repeated keys can be the one without a unit.
+  static bool stopAt(unsigned int mask, unsigned int done, const Byte*& in, Byte*& out) {
+    out += 2 * done;
+    for (; done != 0; --done) mask &= mask - 1;
+    in += firstBit(mask);
+    return false;
   }
 };
 
