@@ -157,6 +157,9 @@ struct Tables {
     for (unsigned int i = 0; i < 65536; ++i) {
       table.bytes[i] = static_cast<std::uint8_t>(isAscii && i < 0x80 ? i : between(1, 255));
     }
+    // As in the most western code pages.
+    for (unsigned int i = 0xA0; isAscii && i < 0x100; ++i)
+      table.bytes[i] = static_cast<std::uint8_t>(i);
     for (unsigned int i = 0xD800; i < 0xD900; ++i) table.bytes[i] = 0;
     table.bytes[0] = 0;
     table.prepare();

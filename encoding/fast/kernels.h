@@ -52,7 +52,9 @@ struct ByteMap {
 // A single-byte code page, encoding.
 struct SingleByteEncoder {
   std::uint8_t bytes[65536];  // by unit; 0: unmapped, but for unit 0, which is byte 00
-  bool isAscii;               // set by prepare(): units 00..7F are themselves
+  // Set by prepare(): whether units 00..7F are themselves, and units A0..FF too.
+  bool isAscii;
+  bool isLatin1;
   // Set by prepare(): the first of those 128 units from 80 up, at a multiple of 128, that have most
   // of the code page.
   static constexpr unsigned int kRangeUnits = 128;

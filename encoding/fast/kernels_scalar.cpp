@@ -10,11 +10,16 @@ namespace fast {
 namespace {
 
 template <class T>
-bool isAsciiIdentity(const T* values) {
-  for (unsigned int i = 0; i < 0x80; ++i) {
+bool isIdentity(const T* values, unsigned int first, unsigned int last) {
+  for (unsigned int i = first; i <= last; ++i) {
     if (values[i] != i) return false;
   }
   return true;
+}
+
+template <class T>
+bool isAsciiIdentity(const T* values) {
+  return isIdentity(values, 0, 0x7F);
 }
 
 }  // namespace
@@ -38,6 +43,7 @@ void SingleByteDecoder::prepare() {
 
 void SingleByteEncoder::prepare() {
   isAscii = isAsciiIdentity(bytes);
+  isLatin1 = isAscii && isIdentity(bytes, 0xA0, 0xFF);
   std::array<unsigned int, 0x10000 / kRangeUnits> counts{};  // mapped units of each range
   for (unsigned int i = kRangeUnits; i < 0x10000; ++i) {
     counts[i / kRangeUnits] += bytes[i] != 0 ? 1 : 0;

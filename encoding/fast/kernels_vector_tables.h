@@ -198,7 +198,7 @@ struct Utf16ToSingleByte {
     const Reg first = V::load(in);
     const Reg second = V::load(in + V::kSize);
     const Reg low = V::narrow(V::both(first, V::units(0xFF)), V::both(second, V::units(0xFF)));
-    if (table.isAscii && V::areDisjoint(V::either(first, second), V::units(0xFF80))) {
+    if (isUnchanged(V::either(first, second), low)) {
       V::store(out, low);
       in += kBlock;
       out += V::kSize;
@@ -216,6 +216,15 @@ struct Utf16ToSingleByte {
     V::store(out, result);
     const Reg isFound = V::without(V::either(isLower, isMain), V::equalBytes(result, V::zero()));
     return lookUpOthers(V::kAllBits & ~V::topBits(isFound), in, out);
+  }
+
+  // Whether the lower halves of the units are what the code page has. bits: those of all units.
+  bool isUnchanged(Reg bits, Reg low) const {
+    if (table.isLatin1) {
+      const Reg isControl = V::greaterBytes(V::bytes(0xA0), low);  // 80..9F
+      return V::areDisjoint(bits, V::units(0xFF00)) && V::isZero(isControl);
+    }
+    return table.isAscii && V::areDisjoint(bits, V::units(0xFF80));
   }
 
   bool lookUpOthers(std::uint32_t others, const Byte*& in, Byte*& out) const {
