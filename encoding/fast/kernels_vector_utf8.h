@@ -338,12 +338,12 @@ inline void encodeAny(typename V::Reg units, Byte*& out) {
   writeFields<V>(firsts, lastBytes<V>(units, isAscii), lengthBits<V>(isAscii, isShort), out);
 }
 
-// Any units but 0; false when the surrogates are not pairs, of which the last may lack its second
-// half: the first half is then left for later.
+// Any units but 0. The first half of a pair at the end is left for later. False, with all before it
+// written, for a surrogate that is not of a pair.
 template <class V>
 inline bool encodeWithPairs(typename V::Reg units, const Byte*& in, Byte*& out) {
   typename V::Reg isUpper, isLower;
-  if (!findPairs<V>(units, isUpper, isLower)) return false;
+  const bool arePairs = findPairs<V>(units, isUpper, isLower);
 
   const auto isAscii = V::equalUnits(V::both(units, V::units(0xFF80)), V::zero());
   const auto isTwo = V::equalUnits(V::both(units, V::units(0xF800)), V::zero());
@@ -363,7 +363,19 @@ inline bool encodeWithPairs(typename V::Reg units, const Byte*& in, Byte*& out) 
   firsts = V::choose(firsts, V::either(V::either(carried, own), V::units(0x8000)), isLower);
 
   const auto isShort = V::either(isTwo, V::either(isUpper, isLower));
+  Byte* const begin = out;
   writeFields<V>(firsts, lasts, lengthBits<V>(isAscii, isShort), out);
+  if (!arePairs) {
+    const std::uint32_t alone = V::topBits(V::differ(V::previousUnits(isUpper), isLower));
+    unsigned int place = firstBit(alone);  // in bytes; of the unit behind, if it is an upper half
+    if (place != 0 && (V::topBits(isUpper) >> (place - 1) & 1) != 0) place -= 2;
+    const std::uint32_t before = (1u << place) - 1;
+    in += place;
+    out = begin + (3 * place - countBits(V::topBits(isShort) & before) -
+                   countBits(V::topBits(isAscii) & before)) /
+                      2;
+    return false;
+  }
   in += V::kSize;
   if (lastBitIsSet<V>(isUpper)) {
     in -= 2;
