@@ -257,7 +257,9 @@ void BlockConverter::treat(const StreamError& error, const unsigned char* piece,
     flush(out);
     if (m_status == StreamStatus::kGood) m_status = StreamStatus::kStopped;
   } else if (!m_drops) {
-    write(m_treatment.replace(error, piece, length), out);
+    const Treatment::Replacement replacement = m_treatment.replace(error, piece, length);
+    if (m_treatment.hasFailed()) m_status = StreamStatus::kNoMemory;
+    if (m_status == StreamStatus::kGood) write(replacement, out);
   }
 }
 
@@ -275,7 +277,11 @@ void BlockConverter::write(const Treatment::Replacement& replacement, DataBuffer
     return;
   }
   m_textBytes.clear();
-  if (!m_target->toBytes(replacement.units, replacement.count, m_textBytes)) return;
+  bool fits = false;
+  if (!m_target->toBytes(replacement.units, replacement.count, m_textBytes, fits)) {
+    m_status = StreamStatus::kNoMemory;
+  }
+  if (!fits || m_status != StreamStatus::kGood) return;
   emit(Text<unsigned char>{m_textBytes.getData2(), m_textBytes.getSize(), nullptr, 0, true, 0}, 0,
        false, out);
 }

@@ -215,17 +215,21 @@ class ShiftTarget final : public StreamTarget {
   }
   int bytesCodePage() const override { return Codec::kCodePage; }
 
-  bool toBytes(const std::uint16_t* units, std::uint32_t count, DataBuffer& bytes) override {
+  bool toBytes(const std::uint16_t* units, std::uint32_t count, DataBuffer& bytes,
+               bool& fits) override {
     EncodeResult result;
-    return m_encoder.encode(units, count, bytes, result) && result.misfits.isEmpty();
+    const bool ok = m_encoder.encode(units, count, bytes, result);
+    fits = result.misfits.isEmpty();
+    return ok;
   }
 
-  bool holds(const std::uint16_t* units, std::uint32_t count) override {
+  bool holds(const std::uint16_t* units, std::uint32_t count, bool& fits) override {
     DataBuffer bytes, scratch;
-    if (!toBytes(units, count, bytes)) return false;
+    if (!toBytes(units, count, bytes, fits)) return false;
     typename Codec::State state;
     Codec::writePiece(bytes.getData2(), bytes.getSize(), true, state, scratch);
-    return !state.replaced && !scratch.hasFailed();
+    fits = fits && !state.replaced;
+    return !scratch.hasFailed();
   }
 
   bool leaveShift(DataBuffer& out) override {

@@ -114,6 +114,7 @@ class StreamConverter::Core {
   std::size_t feedWaiting(const unsigned char* data, std::size_t length, bool last,
                           DataBuffer& out);
   void keep(const unsigned char* data, std::size_t length);
+  void dropWaiting(std::size_t count);
 
   StreamSettings m_settings;
   EngineLegs m_legs;
@@ -200,13 +201,8 @@ StreamStatus StreamConverter::Core::push(const unsigned char* data, std::size_t 
                               m_waiting.getSize());
   if (isUndecided(head, last)) return StreamStatus::kGood;
   if (!begin(head, out)) return StreamStatus::kNoMemory;
-  if (m_offset != 0) {
-    const auto mark = static_cast<unsigned int>(m_offset);
-    DataBuffer rest;
-    rest.append(m_waiting.getData2() + mark, m_waiting.getSize() - mark);
-    m_waiting.clear();
-    m_waiting.append(rest);
-  }
+  if (m_offset != 0) dropWaiting(static_cast<std::size_t>(m_offset));
+  if (m_waiting.hasFailed()) return StreamStatus::kNoMemory;
   return feed(data + taken, length - taken, last, out);
 }
 
@@ -256,6 +252,7 @@ std::size_t StreamConverter::Core::feedWaiting(const unsigned char* data, std::s
   const std::size_t before = m_waiting.getSize();
   const std::size_t added = std::min(length, kSome);
   keep(data, added);
+  if (m_waiting.hasFailed()) return 0;
   const std::size_t size = m_waiting.getSize();
   const std::size_t used =
       m_blocks->convert(m_waiting.getData2(), size, last && added == length, m_offset, out);
@@ -264,17 +261,22 @@ std::size_t StreamConverter::Core::feedWaiting(const unsigned char* data, std::s
     m_waiting.clear();  // the rest is looked at where it is
     return used - before;
   }
-  if (used != 0) {
-    DataBuffer rest;
-    rest.append(m_waiting.getData2() + used, static_cast<unsigned int>(size - used));
-    m_waiting.clear();
-    m_waiting.append(rest);
-  }
+  if (used != 0) dropWaiting(used);
   return added;
 }
 
 void StreamConverter::Core::keep(const unsigned char* data, std::size_t length) {
   if (length != 0) m_waiting.append(data, static_cast<unsigned int>(length));
+}
+
+// Takes bytes off the front of what waits.
+void StreamConverter::Core::dropWaiting(std::size_t count) {
+  const auto begin = static_cast<unsigned int>(count);
+  DataBuffer rest;
+  rest.append(m_waiting.getData2() + begin, m_waiting.getSize() - begin);
+  m_waiting.clear();
+  m_waiting.append(rest);
+  if (rest.hasFailed()) m_waiting.latchFailure();
 }
 
 // ---- The public face. ----

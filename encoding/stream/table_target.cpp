@@ -10,14 +10,17 @@ bool StreamTarget::encodeBytes(const unsigned char* bytes, std::uint32_t count, 
   return out.append(bytes, count);
 }
 
-bool StreamTarget::toBytes(const std::uint16_t* units, std::uint32_t count, DataBuffer& bytes) {
+bool StreamTarget::toBytes(const std::uint16_t* units, std::uint32_t count, DataBuffer& bytes,
+                           bool& fits) {
   EncodeResult result;
-  return encode(units, count, true, bytes, result) && result.misfits.isEmpty();
+  const bool ok = encode(units, count, true, bytes, result);
+  fits = result.misfits.isEmpty();
+  return ok;
 }
 
-bool StreamTarget::holds(const std::uint16_t* units, std::uint32_t count) {
+bool StreamTarget::holds(const std::uint16_t* units, std::uint32_t count, bool& fits) {
   DataBuffer scratch;
-  return toBytes(units, count, scratch);
+  return toBytes(units, count, scratch, fits);
 }
 
 bool StreamTarget::leaveShift(DataBuffer& /*out*/) { return true; }

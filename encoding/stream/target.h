@@ -42,11 +42,12 @@ class StreamTarget {
   // The code page of encodeBytes(): the target's own, or the double-byte page behind a shift
   // encoding; 0 when there is none.
   virtual int bytesCodePage() const { return 0; }
-  // Appends a text as such bytes. False also when a character has no place.
-  virtual bool toBytes(const std::uint16_t* units, std::uint32_t count, DataBuffer& bytes);
+  // Appends a text as such bytes; fits: every character has a place.
+  virtual bool toBytes(const std::uint16_t* units, std::uint32_t count, DataBuffer& bytes,
+                       bool& fits);
 
   // Whether a text can be encoded from the beginning to the end. Changes no state.
-  virtual bool holds(const std::uint16_t* units, std::uint32_t count);
+  virtual bool holds(const std::uint16_t* units, std::uint32_t count, bool& fits);
 
   // Leaves any shift. What follows is the end, or bytes that are no business of this object.
   virtual bool leaveShift(DataBuffer& out);

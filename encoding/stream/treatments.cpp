@@ -113,6 +113,11 @@ Treatment::Replacement asBytes(const unsigned char* bytes, std::uint32_t count) 
 StreamStatus Treatment::prepare(const StreamSettings& settings) {
   m_kind = settings.treatment;
   chooseDefault();
+  const StreamStatus status = prepareKind(settings);
+  return hasFailed() ? StreamStatus::kNoMemory : status;
+}
+
+StreamStatus Treatment::prepareKind(const StreamSettings& settings) {
   switch (m_kind) {
     case StreamTreatment::kSubstitute:
       return prepareSubstitute(settings);
@@ -120,19 +125,25 @@ StreamStatus Treatment::prepare(const StreamSettings& settings) {
       return prepareAlternate(settings.alternate);
     case StreamTreatment::kHex:
       appendAscii("&#x0123456789ABCDEF;", m_text);
-      m_holdsHex = m_target.holds(m_text.data(), m_text.size());
+      m_holdsHex = holds(m_text.data(), m_text.size());
       break;
     default:
       break;
   }
-  return m_text.hasFailed() ? StreamStatus::kNoMemory : StreamStatus::kGood;
+  return StreamStatus::kGood;
+}
+
+bool Treatment::holds(const std::uint16_t* units, std::uint32_t count) {
+  bool fits = false;
+  if (!m_target.holds(units, count, fits)) m_failed = true;
+  return fits;
 }
 
 void Treatment::chooseDefault() {
   for (const std::uint16_t unit :
        {static_cast<std::uint16_t>(kReplacementCharacter), kQuestionMark}) {
     m_default = unit;
-    if (m_target.holds(&unit, 1)) return;
+    if (holds(&unit, 1)) return;
   }
   m_default = kNothing;
 }
@@ -145,14 +156,14 @@ StreamStatus Treatment::prepareSubstitute(const StreamSettings& settings) {
   const auto* bytes = reinterpret_cast<const unsigned char*>(settings.substitute.data());
   const auto length = static_cast<std::uint32_t>(settings.substitute.size());
   if (m_isRaw) {
-    return m_bytes.append(bytes, length) ? StreamStatus::kGood : StreamStatus::kNoMemory;
+    m_bytes.append(bytes, length);
+    return StreamStatus::kGood;
   }
   const EngineLegs::Outcome outcome = m_legs.decode(kUtf8, bytes, length, m_text);
-  if (outcome == EngineLegs::Outcome::kNoMemory) return StreamStatus::kNoMemory;
   const bool isText =
       outcome == EngineLegs::Outcome::kGood && !hasUnpairedSurrogate(m_text.data(), m_text.size());
-  return isText && m_target.holds(m_text.data(), m_text.size()) ? StreamStatus::kGood
-                                                                : StreamStatus::kBadSubstitute;
+  return isText && holds(m_text.data(), m_text.size()) ? StreamStatus::kGood
+                                                       : StreamStatus::kBadSubstitute;
 }
 
 StreamStatus Treatment::prepareAlternate(int codePage) {
@@ -185,10 +196,9 @@ Treatment::Replacement Treatment::defaultSubstitute() const {
   return {false, &m_default, nullptr, m_default == kNothing ? 0u : 1u};
 }
 
-Treatment::Replacement Treatment::textOrDefault() const {
-  const bool isGood = !m_text.isEmpty() && !m_text.hasFailed() &&
-                      !hasUnpairedSurrogate(m_text.data(), m_text.size()) &&
-                      m_target.holds(m_text.data(), m_text.size());
+Treatment::Replacement Treatment::textOrDefault() {
+  const bool isGood = !m_text.isEmpty() && !hasUnpairedSurrogate(m_text.data(), m_text.size()) &&
+                      holds(m_text.data(), m_text.size());
   return isGood ? asText(m_text) : defaultSubstitute();
 }
 

@@ -26,16 +26,21 @@ class Treatment {
   // Takes the settings over; kGood, or why they cannot be served.
   StreamStatus prepare(const StreamSettings& settings);
 
+  // True once memory was short: a replacement may be another than it should be.
+  bool hasFailed() const { return m_failed || m_text.hasFailed() || m_bytes.hasFailed(); }
+
   // What replaces a piece of length bytes of the source.
   Replacement replace(const StreamError& error, const unsigned char* piece, std::uint32_t length);
 
  private:
+  StreamStatus prepareKind(const StreamSettings& settings);
   StreamStatus prepareSubstitute(const StreamSettings& settings);
   StreamStatus prepareAlternate(int codePage);
   void chooseDefault();
+  bool holds(const std::uint16_t* units, std::uint32_t count);
   // The replacements of the kinds; a text that the target cannot hold gives way to the default.
   Replacement defaultSubstitute() const;
-  Replacement textOrDefault() const;
+  Replacement textOrDefault();
   Replacement hexReference(const StreamError& error);
   Replacement alternate(const StreamError& error, const unsigned char* piece, std::uint32_t length);
 
@@ -49,6 +54,7 @@ class Treatment {
   bool m_holdsHex = false;      // the target has what references are made of
   Rows<std::uint16_t> m_text;   // of kSubstitute, or made for one replacement
   DataBuffer m_bytes;           // the same for bytes
+  bool m_failed = false;
 };
 
 #endif  // ENCODING_STREAM_TREATMENTS_H_

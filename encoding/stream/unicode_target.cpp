@@ -68,7 +68,10 @@ class Utf7Target final : public StreamTarget {
     return true;
   }
 
-  bool holds(const std::uint16_t* /*units*/, std::uint32_t /*count*/) override { return true; }
+  bool holds(const std::uint16_t* /*units*/, std::uint32_t /*count*/, bool& fits) override {
+    fits = true;
+    return true;
+  }
 
   bool leaveShift(DataBuffer& out) override {
     if (!m_inRun) return true;
