@@ -366,7 +366,7 @@ struct DoubleByteWork {
   }
 
   // The characters at the places of a mask, those of eight bytes at a time: they are shuffled into
-  // a row of keys first. More than six are rare.
+  // a row of keys first. More than five are rare.
   bool characters(const Byte*& in, Byte*& out, std::uint64_t places, std::uint64_t size) const {
     const Byte* const end = in + size;
     for (unsigned int i = 0; places != 0; i += 8, places >>= 8) {
@@ -381,7 +381,7 @@ struct DoubleByteWork {
         if (!lookKey(key, out + 2 * done)) return stopAt(mask, done, in, out);
       }
       key = Vector16::highHalf(keys);
-      for (; done < 6; ++done, key >>= 16) {
+      for (; done < 5; ++done, key >>= 16) {
         if (!lookKey(key, out + 2 * done)) return stopAt(mask, done, in, out);
       }
       const unsigned int count = countBits(mask);
