@@ -431,6 +431,7 @@ bool convertShort(const Side& source, const Side& target, const unsigned char* d
   constexpr unsigned int kWorstFactor = 3;
   const Kernels& best = kernels();
   const unsigned char* const end = data + length;
+  if (out.getSize() > kNearlyFull) return false;
   unsigned char* const tail = out.reserveTail(kWorstFactor * length + kKernelSlack);
   if (tail == nullptr) return false;
   unsigned char* const tailEnd = tail + out.getTailRoom();
