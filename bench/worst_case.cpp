@@ -1,6 +1,7 @@
 // Looks for the input that costs most, for each kind of pair and each error action: prints the
 // processor time of clean text and of the worst input found, in nanoseconds a byte of input, the
-// most bytes of output for a byte of input, and whether twice the input takes twice the time.
+// same for the worst input in nanoseconds a byte of input or output, the most bytes of output for a
+// byte of input, and whether twice the input takes twice the time.
 #include <algorithm>
 #include <cstdio>
 #include <ctime>
@@ -155,29 +156,33 @@ std::string describe(const std::string& text) {
 }  // namespace
 
 int main() {
-  std::printf("| Pair | Action | Clean | Worst | Factor | Output | Twice | Input |\n");
-  std::printf("|---|---|---|---|---|---|---|---|\n");
+  std::printf(
+      "| Pair | Action | Clean | Worst | Factor | In and out | Factor | Output | Twice | Input "
+      "|\n|---|---|---|---|---|---|---|---|---|---|\n");
   for (const Pair& pair : kPairs) {
     const std::string clean = cleanText(pair);
     const std::vector<std::string> texts = candidates(pair);
     for (const Action& action : kActions) {
       const Cost cleanCost = measure(pair, action, clean, 15);
       Cost worst{0, 0};
-      double output = 0;
+      double output = 0, ofBoth = 0;
       const std::string* input = &clean;
       for (const std::string& text : texts) {
         if (text.empty()) continue;
         const Cost cost = measure(pair, action, text, 2);
         output = std::max(output, cost.output);
+        ofBoth = std::max(ofBoth, cost.time / (1 + cost.output));
         if (cost.time <= worst.time) continue;
         worst = cost;
         input = &text;
       }
       worst = measure(pair, action, *input, 4);
       const double twice = measure(pair, action, *input + *input, 3).time * 2 / worst.time;
-      std::printf("| %d to %d | %s | %.2f | %.1f | %.0f | %.1f | %.1f | %s |\n", pair.from, pair.to,
-                  action.name, cleanCost.time, worst.time, worst.time / cleanCost.time, output,
-                  twice, describe(*input).c_str());
+      const double cleanOfBoth = cleanCost.time / (1 + cleanCost.output);
+      std::printf("| %d to %d | %s | %.2f | %.1f | %.0f | %.1f | %.0f | %.1f | %.1f | %s |\n",
+                  pair.from, pair.to, action.name, cleanCost.time, worst.time,
+                  worst.time / cleanCost.time, ofBoth, ofBoth / cleanOfBoth, output, twice,
+                  describe(*input).c_str());
       std::fflush(stdout);
     }
   }

@@ -236,6 +236,7 @@ TEST(NamedConversionTest, UnknownNames) {
   EXPECT_FALSE(converter.ChConvert(unknown, latin, utf8, 2, out, log, true));
   EXPECT_FALSE(converter.ChConvert(latin, unknown, utf8, 2, out, log, true));
   EXPECT_EQ(out.getSize(), 0u);
+  EXPECT_TRUE(converter.ChConvert(latin, latin, utf8, 0, out, log, true));
   EXPECT_EQ(log.text(), "");
   EXPECT_TRUE(converter.ChConvert2(unknown, 1252, utf8, 2, out, log));
   EXPECT_TRUE(converter.ChConvert2p("klingon", 1252, utf8, 2, out, log));

@@ -353,6 +353,12 @@ TEST(Iso2022, ConvertsWholeTexts) {
   EXPECT_FALSE(Japanese().ShiftJisToIso2022(bytesOf("\xF0\x40"), 2, out, log));
   EXPECT_TRUE(Korean().KscToIso2022(bytesOf("a"), -1, out));
   EXPECT_EQ(hex(textOf(out)), hex("\x82\xA0\x81\xAC\x1B(I1\x1B(B\x1B$B\".\x1B(B"));
+  out.clear();
+  EXPECT_TRUE(Korean().KscToIso2022(bytesOf("\xB0\xA1"), 2, out));
+  EXPECT_FALSE(Korean().KscToIso2022(bytesOf("\xFF"), 1, out));
+  EXPECT_TRUE(Korean().Iso2022ToKsc(bytesOf("\x0E\x30!\x0F"), 4, out));
+  EXPECT_FALSE(Korean().Iso2022ToKsc(bytesOf("\x80"), 1, out));
+  EXPECT_EQ(hex(textOf(out)), hex("\x1B$)C\x0E\x30!\x0F\x1B$)C\x0E!k\x0F\xB0\xA1\xA1\xEB"));
 
   const std::string mail = "a\xEF\xBD\xB1\xE2\x91\xA0\xE9\xAB\x99\xE2\x89\x92\n\xEA\xB0\x80";
   const std::string jp = convert(65001, 50220, mail.substr(0, 14)).out;
