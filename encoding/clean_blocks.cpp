@@ -13,6 +13,9 @@ constexpr unsigned int kBlockBytes = 16384;  // of input
 // Longer texts go the plain way, which knows what to refuse.
 constexpr unsigned int kMaxLength = 0x3FFFFFFF;
 
+// The error action that converts again.
+constexpr int kConvertAlternate = 6;
+
 // The first bytes of a text in the codec's code page decide whether it passes for PDF.
 constexpr unsigned int kPdfBytes = 7;
 
@@ -80,7 +83,9 @@ unsigned int writeCleanBlocks(EncodingConvert& converter, int from, const unsign
     used += done;
     dropFront(rest, Codec::writePiece(rest.getData2(), rest.getSize(), false, state, out, nullptr));
   }
-  if (used != 0 && used != length && maybeMark(from, data + used)) {
+  // Converting again may leave half a unit, which the plain way takes for a failure when it is all.
+  const bool isWholeNeeded = converter.m_errorAction == kConvertAlternate;
+  if (used != 0 && used != length && (isWholeNeeded || maybeMark(from, data + used))) {
     out.truncate(sizeBefore);
     rest.clear();
     state = {};

@@ -143,6 +143,9 @@ TEST(ErrorActionsTest, SubstitutionsThroughAConversion) {
       {10021, 1251, 6, "41 83 42", "41 42", true, true, 65001},
       {1251, 1252, 6, "61 C0", "61 D0 90", false, false, 65001},  // the nested call clears the flag
       {65001, 932, 6, "61 C3 A9", "61 E9", false, false, 1252},
+      // Half a unit in the pivot is ignored where it is not all of it.
+      {65001, 20277, 6, "00 D1", "00", true, false, 65001},
+      {65001, 50220, 6, "41 D1", "41", true, false, 65001},
   };
   for (const auto& c : cases) {
     EncodingConvert converter;

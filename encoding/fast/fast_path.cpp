@@ -344,6 +344,7 @@ class FastConversion {
       if (!plainDecode(m_in, static_cast<std::size_t>(m_end - m_in), units)) return false;
       if (units.hasFailed()) return false;
       setPivotFlags(false, true);
+      if (pivot != 0 && units.getSize() == 1) return finishOddLength() && m_result;
       return plainEncode(units.getData2(), units.getSize()) && m_result;
     });
   }
