@@ -75,7 +75,7 @@ bool openTarget(int codePage, const EncodingConvert& converter, LogBase& log, Si
   const CodePageRow* row = findCodePageRow(codePage);
   if (row == nullptr || !row->isDispatched) return false;
   // The decompositions belong to the destination of the whole conversion, not to the table.
-  if (codePage == 1258 && converter.m_toCodePage != codePage) return false;
+  if ((codePage == 1258) != (converter.m_toCodePage == 1258)) return false;
   side.encoder = encoderFor(*row);
   if (!isOpen(side.encoder)) {
     if (!EncodingConvert::ensureHashFromUnicode(codePage, log)) return false;
