@@ -266,6 +266,7 @@ bool convertNormalised(Conversion& c) {
 // The clean beginning of a source needs no normalised copy. True when it was all of the source.
 // normalised gets what is decoded but not converted of UTF-7.
 bool convertCleanBeginning(Conversion& c, DataBuffer& normalised) {
+  if (isUtf32(c.to) || c.to == kUtf16Be) return false;  // EncConvert's business
   if (c.from == kUtf7) {
     const unsigned int used =
         readCleanUtf7(c.converter, c.to, c.data, c.length, c.out, c.log, normalised);

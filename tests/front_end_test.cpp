@@ -225,6 +225,30 @@ TEST(FrontEndTest, MemoryExhaustedIsNeverAHole) {
   EXPECT_FALSE(converter.EncConvert(65001, 1200, bytes, 1, latched, log));
 }
 
+// Called directly, with a converter that was last used for 1258.
+TEST(FrontEndTest, ConvertAKnowsItsTargetsAndItsConverter) {
+  struct {
+    int from, to;
+    const char* in;
+    const char* out;
+    bool ok;
+  } const cases[] = {
+      {12000, 12001, "41 00 00 00", "", false},
+      {1201, 12000, "00 41", "", false},
+      {1200, 1252, "A0 1E", "41 F2", true},  // decomposed for the converter's destination
+  };
+  for (const auto& c : cases) {
+    EncodingConvert converter;
+    LogBase log;
+    DataBuffer out;
+    converter.m_toCodePage = 1258;
+    const std::string in = unhex(c.in);
+    const auto length = static_cast<unsigned int>(in.size());
+    EXPECT_EQ(converter.convert_a(c.from, c.to, bytesOf(in), length, out, log), c.ok) << c.in;
+    EXPECT_EQ(hex(out), c.out) << c.from << " to " << c.to;
+  }
+}
+
 TEST(NamedConversionTest, UnknownNames) {
   EncodingConvert converter;
   TextLog log;
