@@ -2,9 +2,11 @@
 #include "encoding/encoding_convert.h"
 
 #include <climits>
+#include <cstring>
 
 #include "encoding/clean_blocks.h"
 #include "encoding/fast/fast_path.h"
+#include "encoding/fast/short_path.h"
 #include "encoding/mac_arabic.h"
 #include "encoding/scratch_buffer.h"
 #include "encoding/special_code_pages.h"
@@ -18,13 +20,18 @@ EncodingConvert::EncodingConvert()
       m_errorAction(0),
       m_altDestCodepage(0),
       m_defBytesLen(0),
-      m_defBytes{},
       m_fromCodePage(0),
       m_toCodePage(0),
       m_pivotToUtf16(false),
       m_pivotFromUtf16(false),
       m_foundErrors(false),
-      m_observer(nullptr) {}
+      m_observer(nullptr) {
+  // In halves, because for the whole of it compilers take a string instruction, which takes longer
+  // to start than all else here.
+  constexpr std::size_t kHalf = sizeof m_defBytes / 2;
+  std::memset(m_defBytes, 0, kHalf);
+  std::memset(m_defBytes + kHalf, 0, sizeof m_defBytes - kHalf);
+}
 
 EncodingConvert::~EncodingConvert() = default;
 
@@ -259,16 +266,45 @@ fast::Outcome convertOrdinary(EncodingConvert& converter, const Request& request
   return outcome;
 }
 
+// Whether a text may go by a route, but for its first bytes. Without the four-byte forms of pairs
+// UTF-8 is written the plain way.
+inline bool mayBeShort(const EncodingConvert& converter, unsigned int length, const LogBase& log) {
+  return length <= fast::kShortBytes && !log.m_wantsContexts && log.m_verboseLogging == 0 &&
+         converter.m_allow4ByteUtf8 && g_allow_4byte_utf8;
+}
+
 }  // namespace
 
 bool EncodingConvert::EncConvert(int fromCodePage, int toCodePage, const unsigned char* data,
                                  unsigned int length, DataBuffer& out, LogBase& log) {
   m_foundErrors = false;
   if (data == nullptr || length == 0) return true;
+  if (mayBeShort(*this, length, log)) {
+    const fast::Route& route = fast::routeFor(fromCodePage, toCodePage);
+    // What begins like a PDF, or with a byte order mark, has special cases to settle.
+    if (fast::isValid(route, fromCodePage, toCodePage) && data[0] < route.firstByteLimit &&
+        data[0] != '%') {
+      m_fromCodePage = fromCodePage;
+      m_toCodePage = toCodePage;
+      m_pivotToUtf16 = m_pivotFromUtf16 = false;
+      return route.convert(route, *this, data, length, out, log);
+    }
+  }
+  return convertLong(fromCodePage, toCodePage, data, length, out, log);
+}
+
+[[gnu::noinline]] bool EncodingConvert::convertLong(int fromCodePage, int toCodePage,
+                                                    const unsigned char* data, unsigned int length,
+                                                    DataBuffer& out, LogBase& log) {
   if (isPdf(data, length)) return out.append(data, length);
   const Request request{fromCodePage, toCodePage, data, length, out, log};
   fast::Outcome outcome = fast::Outcome::kNotTaken;
-  if (isOrdinary(fromCodePage, data, log)) outcome = convertOrdinary(*this, request);
+  if (isOrdinary(fromCodePage, data, log)) {
+    if (mayBeShort(*this, length, log) && fast::openRoute(*this, fromCodePage, toCodePage)) {
+      return EncConvert(fromCodePage, toCodePage, data, length, out, log);  // by that route
+    }
+    outcome = convertOrdinary(*this, request);
+  }
   if (outcome != fast::Outcome::kNotTaken) {
     return outcome == fast::Outcome::kDone && !out.hasFailed();
   }

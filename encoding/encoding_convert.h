@@ -90,6 +90,9 @@ class EncodingConvert {
 
   // ---- The engine's own: legs of a conversion, called by EncConvert and by each other. ----
 
+  // EncConvert for a text of a byte or more, without the way of short, clean texts.
+  bool convertLong(int fromCodePage, int toCodePage, const unsigned char* data, unsigned int length,
+                   DataBuffer& out, LogBase& log);
   // The conversion of two code pages once EncConvert has settled its special cases: byte order
   // marks, direct pairs, and the pivot through UTF-16 little endian.
   bool convert_a(int from, int to, const unsigned char* data, unsigned int length, DataBuffer& out,

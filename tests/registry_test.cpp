@@ -162,6 +162,21 @@ TEST_F(Registry, TeardownEmptiesAllButTwo) {
 }
 
 // Whenever memory runs out, no incomplete table is published and a later request builds it.
+// What a thread remembers of a pair of code pages must not outlive the tables.
+TEST_F(Registry, ShortTextsFindTheirTablesAgainAfterTeardown) {
+  EncodingConvert converter;
+  const unsigned char euro[] = {0x80, 'x'};
+  for (int round = 0; round < 6; ++round) {  // each teardown behind two conversions
+    DataBuffer out;
+    ASSERT_TRUE(converter.EncConvert(1252, 1251, euro, sizeof euro, out, m_log));
+    ASSERT_EQ(out.getSize(), 2u);
+    EXPECT_EQ(out.getData2()[0], 0x88);
+    EXPECT_NE(slotsOf(1252).singleToUnicode, nullptr) << round;
+    EXPECT_NE(slotsOf(1251).fromUnicode, nullptr) << round;
+    if (round % 2 != 0) EncodingConvert::cleanupMemory();
+  }
+}
+
 TEST_F(Registry, ShortMemoryLeavesTheSlotEmpty) {
   const struct {
     Ensure ensure;

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "encoding/fast/fast_path.h"
+#include "encoding/fast/short_path.h"
 #include "encoding/special_code_pages.h"
 #include "support/zv_base.h"
 
@@ -150,6 +151,9 @@ bool isFastPathOpen(const LogBase& log) {
   return g_enabled && log.m_verboseLogging == 0 && !zvIsBigEndian();
 }
 
-void setFastPathForTesting(bool enabled) { g_enabled = enabled; }
+void setFastPathForTesting(bool enabled) {
+  g_enabled = enabled;
+  forgetRoutes();
+}
 
 }  // namespace fast

@@ -4,6 +4,8 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "encoding/fast/short_path.h"
+
 namespace fast {
 namespace {
 
@@ -48,8 +50,10 @@ const Kernels* findKernels(const char* name) {
 
 bool setKernelsForTesting(const char* name) {
   const Kernels* form = name != nullptr ? findKernels(name) : choose();
-  if (form != nullptr) current().store(form, std::memory_order_relaxed);
-  return form != nullptr;
+  if (form == nullptr) return false;
+  current().store(form, std::memory_order_relaxed);
+  forgetRoutes();
+  return true;
 }
 
 }  // namespace fast

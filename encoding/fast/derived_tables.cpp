@@ -3,6 +3,7 @@
 #include <memory>
 #include <new>
 
+#include "encoding/fast/short_path.h"
 #include "encoding/vietnamese.h"
 #include "support/zv_base.h"
 
@@ -142,6 +143,7 @@ Encoder encoderFor(const CodePageRow& row) {
 }
 
 void releaseDerivedTables() {
+  forgetRoutes();
   for (DerivedSlots& slots : g_slots) {
     release(slots.singleDecoder);
     release(slots.doubleDecoder);

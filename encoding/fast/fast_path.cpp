@@ -421,41 +421,6 @@ class FastConversion {
   bool m_result = true;
 };
 
-// ---- Short texts ----
-
-constexpr unsigned int kShortBytes = 256;
-
-// Converts a text of kShortBytes or less that is clean throughout. False, with nothing done, for
-// others.
-bool convertShort(const Side& source, const Side& target, const unsigned char* data,
-                  unsigned int length, DataBuffer& out) {
-  constexpr unsigned int kWorstFactor = 3;
-  const Kernels& best = kernels();
-  const unsigned char* const end = data + length;
-  if (out.getSize() > kNearlyFull) return false;
-  unsigned char* const tail = out.reserveTail(kWorstFactor * length + kKernelSlack);
-  if (tail == nullptr) return false;
-  unsigned char* const tailEnd = tail + out.getTailRoom();
-  KernelResult r{};
-  if (source.kind == Side::kUtf16) {
-    r = encode(best, target, data, end, tail, tailEnd);
-  } else if (target.kind == Side::kUtf16) {
-    r = decode(best, source, data, end, tail, tailEnd);
-  } else if (source.kind == Side::kSingleByte && target.kind == Side::kUtf8) {
-    r = best.singleByteToUtf8(*source.decoder.singleByte, data, end, tail, tailEnd);
-  } else {
-    alignas(32) unsigned char utf16[2 * kShortBytes + kKernelSlack];
-    const KernelResult decoded = decode(best, source, data, end, utf16, utf16 + sizeof utf16);
-    if (decoded.in != end) return false;
-    r = encode(best, target, utf16, decoded.out, tail, tailEnd);
-    if (r.in != decoded.out) return false;
-    r.in = end;
-  }
-  if (r.in != end) return false;
-  out.commitTail(static_cast<unsigned int>(r.out - tail));
-  return true;
-}
-
 }  // namespace
 
 Outcome convert(EncodingConvert& converter, int from, int to, const unsigned char* data,
@@ -467,10 +432,6 @@ Outcome convert(EncodingConvert& converter, int from, int to, const unsigned cha
   if (!openSource(from, log, source) || source.kind > Side::kDoubleByte ||
       !openTarget(to, converter, log, target) || target.kind > Side::kDoubleByte) {
     return Outcome::kNotTaken;
-  }
-  if (length <= kShortBytes && convertShort(source, target, data, length, out)) {
-    converter.m_pivotToUtf16 = converter.m_pivotFromUtf16 = false;
-    return Outcome::kDone;
   }
   FastConversion conversion(converter, from, to, source, target, data, length, out, log);
   return conversion.run() ? Outcome::kDone : Outcome::kFailed;

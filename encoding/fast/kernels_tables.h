@@ -65,6 +65,17 @@ inline constexpr ShuffleTable kItemsAt = [] {
   return table;
 }();
 
+// Taken from place n on, moves the bytes of a register down by n places; zeros come in.
+struct MoveTable {
+  std::uint8_t control[32];
+};
+inline constexpr MoveTable kMoveDown = [] {
+  MoveTable table = {};
+  for (unsigned int i = 0; i < 32; ++i)
+    table.control[i] = static_cast<std::uint8_t>(i < 16 ? i : 0x80);
+  return table;
+}();
+
 }  // namespace fast
 
 #endif  // ENCODING_FAST_KERNELS_TABLES_H_

@@ -71,6 +71,45 @@ KernelResult tableKernel(const Table& table, const Byte* in, const Byte* inEnd, 
   return treatAll<Work<V>, Work<Vector16>>(in, inEnd, out, outEnd, table);
 }
 
+// ---- Short texts ----
+//
+// With 32-byte registers a text that fills more than half of one goes through one register, filled
+// up with something harmless, and not through a smaller register and up to fifteen steps.
+
+template <class V>
+inline bool fitsOneRegister(const Byte* in, const Byte* inEnd, const Byte* out,
+                            const Byte* outEnd) {
+  const auto size = inEnd - in;
+  return V::kLanes > 1 && size >= 16 && size < static_cast<std::ptrdiff_t>(V::kSize) &&
+         outEnd - out >= kRoom;
+}
+
+// Letters from the places of a register that a text of size bytes leaves, zeros before them. They
+// have width bytes each, as many as divide the size.
+template <class V, unsigned int width>
+inline typename V::Reg filling(unsigned int size) {
+  static constexpr auto kLetters = [] {
+    struct {
+      Byte bytes[2 * V::kSize];
+    } table = {};
+    for (unsigned int i = V::kSize; i < 2 * V::kSize; i += width) table.bytes[i] = 'a';
+    return table;
+  }();
+  return V::load(kLetters.bytes + V::kSize - size);
+}
+
+// Whole text by one register, by work.treatRegister(register, in, out); true when it was clean.
+// Otherwise what lies before the piece in question is converted.
+template <unsigned int width, class V, class Work>
+inline bool treatFilled(const Work& work, const Byte*& in, const Byte* inEnd, Byte*& out) {
+  const auto size = static_cast<unsigned int>(inEnd - in);
+  const auto filled = V::either(V::loadFront(in, size), filling<V, width>(size));
+  if (!work.treatRegister(filled, in, out)) return false;
+  in = inEnd;
+  out -= (V::kSize - size) / width;  // the letters
+  return true;
+}
+
 // ---- Parts ----
 
 inline unsigned int countBits(unsigned int mask) {

@@ -6,6 +6,8 @@
 
 #include <cstdint>
 
+#include "encoding/fast/kernels_tables.h"
+
 namespace fast {
 namespace {  // NOLINT(cert-dcl59-cpp): internal linkage, see kernels_steps.h
 
@@ -19,6 +21,14 @@ struct Vector32 {
   static void store(void* p, Reg a) { _mm256_storeu_si256(static_cast<Reg*>(p), a); }
   static Reg loadLanes(const void* p) {
     return _mm256_broadcastsi128_si256(_mm_loadu_si128(static_cast<const __m128i*>(p)));
+  }
+  // The 16 to 32 bytes at p, and zeros behind them: two loads that overlap, the second moved down.
+  static Reg loadFront(const unsigned char* p, unsigned int size) {
+    const __m128i last = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p + size - 16));
+    const __m128i control =
+        _mm_loadu_si128(reinterpret_cast<const __m128i*>(kMoveDown.control + 32 - size));
+    return _mm256_set_m128i(_mm_shuffle_epi8(last, control),
+                            _mm_loadu_si128(reinterpret_cast<const __m128i*>(p)));
   }
   static Reg bytes(unsigned int value) { return _mm256_set1_epi8(static_cast<char>(value)); }
   static Reg units(unsigned int value) { return _mm256_set1_epi16(static_cast<short>(value)); }

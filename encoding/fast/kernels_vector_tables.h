@@ -91,8 +91,14 @@ struct SingleByteToUtf8 {
 
   bool treat(const Byte*& in, Byte*& out) const {
     const Reg bytes = V::load(in);
+    return treatRegisters(bytes, kRegisters > 1 ? V::load(in + V::kSize) : bytes, in, out);
+  }
+  bool treatRegister(Reg bytes, const Byte*& in, Byte*& out) const {
+    return treatRegisters(bytes, bytes, in, out);
+  }
+  // The second is looked at for a run of ASCII only.
+  bool treatRegisters(Reg bytes, Reg next, const Byte*& in, Byte*& out) const {
     if (table.isAscii) {
-      const Reg next = kRegisters > 1 ? V::load(in + V::kSize) : bytes;
       if (V::topBits(V::either(bytes, next)) == 0) {
         if (hasZeroByte<V>(V::minBytes(bytes, next))) return false;
         V::store(out, bytes);
@@ -160,6 +166,12 @@ struct SingleByteToUtf8 {
 template <class V>
 KernelResult singleByteToUtf8(const SingleByteDecoder& table, const Byte* in, const Byte* inEnd,
                               Byte* out, Byte* outEnd) {
+  if constexpr (V::kLanes > 1) {
+    if (table.isAscii && fitsOneRegister<V>(in, inEnd, out, outEnd) &&
+        treatFilled<1, V>(SingleByteToUtf8<V, 1>{table}, in, inEnd, out)) {
+      return {in, out};
+    }
+  }
   return treatAll<SingleByteToUtf8<V, 2>, SingleByteToUtf8<Vector16, 1>>(in, inEnd, out, outEnd,
                                                                          table);
 }

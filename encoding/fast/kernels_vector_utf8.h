@@ -120,8 +120,7 @@ struct Utf8Block {
         previous2(V::load(in - 2)),
         previous3(V::load(in - 3)) {}
   // For the beginning of a text, with nothing before it.
-  static Utf8Block atBeginning(const Byte* in) {
-    const Reg first = V::load(in);
+  static Utf8Block atBeginning(Reg first) {
     return {first, V::template previousBytes<1>(first), V::template previousBytes<2>(first),
             V::template previousBytes<3>(first)};
   }
@@ -212,7 +211,8 @@ inline std::uint32_t below(std::uint32_t mask) { return ~mask & (mask - 1); }
 template <class V>
 [[gnu::noinline]] KernelResult utf8Part(const Byte* begin, const Byte* block, const Byte* in,
                                         Byte* out) {
-  const auto part = block == begin ? Utf8Block<V>::atBeginning(block) : Utf8Block<V>(block);
+  const auto part =
+      block == begin ? Utf8Block<V>::atBeginning(V::load(block)) : Utf8Block<V>(block);
   const std::uint32_t left = V::kAllBits & (V::kAllBits << (in - block));
   const std::uint32_t malformed = part.malformed() & left;
   part.write(part.kept() & left & below(malformed), out);
@@ -260,9 +260,27 @@ inline bool utf8Blocks(const Byte* begin, const Byte*& in, const Byte* inEnd, By
   return treatPart(inEnd - kSize);
 }
 
+// A text that fits one register; the zeros behind it are not written.
+template <class V>
+inline void utf8Short(const Byte*& in, const Byte* inEnd, Byte*& out) {
+  const auto size = static_cast<unsigned int>(inEnd - in);
+  const auto block = Utf8Block<V>::atBeginning(V::loadFront(in, size));
+  const std::uint32_t all = (std::uint32_t{1} << size) - 1;
+  const std::uint32_t malformed = block.malformed() & all;
+  block.write(block.kept() & all & below(malformed), out);
+  in += malformed == 0 ? size : firstBit(malformed);
+}
+
 template <class V>
 KernelResult utf8ToUtf16(const Byte* begin, const Byte* inEnd, Byte* out, Byte* outEnd) {
   const Byte* in = begin;
+  if constexpr (V::kLanes > 1) {
+    if (fitsOneRegister<V>(in, inEnd, out, outEnd)) {
+      utf8Short<V>(in, inEnd, out);
+      dropCutShort(begin, in, out);
+      return {in, out};
+    }
+  }
   bool isClean = utf8Blocks<V>(begin, in, inEnd, out, outEnd);
   if constexpr (V::kLanes > 1) {
     isClean = isClean && utf8Blocks<Vector16>(begin, in, inEnd, out, outEnd);
@@ -394,7 +412,13 @@ struct Utf16ToUtf8 {
   }
   bool treat(const Byte*& in, Byte*& out) const {
     const auto first = V::load(in);
-    const auto second = kRegisters > 1 ? V::load(in + V::kSize) : first;
+    return treatRegisters(first, kRegisters > 1 ? V::load(in + V::kSize) : first, in, out);
+  }
+  bool treatRegister(typename V::Reg units, const Byte*& in, Byte*& out) const {
+    return treatRegisters(units, units, in, out);
+  }
+  bool treatRegisters(typename V::Reg first, typename V::Reg second, const Byte*& in,
+                      Byte*& out) const {
     const auto bits = V::either(first, second);
     if (!V::isZero(V::equalUnits(V::minUnits(first, second), V::zero()))) return false;
     if (V::areDisjoint(bits, V::units(0xFF80))) {
@@ -416,6 +440,12 @@ struct Utf16ToUtf8 {
 
 template <class V>
 KernelResult utf16ToUtf8(const Byte* in, const Byte* inEnd, Byte* out, Byte* outEnd) {
+  if constexpr (V::kLanes > 1) {
+    if (fitsOneRegister<V>(in, inEnd, out, outEnd) && (inEnd - in) % 2 == 0 &&
+        treatFilled<2, V>(Utf16ToUtf8<V, 1>(), in, inEnd, out)) {
+      return {in, out};
+    }
+  }
   return treatAll<Utf16ToUtf8<V, 2>, Utf16ToUtf8<Vector16, 1>>(in, inEnd, out, outEnd);
 }
 

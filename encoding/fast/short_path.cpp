@@ -1,0 +1,139 @@
+// Of a text of twenty bytes most of the time would go into finding tables and kernels by the
+// numbers of the code pages. So each thread keeps the last few pairs with all that belongs to them.
+#include "encoding/fast/short_path.h"
+
+#include "encoding/fast/cpu_dispatch.h"
+#include "encoding/special_code_pages.h"
+
+namespace fast {
+
+constinit thread_local Route t_routes[kRoutes];
+
+namespace {
+
+// Beyond this many bytes of output nothing is short any more.
+constexpr unsigned int kNearlyFull = 0xFFFFFFFFu - 64 * 1024;
+// Bytes of output for a byte of input, at most.
+constexpr unsigned int kWorstFactor = 3;
+
+// ---- The conversion, for each pair of kinds ----
+
+template <Side::Kind kind>
+KernelResult decodeFrom(const Route& route, const unsigned char* in, const unsigned char* inEnd,
+                        unsigned char* out, unsigned char* outEnd) {
+  const Kernels& k = *route.kernels;
+  const Decoder& tables = route.source.decoder;
+  if constexpr (kind == Side::kUtf8) {
+    return k.utf8ToUtf16(in, inEnd, out, outEnd);
+  } else if constexpr (kind == Side::kSingleByte) {
+    return k.singleByteToUtf16(*tables.singleByte, in, inEnd, out, outEnd);
+  } else {
+    return k.doubleByteToUtf16(*tables.doubleByte, in, inEnd, out, outEnd);
+  }
+}
+
+template <Side::Kind kind>
+KernelResult encodeTo(const Route& route, const unsigned char* in, const unsigned char* inEnd,
+                      unsigned char* out, unsigned char* outEnd) {
+  const Kernels& k = *route.kernels;
+  const Encoder& tables = route.target.encoder;
+  if constexpr (kind == Side::kUtf8) {
+    return k.utf16ToUtf8(in, inEnd, out, outEnd);
+  } else if constexpr (kind == Side::kSingleByte) {
+    return k.utf16ToSingleByte(*tables.singleByte, in, inEnd, out, outEnd);
+  } else {
+    return k.utf16ToDoubleByte(*tables.doubleByte, in, inEnd, out, outEnd);
+  }
+}
+
+// The end of the output; null where the text is not clean throughout.
+template <Side::Kind source, Side::Kind target>
+unsigned char* convertClean(const Route& route, const unsigned char* data, unsigned int length,
+                            unsigned char* out, unsigned char* outEnd) {
+  const unsigned char* end = data + length;
+  KernelResult r{};
+  if constexpr (source == Side::kUtf16) {
+    r = encodeTo<target>(route, data, end, out, outEnd);
+  } else if constexpr (target == Side::kUtf16) {
+    r = decodeFrom<source>(route, data, end, out, outEnd);
+  } else if constexpr (source == Side::kSingleByte && target == Side::kUtf8) {
+    r = route.kernels->singleByteToUtf8(*route.source.decoder.singleByte, data, end, out, outEnd);
+  } else {
+    alignas(32) unsigned char utf16[2 * kShortBytes + kKernelSlack];
+    const KernelResult decoded = decodeFrom<source>(route, data, end, utf16, utf16 + sizeof utf16);
+    if (decoded.in != end) return nullptr;
+    end = decoded.out;
+    r = encodeTo<target>(route, utf16, end, out, outEnd);
+  }
+  return r.in == end ? r.out : nullptr;
+}
+
+template <Side::Kind source, Side::Kind target>
+bool convertShort(const Route& route, EncodingConvert& converter, const unsigned char* data,
+                  unsigned int length, DataBuffer& out, LogBase& log) {
+  if (out.getSize() <= kNearlyFull) {
+    unsigned char* const tail = out.reserveTail(kWorstFactor * length + kKernelSlack);
+    if (tail == nullptr) return false;
+    const unsigned char* const tailEnd =
+        convertClean<source, target>(route, data, length, tail, tail + out.getTailRoom());
+    if (tailEnd != nullptr) {
+      out.commitTail(static_cast<unsigned int>(tailEnd - tail));
+      return !out.hasFailed();
+    }
+  }
+  return converter.convertLong(route.from, route.to, data, length, out, log);
+}
+
+template <Side::Kind source>
+Route::Convert* convertFrom(Side::Kind target) {
+  if (target == Side::kUtf16 && source != Side::kUtf16) return convertShort<source, Side::kUtf16>;
+  if (target == Side::kUtf8 && source != Side::kUtf8) return convertShort<source, Side::kUtf8>;
+  if (target == Side::kSingleByte) return convertShort<source, Side::kSingleByte>;
+  return target == Side::kDoubleByte ? convertShort<source, Side::kDoubleByte> : nullptr;
+}
+
+Route::Convert* findConvert(Side::Kind source, Side::Kind target) {
+  switch (source) {
+    case Side::kUtf16:
+      return convertFrom<Side::kUtf16>(target);
+    case Side::kUtf8:
+      return convertFrom<Side::kUtf8>(target);
+    case Side::kSingleByte:
+      return convertFrom<Side::kSingleByte>(target);
+    case Side::kDoubleByte:
+      return convertFrom<Side::kDoubleByte>(target);
+    default:
+      return nullptr;
+  }
+}
+
+}  // namespace
+
+bool openRoute(EncodingConvert& converter, int from, int to) {
+  // Mac Arabic text is rewritten first, and ASCII has a way of its own.
+  if (from == to || from == kMacArabic || from == kUsAscii) return false;
+  LogBase silent;  // the conversion itself will report what is wrong
+  Route& route = routeFor(from, to);
+  if (isValid(route, from, to) || !isFastPathOpen(silent)) return false;
+  Route found;
+  // 1258 asks the converter for the destination of the conversion.
+  const std::int32_t before = converter.m_toCodePage;
+  converter.m_toCodePage = to;
+  const bool areOpen =
+      openSource(from, silent, found.source) && openTarget(to, converter, silent, found.target);
+  converter.m_toCodePage = before;
+  if (areOpen) found.convert = findConvert(found.source.kind, found.target.kind);
+  if (found.convert == nullptr) return false;
+  const bool isUnicode = found.source.kind == Side::kUtf8 || found.source.kind == Side::kUtf16;
+  found.firstByteLimit = isUnicode ? 0xEF : 0x100;
+  found.from = from;
+  found.to = to;
+  found.kernels = &kernels();
+  found.generation = g_routeGeneration.load(std::memory_order_relaxed);
+  route = found;
+  return true;
+}
+
+void forgetRoutes() { g_routeGeneration.fetch_add(1, std::memory_order_relaxed); }
+
+}  // namespace fast
