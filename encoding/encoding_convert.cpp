@@ -280,14 +280,13 @@ bool EncodingConvert::EncConvert(int fromCodePage, int toCodePage, const unsigne
   m_foundErrors = false;
   if (data == nullptr || length == 0) return true;
   if (mayBeShort(*this, length, log)) {
-    const fast::Route& route = fast::routeFor(fromCodePage, toCodePage);
+    const fast::Route* route = fast::findRoute(fromCodePage, toCodePage);
     // What begins like a PDF, or with a byte order mark, has special cases to settle.
-    if (fast::isValid(route, fromCodePage, toCodePage) && data[0] < route.firstByteLimit &&
-        data[0] != '%') {
+    if (route != nullptr && data[0] < route->firstByteLimit && data[0] != '%') {
       m_fromCodePage = fromCodePage;
       m_toCodePage = toCodePage;
       m_pivotToUtf16 = m_pivotFromUtf16 = false;
-      return route.convert(route, *this, data, length, out, log);
+      return route->convert(*route, *this, data, length, out, log);
     }
   }
   return convertLong(fromCodePage, toCodePage, data, length, out, log);

@@ -164,6 +164,13 @@ struct SingleByteToUtf8 {
 };
 
 template <class V>
+[[gnu::noinline]] KernelResult singleByteToUtf8Long(const SingleByteDecoder& table, const Byte* in,
+                                                    const Byte* inEnd, Byte* out, Byte* outEnd) {
+  return treatAll<SingleByteToUtf8<V, 2>, SingleByteToUtf8<Vector16, 1>>(in, inEnd, out, outEnd,
+                                                                         table);
+}
+
+template <class V>
 KernelResult singleByteToUtf8(const SingleByteDecoder& table, const Byte* in, const Byte* inEnd,
                               Byte* out, Byte* outEnd) {
   if constexpr (V::kLanes > 1) {
@@ -172,8 +179,7 @@ KernelResult singleByteToUtf8(const SingleByteDecoder& table, const Byte* in, co
       return {in, out};
     }
   }
-  return treatAll<SingleByteToUtf8<V, 2>, SingleByteToUtf8<Vector16, 1>>(in, inEnd, out, outEnd,
-                                                                         table);
+  return singleByteToUtf8Long<V>(table, in, inEnd, out, outEnd);
 }
 
 template <class V>

@@ -272,15 +272,9 @@ inline void utf8Short(const Byte*& in, const Byte* inEnd, Byte*& out) {
 }
 
 template <class V>
-KernelResult utf8ToUtf16(const Byte* begin, const Byte* inEnd, Byte* out, Byte* outEnd) {
+[[gnu::noinline]] KernelResult utf8ToUtf16Long(const Byte* begin, const Byte* inEnd, Byte* out,
+                                               Byte* outEnd) {
   const Byte* in = begin;
-  if constexpr (V::kLanes > 1) {
-    if (fitsOneRegister<V>(in, inEnd, out, outEnd)) {
-      utf8Short<V>(in, inEnd, out);
-      dropCutShort(begin, in, out);
-      return {in, out};
-    }
-  }
   bool isClean = utf8Blocks<V>(begin, in, inEnd, out, outEnd);
   if constexpr (V::kLanes > 1) {
     isClean = isClean && utf8Blocks<Vector16>(begin, in, inEnd, out, outEnd);
@@ -288,6 +282,19 @@ KernelResult utf8ToUtf16(const Byte* begin, const Byte* inEnd, Byte* out, Byte* 
   dropCutShort(begin, in, out);
   if (!isClean || outEnd - out < kRoom) return {in, out};
   return repeat<stepUtf8ToUtf16>(in, inEnd, out, outEnd);
+}
+
+template <class V>
+KernelResult utf8ToUtf16(const Byte* begin, const Byte* inEnd, Byte* out, Byte* outEnd) {
+  if constexpr (V::kLanes > 1) {
+    if (fitsOneRegister<V>(begin, inEnd, out, outEnd)) {
+      const Byte* in = begin;
+      utf8Short<V>(in, inEnd, out);
+      dropCutShort(begin, in, out);
+      return {in, out};
+    }
+  }
+  return utf8ToUtf16Long<V>(begin, inEnd, out, outEnd);
 }
 
 // ---- UTF-16 to UTF-8 ----
@@ -438,6 +445,14 @@ struct Utf16ToUtf8 {
   }
 };
 
+// Apart, like the other long ways, so that a short text does not pay for the registers that these
+// loops fill with constants first.
+template <class V>
+[[gnu::noinline]] KernelResult utf16ToUtf8Long(const Byte* in, const Byte* inEnd, Byte* out,
+                                               Byte* outEnd) {
+  return treatAll<Utf16ToUtf8<V, 2>, Utf16ToUtf8<Vector16, 1>>(in, inEnd, out, outEnd);
+}
+
 template <class V>
 KernelResult utf16ToUtf8(const Byte* in, const Byte* inEnd, Byte* out, Byte* outEnd) {
   if constexpr (V::kLanes > 1) {
@@ -446,7 +461,7 @@ KernelResult utf16ToUtf8(const Byte* in, const Byte* inEnd, Byte* out, Byte* out
       return {in, out};
     }
   }
-  return treatAll<Utf16ToUtf8<V, 2>, Utf16ToUtf8<Vector16, 1>>(in, inEnd, out, outEnd);
+  return utf16ToUtf8Long<V>(in, inEnd, out, outEnd);
 }
 
 }  // namespace

@@ -1,13 +1,17 @@
 // Of a text of twenty bytes most of the time would go into finding tables and kernels by the
-// numbers of the code pages. So each thread keeps the last few pairs with all that belongs to them.
+// numbers of the code pages. So the pairs that were in use are kept with all that belongs to them.
 #include "encoding/fast/short_path.h"
+
+#include <algorithm>
+#include <memory>
+#include <new>
 
 #include "encoding/fast/cpu_dispatch.h"
 #include "encoding/special_code_pages.h"
 
 namespace fast {
 
-constinit thread_local Route t_routes[kRoutes];
+constinit std::atomic<const Route*> g_routes[(1u << kRouteBits) + kRoutePlaces - 1];
 
 namespace {
 
@@ -107,33 +111,52 @@ Route::Convert* findConvert(Side::Kind source, Side::Kind target) {
   }
 }
 
+// Fills in a route; false for pairs that go other ways, and when memory is short.
+bool fill(Route& route, EncodingConvert& converter) {
+  LogBase silent;  // the conversion itself will report what is wrong
+  if (!isFastPathOpen(silent)) return false;
+  // 1258 asks the converter for the destination of the conversion.
+  const std::int32_t before = converter.m_toCodePage;
+  converter.m_toCodePage = route.to;
+  const bool areOpen = openSource(route.from, silent, route.source) &&
+                       openTarget(route.to, converter, silent, route.target);
+  converter.m_toCodePage = before;
+  if (areOpen) route.convert = findConvert(route.source.kind, route.target.kind);
+  const bool isUnicode = route.source.kind == Side::kUtf8 || route.source.kind == Side::kUtf16;
+  route.firstByteLimit = isUnicode ? 0xEF : 0x100;
+  route.kernels = &kernels();
+  return route.convert != nullptr;
+}
+
 }  // namespace
 
 bool openRoute(EncodingConvert& converter, int from, int to) {
   // Mac Arabic text is rewritten first, and ASCII has a way of its own.
   if (from == to || from == kMacArabic || from == kUsAscii) return false;
-  LogBase silent;  // the conversion itself will report what is wrong
-  Route& route = routeFor(from, to);
-  if (isValid(route, from, to) || !isFastPathOpen(silent)) return false;
-  Route found;
-  // 1258 asks the converter for the destination of the conversion.
-  const std::int32_t before = converter.m_toCodePage;
-  converter.m_toCodePage = to;
-  const bool areOpen =
-      openSource(from, silent, found.source) && openTarget(to, converter, silent, found.target);
-  converter.m_toCodePage = before;
-  if (areOpen) found.convert = findConvert(found.source.kind, found.target.kind);
-  if (found.convert == nullptr) return false;
-  const bool isUnicode = found.source.kind == Side::kUtf8 || found.source.kind == Side::kUtf16;
-  found.firstByteLimit = isUnicode ? 0xEF : 0x100;
-  found.from = from;
-  found.to = to;
-  found.kernels = &kernels();
-  found.generation = g_routeGeneration.load(std::memory_order_relaxed);
-  route = found;
-  return true;
+  std::atomic<const Route*>* const places = routePlaces(from, to);
+  const auto isFree = [](const auto& place) { return place.load() == nullptr; };
+  if (findRoute(from, to) != nullptr || std::none_of(places, places + kRoutePlaces, isFree)) {
+    return false;
+  }
+  Route filled;
+  filled.from = from;
+  filled.to = to;
+  if (!fill(filled, converter)) return false;
+  std::unique_ptr<const Route> made(new (std::nothrow) Route(filled));
+  if (made == nullptr) return false;
+  for (unsigned int i = 0; i < kRoutePlaces; ++i) {
+    const Route* other = nullptr;
+    if (places[i].compare_exchange_strong(other, made.get(), std::memory_order_acq_rel)) {
+      made.release();
+      return true;
+    }
+    if (other->from == from && other->to == to) return true;  // another thread was faster
+  }
+  return false;
 }
 
-void forgetRoutes() { g_routeGeneration.fetch_add(1, std::memory_order_relaxed); }
+void forgetRoutes() {
+  for (auto& place : g_routes) delete place.exchange(nullptr, std::memory_order_acq_rel);
+}
 
 }  // namespace fast

@@ -20,7 +20,6 @@ struct Route {
 
   int from = 0;
   int to = 0;
-  std::uint64_t generation = 0;
   // First bytes from here up may begin a byte order mark.
   unsigned int firstByteLimit = 0;
   Convert* convert = nullptr;
@@ -29,32 +28,34 @@ struct Route {
   Side target;
 };
 
-// Counts from 1 the times that tables or kernels were exchanged. Those who do that see to it that
-// no conversion is under way, which orders their memory accesses and the conversions'; the counter
-// needs no order of its own.
-inline constinit std::atomic<std::uint64_t> g_routeGeneration = 1;
+// The routes of all threads, published once and kept until forgetRoutes(). A hash table with a few
+// places for each pair; a pair that finds them taken has no route.
+inline constexpr unsigned int kRouteBits = 10;
+inline constexpr unsigned int kRoutePlaces = 4;
+extern std::atomic<const Route*> g_routes[(1u << kRouteBits) + kRoutePlaces - 1];
 
-// The last few pairs of each thread. Per thread rather than in the converter: so they serve
-// converters that live for one call, and take no part in what an object is.
-inline constexpr unsigned int kRoutes = 4;
-extern constinit thread_local Route t_routes[kRoutes];
-
-inline Route& routeFor(int from, int to) {
-  const unsigned int mixed = static_cast<unsigned int>(from) + 3 * static_cast<unsigned int>(to);
-  return t_routes[mixed % kRoutes];
+// The first of a pair's places.
+inline std::atomic<const Route*>* routePlaces(int from, int to) {
+  const unsigned int pair = static_cast<unsigned int>(from) << 16 ^ static_cast<unsigned int>(to);
+  return g_routes + (pair * 0x9E3779B1u >> (32 - kRouteBits));
 }
 
-inline bool isValid(const Route& route, int from, int to) {
-  return route.from == from && route.to == to &&
-         route.generation == g_routeGeneration.load(std::memory_order_relaxed);
+// The route of a pair, or null.
+inline const Route* findRoute(int from, int to) {
+  const std::atomic<const Route*>* place = routePlaces(from, to);
+  for (unsigned int i = 0; i < kRoutePlaces; ++i) {
+    const Route* route = place[i].load(std::memory_order_acquire);
+    if (route == nullptr || (route->from == from && route->to == to)) return route;
+  }
+  return nullptr;
 }
 
 // Makes a route for a pair; the tables are built where they are missing. False when there is one
 // already, for a pair that may have none, and when memory is short.
 bool openRoute(EncodingConvert& converter, int from, int to);
 
-// Makes all routes invalid. Whoever releases derived tables, or chooses other kernels, calls this;
-// it must not overlap any conversion, as they must not.
+// Releases all routes. Whoever releases derived tables, or chooses other kernels, calls this; it
+// must not overlap any conversion, as they must not.
 void forgetRoutes();
 
 }  // namespace fast
