@@ -10,7 +10,8 @@ if(ENCCONV_SANITIZE)
   target_link_options(encconv_settings INTERFACE -fsanitize=${ENCCONV_SANITIZE})
 endif()
 if(ENCCONV_COVERAGE)
-  target_compile_options(encconv_settings INTERFACE --coverage)
+  # Several threads count.
+  target_compile_options(encconv_settings INTERFACE --coverage -fprofile-update=atomic)
   target_link_options(encconv_settings INTERFACE --coverage)
 endif()
 

@@ -226,7 +226,7 @@ Outcome streamWithFault(EncodingConvert&, const Case& c, const std::string& inpu
     }
     if (status == StreamStatus::kGood) status = stream.finish(out);
   }
-  const Outcome outcome{status == StreamStatus::kGood, stream.errorCount() != 0, textOf(out)};
+  Outcome outcome{status == StreamStatus::kGood, stream.errorCount() != 0, textOf(out)};
   EXPECT_EQ(stream.begin(settings), StreamStatus::kGood) << "begun again";
   return outcome;
 }

@@ -97,7 +97,7 @@ TEST(Stream, KeepsWhatEncConvertLoses) {
              {1252, kUtf8, "%PDF-1.7 \xE9"s, "%PDF-1.7 \xC3\xA9"s},
              {99, 99, "\x80\0a"s, "\x80\0a"s},
              {kUtf7, kUtf8, "a+"s, "a!"s},
-             // A code that the codec lets through and the table lacks.
+             // A code without a character.
              {50225, kUtf8, "\x1B$)Ca\x0E-!0!\x0F"s, "a!\xEA\xB0\x80"s},
              // Only the beginning of a stream has a mark.
              {kUtf8, kLe, "a\xEF\xBB\xBF"s, "a\0\xFF\xFE"s},

@@ -31,12 +31,7 @@ class MacArabicSource final : public SteppingSource {
     const std::uint32_t used = m_longRun != 0 ? takeOfLongRun() : takeRuns(length, last);
     bool ok = !m_text.hasFailed();
     ok = ok && decodeAround({}, m_decoder, m_text.data(), m_text.size(), block);
-    if (!ok) block.bad.latchFailure();
-    for (std::uint32_t i = 0; i < block.bad.size(); ++i) {
-      BadPiece& bad = block.bad.at(i);
-      bad.offset = sourceOf(bad.byte);
-    }
-    m_run = {0, 0};
+    if (!ok) block.bad.latchFailure();  // no byte is bad: all have characters
     block.bytes = nullptr;
     startWalk(m_text.data(), m_text.size(), block);
     return used;

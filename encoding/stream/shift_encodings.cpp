@@ -57,6 +57,7 @@ class ShiftSource final : public SteppingSource {
     m_bytes.clear();
     m_replaced.clear();
     m_used = Codec::readPiece(data, length, last, m_state, m_bytes, &m_replaced);
+    // The codecs give only codes that the table has, so nothing else is bad.
     m_known.clear();
     for (std::uint32_t i = 0; i < m_replaced.pieces().size(); ++i) {
       const ReplacedInput& piece = m_replaced.pieces()[i];
@@ -65,8 +66,6 @@ class ShiftSource final : public SteppingSource {
     const bool ok = !m_bytes.hasFailed() && !m_known.hasFailed() &&
                     decodeAround(m_known, m_decoder, m_bytes.getData2(), m_bytes.getSize(), block);
     if (!ok) block.bad.latchFailure();
-    startMap();
-    if (block.bad.size() > m_known.size()) placeBadCodes(block);
     startMap();
     startWalk(m_bytes.getData2(), m_bytes.getSize(), block);
     return m_used;
@@ -83,21 +82,6 @@ class ShiftSource final : public SteppingSource {
  private:
   Step step(const unsigned char* p, std::uint32_t left) const override {
     return {m_characters.length(p, left), 1};
-  }
-
-  // Codes that the codec let through and the table has not: their places are in the bytes so far.
-  void placeBadCodes(SourceBlock& block) {
-    std::uint32_t known = 0;
-    for (std::uint32_t i = 0; i < block.bad.size(); ++i) {
-      BadPiece& bad = block.bad.at(i);
-      if (known < m_known.size() && m_known[known].byte == bad.byte) {
-        ++known;
-        continue;
-      }
-      const SourcePlace place = toSource({bad.byte, bad.byteLength, 0});
-      bad.offset = place.offset;
-      bad.length = place.length;
-    }
   }
 
   // ---- Where bytes came from: the piece is read once more, as little at a time as it allows. ----

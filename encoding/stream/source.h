@@ -12,9 +12,6 @@
 // The most that is converted at once, in bytes of the source.
 inline constexpr std::uint32_t kStreamBlock = 32 * 1024;
 
-// The bytesCodePage() of bytes that no one can read, at either end.
-inline constexpr int kOpaqueBytes = -1;
-
 // A piece of the source that is no text.
 struct BadPiece {
   std::uint32_t offset;  // bytes, in the data that take() was given
@@ -135,7 +132,5 @@ std::unique_ptr<StreamSource> makeAsciiSource();
 std::unique_ptr<StreamSource> makeIso2022JpSource(EngineLegs& legs);
 std::unique_ptr<StreamSource> makeIso2022KrSource(EngineLegs& legs);
 std::unique_ptr<StreamSource> makeHzSource(EngineLegs& legs);
-// Bytes that no one can read, to be copied as they are.
-std::unique_ptr<StreamSource> makeOpaqueSource();
 
 #endif  // ENCODING_STREAM_SOURCE_H_

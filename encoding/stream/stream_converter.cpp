@@ -121,9 +121,9 @@ class StreamConverter::Core {
   bool m_isOpaque = false;  // equal code pages that cannot be read: a plain copy
   bool m_isPdf = false;
   bool m_hasBegun = false;
-  std::unique_ptr<BlockConverter> m_blocks;
-  DataBuffer m_waiting;        // of the source: what could not be converted yet
-  std::uint64_t m_offset = 0;  // where that begins in the stream
+  std::unique_ptr<BlockConverter> m_blocks;  // none for an opaque stream
+  DataBuffer m_waiting;                      // of the source: what could not be converted yet
+  std::uint64_t m_offset = 0;                // where that begins in the stream
   std::uint64_t m_sourceBytes = 0;
 };
 
@@ -131,17 +131,16 @@ StreamStatus StreamConverter::Core::prepare() {
   if (m_settings.to == 0) m_settings.to = m_settings.from;
   if (m_settings.from == 0) m_settings.from = m_settings.to;
   m_isOpaque = isSame() && !hasEnds(m_settings.from);
-  if (!m_isOpaque && !hasEnds(m_settings.from)) return StreamStatus::kNoDecoder;
-  if (!m_isOpaque && !hasEnds(m_settings.to)) return StreamStatus::kNoEncoder;
+  if (m_isOpaque) return StreamStatus::kGood;
+  if (!hasEnds(m_settings.from)) return StreamStatus::kNoDecoder;
+  if (!hasEnds(m_settings.to)) return StreamStatus::kNoEncoder;
   if (!makeBlocks(isBigEndian(m_settings.from))) return StreamStatus::kNoMemory;
   return m_blocks->prepare(m_settings);
 }
 
 bool StreamConverter::Core::makeBlocks(bool bigEndian) {
   Ends ends;
-  if (m_isOpaque) {
-    ends = {makeOpaqueSource(), makeOpaqueTarget()};
-  } else if (isSame() && m_settings.from == kMacArabic) {
+  if (isSame() && m_settings.from == kMacArabic) {
     // Nothing is rewritten where nothing is converted.
     ends = {makeTableSource(kMacArabic, m_legs), makeTarget(kMacArabic, m_legs)};
   } else {

@@ -43,20 +43,8 @@ class TableTarget final : public StreamTarget {
   TextEncoder m_encoder;
 };
 
-class OpaqueTarget final : public StreamTarget {
- public:
-  bool encode(const std::uint16_t* /*units*/, std::uint32_t /*count*/, bool /*last*/,
-              DataBuffer& /*out*/, EncodeResult& /*result*/) override {
-    return true;  // there never is any text
-  }
-  int bytesCodePage() const override { return kOpaqueBytes; }
-};
-
 }  // namespace
 
 std::unique_ptr<StreamTarget> makeTableTarget(int codePage, EngineLegs& legs) {
   return std::unique_ptr<StreamTarget>(new (std::nothrow) TableTarget(codePage, legs));
-}
-std::unique_ptr<StreamTarget> makeOpaqueTarget() {
-  return std::unique_ptr<StreamTarget>(new (std::nothrow) OpaqueTarget());
 }

@@ -62,7 +62,5 @@ std::unique_ptr<StreamTarget> makeGsmTarget();
 std::unique_ptr<StreamTarget> makeIso2022JpTarget(EngineLegs& legs);
 std::unique_ptr<StreamTarget> makeIso2022KrTarget(EngineLegs& legs);
 std::unique_ptr<StreamTarget> makeHzTarget(EngineLegs& legs);
-// For bytes that no one can read, to be copied as they are.
-std::unique_ptr<StreamTarget> makeOpaqueTarget();
 
 #endif  // ENCODING_STREAM_TARGET_H_

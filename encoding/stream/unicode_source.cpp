@@ -161,7 +161,7 @@ class Utf32Source final : public SteppingSource {
   bool m_bigEndian;
 };
 
-// ---- US-ASCII, and bytes that no one can read ----
+// ---- US-ASCII ----
 
 class AsciiSource final : public SteppingSource {
  public:
@@ -189,21 +189,6 @@ class AsciiSource final : public SteppingSource {
   Step step(const unsigned char* /*p*/, std::uint32_t /*left*/) const override { return {1, 1}; }
 };
 
-class OpaqueSource final : public SteppingSource {
- public:
-  std::uint32_t take(const unsigned char* data, std::uint32_t length, bool /*last*/,
-                     SourceBlock& block) override {
-    block.bytes = data;
-    block.byteCount = length;
-    startWalk(data, length, block);
-    return length;
-  }
-  int bytesCodePage() const override { return kOpaqueBytes; }
-
- private:
-  Step step(const unsigned char* /*p*/, std::uint32_t /*left*/) const override { return {1, 1}; }
-};
-
 }  // namespace
 
 std::unique_ptr<StreamSource> makeUtf8Source(EngineLegs& legs) {
@@ -217,7 +202,4 @@ std::unique_ptr<StreamSource> makeUtf32Source(bool bigEndian) {
 }
 std::unique_ptr<StreamSource> makeAsciiSource() {
   return std::unique_ptr<StreamSource>(new (std::nothrow) AsciiSource());
-}
-std::unique_ptr<StreamSource> makeOpaqueSource() {
-  return std::unique_ptr<StreamSource>(new (std::nothrow) OpaqueSource());
 }
