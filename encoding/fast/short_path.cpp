@@ -147,7 +147,7 @@ bool openRoute(EncodingConvert& converter, int from, int to) {
   for (unsigned int i = 0; i < kRoutePlaces; ++i) {
     const Route* other = nullptr;
     if (places[i].compare_exchange_strong(other, made.get(), std::memory_order_acq_rel)) {
-      made.release();
+      static_cast<void>(made.release());  // the place holds it
       return true;
     }
     if (other->from == from && other->to == to) return true;  // another thread was faster
