@@ -148,6 +148,23 @@ TEST(FastPathTest, EqualsThePlainLegsAtEveryLength) {
 }
 
 // What the fast path takes for granted about the tables.
+// So many pieces, so close together, that the plain legs are left to finish.
+TEST(FastPathTest, EqualsThePlainLegsInGarbage) {
+  std::mt19937 random(7);
+  std::string garbage(48 * 1024, '\0');
+  for (char& byte : garbage) byte = static_cast<char>(random());
+  const std::string text = garbage + sampleUtf8(random, 5001, 40);
+  for (const int from : {1200, 65001, 1252, 1253, 932, 949, 10001}) {
+    for (const int to : {1200, 65001, 1251, 1258, 932, 37}) {
+      for (const int action : {0, 1, 3, 4, 5}) {
+        const Settings settings{action, 0, action == 1 ? "?" : "", false};
+        ASSERT_EQ(run(true, from, to, text, settings), run(false, from, to, text, settings))
+            << from << " to " << to << ", action " << action;
+      }
+    }
+  }
+}
+
 TEST(FastPathTest, NoTableMeansTheMarkOfAnEscapeOrASurrogate) {
   for (const CodePageRow& row : codePageRows()) {
     if (!row.isDispatched) continue;

@@ -132,8 +132,13 @@ class FastConversion {
   // Whether the kernels may go on behind a piece that the error action treated. Not with an action
   // that converts again, which changes the flags that later pieces see, nor where what is written
   // into the pivot would be read together with its neighbours; and not with an observer, who is
-  // told of the pieces leg by leg.
-  bool mayResume(bool isPivot) const {
+  // told of the pieces leg by leg; nor where pieces stand so close, for so long, that stopping for
+  // each takes longer than the plain legs do. To be asked once a piece.
+  bool mayResume(bool isPivot) {
+    constexpr std::ptrdiff_t kMany = 4096;
+    constexpr std::ptrdiff_t kClose = 8;  // bytes of the source
+    ++m_stops;
+    if (m_stops >= kMany && m_in - m_begin < kClose * m_stops) return false;
     const int action = m_converter.m_errorAction;
     if (m_converter.m_observer != nullptr) return false;
     if (action == 1) return !isPivot || isHarmless();
@@ -418,6 +423,7 @@ class FastConversion {
   // An earlier one that the second leg has seen, and what that made of it.
   ScratchBuffer m_knownPiece{m_out}, m_encodedPiece{m_out};
   std::size_t m_pivotBytes = 0;  // UTF-16 given to the second leg so far
+  std::ptrdiff_t m_stops = 0;    // of the kernels, at pieces that they could not treat
   bool m_result = true;
 };
 
