@@ -10,15 +10,20 @@ namespace {
 
 class Bounds : public ConversionObserver {
  public:
-  explicit Bounds(std::span<const std::uint8_t> text) : m_text(text) {}
+  // isRewritten: the leg works on a copy in which it has changed units.
+  Bounds(std::span<const std::uint8_t> text, bool isRewritten)
+      : m_text(text), m_isRewritten(isRewritten) {}
   void onUnconvertible(const UnconvertibleInput& piece) override {
-    check(piece.offset + std::uint64_t{piece.length} <= m_text.size() &&
-              std::equal(piece.bytes, piece.bytes + piece.length, m_text.begin() + piece.offset),
+    check(piece.offset + std::uint64_t{piece.length} <= m_text.size(),
           "a reported piece lies in the input of its leg");
+    check(m_isRewritten ||
+              std::equal(piece.bytes, piece.bytes + piece.length, m_text.begin() + piece.offset),
+          "a reported piece is that of the input");
   }
 
  private:
   std::span<const std::uint8_t> m_text;
+  bool m_isRewritten;
 };
 
 }  // namespace
@@ -41,7 +46,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
   LogBase log;
   DataBuffer out;
-  Bounds bounds(text);
+  const bool foldsDigits = codePage == 28596 || codePage == 1256;
+  Bounds bounds(text, leg == 1 && foldsDigits);
   converter.m_observer = &bounds;
   switch (leg) {
     case 0:

@@ -135,7 +135,7 @@ class FastConversion {
   // told of the pieces leg by leg; nor where pieces stand so close, for so long, that stopping for
   // each takes longer than the plain legs do. To be asked once a piece.
   bool mayResume(bool isPivot) {
-    constexpr std::ptrdiff_t kMany = 4096;
+    constexpr std::ptrdiff_t kMany = 1024;
     constexpr std::ptrdiff_t kClose = 8;  // bytes of the source
     ++m_stops;
     if (m_stops >= kMany && m_in - m_begin < kClose * m_stops) return false;

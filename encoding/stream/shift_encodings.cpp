@@ -187,7 +187,8 @@ class ShiftTarget final : public StreamTarget {
     }
     const Rows<ReplacedInput>& pieces = m_replaced.pieces();
     if (out.hasFailed() || pieces.hasFailed()) return false;
-    if (pieces.isEmpty()) return true;
+    if (pieces.isEmpty() && (result.used != 0 || last)) return true;
+    // Nothing of the text is written, so nothing in front of it either, such as a header.
     m_state = before;
     out.truncate(sizeBefore);
     result.used = 0;
