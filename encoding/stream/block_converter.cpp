@@ -71,7 +71,7 @@ void BlockConverter::writeBlock(const Element* elements, std::uint32_t count, Da
     const BadPiece bad = isLast ? BadPiece{} : m_block.bad[i];
     const std::uint32_t end = isLast ? count : kAreBytes ? bad.byte : bad.unit;
     if (end != done) {
-      emit(Text<Element>{elements + done, end - done, nullptr, 0, false, done}, 0, false, out);
+      emit(Text<Element>{elements + done, end - done, nullptr, 0, false, done}, false, out);
     }
     if (isLast || m_status != StreamStatus::kGood) return;
     treat(malformed(bad), m_data + bad.offset, bad.length, out);
@@ -119,31 +119,24 @@ bool BlockConverter::encode(const Text<Element>& text, bool last, DataBuffer& ou
   }
 }
 
-// Writes a text, behind what waits, and treats the characters in it that have no place. The last
-// `context` elements are not to be written: they only stand where they stand.
+// Writes a text, behind what waits, and treats the characters in it that have no place.
 template <typename Element>
-void BlockConverter::emit(const Text<Element>& text, std::uint32_t context, bool last,
-                          DataBuffer& out) {
-  if (!waiting<Element>().isEmpty()) return emitJoined(text, context, last, out);
+void BlockConverter::emit(const Text<Element>& text, bool last, DataBuffer& out) {
+  if (!waiting<Element>().isEmpty()) return emitJoined(text, last, out);
   if (text.count == 0) return;
   EncodeResult result;
   if (!encode(text, last, out, result)) {
     m_status = StreamStatus::kNoMemory;
     return;
   }
-  const std::uint32_t count = text.count - context;
   if (result.misfits.isEmpty()) {
-    if (result.used < count) keepWaiting(text.slice(0, count), result.used);
+    if (result.used < text.count) keepWaiting(text, result.used);
     return;
   }
   std::uint32_t done = 0;
   for (std::uint32_t i = 0; i < result.misfits.size(); ++i) {
     const MisfitPiece& misfit = result.misfits[i];
-    if (misfit.index >= count) break;
-    const std::uint32_t seen = misfit.decides ? misfit.count : 0;
-    if (misfit.index != done) {
-      emit(text.slice(done, misfit.index + seen), seen, false, out);
-    }
+    if (misfit.index != done) emit(text.slice(done, misfit.index), false, out);
     if (m_status != StreamStatus::kGood) return;
     done = misfit.index + misfit.count;
     const StreamError error = placeOf(text, misfit.index);
@@ -151,16 +144,12 @@ void BlockConverter::emit(const Text<Element>& text, std::uint32_t context, bool
     if (error.length != 0) treat(error, error.bytes, error.byteCount, out);
     if (m_status != StreamStatus::kGood) return;
   }
-  // Context that has no place itself is no help.
-  const bool isContextBad = result.misfits[result.misfits.size() - 1].index >= count;
-  const std::uint32_t end = isContextBad ? count : text.count;
-  emit(text.slice(done, end), end - count, last, out);
+  emit(text.slice(done, text.count), last, out);
 }
 
 // The same for a text behind what waits.
 template <typename Element>
-void BlockConverter::emitJoined(const Text<Element>& text, std::uint32_t context, bool last,
-                                DataBuffer& out) {
+void BlockConverter::emitJoined(const Text<Element>& text, bool last, DataBuffer& out) {
   Rows<Element> joined;
   Rows<StreamError> places;
   joined.add(waiting<Element>().data(), waiting<Element>().size());
@@ -175,7 +164,7 @@ void BlockConverter::emitJoined(const Text<Element>& text, std::uint32_t context
   m_waitingPlaces.clear();
   emit(Text<Element>{joined.data(), joined.size(), places.data(), places.size(), text.isTreatment,
                      text.first},
-       context, last, out);
+       last, out);
 }
 
 template <typename Element>
@@ -190,8 +179,8 @@ void BlockConverter::keepWaiting(const Text<Element>& text, std::uint32_t from) 
 }
 
 void BlockConverter::flush(DataBuffer& out) {
-  emit(Text<std::uint16_t>{nullptr, 0, nullptr, 0, true, 0}, 0, true, out);
-  emit(Text<unsigned char>{nullptr, 0, nullptr, 0, true, 0}, 0, true, out);
+  emit(Text<std::uint16_t>{nullptr, 0, nullptr, 0, true, 0}, true, out);
+  emit(Text<unsigned char>{nullptr, 0, nullptr, 0, true, 0}, true, out);
 }
 
 // ---- Places. ----
@@ -272,7 +261,7 @@ void BlockConverter::write(const Treatment::Replacement& replacement, DataBuffer
     return;
   }
   if (!m_inBytes) {
-    emit(Text<std::uint16_t>{replacement.units, replacement.count, nullptr, 0, true, 0}, 0, false,
+    emit(Text<std::uint16_t>{replacement.units, replacement.count, nullptr, 0, true, 0}, false,
          out);
     return;
   }
@@ -282,6 +271,6 @@ void BlockConverter::write(const Treatment::Replacement& replacement, DataBuffer
     m_status = StreamStatus::kNoMemory;
   }
   if (!fits || m_status != StreamStatus::kGood) return;
-  emit(Text<unsigned char>{m_textBytes.getData2(), m_textBytes.getSize(), nullptr, 0, true, 0}, 0,
+  emit(Text<unsigned char>{m_textBytes.getData2(), m_textBytes.getSize(), nullptr, 0, true, 0},
        false, out);
 }

@@ -49,9 +49,9 @@ class BlockConverter {
   template <typename Element>
   void writeBlock(const Element* elements, std::uint32_t count, DataBuffer& out);
   template <typename Element>
-  void emit(const Text<Element>& text, std::uint32_t context, bool last, DataBuffer& out);
+  void emit(const Text<Element>& text, bool last, DataBuffer& out);
   template <typename Element>
-  void emitJoined(const Text<Element>& text, std::uint32_t context, bool last, DataBuffer& out);
+  void emitJoined(const Text<Element>& text, bool last, DataBuffer& out);
   template <typename Element>
   void keepWaiting(const Text<Element>& text, std::uint32_t from);
   template <typename Element>

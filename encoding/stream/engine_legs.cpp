@@ -153,7 +153,7 @@ bool TextEncoder::encode(const std::uint16_t* units, std::uint32_t count, DataBu
     } else {
       const EngineLegs::Outcome outcome = m_legs.encode(m_codePage, units + i, length, out);
       if (outcome == EngineLegs::Outcome::kNoMemory) return false;
-      if (outcome == EngineLegs::Outcome::kBad) result.misfits.add({i, length, false});
+      if (outcome == EngineLegs::Outcome::kBad) result.misfits.add({i, length});
     }
     i += length;
   }

@@ -98,7 +98,7 @@ class GsmTarget final : public StreamTarget {
       const std::uint16_t septet = septetOf(units[i]);
       if (septet == kNoSeptet) {
         const bool isPair = isSurrogate(units[i]);
-        result.misfits.add({i, isPair ? 2u : 1u, false});
+        result.misfits.add({i, isPair ? 2u : 1u});
         if (isPair) ++i;
         continue;
       }

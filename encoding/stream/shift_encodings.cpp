@@ -167,7 +167,7 @@ class ShiftTarget final : public StreamTarget {
     result.used = written.used == m_bytes.getSize() ? count : unitsBefore(written.used);
     for (std::uint32_t i = 0; i < written.misfits.size(); ++i) {
       const MisfitPiece& misfit = written.misfits[i];
-      result.misfits.add({unitsBefore(misfit.index), 1, misfit.decides});
+      result.misfits.add({unitsBefore(misfit.index), 1});
     }
     return !result.misfits.hasFailed();
   }
@@ -194,7 +194,7 @@ class ShiftTarget final : public StreamTarget {
     result.used = 0;
     for (std::uint32_t i = 0; i < pieces.size(); ++i) {
       const ReplacedInput& piece = pieces[i];
-      result.misfits.add({piece.offset, piece.length, bytes[piece.offset] == kEscape});
+      result.misfits.add({piece.offset, piece.length});
     }
     return !result.misfits.hasFailed();
   }
@@ -224,8 +224,10 @@ class ShiftTarget final : public StreamTarget {
 
  private:
   static constexpr unsigned char kEscape = 0x1B;
-  // How many ESC are kept back before one that cannot be told yet.
-  static constexpr std::uint32_t kMaxEscapesWaiting = 16;
+  // Behind an ESC, what tells whether it begins an escape sequence.
+  static constexpr std::uint32_t kMaxTail = 3;
+  // How many bytes are kept back before an ESC that cannot be told yet, about.
+  static constexpr std::uint32_t kMaxWaiting = 64;
 
   std::uint32_t write(const unsigned char* bytes, std::uint32_t count, bool last, DataBuffer& out) {
     m_replaced.clear();
@@ -233,12 +235,18 @@ class ShiftTarget final : public StreamTarget {
   }
 
   // An ESC of the text has a place as long as it does not make an escape sequence with what follows
-  // it. What follows one that waits may change, should that turn out to have no place.
+  // it. What follows one so closely that it counts may change, should that turn out to have no
+  // place.
   static std::uint32_t firstToWait(const unsigned char* bytes, std::uint32_t used,
                                    std::uint32_t count) {
     if (used == count) return used;
     std::uint32_t first = used;
-    while (first > 0 && used - first < kMaxEscapesWaiting && bytes[first - 1] == kEscape) --first;
+    while (first > 0 && used - first < kMaxWaiting) {
+      const unsigned char* const end = bytes + first;
+      const unsigned char* const escape = std::find(end - std::min(first, kMaxTail), end, kEscape);
+      if (escape == end) break;
+      first = static_cast<std::uint32_t>(escape - bytes);
+    }
     return first;
   }
 

@@ -12,8 +12,6 @@
 struct MisfitPiece {
   std::uint32_t index;  // of its first unit (or byte) in what was to be encoded
   std::uint32_t count;  // units (or bytes)
-  // What stands before it is to be encoded in the light of it, although it is not written.
-  bool decides;
 };
 
 // What became of a text that was to be encoded.
