@@ -16,18 +16,20 @@ namespace {
 struct Iso2022Jp : Japanese {
   using State = Iso2022JpState;
   static constexpr int kCodePage = kShiftJis;
-  static void resume(const State& /*left*/, State& /*state*/) {}
+  static void resume(const State& /*left*/, bool /*wrote*/, State& /*state*/) {}
 };
 struct Iso2022Kr : Korean {
   using State = Iso2022KrState;
   static constexpr int kCodePage = kKorean;
-  // The header stands once, whatever shifts are left.
-  static void resume(const State& left, State& state) { state.headerWritten = left.headerWritten; }
+  // The header stands once, in front of the first text, whatever shifts are left.
+  static void resume(const State& left, bool wrote, State& state) {
+    state.headerWritten = left.headerWritten || wrote;
+  }
 };
 struct HzGb2312 : Hz {
   using State = HzState;
   static constexpr int kCodePage = 936;
-  static void resume(const State& /*left*/, State& /*state*/) {}
+  static void resume(const State& /*left*/, bool /*wrote*/, State& /*state*/) {}
 };
 
 class ReplacedList final : public ReplacementSink {
@@ -88,9 +90,9 @@ class ShiftSource final : public SteppingSource {
 
   void startMap() {
     m_mapOffset = m_mapLength = 0;
-    m_mapBytes = 0;
+    m_mapFirst = m_mapBytes = 0;
     m_mapNext = m_mapState;
-    m_mapKnown = m_mapBehindKnown = 0;
+    m_mapKnown = m_mapBehindKnown = m_mapBytesBehindKnown = 0;
   }
 
   // Goes on to the piece of the source that the byte came from.
@@ -98,6 +100,7 @@ class ShiftSource final : public SteppingSource {
     while (m_mapBytes <= byte && m_mapOffset + m_mapLength < m_used) {
       m_mapOffset += m_mapLength;
       m_mapLength = 0;
+      m_mapFirst = m_mapBytes;
       const std::uint32_t left = m_length - m_mapOffset;  // what decides may stand behind m_used
       for (std::uint32_t length = 1; length <= left && m_mapLength == 0; ++length) {
         DataBuffer& bytes = m_mapScratch;
@@ -112,19 +115,29 @@ class ShiftSource final : public SteppingSource {
 
   SourcePlace toSource(const SourcePlace& place) {
     mapTo(place.offset);
-    std::uint32_t begin = m_mapOffset;
-    if (place.length > 1) mapTo(place.offset + place.length - 1);
-    std::uint32_t end = m_mapOffset + m_mapLength;
+    std::uint32_t begin = m_mapOffset, end = m_mapOffset + m_mapLength;
+    std::uint32_t firstByte = m_mapFirst, endByte = m_mapBytes;
     // What was replaced may have been read together with its neighbours.
     for (; m_mapKnown < m_known.size(); ++m_mapKnown) {
       const BadPiece& bad = m_known[m_mapKnown];
       if (bad.byte >= place.offset) {
-        if (bad.offset > begin) end = std::min(end, bad.offset);
+        end = std::min(end, bad.offset);
+        endByte = std::min(endByte, bad.byte);
         break;
       }
       m_mapBehindKnown = bad.offset + bad.length;
+      m_mapBytesBehindKnown = bad.byte + bad.byteLength;
     }
     begin = std::max(begin, m_mapBehindKnown);
+    firstByte = std::max(firstByte, m_mapBytesBehindKnown);
+    // Several characters read together, such as an escape sequence that is none, are copied.
+    const std::uint32_t before = place.offset - firstByte;
+    const std::uint32_t through = before + place.length;
+    const unsigned char* const bytes = m_bytes.getDataAt2(firstByte);
+    if (through <= end - begin && std::equal(bytes, bytes + through, m_data + begin)) {
+      begin += before;
+      if (firstByte + through != endByte) end = begin + place.length;
+    }
     return {begin, end - begin, place.unit};
   }
 
@@ -143,9 +156,11 @@ class ShiftSource final : public SteppingSource {
   typename Codec::State m_mapNext;   // behind the piece found last
   std::uint32_t m_mapOffset = 0;     // the piece found last
   std::uint32_t m_mapLength = 0;
-  std::uint32_t m_mapBytes = 0;        // read up to its end
-  std::uint32_t m_mapKnown = 0;        // the first of m_known behind it
-  std::uint32_t m_mapBehindKnown = 0;  // the end of the one before, in the source
+  std::uint32_t m_mapFirst = 0;             // its bytes
+  std::uint32_t m_mapBytes = 0;             // their end
+  std::uint32_t m_mapKnown = 0;             // the first of m_known behind it
+  std::uint32_t m_mapBehindKnown = 0;       // the end of the one before, in the source
+  std::uint32_t m_mapBytesBehindKnown = 0;  // and in the bytes
   DataBuffer m_mapScratch;
 };
 
@@ -178,7 +193,7 @@ class ShiftTarget final : public StreamTarget {
     const typename Codec::State before = m_state;
     const unsigned int sizeBefore = out.getSize();
     result.used = write(bytes, count, last, out);
-    if (last) Codec::resume(before, m_state);
+    if (last) Codec::resume(before, result.used != 0, m_state);
     const std::uint32_t waiting = firstToWait(bytes, result.used, count);
     if (m_replaced.pieces().isEmpty() && waiting < result.used) {
       m_state = before;
