@@ -126,6 +126,27 @@ TEST(Stream, OutputAndReportsDoNotDependOnTheCuts) {
   }
 }
 
+// Controls and halves of escape sequences, hardly any text between them: what may not be told
+// before more is seen.
+TEST(Stream, NorDoItsShifts) {
+  const std::string kBits[] = {
+      "\x1B",         "\x1B",     "$",    "(",  ")C",     "B",      "&@",
+      "\x0E",         "\x0F",     "\r",   "\n", "~",      "{",      "}",
+      "\xC6",         "\xB0\xA1", "\x80", "!",  "\x1B(B", "\x1B$B", "\x1B$)C",
+      "\x0E\x30\x21", "+AGE-"};
+  const int kPages[] = {50220, 50222, 50225, kCodePageHz, 932, 65000};
+  Random random(5);
+  const auto pick = [&](const auto& list) { return list[(random() >> 4) % std::size(list)]; };
+  for (int round = 0; round < 60000; ++round) {
+    const int from = pick(kPages), to = pick(kPages);
+    const StreamSettings settings = settingsFor(from, to, pick(kTreatments));
+    std::string text;
+    for (std::size_t bits = 1 + (random() >> 4) % 16; bits != 0; --bits) text += pick(kBits);
+    const auto step = [&] { return 1 + (random() >> 4) % 3; };
+    ASSERT_EQ(stream(settings, text), stream(settings, text, step)) << describe(from, to, text);
+  }
+}
+
 TEST(Stream, TheLimitsOfItsBlocksDoNotShow) {
   Random random(9);
   for (const int from : kSources) {

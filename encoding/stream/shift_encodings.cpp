@@ -241,8 +241,9 @@ class ShiftTarget final : public StreamTarget {
   static constexpr unsigned char kEscape = 0x1B;
   // Behind an ESC, what tells whether it begins an escape sequence.
   static constexpr std::uint32_t kMaxTail = 3;
-  // How many bytes are kept back before an ESC that cannot be told yet, about.
-  static constexpr std::uint32_t kMaxWaiting = 64;
+  // How many ESC are kept back, each so close before the next. Counting them, and not the bytes,
+  // lets the same ones wait however the text is cut.
+  static constexpr int kMaxWaiting = 32;
 
   std::uint32_t write(const unsigned char* bytes, std::uint32_t count, bool last, DataBuffer& out) {
     m_replaced.clear();
@@ -256,7 +257,7 @@ class ShiftTarget final : public StreamTarget {
                                    std::uint32_t count) {
     if (used == count) return used;
     std::uint32_t first = used;
-    while (first > 0 && used - first < kMaxWaiting) {
+    for (int waiting = 0; first > 0 && waiting < kMaxWaiting; ++waiting) {
       const unsigned char* const end = bytes + first;
       const unsigned char* const escape = std::find(end - std::min(first, kMaxTail), end, kEscape);
       if (escape == end) break;
