@@ -71,7 +71,7 @@ void BlockConverter::writeBlock(const Element* elements, std::uint32_t count, Da
     const BadPiece bad = isLast ? BadPiece{} : m_block.bad[i];
     const std::uint32_t end = isLast ? count : kAreBytes ? bad.byte : bad.unit;
     if (end != done) {
-      emit(Text<Element>{elements + done, end - done, nullptr, 0, false, done}, false, out);
+      emit(Text<Element>{elements + done, end - done, nullptr, 0, false, done}, Behind::kMore, out);
     }
     if (isLast || m_status != StreamStatus::kGood) return;
     treat(malformed(bad), m_data + bad.offset, bad.length, out);
@@ -110,22 +110,22 @@ Rows<unsigned char>& BlockConverter::waiting() {
 }
 
 template <typename Element>
-bool BlockConverter::encode(const Text<Element>& text, bool last, DataBuffer& out,
+bool BlockConverter::encode(const Text<Element>& text, Behind behind, DataBuffer& out,
                             EncodeResult& result) {
   if constexpr (std::is_same_v<Element, unsigned char>) {
-    return m_target->encodeBytes(text.elements, text.count, last, out, result);
+    return m_target->encodeBytes(text.elements, text.count, behind, out, result);
   } else {
-    return m_target->encode(text.elements, text.count, last, out, result);
+    return m_target->encode(text.elements, text.count, behind, out, result);
   }
 }
 
 // Writes a text, behind what waits, and treats the characters in it that have no place.
 template <typename Element>
-void BlockConverter::emit(const Text<Element>& text, bool last, DataBuffer& out) {
-  if (!waiting<Element>().isEmpty()) return emitJoined(text, last, out);
+void BlockConverter::emit(const Text<Element>& text, Behind behind, DataBuffer& out) {
+  if (!waiting<Element>().isEmpty()) return emitJoined(text, behind, out);
   if (text.count == 0) return;
   EncodeResult result;
-  if (!encode(text, last, out, result)) {
+  if (!encode(text, behind, out, result)) {
     m_status = StreamStatus::kNoMemory;
     return;
   }
@@ -136,7 +136,7 @@ void BlockConverter::emit(const Text<Element>& text, bool last, DataBuffer& out)
   std::uint32_t done = 0;
   for (std::uint32_t i = 0; i < result.misfits.size(); ++i) {
     const MisfitPiece& misfit = result.misfits[i];
-    if (misfit.index != done) emit(text.slice(done, misfit.index), false, out);
+    if (misfit.index != done) emit(text.slice(done, misfit.index), Behind::kMisfit, out);
     if (m_status != StreamStatus::kGood) return;
     done = misfit.index + misfit.count;
     const StreamError error = placeOf(text, misfit.index);
@@ -144,12 +144,12 @@ void BlockConverter::emit(const Text<Element>& text, bool last, DataBuffer& out)
     if (error.length != 0) treat(error, error.bytes, error.byteCount, out);
     if (m_status != StreamStatus::kGood) return;
   }
-  emit(text.slice(done, text.count), last, out);
+  emit(text.slice(done, text.count), behind, out);
 }
 
 // The same for a text behind what waits.
 template <typename Element>
-void BlockConverter::emitJoined(const Text<Element>& text, bool last, DataBuffer& out) {
+void BlockConverter::emitJoined(const Text<Element>& text, Behind behind, DataBuffer& out) {
   Rows<Element> joined;
   Rows<StreamError> places;
   joined.add(waiting<Element>().data(), waiting<Element>().size());
@@ -164,7 +164,7 @@ void BlockConverter::emitJoined(const Text<Element>& text, bool last, DataBuffer
   m_waitingPlaces.clear();
   emit(Text<Element>{joined.data(), joined.size(), places.data(), places.size(), text.isTreatment,
                      text.first},
-       last, out);
+       behind, out);
 }
 
 template <typename Element>
@@ -179,8 +179,8 @@ void BlockConverter::keepWaiting(const Text<Element>& text, std::uint32_t from) 
 }
 
 void BlockConverter::flush(DataBuffer& out) {
-  emit(Text<std::uint16_t>{nullptr, 0, nullptr, 0, true, 0}, true, out);
-  emit(Text<unsigned char>{nullptr, 0, nullptr, 0, true, 0}, true, out);
+  emit(Text<std::uint16_t>{nullptr, 0, nullptr, 0, true, 0}, Behind::kNothing, out);
+  emit(Text<unsigned char>{nullptr, 0, nullptr, 0, true, 0}, Behind::kNothing, out);
 }
 
 // ---- Places. ----
@@ -261,8 +261,8 @@ void BlockConverter::write(const Treatment::Replacement& replacement, DataBuffer
     return;
   }
   if (!m_inBytes) {
-    emit(Text<std::uint16_t>{replacement.units, replacement.count, nullptr, 0, true, 0}, false,
-         out);
+    emit(Text<std::uint16_t>{replacement.units, replacement.count, nullptr, 0, true, 0},
+         Behind::kMore, out);
     return;
   }
   m_textBytes.clear();
@@ -272,5 +272,5 @@ void BlockConverter::write(const Treatment::Replacement& replacement, DataBuffer
   }
   if (!fits || m_status != StreamStatus::kGood) return;
   emit(Text<unsigned char>{m_textBytes.getData2(), m_textBytes.getSize(), nullptr, 0, true, 0},
-       false, out);
+       Behind::kMore, out);
 }

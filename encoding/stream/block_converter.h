@@ -49,13 +49,13 @@ class BlockConverter {
   template <typename Element>
   void writeBlock(const Element* elements, std::uint32_t count, DataBuffer& out);
   template <typename Element>
-  void emit(const Text<Element>& text, bool last, DataBuffer& out);
+  void emit(const Text<Element>& text, Behind behind, DataBuffer& out);
   template <typename Element>
-  void emitJoined(const Text<Element>& text, bool last, DataBuffer& out);
+  void emitJoined(const Text<Element>& text, Behind behind, DataBuffer& out);
   template <typename Element>
   void keepWaiting(const Text<Element>& text, std::uint32_t from);
   template <typename Element>
-  bool encode(const Text<Element>& text, bool last, DataBuffer& out, EncodeResult& result);
+  bool encode(const Text<Element>& text, Behind behind, DataBuffer& out, EncodeResult& result);
   void flush(DataBuffer& out);
 
   StreamError malformed(const BadPiece& piece);

@@ -89,7 +89,7 @@ std::uint16_t septetOf(std::uint32_t unit) {
 
 class GsmTarget final : public StreamTarget {
  public:
-  bool encode(const std::uint16_t* units, std::uint32_t count, bool /*last*/, DataBuffer& out,
+  bool encode(const std::uint16_t* units, std::uint32_t count, Behind /*behind*/, DataBuffer& out,
               EncodeResult& result) override {
     unsigned char* const begin = out.reserveTail(count * 2 + 1);
     if (begin == nullptr) return false;

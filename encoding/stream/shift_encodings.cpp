@@ -172,13 +172,13 @@ class ShiftTarget final : public StreamTarget {
   explicit ShiftTarget(EngineLegs& legs)
       : m_encoder(Codec::kCodePage, legs), m_characters(Codec::kCodePage) {}
 
-  bool encode(const std::uint16_t* units, std::uint32_t count, bool last, DataBuffer& out,
+  bool encode(const std::uint16_t* units, std::uint32_t count, Behind behind, DataBuffer& out,
               EncodeResult& result) override {
     m_bytes.clear();
     if (!m_encoder.encode(units, count, m_bytes, result)) return false;
     if (!result.misfits.isEmpty()) return true;
     EncodeResult written;
-    if (!encodeBytes(m_bytes.getData2(), m_bytes.getSize(), last, out, written)) return false;
+    if (!encodeBytes(m_bytes.getData2(), m_bytes.getSize(), behind, out, written)) return false;
     result.used = written.used == m_bytes.getSize() ? count : unitsBefore(written.used);
     for (std::uint32_t i = 0; i < written.misfits.size(); ++i) {
       const MisfitPiece& misfit = written.misfits[i];
@@ -187,14 +187,15 @@ class ShiftTarget final : public StreamTarget {
     return !result.misfits.hasFailed();
   }
 
-  bool encodeBytes(const unsigned char* bytes, std::uint32_t count, bool last, DataBuffer& out,
+  bool encodeBytes(const unsigned char* bytes, std::uint32_t count, Behind behind, DataBuffer& out,
                    EncodeResult& result) override {
     m_walked = m_walkedUnits = 0;
+    const bool last = behind == Behind::kNothing;
     const typename Codec::State before = m_state;
     const unsigned int sizeBefore = out.getSize();
     result.used = write(bytes, count, last, out);
     if (last) Codec::resume(before, result.used != 0, m_state);
-    const std::uint32_t waiting = firstToWait(bytes, result.used, count);
+    const std::uint32_t waiting = firstToWait(bytes, result.used, count, behind);
     if (m_replaced.pieces().isEmpty() && waiting < result.used) {
       m_state = before;
       out.truncate(sizeBefore);
@@ -234,7 +235,7 @@ class ShiftTarget final : public StreamTarget {
 
   bool leaveShift(DataBuffer& out) override {
     EncodeResult result;
-    return encodeBytes(nullptr, 0, true, out, result);
+    return encodeBytes(nullptr, 0, Behind::kNothing, out, result);
   }
 
  private:
@@ -254,16 +255,17 @@ class ShiftTarget final : public StreamTarget {
   // it. What follows one so closely that it counts may change, should that turn out to have no
   // place.
   static std::uint32_t firstToWait(const unsigned char* bytes, std::uint32_t used,
-                                   std::uint32_t count) {
+                                   std::uint32_t count, Behind behind) {
     if (used == count) return used;
-    std::uint32_t first = used;
+    // A misfit may be an ESC that waited itself before it could be told.
+    std::uint32_t first = behind == Behind::kMisfit ? count : used;
     for (int waiting = 0; first > 0 && waiting < kMaxWaiting; ++waiting) {
       const unsigned char* const end = bytes + first;
       const unsigned char* const escape = std::find(end - std::min(first, kMaxTail), end, kEscape);
       if (escape == end) break;
       first = static_cast<std::uint32_t>(escape - bytes);
     }
-    return first;
+    return std::min(first, used);
   }
 
   // How many units the first bytes of the text are; to be asked in ascending order.

@@ -4,7 +4,7 @@
 #include "encoding/stream/target.h"
 #include "encoding/stream/target_kinds.h"
 
-bool StreamTarget::encodeBytes(const unsigned char* bytes, std::uint32_t count, bool /*last*/,
+bool StreamTarget::encodeBytes(const unsigned char* bytes, std::uint32_t count, Behind /*behind*/,
                                DataBuffer& out, EncodeResult& result) {
   result.used = count;
   return out.append(bytes, count);
@@ -13,7 +13,7 @@ bool StreamTarget::encodeBytes(const unsigned char* bytes, std::uint32_t count, 
 bool StreamTarget::toBytes(const std::uint16_t* units, std::uint32_t count, DataBuffer& bytes,
                            bool& fits) {
   EncodeResult result;
-  const bool ok = encode(units, count, true, bytes, result);
+  const bool ok = encode(units, count, Behind::kNothing, bytes, result);
   fits = result.misfits.isEmpty();
   return ok;
 }
@@ -32,7 +32,7 @@ class TableTarget final : public StreamTarget {
  public:
   TableTarget(int codePage, EngineLegs& legs) : m_codePage(codePage), m_encoder(codePage, legs) {}
 
-  bool encode(const std::uint16_t* units, std::uint32_t count, bool /*last*/, DataBuffer& out,
+  bool encode(const std::uint16_t* units, std::uint32_t count, Behind /*behind*/, DataBuffer& out,
               EncodeResult& result) override {
     return m_encoder.encode(units, count, out, result);
   }

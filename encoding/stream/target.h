@@ -22,6 +22,13 @@ struct EncodeResult {
   Rows<MisfitPiece> misfits;  // in order; when there are any, nothing was written
 };
 
+// What stands behind a text that is to be encoded.
+enum class Behind : unsigned char {
+  kMore,     // not known yet
+  kMisfit,   // a character that has no place; what becomes of it is not known yet
+  kNothing,  // nothing that this text may be read together with
+};
+
 // Keeps what the encoding carries from one part to the next (shift states). Everything handed in is
 // whole characters; surrogates come in pairs. One virtual call serves a block. The functions return
 // false when memory is short; results are to be fresh.
@@ -30,12 +37,11 @@ class StreamTarget {
   virtual ~StreamTarget() = default;
 
   // Appends the encoding of count units, unless it finds characters among them that have no place.
-  // last: nothing follows, or nothing that this text may be read together with.
-  virtual bool encode(const std::uint16_t* units, std::uint32_t count, bool last, DataBuffer& out,
-                      EncodeResult& result) = 0;
+  virtual bool encode(const std::uint16_t* units, std::uint32_t count, Behind behind,
+                      DataBuffer& out, EncodeResult& result) = 0;
 
   // The same for text that is there already as bytes of bytesCodePage(), and well-formed.
-  virtual bool encodeBytes(const unsigned char* bytes, std::uint32_t count, bool last,
+  virtual bool encodeBytes(const unsigned char* bytes, std::uint32_t count, Behind behind,
                            DataBuffer& out, EncodeResult& result);
   // The code page of encodeBytes(): the target's own, or the double-byte page behind a shift
   // encoding; 0 when there is none.

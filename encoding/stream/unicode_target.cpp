@@ -10,7 +10,7 @@ class Utf16Target final : public StreamTarget {
  public:
   explicit Utf16Target(bool bigEndian) : m_bigEndian(bigEndian) {}
 
-  bool encode(const std::uint16_t* units, std::uint32_t count, bool /*last*/, DataBuffer& out,
+  bool encode(const std::uint16_t* units, std::uint32_t count, Behind /*behind*/, DataBuffer& out,
               EncodeResult& result) override {
     result.used = count;
     unsigned char* dest = out.reserveTail(count * 2 + 1);
@@ -32,7 +32,7 @@ class Utf32Target final : public StreamTarget {
  public:
   explicit Utf32Target(bool bigEndian) : m_bigEndian(bigEndian) {}
 
-  bool encode(const std::uint16_t* units, std::uint32_t count, bool /*last*/, DataBuffer& out,
+  bool encode(const std::uint16_t* units, std::uint32_t count, Behind /*behind*/, DataBuffer& out,
               EncodeResult& result) override {
     result.used = count;
     unsigned char* const begin = out.reserveTail(count * 4 + 1);
@@ -56,7 +56,7 @@ class Utf32Target final : public StreamTarget {
 // belong to the run, and at the end of the text.
 class Utf7Target final : public StreamTarget {
  public:
-  bool encode(const std::uint16_t* units, std::uint32_t count, bool /*last*/, DataBuffer& out,
+  bool encode(const std::uint16_t* units, std::uint32_t count, Behind /*behind*/, DataBuffer& out,
               EncodeResult& result) override {
     result.used = count;
     // At most a "+", three digits and a "-" for each, and what was pending.
