@@ -74,8 +74,11 @@ bool EncodingConvert::convertToUnicodeByLookup(UnicodeLookup& lookup, const unsi
       staged.putUnit(*p == 0 ? 0 : unit, bigEndian);
       continue;
     }
-    staged.flush();
-    handleUndecodable(p, true, out, log);
+    m_foundErrors = true;
+    if (m_errorAction != 0) {
+      staged.flush();
+      handleErrorFromSingleByte(p, out, log);
+    }
     reportUnconvertible(ConversionLeg::kDecode, data, p, 1);
   }
   return true;
@@ -119,7 +122,7 @@ bool EncodingConvert::convertToUnicodeHCVar(HashConvert* table, const unsigned c
         continue;
       }
       perfect = false;
-      staged.flush();
+      if (m_errorAction != 0) staged.flush();
       const unsigned int used = handleUndecodable(p, isLast, out, log);
       reportUnconvertible(ConversionLeg::kDecode, data, p, used);
       i += used;

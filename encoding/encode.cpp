@@ -121,10 +121,12 @@ bool EncodingConvert::convertFromUnicodeHC2(HashConvert* table, const unsigned c
                    m_toCodePage == kVietnamese ? findVietnameseDecomposition(unit) : nullptr) {
       staged.put(letter->base, letter->mark);
     } else {
-      staged.flush();
       m_foundErrors = true;
       result = false;
-      handleUnmappableUnit(p, out, log);
+      if (m_errorAction != 0) {
+        staged.flush();
+        handleUnmappableUnit(p, out, log);
+      }
       reportUnconvertible(ConversionLeg::kEncode, data, p, 2);
     }
   }

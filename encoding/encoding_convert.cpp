@@ -245,9 +245,10 @@ bool dispatch(EncodingConvert& converter, Request request) {
 
 // Whether nothing stands between the caller and the two legs: no byte order mark to strip, no
 // pre-pass, no copy, and nobody who wants to know which operations run.
-bool isOrdinary(int from, const unsigned char* data, const LogBase& log) {
-  if (log.m_wantsContexts || from == kMacArabic || from == kUsAscii) return false;
-  return !(isUtf16(from) || from == kUtf8) || (data[0] < 0xEF);
+bool isOrdinary(const Request& request) {
+  if (request.log.m_wantsContexts || request.from == kMacArabic) return false;
+  if (request.from == kUsAscii && copiesUsAscii(request.to)) return false;
+  return !markBegin(request.from).begins(request.data, request.length);
 }
 
 // What dispatch and convert_a come to for such a pair, without the way there, which counts for
@@ -281,8 +282,7 @@ bool EncodingConvert::EncConvert(int fromCodePage, int toCodePage, const unsigne
   if (data == nullptr || length == 0) return true;
   if (mayBeShort(*this, length, log)) {
     const fast::Route* route = fast::findRoute(fromCodePage, toCodePage);
-    // What begins like a PDF, or with a byte order mark, has special cases to settle.
-    if (route != nullptr && data[0] < route->firstByteLimit && data[0] != '%') {
+    if (route != nullptr && route->takes(data, length)) {
       m_fromCodePage = fromCodePage;
       m_toCodePage = toCodePage;
       m_pivotToUtf16 = m_pivotFromUtf16 = false;
@@ -298,7 +298,7 @@ bool EncodingConvert::EncConvert(int fromCodePage, int toCodePage, const unsigne
   if (isPdf(data, length)) return out.append(data, length);
   const Request request{fromCodePage, toCodePage, data, length, out, log};
   fast::Outcome outcome = fast::Outcome::kNotTaken;
-  if (isOrdinary(fromCodePage, data, log)) {
+  if (isOrdinary(request)) {
     if (mayBeShort(*this, length, log) && fast::openRoute(*this, fromCodePage, toCodePage)) {
       return EncConvert(fromCodePage, toCodePage, data, length, out, log);  // by that route
     }

@@ -39,12 +39,6 @@ void EncodingConvert::appendHexData(const unsigned char* bytes, int count, DataB
   }
 }
 
-void EncodingConvert::reportUnconvertible(ConversionLeg leg, const unsigned char* begin,
-                                          const unsigned char* piece, unsigned int length) {
-  if (m_observer == nullptr) return;
-  m_observer->onUnconvertible({leg, static_cast<unsigned int>(piece - begin), length, piece});
-}
-
 void EncodingConvert::appendEscape(int count, DataBuffer& out) const {
   if (!m_pivotToUtf16) return;
   const unsigned char escape[3] = {0xFD, 0xEF, static_cast<unsigned char>(count & 0xFF)};

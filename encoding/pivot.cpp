@@ -115,11 +115,6 @@ bool convertGsm(Conversion& c) {
   return true;
 }
 
-bool isAsciiCompatibleTarget(int codePage) {
-  return (codePage >= 28591 && codePage <= 28605) || (codePage >= 1250 && codePage <= 1258) ||
-         codePage == kUtf8;
-}
-
 bool copyUsAscii(Conversion& c) {
   c.out.append(c.data, c.length);
   if (c.to == kUtf8) c.out.drop_non_usascii();
@@ -300,7 +295,7 @@ bool EncodingConvert::convert_a(int from, int to, const unsigned char* data, uns
     return true;
   }
   if (c.from == kGsm || c.to == kGsm) return convertGsm(c);
-  if (c.from == kUsAscii && isAsciiCompatibleTarget(c.to)) return copyUsAscii(c);
+  if (c.from == kUsAscii && copiesUsAscii(c.to)) return copyUsAscii(c);
 
   if (!needsNormalising(c)) return convertNormalised(c);
   ScratchBuffer normalised(out);

@@ -25,6 +25,27 @@ constexpr bool isUtf32Le(int codePage) { return codePage == kUtf32Le || codePage
 constexpr bool isUtf32Be(int codePage) { return codePage == kUtf32Be || codePage == kUtf32BeAlias; }
 constexpr bool isUtf32(int codePage) { return isUtf32Le(codePage) || isUtf32Be(codePage); }
 
+// Whether text in US-ASCII is copied to the code page as it is.
+constexpr bool copiesUsAscii(int toCodePage) {
+  return (toCodePage >= 28591 && toCodePage <= 28605) ||
+         (toCodePage >= 1250 && toCodePage <= 1258) || toCodePage == kUtf8;
+}
+
+// The bytes, each with its lowest bit set, that a text must begin with to have a byte order mark;
+// no bytes for code pages without marks.
+struct MarkBegin {
+  unsigned int first = 0x100;
+  unsigned int second = 0x100;
+
+  constexpr bool begins(const unsigned char* data, unsigned int length) const {
+    return (data[0] | 1u) == first && length > 1 && (data[1] | 1u) == second;
+  }
+};
+constexpr MarkBegin markBegin(int codePage) {
+  if (codePage == kUtf8) return {0xEF, 0xBB};
+  return isUtf16(codePage) ? MarkBegin{0xFF, 0xFF} : MarkBegin{};
+}
+
 // Makes swapped hold the length bytes at data (whole units: length is a multiple of unitSize) with
 // the bytes of each unit in reverse order. False when memory is short.
 bool swapUnits(const unsigned char* data, unsigned int length, DataBuffer& swapped,

@@ -90,13 +90,19 @@ HashConvert::~HashConvert() {
   delete m_displaced;
 }
 
-void HashConvert::hcInitialize(int size) {
-  const std::uint32_t count = size > 0 ? static_cast<std::uint32_t>(size) : 1;
-  m_buckets = new (std::nothrow) Bucket[count]();
+void HashConvert::setBucketCount(std::uint32_t count) {
+  constexpr std::uint32_t kNumbers = 65536;  // of two-byte keys
   m_bucketCount = count;
+  m_divisor = count < kNumbers ? count : kNumbers;
+  m_reciprocal = 0xFFFFFFFFu / m_divisor + 1;
+}
+
+void HashConvert::hcInitialize(int size) {
+  setBucketCount(size > 0 ? static_cast<std::uint32_t>(size) : 1);
+  m_buckets = new (std::nothrow) Bucket[m_bucketCount]();
   if (m_buckets == nullptr) {
     m_buckets = &m_noBucket;
-    m_bucketCount = 1;
+    setBucketCount(1);
     m_failed = true;
   }
 }

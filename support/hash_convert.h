@@ -76,7 +76,10 @@ class HashConvert {
 
   // The bucket of a key; the converters compute it to probe m_buckets without a call.
   std::uint32_t bucketOf(const unsigned char* key) const {
-    return (key[0] + 256u * key[1]) % m_bucketCount;
+    // The remainder by two multiplications, exact for numbers of 16 bits; a division takes several
+    // times as long.
+    const std::uint32_t number = key[0] + 256u * key[1];
+    return static_cast<std::uint32_t>(std::uint64_t{m_reciprocal * number} * m_divisor >> 32);
   }
 
   // Read directly by the converters, written by the table builders, in this order.
@@ -94,6 +97,7 @@ class HashConvert {
   static bool isEntry(const Bucket& place) {
     return (place.key[0] | place.key[1]) != 0 && place.isOneByte != kRemoved;
   }
+  void setBucketCount(std::uint32_t count);
   // Where the displaced entries lie; some places are no entries.
   std::span<const Bucket> displacedPlaces() const;
 
@@ -102,6 +106,8 @@ class HashConvert {
   void addAbsent(const Bucket& entry);
   void setSingleByte(unsigned char byte, const unsigned char* unit, bool bigEndian);
 
+  std::uint32_t m_divisor = 0;     // m_bucketCount, as far as a key's number can tell
+  std::uint32_t m_reciprocal = 0;  // 2^32 / m_divisor, rounded up; 0 for 1
   Displaced* m_displaced = nullptr;
   Bucket m_noBucket = {};  // stands for the buckets when memory was short
   int m_codePage;

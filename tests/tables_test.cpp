@@ -98,6 +98,17 @@ TEST(HashConvert, AgreesWithAPlainMapWhereverKeysAreDisplacedOrRemoved) {
   }
 }
 
+TEST(HashConvert, TakesBucketsByTheRemainder) {
+  for (const int size : {1, 2, 3, 283, 4096, 7919, 65535, 65536, 70001}) {
+    const std::unique_ptr<HashConvert> map = newMap(size);
+    for (unsigned int number = 0; number < 65536; ++number) {
+      const unsigned char key[2] = {static_cast<unsigned char>(number & 0xFF),
+                                    static_cast<unsigned char>(number >> 8)};
+      ASSERT_EQ(map->bucketOf(key), number % static_cast<unsigned int>(size)) << size;
+    }
+  }
+}
+
 TEST(HashConvert, ReversesWithTheKnownCharacterBeforeThePrivateOne) {
   LogBase log;
   const std::unique_ptr<HashConvert> from = newMap(3), to = newMap(283);

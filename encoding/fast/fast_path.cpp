@@ -439,8 +439,15 @@ Outcome convert(EncodingConvert& converter, int from, int to, const unsigned cha
       !openTarget(to, converter, log, target) || target.kind > Side::kDoubleByte) {
     return Outcome::kNotTaken;
   }
-  FastConversion conversion(converter, from, to, source, target, data, length, out, log);
-  return conversion.run() ? Outcome::kDone : Outcome::kFailed;
+  return convertBetween(converter, from, to, source, target, data, length, out, log)
+             ? Outcome::kDone
+             : Outcome::kFailed;
+}
+
+bool convertBetween(EncodingConvert& converter, int from, int to, const Side& source,
+                    const Side& target, const unsigned char* data, unsigned int length,
+                    DataBuffer& out, LogBase& log) {
+  return FastConversion(converter, from, to, source, target, data, length, out, log).run();
 }
 
 }  // namespace fast

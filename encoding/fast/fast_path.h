@@ -3,6 +3,7 @@
 #define ENCODING_FAST_FAST_PATH_H_
 
 #include "encoding/encoding_convert.h"
+#include "encoding/fast/conversion_side.h"
 
 namespace fast {
 
@@ -18,6 +19,11 @@ enum class Outcome : unsigned char {
 // log, and on a big-endian host.
 Outcome convert(EncodingConvert& converter, int from, int to, const unsigned char* data,
                 unsigned int length, DataBuffer& out, LogBase& log);
+
+// The same between two sides that are open; returns the result of the conversion.
+bool convertBetween(EncodingConvert& converter, int from, int to, const Side& source,
+                    const Side& target, const unsigned char* data, unsigned int length,
+                    DataBuffer& out, LogBase& log);
 
 // Converts the beginning of a conversion from or to UTF-32 or UTF-16 big endian (the other side may
 // be anything that convert() serves), up to a block in which something is not clean, and returns

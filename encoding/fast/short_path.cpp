@@ -7,6 +7,7 @@
 #include <new>
 
 #include "encoding/fast/cpu_dispatch.h"
+#include "encoding/fast/fast_path.h"
 #include "encoding/special_code_pages.h"
 
 namespace fast {
@@ -85,7 +86,9 @@ bool convertShort(const Route& route, EncodingConvert& converter, const unsigned
       return !out.hasFailed();
     }
   }
-  return converter.convertLong(route.from, route.to, data, length, out, log);
+  return convertBetween(converter, route.from, route.to, route.source, route.target, data, length,
+                        out, log) &&
+         !out.hasFailed();
 }
 
 template <Side::Kind source>
@@ -122,8 +125,7 @@ bool fill(Route& route, EncodingConvert& converter) {
                        openTarget(route.to, converter, silent, route.target);
   converter.m_toCodePage = before;
   if (areOpen) route.convert = findConvert(route.source.kind, route.target.kind);
-  const bool isUnicode = route.source.kind == Side::kUtf8 || route.source.kind == Side::kUtf16;
-  route.firstByteLimit = isUnicode ? 0xEF : 0x100;
+  route.mark = markBegin(route.from);
   route.kernels = &kernels();
   return route.convert != nullptr;
 }
@@ -131,8 +133,8 @@ bool fill(Route& route, EncodingConvert& converter) {
 }  // namespace
 
 bool openRoute(EncodingConvert& converter, int from, int to) {
-  // Mac Arabic text is rewritten first, and ASCII has a way of its own.
-  if (from == to || from == kMacArabic || from == kUsAscii) return false;
+  // Mac Arabic text is rewritten first, and ASCII is often copied.
+  if (from == to || from == kMacArabic || (from == kUsAscii && copiesUsAscii(to))) return false;
   std::atomic<const Route*>* const places = routePlaces(from, to);
   const auto isFree = [](const auto& place) { return place.load() == nullptr; };
   if (findRoute(from, to) != nullptr || std::none_of(places, places + kRoutePlaces, isFree)) {

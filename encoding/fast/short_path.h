@@ -7,6 +7,7 @@
 
 #include "encoding/encoding_convert.h"
 #include "encoding/fast/conversion_side.h"
+#include "encoding/special_code_pages.h"
 
 namespace fast {
 
@@ -20,12 +21,17 @@ struct Route {
 
   int from = 0;
   int to = 0;
-  // First bytes from here up may begin a byte order mark.
-  unsigned int firstByteLimit = 0;
+  MarkBegin mark;
   Convert* convert = nullptr;
   const Kernels* kernels = nullptr;
   Side source;
   Side target;
+
+  // Whether a text may go this way: what begins like a PDF, or with a byte order mark, has special
+  // cases to settle.
+  bool takes(const unsigned char* data, unsigned int length) const {
+    return data[0] != '%' && !mark.begins(data, length);
+  }
 };
 
 // The routes of all threads, published once and kept until forgetRoutes(). A hash table with a few
