@@ -37,14 +37,17 @@ class Watch {
   static bool hasFailed() { return g_failAt < 0; }
 };
 
+// Whether the allocation that is asked for now is to fail.
+bool failsNow() {
+  if (!g_watching) return false;
+  if (g_failAt < 0) return g_failsOn;
+  if (g_failAt == 0 || --g_failAt != 0) return false;
+  g_failAt = -1;
+  return true;
+}
+
 void* allocate(std::size_t size, std::size_t alignment) {
-  if (g_watching) {
-    if (g_failAt < 0 && g_failsOn) return nullptr;
-    if (g_failAt > 0 && --g_failAt == 0) {
-      g_failAt = -1;
-      return nullptr;
-    }
-  }
+  if (failsNow()) return nullptr;
   const std::size_t offset = (sizeof(Block) + alignment - 1) / alignment * alignment;
   auto* base = static_cast<unsigned char*>(
       std::aligned_alloc(alignment, (size + offset + alignment - 1) / alignment * alignment));
@@ -97,6 +100,12 @@ void operator delete(void* memory, std::size_t) noexcept { release(memory); }
 void operator delete[](void* memory, std::size_t) noexcept { release(memory); }
 void operator delete(void* memory, std::align_val_t) noexcept { release(memory); }
 void operator delete(void* memory, std::size_t, std::align_val_t) noexcept { release(memory); }
+
+// Large storage is not operator new's. The linker puts this in front of realloc.
+extern "C" void* __real_realloc(void* memory, std::size_t size);
+extern "C" void* __wrap_realloc(void* memory, std::size_t size) {
+  return failsNow() ? nullptr : __real_realloc(memory, size);
+}
 
 namespace {
 
@@ -239,32 +248,33 @@ class FaultInjection : public testing::TestWithParam<std::tuple<Case, Run>> {
   static inline long s_faults = 0;
 };
 
+// Lets each allocation fail in turn; returns how many there were.
+long failEach(const Case& c, Run run, const Mode& mode) {
+  EncodingConvert converter;
+  const std::string input = repeated(inputOf(c), mode.times);
+  const Outcome expected = run(converter, c, input, 0, mode);
+  for (long n = 1;; ++n) {
+    SCOPED_TRACE(testing::Message() << (mode.cold ? "cold" : "warm")
+                                    << (mode.failsOn ? ", from" : ",") << " allocation " << n);
+    if (mode.cold) {
+      EXPECT_EQ(countLeaks(), 0);
+    }
+    const Outcome outcome = run(converter, c, input, n, mode);
+    const bool failed = Watch::hasFailed();
+    if (outcome.ok || !failed) {
+      EXPECT_EQ(outcome, expected);
+    }
+    EXPECT_EQ(run(converter, c, input, 0, mode), expected) << "afterwards";
+    if (!failed || testing::Test::HasFailure()) return n - 1;
+  }
+}
+
 TEST_P(FaultInjection, FailsWholeOrNotAtAll) {
   const auto& [c, run] = GetParam();
-  EncodingConvert converter;
   for (const Mode& mode : kModes) {
-    const std::string input = repeated(inputOf(c), mode.times);
-    const Outcome expected = run(converter, c, input, 0, mode);
-    bool failed = true;
-    long n = 0;
-    while (failed) {
-      if (mode.cold) {
-        ASSERT_EQ(countLeaks(), 0) << "before allocation " << n;
-      }
-      ++n;
-      const Outcome outcome = run(converter, c, input, n, mode);
-      failed = Watch::hasFailed();
-      const auto where = [&] {
-        return testing::Message() << (mode.cold ? "cold" : "warm")
-                                  << (mode.failsOn ? ", from" : ",") << " allocation " << n;
-      };
-      if (outcome.ok || !failed) {
-        ASSERT_EQ(outcome, expected) << where();
-      }
-      ASSERT_EQ(run(converter, c, input, 0, mode), expected) << "after " << where();
-    }
-    ASSERT_GT(n, 1) << "nothing was allocated";
-    s_faults += n - 1;
+    const long faults = failEach(c, run, mode);
+    ASSERT_GT(faults, 0) << "nothing was allocated";
+    s_faults += faults;
   }
   EXPECT_EQ(countLeaks(), 0);
 }
@@ -278,6 +288,18 @@ INSTANTIATE_TEST_SUITE_P(EveryPath, FaultInjection,
                          testing::Combine(testing::ValuesIn(kCases),
                                           testing::Values(runWithFault, streamWithFault)),
                          nameOf);
+
+// Buffers beyond a megabyte, which grow in another way.
+TEST(FaultInjectionElsewhere, LargeStorage) {
+  constexpr Mode kLarge{false, true, false, 48 * 1024};
+  long faults = 0;
+  for (const std::size_t i : {0u, 4u, 19u, 22u, 24u, 27u}) {
+    SCOPED_TRACE(std::to_string(kCases[i].from) + " to " + std::to_string(kCases[i].to));
+    faults += failEach(kCases[i], runWithFault, kLarge);
+  }
+  RecordProperty("faults", std::to_string(faults));
+  EXPECT_EQ(countLeaks(), 0);
+}
 
 // The tables that are not built on the way of a conversion.
 TEST(FaultInjectionElsewhere, LastBlockList) {
