@@ -6,23 +6,6 @@
 
 namespace {
 
-// The value of a two-byte key: its bytes in value, their number as the result (0: no entry). Probes
-// the direct bucket first and calls only when another key sits there or keys were removed.
-int probe(const HashConvert& table, const unsigned char* key, unsigned char* value) {
-  int length = 0;
-  const HashConvert::Bucket& bucket = table.m_buckets[table.bucketOf(key)];
-  if (bucket.key[0] == 0 && bucket.key[1] == 0) {
-    if (table.m_overflow != 0) table.hcLookup(key, value, length);
-  } else if (bucket.key[0] == key[0] && bucket.key[1] == key[1]) {
-    value[0] = bucket.value[0];
-    value[1] = bucket.value[1];
-    length = bucket.isOneByte != 0 ? 1 : 2;
-  } else {
-    table.hcLookup(key, value, length);
-  }
-  return length;
-}
-
 using UnitStaging = Staging<200>;
 
 // Stages the unit of a single byte; false when it has none.
@@ -110,7 +93,7 @@ bool EncodingConvert::convertToUnicodeHCVar(HashConvert* table, const unsigned c
         continue;
       }
       unsigned char value[2] = {0, 0};
-      const int valueLength = isLast ? 0 : probe(*table, p, value);
+      const int valueLength = isLast ? 0 : table->probe(p, value);
       if (valueLength != 0) {  // negative: a known key without output
         if (valueLength > 0) staged.put(value[0]);
         if (valueLength > 1) staged.put(value[1]);

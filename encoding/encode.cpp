@@ -13,23 +13,6 @@ namespace {
 constexpr unsigned int kMaxPassThroughBytes = 5;
 constexpr int kVietnamese = 1258;
 
-// The bytes of a unit, their number as the result (0: none). Probes the direct bucket first and
-// calls only when another key sits there or keys were removed.
-int probe(const HashConvert& table, const unsigned char* unit, unsigned char* bytes) {
-  int length = 0;
-  const HashConvert::Bucket& bucket = table.m_buckets[table.bucketOf(unit)];
-  if (bucket.key[0] == 0 && bucket.key[1] == 0) {
-    if (table.m_overflow != 0) table.hcLookup(unit, bytes, length);
-  } else if (bucket.key[0] == unit[0] && bucket.key[1] == unit[1]) {
-    bytes[0] = bucket.value[0];
-    bytes[1] = bucket.value[1];
-    length = bucket.isOneByte != 0 ? 1 : 2;
-  } else {
-    table.hcLookup(unit, bytes, length);
-  }
-  return length;
-}
-
 // ISO-8859-6 and Windows-1256 have no Arabic digits of their own; they come out as ASCII digits.
 bool foldsArabicDigits(int codePage) { return codePage == 28596 || codePage == 1256; }
 
@@ -110,7 +93,7 @@ bool EncodingConvert::convertFromUnicodeHC2(HashConvert* table, const unsigned c
       continue;
     }
     unsigned char bytes[2];
-    const int length = probe(*table, p, bytes);
+    const int length = table->probe(p, bytes);
     if (length == 1) {
       staged.put(bytes[0]);
     } else if (length == 2) {

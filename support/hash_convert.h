@@ -45,6 +45,22 @@ class HashConvert {
   // On a hit copies the value (at most 2 bytes) into out and sets outLength to 1 or 2; on a miss
   // sets outLength to 0. Finds every key, in its bucket or displaced.
   void hcLookup(const unsigned char* key, unsigned char* out, int& outLength) const;
+  // The same inline, for the loops of the converters: looks at the key's own bucket, and further
+  // only where another key sits there or keys were removed. Returns the number of bytes in value.
+  int probe(const unsigned char* key, unsigned char* value) const {
+    int length = 0;
+    const Bucket& bucket = m_buckets[bucketOf(key)];
+    if (bucket.key[0] == 0 && bucket.key[1] == 0) {
+      if (m_overflow != 0) hcLookup(key, value, length);
+    } else if (bucket.key[0] == key[0] && bucket.key[1] == key[1]) {
+      value[0] = bucket.value[0];
+      value[1] = bucket.value[1];
+      length = bucket.isOneByte != 0 ? 1 : 2;
+    } else {
+      hcLookup(key, value, length);
+    }
+    return length;
+  }
   // Fills dest (created and initialised) with the reverse of this from-Unicode map: one-byte values
   // go into its single-byte array, two-byte values into its hash; the ASCII flag is carried over.
   // Where two keys share a value the one outside U+E000..U+F8FF wins, then the lower.

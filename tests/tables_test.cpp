@@ -34,13 +34,10 @@ std::unique_ptr<HashConvert> newMap(int size) {
   return map;
 }
 
-// As the converters look a key up: its bucket first, hcLookup only where the bucket cannot tell.
+// As the converters look a key up.
 std::string probe(const HashConvert& map, const std::string& key) {
   unsigned char value[2];
-  int length = 0;
-  const HashConvert::Bucket& bucket = map.m_buckets[map.bucketOf(bytes(key))];
-  if ((bucket.key[0] | bucket.key[1]) == 0 && map.m_overflow == 0) return "";
-  map.hcLookup(bytes(key), value, length);
+  const int length = map.probe(bytes(key), value);
   return {reinterpret_cast<char*>(value), static_cast<std::size_t>(length)};
 }
 

@@ -39,13 +39,8 @@ class DoubleByteCharacters {
  private:
   bool isPair(const unsigned char* p) const {
     if (p[0] < 0x80 || m_table == nullptr) return false;
-    const HashConvert::Bucket& bucket = m_table->m_buckets[m_table->bucketOf(p)];
-    if (bucket.key[0] == p[0] && bucket.key[1] == p[1]) return true;
-    if (bucket.key[0] == 0 && bucket.key[1] == 0 && m_table->m_overflow == 0) return false;
     unsigned char value[2];
-    int valueLength = 0;
-    m_table->hcLookup(p, value, valueLength);
-    return valueLength != 0;
+    return m_table->probe(p, value) != 0;
   }
 
   const HashConvert* m_table = nullptr;  // process-wide, not owned
