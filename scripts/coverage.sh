@@ -8,4 +8,4 @@ scripts/setup.sh all
 scripts/test.sh coverage
 gcovr --root . --filter encoding/ --filter support/ --exclude encoding/tables/texts/ \
   --exclude-throw-branches --exclude-unreachable-branches --gcov-ignore-parse-errors \
-  --html-details build/coverage/coverage.html --txt build/coverage build/coverage
+  --html-details build/coverage/coverage.html --txt - build/coverage

@@ -1,4 +1,6 @@
 // The table-driven decoders and encoders, leg by leg.
+#include <memory>
+
 #include "encoding/tables/code_pages.h"
 #include "support/text_log.h"
 #include "tests/test_support.h"
@@ -50,6 +52,20 @@ TEST(DecodeTest, ProbesPairsBeforeSingleBytes) {
   bool ok = true;
   EXPECT_EQ(decode(20936, "A", &ok), "");
   EXPECT_FALSE(ok);
+}
+
+// No double-byte code page lacks the ASCII flag, but a table may.
+TEST(DecodeTest, TableWithoutAscii) {
+  LogBase log;
+  const std::unique_ptr<HashConvert> map(HashConvert::createNewObject(1));
+  map->hcInitialize(7);
+  map->hcInsert(bytesOf("AB"), bytesOf("\x11\x22"), 22, log);
+  map->m_singleBytes[0x42] = 0x0062;
+  EncodingConvert converter;
+  DataBuffer out;
+  EXPECT_TRUE(converter.convertToUnicodeHCVar(map.get(), bytesOf("ABBAC\0"), 6, out, log));
+  EXPECT_EQ(hex(out), "11 22 62 00 00 00");  // A and C have no unit; a last zero stays
+  EXPECT_TRUE(converter.m_foundErrors);
 }
 
 TEST(DecodeTest, OutputLongerThanTheStagingAreaIsWhole) {

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "encoding/fast/fast_path.h"
 #include "encoding/tables/code_pages.h"
 #include "support/hz.h"
 #include "tests/stream_support.h"
@@ -144,6 +145,21 @@ TEST(Stream, NorDoItsShifts) {
     for (std::size_t bits = 1 + (random() >> 4) % 16; bits != 0; --bits) text += pick(kBits);
     const auto step = [&] { return 1 + (random() >> 4) % 3; };
     ASSERT_EQ(stream(settings, text), stream(settings, text, step)) << describe(from, to, text);
+  }
+}
+
+TEST(Stream, GivesByThePlainLegsWhatTheKernelsGive) {
+  Random random(3);
+  for (const int from : kSources) {
+    const std::string text = randomBytes(random, from, 600);
+    for (const int to : {65001, 1251, 932, 1200}) {
+      SCOPED_TRACE(describe(from, to, text));
+      const StreamSettings settings = settingsFor(from, to, "hex");
+      const StreamResult expected = stream(settings, text);
+      fast::setFastPathForTesting(false);
+      EXPECT_EQ(stream(settings, text), expected);
+      fast::setFastPathForTesting(true);
+    }
   }
 }
 
