@@ -95,7 +95,8 @@ class HashConvert {
     // The remainder by two multiplications, exact for numbers of 16 bits; a division takes several
     // times as long.
     const std::uint32_t number = key[0] + 256u * key[1];
-    return static_cast<std::uint32_t>(std::uint64_t{m_reciprocal * number} * m_divisor >> 32);
+    const std::uint32_t fraction = m_reciprocal * number;  // of the quotient
+    return static_cast<std::uint32_t>((static_cast<std::uint64_t>(fraction) * m_divisor) >> 32);
   }
 
   // Read directly by the converters, written by the table builders, in this order.
