@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "encoding/error_action.h"
 #include "encoding/fast/fast_path.h"
 #include "support/zv_base.h"
 #include "support/zv_utf.h"
@@ -12,9 +13,6 @@ constexpr unsigned int kBlockBytes = 16384;  // of input
 
 // Longer texts go the plain way, which knows what to refuse.
 constexpr unsigned int kMaxLength = 0x3FFFFFFF;
-
-// The error action that converts again.
-constexpr int kConvertAlternate = 6;
 
 // The first bytes of a text in the codec's code page decide whether it passes for PDF.
 constexpr unsigned int kPdfBytes = 7;

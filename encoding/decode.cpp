@@ -57,11 +57,8 @@ bool EncodingConvert::convertToUnicodeByLookup(UnicodeLookup& lookup, const unsi
       staged.putUnit(*p == 0 ? 0 : unit, bigEndian);
       continue;
     }
-    m_foundErrors = true;
-    if (m_errorAction != 0) {
-      staged.flush();
-      handleErrorFromSingleByte(p, out, log);
-    }
+    if (m_errorAction != 0) staged.flush();
+    handleUndecodable(p, true, out, log);
     reportUnconvertible(ConversionLeg::kDecode, data, p, 1);
   }
   return true;

@@ -2,7 +2,9 @@
 #include <climits>
 
 #include "encoding/encoding_convert.h"
+#include "encoding/error_action.h"
 #include "encoding/scratch_buffer.h"
+#include "encoding/special_code_pages.h"
 #include "encoding/staging.h"
 #include "encoding/tables/code_pages.h"
 #include "encoding/vietnamese.h"
@@ -11,7 +13,6 @@
 namespace {
 
 constexpr unsigned int kMaxPassThroughBytes = 5;
-constexpr int kVietnamese = 1258;
 
 // ISO-8859-6 and Windows-1256 have no Arabic digits of their own; they come out as ASCII digits.
 bool foldsArabicDigits(int codePage) { return codePage == 28596 || codePage == 1256; }
@@ -119,16 +120,16 @@ bool EncodingConvert::convertFromUnicodeHC2(HashConvert* table, const unsigned c
 void EncodingConvert::handleUnmappableUnit(const unsigned char* unit, DataBuffer& out,
                                            LogBase& log) {
   if (m_errorAction == 0) return;
-  if (m_pivotFromUtf16 && m_errorAction == 1) {
+  if (m_pivotFromUtf16 && m_errorAction == kSubstitute) {
     if (m_defBytesLen > 0) out.append(m_defBytes, static_cast<unsigned int>(m_defBytesLen));
-  } else if (m_pivotFromUtf16 && m_errorAction == 2) {
+  } else if (m_pivotFromUtf16 && m_errorAction == kHexReference) {
     ScratchBuffer bytes(out);
     reencodeUnit(unit, bytes, log);
     if (bytes.getSize() == 0) return;
     out.append("&#x", 3);
     appendHexData(bytes.getData2(), static_cast<int>(bytes.getSize()), out);
     out.appendChar(';');
-  } else if (m_pivotFromUtf16 && m_errorAction == 7) {
+  } else if (m_pivotFromUtf16 && m_errorAction == kRawBytes) {
     reencodeUnit(unit, out, log);
   } else {
     handleErrorFromUnicode(unit, out, log);
@@ -142,7 +143,7 @@ void EncodingConvert::reencodeUnit(const unsigned char* unit, DataBuffer& target
   ConversionObserver* const observer = m_observer;
   m_errorAction = 0;  // a unit that has no place in the source either is dropped
   m_observer = nullptr;
-  convert_a(1200, m_fromCodePage, unit, 2, target, log);
+  convert_a(kUtf16Le, m_fromCodePage, unit, 2, target, log);
   // The pivot flags stay as the nested conversion left them.
   m_errorAction = action;
   m_fromCodePage = from;

@@ -3,18 +3,10 @@
 #include <iterator>
 
 #include "encoding/encoding_convert.h"
+#include "encoding/error_action.h"
 #include "support/zv_utf.h"
 
 namespace {
-
-// The values of m_errorAction that write something.
-enum ErrorAction : std::int32_t {
-  kSubstitute = 1,
-  kHexReference = 2,
-  kConvertAlternate = 6,
-  kRawBytes = 7,
-  kByteAndZero = 8,
-};
 
 constexpr int kMaxDefBytes = static_cast<int>(sizeof(EncodingConvert::m_defBytes));
 

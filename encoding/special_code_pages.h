@@ -4,9 +4,10 @@
 
 #include "support/data_buffer.h"
 
-inline constexpr int kShiftJis = 932;  // the pivot of ISO-2022-JP
-inline constexpr int kKorean = 949;    // the pivot of ISO-2022-KR
-inline constexpr int kUtf16Le = 1200;  // the pivot of every table-driven conversion
+inline constexpr int kShiftJis = 932;     // the pivot of ISO-2022-JP
+inline constexpr int kKorean = 949;       // the pivot of ISO-2022-KR
+inline constexpr int kVietnamese = 1258;  // written with letters taken apart
+inline constexpr int kUtf16Le = 1200;     // the pivot of every table-driven conversion
 inline constexpr int kUtf16Be = 1201;
 inline constexpr int kMacArabic = 10004;
 inline constexpr int kUtf32Le = 12000;

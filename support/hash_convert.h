@@ -90,7 +90,7 @@ class HashConvert {
   // For a builder that finds out on its own that entries are missing.
   void latchFailure() { m_failed = true; }
 
-  // The bucket of a key; the converters compute it to probe m_buckets without a call.
+  // The index of a key's bucket.
   std::uint32_t bucketOf(const unsigned char* key) const {
     // The remainder by two multiplications, exact for numbers of 16 bits; a division takes several
     // times as long.
@@ -99,7 +99,7 @@ class HashConvert {
     return static_cast<std::uint32_t>((static_cast<std::uint64_t>(fraction) * m_divisor) >> 32);
   }
 
-  // Read directly by the converters, written by the table builders, in this order.
+  // Read by the probes, written by the table builders, in this order.
   std::uint32_t m_bucketCount = 0;
   Bucket* m_buckets = nullptr;
   // Nonzero: keys may have been removed, an empty bucket proves nothing.

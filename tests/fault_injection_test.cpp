@@ -293,9 +293,10 @@ INSTANTIATE_TEST_SUITE_P(EveryPath, FaultInjection,
 TEST(FaultInjectionElsewhere, LargeStorage) {
   constexpr Mode kLarge{false, true, false, 48 * 1024};
   long faults = 0;
-  for (const std::size_t i : {0u, 4u, 19u, 22u, 24u, 27u}) {
-    SCOPED_TRACE(std::to_string(kCases[i].from) + " to " + std::to_string(kCases[i].to));
-    faults += failEach(kCases[i], runWithFault, kLarge);
+  for (const Case& c : kCases) {
+    if (c.action != 0) continue;
+    SCOPED_TRACE(std::to_string(c.from) + " to " + std::to_string(c.to));
+    faults += failEach(c, runWithFault, kLarge);
   }
   RecordProperty("faults", std::to_string(faults));
   EXPECT_EQ(countLeaks(), 0);

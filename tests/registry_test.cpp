@@ -161,8 +161,7 @@ TEST_F(Registry, TeardownEmptiesAllButTwo) {
   EXPECT_TRUE(std::equal(codes.begin(), codes.end(), Japanese::GetSjisFrom2022_LastBlock()));
 }
 
-// Whenever memory runs out, no incomplete table is published and a later request builds it.
-// What a thread remembers of a pair of code pages must not outlive the tables.
+// What is remembered of a pair of code pages must not outlive the tables.
 TEST_F(Registry, ShortTextsFindTheirTablesAgainAfterTeardown) {
   EncodingConvert converter;
   const unsigned char euro[] = {0x80, 'x'};
@@ -177,6 +176,7 @@ TEST_F(Registry, ShortTextsFindTheirTablesAgainAfterTeardown) {
   }
 }
 
+// Whenever memory runs out, no incomplete table is published and a later request builds it.
 TEST_F(Registry, ShortMemoryLeavesTheSlotEmpty) {
   const struct {
     Ensure ensure;

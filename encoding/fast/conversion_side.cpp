@@ -76,7 +76,7 @@ bool openTarget(int codePage, const EncodingConvert& converter, LogBase& log, Si
   const CodePageRow* row = findCodePageRow(codePage);
   if (row == nullptr || !row->isDispatched) return false;
   // The decompositions belong to the destination of the whole conversion, not to the table.
-  if ((codePage == 1258) != (converter.m_toCodePage == 1258)) return false;
+  if ((codePage == kVietnamese) != (converter.m_toCodePage == kVietnamese)) return false;
   side.encoder = encoderFor(*row);
   if (!isOpen(side.encoder)) {
     if (!EncodingConvert::ensureHashFromUnicode(codePage, log)) return false;
@@ -90,11 +90,11 @@ KernelResult decode(const Kernels& kernels, const Side& source, const unsigned c
                     const unsigned char* inEnd, unsigned char* out, unsigned char* outEnd) {
   switch (source.kind) {
     case Side::kUtf8:
-      return kernels.utf8ToUtf16(in, inEnd, out, outEnd);
+      return decodeAs<Side::kUtf8>(kernels, source, in, inEnd, out, outEnd);
     case Side::kSingleByte:
-      return kernels.singleByteToUtf16(*source.decoder.singleByte, in, inEnd, out, outEnd);
+      return decodeAs<Side::kSingleByte>(kernels, source, in, inEnd, out, outEnd);
     case Side::kDoubleByte:
-      return kernels.doubleByteToUtf16(*source.decoder.doubleByte, in, inEnd, out, outEnd);
+      return decodeAs<Side::kDoubleByte>(kernels, source, in, inEnd, out, outEnd);
     case Side::kUtf16:
     case Side::kUtf16Be: {
       KernelResult r{};
@@ -126,11 +126,11 @@ KernelResult encode(const Kernels& kernels, const Side& target, const unsigned c
                     const unsigned char* inEnd, unsigned char* out, unsigned char* outEnd) {
   switch (target.kind) {
     case Side::kUtf8:
-      return kernels.utf16ToUtf8(in, inEnd, out, outEnd);
+      return encodeAs<Side::kUtf8>(kernels, target, in, inEnd, out, outEnd);
     case Side::kSingleByte:
-      return kernels.utf16ToSingleByte(*target.encoder.singleByte, in, inEnd, out, outEnd);
+      return encodeAs<Side::kSingleByte>(kernels, target, in, inEnd, out, outEnd);
     case Side::kDoubleByte:
-      return kernels.utf16ToDoubleByte(*target.encoder.doubleByte, in, inEnd, out, outEnd);
+      return encodeAs<Side::kDoubleByte>(kernels, target, in, inEnd, out, outEnd);
     case Side::kUtf16:
       std::copy(in, inEnd, out);
       return {inEnd, out + (inEnd - in)};

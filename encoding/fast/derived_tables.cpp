@@ -4,6 +4,7 @@
 #include <new>
 
 #include "encoding/fast/short_path.h"
+#include "encoding/special_code_pages.h"
 #include "encoding/vietnamese.h"
 #include "support/zv_base.h"
 
@@ -11,7 +12,6 @@ namespace fast {
 namespace {
 
 constexpr unsigned int kEscapeUnit = 0xEFFD;
-constexpr int kVietnamese = 1258;
 constexpr std::size_t kMaxSlots = 128;
 
 struct DerivedSlots {

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <cstring>
 
+#include "encoding/error_action.h"
 #include "encoding/fast/conversion_side.h"
 #include "encoding/fast/cpu_dispatch.h"
 #include "encoding/scratch_buffer.h"
@@ -18,9 +19,6 @@ namespace {
 
 constexpr unsigned int kBlockBytes = 8192;  // of UTF-16
 constexpr std::uint64_t kMaxLength = 0xFFFFFFFFu;
-// Beyond this many bytes of output the plain loops, which append what fits to the last byte,
-// finish.
-constexpr unsigned int kNearlyFull = 0xFFFFFFFFu - 64 * 1024;
 constexpr std::size_t kByteMapPays = 2048;  // bytes of input
 
 // Adds what lies before a stretch to the offsets that the legs report of it.
@@ -141,7 +139,7 @@ class FastConversion {
     if (m_stops >= kMany && m_in - m_begin < kClose * m_stops) return false;
     const int action = m_converter.m_errorAction;
     if (m_converter.m_observer != nullptr) return false;
-    if (action == 1) return !isPivot || isHarmless();
+    if (action == kSubstitute) return !isPivot || isHarmless();
     return action == 0 || (action >= 3 && action <= 5);
   }
 

@@ -16,59 +16,31 @@ constinit std::atomic<const Route*> g_routes[(1u << kRouteBits) + kRoutePlaces -
 
 namespace {
 
-// Beyond this many bytes of output nothing is short any more.
-constexpr unsigned int kNearlyFull = 0xFFFFFFFFu - 64 * 1024;
 // Bytes of output for a byte of input, at most.
 constexpr unsigned int kWorstFactor = 3;
 
 // ---- The conversion, for each pair of kinds ----
-
-template <Side::Kind kind>
-KernelResult decodeFrom(const Route& route, const unsigned char* in, const unsigned char* inEnd,
-                        unsigned char* out, unsigned char* outEnd) {
-  const Kernels& k = *route.kernels;
-  const Decoder& tables = route.source.decoder;
-  if constexpr (kind == Side::kUtf8) {
-    return k.utf8ToUtf16(in, inEnd, out, outEnd);
-  } else if constexpr (kind == Side::kSingleByte) {
-    return k.singleByteToUtf16(*tables.singleByte, in, inEnd, out, outEnd);
-  } else {
-    return k.doubleByteToUtf16(*tables.doubleByte, in, inEnd, out, outEnd);
-  }
-}
-
-template <Side::Kind kind>
-KernelResult encodeTo(const Route& route, const unsigned char* in, const unsigned char* inEnd,
-                      unsigned char* out, unsigned char* outEnd) {
-  const Kernels& k = *route.kernels;
-  const Encoder& tables = route.target.encoder;
-  if constexpr (kind == Side::kUtf8) {
-    return k.utf16ToUtf8(in, inEnd, out, outEnd);
-  } else if constexpr (kind == Side::kSingleByte) {
-    return k.utf16ToSingleByte(*tables.singleByte, in, inEnd, out, outEnd);
-  } else {
-    return k.utf16ToDoubleByte(*tables.doubleByte, in, inEnd, out, outEnd);
-  }
-}
 
 // The end of the output; null where the text is not clean throughout.
 template <Side::Kind source, Side::Kind target>
 unsigned char* convertClean(const Route& route, const unsigned char* data, unsigned int length,
                             unsigned char* out, unsigned char* outEnd) {
   const unsigned char* end = data + length;
+  const Kernels& k = *route.kernels;
   KernelResult r{};
   if constexpr (source == Side::kUtf16) {
-    r = encodeTo<target>(route, data, end, out, outEnd);
+    r = encodeAs<target>(k, route.target, data, end, out, outEnd);
   } else if constexpr (target == Side::kUtf16) {
-    r = decodeFrom<source>(route, data, end, out, outEnd);
+    r = decodeAs<source>(k, route.source, data, end, out, outEnd);
   } else if constexpr (source == Side::kSingleByte && target == Side::kUtf8) {
-    r = route.kernels->singleByteToUtf8(*route.source.decoder.singleByte, data, end, out, outEnd);
+    r = k.singleByteToUtf8(*route.source.decoder.singleByte, data, end, out, outEnd);
   } else {
     alignas(32) unsigned char utf16[2 * kShortBytes + kKernelSlack];
-    const KernelResult decoded = decodeFrom<source>(route, data, end, utf16, utf16 + sizeof utf16);
+    const KernelResult decoded =
+        decodeAs<source>(k, route.source, data, end, utf16, utf16 + sizeof utf16);
     if (decoded.in != end) return nullptr;
     end = decoded.out;
-    r = encodeTo<target>(route, utf16, end, out, outEnd);
+    r = encodeAs<target>(k, route.target, utf16, end, out, outEnd);
   }
   return r.in == end ? r.out : nullptr;
 }
@@ -93,8 +65,12 @@ bool convertShort(const Route& route, EncodingConvert& converter, const unsigned
 
 template <Side::Kind source>
 Route::Convert* convertFrom(Side::Kind target) {
-  if (target == Side::kUtf16 && source != Side::kUtf16) return convertShort<source, Side::kUtf16>;
-  if (target == Side::kUtf8 && source != Side::kUtf8) return convertShort<source, Side::kUtf8>;
+  if constexpr (source != Side::kUtf16) {
+    if (target == Side::kUtf16) return convertShort<source, Side::kUtf16>;
+  }
+  if constexpr (source != Side::kUtf8) {
+    if (target == Side::kUtf8) return convertShort<source, Side::kUtf8>;
+  }
   if (target == Side::kSingleByte) return convertShort<source, Side::kSingleByte>;
   return target == Side::kDoubleByte ? convertShort<source, Side::kDoubleByte> : nullptr;
 }

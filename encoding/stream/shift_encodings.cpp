@@ -7,6 +7,7 @@
 #include "encoding/stream/double_byte.h"
 #include "encoding/stream/source.h"
 #include "encoding/stream/target_kinds.h"
+#include "support/escape_sequence.h"
 #include "support/hz.h"
 #include "support/japanese.h"
 #include "support/korean.h"
@@ -239,7 +240,6 @@ class ShiftTarget final : public StreamTarget {
   }
 
  private:
-  static constexpr unsigned char kEscape = 0x1B;
   // Behind an ESC, what tells whether it begins an escape sequence.
   static constexpr std::uint32_t kMaxTail = 3;
   // How many ESC are kept back, each so close before the next. Counting them, and not the bytes,
