@@ -70,8 +70,9 @@ bool EncodingConvert::convertFromUnicodeHC2(HashConvert* table, const unsigned c
   bool result = true;
   Staging<512> staged(out);
   unsigned int i = 0;
-  // After a pass-through escape i may be odd; a last single byte is no unit.
-  while (evenLength - i >= 2) {
+  // A pass-through escape that carries an even number of bytes makes i odd. From there on the last
+  // unit lies across the end of the even length; a single byte behind it is no unit.
+  while (i < evenLength && len - i >= 2) {
     const unsigned char* p = data + i;
     if (m_pivotFromUtf16 && evenLength - i >= 3 && p[0] == 0xFD && p[1] == 0xEF) {
       const unsigned int count = p[2];

@@ -1,4 +1,5 @@
 // What the error actions write, in and out of a pivot, and what the observer is told.
+#include <cstring>
 #include <vector>
 
 #include "support/log_base.h"
@@ -129,6 +130,7 @@ TEST(ErrorActionsTest, SubstitutionsThroughAConversion) {
     const char* out;
     bool ok, foundErrors;
     int alternate = 0;
+    const char* defBytes = "?";
   } const cases[] = {
       {65001, 1252, 0, "61 E4 B8 80 62", "61 62", false, true},
       {65001, 1252, 1, "61 E4 B8 80 62", "61 3F 62", false, true},
@@ -136,7 +138,17 @@ TEST(ErrorActionsTest, SubstitutionsThroughAConversion) {
       {65001, 1252, 7, "61 FF 62", "61 FF 62", true, true},
       {1200, 1252, 2, "61 00 00 4E", "61 26 23 78 30 30 34 45 3B", false, true},
       {1200, 1252, 7, "61 00 00 4E", "61 00 4E", false, true},
-      {932, 1252, 7, "61 81 00 62", "61 81 00", true, true},  // nine bytes in the pivot
+      // Even numbers of bytes make the pivot odd; the unit at its end is whole all the same.
+      {932, 1252, 7, "61 81 00 62", "61 81 00 62", true, true},
+      {65001, 1252, 7, "E2 82 41 42", "E2 82 41 42", true, true},
+      {932, 1252, 7, "85 40 41 42 0A", "85 40 41 42 0A", true, true},
+      {65001, 1252, 1, "FF 41 42 0A", "3F 3F 41 42 0A", true, true, 0, "??"},
+      {20127, 932, 1, "41 81 7A", "41 3F 3F 7A", true, true, 0, "??"},
+      // Arabic digits are folded at even places only.
+      {65001, 1256, 7, "E2 82 41 E2 82 D9 A1", "E2 82 41 E2 82 31", true, true},
+      {65001, 1256, 7, "E2 82 D9 A1 41", "E2 82 D9 A1 41", false, true},
+      // What runs past the even length is no escape: 40 85 is put back into 932, which lacks it.
+      {932, 1252, 7, "41 42 85 40", "41 42", false, true},
       {932, 1200, 7, "61 81 00 62", "61 00 81 00 62 00", true, true},
       // The first leg's raw bytes are read as units on the way to UTF-8: EFFD, then 3F01.
       {932, 65001, 1, "61 81 00 62", "61 EE BF BD E3 BC 81 62", true, true},
@@ -151,7 +163,7 @@ TEST(ErrorActionsTest, SubstitutionsThroughAConversion) {
     EncodingConvert converter;
     converter.setErrorAction(c.action);
     converter.setAltDestCodepage(c.alternate);
-    converter.setDefBytes(kQuestion, 1);
+    converter.setDefBytes(bytesOf(c.defBytes), static_cast<int>(std::strlen(c.defBytes)));
     EXPECT_EQ(convert(converter, c.from, c.to, unhex(c.in)),
               (Outcome{c.ok, c.foundErrors, unhex(c.out)}))
         << c.from << " to " << c.to << " action " << c.action << ": " << c.in;
