@@ -4,7 +4,6 @@
 
 #include "encoding/error_action.h"
 #include "encoding/fast/fast_path.h"
-#include "support/zv_base.h"
 #include "support/zv_utf.h"
 
 namespace {
@@ -49,7 +48,7 @@ unsigned int readCleanBlocks(EncodingConvert& converter, int to, const unsigned 
                              unsigned int length, DataBuffer& out, LogBase& log,
                              typename Codec::State& state, DataBuffer& rest, bool& isBegun) {
   isBegun = false;
-  if (to == Codec::kCodePage || log.m_wantsContexts || length > kMaxLength) return 0;
+  if (to == Codec::kCodePage || !fast::isFastPathOpen(log) || length > kMaxLength) return 0;
   unsigned int used = 0;
   while (used != length) {
     const unsigned int count = std::min(length - used, kBlockBytes);
@@ -70,7 +69,8 @@ template <typename Codec>
 unsigned int writeCleanBlocks(EncodingConvert& converter, int from, const unsigned char* data,
                               unsigned int length, DataBuffer& out, LogBase& log,
                               typename Codec::State& state, DataBuffer& rest) {
-  if (log.m_wantsContexts || length > kMaxLength || (isUtf16(from) && length % 2 != 0)) return 0;
+  if (!fast::isFastPathOpen(log) || length > kMaxLength || (isUtf16(from) && length % 2 != 0))
+    return 0;
   const unsigned int sizeBefore = out.getSize();
   unsigned int used = 0;
   while (used != length && !rest.hasFailed() && !out.hasFailed()) {
@@ -94,7 +94,7 @@ unsigned int writeCleanBlocks(EncodingConvert& converter, int from, const unsign
 
 unsigned int readCleanUtf7(EncodingConvert& converter, int to, const unsigned char* data,
                            unsigned int length, DataBuffer& out, LogBase& log, DataBuffer& rest) {
-  if (isUtf16(to) || log.m_wantsContexts || length > kMaxLength || !zvIsLittleEndian()) return 0;
+  if (isUtf16(to) || !fast::isFastPathOpen(log) || length > kMaxLength) return 0;
   unsigned int used = 0;
   while (used != length && !out.hasFailed()) {
     unsigned int count = length - used;

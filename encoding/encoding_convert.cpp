@@ -244,9 +244,9 @@ bool dispatch(EncodingConvert& converter, Request request) {
 }
 
 // Whether nothing stands between the caller and the two legs: no byte order mark to strip, no
-// pre-pass, no copy, and nobody who wants to know which operations run.
+// pre-pass and no copy.
 bool isOrdinary(const Request& request) {
-  if (request.log.m_wantsContexts || request.from == kMacArabic) return false;
+  if (request.from == kMacArabic) return false;
   if (request.from == kUsAscii && copiesUsAscii(request.to)) return false;
   return !markBegin(request.from).begins(request.data, request.length);
 }

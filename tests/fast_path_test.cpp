@@ -147,7 +147,43 @@ TEST(FastPathTest, EqualsThePlainLegsAtEveryLength) {
   fast::setKernelsForTesting(nullptr);
 }
 
-// What the fast path takes for granted about the tables.
+class ContextLog : public LogBase {
+ public:
+  explicit ContextLog(bool verbose) {
+    m_verboseLogging = verbose ? 1 : 0;
+    m_wantsContexts = true;
+  }
+  void enterContext(const char* name, bool /*verbose*/) override { contexts.append(name) += '('; }
+  void leaveContext() override { contexts += ')'; }
+  std::string contexts;
+};
+
+// A verbose log sees the plain legs at work; a quiet one that wants contexts gets the same ones.
+TEST(FastPathTest, QuietLogGetsTheContextsOfThePlainLegs) {
+  std::mt19937 random(3);
+  const std::vector<int> pages = fastCodePages();
+  for (const int from : pages) {
+    for (const int to : pages) {
+      const auto badEvery = static_cast<unsigned int>(random() % 2 == 0 ? 0 : 1 + random() % 50);
+      const std::string input = sampleFor(from, random, random() % 600, badEvery);
+      const int action = static_cast<int>(random() % 9);
+      std::string contexts[2];
+      for (const bool verbose : {false, true}) {
+        EncodingConvert converter;
+        converter.setErrorAction(action);
+        converter.setDefBytes(bytesOf("?"), 1);
+        ContextLog log(verbose);
+        DataBuffer out;
+        converter.EncConvert(from, to, bytesOf(input), static_cast<unsigned int>(input.size()), out,
+                             log);
+        contexts[verbose] = log.contexts;
+      }
+      ASSERT_EQ(contexts[0], contexts[1])
+          << from << " to " << to << " action " << action << ": " << hex(input.substr(0, 300));
+    }
+  }
+}
+
 // So many pieces, so close together, that the plain legs are left to finish.
 TEST(FastPathTest, EqualsThePlainLegsInGarbage) {
   std::mt19937 random(7);
@@ -165,6 +201,7 @@ TEST(FastPathTest, EqualsThePlainLegsInGarbage) {
   }
 }
 
+// What the fast path takes for granted about the tables.
 TEST(FastPathTest, NoTableMeansTheMarkOfAnEscapeOrASurrogate) {
   for (const CodePageRow& row : codePageRows()) {
     if (!row.isDispatched) continue;

@@ -148,7 +148,7 @@ KernelResult encode(const Kernels& kernels, const Side& target, const unsigned c
 }
 
 bool isFastPathOpen(const LogBase& log) {
-  return g_enabled && log.m_verboseLogging == 0 && !zvIsBigEndian();
+  return g_enabled && log.m_verboseLogging == 0 && !log.m_wantsContexts && !zvIsBigEndian();
 }
 
 void setFastPathForTesting(bool enabled) {

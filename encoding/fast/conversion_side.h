@@ -63,8 +63,8 @@ KernelResult encodeAs(const Kernels& kernels, const Side& target, const unsigned
 // finish.
 inline constexpr unsigned int kNearlyFull = 0xFFFFFFFFu - 64 * 1024;
 
-// Whether the fast path may run at all: not with a verbose log, whose lines belong to the plain
-// legs, and not on a big-endian host.
+// Whether the fast path may run at all: not with a log that is verbose or wants contexts, whose
+// lines and contexts belong to the plain legs, and not on a big-endian host.
 bool isFastPathOpen(const LogBase& log);
 
 }  // namespace fast

@@ -15,8 +15,8 @@ enum class Outcome : unsigned char {
 
 // Converts a normalised source (1200, 65001 or a table-driven code page, without byte order mark)
 // to 1200, 65001 or a table-driven code page, with the output, result, flags and reports that the
-// plain legs give for the same input. Not taken for pairs that it does not serve, with a verbose
-// log, and on a big-endian host.
+// plain legs give for the same input. Not taken for pairs that it does not serve, and where the
+// fast path is not open (isFastPathOpen).
 Outcome convert(EncodingConvert& converter, int from, int to, const unsigned char* data,
                 unsigned int length, DataBuffer& out, LogBase& log);
 
