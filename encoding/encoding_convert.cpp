@@ -147,7 +147,8 @@ bool convertCleanBeginning(EncodingConvert& converter, Request& request) {
 
 bool toUtf32(EncodingConvert& converter, Request request) {
   const unsigned int sizeBefore = request.out.getSize();
-  if (convertCleanBeginning(converter, request)) return true;
+  // US-ASCII is copied into the UTF-8.
+  if (request.from != kUsAscii && convertCleanBeginning(converter, request)) return true;
   ScratchBuffer utf8(request.out);
   if (request.from == kUtf8) {
     utf8.borrowData(request.data, request.length);

@@ -5,6 +5,7 @@
 #include <cstring>
 #include <new>
 #include <set>
+#include <string>
 #include <thread>
 #include <vector>
 
@@ -173,6 +174,47 @@ TEST_F(Registry, ShortTextsFindTheirTablesAgainAfterTeardown) {
     EXPECT_NE(slotsOf(1252).singleToUnicode, nullptr) << round;
     EXPECT_NE(slotsOf(1251).fromUnicode, nullptr) << round;
     if (round % 2 != 0) EncodingConvert::cleanupMemory();
+  }
+}
+
+TEST_F(Registry, CopiesAndRefusalsBuildNoTable) {
+  struct {
+    int from, to;
+    bool ok;
+    int built = 0;
+    const char* begin = "";
+  } const cases[] = {
+      {936, 0, true},
+      {0, 936, true},
+      {936, 936, true},
+      {936, 5, false},
+      {5, 936, false},
+      {936, -1, false},
+      {932, 1252, true, 0, "%PDF-1"},
+      {20127, 1252, true},
+      {20127, 12000, true},
+      {932, 50220, true},  // copied, and then the codec
+      {949, 50225, true},
+      {50221, 50222, true},
+      {20936, 936, false},
+      {1201, 936, false, 0, "\xFF\xFE"},
+      {936, 20936, false, 1},  // decoded before the refusal
+      {936, 65000, true, 1},
+      {936, 932, true, 2},
+  };
+  for (const auto& c : cases) {
+    for (const std::size_t length : {20u, 400u}) {  // short texts have a way of their own
+      EncodingConvert::cleanupMemory();
+      const std::string text = c.begin + std::string(length, 'a');
+      EncodingConvert converter;
+      DataBuffer out;
+      EXPECT_EQ(
+          converter.EncConvert(c.from, c.to, reinterpret_cast<const unsigned char*>(text.data()),
+                               static_cast<unsigned int>(text.size()), out, m_log),
+          c.ok)
+          << c.from << " to " << c.to;
+      EXPECT_EQ(filled(), c.built) << c.from << " to " << c.to << ", " << length << " bytes";
+    }
   }
 }
 

@@ -47,6 +47,13 @@ bool findUnicodeKind(int codePage, Side::Kind& kind) {
   return false;
 }
 
+bool isServed(int codePage, Side::Kind last) {
+  const CodePageRow* row = findCodePageRow(codePage);
+  if (row != nullptr) return row->isDispatched;
+  Side::Kind kind{};
+  return findUnicodeKind(codePage, kind) && kind <= last;
+}
+
 // A block must not end between the halves of a pair.
 void dropTrailingHighSurrogate(KernelResult& r, const unsigned char* out) {
   if (r.out - out >= 2 && (r.out[-1] & 0xFC) == 0xD8) {
@@ -84,6 +91,12 @@ bool openTarget(int codePage, const EncodingConvert& converter, LogBase& log, Si
   }
   side.kind = side.encoder.doubleByte != nullptr ? Side::kDoubleByte : Side::kSingleByte;
   return isOpen(side.encoder);
+}
+
+bool openSides(int from, int to, Side::Kind last, const EncodingConvert& converter, LogBase& log,
+               Side& source, Side& target) {
+  return from != to && isServed(from, last) && isServed(to, last) &&
+         openSource(from, log, source) && openTarget(to, converter, log, target);
 }
 
 KernelResult decode(const Kernels& kernels, const Side& source, const unsigned char* in,

@@ -26,6 +26,10 @@ struct Side {
 // pages that the fast path does not serve, and when memory is short.
 bool openSource(int codePage, LogBase& log, Side& side);
 bool openTarget(int codePage, const EncodingConvert& converter, LogBase& log, Side& side);
+// Both sides of a pair, of kinds up to `last`. A copy, and a pair of which one side is not served,
+// builds no table.
+bool openSides(int from, int to, Side::Kind last, const EncodingConvert& converter, LogBase& log,
+               Side& source, Side& target);
 
 // The kernel of a side; the source is not UTF-16 itself.
 KernelResult decode(const Kernels& kernels, const Side& source, const unsigned char* in,

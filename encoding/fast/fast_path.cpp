@@ -429,12 +429,11 @@ class FastConversion {
 
 Outcome convert(EncodingConvert& converter, int from, int to, const unsigned char* data,
                 unsigned int length, DataBuffer& out, LogBase& log) {
-  if (!isFastPathOpen(log) || from == to) return Outcome::kNotTaken;
+  if (!isFastPathOpen(log)) return Outcome::kNotTaken;
   // Lengths that the plain legs refuse, because twice of them is no 32-bit number.
   if (length > 0x7FFFFFFD && from != kUtf16Le) return Outcome::kNotTaken;
   Side source, target;
-  if (!openSource(from, log, source) || source.kind > Side::kDoubleByte ||
-      !openTarget(to, converter, log, target) || target.kind > Side::kDoubleByte) {
+  if (!openSides(from, to, Side::kDoubleByte, converter, log, source, target)) {
     return Outcome::kNotTaken;
   }
   return convertBetween(converter, from, to, source, target, data, length, out, log)

@@ -55,7 +55,7 @@ unsigned int convertPrefix(EncodingConvert& converter, int from, int to, const u
   Side source, target;
   // The observer is told of the pieces leg by leg, with the offsets of whole legs.
   if (!isFastPathOpen(log) || converter.m_observer != nullptr || length > kMaxLength) return 0;
-  if (!openSource(from, log, source) || !openTarget(to, converter, log, target)) return 0;
+  if (!openSides(from, to, Side::kUtf32Be, converter, log, source, target)) return 0;
   // A UTF-16 of odd length makes the whole conversion fail, with nothing written.
   if (source.kind == Side::kUtf16 && length % 2 != 0) return 0;
   const unsigned char* const end = data + length;

@@ -97,8 +97,8 @@ bool fill(Route& route, EncodingConvert& converter) {
   // 1258 asks the converter for the destination of the conversion.
   const std::int32_t before = converter.m_toCodePage;
   converter.m_toCodePage = route.to;
-  const bool areOpen = openSource(route.from, silent, route.source) &&
-                       openTarget(route.to, converter, silent, route.target);
+  const bool areOpen = openSides(route.from, route.to, Side::kDoubleByte, converter, silent,
+                                 route.source, route.target);
   converter.m_toCodePage = before;
   if (areOpen) route.convert = findConvert(route.source.kind, route.target.kind);
   route.mark = markBegin(route.from);
@@ -110,7 +110,7 @@ bool fill(Route& route, EncodingConvert& converter) {
 
 bool openRoute(EncodingConvert& converter, int from, int to) {
   // Mac Arabic text is rewritten first, and ASCII is often copied.
-  if (from == to || from == kMacArabic || (from == kUsAscii && copiesUsAscii(to))) return false;
+  if (from == kMacArabic || (from == kUsAscii && copiesUsAscii(to))) return false;
   std::atomic<const Route*>* const places = routePlaces(from, to);
   const auto isFree = [](const auto& place) { return place.load() == nullptr; };
   if (findRoute(from, to) != nullptr || std::none_of(places, places + kRoutePlaces, isFree)) {
