@@ -49,6 +49,11 @@ struct Request {
   unsigned int length;
   DataBuffer& out;
   LogBase& log;
+
+  void skip(unsigned int count) {
+    data += count;
+    length -= count;
+  }
 };
 
 bool isPdf(const unsigned char* data, unsigned int length) {
@@ -70,7 +75,8 @@ bool runLeg(EncodingConvert& converter, const Request& request, int to, DataBuff
 
 bool dispatch(EncodingConvert& converter, Request request);
 
-// What the two legs leave behind when nothing was wrong.
+// What the legs leave behind, also where too little follows the clean beginning for them to run.
+// Where a text is only copied into the intermediate code page none do.
 void finishClean(EncodingConvert& converter) {
   converter.m_pivotToUtf16 = converter.m_pivotFromUtf16 = false;
 }
@@ -121,12 +127,11 @@ bool toUtf7(EncodingConvert& converter, Request request) {
     const unsigned int used =
         writeCleanBlocks<Utf7Codec>(converter, request.from, request.data, request.length,
                                     request.out, request.log, state, utf16);
-    request.data += used;
-    request.length -= used;
+    request.skip(used);
+    if (used != 0) finishClean(converter);
   }
-  if (request.length == 0) {
-    finishClean(converter);
-  } else if (!runLeg(converter, request, zvIsLittleEndian() ? kUtf16Le : kUtf16Be, utf16)) {
+  if (request.length != 0 &&
+      !runLeg(converter, request, zvIsLittleEndian() ? kUtf16Le : kUtf16Be, utf16)) {
     request.out.truncate(sizeBefore);  // a failed leg leaves nothing
     return false;
   }
@@ -137,12 +142,11 @@ bool toUtf7(EncodingConvert& converter, Request request) {
 bool convertCleanBeginning(EncodingConvert& converter, Request& request) {
   const unsigned int done = fast::convertPrefix(converter, request.from, request.to, request.data,
                                                 request.length, request.out, request.log);
-  request.data += done;
-  request.length -= done;
-  if (request.length != 0) return false;
-  // From UTF-8 to UTF-32 there are no legs.
-  if (request.from != kUtf8 || !isUtf32(request.to)) finishClean(converter);
-  return true;
+  request.skip(done);
+  const bool isCopy =
+      isUtf32(request.to) ? request.from == kUtf8 || isUtf32(request.from) : isUtf16(request.from);
+  if (done != 0 && !isCopy) finishClean(converter);
+  return request.length == 0;
 }
 
 bool toUtf32(EncodingConvert& converter, Request request) {
@@ -182,14 +186,9 @@ bool toIso2022(EncodingConvert& converter, Request request) {
   const unsigned int used =
       writeCleanBlocks<Codec>(converter, request.from, request.data, request.length, request.out,
                               request.log, state, scratch);
-  request.data += used;
-  request.length -= used;
-  bool ok = true;
-  if (request.length == 0) {
-    finishClean(converter);
-  } else {
-    ok = runLeg(converter, request, Codec::kCodePage, scratch);
-  }
+  request.skip(used);
+  if (used != 0) finishClean(converter);
+  const bool ok = request.length == 0 || runLeg(converter, request, Codec::kCodePage, scratch);
   if (scratch.hasFailed() || scratch.getSize() > INT_MAX) return false;
   Codec::writePiece(scratch.getData2(), scratch.getSize(), true, state, request.out, nullptr);
   return ok;

@@ -276,7 +276,7 @@ bool convertCleanBeginning(Conversion& c, DataBuffer& normalised) {
   const unsigned int done =
       fast::convertPrefix(c.converter, from, c.to, c.data, c.length, c.out, c.log);
   if (done == 0) return false;
-  c.setPivotFlags(false, false);
+  if (isUtf16(c.from) || c.to != kUtf8) c.setPivotFlags(false, false);  // else there are no legs
   c.skip(done);
   return c.length == 0;
 }

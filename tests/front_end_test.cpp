@@ -103,6 +103,39 @@ TEST(FrontEndTest, UnicodePairs) {
   EXPECT_EQ(hex(out), "41");
 }
 
+// A failed call leaves a pivot flag set; the next one clears it where it has legs to run.
+TEST(FrontEndTest, LegsClearThePivotFlags) {
+  struct {
+    int from, to;
+    const char* in;
+    bool isCleared;
+  } const cases[] = {
+      {1252, 65001, "41", true},
+      {1200, 12000, "41 00", true},
+      {1201, 12000, "00 41 00", true},  // no unit is left for the last byte
+      {1201, 1252, "00 41 00", true},
+      {12001, 1201, "00 00 00 41 42", true},
+      {12001, 50220, "00 00 00 41 42", true},
+      {12001, 65000, "00 00 00 41 42", true},
+      {12001, 1252, "41", false},
+      {12000, 12001, "41 00 00 00", false},
+      {12000, 65001, "41 00 00 00", false},
+      {65001, 12000, "41", false},
+      {20127, 12000, "41", false},
+      {1200, 1201, "41 00", false},
+      {932, 50220, "41", false},
+      {1252, 0, "41", false},
+  };
+  for (const auto& c : cases) {
+    EncodingConvert converter;
+    EXPECT_FALSE(convert(converter, 28600, 1252, "A").ok);
+    ASSERT_TRUE(converter.m_pivotToUtf16);
+    convert(converter, c.from, c.to, unhex(c.in));
+    EXPECT_EQ(converter.m_pivotToUtf16, !c.isCleared) << c.from << " to " << c.to;
+    EXPECT_FALSE(converter.m_pivotFromUtf16);
+  }
+}
+
 TEST(FrontEndTest, MacArabicPrePass) {
   expectAll({
       {"run is folded and reversed", 10004, 65001, "A1 A2 20", "22 21 20"},
