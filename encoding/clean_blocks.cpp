@@ -10,7 +10,7 @@ namespace {
 
 constexpr unsigned int kBlockBytes = 16384;  // of input
 
-// Longer texts go the plain way, which knows what to refuse.
+// Longer texts go the plain way, which finds out what is longer than a buffer.
 constexpr unsigned int kMaxLength = 0x3FFFFFFF;
 
 // The first bytes of a text in the codec's code page decide whether it passes for PDF.

@@ -55,14 +55,8 @@ struct Conversion {
   }
 };
 
-// Room for size bytes in a buffer; a size without a 32-bit form fails like a failed allocation.
-bool makeRoom(DataBuffer& buffer, std::uint64_t size) {
-  if (size <= 0xFFFFFFFFu) return buffer.ensureBuffer(static_cast<unsigned int>(size));
-  buffer.latchFailure();
-  return false;
-}
-
-// What a leg needs that makes UTF-16 of single bytes, or single bytes of UTF-16.
+// What a leg is expected to write that makes UTF-16 of single bytes, or single bytes of UTF-16.
+// Often it is less: where it is too much, only what is really appended decides.
 std::uint64_t doubled(unsigned int length) { return std::uint64_t{length} * 2; }
 std::uint64_t halved(unsigned int length) { return std::uint64_t{length} / 2 + 4; }
 
@@ -155,7 +149,7 @@ Normalised normaliseSource(Conversion& c, DataBuffer& scratch) {
 bool encodePivot(const Conversion& c, const DataBuffer& utf16) {
   if (utf16.hasFailed()) return false;
   c.setPivotFlags(false, true);
-  if (!makeRoom(c.out, halved(utf16.getSize()))) return false;
+  c.out.expect(halved(utf16.getSize()));
   const bool ok =
       c.converter.convertFromUnicodeHC(c.to, utf16.getData2(), utf16.getSize(), c.out, c.log);
   c.setPivotFlags(false, false);
@@ -167,7 +161,7 @@ bool pivotThroughTables(Conversion& c) {
   c.info("Converting by using utf-16 as a pivot table...");
   c.setPivotFlags(true, false);
   ScratchBuffer utf16(c.out);
-  if (!makeRoom(utf16, doubled(c.length) + 4)) return false;
+  utf16.expect(doubled(c.length) + 4);
   if (!c.converter.convertToUnicodeHC(c.from, c.data, c.length, utf16, c.log)) return false;
   return encodePivot(c, utf16);
 }
@@ -177,7 +171,7 @@ bool pivotToUtf8(Conversion& c) {
   const bool verbose = c.log.m_verboseLogging != 0;
   c.setPivotFlags(true, false);
   ScratchBuffer utf16(c.out);
-  if (!makeRoom(utf16, doubled(c.length) + 4)) return false;
+  utf16.expect(doubled(c.length) + 4);
   if (!c.converter.convertToUnicodeHC(c.from, c.data, c.length, utf16, c.log)) {
     if (verbose) c.log.LogError("convertToUnicodeHC failed.");
     return false;
@@ -185,7 +179,7 @@ bool pivotToUtf8(Conversion& c) {
   if (utf16.hasFailed()) return false;
   if (verbose) c.log.LogDataLong("szUtf16_inBytes", static_cast<int>(utf16.getSize()));
   c.setPivotFlags(false, true);
-  if (!makeRoom(c.out, halved(utf16.getSize()))) return false;
+  c.out.expect(halved(utf16.getSize()));
   const bool ok = c.converter.cv_utf16_to_utf8(utf16.getData2(), utf16.getSize(), c.out, c.log);
   if (!ok && verbose) c.log.LogError("convertFromUnicode failed.");
   if (verbose) c.log.LogDataLong("szResult_inBytes", static_cast<int>(c.out.getSize()));
@@ -196,7 +190,7 @@ bool pivotToUtf8(Conversion& c) {
 bool pivotFromUtf8(Conversion& c) {
   c.info("Converting from utf-8 using utf-16 as a pivot table...");
   ScratchBuffer utf16(c.out);
-  if (!makeRoom(utf16, doubled(c.length) + 4)) return false;
+  utf16.expect(doubled(c.length) + 4);
   c.setPivotFlags(true, false);
   c.converter.cv_utf8_to_utf16(c.data, c.length, utf16, c.log);
   return encodePivot(c, utf16);
@@ -210,13 +204,12 @@ bool convertFromUtf16(Conversion& c) {
     c.out.append(c.data, c.length);
     return pivotThroughTables(c);
   }
+  c.out.expect(halved(c.length));
   if (c.to == kUtf8) {
     c.info("converting from utf-16 to utf-8");
-    return makeRoom(c.out, halved(c.length)) &&
-           c.converter.cv_utf16_to_utf8(c.data, c.length, c.out, c.log);
+    return c.converter.cv_utf16_to_utf8(c.data, c.length, c.out, c.log);
   }
-  return makeRoom(c.out, halved(c.length)) &&
-         c.converter.convertFromUnicodeHC(c.to, c.data, c.length, c.out, c.log);
+  return c.converter.convertFromUnicodeHC(c.to, c.data, c.length, c.out, c.log);
 }
 
 bool convertFromUtf8(Conversion& c) {
@@ -225,20 +218,19 @@ bool convertFromUtf8(Conversion& c) {
   c.setPivotFlags(false, false);  // so that an earlier, failed call cannot change the reports here
   if (c.to == kUtf16Le) {
     c.info("converting from utf-8 to utf-16");
-    if (!makeRoom(c.out, doubled(c.length))) return false;
+    c.out.expect(doubled(c.length));
     c.converter.cv_utf8_to_utf16(c.data, c.length, c.out, c.log);
     return true;
   }
   c.info("converting from utf-8 to utf-32");
-  return makeRoom(c.out, std::uint64_t{c.length} * 4) &&
-         _zvUtf::utf8toUtf32(false, c.data, c.length, c.out);
+  return _zvUtf::utf8toUtf32(false, c.data, c.length, c.out);
 }
 
 bool convertFromTable(Conversion& c) {
   if (c.to == kUtf16Le || c.to == kUtf32Le) {
     c.setPivotFlags(false, false);
-    return makeRoom(c.out, doubled(c.length)) &&
-           c.converter.convertToUnicodeHC(c.from, c.data, c.length, c.out, c.log);
+    c.out.expect(doubled(c.length));
+    return c.converter.convertToUnicodeHC(c.from, c.data, c.length, c.out, c.log);
   }
   return c.to == kUtf8 ? pivotToUtf8(c) : pivotThroughTables(c);
 }

@@ -56,11 +56,18 @@ constexpr unsigned int kWriteSlack = 32;
 template <unsigned int WorstFactor, typename Loop>
 bool writeInChunks(const unsigned char* p, const unsigned char* end, DataBuffer& out, Loop loop) {
   constexpr std::ptrdiff_t kChunk = 16384;
-  while (p < end) {
+  while (p < end && out.getSize() <= 0xFFFFFFFFu - kChunk * WorstFactor - kWriteSlack) {
     const auto chunk = static_cast<unsigned int>(std::min(end - p, kChunk));
     unsigned char* const dest = out.reserveTail(chunk * WorstFactor + kWriteSlack);
     if (dest == nullptr) return false;
     out.commitTail(static_cast<unsigned int>(loop(p, p + chunk, dest) - dest));
+  }
+  // The room for a chunk at its worst would pass the greatest size, but what is written may not.
+  while (p < end) {
+    constexpr std::ptrdiff_t kBytes = 64;
+    unsigned char some[kBytes * WorstFactor + kWriteSlack];
+    const unsigned char* const someEnd = loop(p, p + std::min(end - p, kBytes), some);
+    if (!out.append(some, static_cast<unsigned int>(someEnd - some))) return false;
   }
   return true;
 }

@@ -19,6 +19,7 @@ namespace {
 
 constexpr unsigned int kBlockBytes = 8192;  // of UTF-16
 constexpr std::uint64_t kMaxLength = 0xFFFFFFFFu;
+constexpr std::uint64_t kMinRoom = 256;     // where the output's estimated length cannot be had
 constexpr std::size_t kByteMapPays = 2048;  // bytes of input
 
 // Adds what lies before a stretch to the offsets that the legs report of it.
@@ -97,8 +98,9 @@ class FastConversion {
   template <class RunKernel>
   bool runKernel(RunKernel kernel) {
     while (m_in != m_end) {
-      unsigned char* tail =
-          room(m_out.getTailRoom() < kKernelSlack || m_in == m_begin ? estimate() : 0);
+      const bool isGrowing = m_out.getTailRoom() < kKernelSlack || m_in == m_begin;
+      if (isGrowing) m_out.expect(std::max(estimate(), kMinRoom) + kKernelSlack);
+      unsigned char* tail = room(isGrowing ? kMinRoom : 0);
       if (tail == nullptr) return false;
       unsigned char* const tailEnd = tail + m_out.getTailRoom();
       const KernelResult r = kernel(m_in, tail, tailEnd);
@@ -354,7 +356,7 @@ class FastConversion {
 
   bool runBlocks() {
     alignas(32) unsigned char block[kBlockBytes + kKernelSlack];
-    if (room(estimate()) == nullptr) return false;
+    m_out.expect(estimate());
     while (m_in != m_end) {
       const KernelResult r = decode(m_in, block, block + sizeof block);
       m_in = r.in;
@@ -430,7 +432,8 @@ class FastConversion {
 Outcome convert(EncodingConvert& converter, int from, int to, const unsigned char* data,
                 unsigned int length, DataBuffer& out, LogBase& log) {
   if (!isFastPathOpen(log)) return Outcome::kNotTaken;
-  // Lengths that the plain legs refuse, because twice of them is no 32-bit number.
+  // Where the UTF-16 between the legs may be longer than a buffer, the plain legs, which hold all
+  // of it, find out.
   if (length > 0x7FFFFFFD && from != kUtf16Le) return Outcome::kNotTaken;
   Side source, target;
   if (!openSides(from, to, Side::kDoubleByte, converter, log, source, target)) {

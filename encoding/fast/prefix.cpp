@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::size_t kBlockBytes = 8192;  // of UTF-16
 
-// Lengths whose double is no 32-bit number are refused by the plain way.
+// Where the UTF-16 may be longer than a buffer, the plain way, which holds all of it, finds out.
 constexpr unsigned int kMaxLength = 0x7FFFFFFD;
 
 // On the way to UTF-32 everything but UTF-8 and UTF-32 itself passes through a UTF-8 that has lost
@@ -66,7 +66,7 @@ unsigned int convertPrefix(EncodingConvert& converter, int from, int to, const u
   const unsigned int sizeBefore = out.getSize();
   alignas(32) unsigned char block[kBlockBytes + kKernelSlack];
   const unsigned char* in = data;
-  while (in != end) {
+  while (in != end && out.getSize() <= kNearlyFull) {
     const KernelResult decoded = decode(best, source, in, end, block, block + sizeof block);
     if (decoded.in == in || (losesZero && hasZeroUnit(block, decoded.out))) break;
     const auto bytes = static_cast<unsigned int>(decoded.out - block);
