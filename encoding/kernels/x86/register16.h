@@ -1,13 +1,13 @@
 // One 16-byte register, as the vector kernels use it.
-#ifndef ENCODING_FAST_KERNELS_VECTOR_SSE4_H_
-#define ENCODING_FAST_KERNELS_VECTOR_SSE4_H_
+#ifndef ENCODING_KERNELS_X86_REGISTER16_H_
+#define ENCODING_KERNELS_X86_REGISTER16_H_
 
 #include <immintrin.h>
 
 #include <cstdint>
 
 namespace fast {
-namespace {  // NOLINT(cert-dcl59-cpp): internal linkage, see kernels_steps.h
+namespace {  // NOLINT(cert-dcl59-cpp): internal linkage, see steps.h
 
 struct Vector16 {
   using Reg = __m128i;
@@ -113,4 +113,4 @@ struct Vector16 {
 }  // namespace
 }  // namespace fast
 
-#endif  // ENCODING_FAST_KERNELS_VECTOR_SSE4_H_
+#endif  // ENCODING_KERNELS_X86_REGISTER16_H_

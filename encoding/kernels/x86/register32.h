@@ -1,15 +1,15 @@
-// One 32-byte register, as the vector kernels use it; see kernels_vector_sse4.h.
-#ifndef ENCODING_FAST_KERNELS_VECTOR_AVX2_H_
-#define ENCODING_FAST_KERNELS_VECTOR_AVX2_H_
+// One 32-byte register, as the vector kernels use it; see register16.h.
+#ifndef ENCODING_KERNELS_X86_REGISTER32_H_
+#define ENCODING_KERNELS_X86_REGISTER32_H_
 
 #include <immintrin.h>
 
 #include <cstdint>
 
-#include "encoding/fast/kernels_tables.h"
+#include "encoding/kernels/shuffle_tables.h"
 
 namespace fast {
-namespace {  // NOLINT(cert-dcl59-cpp): internal linkage, see kernels_steps.h
+namespace {  // NOLINT(cert-dcl59-cpp): internal linkage, see steps.h
 
 struct Vector32 {
   using Reg = __m256i;
@@ -126,4 +126,4 @@ struct Vector32 {
 }  // namespace
 }  // namespace fast
 
-#endif  // ENCODING_FAST_KERNELS_VECTOR_AVX2_H_
+#endif  // ENCODING_KERNELS_X86_REGISTER32_H_

@@ -1,16 +1,16 @@
 // What the vector kernels have in common: the loop over blocks, and the plain runs.
-#ifndef ENCODING_FAST_KERNELS_VECTOR_H_
-#define ENCODING_FAST_KERNELS_VECTOR_H_
+#ifndef ENCODING_KERNELS_VECTOR_H_
+#define ENCODING_KERNELS_VECTOR_H_
 
 #include <cstring>
 
-#include "encoding/fast/kernels.h"
-#include "encoding/fast/kernels_steps.h"
-#include "encoding/fast/kernels_tables.h"
-#include "encoding/fast/kernels_vector_sse4.h"
+#include "encoding/kernels/kernels.h"
+#include "encoding/kernels/shuffle_tables.h"
+#include "encoding/kernels/steps.h"
+#include "encoding/kernels/x86/register16.h"
 
 namespace fast {
-namespace {  // NOLINT(cert-dcl59-cpp): internal linkage, see kernels_steps.h
+namespace {  // NOLINT(cert-dcl59-cpp): internal linkage, see steps.h
 
 constexpr auto kRoom = static_cast<std::ptrdiff_t>(kKernelSlack);
 
@@ -173,56 +173,6 @@ inline bool hasZeroByte(typename V::Reg bytes) {
 }
 
 template <class V>
-struct AsciiCopy {
-  static constexpr std::ptrdiff_t kBlock = 2 * V::kSize;
-  bool step(const Byte*& in, const Byte* inEnd, Byte*& out) const {
-    return stepAsciiCopy(in, inEnd, out);
-  }
-  bool treat(const Byte*& in, Byte*& out) const {
-    const auto first = V::load(in);
-    const auto second = V::load(in + V::kSize);
-    if (V::topBits(V::either(first, second)) != 0) return false;
-    V::store(out, first);
-    V::store(out + V::kSize, second);
-    in += 2 * V::kSize;
-    out += 2 * V::kSize;
-    return true;
-  }
-};
-
-template <class V>
-struct AsciiToUtf16 {
-  static constexpr std::ptrdiff_t kBlock = V::kSize;
-  bool step(const Byte*& in, const Byte* inEnd, Byte*& out) const {
-    return stepAsciiToUtf16(in, inEnd, out);
-  }
-  bool treat(const Byte*& in, Byte*& out) const {
-    const auto bytes = V::load(in);
-    if (V::topBits(bytes) != 0) return false;
-    storeWidened<V>(out, bytes);
-    in += V::kSize;
-    out += 2 * V::kSize;
-    return true;
-  }
-};
-
-template <class V>
-struct Utf16ToAscii {
-  static constexpr std::ptrdiff_t kBlock = 2 * V::kSize;
-  bool step(const Byte*& in, const Byte* inEnd, Byte*& out) const {
-    return stepUtf16ToAscii(in, inEnd, out);
-  }
-  bool treat(const Byte*& in, Byte*& out) const {
-    typename V::Reg bytes;
-    if (!narrowAscii<V>(in, bytes)) return false;
-    V::store(out, bytes);
-    in += 2 * V::kSize;
-    out += V::kSize;
-    return true;
-  }
-};
-
-template <class V>
 struct SwapUtf16 {
   static constexpr std::ptrdiff_t kBlock = V::kSize;
   bool step(const Byte*& in, const Byte* inEnd, Byte*& out) const {
@@ -240,4 +190,4 @@ struct SwapUtf16 {
 }  // namespace
 }  // namespace fast
 
-#endif  // ENCODING_FAST_KERNELS_VECTOR_H_
+#endif  // ENCODING_KERNELS_VECTOR_H_

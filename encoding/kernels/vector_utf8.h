@@ -1,11 +1,11 @@
 // UTF-8 and UTF-16, a register at a time.
-#ifndef ENCODING_FAST_KERNELS_VECTOR_UTF8_H_
-#define ENCODING_FAST_KERNELS_VECTOR_UTF8_H_
+#ifndef ENCODING_KERNELS_VECTOR_UTF8_H_
+#define ENCODING_KERNELS_VECTOR_UTF8_H_
 
-#include "encoding/fast/kernels_vector.h"
+#include "encoding/kernels/vector.h"
 
 namespace fast {
-namespace {  // NOLINT(cert-dcl59-cpp): internal linkage, see kernels_steps.h
+namespace {  // NOLINT(cert-dcl59-cpp): internal linkage, see steps.h
 
 // ---- UTF-8 to UTF-16 ----
 //
@@ -467,4 +467,4 @@ KernelResult utf16ToUtf8(const Byte* in, const Byte* inEnd, Byte* out, Byte* out
 }  // namespace
 }  // namespace fast
 
-#endif  // ENCODING_FAST_KERNELS_VECTOR_UTF8_H_
+#endif  // ENCODING_KERNELS_VECTOR_UTF8_H_

@@ -1,11 +1,11 @@
 // Table-driven code pages, a register at a time where that can be.
-#ifndef ENCODING_FAST_KERNELS_VECTOR_TABLES_H_
-#define ENCODING_FAST_KERNELS_VECTOR_TABLES_H_
+#ifndef ENCODING_KERNELS_VECTOR_TABLES_H_
+#define ENCODING_KERNELS_VECTOR_TABLES_H_
 
-#include "encoding/fast/kernels_vector_utf8.h"
+#include "encoding/kernels/vector_utf8.h"
 
 namespace fast {
-namespace {  // NOLINT(cert-dcl59-cpp): internal linkage, see kernels_steps.h
+namespace {  // NOLINT(cert-dcl59-cpp): internal linkage, see steps.h
 
 // ---- Single-byte code pages: tables of 256 bytes in shuffles. ----
 
@@ -438,4 +438,4 @@ KernelResult doubleByteToUtf16(const DoubleByteDecoder& table, const Byte* in, c
 }  // namespace
 }  // namespace fast
 
-#endif  // ENCODING_FAST_KERNELS_VECTOR_TABLES_H_
+#endif  // ENCODING_KERNELS_VECTOR_TABLES_H_

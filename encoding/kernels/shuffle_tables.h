@@ -1,6 +1,6 @@
 // Shuffles that close the gaps between the bytes of a register that are to be kept.
-#ifndef ENCODING_FAST_KERNELS_TABLES_H_
-#define ENCODING_FAST_KERNELS_TABLES_H_
+#ifndef ENCODING_KERNELS_SHUFFLE_TABLES_H_
+#define ENCODING_KERNELS_SHUFFLE_TABLES_H_
 
 #include <cstdint>
 
@@ -78,4 +78,4 @@ inline constexpr MoveTable kMoveDown = [] {
 
 }  // namespace fast
 
-#endif  // ENCODING_FAST_KERNELS_TABLES_H_
+#endif  // ENCODING_KERNELS_SHUFFLE_TABLES_H_

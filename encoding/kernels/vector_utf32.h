@@ -1,12 +1,12 @@
 // UTF-16 and UTF-32. Where pairs of surrogates come in, both places of every character are filled
 // and those in use closed up.
-#ifndef ENCODING_FAST_KERNELS_VECTOR_UTF32_H_
-#define ENCODING_FAST_KERNELS_VECTOR_UTF32_H_
+#ifndef ENCODING_KERNELS_VECTOR_UTF32_H_
+#define ENCODING_KERNELS_VECTOR_UTF32_H_
 
-#include "encoding/fast/kernels_vector.h"
+#include "encoding/kernels/vector.h"
 
 namespace fast {
-namespace {  // NOLINT(cert-dcl59-cpp): internal linkage, see kernels_steps.h
+namespace {  // NOLINT(cert-dcl59-cpp): internal linkage, see steps.h
 
 template <class V>
 struct Utf32ToUtf16 {
@@ -103,4 +103,4 @@ struct Utf16ToUtf32 {
 }  // namespace
 }  // namespace fast
 
-#endif  // ENCODING_FAST_KERNELS_VECTOR_UTF32_H_
+#endif  // ENCODING_KERNELS_VECTOR_UTF32_H_
