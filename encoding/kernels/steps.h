@@ -2,8 +2,7 @@
 //
 // Each step treats the character at in, moves both pointers and returns true, or leaves them alone
 // and returns false when the kernel has to stop there. It may write kMaxStep bytes and expects in
-// to be below inEnd. Everything here has internal linkage, because each source file is compiled for
-// a processor of its own.
+// to be below inEnd. Everything here has internal linkage; see lanes.h.
 #ifndef ENCODING_KERNELS_STEPS_H_
 #define ENCODING_KERNELS_STEPS_H_
 

@@ -1,16 +1,14 @@
-// What the vector kernels have in common: the loop over blocks, and the plain runs.
+// What the vector kernels have in common: the loop over blocks, the way of short texts, and parts.
 #ifndef ENCODING_KERNELS_VECTOR_H_
 #define ENCODING_KERNELS_VECTOR_H_
 
-#include <cstring>
-
 #include "encoding/kernels/kernels.h"
+#include "encoding/kernels/lanes.h"
 #include "encoding/kernels/shuffle_tables.h"
 #include "encoding/kernels/steps.h"
-#include "encoding/kernels/x86/register16.h"
 
 namespace fast {
-namespace {  // NOLINT(cert-dcl59-cpp): internal linkage, see steps.h
+namespace {  // NOLINT(cert-dcl59-cpp): internal linkage, see lanes.h
 
 constexpr auto kRoom = static_cast<std::ptrdiff_t>(kKernelSlack);
 
@@ -25,8 +23,8 @@ inline std::uint16_t loadUnit(const Byte* in) {
 // ---- The loop over blocks ----
 //
 // Work<V> does the work of one kernel with registers V. Its treat() looks at kBlock bytes of input
-// or more and moves both pointers over as much as it likes. If it returns false, that is less than
-// a block, and its step() treats the next few characters instead. Together they write at most
+// and moves both pointers over as much as it likes. If it returns false, it has moved them by less
+// than a block, and its step() treats the next few characters instead. Together they write at most
 // kKernelSlack bytes.
 
 // Goes on while there are blocks; false when a step says stop.
@@ -73,21 +71,29 @@ KernelResult tableKernel(const Table& table, const Byte* in, const Byte* inEnd, 
 
 // ---- Short texts ----
 //
-// With 32-byte registers a text that fills more than half of one goes through one register, filled
-// up with something harmless, and not through a smaller register and up to fifteen steps.
+// With 32-byte registers a text that fills half of one or more goes through one register, filled up
+// with something harmless, and not through a smaller register and up to fifteen steps.
 
 template <class V>
 inline bool fitsOneRegister(const Byte* in, const Byte* inEnd, const Byte* out,
                             const Byte* outEnd) {
   const auto size = inEnd - in;
-  return V::kLanes > 1 && size >= 16 && size < static_cast<std::ptrdiff_t>(V::kSize) &&
+  return V::kParts > 1 && size >= 16 && size < static_cast<std::ptrdiff_t>(V::kSize) &&
          outEnd - out >= kRoom;
 }
 
+// The 16 to 31 bytes at p, and zeros behind them: two loads that overlap, the second moved down.
+template <class V>
+inline typename V::Bytes loadFront(const Byte* p, unsigned int size) {
+  const Bytes16 last = Bytes16::load(p + size - 16);
+  return joinParts(Bytes16::load(p),
+                   lookup16(last, Bytes16::load(kMoveDown.control + V::kSize - size)));
+}
+
 // Letters from the places of a register that a text of size bytes leaves, zeros before them. They
-// have width bytes each, as many as divide the size.
+// have width bytes each, a divisor of the size.
 template <class V, unsigned int width>
-inline typename V::Reg filling(unsigned int size) {
+inline typename V::Bytes filling(unsigned int size) {
   static constexpr auto kLetters = [] {
     struct {
       Byte bytes[2 * V::kSize];
@@ -95,16 +101,15 @@ inline typename V::Reg filling(unsigned int size) {
     for (unsigned int i = V::kSize; i < 2 * V::kSize; i += width) table.bytes[i] = 'a';
     return table;
   }();
-  return V::load(kLetters.bytes + V::kSize - size);
+  return V::Bytes::load(kLetters.bytes + V::kSize - size);
 }
 
 // Whole text by one register, by work.treatRegister(register, in, out); true when it was clean.
-// Otherwise what lies before the piece in question is converted.
+// Otherwise what lies before the character in question is converted.
 template <unsigned int width, class V, class Work>
 inline bool treatFilled(const Work& work, const Byte*& in, const Byte* inEnd, Byte*& out) {
   const auto size = static_cast<unsigned int>(inEnd - in);
-  const auto filled = V::either(V::loadFront(in, size), filling<V, width>(size));
-  if (!work.treatRegister(filled, in, out)) return false;
+  if (!work.treatRegister(loadFront<V>(in, size) | filling<V, width>(size), in, out)) return false;
   in = inEnd;
   out -= (V::kSize - size) / width;  // the letters
   return true;
@@ -112,64 +117,87 @@ inline bool treatFilled(const Work& work, const Byte*& in, const Byte* inEnd, By
 
 // ---- Parts ----
 
-inline unsigned int countBits(unsigned int mask) {
-  return static_cast<unsigned int>(__builtin_popcount(mask));
+// Calls a function with the number of each 16 bytes of a register, as a constant.
+template <class V, class Function>
+[[gnu::always_inline]] inline void forEachPart(Function function) {
+  function(std::integral_constant<int, 0>());
+  if constexpr (V::kParts == 2) function(std::integral_constant<int, 1>());
 }
 
-inline unsigned int firstBit(std::uint64_t mask) {  // of a mask that has one
-  return static_cast<unsigned int>(__builtin_ctzll(mask));
+// Those of eight units whose bits are set, closed up.
+inline Units16 keepUnits(Units16 units, std::uint32_t mask) {
+  return as<Units16>(lookup16(as<Bytes16>(units), Bytes16::load(kKeepUnits.control[mask])));
 }
 
-// Writes those of eight units whose bits are set.
-inline void keepUnits(__m128i units, unsigned int mask, Byte*& out) {
-  Vector16::store(out, Vector16::shuffle(units, Vector16::load(kKeepUnits.control[mask])));
+inline void writeKept(Units16 units, std::uint32_t mask, Byte*& out) {
+  keepUnits(units, mask).store(out);
   out += 2 * countBits(mask);
 }
 
-// The mask of the surrogates among units.
-template <class V>
-inline typename V::Reg surrogates(typename V::Reg units) {
-  return V::equalUnits(V::both(units, V::units(0xF800)), V::units(0xD800));
+// The same for eight scalar values, by their lower and upper 16 bits.
+inline void writeScalars(Units16 lows, Units16 highs, std::uint32_t mask, Byte*& out) {
+  const Units16 low = keepUnits(lows, mask);
+  const Units16 high = keepUnits(highs, mask);
+  interleaveLow(low, high).store(out);
+  interleaveHigh(low, high).store(out + 16);
+  out += 4 * countBits(mask);
 }
 
-// The masks of the upper and lower halves of pairs. False when there are other surrogates than
-// pairs and, as the last unit, the upper half of one.
-template <class V>
-inline bool findPairs(typename V::Reg units, typename V::Reg& isUpper, typename V::Reg& isLower) {
-  const auto kind = V::both(units, V::units(0xFC00));
-  isUpper = V::equalUnits(kind, V::units(0xD800));
-  isLower = V::equalUnits(kind, V::units(0xDC00));
-  return V::isZero(V::differ(V::previousUnits(isUpper), isLower));
+template <class Units>
+inline Mask<Units> surrogates(Units units) {
+  return equal(units & 0xF800, 0xD800);
 }
 
-template <class V>
-inline bool lastBitIsSet(typename V::Reg mask) {
-  return V::topBits(mask) >> (V::kSize - 1) != 0;
+// The units before each of a register's own; 0 before the first.
+template <class Units>
+inline Units previousUnits(Units units) {
+  return as<Units>(moveUp<2>(as<Lanes<std::uint8_t, sizeof units>>(units)));
 }
 
-// ---- Runs of ASCII, and the other byte order ----
-
+// The upper and lower halves of pairs.
 template <class V>
-inline void storeWidened(Byte* out, typename V::Reg bytes) {
-  typename V::Reg first, second;
-  V::widen(bytes, first, second);
-  V::store(out, first);
-  V::store(out + V::kSize, second);
+struct Pairs {
+  using Units = typename V::Units;
+  Mask<Units> isUpper, isLower;
+
+  explicit Pairs(Units units)
+      : isUpper(equal(units & 0xFC00, 0xD800)), isLower(equal(units & 0xFC00, 0xDC00)) {}
+  // Surrogates that are not of a pair, by bytes: of a lone upper half, those of the unit behind it.
+  // An upper half at the end is none.
+  typename V::Bytes wrong() const {
+    return as<typename V::Bytes>(previousUnits(Units(isUpper)) ^ isLower);
+  }
+  bool endsWithUpper() const {
+    return topBits(as<typename V::Bytes>(isUpper)) >> (V::kSize - 1) != 0;
+  }
+};
+
+// ---- Runs of ASCII, the other byte order, and what only reads ----
+
+// The V::kSize bytes at in as units, or as scalars.
+template <class Lanes, class V>
+inline void storeWidened(Byte* out, const Byte* in) {
+  constexpr unsigned int kWidth = sizeof(typename Lanes::Lane);
+  for (unsigned int i = 0; i < kWidth; ++i) {
+    Lanes lanes;
+    loadWidened(in + i * V::kSize / kWidth, lanes);
+    lanes.store(out + i * V::kSize);
+  }
 }
 
 // Two registers of units below 80, as bytes.
 template <class V>
-inline bool narrowAscii(const Byte* in, typename V::Reg& bytes) {
-  const auto first = V::load(in);
-  const auto second = V::load(in + V::kSize);
-  if (!V::areDisjoint(V::either(first, second), V::units(0xFF80))) return false;
-  bytes = V::narrow(first, second);
+inline bool narrowAscii(const Byte* in, typename V::Bytes& bytes) {
+  const auto first = V::Units::load(in);
+  const auto second = V::Units::load(in + V::kSize);
+  if (!areDisjoint(first | second, 0xFF80)) return false;
+  bytes = narrow(first, second);
   return true;
 }
 
-template <class V>
-inline bool hasZeroByte(typename V::Reg bytes) {
-  return !V::isZero(V::equalBytes(bytes, V::zero()));
+template <class Lanes>
+inline bool hasZero(Lanes lanes) {
+  return equal(lanes, 0).any();
 }
 
 template <class V>
@@ -179,13 +207,40 @@ struct SwapUtf16 {
     return stepSwapUtf16(in, inEnd, out);
   }
   bool treat(const Byte*& in, Byte*& out) const {
-    const auto units = V::load(in);
-    V::store(out, V::either(V::template shiftLeft<8>(units), V::template shiftRight<8>(units)));
+    const auto units = V::Units::load(in);
+    (units << 8 | units >> 8).store(out);
     in += V::kSize;
     out += V::kSize;
     return true;
   }
 };
+
+template <class V>
+const Byte* pairedUtf16(const Byte* in, const Byte* inEnd) {
+  constexpr std::ptrdiff_t kBlock = 2 * V::kSize;
+  while (inEnd - in >= kBlock) {
+    const auto first = V::Units::load(in);
+    const auto second = V::Units::load(in + V::kSize);
+    if ((surrogates(first) | surrogates(second)).none()) {
+      in += kBlock;
+      continue;
+    }
+    const Pairs<V> pairs(first);
+    if (!isZero(pairs.wrong())) return scanPairedUtf16(in, inEnd);
+    in += V::kSize - (pairs.endsWithUpper() ? 2 : 0);
+  }
+  return scanPairedUtf16(in, inEnd);
+}
+
+template <class V, class Value, auto countRest>
+std::uint64_t count(const Byte* in, const Byte* inEnd, Value value) {
+  std::uint64_t bits = 0;
+  for (; inEnd - in >= static_cast<std::ptrdiff_t>(V::kSize); in += V::kSize) {
+    const auto found = equal(Lanes<Value, V::kSize>::load(in), value);
+    bits += countBits(topBits(as<typename V::Bytes>(found)));
+  }
+  return bits / sizeof(Value) + countRest(in, inEnd, value);
+}
 
 }  // namespace
 }  // namespace fast

@@ -4,31 +4,32 @@
 
 #include "encoding/kernels/vector_tables.h"
 #include "encoding/kernels/vector_utf32.h"
+#include "encoding/kernels/vector_utf8.h"
 
 namespace fast {
-namespace {  // NOLINT(cert-dcl59-cpp): internal linkage, see steps.h
+namespace {  // NOLINT(cert-dcl59-cpp): internal linkage, see lanes.h
 
 template <class V>
 constexpr Kernels vectorForm(const char* name) {
   return {
       .name = name,
-      .utf8ToUtf16 = utf8ToUtf16<V>,
+      .utf8ToUtf16 = fromUtf8<ToUtf16, V>,
       .utf16ToUtf8 = utf16ToUtf8<V>,
       .swapUtf16 = kernel<V, SwapUtf16>,
       .utf32ToUtf16 = kernel<V, Utf32ToUtf16>,
       .utf16ToUtf32 = kernel<V, Utf16ToUtf32>,
-      .utf8ToUtf32 = repeat<stepUtf8ToUtf32>,
-      .utf32ToUtf8 = repeat<stepUtf32ToUtf8>,
+      .utf8ToUtf32 = fromUtf8<ToUtf32, V>,
+      .utf32ToUtf8 = kernel<V, Utf32ToUtf8>,
       .singleByteToUtf16 = tableKernel<V, SingleByteToUtf16>,
       .singleByteToUtf8 = singleByteToUtf8<V>,
       .mapBytes = tableKernel<V, MapBytes>,
       .utf16ToSingleByte = tableKernel<V, Utf16ToSingleByte>,
       .doubleByteToUtf16 = doubleByteToUtf16<V>,
       .utf16ToDoubleByte = tableKernel<V, Utf16ToDoubleByte>,
-      .pairedUtf16 = scanPairedUtf16,
-      .countByte = countByteSteps,
-      .countUnit = countUnitSteps,
-      .countScalar = countScalarSteps,
+      .pairedUtf16 = pairedUtf16<V>,
+      .countByte = count<V, std::uint8_t, countByteSteps>,
+      .countUnit = count<V, std::uint16_t, countUnitSteps>,
+      .countScalar = count<V, std::uint32_t, countScalarSteps>,
   };
 }
 

@@ -3,9 +3,6 @@
 
 #if defined(__x86_64__) && defined(__AVX2__)
 
-#include "encoding/kernels/x86/register16.h"
-#include "encoding/kernels/x86/register32.h"
-// The loops stand on the registers.
 #include "encoding/kernels/vector_form.h"
 
 namespace fast {
