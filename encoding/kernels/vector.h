@@ -57,15 +57,16 @@ inline KernelResult treatAll(const Byte* in, const Byte* inEnd, Byte* out, Byte*
   return {in, out};
 }
 
-// The kernels of works with blocks of registers V.
+// The kernels of works with blocks of registers V. They, and all that have loops of their own, are
+// flattened: pointers and constants stay in registers through all parts of the loop.
 template <class V, template <class> class Work>
-KernelResult kernel(const Byte* in, const Byte* inEnd, Byte* out, Byte* outEnd) {
+[[gnu::flatten]] KernelResult kernel(const Byte* in, const Byte* inEnd, Byte* out, Byte* outEnd) {
   return treatAll<Work<V>, Work<Vector16>>(in, inEnd, out, outEnd);
 }
 
 template <class V, template <class> class Work, class Table>
-KernelResult tableKernel(const Table& table, const Byte* in, const Byte* inEnd, Byte* out,
-                         Byte* outEnd) {
+[[gnu::flatten]] KernelResult tableKernel(const Table& table, const Byte* in, const Byte* inEnd,
+                                          Byte* out, Byte* outEnd) {
   return treatAll<Work<V>, Work<Vector16>>(in, inEnd, out, outEnd, table);
 }
 

@@ -159,15 +159,16 @@ struct SingleByteToUtf8 {
 };
 
 template <class V>
-[[gnu::noinline]] KernelResult singleByteToUtf8Long(const SingleByteDecoder& table, const Byte* in,
-                                                    const Byte* inEnd, Byte* out, Byte* outEnd) {
+[[gnu::noinline, gnu::flatten]] KernelResult singleByteToUtf8Long(const SingleByteDecoder& table,
+                                                                  const Byte* in, const Byte* inEnd,
+                                                                  Byte* out, Byte* outEnd) {
   return treatAll<SingleByteToUtf8<V, 2>, SingleByteToUtf8<Vector16, 1>>(in, inEnd, out, outEnd,
                                                                          table);
 }
 
 template <class V>
-KernelResult singleByteToUtf8(const SingleByteDecoder& table, const Byte* in, const Byte* inEnd,
-                              Byte* out, Byte* outEnd) {
+[[gnu::flatten]] KernelResult singleByteToUtf8(const SingleByteDecoder& table, const Byte* in,
+                                               const Byte* inEnd, Byte* out, Byte* outEnd) {
   if constexpr (V::kParts > 1) {
     if (table.isAscii && fitsOneRegister<V>(in, inEnd, out, outEnd) &&
         treatFilled<1, V>(SingleByteToUtf8<V, 1>{table}, in, inEnd, out)) {
@@ -425,8 +426,8 @@ struct DoubleByteWork {
 };
 
 template <class V>
-KernelResult doubleByteToUtf16(const DoubleByteDecoder& table, const Byte* in, const Byte* inEnd,
-                               Byte* out, Byte* outEnd) {
+[[gnu::flatten]] KernelResult doubleByteToUtf16(const DoubleByteDecoder& table, const Byte* in,
+                                                const Byte* inEnd, Byte* out, Byte* outEnd) {
   return treatAll<DoubleByteWork<V, 64 / V::kSize>, DoubleByteWork<Vector16, 1>>(in, inEnd, out,
                                                                                  outEnd, table);
 }

@@ -176,13 +176,14 @@ struct Utf16ToUtf8 {
 // Apart, like the other long ways, so that a short text does not pay for the registers that these
 // loops fill with constants first.
 template <class V>
-[[gnu::noinline]] KernelResult utf16ToUtf8Long(const Byte* in, const Byte* inEnd, Byte* out,
-                                               Byte* outEnd) {
+[[gnu::noinline, gnu::flatten]] KernelResult utf16ToUtf8Long(const Byte* in, const Byte* inEnd,
+                                                             Byte* out, Byte* outEnd) {
   return treatAll<Utf16ToUtf8<V, 2>, Utf16ToUtf8<Vector16, 1>>(in, inEnd, out, outEnd);
 }
 
 template <class V>
-KernelResult utf16ToUtf8(const Byte* in, const Byte* inEnd, Byte* out, Byte* outEnd) {
+[[gnu::flatten]] KernelResult utf16ToUtf8(const Byte* in, const Byte* inEnd, Byte* out,
+                                          Byte* outEnd) {
   if constexpr (V::kParts > 1) {
     if (fitsOneRegister<V>(in, inEnd, out, outEnd) && (inEnd - in) % 2 == 0 &&
         treatFilled<2, V>(Utf16ToUtf8<V, 1>(), in, inEnd, out)) {

@@ -266,8 +266,8 @@ inline std::uint32_t below(std::uint32_t mask) { return ~mask & (mask - 1); }
 // Converts what is not yet converted (from in) of the register at block, up to its end or to what
 // is malformed.
 template <template <class> class To, class V>
-[[gnu::noinline]] KernelResult utf8Part(const Byte* begin, const Byte* block, const Byte* in,
-                                        Byte* out) {
+[[gnu::noinline, gnu::flatten]] KernelResult utf8Part(const Byte* begin, const Byte* block,
+                                                      const Byte* in, Byte* out) {
   const auto part = block == begin ? Utf8Block<V>(V::Bytes::load(block)) : Utf8Block<V>(block);
   const std::uint32_t left = V::kAllBits & (V::kAllBits << (in - block));
   const std::uint32_t malformed = part.malformed() & left;
@@ -330,8 +330,8 @@ inline void utf8Short(const Byte*& in, const Byte* inEnd, Byte*& out) {
 }
 
 template <template <class> class To, class V>
-[[gnu::noinline]] KernelResult fromUtf8Long(const Byte* begin, const Byte* inEnd, Byte* out,
-                                            Byte* outEnd) {
+[[gnu::noinline, gnu::flatten]] KernelResult fromUtf8Long(const Byte* begin, const Byte* inEnd,
+                                                          Byte* out, Byte* outEnd) {
   const Byte* in = begin;
   bool isClean = utf8Blocks<To, V>(begin, in, inEnd, out, outEnd);
   if constexpr (V::kParts > 1) {
@@ -343,7 +343,8 @@ template <template <class> class To, class V>
 }
 
 template <template <class> class To, class V>
-KernelResult fromUtf8(const Byte* begin, const Byte* inEnd, Byte* out, Byte* outEnd) {
+[[gnu::flatten]] KernelResult fromUtf8(const Byte* begin, const Byte* inEnd, Byte* out,
+                                       Byte* outEnd) {
   if constexpr (V::kParts > 1) {
     if (fitsOneRegister<V>(begin, inEnd, out, outEnd)) {
       const Byte* in = begin;
