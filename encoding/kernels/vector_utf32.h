@@ -30,7 +30,8 @@ struct Utf32ToUtf16 {
     const auto second = Scalars::load(in + V::kSize);
     if (!areDisjoint(first | second, 0xFFFF0000)) return makePairs(first, in, out);
     const Units units = narrow(first, second);
-    if (surrogates(units).any()) return false;
+    if (surrogates(units).any()) [[unlikely]]
+      return false;
     units.store(out);
     in += 2 * V::kSize;
     out += V::kSize;
@@ -101,7 +102,8 @@ struct Utf32ToUtf8 {
     const auto second = Scalars::load(in + V::kSize);
     if (!areDisjoint(first | second, 0xFFFF0000)) return encodeLong(first, in, out);
     const auto units = narrow(first, second);
-    if (surrogates(units).any()) return false;
+    if (surrogates(units).any()) [[unlikely]]
+      return false;
     encodeUnits<V, 1>(units, units, out);
     in += 2 * V::kSize;
     return true;
