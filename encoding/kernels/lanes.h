@@ -150,14 +150,14 @@ inline std::uint64_t half(Bytes16 a) {
 //   subtractSaturated(a, b)   a - b of bytes, not below 0
 //   lookup16(table, places)   bytes of a 16-byte table, in each 16 bytes of a register for itself;
 //                             places up to 15, or from 80 for 0
-//   loadEachPart(p)           16 bytes, in each 16 bytes of a register
+//   loadEachPart(p, a)        16 bytes from memory, in each 16 bytes of a register
 //   multiplyAddPairs(a, b)    a[0] * b[0] + a[1] * b[1] of each two bytes, below 8000
-//   interleaveLow(a, b)       bytes or units of a and b in turns: of the lower halves of each 16
-//   interleaveHigh(a, b)      bytes; and of the upper halves
+//   interleaveLow(a, b)       the bytes or units of a and b in turns, of the first half of each 16
+//   interleaveHigh(a, b)      bytes; and of the second half of each
 //   joinParts(first, second)  16 bytes each, as one register
-//   joinBytes(low, high, first, second)   units from their halves, in order
-//   loadWidened(p, a)         bytes in memory as units or scalars; units as scalars
-//   widenLow(a), widenHigh(a) the first and the second half of a register, as lanes twice as wide
+//   joinBytes(low, high, first, second)   all units of these low and high bytes, in order
+//   loadWidened(p, a)         bytes from memory as units or scalars
+//   widenLow(a), widenHigh(a) the first and the second half of the units of a, as scalars
 //   storeScalars(units, p)    eight units as scalars, to memory
 //   narrow(a, b)              the lanes of both, in order, in half the width; saturating, and for
 //                             values below 8000 (units) and 80000000 (scalars)

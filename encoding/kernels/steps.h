@@ -222,18 +222,11 @@ inline bool stepUtf16ToDoubleByte(const DoubleByteEncoder& table, const Byte*& i
   return true;
 }
 
-// The kernel that repeats a step.
-template <auto step>
-KernelResult repeat(const Byte* in, const Byte* inEnd, Byte* out, Byte* outEnd) {
-  while (in < inEnd && outEnd - out >= kMaxStep && step(in, inEnd, out)) {
-  }
-  return {in, out};
-}
-
-template <class Table, auto step>
-KernelResult repeatWith(const Table& table, const Byte* in, const Byte* inEnd, Byte* out,
-                        Byte* outEnd) {
-  while (in < inEnd && outEnd - out >= kMaxStep && step(table, in, inEnd, out)) {
+// The kernel that repeats a step; a table comes first.
+template <auto step, class... Table>
+KernelResult repeat(const Table&... table, const Byte* in, const Byte* inEnd, Byte* out,
+                    Byte* outEnd) {
+  while (in < inEnd && outEnd - out >= kMaxStep && step(table..., in, inEnd, out)) {
   }
   return {in, out};
 }

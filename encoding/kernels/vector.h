@@ -22,21 +22,22 @@ inline std::uint16_t loadUnit(const Byte* in) {
 
 // ---- The loop over blocks ----
 //
-// Work<V> does the work of one kernel with registers V. Its treat() looks at kBlock bytes of input
-// and moves both pointers over as much as it likes. If it returns false, it has moved them by less
-// than a block, and its step() treats the next few characters instead. Together they write at most
-// kKernelSlack bytes.
+// Work<V> does the work of one kernel with registers V; a work with a table is made of it. Its
+// treat() looks at kBlock bytes of input and moves both pointers over as much as it likes. If it
+// returns false, it has moved them by less than a block, and its step treats the next few
+// characters instead. Together they write at most kKernelSlack bytes.
 
 // Goes on while there are blocks; false when a step says stop.
-template <class Work>
-inline bool treatBlocks(const Work& work, const Byte*& in, const Byte* inEnd, Byte*& out,
-                        Byte* outEnd) {
+template <class Work, class... Table>
+inline bool treatBlocks(const Byte*& in, const Byte* inEnd, Byte*& out, Byte* outEnd,
+                        const Table&... table) {
   constexpr std::ptrdiff_t kSteps = 16;  // bytes of input to step over; at most a block
+  const Work work{table...};
   while (inEnd - in >= Work::kBlock && outEnd - out >= kRoom) {
     if (work.treat(in, out)) continue;
     const Byte* stepsEnd = in + kSteps;
     do {
-      if (!work.step(in, inEnd, out)) return false;
+      if (!Work::kStep(table..., in, inEnd, out)) return false;
     } while (in < stepsEnd && in < inEnd);
   }
   return true;
@@ -46,28 +47,20 @@ inline bool treatBlocks(const Work& work, const Byte*& in, const Byte* inEnd, By
 template <class Big, class Small, class... Table>
 inline KernelResult treatAll(const Byte* in, const Byte* inEnd, Byte* out, Byte* outEnd,
                              const Table&... table) {
-  if (!treatBlocks(Big{table...}, in, inEnd, out, outEnd)) return {in, out};
-  const Small small{table...};
+  if (!treatBlocks<Big>(in, inEnd, out, outEnd, table...)) return {in, out};
   if constexpr (Small::kBlock < Big::kBlock) {
-    if (!treatBlocks(small, in, inEnd, out, outEnd)) return {in, out};
+    if (!treatBlocks<Small>(in, inEnd, out, outEnd, table...)) return {in, out};
   }
   if (outEnd - out < kRoom) return {in, out};
-  while (in < inEnd && outEnd - out >= kMaxStep && small.step(in, inEnd, out)) {
-  }
-  return {in, out};
+  return repeat<Small::kStep, Table...>(table..., in, inEnd, out, outEnd);
 }
 
-// The kernels of works with blocks of registers V. They, and all that have loops of their own, are
-// flattened: pointers and constants stay in registers through all parts of the loop.
-template <class V, template <class> class Work>
-[[gnu::flatten]] KernelResult kernel(const Byte* in, const Byte* inEnd, Byte* out, Byte* outEnd) {
-  return treatAll<Work<V>, Work<Vector16>>(in, inEnd, out, outEnd);
-}
-
-template <class V, template <class> class Work, class Table>
-[[gnu::flatten]] KernelResult tableKernel(const Table& table, const Byte* in, const Byte* inEnd,
-                                          Byte* out, Byte* outEnd) {
-  return treatAll<Work<V>, Work<Vector16>>(in, inEnd, out, outEnd, table);
+// The kernel of a work. Kernels with loops are flattened, so that pointers and constants stay in
+// registers through all parts of the loop.
+template <class V, template <class> class Work, class... Table>
+[[gnu::flatten]] KernelResult kernel(const Table&... table, const Byte* in, const Byte* inEnd,
+                                     Byte* out, Byte* outEnd) {
+  return treatAll<Work<V>, Work<Vector16>>(in, inEnd, out, outEnd, table...);
 }
 
 // ---- Short texts ----
@@ -204,9 +197,7 @@ inline bool hasZero(Lanes lanes) {
 template <class V>
 struct SwapUtf16 {
   static constexpr std::ptrdiff_t kBlock = V::kSize;
-  bool step(const Byte*& in, const Byte* inEnd, Byte*& out) const {
-    return stepSwapUtf16(in, inEnd, out);
-  }
+  static constexpr auto kStep = stepSwapUtf16;
   bool treat(const Byte*& in, Byte*& out) const {
     const auto units = V::Units::load(in);
     (units << 8 | units >> 8).store(out);

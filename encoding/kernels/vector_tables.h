@@ -59,9 +59,7 @@ template <class V>
 struct SingleByteToUtf16 {
   static constexpr std::ptrdiff_t kBlock = V::kSize;
   const SingleByteDecoder& table;
-  bool step(const Byte*& in, const Byte* inEnd, Byte*& out) const {
-    return stepSingleByteToUtf16(table, in, inEnd, out);
-  }
+  static constexpr auto kStep = stepSingleByteToUtf16;
   bool treat(const Byte*& in, Byte*& out) const {
     const auto bytes = V::Bytes::load(in);
     typename V::Bytes low, high;
@@ -85,9 +83,7 @@ struct SingleByteToUtf8 {
   using Units = typename V::Units;
   static constexpr std::ptrdiff_t kBlock = kRegisters * V::kSize;
   const SingleByteDecoder& table;
-  bool step(const Byte*& in, const Byte* inEnd, Byte*& out) const {
-    return stepSingleByteToUtf8(table, in, inEnd, out);
-  }
+  static constexpr auto kStep = stepSingleByteToUtf8;
 
   bool treat(const Byte*& in, Byte*& out) const {
     const auto bytes = Bytes::load(in);
@@ -182,9 +178,7 @@ template <class V>
 struct MapBytes {
   static constexpr std::ptrdiff_t kBlock = V::kSize;
   const ByteMap& table;
-  bool step(const Byte*& in, const Byte* inEnd, Byte*& out) const {
-    return stepMapBytes(table, in, inEnd, out);
-  }
+  static constexpr auto kStep = stepMapBytes;
   bool treat(const Byte*& in, Byte*& out) const {
     const auto bytes = V::Bytes::load(in);
     const auto mapped = lookUp<V, 16>(table.bytes, bytes);
@@ -206,9 +200,7 @@ struct Utf16ToSingleByte {
   using Units = typename V::Units;
   static constexpr std::ptrdiff_t kBlock = 2 * V::kSize;
   const SingleByteEncoder& table;
-  bool step(const Byte*& in, const Byte* inEnd, Byte*& out) const {
-    return stepUtf16ToSingleByte(table, in, inEnd, out);
-  }
+  static constexpr auto kStep = stepUtf16ToSingleByte;
   bool treat(const Byte*& in, Byte*& out) const {
     const auto first = Units::load(in);
     const auto second = Units::load(in + V::kSize);
@@ -263,9 +255,7 @@ template <class V>
 struct Utf16ToDoubleByte {
   static constexpr std::ptrdiff_t kBlock = 2 * V::kSize;
   const DoubleByteEncoder& table;
-  bool step(const Byte*& in, const Byte* inEnd, Byte*& out) const {
-    return stepUtf16ToDoubleByte(table, in, inEnd, out);
-  }
+  static constexpr auto kStep = stepUtf16ToDoubleByte;
   bool treat(const Byte*& in, Byte*& out) const {
     typename V::Bytes bytes;
     if (table.isAscii && narrowAscii<V>(in, bytes)) {
@@ -314,9 +304,7 @@ struct DoubleByteWork {
   static constexpr std::uint64_t kEven = 0x5555555555555555u >> (64 - kBytes);
   const DoubleByteDecoder& table;
 
-  bool step(const Byte*& in, const Byte* inEnd, Byte*& out) const {
-    return stepDoubleByteToUtf16(table, in, inEnd, out);
-  }
+  static constexpr auto kStep = stepDoubleByteToUtf16;
 
   bool treat(const Byte*& in, Byte*& out) const {
     std::uint64_t others = 0;  // not ASCII

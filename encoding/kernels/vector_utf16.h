@@ -155,9 +155,7 @@ template <class V, unsigned int kRegisters>
 struct Utf16ToUtf8 {
   using Units = typename V::Units;
   static constexpr std::ptrdiff_t kBlock = kRegisters * V::kSize;
-  bool step(const Byte*& in, const Byte* inEnd, Byte*& out) const {
-    return stepUtf16ToUtf8(in, inEnd, out);
-  }
+  static constexpr auto kStep = stepUtf16ToUtf8;
   bool treat(const Byte*& in, Byte*& out) const {
     const auto first = Units::load(in);
     return treatRegisters(first, kRegisters > 1 ? Units::load(in + V::kSize) : first, in, out);

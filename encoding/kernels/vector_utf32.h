@@ -21,9 +21,7 @@ struct Utf32ToUtf16 {
   using Units = typename V::Units;
   using Scalars = typename V::Scalars;
   static constexpr std::ptrdiff_t kBlock = 2 * V::kSize;
-  bool step(const Byte*& in, const Byte* inEnd, Byte*& out) const {
-    return stepUtf32ToUtf16(in, inEnd, out);
-  }
+  static constexpr auto kStep = stepUtf32ToUtf16;
 
   bool treat(const Byte*& in, Byte*& out) const {
     const auto first = Scalars::load(in);
@@ -56,9 +54,7 @@ template <class V>
 struct Utf16ToUtf32 {
   using Units = typename V::Units;
   static constexpr std::ptrdiff_t kBlock = V::kSize;
-  bool step(const Byte*& in, const Byte* inEnd, Byte*& out) const {
-    return stepUtf16ToUtf32(in, inEnd, out);
-  }
+  static constexpr auto kStep = stepUtf16ToUtf32;
 
   bool treat(const Byte*& in, Byte*& out) const {
     const auto units = Units::load(in);
@@ -93,9 +89,7 @@ template <class V>
 struct Utf32ToUtf8 {
   using Scalars = typename V::Scalars;
   static constexpr std::ptrdiff_t kBlock = 2 * V::kSize;
-  bool step(const Byte*& in, const Byte* inEnd, Byte*& out) const {
-    return stepUtf32ToUtf8(in, inEnd, out);
-  }
+  static constexpr auto kStep = stepUtf32ToUtf8;
 
   bool treat(const Byte*& in, Byte*& out) const {
     const auto first = Scalars::load(in);

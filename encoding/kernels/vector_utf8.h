@@ -29,61 +29,36 @@ constexpr std::uint8_t kOverlong2 = 1 << 5;     // C0 or C1
 constexpr std::uint8_t kTooLarge1000 = 1 << 6;  // F5 and up, then 80 to 8F
 constexpr std::uint8_t kOverlong4 = 1 << 6;     // F0, then below 90
 constexpr std::uint8_t kTwoContinuations = 1 << 7;
-constexpr std::uint8_t kAnyLow = kTooShort | kTooLong | kTwoContinuations;
-constexpr std::uint8_t kAnyContinuation = kTooLong | kOverlong2 | kTwoContinuations;
 
-// By the upper and lower half of the first of two neighbouring bytes, and the upper of the second.
-alignas(16) constexpr std::uint8_t kFirstHigh[16] = {
-    kTooLong,
-    kTooLong,
-    kTooLong,
-    kTooLong,
-    kTooLong,
-    kTooLong,
-    kTooLong,
-    kTooLong,
-    kTwoContinuations,
-    kTwoContinuations,
-    kTwoContinuations,
-    kTwoContinuations,
-    kTooShort | kOverlong2,
-    kTooShort,
-    kTooShort | kOverlong3 | kSurrogate,
-    kTooShort | kTooLarge | kTooLarge1000 | kOverlong4};
-alignas(16) constexpr std::uint8_t kFirstLow[16] = {
-    kAnyLow | kOverlong3 | kOverlong2 | kOverlong4,
-    kAnyLow | kOverlong2,
-    kAnyLow,
-    kAnyLow,
-    kAnyLow | kTooLarge,
-    kAnyLow | kTooLarge | kTooLarge1000,
-    kAnyLow | kTooLarge | kTooLarge1000,
-    kAnyLow | kTooLarge | kTooLarge1000,
-    kAnyLow | kTooLarge | kTooLarge1000,
-    kAnyLow | kTooLarge | kTooLarge1000,
-    kAnyLow | kTooLarge | kTooLarge1000,
-    kAnyLow | kTooLarge | kTooLarge1000,
-    kAnyLow | kTooLarge | kTooLarge1000,
-    kAnyLow | kTooLarge | kTooLarge1000 | kSurrogate,
-    kAnyLow | kTooLarge | kTooLarge1000,
-    kAnyLow | kTooLarge | kTooLarge1000};
-alignas(16) constexpr std::uint8_t kSecondHigh[16] = {
-    kTooShort,
-    kTooShort,
-    kTooShort,
-    kTooShort,
-    kTooShort,
-    kTooShort,
-    kTooShort,
-    kTooShort,
-    kAnyContinuation | kOverlong3 | kTooLarge1000 | kOverlong4,
-    kAnyContinuation | kOverlong3 | kTooLarge,
-    kAnyContinuation | kSurrogate | kTooLarge,
-    kAnyContinuation | kSurrogate | kTooLarge,
-    kTooShort,
-    kTooShort,
-    kTooShort,
-    kTooShort};
+// By the upper half of the first of two neighbouring bytes, its lower half, and the upper half of
+// the second.
+struct Tables {
+  alignas(16) std::uint8_t firstHigh[16], firstLow[16], secondHigh[16];
+};
+constexpr Tables kTables = [] {
+  Tables tables = {};
+  for (unsigned int half = 0; half < 16; ++half) {
+    unsigned int high = half < 8 ? kTooLong : half < 0xC ? kTwoContinuations : kTooShort;
+    if (half == 0xC) high |= kOverlong2;
+    if (half == 0xE) high |= kOverlong3 | kSurrogate;
+    if (half == 0xF) high |= kTooLarge | kTooLarge1000 | kOverlong4;
+    unsigned int low = kTooShort | kTooLong | kTwoContinuations;
+    if (half < 2) low |= kOverlong2;
+    if (half == 0) low |= kOverlong3 | kOverlong4;
+    if (half >= 4) low |= kTooLarge;
+    if (half >= 5) low |= kTooLarge1000;
+    if (half == 0xD) low |= kSurrogate;
+    unsigned int second = kTooShort;
+    if (half >= 8 && half < 0xC) {
+      second = kTooLong | kOverlong2 | kTwoContinuations | (half < 0xA ? kOverlong3 : kSurrogate) |
+               (half == 8 ? kTooLarge1000 | kOverlong4 : kTooLarge);
+    }
+    tables.firstHigh[half] = static_cast<std::uint8_t>(high);
+    tables.firstLow[half] = static_cast<std::uint8_t>(low);
+    tables.secondHigh[half] = static_cast<std::uint8_t>(second);
+  }
+  return tables;
+}();
 }  // namespace malformed
 
 template <class V>
@@ -112,9 +87,9 @@ struct Utf8Block {
       return lookup16(bytes, places);
     };
     const auto upperHalf = [](Bytes a) { return as<Bytes>(as<Units>(a) >> 4) & 0x0F; };
-    const Bytes pairs = lookUp(malformed::kFirstHigh, upperHalf(previous1)) &
-                        lookUp(malformed::kFirstLow, previous1 & 0x0F) &
-                        lookUp(malformed::kSecondHigh, upperHalf(current));
+    const Bytes pairs = lookUp(malformed::kTables.firstHigh, upperHalf(previous1)) &
+                        lookUp(malformed::kTables.firstLow, previous1 & 0x0F) &
+                        lookUp(malformed::kTables.secondHigh, upperHalf(current));
     // Two continuations are right where a third or fourth byte has to be, and only there.
     const Bytes isThird = subtractSaturated(previous2, 0xE0 - 0x80);
     const Bytes isFourth = subtractSaturated(previous3, 0xF0 - 0x80);
@@ -161,7 +136,7 @@ template <class V>
 struct ToUtf16 {
   using Bytes = typename V::Bytes;
   using Units = typename V::Units;
-  static constexpr auto step = stepUtf8ToUtf16;
+  static constexpr auto kStep = stepUtf8ToUtf16;
   static constexpr std::ptrdiff_t kAsciiRun = 2 * V::kSize;  // bytes that are treated at a time
   static constexpr std::ptrdiff_t kOfThird = 2;  // bytes written for the third byte of four
 
@@ -198,7 +173,7 @@ template <class V>
 struct ToUtf32 {
   using Bytes = typename V::Bytes;
   using Units = typename V::Units;
-  static constexpr auto step = stepUtf8ToUtf32;
+  static constexpr auto kStep = stepUtf8ToUtf32;
   static constexpr std::ptrdiff_t kAsciiRun = 32;
   static constexpr std::ptrdiff_t kOfThird = 0;
 
@@ -339,7 +314,7 @@ template <template <class> class To, class V>
   }
   dropCutShort(begin, To<V>::kOfThird, in, out);
   if (!isClean || outEnd - out < kRoom) return {in, out};
-  return repeat<To<V>::step>(in, inEnd, out, outEnd);
+  return repeat<To<V>::kStep>(in, inEnd, out, outEnd);
 }
 
 template <template <class> class To, class V>

@@ -66,8 +66,6 @@ inline void loadWidened(const void* p, Units16& a) {
 inline void loadWidened(const void* p, Scalars16& a) {
   a = Scalars16(_mm_cvtepu8_epi32(_mm_loadu_si32(p)));
 }
-inline Units16 widenLow(Bytes16 a) { return as<Units16>(interleaveLow(a, 0)); }
-inline Units16 widenHigh(Bytes16 a) { return as<Units16>(interleaveHigh(a, 0)); }
 inline Scalars16 widenLow(Units16 a) { return as<Scalars16>(interleaveLow(a, 0)); }
 inline Scalars16 widenHigh(Units16 a) { return as<Scalars16>(interleaveHigh(a, 0)); }
 inline void storeScalars(Units16 a, void* p) {

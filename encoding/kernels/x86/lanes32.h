@@ -78,8 +78,6 @@ inline void loadWidened(const void* p, Units32& a) {
 inline void loadWidened(const void* p, Scalars32& a) {
   a = Scalars32(_mm256_cvtepu8_epi32(_mm_loadl_epi64(static_cast<const __m128i*>(p))));
 }
-inline Units32 widenLow(Bytes32 a) { return Units32(_mm256_cvtepu8_epi16(raw(part<0>(a)))); }
-inline Units32 widenHigh(Bytes32 a) { return Units32(_mm256_cvtepu8_epi16(raw(part<1>(a)))); }
 inline Scalars32 widen(Units16 a) { return Scalars32(_mm256_cvtepu16_epi32(raw(a))); }
 inline Scalars32 widenLow(Units32 a) { return widen(part<0>(a)); }
 inline Scalars32 widenHigh(Units32 a) { return widen(part<1>(a)); }
