@@ -94,8 +94,8 @@ class Mask : public L {
   unsigned int firstSet() const {
     constexpr unsigned int kBytes = sizeof(typename L::Native);
     const std::uint64_t bits = topBits(Lanes<std::uint8_t, kBytes>(this->native()));
-    return static_cast<unsigned int>(std::countr_zero(bits | std::uint64_t{1} << kBytes)) /
-           sizeof(this->native()[0]);
+    const int bytes = std::countr_zero(bits | std::uint64_t{1} << kBytes);
+    return static_cast<unsigned int>(bytes) / static_cast<unsigned int>(sizeof(typename L::Lane));
   }
 
   friend Mask operator~(Mask a) { return Mask((~static_cast<L>(a)).native()); }
