@@ -2,10 +2,11 @@
 
 #include <algorithm>
 
+#include "encoding/codecs/utf7.h"
 #include "encoding/error_action.h"
 #include "encoding/fast/fast_path.h"
+#include "encoding/special_code_pages.h"
 #include "support/zv_base.h"
-#include "support/zv_utf.h"
 
 namespace {
 
@@ -35,29 +36,19 @@ bool maybeMark(int codePage, const unsigned char* data) {
 
 }  // namespace
 
-unsigned int Utf7Codec::writePiece(const unsigned char* utf16, unsigned int length, bool last,
-                                   State&, DataBuffer& out, std::nullptr_t) {
-  const unsigned int count = last ? length : _zvUtf::utf16CutForUtf7(utf16, length);
-  DataBuffer piece;
-  piece.borrowData(utf16, count);
-  _zvUtf::Utf16XEToUtf7(piece, out);
-  return count;
-}
-
-template <typename Codec>
-unsigned int readCleanBlocks(EncodingConvert& converter, int to, const unsigned char* data,
-                             unsigned int length, DataBuffer& out, LogBase& log,
-                             typename Codec::State& state, DataBuffer& rest, bool& isBegun) {
+unsigned int readCleanBlocks(EncodingConvert& converter, const Codec& codec, int to,
+                             const unsigned char* data, unsigned int length, DataBuffer& out,
+                             LogBase& log, CodecState& state, DataBuffer& rest, bool& isBegun) {
   isBegun = false;
-  if (to == Codec::kCodePage || log.m_wantsContexts || length > kMaxLength) return 0;
+  if (to == codec.codePage || log.m_wantsContexts || length > kMaxLength) return 0;
   unsigned int used = 0;
   while (used != length) {
     const unsigned int count = std::min(length - used, kBlockBytes);
-    used += Codec::readPiece(data + used, count, used + count == length, state, rest, nullptr);
+    used += codec.read(data + used, count, used + count == length, state, rest, nullptr);
     if (rest.hasFailed()) break;
     if (!isBegun && used != length && rest.getSize() < kPdfBytes) continue;
     if (!isBegun && rest.getSize() != 0 && rest.getData2()[0] == '%') break;
-    const unsigned int done = fast::convertPrefix(converter, Codec::kCodePage, to, rest.getData2(),
+    const unsigned int done = fast::convertPrefix(converter, codec.codePage, to, rest.getData2(),
                                                   rest.getSize(), out, log);
     isBegun = isBegun || done != 0;
     dropFront(rest, done);
@@ -66,20 +57,19 @@ unsigned int readCleanBlocks(EncodingConvert& converter, int to, const unsigned 
   return used;
 }
 
-template <typename Codec>
-unsigned int writeCleanBlocks(EncodingConvert& converter, int from, const unsigned char* data,
-                              unsigned int length, DataBuffer& out, LogBase& log,
-                              typename Codec::State& state, DataBuffer& rest) {
+unsigned int writeCleanBlocks(EncodingConvert& converter, const Codec& codec, int from,
+                              const unsigned char* data, unsigned int length, DataBuffer& out,
+                              LogBase& log, CodecState& state, DataBuffer& rest) {
   if (log.m_wantsContexts || length > kMaxLength || (isUtf16(from) && length % 2 != 0)) return 0;
   const unsigned int sizeBefore = out.getSize();
   unsigned int used = 0;
   while (used != length && !rest.hasFailed() && !out.hasFailed()) {
     const unsigned int count = std::min(length - used, kBlockBytes);
     const unsigned int done =
-        fast::convertPrefix(converter, from, Codec::kCodePage, data + used, count, rest, log);
+        fast::convertPrefix(converter, from, codec.codePage, data + used, count, rest, log);
     if (done == 0) break;
     used += done;
-    dropFront(rest, Codec::writePiece(rest.getData2(), rest.getSize(), false, state, out, nullptr));
+    dropFront(rest, codec.write(rest.getData2(), rest.getSize(), false, state, out, nullptr));
   }
   // Converting again may leave half a unit, which the plain way takes for a failure when it is all.
   const bool isWholeNeeded = converter.m_errorAction == kConvertAlternate;
@@ -93,42 +83,21 @@ unsigned int writeCleanBlocks(EncodingConvert& converter, int from, const unsign
 }
 
 unsigned int readCleanUtf7(EncodingConvert& converter, int to, const unsigned char* data,
-                           unsigned int length, DataBuffer& out, LogBase& log, DataBuffer& rest) {
+                           unsigned int length, DataBuffer& out, LogBase& log, CodecState& state,
+                           DataBuffer& rest) {
   if (isUtf16(to) || log.m_wantsContexts || length > kMaxLength || !zvIsLittleEndian()) return 0;
   unsigned int used = 0;
   while (used != length && !out.hasFailed()) {
-    unsigned int count = length - used;
-    // A run that is longer than a block is taken whole.
-    for (unsigned int size = kBlockBytes; size < count; size *= 2) {
-      const unsigned int cut = _zvUtf::utf7Cut(data + used, size);
-      if (cut != 0) count = cut;
-    }
-    DataBuffer piece;
-    piece.borrowData(data + used, count);
-    _zvUtf::Utf7ToUtf16_xe(piece, rest);
-    used += count;
+    const unsigned int count = std::min(length - used, kBlockBytes);
+    const unsigned int read =
+        kUtf7Codec.read(data + used, count, used + count == length, state, rest, nullptr);
+    used += read;
     if (rest.hasFailed()) break;
     const unsigned int done =
         fast::convertPrefix(converter, kUtf16Le, to, rest.getData2(), rest.getSize(), out, log);
     dropFront(rest, done);
     // The first half of a pair waits for the second.
-    if (rest.getSize() > 2 || (done == 0 && count != 0)) break;
+    if (rest.getSize() > 2 || (done == 0 && read != 0)) break;
   }
   return used;
 }
-
-template unsigned int readCleanBlocks<JapaneseCodec>(EncodingConvert&, int, const unsigned char*,
-                                                     unsigned int, DataBuffer&, LogBase&,
-                                                     Iso2022JpState&, DataBuffer&, bool&);
-template unsigned int readCleanBlocks<KoreanCodec>(EncodingConvert&, int, const unsigned char*,
-                                                   unsigned int, DataBuffer&, LogBase&,
-                                                   Iso2022KrState&, DataBuffer&, bool&);
-template unsigned int writeCleanBlocks<JapaneseCodec>(EncodingConvert&, int, const unsigned char*,
-                                                      unsigned int, DataBuffer&, LogBase&,
-                                                      Iso2022JpState&, DataBuffer&);
-template unsigned int writeCleanBlocks<KoreanCodec>(EncodingConvert&, int, const unsigned char*,
-                                                    unsigned int, DataBuffer&, LogBase&,
-                                                    Iso2022KrState&, DataBuffer&);
-template unsigned int writeCleanBlocks<Utf7Codec>(EncodingConvert&, int, const unsigned char*,
-                                                  unsigned int, DataBuffer&, LogBase&,
-                                                  Utf7Codec::State&, DataBuffer&);

@@ -5,11 +5,15 @@
 #include <cstring>
 
 #include "encoding/clean_blocks.h"
+#include "encoding/codecs/iso2022_jp.h"
+#include "encoding/codecs/iso2022_kr.h"
+#include "encoding/codecs/utf7.h"
 #include "encoding/fast/fast_path.h"
 #include "encoding/fast/short_path.h"
 #include "encoding/mac_arabic.h"
 #include "encoding/scratch_buffer.h"
 #include "encoding/special_code_pages.h"
+#include "support/japanese.h"
 #include "support/zv_base.h"
 #include "support/zv_utf.h"
 
@@ -75,29 +79,28 @@ void finishClean(EncodingConvert& converter) {
   converter.m_pivotToUtf16 = converter.m_pivotFromUtf16 = false;
 }
 
-template <typename Codec>
-bool fromIso2022(EncodingConvert& converter, const Request& request) {
+bool fromIso2022(EncodingConvert& converter, const Codec& codec, const Request& request) {
   if (request.length > INT_MAX) return false;
   ScratchBuffer scratch(request.out);
-  typename Codec::State state;
+  CodecState state;
   bool isBegun = false;
   const unsigned int used =
-      readCleanBlocks<Codec>(converter, request.to, request.data, request.length, request.out,
-                             request.log, state, scratch, isBegun);
+      readCleanBlocks(converter, codec, request.to, request.data, request.length, request.out,
+                      request.log, state, scratch, isBegun);
   if (used != request.length && !scratch.hasFailed()) {
-    Codec::readPiece(request.data + used, request.length - used, true, state, scratch, nullptr);
+    codec.read(request.data + used, request.length - used, true, state, scratch, nullptr);
   }
   if (scratch.hasFailed()) return false;
   if (!isBegun) {
     if (scratch.getSize() == 0) return true;
-    return converter.EncConvert(Codec::kCodePage, request.to, scratch.getData2(), scratch.getSize(),
+    return converter.EncConvert(codec.codePage, request.to, scratch.getData2(), scratch.getSize(),
                                 request.out, request.log);
   }
   if (scratch.getSize() != 0) {
-    return dispatch(converter, {Codec::kCodePage, request.to, scratch.getData2(), scratch.getSize(),
+    return dispatch(converter, {codec.codePage, request.to, scratch.getData2(), scratch.getSize(),
                                 request.out, request.log});
   }
-  converter.m_fromCodePage = Codec::kCodePage;
+  converter.m_fromCodePage = codec.codePage;
   converter.m_toCodePage = request.to == kUtf16Be ? kUtf16Le : request.to;
   finishClean(converter);
   return true;
@@ -105,7 +108,7 @@ bool fromIso2022(EncodingConvert& converter, const Request& request) {
 
 bool fromIso2022Jp(EncodingConvert& converter, const Request& request) {
   if (request.log.m_verboseLogging != 0) request.log.LogInfo("Converting from iso-2022-*");
-  if (request.to != kShiftJis) return fromIso2022<JapaneseCodec>(converter, request);
+  if (request.to != kShiftJis) return fromIso2022(converter, kIso2022JpCodec, request);
   if (request.length > INT_MAX) return false;
   Japanese().Iso2022ToShiftJis(request.data, static_cast<int>(request.length), request.out,
                                request.log);
@@ -115,12 +118,12 @@ bool fromIso2022Jp(EncodingConvert& converter, const Request& request) {
 bool toUtf7(EncodingConvert& converter, Request request) {
   const unsigned int sizeBefore = request.out.getSize();
   ScratchBuffer utf16(request.out);
-  Utf7Codec::State state;
+  CodecState state;
   // From UTF-16 there are no legs.
   if (zvIsLittleEndian() && !isUtf16(request.from)) {
     const unsigned int used =
-        writeCleanBlocks<Utf7Codec>(converter, request.from, request.data, request.length,
-                                    request.out, request.log, state, utf16);
+        writeCleanBlocks(converter, kUtf7Codec, request.from, request.data, request.length,
+                         request.out, request.log, state, utf16);
     request.data += used;
     request.length -= used;
   }
@@ -130,7 +133,9 @@ bool toUtf7(EncodingConvert& converter, Request request) {
     request.out.truncate(sizeBefore);  // a failed leg leaves nothing
     return false;
   }
-  return _zvUtf::Utf16XEToUtf7(utf16, request.out);
+  if (!zvIsLittleEndian()) return _zvUtf::Utf16XEToUtf7(utf16, request.out);
+  kUtf7Codec.write(utf16.getData2(), utf16.getSize(), true, state, request.out, nullptr);
+  return !state.replaced && !request.out.hasFailed();
 }
 
 // Converts the clean beginning without an intermediate copy. True when it was all of the input.
@@ -174,29 +179,28 @@ bool toUtf16Be(EncodingConvert& converter, Request request) {
 
 // The result is that of the conversion into the double-byte code page; what it could convert is
 // written all the same.
-template <typename Codec>
-bool toIso2022(EncodingConvert& converter, Request request) {
+bool toIso2022(EncodingConvert& converter, const Codec& codec, Request request) {
   ScratchBuffer scratch(request.out);
-  typename Codec::State state;
+  CodecState state;
   const unsigned int used =
-      writeCleanBlocks<Codec>(converter, request.from, request.data, request.length, request.out,
-                              request.log, state, scratch);
+      writeCleanBlocks(converter, codec, request.from, request.data, request.length, request.out,
+                       request.log, state, scratch);
   request.data += used;
   request.length -= used;
   bool ok = true;
   if (request.length == 0) {
     finishClean(converter);
   } else {
-    ok = runLeg(converter, request, Codec::kCodePage, scratch);
+    ok = runLeg(converter, request, codec.codePage, scratch);
   }
   if (scratch.hasFailed() || scratch.getSize() > INT_MAX) return false;
-  Codec::writePiece(scratch.getData2(), scratch.getSize(), true, state, request.out, nullptr);
+  codec.write(scratch.getData2(), scratch.getSize(), true, state, request.out, nullptr);
   return ok;
 }
 
 bool convertResolved(EncodingConvert& converter, const Request& request) {
   if (isIso2022Jp(request.from)) return fromIso2022Jp(converter, request);
-  if (request.from == kIso2022Kr) return fromIso2022<KoreanCodec>(converter, request);
+  if (request.from == kIso2022Kr) return fromIso2022(converter, kIso2022KrCodec, request);
 
   converter.m_pivotFromUtf16 = false;
   converter.m_fromCodePage = request.from;
@@ -204,8 +208,8 @@ bool convertResolved(EncodingConvert& converter, const Request& request) {
   if (request.to == kUtf7) return toUtf7(converter, request);
   if (isUtf32(request.to)) return toUtf32(converter, request);
   if (request.to == kUtf16Be) return toUtf16Be(converter, request);
-  if (isIso2022Jp(request.to)) return toIso2022<JapaneseCodec>(converter, request);
-  if (request.to == kIso2022Kr) return toIso2022<KoreanCodec>(converter, request);
+  if (isIso2022Jp(request.to)) return toIso2022(converter, kIso2022JpCodec, request);
+  if (request.to == kIso2022Kr) return toIso2022(converter, kIso2022KrCodec, request);
   return converter.convert_a(request.from, request.to, request.data, request.length, request.out,
                              request.log);
 }

@@ -3,6 +3,7 @@
 #include <cstdint>
 
 #include "encoding/clean_blocks.h"
+#include "encoding/codecs/utf7.h"
 #include "encoding/encoding_convert.h"
 #include "encoding/fast/fast_path.h"
 #include "encoding/scratch_buffer.h"
@@ -36,6 +37,7 @@ struct Conversion {
   DataBuffer& out;
   LogBase& log;
   bool bigEndian = false;  // UTF-16 and UTF-32 sources
+  CodecState utf7 = {};    // of a UTF-7 source, behind what is converted already
 
   void skip(unsigned int count) {
     data += count;
@@ -143,10 +145,13 @@ Normalised normaliseSource(Conversion& c, DataBuffer& scratch) {
     }
     _zvUtf::Utf32ToUtf8(raw, scratch, c.log);
     c.setSource(kUtf8, scratch);
-  } else {  // UTF-7, behind what is converted already
+  } else if (zvIsLittleEndian()) {  // UTF-7
+    kUtf7Codec.read(c.data, c.length, true, c.utf7, scratch, nullptr);
+    c.setSource(kUtf16Le, scratch);
+  } else {
     raw.borrowData(c.data, c.length);
     _zvUtf::Utf7ToUtf16_xe(raw, scratch);
-    c.setSource(zvIsLittleEndian() ? kUtf16Le : kUtf16Be, scratch);
+    c.setSource(kUtf16Be, scratch);
   }
   return scratch.hasFailed() ? Normalised::kFailed : Normalised::kReady;
 }
@@ -264,7 +269,7 @@ bool convertCleanBeginning(Conversion& c, DataBuffer& normalised) {
   if (isUtf32(c.to) || c.to == kUtf16Be) return false;  // EncConvert's business
   if (c.from == kUtf7) {
     const unsigned int used =
-        readCleanUtf7(c.converter, c.to, c.data, c.length, c.out, c.log, normalised);
+        readCleanUtf7(c.converter, c.to, c.data, c.length, c.out, c.log, c.utf7, normalised);
     c.skip(used);
     if (used == 0 || c.length != 0 || normalised.getSize() != 0) return false;
     c.setPivotFlags(false, false);

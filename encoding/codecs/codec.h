@@ -25,17 +25,18 @@ struct CodecState {
 // left, the text is ended (in ASCII) and the state is initial again but for `replaced`. Output,
 // state and reports do not depend on how the text is cut.
 //
-// What has no form becomes a mark in the output (codePage's or the encoding's own; one or two
-// bytes), is reported to sink, unless that is null, and sets state.replaced. When memory is short
-// the failure is latched in out and the whole piece counts as used. No codec keeps anything between
-// calls but the state: any thread may call.
+// What has no form becomes a mark in the output, is reported to sink, unless that is null, and sets
+// state.replaced. A mark is two bytes: the geta mark of the double-byte encodings, U+FFFD in
+// UTF-16; but one byte, "?", in GSM 03.38, and three in UTF-8. When memory is short the failure is
+// latched in out and the whole piece counts as used. No codec keeps anything between calls but the
+// state: any thread may call.
 struct Codec {
   static constexpr unsigned int kMaxRest = 8;
   using Convert = unsigned int (*)(const unsigned char* data, unsigned int length, bool last,
                                    CodecState& state, DataBuffer& out, ReplacementSink* sink);
 
-  // Of the text on the other side: 932, 949, 936, or 1200 (UTF-16 little endian, on every host,
-  // whose surrogates need not be pairs).
+  // Of the text on the other side: 932, 949, 936, 1200 (UTF-16 little endian, on every host, whose
+  // surrogates need not be pairs) or 65001.
   int codePage;
   Convert read;   // from the encoding
   Convert write;  // into the encoding
@@ -43,5 +44,15 @@ struct Codec {
   // is the state before its last piece, wrote says whether that had any content. May be null.
   void (*resume)(const CodecState& left, bool wrote, CodecState& state);
 };
+
+// Converts a whole text. False when something had no form or memory is short; a length of 0 or less
+// is no text.
+inline bool convertWhole(Codec::Convert convert, const unsigned char* data, std::int64_t length,
+                         DataBuffer& out) {
+  if (length <= 0) return true;
+  CodecState state;
+  convert(data, static_cast<unsigned int>(length), true, state, out, nullptr);
+  return !state.replaced && !out.hasFailed();
+}
 
 #endif  // ENCODING_CODECS_CODEC_H_

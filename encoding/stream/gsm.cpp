@@ -3,10 +3,10 @@
 #include <array>
 #include <new>
 
+#include "encoding/codecs/gsm_alphabet.h"
 #include "encoding/special_code_pages.h"
 #include "encoding/stream/source.h"
 #include "encoding/stream/target_kinds.h"
-#include "support/gsm_alphabet.h"
 
 namespace {
 

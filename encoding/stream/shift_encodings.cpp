@@ -3,35 +3,15 @@
 #include <algorithm>
 #include <new>
 
-#include "encoding/special_code_pages.h"
+#include "encoding/codecs/escape_sequence.h"
+#include "encoding/codecs/hz.h"
+#include "encoding/codecs/iso2022_jp.h"
+#include "encoding/codecs/iso2022_kr.h"
 #include "encoding/stream/double_byte.h"
 #include "encoding/stream/source.h"
 #include "encoding/stream/target_kinds.h"
-#include "support/escape_sequence.h"
-#include "support/hz.h"
-#include "support/japanese.h"
-#include "support/korean.h"
 
 namespace {
-
-struct Iso2022Jp : Japanese {
-  using State = Iso2022JpState;
-  static constexpr int kCodePage = kShiftJis;
-  static void resume(const State& /*left*/, bool /*wrote*/, State& /*state*/) {}
-};
-struct Iso2022Kr : Korean {
-  using State = Iso2022KrState;
-  static constexpr int kCodePage = kKorean;
-  // The header stands once, in front of the first text, whatever shifts are left.
-  static void resume(const State& left, bool wrote, State& state) {
-    state.headerWritten = left.headerWritten || wrote;
-  }
-};
-struct HzGb2312 : Hz {
-  using State = HzState;
-  static constexpr int kCodePage = 936;
-  static void resume(const State& /*left*/, bool /*wrote*/, State& /*state*/) {}
-};
 
 class ReplacedList final : public ReplacementSink {
  public:
@@ -45,11 +25,10 @@ class ReplacedList final : public ReplacementSink {
 
 // ---- Reading ----
 
-template <typename Codec>
 class ShiftSource final : public SteppingSource {
  public:
-  explicit ShiftSource(EngineLegs& legs)
-      : m_decoder(Codec::kCodePage, legs), m_characters(Codec::kCodePage) {}
+  ShiftSource(const Codec& codec, EngineLegs& legs)
+      : m_codec(codec), m_decoder(codec.codePage, legs), m_characters(codec.codePage) {}
 
   std::uint32_t take(const unsigned char* data, std::uint32_t length, bool last,
                      SourceBlock& block) override {
@@ -59,7 +38,7 @@ class ShiftSource final : public SteppingSource {
     m_mapState = m_state;
     m_bytes.clear();
     m_replaced.clear();
-    m_used = Codec::readPiece(data, length, last, m_state, m_bytes, &m_replaced);
+    m_used = m_codec.read(data, length, last, m_state, m_bytes, &m_replaced);
     // The codecs give only codes that the table has, so nothing else is bad.
     m_known.clear();
     for (std::uint32_t i = 0; i < m_replaced.pieces().size(); ++i) {
@@ -80,7 +59,7 @@ class ShiftSource final : public SteppingSource {
   SourcePlace locateByte(std::uint32_t byte) override {
     return toSource(SteppingSource::locateByte(byte));
   }
-  int bytesCodePage() const override { return Codec::kCodePage; }
+  int bytesCodePage() const override { return m_codec.codePage; }
 
  private:
   Step step(const unsigned char* p, std::uint32_t left) const override {
@@ -106,8 +85,8 @@ class ShiftSource final : public SteppingSource {
       for (std::uint32_t length = 1; length <= left && m_mapLength == 0; ++length) {
         DataBuffer& bytes = m_mapScratch;
         bytes.clear();
-        m_mapLength = Codec::readPiece(m_data + m_mapOffset, length, m_last && length == left,
-                                       m_mapNext, bytes);
+        m_mapLength = m_codec.read(m_data + m_mapOffset, length, m_last && length == left,
+                                   m_mapNext, bytes, nullptr);
         m_mapBytes += bytes.getSize();
       }
       if (m_mapLength == 0) return;  // not reached: what was used once can be used again
@@ -142,9 +121,10 @@ class ShiftSource final : public SteppingSource {
     return {begin, end - begin, place.unit};
   }
 
+  const Codec& m_codec;
   TextDecoder m_decoder;
   DoubleByteCharacters m_characters;
-  typename Codec::State m_state;
+  CodecState m_state;
   DataBuffer m_bytes;
   ReplacedList m_replaced;
   Rows<BadPiece> m_known;
@@ -153,9 +133,9 @@ class ShiftSource final : public SteppingSource {
   std::uint32_t m_length = 0;
   std::uint32_t m_used = 0;
   bool m_last = false;
-  typename Codec::State m_mapState;  // before the last take()
-  typename Codec::State m_mapNext;   // behind the piece found last
-  std::uint32_t m_mapOffset = 0;     // the piece found last
+  CodecState m_mapState;          // before the last take()
+  CodecState m_mapNext;           // behind the piece found last
+  std::uint32_t m_mapOffset = 0;  // the piece found last
   std::uint32_t m_mapLength = 0;
   std::uint32_t m_mapFirst = 0;             // its bytes
   std::uint32_t m_mapBytes = 0;             // their end
@@ -167,11 +147,10 @@ class ShiftSource final : public SteppingSource {
 
 // ---- Writing ----
 
-template <typename Codec>
 class ShiftTarget final : public StreamTarget {
  public:
-  explicit ShiftTarget(EngineLegs& legs)
-      : m_encoder(Codec::kCodePage, legs), m_characters(Codec::kCodePage) {}
+  ShiftTarget(const Codec& codec, EngineLegs& legs)
+      : m_codec(codec), m_encoder(codec.codePage, legs), m_characters(codec.codePage) {}
 
   bool encode(const std::uint16_t* units, std::uint32_t count, Behind behind, DataBuffer& out,
               EncodeResult& result) override {
@@ -192,10 +171,10 @@ class ShiftTarget final : public StreamTarget {
                    EncodeResult& result) override {
     m_walked = m_walkedUnits = 0;
     const bool last = behind == Behind::kNothing;
-    const typename Codec::State before = m_state;
+    const CodecState before = m_state;
     const unsigned int sizeBefore = out.getSize();
     result.used = write(bytes, count, last, out);
-    if (last) Codec::resume(before, result.used != 0, m_state);
+    if (last && m_codec.resume != nullptr) m_codec.resume(before, result.used != 0, m_state);
     const std::uint32_t waiting = firstToWait(bytes, result.used, count, behind);
     if (m_replaced.pieces().isEmpty() && waiting < result.used) {
       m_state = before;
@@ -215,7 +194,7 @@ class ShiftTarget final : public StreamTarget {
     }
     return !result.misfits.hasFailed();
   }
-  int bytesCodePage() const override { return Codec::kCodePage; }
+  int bytesCodePage() const override { return m_codec.codePage; }
 
   bool toBytes(const std::uint16_t* units, std::uint32_t count, DataBuffer& bytes,
                bool& fits) override {
@@ -228,8 +207,8 @@ class ShiftTarget final : public StreamTarget {
   bool holds(const std::uint16_t* units, std::uint32_t count, bool& fits) override {
     DataBuffer bytes, scratch;
     if (!toBytes(units, count, bytes, fits)) return false;
-    typename Codec::State state;
-    Codec::writePiece(bytes.getData2(), bytes.getSize(), true, state, scratch);
+    CodecState state;
+    m_codec.write(bytes.getData2(), bytes.getSize(), true, state, scratch, nullptr);
     fits = fits && !state.replaced;
     return !scratch.hasFailed();
   }
@@ -248,7 +227,7 @@ class ShiftTarget final : public StreamTarget {
 
   std::uint32_t write(const unsigned char* bytes, std::uint32_t count, bool last, DataBuffer& out) {
     m_replaced.clear();
-    return Codec::writePiece(bytes, count, last, m_state, out, &m_replaced);
+    return m_codec.write(bytes, count, last, m_state, out, &m_replaced);
   }
 
   // An ESC of the text has a place as long as it does not make an escape sequence with what follows
@@ -276,9 +255,10 @@ class ShiftTarget final : public StreamTarget {
     return m_walkedUnits;
   }
 
+  const Codec& m_codec;
   TextEncoder m_encoder;
   DoubleByteCharacters m_characters;
-  typename Codec::State m_state;
+  CodecState m_state;
   DataBuffer m_bytes;
   ReplacedList m_replaced;
   std::uint32_t m_walked = 0;
@@ -288,20 +268,20 @@ class ShiftTarget final : public StreamTarget {
 }  // namespace
 
 std::unique_ptr<StreamSource> makeIso2022JpSource(EngineLegs& legs) {
-  return std::unique_ptr<StreamSource>(new (std::nothrow) ShiftSource<Iso2022Jp>(legs));
+  return std::unique_ptr<StreamSource>(new (std::nothrow) ShiftSource(kIso2022JpCodec, legs));
 }
 std::unique_ptr<StreamSource> makeIso2022KrSource(EngineLegs& legs) {
-  return std::unique_ptr<StreamSource>(new (std::nothrow) ShiftSource<Iso2022Kr>(legs));
+  return std::unique_ptr<StreamSource>(new (std::nothrow) ShiftSource(kIso2022KrCodec, legs));
 }
 std::unique_ptr<StreamSource> makeHzSource(EngineLegs& legs) {
-  return std::unique_ptr<StreamSource>(new (std::nothrow) ShiftSource<HzGb2312>(legs));
+  return std::unique_ptr<StreamSource>(new (std::nothrow) ShiftSource(kHzCodec, legs));
 }
 std::unique_ptr<StreamTarget> makeIso2022JpTarget(EngineLegs& legs) {
-  return std::unique_ptr<StreamTarget>(new (std::nothrow) ShiftTarget<Iso2022Jp>(legs));
+  return std::unique_ptr<StreamTarget>(new (std::nothrow) ShiftTarget(kIso2022JpCodec, legs));
 }
 std::unique_ptr<StreamTarget> makeIso2022KrTarget(EngineLegs& legs) {
-  return std::unique_ptr<StreamTarget>(new (std::nothrow) ShiftTarget<Iso2022Kr>(legs));
+  return std::unique_ptr<StreamTarget>(new (std::nothrow) ShiftTarget(kIso2022KrCodec, legs));
 }
 std::unique_ptr<StreamTarget> makeHzTarget(EngineLegs& legs) {
-  return std::unique_ptr<StreamTarget>(new (std::nothrow) ShiftTarget<HzGb2312>(legs));
+  return std::unique_ptr<StreamTarget>(new (std::nothrow) ShiftTarget(kHzCodec, legs));
 }

@@ -1,6 +1,6 @@
 // The GSM 03.38 default alphabet and its extension table (3GPP TS 23.038, 6.2.1 and 6.2.1.1).
-#ifndef SUPPORT_GSM_ALPHABET_H_
-#define SUPPORT_GSM_ALPHABET_H_
+#ifndef ENCODING_CODECS_GSM_ALPHABET_H_
+#define ENCODING_CODECS_GSM_ALPHABET_H_
 
 constexpr unsigned char kGsmEscape = 0x1B;
 
@@ -26,4 +26,4 @@ constexpr GsmExtension kGsmExtensions[] = {
     {0x3C, u'['},  {0x3D, u'~'}, {0x3E, u']'}, {0x40, u'|'}, {0x65, u'€'},
 };
 
-#endif  // SUPPORT_GSM_ALPHABET_H_
+#endif  // ENCODING_CODECS_GSM_ALPHABET_H_

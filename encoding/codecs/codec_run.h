@@ -1,6 +1,6 @@
-// CodecRun: what the codecs with shift states (ISO-2022-JP, ISO-2022-KR, HZ) are built on.
-#ifndef SUPPORT_CODEC_RUN_H_
-#define SUPPORT_CODEC_RUN_H_
+// CodecRun: what the codecs are built on.
+#ifndef ENCODING_CODECS_CODEC_RUN_H_
+#define ENCODING_CODECS_CODEC_RUN_H_
 
 #include <algorithm>
 #include <bit>
@@ -11,24 +11,26 @@
 #include <emmintrin.h>
 #endif
 
-#include "support/data_buffer.h"
-#include "support/replacement_sink.h"
+#include "encoding/codecs/codec.h"
 
 // One pass over one piece of text: the input that is still to be read, and space behind the output
-// that is being written. A codec derives from it, converts runs of one kind in loops that keep the
-// pointers in registers, and everything between the runs a unit at a time.
+// that is being written. Each direction of a codec derives from it, converts runs of one kind in
+// loops that keep the pointers in registers, and everything between the runs a unit at a time.
 struct CodecRun {
   // Room that makeRoom() promises: more than any unit writes, or a vector, shifts included.
   static constexpr std::ptrdiff_t kMinRoom = 32;
   // And what it asks for where more is to be expected.
   static constexpr std::ptrdiff_t kUsualRoom = 4096;
+  // How many eighths of the input the output usually is.
+  static constexpr unsigned int kGrowth = 9;
 
-  CodecRun(const unsigned char* data, unsigned int length, bool isLast, DataBuffer& output,
-           ReplacementSink* replacementSink)
+  CodecRun(const unsigned char* data, unsigned int length, bool isLast, CodecState& carried,
+           DataBuffer& output, ReplacementSink* replacementSink)
       : begin(data),
         p(data),
         end(data + length),
         last(isLast),
+        state(carried),
         out(output),
         sink(replacementSink) {}
 
@@ -59,25 +61,31 @@ struct CodecRun {
     put(first);
     put(second);
   }
-  // Copies the next count bytes as they are.
-  void pass(unsigned int count) {
+  // Copies the next count bytes as they are. Returns true, for step(), as mark() does.
+  bool pass(unsigned int count) {
     for (; count != 0; --count) put(*p++);
+    return true;
+  }
+  // Says that a mark, which is to be written next, stands for length bytes from `from` on.
+  void report(const unsigned char* from, unsigned int length) {
+    state.replaced = true;
+    if (sink == nullptr) return;
+    sink->onReplaced({static_cast<unsigned int>(from - begin), length,
+                      out.getSize() + static_cast<unsigned int>(dest - destStart)});
   }
   // Writes a mark of two bytes in place of the next length bytes.
-  void mark(unsigned int length, unsigned char first, unsigned char second, bool& replaced) {
-    replaced = true;
-    if (sink != nullptr) {
-      sink->onReplaced({static_cast<unsigned int>(p - begin), length,
-                        out.getSize() + static_cast<unsigned int>(dest - destStart)});
-    }
+  bool mark(unsigned int length, unsigned char first, unsigned char second) {
+    report(p, length);
     p += length;
     put(first, second);
+    return true;
   }
 
   const unsigned char* const begin;
   const unsigned char* p;
   const unsigned char* const end;
   const bool last;  // nothing follows the piece
+  CodecState& state;
   DataBuffer& out;
   ReplacementSink* const sink;
   unsigned char* dest = nullptr;
@@ -85,23 +93,24 @@ struct CodecRun {
   unsigned char* destEnd = nullptr;
 };
 
-// Drives a codec: step() converts something, with at least kMinRoom bytes of room, and returns
-// false when it cannot go on without what follows the piece (never when the piece is the last);
-// finish() ends the text. Returns how many bytes were used: all of them when memory is short.
-template <typename Codec>
-unsigned int runCodec(Codec& codec) {
-  const auto length = static_cast<unsigned int>(codec.left());
-  codec.out.expect(std::uint64_t{length} + length / 8 + CodecRun::kMinRoom);
-  while (codec.p != codec.end) {
-    if (!codec.makeRoom()) return length;
-    if (!codec.step()) break;
+// Drives one direction of a codec; the function that Codec has pointers to. step() converts
+// something, with at least kMinRoom bytes of room, and returns false when it cannot go on without
+// what follows the piece (never when the piece is the last); finish() ends the text.
+template <typename Direction>
+unsigned int runCodec(const unsigned char* data, unsigned int length, bool last, CodecState& state,
+                      DataBuffer& out, ReplacementSink* sink) {
+  Direction run(data, length, last, state, out, sink);
+  out.expect(std::uint64_t{length} * Direction::kGrowth / 8 + CodecRun::kMinRoom);
+  while (run.p != run.end) {
+    if (!run.makeRoom()) return length;
+    if (!run.step()) break;
   }
-  if (codec.last) {
-    if (!codec.makeRoom()) return length;
-    codec.finish();
+  if (last) {
+    if (!run.makeRoom()) return length;
+    run.finish();
   }
-  codec.commit();
-  return static_cast<unsigned int>(codec.p - codec.begin);
+  run.commit();
+  return static_cast<unsigned int>(run.p - data);
 }
 
 // Sixteen bytes, or eight pairs of bytes, at a time. The vector types are the compilers' own, so
@@ -218,4 +227,4 @@ bool copyTurns(CodecRun& run, bool inPairs) {
   return inPairs;
 }
 
-#endif  // SUPPORT_CODEC_RUN_H_
+#endif  // ENCODING_CODECS_CODEC_RUN_H_

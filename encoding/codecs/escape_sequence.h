@@ -1,6 +1,6 @@
 // Escape sequences of ISO-2022 text (ECMA-35).
-#ifndef SUPPORT_ESCAPE_SEQUENCE_H_
-#define SUPPORT_ESCAPE_SEQUENCE_H_
+#ifndef ENCODING_CODECS_ESCAPE_SEQUENCE_H_
+#define ENCODING_CODECS_ESCAPE_SEQUENCE_H_
 
 #include <cstddef>
 #include <string_view>
@@ -45,4 +45,4 @@ inline unsigned int designationLength(const unsigned char* p, const unsigned cha
   return isFinal(q[1]) ? static_cast<unsigned int>(q - p) + 2 : 0;
 }
 
-#endif  // SUPPORT_ESCAPE_SEQUENCE_H_
+#endif  // ENCODING_CODECS_ESCAPE_SEQUENCE_H_

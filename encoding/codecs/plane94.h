@@ -1,6 +1,6 @@
 // Positions in a set of 94 rows of 94 cells, as the ISO-2022 encodings have them.
-#ifndef SUPPORT_PLANE94_H_
-#define SUPPORT_PLANE94_H_
+#ifndef ENCODING_CODECS_PLANE94_H_
+#define ENCODING_CODECS_PLANE94_H_
 
 #include <array>
 #include <cstdint>
@@ -42,4 +42,4 @@ struct PlaneRange {
   std::uint8_t firstRow, lastRow, first, last;
 };
 
-#endif  // SUPPORT_PLANE94_H_
+#endif  // ENCODING_CODECS_PLANE94_H_

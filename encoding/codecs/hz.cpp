@@ -1,7 +1,8 @@
-#include "support/hz.h"
+// HZ to and from code page 936.
+#include "encoding/codecs/hz.h"
 
-#include "support/codec_run.h"
-#include "support/plane94.h"
+#include "encoding/codecs/codec_run.h"
+#include "encoding/codecs/plane94.h"
 
 namespace {
 
@@ -64,87 +65,69 @@ struct GbToHz {
   }
 };
 
-// Every byte of the output belongs to a code of 936, whatever the input; see the Japanese reader.
+// CodecState::set.
+constexpr std::uint8_t kAscii = 0;
+constexpr std::uint8_t kGb = 1;  // between "~{" and "~}"
+
+// Every byte of the output belongs to a code of 936, whatever the input; see that of ISO-2022-JP.
 struct Reader : CodecRun {
-  Reader(const unsigned char* data, unsigned int length, bool isLast, HzState& carried,
-         DataBuffer& output, ReplacementSink* replacementSink)
-      : CodecRun(data, length, isLast, output, replacementSink), state(carried) {}
+  using CodecRun::CodecRun;
 
   bool step() {
-    state.inGb = copyTurns<GbFromHz, kTilde>(*this, state.inGb);
-    if (state.inGb) {
+    state.set = copyTurns<GbFromHz, kTilde>(*this, state.set == kGb) ? kGb : kAscii;
+    if (state.set == kGb) {
       if (!copyPairs<GbFromHz>(*this)) return true;
     } else {
       copyPlain<kTilde>(*this);
     }
     return left() == 0 || room() < kMinRoom || readUnit();
   }
-  void finish() { state.inGb = false; }
+  void finish() { state.set = kAscii; }
 
   bool readUnit() {
     const unsigned char byte = *p;
-    if (byte >= 0x80) {
-      geta(1);
-      return true;
-    }
+    if (byte >= 0x80) return geta(1);
     if (byte == kTilde) return readTilde();
-    if (byte == '\r' || byte == '\n') state.inGb = false;  // lines begin in ASCII
-    if (!state.inGb || !isPlaneByte(byte)) {
-      pass(1);
-      return true;
-    }
+    if (byte == '\r' || byte == '\n') state.set = kAscii;  // lines begin in ASCII
+    if (state.set == kAscii || !isPlaneByte(byte)) return pass(1);
     if (left() < 2 && !last) return false;
-    geta(1);  // half a pair, for a whole one does not come here: what follows it stays
-    return true;
+    return geta(1);  // half a pair, for a whole one does not come here: what follows it stays
   }
 
   // Entering or leaving GB twice does no harm and is taken as meant.
   bool readTilde() {
     if (left() < 2 && !last) return false;
     const unsigned char next = left() < 2 ? 0 : p[1];
+    const bool inGb = state.set == kGb;
     if (next == '{' || next == '}') {
-      state.inGb = next == '{';
-      p += 2;
-    } else if (next == kTilde && !state.inGb) {
+      state.set = next == '{' ? kGb : kAscii;
+    } else if (inGb) {
+      return geta(isPlaneByte(next) ? 2 : 1);  // a pair of the row that does not exist
+    } else if (next == kTilde) {
       put(kTilde);
-      p += 2;
-    } else if (next == '\n' && !state.inGb) {
-      p += 2;  // the line goes on
-    } else if (next == '\r' && !state.inGb) {
-      return readFoldedCrLf();
-    } else {
-      // Within GB the tilde begins a pair of the row that does not exist.
-      geta(state.inGb && isPlaneByte(next) ? 2 : 1);
+    } else if (next == '\r') {
+      // As below, in a text whose lines end in CR and LF.
+      if (left() < 3 && !last) return false;
+      if (left() < 3 || p[2] != '\n') return geta(1);
+      ++p;
+    } else if (next != '\n') {  // with which the line goes on
+      return geta(1);
     }
+    p += 2;
     return true;
   }
 
-  // A line that goes on, in a text whose lines end in CR and LF.
-  bool readFoldedCrLf() {
-    if (left() < 3 && !last) return false;
-    if (left() >= 3 && p[2] == '\n') {
-      p += 3;
-    } else {
-      geta(1);
-    }
-    return true;
-  }
-
-  void geta(unsigned int length) { mark(length, 0xA1, 0xFE, state.replaced); }
-
-  HzState& state;
+  bool geta(unsigned int length) { return mark(length, 0xA1, 0xFE); }
 };
 
 struct Writer : CodecRun {
-  Writer(const unsigned char* data, unsigned int length, bool isLast, HzState& carried,
-         DataBuffer& output, ReplacementSink* replacementSink)
-      : CodecRun(data, length, isLast, output, replacementSink), state(carried) {}
+  using CodecRun::CodecRun;
 
   bool step() {
-    state.inGb = copyTurns<GbToHz, kTilde>(*this, state.inGb);
+    state.set = copyTurns<GbToHz, kTilde>(*this, state.set == kGb) ? kGb : kAscii;
     if (left() == 0 || room() < kMinRoom) return true;
     if (*p >= 0x80) return writePair();
-    enter(false);
+    enter(kAscii);
     if (*p == kTilde) {
       put(kTilde, kTilde);
       ++p;
@@ -153,59 +136,34 @@ struct Writer : CodecRun {
     }
     return true;
   }
-  void finish() { enter(false); }
+  void finish() { enter(kAscii); }
 
   // Line ends are ASCII: the text returns there before each of them.
-  void enter(bool inGb) {
-    if (state.inGb == inGb) return;
-    put(kTilde, inGb ? '{' : '}');
-    state.inGb = inGb;
+  void enter(std::uint8_t set) {
+    if (state.set == set) return;
+    put(kTilde, set == kGb ? '{' : '}');
+    state.set = set;
   }
 
   bool writePair() {
     const bool isLead = *p >= 0x81 && *p <= 0xFE;
     if (isLead && left() < 2 && !last) return false;
     if (left() >= 2 && isGb8(p[0], p[1])) {
-      enter(true);
+      enter(kGb);
       copyPairs<GbToHz>(*this);
       return true;
     }
     // Code page 936 assigns every pair of a lead and a trail byte.
     const bool isPair = isLead && left() >= 2 && p[1] >= 0x40 && p[1] <= 0xFE && p[1] != 0x7F;
-    geta(isPair ? 2 : 1);
-    return true;
+    return geta(isPair ? 2 : 1);
   }
 
-  void geta(unsigned int length) {
-    enter(true);
-    mark(length, 0x21, 0x7E, state.replaced);
+  bool geta(unsigned int length) {
+    enter(kGb);
+    return mark(length, 0x21, 0x7E);
   }
-
-  HzState& state;
 };
 
 }  // namespace
 
-unsigned int Hz::readPiece(const unsigned char* data, unsigned int length, bool last,
-                           HzState& state, DataBuffer& out, ReplacementSink* sink) {
-  Reader reader(data, length, last, state, out, sink);
-  return runCodec(reader);
-}
-
-unsigned int Hz::writePiece(const unsigned char* data, unsigned int length, bool last,
-                            HzState& state, DataBuffer& out, ReplacementSink* sink) {
-  Writer writer(data, length, last, state, out, sink);
-  return runCodec(writer);
-}
-
-bool Hz::hzToGbk(const unsigned char* data, unsigned int length, DataBuffer& out) {
-  HzState state;
-  readPiece(data, length, true, state, out);
-  return !state.replaced && !out.hasFailed();
-}
-
-bool Hz::gbkToHz(const unsigned char* data, unsigned int length, DataBuffer& out) {
-  HzState state;
-  writePiece(data, length, true, state, out);
-  return !state.replaced && !out.hasFailed();
-}
+const Codec kHzCodec = {936, runCodec<Reader>, runCodec<Writer>, nullptr};

@@ -1,7 +1,9 @@
+#include "support/japanese.h"
+
 #include <atomic>
 
+#include "encoding/codecs/iso2022_jp.h"
 #include "support/content_coding.h"
-#include "support/japanese.h"
 
 namespace {
 
@@ -25,6 +27,14 @@ static_assert(sizeof kLastBlock == 1004 + 1);
 std::atomic<const unsigned char*> _sjis_from_2022_lastblock{nullptr};
 
 }  // namespace
+
+bool Japanese::Iso2022ToShiftJis(const unsigned char* data, int length, DataBuffer& out, LogBase&) {
+  return convertWhole(kIso2022JpCodec.read, data, length, out);
+}
+
+bool Japanese::ShiftJisToIso2022(const unsigned char* data, int length, DataBuffer& out, LogBase&) {
+  return convertWhole(kIso2022JpCodec.write, data, length, out);
+}
 
 const unsigned char* Japanese::GetSjisFrom2022_LastBlock() {
   const unsigned char* list = _sjis_from_2022_lastblock.load(std::memory_order_acquire);

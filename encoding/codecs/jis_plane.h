@@ -1,12 +1,12 @@
 // The double-byte positions that code page 932 shares with ISO-2022-JP.
-#ifndef SUPPORT_JIS_PLANE_H_
-#define SUPPORT_JIS_PLANE_H_
+#ifndef ENCODING_CODECS_JIS_PLANE_H_
+#define ENCODING_CODECS_JIS_PLANE_H_
 
 #include <array>
 #include <cstdint>
 
-#include "support/codec_run.h"
-#include "support/plane94.h"
+#include "encoding/codecs/codec_run.h"
+#include "encoding/codecs/plane94.h"
 
 // A two-byte code as it stands in a text; both bytes 0 for no code.
 struct CodeBytes {
@@ -186,4 +186,4 @@ struct ShiftJisToJis {
   }
 };
 
-#endif  // SUPPORT_JIS_PLANE_H_
+#endif  // ENCODING_CODECS_JIS_PLANE_H_
