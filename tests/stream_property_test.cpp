@@ -7,9 +7,9 @@
 #include <string>
 #include <vector>
 
+#include "encoding/codecs/hz.h"
 #include "encoding/fast/fast_path.h"
 #include "encoding/tables/code_pages.h"
-#include "support/hz.h"
 #include "tests/stream_support.h"
 
 using namespace std::string_literals;
@@ -21,7 +21,7 @@ std::string whole(int from, int to, const std::string& text) {
   DataBuffer out;
   const auto length = static_cast<unsigned int>(text.size());
   if (from == kCodePageHz) {
-    Hz::hzToGbk(bytesOf(text), length, out);
+    convertWhole(kHzCodec.read, bytesOf(text), length, out);
     return whole(936, to, textOf(out));
   }
   // What EncConvert cannot do at all goes by UTF-8.
@@ -30,7 +30,7 @@ std::string whole(int from, int to, const std::string& text) {
   if (failsThere) return whole(65001, to, whole(from, 65001, text));
   if (to != kCodePageHz) return convert(from, to, text).out;
   const std::string gbk = whole(from, 936, text);
-  Hz::gbkToHz(bytesOf(gbk), static_cast<unsigned int>(gbk.size()), out);
+  convertWhole(kHzCodec.write, bytesOf(gbk), static_cast<unsigned int>(gbk.size()), out);
   return textOf(out);
 }
 
