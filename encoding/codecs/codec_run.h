@@ -113,6 +113,29 @@ unsigned int runCodec(const unsigned char* data, unsigned int length, bool last,
   return static_cast<unsigned int>(run.p - data);
 }
 
+// Several bytes as one number, the first in its low byte on every host. Loops also write more bytes
+// than they keep, where that saves a decision.
+template <typename Number>
+Number loadLow(const unsigned char* p) {
+  Number number = 0;
+  if constexpr (std::endian::native == std::endian::little) {
+    std::memcpy(&number, p, sizeof number);  // the loop below means the same, and compiles worse
+  } else {
+    for (unsigned int i = 0; i < sizeof number; ++i) number |= Number{p[i]} << (8 * i);
+  }
+  return number;
+}
+template <typename Number>
+void storeLow(unsigned char* dest, Number number) {
+  if constexpr (std::endian::native == std::endian::little) {
+    std::memcpy(dest, &number, sizeof number);
+  } else {
+    for (unsigned int i = 0; i < sizeof number; ++i) {
+      dest[i] = static_cast<unsigned char>(number >> (8 * i));
+    }
+  }
+}
+
 // Sixteen bytes, or eight pairs of bytes, at a time. The vector types are the compilers' own, so
 // that they serve every processor; a processor that keeps words the other way round takes the loops
 // of one unit, which are there for what is left in any case.

@@ -6,7 +6,7 @@
 
 #include "encoding/codecs/codec_run.h"
 #include "support/sixteen_bytes.h"
-#include "support/utf_loops.h"
+#include "support/utf.h"
 
 namespace {
 

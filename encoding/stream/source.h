@@ -7,7 +7,7 @@
 
 #include "encoding/stream/engine_legs.h"
 #include "encoding/stream/rows.h"
-#include "support/utf_loops.h"
+#include "support/utf.h"
 
 // The most that is converted at once, in bytes of the source.
 inline constexpr std::uint32_t kStreamBlock = 32 * 1024;

@@ -4,7 +4,7 @@
 
 #include "encoding/stream/source.h"
 #include "encoding/stream/target.h"
-#include "support/utf_loops.h"
+#include "support/utf.h"
 
 // The scalar value at units[i] of text whose surrogates come in pairs; moves i behind it.
 inline std::uint32_t nextScalar(const std::uint16_t* units, std::uint32_t& i) {

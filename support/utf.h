@@ -1,15 +1,9 @@
-// What the loops of _zvUtf share: chunked output, tests of eight bytes at once, and the decoder of
-// one UTF-8 sequence.
-#ifndef SUPPORT_UTF_LOOPS_H_
-#define SUPPORT_UTF_LOOPS_H_
+// Scalar values in UTF-8 and UTF-16, one at a time.
+#ifndef SUPPORT_UTF_H_
+#define SUPPORT_UTF_H_
 
-#include <algorithm>
-#include <bit>
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
-
-#include "support/data_buffer.h"
 
 constexpr std::uint32_t kReplacementCharacter = 0xFFFD;
 
@@ -19,12 +13,16 @@ constexpr bool isSurrogate(std::uint32_t unit) { return (unit & 0xFFFFF800) == 0
 constexpr std::uint32_t joinSurrogates(std::uint32_t high, std::uint32_t low) {
   return 0x10000 + ((high & 0x3FF) << 10) + (low & 0x3FF);
 }
+// The two halves of a scalar value from U+10000 up.
+constexpr std::uint32_t highSurrogateOf(std::uint32_t scalar) { return 0xD7C0 + (scalar >> 10); }
+constexpr std::uint32_t lowSurrogateOf(std::uint32_t scalar) { return 0xDC00 | (scalar & 0x3FF); }
 
 constexpr bool isScalarValue(std::uint32_t value) {
   return value <= 0x10FFFF && !isSurrogate(value);
 }
 
-// Writes the UTF-8 form of a scalar value, 1 to 4 bytes, and returns its end.
+// Writes the UTF-8 form of a scalar value, or the three-byte form of a surrogate: 1 to 4 bytes.
+// Returns its end.
 constexpr unsigned char* writeUtf8(unsigned char* dest, std::uint32_t scalar) {
   const auto last = [](std::uint32_t bits) {
     return static_cast<unsigned char>(0x80 | (bits & 0x3F));
@@ -46,50 +44,6 @@ constexpr unsigned char* writeUtf8(unsigned char* dest, std::uint32_t scalar) {
   }
   return dest;
 }
-
-// Runs a loop over [p, end) that appends to out, so that it can write without testing for room and
-// a large input takes no more memory than its output. loop(p, stop, dest) converts from p, which it
-// moves on, until p has reached stop or passed it by a character, writes at dest and returns the
-// end of what it wrote. It writes at most WorstFactor bytes for each input byte up to stop, and
-// kWriteSlack more. False when there is no memory, with what was converted until then in out.
-constexpr unsigned int kWriteSlack = 32;
-template <unsigned int WorstFactor, typename Loop>
-bool writeInChunks(const unsigned char* p, const unsigned char* end, DataBuffer& out, Loop loop) {
-  constexpr std::ptrdiff_t kChunk = 16384;
-  while (p < end) {
-    const auto chunk = static_cast<unsigned int>(std::min(end - p, kChunk));
-    unsigned char* const dest = out.reserveTail(chunk * WorstFactor + kWriteSlack);
-    if (dest == nullptr) return false;
-    out.commitTail(static_cast<unsigned int>(loop(p, p + chunk, dest) - dest));
-  }
-  return true;
-}
-
-// Several bytes as one number, the first in its low byte on every host. Loops also write more bytes
-// than they keep, where that saves a decision.
-template <typename Number>
-Number loadLow(const unsigned char* p) {
-  Number number = 0;
-  if constexpr (std::endian::native == std::endian::little) {
-    std::memcpy(&number, p, sizeof number);  // the loop below means the same, and compiles worse
-  } else {
-    for (unsigned int i = 0; i < sizeof number; ++i) number |= Number{p[i]} << (8 * i);
-  }
-  return number;
-}
-template <typename Number>
-void storeLow(unsigned char* dest, Number number) {
-  if constexpr (std::endian::native == std::endian::little) {
-    std::memcpy(dest, &number, sizeof number);
-  } else {
-    for (unsigned int i = 0; i < sizeof number; ++i) {
-      dest[i] = static_cast<unsigned char>(number >> (8 * i));
-    }
-  }
-}
-
-inline std::uint64_t loadEight(const unsigned char* p) { return loadLow<std::uint64_t>(p); }
-constexpr bool areAscii(std::uint64_t eight) { return (eight & 0x8080808080808080u) == 0; }
 
 // One piece of UTF-8 text.
 struct Utf8Sequence {
@@ -150,4 +104,4 @@ inline Utf8Sequence decodeScalar(const unsigned char* p, std::size_t left) {
   return {0, first.length, false};
 }
 
-#endif  // SUPPORT_UTF_LOOPS_H_
+#endif  // SUPPORT_UTF_H_
