@@ -21,26 +21,30 @@ constexpr bool isScalarValue(std::uint32_t value) {
   return value <= 0x10FFFF && !isSurrogate(value);
 }
 
+constexpr unsigned char continuationByte(std::uint32_t bits) {
+  return static_cast<unsigned char>(0x80 | (bits & 0x3F));
+}
+// Writes any UTF-16 unit in three bytes, overlong below U+0800, and returns their end.
+constexpr unsigned char* writeThreeByteForm(unsigned char* dest, std::uint32_t unit) {
+  *dest++ = static_cast<unsigned char>(0xE0 | (unit >> 12));
+  *dest++ = continuationByte(unit >> 6);
+  *dest++ = continuationByte(unit);
+  return dest;
+}
 // Writes the UTF-8 form of a scalar value, or the three-byte form of a surrogate: 1 to 4 bytes.
 // Returns its end.
 constexpr unsigned char* writeUtf8(unsigned char* dest, std::uint32_t scalar) {
-  const auto last = [](std::uint32_t bits) {
-    return static_cast<unsigned char>(0x80 | (bits & 0x3F));
-  };
+  if (scalar >= 0x800 && scalar < 0x10000) return writeThreeByteForm(dest, scalar);
   if (scalar < 0x80) {
     *dest++ = static_cast<unsigned char>(scalar);
   } else if (scalar < 0x800) {
     *dest++ = static_cast<unsigned char>(0xC0 | (scalar >> 6));
-    *dest++ = last(scalar);
-  } else if (scalar < 0x10000) {
-    *dest++ = static_cast<unsigned char>(0xE0 | (scalar >> 12));
-    *dest++ = last(scalar >> 6);
-    *dest++ = last(scalar);
+    *dest++ = continuationByte(scalar);
   } else {
     *dest++ = static_cast<unsigned char>(0xF0 | (scalar >> 18));
-    *dest++ = last(scalar >> 12);
-    *dest++ = last(scalar >> 6);
-    *dest++ = last(scalar);
+    *dest++ = continuationByte(scalar >> 12);
+    *dest++ = continuationByte(scalar >> 6);
+    *dest++ = continuationByte(scalar);
   }
   return dest;
 }

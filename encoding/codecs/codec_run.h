@@ -224,26 +224,33 @@ bool copyTurns(CodecRun& run, bool inPairs) {
   using namespace codec_vectors;
   const unsigned char* p = run.p;
   unsigned char* dest = run.dest;
-  const auto convert = [&]() -> unsigned int {
-    Bytes bytes;
-    std::memcpy(&bytes, p, sizeof bytes);
-    if (inPairs) {
-      SignedWords known;
-      const Words pairs = Map::eight(reinterpret_cast<Words>(bytes), known);
-      std::memcpy(dest, &pairs, sizeof pairs);
-      return bytesBefore(~known);
-    }
+  // Both return how many bytes of the vector count.
+  const auto storePairs = [&](Bytes bytes) {
+    SignedWords known;
+    const Words pairs = Map::eight(reinterpret_cast<Words>(bytes), known);
+    std::memcpy(dest, &pairs, sizeof pairs);
+    return bytesBefore(~known);
+  };
+  const auto storePlain = [&](Bytes bytes) {
     std::memcpy(dest, &bytes, sizeof bytes);
     SignedBytes stop = reinterpret_cast<SignedBytes>(bytes) < 0;
     ((stop |= reinterpret_cast<SignedBytes>(bytes == Stops)), ...);
     return bytesBefore(stop);
   };
-  while (kUsed && run.end - p >= CodecRun::kMinRoom && run.destEnd - dest >= CodecRun::kMinRoom) {
-    const unsigned int done = convert();
-    p += done;
-    dest += done;
-    if (done == 16) continue;
-    if (!Map::turn(p, dest, inPairs)) break;
+  // False when input or room ends.
+  const auto copyRun = [&](auto store) {
+    while (run.end - p >= CodecRun::kMinRoom && run.destEnd - dest >= CodecRun::kMinRoom) {
+      Bytes bytes;
+      std::memcpy(&bytes, p, sizeof bytes);
+      const unsigned int done = store(bytes);
+      p += done;
+      dest += done;
+      if (done != 16) return true;
+    }
+    return false;
+  };
+  while (kUsed && (inPairs ? copyRun(storePairs) : copyRun(storePlain)) &&
+         Map::turn(p, dest, inPairs)) {
   }
   run.p = p;
   run.dest = dest;
