@@ -502,6 +502,33 @@ TEST(Codecs, StandAnyBytesHoweverTheyAreCut) {
   }
 }
 
+// Offered a byte more each time, UTF-7 is used a unit at a time, so that a caller can find out
+// which bytes a unit came from.
+TEST(Codecs, UseUtf7AUnitAtATime) {
+  const struct {
+    std::string utf7;
+    std::vector<unsigned int> steps;
+  } cases[] = {
+      {"a+-b", {1, 2, 1}},
+      {"+AOkA6Q-z", {1, 3, 3, 1, 1}},
+      // Bits that are not 0 may belong to the next unit, and are wrong at the end of a run.
+      {"+ZeVnLIqe-", {1, 3, 3, 2, 1}},
+      {"+ZeW-", {1, 4}}};
+  for (const auto& c : cases) {
+    CodecState state;
+    DataBuffer out;
+    std::vector<unsigned int> steps;
+    for (std::size_t begin = 0, end = 1; end <= c.utf7.size(); ++end) {
+      const unsigned int used =
+          kUtf7Read(bytesOf(c.utf7) + begin, static_cast<unsigned int>(end - begin),
+                    end == c.utf7.size(), state, out, nullptr);
+      if (used != 0) steps.push_back(used);
+      begin += used;
+    }
+    EXPECT_EQ(steps, c.steps) << c.utf7;
+  }
+}
+
 // The header stands once, whatever texts are ended and gone on behind.
 TEST(Codecs, WriteTheKoreanHeaderOnce) {
   CodecState state;
