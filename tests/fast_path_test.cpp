@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "encoding/fast/cpu_dispatch.h"
+#include "encoding/kernels/cpu_dispatch.h"
 #include "encoding/tables/code_pages.h"
 #include "tests/test_support.h"
 

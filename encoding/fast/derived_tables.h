@@ -2,7 +2,7 @@
 #ifndef ENCODING_FAST_DERIVED_TABLES_H_
 #define ENCODING_FAST_DERIVED_TABLES_H_
 
-#include "encoding/fast/kernels.h"
+#include "encoding/kernels/kernels.h"
 #include "encoding/tables/code_pages.h"
 
 namespace fast {

@@ -9,7 +9,7 @@
 
 #include "encoding/error_action.h"
 #include "encoding/fast/conversion_side.h"
-#include "encoding/fast/cpu_dispatch.h"
+#include "encoding/kernels/cpu_dispatch.h"
 #include "encoding/scratch_buffer.h"
 #include "encoding/special_code_pages.h"
 #include "support/zv_utf.h"

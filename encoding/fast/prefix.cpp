@@ -3,8 +3,8 @@
 #include <initializer_list>
 
 #include "encoding/fast/conversion_side.h"
-#include "encoding/fast/cpu_dispatch.h"
 #include "encoding/fast/fast_path.h"
+#include "encoding/kernels/cpu_dispatch.h"
 
 namespace fast {
 namespace {

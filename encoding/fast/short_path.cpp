@@ -6,8 +6,8 @@
 #include <memory>
 #include <new>
 
-#include "encoding/fast/cpu_dispatch.h"
 #include "encoding/fast/fast_path.h"
+#include "encoding/kernels/cpu_dispatch.h"
 #include "encoding/special_code_pages.h"
 
 namespace fast {
@@ -103,6 +103,7 @@ bool fill(Route& route, EncodingConvert& converter) {
   if (areOpen) route.convert = findConvert(route.source.kind, route.target.kind);
   route.mark = markBegin(route.from);
   route.kernels = &kernels();
+  onKernelsChanged(forgetRoutes);
   return route.convert != nullptr;
 }
 

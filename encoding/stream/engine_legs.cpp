@@ -1,8 +1,8 @@
 // Single legs of the engine for streams.
 #include "encoding/stream/engine_legs.h"
 
-#include "encoding/fast/cpu_dispatch.h"
 #include "encoding/fast/fast_path.h"
+#include "encoding/kernels/cpu_dispatch.h"
 #include "encoding/special_code_pages.h"
 #include "encoding/stream/source.h"
 #include "encoding/stream/target.h"

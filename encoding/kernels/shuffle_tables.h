@@ -1,6 +1,6 @@
 // Shuffles that close the gaps between the bytes of a register that are to be kept.
-#ifndef ENCODING_FAST_KERNELS_TABLES_H_
-#define ENCODING_FAST_KERNELS_TABLES_H_
+#ifndef ENCODING_KERNELS_SHUFFLE_TABLES_H_
+#define ENCODING_KERNELS_SHUFFLE_TABLES_H_
 
 #include <cstdint>
 
@@ -40,11 +40,11 @@ inline constexpr ShuffleTable kKeepUnits = shuffle_building::build(
 inline constexpr ShuffleTable kOneOrTwo = shuffle_building::build(
     2, [](unsigned int mask, unsigned int item) { return (mask >> item & 1) != 0 ? 2u : 3u; });
 
-// Four four-byte items, whose fourth byte never stays; two bits of the mask for each item: 0, three
-// bytes stay; 2, the second and third; 3 (and 1), the third alone.
-inline constexpr ShuffleTable kOneToThree =
+// Four four-byte items; two bits of the mask for each item: 1, all bytes stay; 0, the last three;
+// 2, the last two; 3, the last.
+inline constexpr ShuffleTable kOneToFour =
     shuffle_building::build(4, [](unsigned int mask, unsigned int item) {
-      constexpr unsigned int kept[4] = {7, 4, 6, 4};
+      constexpr unsigned int kept[4] = {14, 15, 12, 8};
       return kept[mask >> 2 * item & 3];
     });
 
@@ -78,4 +78,4 @@ inline constexpr MoveTable kMoveDown = [] {
 
 }  // namespace fast
 
-#endif  // ENCODING_FAST_KERNELS_TABLES_H_
+#endif  // ENCODING_KERNELS_SHUFFLE_TABLES_H_

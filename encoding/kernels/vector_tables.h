@@ -1,11 +1,11 @@
 // Table-driven code pages, a register at a time where that can be.
-#ifndef ENCODING_FAST_KERNELS_VECTOR_TABLES_H_
-#define ENCODING_FAST_KERNELS_VECTOR_TABLES_H_
+#ifndef ENCODING_KERNELS_VECTOR_TABLES_H_
+#define ENCODING_KERNELS_VECTOR_TABLES_H_
 
-#include "encoding/fast/kernels_vector_utf8.h"
+#include "encoding/kernels/vector_utf16.h"
 
 namespace fast {
-namespace {  // NOLINT(cert-dcl59-cpp): internal linkage, see kernels_steps.h
+namespace {  // NOLINT(cert-dcl59-cpp): internal linkage, see lanes.h
 
 // ---- Single-byte code pages: tables of 256 bytes in shuffles. ----
 
@@ -13,20 +13,20 @@ namespace {  // NOLINT(cert-dcl59-cpp): internal linkage, see kernels_steps.h
 // then the right row by the bits of the upper half, a pair of rows at a time. Bits that the rows do
 // not need, those of 16 * kRows and up, count for nothing.
 template <class V, unsigned int kRows>
-[[gnu::always_inline]] inline typename V::Reg lookUpRows(const std::uint8_t* table,
-                                                         typename V::Reg bytes) {
-  using Reg = typename V::Reg;
-  const Reg lower = V::both(bytes, V::bytes(0x0F));
-  Reg rows[kRows];
+[[gnu::always_inline]] inline typename V::Bytes lookUpRows(const std::uint8_t* table,
+                                                           typename V::Bytes bytes) {
+  using Bytes = typename V::Bytes;
+  const Bytes lower = bytes & 0x0F;
+  Bytes rows[kRows];
   for (unsigned int i = 0; i < kRows; ++i) {
-    rows[i] = V::shuffle(V::loadLanes(table + 16 * i), lower);
+    loadEachPart(table + 16 * i, rows[i]);
+    rows[i] = lookup16(rows[i], lower);
   }
-  const Reg bits[4] = {V::template shiftLeft<3>(bytes), V::template shiftLeft<2>(bytes),
-                       V::template shiftLeft<1>(bytes), bytes};
-  unsigned int level = 0;
-  for (unsigned int count = kRows / 2; count != 0; count /= 2, ++level) {
+  int shift = 3;  // takes the bit that decides to the top of each byte
+  for (unsigned int count = kRows / 2; count != 0; count /= 2, --shift) {
+    const Bytes bits = as<Bytes>(as<typename V::Units>(bytes) << shift);
     for (unsigned int i = 0; i < count; ++i) {
-      rows[i] = V::choose(rows[2 * i], rows[2 * i + 1], bits[level]);
+      rows[i] = selectByTopBit(bits, rows[2 * i + 1], rows[2 * i]);
     }
   }
   return rows[0];
@@ -35,22 +35,22 @@ template <class V, unsigned int kRows>
 // Looks every byte up in the last kRows rows of a table of all bytes. Bytes below these get any
 // value.
 template <class V, unsigned int kRows>
-inline typename V::Reg lookUp(const std::uint8_t (&table)[256], typename V::Reg bytes) {
+inline typename V::Bytes lookUp(const std::uint8_t (&table)[256], typename V::Bytes bytes) {
   return lookUpRows<V, kRows>(table + 256 - 16 * kRows, bytes);
 }
 
 // The lower and upper halves of the units of all bytes.
 template <class V>
-inline void decodeBytes(const SingleByteDecoder& table, typename V::Reg bytes, typename V::Reg& low,
-                        typename V::Reg& high) {
+inline void decodeBytes(const SingleByteDecoder& table, typename V::Bytes bytes,
+                        typename V::Bytes& low, typename V::Bytes& high) {
   if (table.isAscii) {
-    low = V::choose(bytes, lookUp<V, 8>(table.low, bytes), bytes);
-    high = V::choose(V::zero(), lookUp<V, 8>(table.high, bytes), bytes);
+    low = selectByTopBit(bytes, lookUp<V, 8>(table.low, bytes), bytes);
+    high = selectByTopBit(bytes, lookUp<V, 8>(table.high, bytes), 0);
     return;
   }
   low = lookUp<V, 16>(table.ascii, bytes);
-  high = V::zero();
-  if (V::topBits(low) == 0) return;
+  high = 0;
+  if (topBits(low) == 0) return;
   low = lookUp<V, 16>(table.low, bytes);
   high = lookUp<V, 16>(table.high, bytes);
 }
@@ -63,16 +63,15 @@ struct SingleByteToUtf16 {
     return stepSingleByteToUtf16(table, in, inEnd, out);
   }
   bool treat(const Byte*& in, Byte*& out) const {
-    const auto bytes = V::load(in);
-    typename V::Reg low, high;
+    const auto bytes = V::Bytes::load(in);
+    typename V::Bytes low, high;
     decodeBytes<V>(table, bytes, low, high);
     // Unit 0 is right for byte 00 alone.
-    const auto isZero = V::equalBytes(V::either(low, high), V::zero());
-    if (!V::areDisjoint(isZero, bytes)) return false;
-    typename V::Reg first, second;
-    V::join(low, high, first, second);
-    V::store(out, first);
-    V::store(out + V::kSize, second);
+    if (!areDisjoint(equal(low | high, 0), bytes)) return false;
+    typename V::Units first, second;
+    joinBytes(low, high, first, second);
+    first.store(out);
+    second.store(out + V::kSize);
     in += V::kSize;
     out += 2 * V::kSize;
     return true;
@@ -82,7 +81,8 @@ struct SingleByteToUtf16 {
 // Two registers of ASCII at a time, one of anything else.
 template <class V, unsigned int kRegisters>
 struct SingleByteToUtf8 {
-  using Reg = typename V::Reg;
+  using Bytes = typename V::Bytes;
+  using Units = typename V::Units;
   static constexpr std::ptrdiff_t kBlock = kRegisters * V::kSize;
   const SingleByteDecoder& table;
   bool step(const Byte*& in, const Byte* inEnd, Byte*& out) const {
@@ -90,73 +90,68 @@ struct SingleByteToUtf8 {
   }
 
   bool treat(const Byte*& in, Byte*& out) const {
-    const Reg bytes = V::load(in);
-    return treatRegisters(bytes, kRegisters > 1 ? V::load(in + V::kSize) : bytes, in, out);
+    const auto bytes = Bytes::load(in);
+    return treatRegisters(bytes, kRegisters > 1 ? Bytes::load(in + V::kSize) : bytes, in, out);
   }
-  bool treatRegister(Reg bytes, const Byte*& in, Byte*& out) const {
+  bool treatRegister(Bytes bytes, const Byte*& in, Byte*& out) const {
     return treatRegisters(bytes, bytes, in, out);
   }
   // The second is looked at for a run of ASCII only.
-  bool treatRegisters(Reg bytes, Reg next, const Byte*& in, Byte*& out) const {
-    if (table.isAscii) {
-      if (V::topBits(V::either(bytes, next)) == 0) {
-        if (hasZeroByte<V>(V::minBytes(bytes, next))) return false;
-        V::store(out, bytes);
-        V::store(out + V::kSize, next);
-        in += kBlock;
-        out += kBlock;
-        return true;
-      }
-    } else {
-      const Reg ascii = lookUp<V, 16>(table.ascii, bytes);
-      if (V::topBits(ascii) == 0 && !hasZeroByte<V>(ascii)) {
-        V::store(out, ascii);
-        in += V::kSize;
-        out += V::kSize;
-        return true;
-      }
+  bool treatRegisters(Bytes bytes, Bytes next, const Byte*& in, Byte*& out) const {
+    if (!table.isAscii) {
+      const Bytes ascii = lookUp<V, 16>(table.ascii, bytes);
+      if (topBits(ascii) != 0 || hasZero(ascii)) return encode<16>(bytes, in, out);
+      ascii.store(out);
+      in += V::kSize;
+      out += V::kSize;
+      return true;
     }
-    if (!table.isAscii) return encode<16>(bytes, in, out);
+    if (topBits(bytes | next) == 0) {
+      if (hasZero(min(bytes, next))) return false;
+      bytes.store(out);
+      next.store(out + V::kSize);
+      in += kBlock;
+      out += kBlock;
+      return true;
+    }
     // The letters of most code pages have bytes from C0.
-    const bool isBelow = !V::isZero(V::greaterBytes(V::bytes(0xC0), bytes));
+    const bool isBelow = greaterSigned(0xC0, bytes).any();
     return isBelow ? encode<8>(bytes, in, out) : encode<4>(bytes, in, out);
   }
 
   // The bytes at one place of the UTF-8 forms.
   template <unsigned int kRows>
-  Reg place(unsigned int index, Reg bytes) const {
-    const Reg found = lookUp<V, kRows>(table.utf8Bytes[index], bytes);
-    if constexpr (kRows == 16) return found;
-    return V::choose(index == 2 ? bytes : V::zero(), found, bytes);
+  Bytes place(unsigned int index, Bytes bytes) const {
+    const Bytes found = lookUp<V, kRows>(table.utf8Bytes[index], bytes);
+    return kRows == 16 ? found : selectByTopBit(bytes, found, index == 2 ? bytes : Bytes(0));
   }
 
   // The forms are looked up byte by byte and closed up as those of utf16ToUtf8 are.
   template <unsigned int kRows>
-  bool encode(Reg bytes, const Byte*& in, Byte*& out) const {
-    const Reg last = place<kRows>(2, bytes);
-    if (hasZeroByte<V>(last)) return false;
-    const Reg middle = place<kRows>(1, bytes);
-    const Reg isAscii = V::equalBytes(middle, V::zero());
+  bool encode(Bytes bytes, const Byte*& in, Byte*& out) const {
+    const Bytes last = place<kRows>(2, bytes);
+    if (hasZero(last)) return false;
+    const Bytes middle = place<kRows>(1, bytes);
+    const Bytes isAscii = equal(middle, 0);
     // The middle byte is a continuation, which is to say, not the first.
-    const Reg isLong = V::greaterBytes(V::bytes(0xC0), middle);
-    Reg fields[2];
-    if (V::isZero(isLong)) {
-      V::join(middle, last, fields[0], fields[1]);
-      std::uint32_t mask = V::topBits(isAscii);
-      for (const Reg half : fields) {
-        writeShort(V::template lane<0>(half), mask & 0xFF, out);
-        if constexpr (V::kLanes == 2) {
+    const auto isLong = greaterSigned(0xC0, middle);
+    Units fields[2];
+    joinBytes(middle, last, fields[0], fields[1]);
+    if (isLong.none()) {
+      std::uint32_t mask = topBits(isAscii);
+      for (const Units half : fields) {
+        forEachPart<V>([&](auto n) {
+          writeShort(part<n>(half), mask & 0xFF, out);
           mask >>= 8;
-          writeShort(V::template lane<1>(half), mask & 0xFF, out);
-        }
-        mask >>= 8;
+        });
       }
     } else {
-      Reg lasts[2], lengths[2];
-      V::join(place<kRows>(0, bytes), middle, fields[0], fields[1]);
-      V::widen(last, lasts[0], lasts[1]);
-      V::join(isAscii, V::equalBytes(isLong, V::zero()), lengths[0], lengths[1]);
-      for (int i = 0; i < 2; ++i) writeFields<V>(fields[i], lasts[i], V::topBits(lengths[i]), out);
+      Units firsts[2], lengths[2];
+      joinBytes(0, place<kRows>(0, bytes), firsts[0], firsts[1]);
+      joinBytes(isAscii, ~isLong, lengths[0], lengths[1]);
+      for (int i = 0; i < 2; ++i) {
+        writeItemsOf<V>(firsts[i], fields[i], topBits(as<Bytes>(lengths[i])), out);
+      }
     }
     in += V::kSize;
     return true;
@@ -164,16 +159,17 @@ struct SingleByteToUtf8 {
 };
 
 template <class V>
-[[gnu::noinline]] KernelResult singleByteToUtf8Long(const SingleByteDecoder& table, const Byte* in,
-                                                    const Byte* inEnd, Byte* out, Byte* outEnd) {
+[[gnu::noinline, gnu::flatten]] KernelResult singleByteToUtf8Long(const SingleByteDecoder& table,
+                                                                  const Byte* in, const Byte* inEnd,
+                                                                  Byte* out, Byte* outEnd) {
   return treatAll<SingleByteToUtf8<V, 2>, SingleByteToUtf8<Vector16, 1>>(in, inEnd, out, outEnd,
                                                                          table);
 }
 
 template <class V>
-KernelResult singleByteToUtf8(const SingleByteDecoder& table, const Byte* in, const Byte* inEnd,
-                              Byte* out, Byte* outEnd) {
-  if constexpr (V::kLanes > 1) {
+[[gnu::flatten]] KernelResult singleByteToUtf8(const SingleByteDecoder& table, const Byte* in,
+                                               const Byte* inEnd, Byte* out, Byte* outEnd) {
+  if constexpr (V::kParts > 1) {
     if (table.isAscii && fitsOneRegister<V>(in, inEnd, out, outEnd) &&
         treatFilled<1, V>(SingleByteToUtf8<V, 1>{table}, in, inEnd, out)) {
       return {in, out};
@@ -190,10 +186,10 @@ struct MapBytes {
     return stepMapBytes(table, in, inEnd, out);
   }
   bool treat(const Byte*& in, Byte*& out) const {
-    const auto bytes = V::load(in);
+    const auto bytes = V::Bytes::load(in);
     const auto mapped = lookUp<V, 16>(table.bytes, bytes);
-    if (!V::areDisjoint(V::equalBytes(mapped, V::zero()), bytes)) return false;
-    V::store(out, mapped);
+    if (!areDisjoint(equal(mapped, 0), bytes)) return false;
+    mapped.store(out);
     in += V::kSize;
     out += V::kSize;
     return true;
@@ -206,43 +202,43 @@ struct MapBytes {
 // units are strewn in among them one by one.
 template <class V>
 struct Utf16ToSingleByte {
-  using Reg = typename V::Reg;
+  using Bytes = typename V::Bytes;
+  using Units = typename V::Units;
   static constexpr std::ptrdiff_t kBlock = 2 * V::kSize;
   const SingleByteEncoder& table;
   bool step(const Byte*& in, const Byte* inEnd, Byte*& out) const {
     return stepUtf16ToSingleByte(table, in, inEnd, out);
   }
   bool treat(const Byte*& in, Byte*& out) const {
-    const Reg first = V::load(in);
-    const Reg second = V::load(in + V::kSize);
-    const Reg low = V::narrow(V::both(first, V::units(0xFF)), V::both(second, V::units(0xFF)));
-    if (isUnchanged(V::either(first, second), low)) {
-      V::store(out, low);
+    const auto first = Units::load(in);
+    const auto second = Units::load(in + V::kSize);
+    const Bytes low = narrow(first & 0xFF, second & 0xFF);
+    if (isUnchanged(first | second, low)) {
+      low.store(out);
       in += kBlock;
       out += V::kSize;
       return true;
     }
-    const Reg high = V::narrow(V::template shiftRight<8>(first), V::template shiftRight<8>(second));
+    const Bytes high = narrow(first >> 8, second >> 8);
     // Of these masks the top bits count: a range is half of the units with one upper byte.
-    const Reg isLower = V::without(V::equalBytes(high, V::zero()), low);
-    const Reg isMain = V::without(V::equalBytes(high, V::bytes(table.mainRange >> 8)),
-                                  V::differ(low, V::bytes(table.mainRange & 0xFF)));
-    Reg result = table.isAscii ? low : lookUpRows<V, 8>(table.bytes, low);
-    if (V::topBits(isMain) != 0) {
-      result = V::choose(result, lookUpRows<V, 8>(table.bytes + table.mainRange, low), isMain);
+    const Bytes isLower = equal(high, 0) & ~low;
+    const Bytes isMain = equal(high, table.mainRange >> 8) & ~(low ^ (table.mainRange & 0xFFu));
+    Bytes result = table.isAscii ? low : lookUpRows<V, 8>(table.bytes, low);
+    if (topBits(isMain) != 0) {
+      result = selectByTopBit(isMain, lookUpRows<V, 8>(table.bytes + table.mainRange, low), result);
     }
-    V::store(out, result);
-    const Reg isFound = V::without(V::either(isLower, isMain), V::equalBytes(result, V::zero()));
-    return lookUpOthers(V::kAllBits & ~V::topBits(isFound), in, out);
+    result.store(out);
+    const Bytes isFound = (isLower | isMain) & ~equal(result, 0);
+    return lookUpOthers(V::kAllBits & ~topBits(isFound), in, out);
   }
 
   // Whether the lower halves of the units are what the code page has. bits: those of all units.
-  bool isUnchanged(Reg bits, Reg low) const {
+  bool isUnchanged(Units bits, Bytes low) const {
     if (table.isLatin1) {
-      const Reg isControl = V::greaterBytes(V::bytes(0xA0), low);  // 80..9F
-      return V::areDisjoint(bits, V::units(0xFF00)) && V::isZero(isControl);
+      const auto isControl = greaterSigned(0xA0, low);  // 80..9F
+      return areDisjoint(bits, 0xFF00) && isControl.none();
     }
-    return table.isAscii && V::areDisjoint(bits, V::units(0xFF80));
+    return table.isAscii && areDisjoint(bits, 0xFF80);
   }
 
   bool lookUpOthers(std::uint32_t others, const Byte*& in, Byte*& out) const {
@@ -271,9 +267,9 @@ struct Utf16ToDoubleByte {
     return stepUtf16ToDoubleByte(table, in, inEnd, out);
   }
   bool treat(const Byte*& in, Byte*& out) const {
-    typename V::Reg bytes;
+    typename V::Bytes bytes;
     if (table.isAscii && narrowAscii<V>(in, bytes)) {
-      V::store(out, bytes);
+      bytes.store(out);
       in += 2 * V::kSize;
       out += V::kSize;
       return true;
@@ -326,15 +322,15 @@ struct DoubleByteWork {
     std::uint64_t others = 0;  // not ASCII
     std::uint64_t leads = 0;
     for (unsigned int i = 0; i < kRegisters; ++i) {
-      const auto bytes = V::load(in + i * V::kSize);
-      others |= std::uint64_t{V::topBits(bytes)} << i * V::kSize;
+      const auto bytes = V::Bytes::load(in + i * V::kSize);
+      others |= std::uint64_t{topBits(bytes)} << i * V::kSize;
       leads |= std::uint64_t{leadBits(bytes)} << i * V::kSize;
     }
     // Runs of ASCII from this length on are not worth looking up.
     constexpr std::uint64_t kRun = 0xFF;
     if ((others & kRun) == 0) {
       for (unsigned int i = 0; i < kRegisters; ++i) {
-        storeWidened<V>(out + 2 * i * V::kSize, V::load(in + i * V::kSize));
+        storeWidened<typename V::Units, V>(out + 2 * i * V::kSize, in + i * V::kSize);
       }
       const unsigned int count = others == 0 ? kBytes : firstBit(others);
       in += count;
@@ -351,12 +347,14 @@ struct DoubleByteWork {
                       size + (starts >> (size - 1) & 1));
   }
 
-  std::uint32_t leadBits(typename V::Reg bytes) const {
-    const auto half = V::bytes(0x0F);
-    const auto rows = V::shuffle(V::loadLanes(table.leads), V::both(bytes, half));
-    const auto row =
-        V::shuffle(V::loadLanes(kRowBits), V::both(V::template shiftRight<4>(bytes), half));
-    return V::kAllBits & ~V::topBits(V::equalBytes(V::both(rows, row), V::zero()));
+  std::uint32_t leadBits(typename V::Bytes bytes) const {
+    using Bytes = typename V::Bytes;
+    Bytes leads, rowBits;
+    loadEachPart(table.leads, leads);
+    loadEachPart(kRowBits, rowBits);
+    const Bytes rows = lookup16(leads, bytes & 0x0F);
+    const Bytes row = lookup16(rowBits, as<Bytes>(as<typename V::Units>(bytes) >> 4) & 0x0F);
+    return V::kAllBits & ~topBits(equal(rows & row, 0));
   }
   alignas(16) static constexpr std::uint8_t kRowBits[16] = {0, 0, 0, 0, 0,  0,  0,  0,
                                                             1, 2, 4, 8, 16, 32, 64, 128};
@@ -390,15 +388,14 @@ struct DoubleByteWork {
     for (unsigned int i = 0; places != 0; i += 8, places >>= 8) {
       const unsigned int mask = places & 0xFF;
       const unsigned int back = kIsShort && i == 8 ? 7 : 0;  // not to read beyond the block
-      const __m128i control = Vector16::load(kItemsAt.control[mask]);
-      const __m128i keys = Vector16::shuffle(
-          Vector16::load(in - back), Vector16::addUnits(control, Vector16::units(back * 0x0101)));
-      std::uint64_t key = Vector16::lowHalf(keys);
+      const Bytes16 control = Bytes16::load(kItemsAt.control[mask]) + back;
+      const Bytes16 keys = lookup16(Bytes16::load(in - back), control);
+      std::uint64_t key = half<0>(keys);
       unsigned int done = 0;
       for (; done < 4; ++done, key >>= 16) {
         if (!lookKey(key, out + 2 * done)) return stopAt(mask, done, in, out);
       }
-      key = Vector16::highHalf(keys);
+      key = half<1>(keys);
       for (; done < 5; ++done, key >>= 16) {
         if (!lookKey(key, out + 2 * done)) return stopAt(mask, done, in, out);
       }
@@ -429,8 +426,8 @@ struct DoubleByteWork {
 };
 
 template <class V>
-KernelResult doubleByteToUtf16(const DoubleByteDecoder& table, const Byte* in, const Byte* inEnd,
-                               Byte* out, Byte* outEnd) {
+[[gnu::flatten]] KernelResult doubleByteToUtf16(const DoubleByteDecoder& table, const Byte* in,
+                                                const Byte* inEnd, Byte* out, Byte* outEnd) {
   return treatAll<DoubleByteWork<V, 64 / V::kSize>, DoubleByteWork<Vector16, 1>>(in, inEnd, out,
                                                                                  outEnd, table);
 }
@@ -438,4 +435,4 @@ KernelResult doubleByteToUtf16(const DoubleByteDecoder& table, const Byte* in, c
 }  // namespace
 }  // namespace fast
 
-#endif  // ENCODING_FAST_KERNELS_VECTOR_TABLES_H_
+#endif  // ENCODING_KERNELS_VECTOR_TABLES_H_

@@ -1,11 +1,9 @@
 // The kernels with 16-byte registers, for processors with SSE4.2 and POPCNT.
-#include "encoding/fast/kernels.h"
+#include "encoding/kernels/kernels.h"
 
 #if defined(__x86_64__) && defined(__SSE4_2__)
 
-#include "encoding/fast/kernels_vector_sse4.h"
-// The loops stand on the registers.
-#include "encoding/fast/kernels_vector_form.h"
+#include "encoding/kernels/vector_form.h"
 
 namespace fast {
 

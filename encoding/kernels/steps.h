@@ -2,15 +2,14 @@
 //
 // Each step treats the character at in, moves both pointers and returns true, or leaves them alone
 // and returns false when the kernel has to stop there. It may write kMaxStep bytes and expects in
-// to be below inEnd. Everything here has internal linkage, because each source file is compiled for
-// a processor of its own.
-#ifndef ENCODING_FAST_KERNELS_STEPS_H_
-#define ENCODING_FAST_KERNELS_STEPS_H_
+// to be below inEnd. Everything here has internal linkage; see lanes.h.
+#ifndef ENCODING_KERNELS_STEPS_H_
+#define ENCODING_KERNELS_STEPS_H_
 
 #include <cstddef>
 #include <cstdint>
 
-#include "encoding/fast/kernels.h"
+#include "encoding/kernels/kernels.h"
 
 namespace fast {
 namespace {  // NOLINT(cert-dcl59-cpp): see above
@@ -21,6 +20,10 @@ constexpr std::ptrdiff_t kMaxStep = 4;
 
 inline std::uint16_t getUnit(const Byte* p) { return static_cast<std::uint16_t>(p[0] | p[1] << 8); }
 
+inline std::uint32_t getScalar(const Byte* p) {
+  return getUnit(p) | static_cast<std::uint32_t>(getUnit(p + 2)) << 16;
+}
+
 inline void putUnit(Byte*& out, unsigned int unit) {
   out[0] = static_cast<Byte>(unit);
   out[1] = static_cast<Byte>(unit >> 8);
@@ -28,106 +31,108 @@ inline void putUnit(Byte*& out, unsigned int unit) {
 }
 
 inline bool isContinuation(unsigned int byte) { return (byte & 0xC0) == 0x80; }
-inline bool isSurrogate(unsigned int unit) { return (unit & 0xF800) == 0xD800; }
+inline bool isSurrogate(unsigned int scalar) { return (scalar & ~0x7FFu) == 0xD800; }
 inline bool isHighSurrogate(unsigned int unit) { return (unit & 0xFC00) == 0xD800; }
 inline bool isLowSurrogate(unsigned int unit) { return (unit & 0xFC00) == 0xDC00; }
 
-inline bool stepAsciiCopy(const Byte*& in, const Byte*, Byte*& out) {
-  if (*in >= 0x80) return false;
-  *out++ = *in++;
-  return true;
-}
+// ---- Unicode's own encodings: a step reads a scalar value and writes it. ----
 
-inline bool stepAsciiToUtf16(const Byte*& in, const Byte*, Byte*& out) {
-  if (*in >= 0x80) return false;
-  putUnit(out, *in++);
-  return true;
-}
+// Each reader returns the length of the character at in, and 0 where a kernel has to stop.
 
-inline bool stepUtf16ToAscii(const Byte*& in, const Byte* inEnd, Byte*& out) {
-  if (inEnd - in < 2 || getUnit(in) >= 0x80) return false;
-  *out++ = *in;
-  in += 2;
-  return true;
-}
-
-// The second byte decides what Unicode's table of well-formed byte sequences leaves open: overlong
-// forms, surrogates and values above 10FFFF.
-inline bool stepUtf8ToUtf16(const Byte*& in, const Byte* inEnd, Byte*& out) {
+inline unsigned int readUtf8(const Byte* in, const Byte* inEnd, unsigned int& scalar) {
   const unsigned int lead = *in;
   const auto left = inEnd - in;
   if (lead < 0x80) {
-    putUnit(out, lead);
-    in += 1;
-    return true;
+    scalar = lead;
+    return 1;
   }
-  if (lead < 0xC2 || left < 2 || !isContinuation(in[1])) return false;
+  if (lead < 0xC2 || left < 2 || !isContinuation(in[1])) return 0;
   const unsigned int second = in[1] & 0x3Fu;
   if (lead < 0xE0) {
-    putUnit(out, (lead & 0x1F) << 6 | second);
-    in += 2;
-    return true;
+    scalar = (lead & 0x1F) << 6 | second;
+    return 2;
   }
-  if (left < 3 || !isContinuation(in[2])) return false;
+  if (left < 3 || !isContinuation(in[2])) return 0;
   const unsigned int third = in[2] & 0x3Fu;
   if (lead < 0xF0) {
-    const unsigned int unit = (lead & 0x0F) << 12 | second << 6 | third;
-    if (unit < 0x800 || isSurrogate(unit)) return false;
-    putUnit(out, unit);
-    in += 3;
-    return true;
+    scalar = (lead & 0x0F) << 12 | second << 6 | third;
+    return scalar < 0x800 || isSurrogate(scalar) ? 0 : 3;
   }
-  if (left < 4 || !isContinuation(in[3])) return false;
-  const unsigned int scalar = (lead & 0x0F) << 18 | second << 12 | third << 6 | (in[3] & 0x3Fu);
-  if (scalar < 0x10000 || scalar > 0x10FFFF) return false;
-  putUnit(out, 0xD7C0 + (scalar >> 10));
-  putUnit(out, 0xDC00 | (scalar & 0x3FF));
-  in += 4;
-  return true;
+  if (left < 4 || !isContinuation(in[3])) return 0;
+  scalar = (lead & 0x0F) << 18 | second << 12 | third << 6 | (in[3] & 0x3Fu);
+  return scalar < 0x10000 || scalar > 0x10FFFF ? 0 : 4;
 }
 
-// Writes the form of a unit that is no surrogate.
-inline void putUtf8(Byte*& out, unsigned int unit) {
-  if (unit < 0x80) {
-    *out++ = static_cast<Byte>(unit);
+inline unsigned int readUtf16(const Byte* in, const Byte* inEnd, unsigned int& scalar) {
+  if (inEnd - in < 2) return 0;
+  scalar = getUnit(in);
+  if (!isSurrogate(scalar)) return 2;
+  if (inEnd - in < 4 || !isHighSurrogate(scalar) || !isLowSurrogate(getUnit(in + 2))) return 0;
+  scalar = 0x10000 + ((scalar & 0x3FF) << 10) + (getUnit(in + 2) & 0x3FFu);
+  return 4;
+}
+
+inline unsigned int readUtf16NotZero(const Byte* in, const Byte* inEnd, unsigned int& scalar) {
+  const unsigned int length = readUtf16(in, inEnd, scalar);
+  return length != 0 && scalar != 0 ? length : 0;
+}
+
+inline unsigned int readUtf32(const Byte* in, const Byte* inEnd, unsigned int& scalar) {
+  if (inEnd - in < 4) return 0;
+  scalar = getScalar(in);
+  return isSurrogate(scalar) || scalar > 0x10FFFF ? 0 : 4;
+}
+
+inline void putUtf8(Byte*& out, unsigned int scalar) {
+  const auto put = [&](unsigned int byte) { *out++ = static_cast<Byte>(byte); };
+  if (scalar < 0x80) {
+    put(scalar);
     return;
   }
-  if (unit < 0x800) {
-    *out++ = static_cast<Byte>(0xC0 | unit >> 6);
+  if (scalar < 0x800) {
+    put(0xC0 | scalar >> 6);
   } else {
-    *out++ = static_cast<Byte>(0xE0 | unit >> 12);
-    *out++ = static_cast<Byte>(0x80 | (unit >> 6 & 0x3F));
+    if (scalar < 0x10000) {
+      put(0xE0 | scalar >> 12);
+    } else {
+      put(0xF0 | scalar >> 18);
+      put(0x80 | (scalar >> 12 & 0x3F));
+    }
+    put(0x80 | (scalar >> 6 & 0x3F));
   }
-  *out++ = static_cast<Byte>(0x80 | (unit & 0x3F));
+  put(0x80 | (scalar & 0x3F));
 }
 
-inline bool isPair(const Byte* in, const Byte* inEnd) {
-  return inEnd - in >= 4 && isHighSurrogate(getUnit(in)) && isLowSurrogate(getUnit(in + 2));
-}
-
-inline unsigned int scalarOfPair(const Byte* in) {
-  return 0x10000 + ((getUnit(in) & 0x3FFu) << 10) + (getUnit(in + 2) & 0x3FFu);
-}
-
-inline bool stepUtf16ToUtf8(const Byte*& in, const Byte* inEnd, Byte*& out) {
-  if (inEnd - in < 2) return false;
-  const unsigned int unit = getUnit(in);
-  if (unit == 0) return false;
-  if (!isSurrogate(unit)) {
-    putUtf8(out, unit);
-    in += 2;
-    return true;
+inline void putUtf16(Byte*& out, unsigned int scalar) {
+  if (scalar < 0x10000) {
+    putUnit(out, scalar);
+  } else {
+    putUnit(out, 0xD7C0 + (scalar >> 10));
+    putUnit(out, 0xDC00 | (scalar & 0x3FF));
   }
-  if (!isPair(in, inEnd)) return false;
-  const unsigned int scalar = scalarOfPair(in);
-  out[0] = static_cast<Byte>(0xF0 | scalar >> 18);
-  out[1] = static_cast<Byte>(0x80 | (scalar >> 12 & 0x3F));
-  out[2] = static_cast<Byte>(0x80 | (scalar >> 6 & 0x3F));
-  out[3] = static_cast<Byte>(0x80 | (scalar & 0x3F));
-  in += 4;
-  out += 4;
+}
+
+inline void putUtf32(Byte*& out, unsigned int scalar) {
+  putUnit(out, scalar & 0xFFFF);
+  putUnit(out, scalar >> 16);
+}
+
+template <auto read, auto put>
+inline bool stepScalar(const Byte*& in, const Byte* inEnd, Byte*& out) {
+  unsigned int scalar = 0;
+  const unsigned int length = read(in, inEnd, scalar);
+  if (length == 0) return false;
+  put(out, scalar);
+  in += length;
   return true;
 }
+
+constexpr auto stepUtf8ToUtf16 = stepScalar<readUtf8, putUtf16>;
+constexpr auto stepUtf16ToUtf8 = stepScalar<readUtf16NotZero, putUtf8>;
+constexpr auto stepUtf32ToUtf16 = stepScalar<readUtf32, putUtf16>;
+constexpr auto stepUtf16ToUtf32 = stepScalar<readUtf16, putUtf32>;
+constexpr auto stepUtf8ToUtf32 = stepScalar<readUtf8, putUtf32>;
+constexpr auto stepUtf32ToUtf8 = stepScalar<readUtf32, putUtf8>;
 
 inline bool stepSwapUtf16(const Byte*& in, const Byte* inEnd, Byte*& out) {
   if (inEnd - in < 2) return false;
@@ -138,33 +143,7 @@ inline bool stepSwapUtf16(const Byte*& in, const Byte* inEnd, Byte*& out) {
   return true;
 }
 
-inline bool stepUtf32ToUtf16(const Byte*& in, const Byte* inEnd, Byte*& out) {
-  if (inEnd - in < 4) return false;
-  const unsigned int scalar = getUnit(in) | static_cast<unsigned int>(getUnit(in + 2)) << 16;
-  if ((scalar & ~0x7FFu) == 0xD800 || scalar > 0x10FFFF) return false;
-  if (scalar < 0x10000) {
-    putUnit(out, scalar);
-  } else {
-    putUnit(out, 0xD7C0 + (scalar >> 10));
-    putUnit(out, 0xDC00 | (scalar & 0x3FF));
-  }
-  in += 4;
-  return true;
-}
-
-inline bool stepUtf16ToUtf32(const Byte*& in, const Byte* inEnd, Byte*& out) {
-  if (inEnd - in < 2) return false;
-  unsigned int scalar = getUnit(in);
-  if (isSurrogate(scalar)) {
-    if (!isPair(in, inEnd)) return false;
-    scalar = scalarOfPair(in);
-    in += 2;
-  }
-  putUnit(out, scalar & 0xFFFF);
-  putUnit(out, scalar >> 16);
-  in += 2;
-  return true;
-}
+// ---- Table-driven code pages. ----
 
 inline bool stepSingleByteToUtf16(const SingleByteDecoder& table, const Byte*& in, const Byte*,
                                   Byte*& out) {
@@ -259,7 +238,33 @@ KernelResult repeatWith(const Table& table, const Byte* in, const Byte* inEnd, B
   return {in, out};
 }
 
+// ---- Read-only kernels. ----
+
+inline const Byte* scanPairedUtf16(const Byte* in, const Byte* inEnd) {
+  unsigned int scalar = 0;
+  while (in < inEnd) {
+    const unsigned int length = readUtf16(in, inEnd, scalar);
+    if (length == 0) break;
+    in += length;
+  }
+  return in;
+}
+
+template <class Value, auto get>
+std::uint64_t countValues(const Byte* in, const Byte* inEnd, Value value) {
+  constexpr std::ptrdiff_t kSize = sizeof(Value);
+  std::uint64_t count = 0;
+  for (; inEnd - in >= kSize; in += kSize) count += get(in) == value ? 1 : 0;
+  return count;
+}
+
+inline std::uint8_t getByte(const Byte* p) { return *p; }
+
+constexpr auto countByteSteps = countValues<std::uint8_t, getByte>;
+constexpr auto countUnitSteps = countValues<std::uint16_t, getUnit>;
+constexpr auto countScalarSteps = countValues<std::uint32_t, getScalar>;
+
 }  // namespace
 }  // namespace fast
 
-#endif  // ENCODING_FAST_KERNELS_STEPS_H_
+#endif  // ENCODING_KERNELS_STEPS_H_

@@ -1,6 +1,6 @@
 // The fast loops of the converters: pure functions over bytes, without objects, logs or errors.
-#ifndef ENCODING_FAST_KERNELS_H_
-#define ENCODING_FAST_KERNELS_H_
+#ifndef ENCODING_KERNELS_KERNELS_H_
+#define ENCODING_KERNELS_KERNELS_H_
 
 #include <cstdint>
 
@@ -97,15 +97,15 @@ using TableKernel = KernelResult(const Table& table, const unsigned char* in,
                                  const unsigned char* inEnd, unsigned char* out,
                                  unsigned char* outEnd);
 
+// Read-only kernels, for inputs of any size.
+using Scan = const unsigned char*(const unsigned char* in, const unsigned char* inEnd);
+template <class Value>
+using Count = std::uint64_t(const unsigned char* in, const unsigned char* inEnd, Value value);
+
 // One form of all kernels. All forms give the same results, save for where they stop for lack of
 // output space.
 struct Kernels {
   const char* name;
-
-  // Bytes below 80, including 00: as they are, to UTF-16, and from UTF-16. Stop before all others.
-  Kernel* asciiCopy;
-  Kernel* asciiToUtf16;
-  Kernel* utf16ToAscii;
 
   // Byte 00 becomes unit 0. Stops before malformed sequences and three-byte forms of surrogates.
   Kernel* utf8ToUtf16;
@@ -114,10 +114,12 @@ struct Kernels {
   // Swaps the bytes of each unit.
   Kernel* swapUtf16;
 
-  // UTF-32 little endian. A cut-short unit, a surrogate and a value above 10FFFF stop the first, an
-  // unpaired surrogate the second. Unit 0 passes in both.
+  // UTF-32 little endian. As input it stops the kernel before a unit that is cut short, a surrogate
+  // and a value above 10FFFF; other input stops it as with the kernels above. U+0000 passes in all.
   Kernel* utf32ToUtf16;
   Kernel* utf16ToUtf32;
+  Kernel* utf8ToUtf32;
+  Kernel* utf32ToUtf8;
 
   TableKernel<SingleByteDecoder>* singleByteToUtf16;
   // Stops before bytes that stand for unit 0, as utf16ToUtf8 does.
@@ -126,6 +128,16 @@ struct Kernels {
   TableKernel<SingleByteEncoder>* utf16ToSingleByte;
   TableKernel<DoubleByteDecoder>* doubleByteToUtf16;
   TableKernel<DoubleByteEncoder>* utf16ToDoubleByte;
+
+  // The first surrogate that is not of a pair (the upper half of one at the end included) or an odd
+  // last byte; inEnd when there is neither.
+  Scan* pairedUtf16;
+
+  // How many bytes, or little-endian units of 16 or 32 bits, have a value; of a text that is big
+  // endian, by the value with its bytes swapped. What is left of a unit at the end does not count.
+  Count<std::uint8_t>* countByte;
+  Count<std::uint16_t>* countUnit;
+  Count<std::uint32_t>* countScalar;
 };
 
 // The forms of this build. The scalar one is always there and is the reference of the others; null
@@ -136,4 +148,4 @@ const Kernels* avx2Kernels();
 
 }  // namespace fast
 
-#endif  // ENCODING_FAST_KERNELS_H_
+#endif  // ENCODING_KERNELS_KERNELS_H_

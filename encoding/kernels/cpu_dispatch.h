@@ -1,8 +1,8 @@
 // The choice of kernels for the processor at hand.
-#ifndef ENCODING_FAST_CPU_DISPATCH_H_
-#define ENCODING_FAST_CPU_DISPATCH_H_
+#ifndef ENCODING_KERNELS_CPU_DISPATCH_H_
+#define ENCODING_KERNELS_CPU_DISPATCH_H_
 
-#include "encoding/fast/kernels.h"
+#include "encoding/kernels/kernels.h"
 
 namespace fast {
 
@@ -18,6 +18,10 @@ const Kernels* findKernels(const char* name);
 // findKernels does not know the name. Not for use while conversions run.
 bool setKernelsForTesting(const char* name);
 
+// Has a function called by setKernelsForTesting, for a layer above that keeps kernels; it takes the
+// place of the one before, null for none. Any thread may call.
+void onKernelsChanged(void (*call)());
+
 }  // namespace fast
 
-#endif  // ENCODING_FAST_CPU_DISPATCH_H_
+#endif  // ENCODING_KERNELS_CPU_DISPATCH_H_

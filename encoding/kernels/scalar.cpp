@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <array>
 
-#include "encoding/fast/kernels.h"
-#include "encoding/fast/kernels_steps.h"
+#include "encoding/kernels/kernels.h"
+#include "encoding/kernels/steps.h"
 
 namespace fast {
 namespace {
@@ -74,21 +74,24 @@ void DoubleByteEncoder::prepare() { isAscii = isAsciiIdentity(codes); }
 
 const Kernels& scalarKernels() {
   static constexpr Kernels form = {
-      "scalar",
-      repeat<stepAsciiCopy>,
-      repeat<stepAsciiToUtf16>,
-      repeat<stepUtf16ToAscii>,
-      repeat<stepUtf8ToUtf16>,
-      repeat<stepUtf16ToUtf8>,
-      repeat<stepSwapUtf16>,
-      repeat<stepUtf32ToUtf16>,
-      repeat<stepUtf16ToUtf32>,
-      repeatWith<SingleByteDecoder, stepSingleByteToUtf16>,
-      repeatWith<SingleByteDecoder, stepSingleByteToUtf8>,
-      repeatWith<ByteMap, stepMapBytes>,
-      repeatWith<SingleByteEncoder, stepUtf16ToSingleByte>,
-      repeatWith<DoubleByteDecoder, stepDoubleByteToUtf16>,
-      repeatWith<DoubleByteEncoder, stepUtf16ToDoubleByte>,
+      .name = "scalar",
+      .utf8ToUtf16 = repeat<stepUtf8ToUtf16>,
+      .utf16ToUtf8 = repeat<stepUtf16ToUtf8>,
+      .swapUtf16 = repeat<stepSwapUtf16>,
+      .utf32ToUtf16 = repeat<stepUtf32ToUtf16>,
+      .utf16ToUtf32 = repeat<stepUtf16ToUtf32>,
+      .utf8ToUtf32 = repeat<stepUtf8ToUtf32>,
+      .utf32ToUtf8 = repeat<stepUtf32ToUtf8>,
+      .singleByteToUtf16 = repeatWith<SingleByteDecoder, stepSingleByteToUtf16>,
+      .singleByteToUtf8 = repeatWith<SingleByteDecoder, stepSingleByteToUtf8>,
+      .mapBytes = repeatWith<ByteMap, stepMapBytes>,
+      .utf16ToSingleByte = repeatWith<SingleByteEncoder, stepUtf16ToSingleByte>,
+      .doubleByteToUtf16 = repeatWith<DoubleByteDecoder, stepDoubleByteToUtf16>,
+      .utf16ToDoubleByte = repeatWith<DoubleByteEncoder, stepUtf16ToDoubleByte>,
+      .pairedUtf16 = scanPairedUtf16,
+      .countByte = countByteSteps,
+      .countUnit = countUnitSteps,
+      .countScalar = countScalarSteps,
   };
   return form;
 }

@@ -1,10 +1,8 @@
-#include "encoding/fast/cpu_dispatch.h"
+#include "encoding/kernels/cpu_dispatch.h"
 
 #include <atomic>
 #include <cstdlib>
 #include <cstring>
-
-#include "encoding/fast/short_path.h"
 
 namespace fast {
 namespace {
@@ -37,6 +35,8 @@ std::atomic<const Kernels*>& current() {
   return form;
 }
 
+std::atomic<void (*)()> g_whenChanged{nullptr};
+
 }  // namespace
 
 const Kernels& kernels() { return *current().load(std::memory_order_relaxed); }
@@ -52,8 +52,10 @@ bool setKernelsForTesting(const char* name) {
   const Kernels* form = name != nullptr ? findKernels(name) : choose();
   if (form == nullptr) return false;
   current().store(form, std::memory_order_relaxed);
-  forgetRoutes();
+  if (void (*const call)() = g_whenChanged.load()) call();
   return true;
 }
+
+void onKernelsChanged(void (*call)()) { g_whenChanged.store(call); }
 
 }  // namespace fast
