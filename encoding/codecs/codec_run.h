@@ -7,11 +7,8 @@
 #include <cstdint>
 #include <cstring>
 
-#ifdef __SSE2__
-#include <emmintrin.h>
-#endif
-
 #include "encoding/codecs/codec.h"
+#include "encoding/kernels/lanes.h"
 
 // One pass over one piece of text: the input that is still to be read, and space behind the output
 // that is being written. Each direction of a codec derives from it, converts runs of one kind in
@@ -142,25 +139,18 @@ void storeLow(unsigned char* dest, Number number) {
 namespace codec_vectors {
 
 constexpr bool kUsed = std::endian::native == std::endian::little;
-typedef unsigned char Bytes __attribute__((vector_size(16)));
+using Bytes = fast::Bytes16::Native;
 typedef signed char SignedBytes __attribute__((vector_size(16)));
-typedef unsigned short Words __attribute__((vector_size(16)));  // first byte of a pair lowest
+using Words = fast::Units16::Native;  // first byte of a pair lowest
 typedef short SignedWords __attribute__((vector_size(16)));
 
 // How many bytes come before the first lane that is set.
 template <typename Lanes>
 unsigned int bytesBefore(Lanes lanes) {
-#ifdef __SSE2__
-  const int mask = _mm_movemask_epi8(reinterpret_cast<__m128i>(lanes));
+  const std::uint32_t mask = topBits(fast::Bytes16(lanes));
   // A branch of its own for the full vector, so that a long run does not wait for the count.
   if (mask == 0) return 16;
-  return static_cast<unsigned int>(std::countr_zero(static_cast<unsigned int>(mask)));
-#else
-  std::uint64_t halves[2];
-  std::memcpy(halves, &lanes, sizeof halves);
-  const int zeros = halves[0] != 0 ? std::countr_zero(halves[0]) : 64 + std::countr_zero(halves[1]);
-  return static_cast<unsigned int>(zeros) / 8;
-#endif
+  return static_cast<unsigned int>(std::countr_zero(mask));
 }
 
 // A vector that repeats two bytes.

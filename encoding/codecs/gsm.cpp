@@ -5,7 +5,7 @@
 
 #include "encoding/codecs/codec_run.h"
 #include "encoding/codecs/gsm_alphabet.h"
-#include "support/sixteen_bytes.h"
+#include "encoding/codecs/text_bytes.h"
 #include "support/utf.h"
 
 namespace {
@@ -37,8 +37,8 @@ struct Utf8Form {
     unsigned char utf8[4] = {};
     return makeEntry(utf8, static_cast<unsigned int>(writeUtf8(utf8, character) - utf8));
   }
-  static SixteenBytes load(const unsigned char* p) { return SixteenBytes::load(p); }
-  static void store(SixteenBytes text, unsigned char* dest) { text.store(dest); }
+  static Bytes16 load(const unsigned char* p) { return Bytes16::load(p); }
+  static void store(Bytes16 text, unsigned char* dest) { text.store(dest); }
   static Character next(const unsigned char* p, std::ptrdiff_t left) {
     return decodeScalar(p, static_cast<std::size_t>(left));
   }
@@ -50,8 +50,8 @@ struct Utf16Form {
   static constexpr unsigned int kGrowthRead = 16, kGrowthWrite = 5;
 
   static constexpr Entry entryOf(char16_t character) { return Entry{2} << 24 | character; }
-  static SixteenBytes load(const unsigned char* p) { return SixteenBytes::loadUnits<false>(p); }
-  static void store(SixteenBytes text, unsigned char* dest) { text.storeAsUnits<false>(dest); }
+  static Bytes16 load(const unsigned char* p) { return loadUnits(p); }
+  static void store(Bytes16 text, unsigned char* dest) { storeAsUnits(text, dest); }
   static Character next(const unsigned char* p, std::ptrdiff_t left) {
     if (left < 2) return {0, 1, false};
     const std::uint32_t unit = loadLow<std::uint16_t>(p);
@@ -63,21 +63,21 @@ struct Utf16Form {
 
 // Most text is letters, digits and marks that ASCII and the default alphabet have at the same
 // place; the loops of both directions copy them together. (CR is one of them too, but rare.)
-SixteenBytes areSame(SixteenBytes text) {
-  return text.isAsciiLetter() | text.isBetween(' ', '#') | text.isBetween('%', '?') | text.is('\n');
+Bytes16 areSame(Bytes16 text) {
+  return isAsciiLetter(text) | isBetween(text, ' ', '#') | isBetween(text, '%', '?') |
+         equal(text, '\n');
 }
 
 // Copies the characters before the first different one, as far as there are sixteen in sight.
 template <unsigned int InSize, unsigned int OutSize, typename Load, typename Store>
 void copySame(const unsigned char*& in, const unsigned char* stop, unsigned char*& to, Load load,
               Store store) {
-  constexpr unsigned int kCount = SixteenBytes::kSize;
-  for (; stop - in >= std::ptrdiff_t{InSize * kCount}; in += InSize * kCount) {
-    const SixteenBytes text = load(in);
+  for (; stop - in >= std::ptrdiff_t{InSize * kVector}; in += InSize * kVector) {
+    const Bytes16 text = load(in);
     store(text, to);
-    const unsigned int count = areSame(text).countHigh();
+    const unsigned int count = countHigh(areSame(text));
     to += OutSize * count;
-    if (count == kCount) continue;
+    if (count == kVector) continue;
     in += InSize * count;
     break;
   }
@@ -114,7 +114,7 @@ struct Reader : CodecRun {
     const unsigned char* in = p;
     unsigned char* to = dest;
     while (in < stop) {
-      copySame<1, Form::kUnitSize>(in, stop, to, SixteenBytes::load, Form::store);
+      copySame<1, Form::kUnitSize>(in, stop, to, Utf8Form::load, Form::store);
       if (in == stop) break;
       Entry entry = kDecoded<Form>[*in];
       unsigned int length = 1;
@@ -186,8 +186,7 @@ struct Writer : CodecRun {
     const unsigned char* in = p;
     unsigned char* to = dest;
     while (in < stop) {
-      copySame<Form::kUnitSize, 1>(in, stop, to, Form::load,
-                                   [](SixteenBytes text, unsigned char* at) { text.store(at); });
+      copySame<Form::kUnitSize, 1>(in, stop, to, Form::load, Utf8Form::store);
       if (in >= stop) break;
       const Character character = Form::next(in, end - in);
       Entry entry = encodedForm(character);

@@ -5,7 +5,7 @@
 #include <string_view>
 
 #include "encoding/codecs/codec_run.h"
-#include "support/sixteen_bytes.h"
+#include "encoding/codecs/text_bytes.h"
 #include "support/utf.h"
 
 namespace {
@@ -42,9 +42,9 @@ constexpr auto kIsDirect = [] {
   return table;
 }();
 
-SixteenBytes areDirect(SixteenBytes text) {
-  return text.isAsciiLetter() | text.isBetween(',', ':') | text.isBetween('\'', ')') |
-         text.is(' ') | text.is('?') | text.isBetween('\t', '\n') | text.is('\r');
+Bytes16 areDirect(Bytes16 text) {
+  return isAsciiLetter(text) | isBetween(text, ',', ':') | isBetween(text, '\'', ')') |
+         equal(text, ' ') | equal(text, '?') | isBetween(text, '\t', '\n') | equal(text, '\r');
 }
 bool isDirect(std::uint32_t unit) { return unit < kIsDirect.size() && kIsDirect[unit]; }
 
@@ -64,7 +64,6 @@ unsigned char base64Digit(std::uint32_t bits) {
 // place.
 constexpr unsigned int kGroupUnits = 3;
 constexpr unsigned int kGroupDigits = 8;
-constexpr unsigned int kStep = SixteenBytes::kSize;  // direct characters taken together
 
 constexpr auto kDigitPairs = [] {
   std::array<std::uint16_t, 4096> table{};
@@ -138,12 +137,12 @@ struct Reader : CodecRun {
 
   // True when a run has begun.
   static bool copyDirect(const unsigned char*& in, const unsigned char* stop, unsigned char*& to) {
-    for (; stop - in >= std::ptrdiff_t{kStep}; in += kStep) {
-      const auto text = SixteenBytes::load(in);
-      text.storeAsUnits<false>(to);
-      const unsigned int count = (text | text.is('+')).countLow();
+    for (; stop - in >= std::ptrdiff_t{kVector}; in += kVector) {
+      const auto text = Bytes16::load(in);
+      storeAsUnits(text, to);
+      const unsigned int count = countLow(text | equal(text, '+'));
       to += 2 * count;
-      if (count != kStep) {
+      if (count != kVector) {
         in += count;
         break;
       }
@@ -271,12 +270,12 @@ struct Writer : CodecRun {
     const unsigned char* in = p;
     unsigned char* to = dest;
     while (in < stop) {
-      for (; stop - in >= 2 * std::ptrdiff_t{kStep}; in += 2 * kStep) {
-        const auto text = SixteenBytes::loadUnits<false>(in);
+      for (; stop - in >= 2 * std::ptrdiff_t{kVector}; in += 2 * kVector) {
+        const auto text = loadUnits(in);
         text.store(to);
-        const unsigned int count = areDirect(text).countHigh();
+        const unsigned int count = countHigh(areDirect(text));
         to += count;
-        if (count != kStep) {
+        if (count != kVector) {
           in += 2 * count;
           break;
         }
