@@ -1,7 +1,7 @@
 // HZ to and from code page 936.
 #include "encoding/codecs/hz.h"
 
-#include "encoding/codecs/codec_run.h"
+#include "encoding/codecs/pair_runs.h"
 #include "encoding/codecs/plane94.h"
 
 namespace {
@@ -23,7 +23,7 @@ bool isGb8(unsigned char first, unsigned char second) {
          isGb7(static_cast<unsigned char>(first - 0x80), static_cast<unsigned char>(second - 0x80));
 }
 
-// Pairs in the two directions, with the usual turns of a text (codec_run.h).
+// Pairs in the two directions, with the usual turns of a text (pair_runs.h).
 struct GbFromHz {
   static bool one(const unsigned char* pair, unsigned char* dest) {
     if (!isGb7(pair[0], pair[1])) return false;

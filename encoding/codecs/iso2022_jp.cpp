@@ -1,9 +1,9 @@
 // ISO-2022-JP to and from code page 932.
 #include "encoding/codecs/iso2022_jp.h"
 
-#include "encoding/codecs/codec_run.h"
 #include "encoding/codecs/escape_sequence.h"
 #include "encoding/codecs/jis_plane.h"
+#include "encoding/codecs/pair_runs.h"
 
 namespace {
 

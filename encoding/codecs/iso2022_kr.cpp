@@ -1,8 +1,8 @@
 // ISO-2022-KR to and from code page 949.
 #include "encoding/codecs/iso2022_kr.h"
 
-#include "encoding/codecs/codec_run.h"
 #include "encoding/codecs/escape_sequence.h"
+#include "encoding/codecs/pair_runs.h"
 #include "encoding/codecs/plane94.h"
 
 namespace {
@@ -51,7 +51,7 @@ bool isKs8(unsigned char first, unsigned char second) {
          isKs7(static_cast<unsigned char>(first - 0x80), static_cast<unsigned char>(second - 0x80));
 }
 
-// Pairs in the two directions, with the usual turns of a text (codec_run.h); eight at a time are
+// Pairs in the two directions, with the usual turns of a text (pair_runs.h); eight at a time are
 // pairs of the full rows from 16 on, Hangul and Hanja.
 struct KsTo949 {
   static bool one(const unsigned char* pair, unsigned char* dest) {

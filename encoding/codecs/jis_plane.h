@@ -5,7 +5,7 @@
 #include <array>
 #include <cstdint>
 
-#include "encoding/codecs/codec_run.h"
+#include "encoding/codecs/pair_runs.h"
 #include "encoding/codecs/plane94.h"
 
 // A two-byte code as it stands in a text; both bytes 0 for no code.
@@ -119,7 +119,7 @@ constexpr bool isEmptyInLastBlock(unsigned int position) {
   return position == 360 || position == 361;
 }
 
-// Pairs in the two directions, as codecs do them (codec_run.h). Eight at a time are computed, in
+// Pairs in the two directions, as codecs do them (pair_runs.h). Eight at a time are computed, in
 // the rows that nearly all text consists of; the tables know every assigned pair.
 namespace jis_plane_detail {
 

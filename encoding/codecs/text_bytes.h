@@ -1,10 +1,34 @@
-// Text looked at sixteen characters at a time.
+// Text looked at several characters at a time.
 #ifndef ENCODING_CODECS_TEXT_BYTES_H_
 #define ENCODING_CODECS_TEXT_BYTES_H_
 
 #include <bit>
+#include <cstring>
 
 #include "encoding/kernels/lanes.h"
+
+// Several bytes as one number, the first in its low byte on every host. Loops also write more bytes
+// than they keep, where that saves a decision.
+template <typename Number>
+Number loadLow(const unsigned char* p) {
+  Number number = 0;
+  if constexpr (std::endian::native == std::endian::little) {
+    std::memcpy(&number, p, sizeof number);  // the loop below means the same, and compiles worse
+  } else {
+    for (unsigned int i = 0; i < sizeof number; ++i) number |= Number{p[i]} << (8 * i);
+  }
+  return number;
+}
+template <typename Number>
+void storeLow(unsigned char* dest, Number number) {
+  if constexpr (std::endian::native == std::endian::little) {
+    std::memcpy(dest, &number, sizeof number);
+  } else {
+    for (unsigned int i = 0; i < sizeof number; ++i) {
+      dest[i] = static_cast<unsigned char>(number >> (8 * i));
+    }
+  }
+}
 
 namespace {  // NOLINT(cert-dcl59-cpp): internal linkage, see lanes.h
 
