@@ -56,7 +56,8 @@ struct Utf16Form {
     if (left < 2) return {0, 1, false};
     const std::uint32_t unit = loadLow<std::uint16_t>(p);
     if (!isSurrogate(unit)) return {unit, 2, true};
-    const bool isPair = left >= 4 && isHighSurrogate(unit) && isLowSurrogate(p[2] | p[3] << 8);
+    const bool isPair =
+        left >= 4 && isHighSurrogate(unit) && isLowSurrogate(loadLow<std::uint16_t>(p + 2));
     return {0, isPair ? 4u : 2u, false};
   }
 };
