@@ -34,7 +34,8 @@ bool _zvUtf::utf32ToUtf8(const unsigned char* utf32, unsigned int numUnits, Data
   out.expect(std::uint64_t{numUnits} * 3);
   bool clean = true;
   for (const unsigned char* p = utf32; numUnits != 0; --numUnits, p += 4) {
-    std::uint32_t value = p[0] | p[1] << 8 | p[2] << 16 | std::uint32_t{p[3]} << 24;
+    std::uint32_t value = 0;
+    for (unsigned int byte = 0; byte < 4; ++byte) value |= std::uint32_t{p[byte]} << (8 * byte);
     if (!isScalarValue(value)) {
       value = kReplacementCharacter;
       clean = false;
