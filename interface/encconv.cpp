@@ -110,12 +110,11 @@ std::string_view version() { return ENCCONV_VERSION; }
 
 std::vector<CodePage> code_pages() {
   std::vector<CodePage> pages;
-  for (std::size_t i = 0; i < streamCodePageCount(); ++i) {
-    const CodePageInfo page = streamCodePageAt(i);
+  for (const CharsetNames& page : streamCodePages()) {
     pages.push_back({page.codePage,
                      page.preferredName,
                      {page.aliases.begin(), page.aliases.end()},
-                     page.kind,
+                     kindName(page.kind),
                      page.description,
                      page.canRead,
                      page.canWrite});

@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "encoding/fast/cpu_dispatch.h"
-#include "encoding/tables/code_pages.h"
 #include "tests/test_support.h"
 
 namespace {
@@ -96,9 +95,9 @@ Settings randomSettings(std::mt19937& random) {
 }
 
 std::vector<int> fastCodePages() {
-  std::vector<int> pages = {1200, 1201, 12000, 12001, 65001, 65000, 55000, 50220, 50225};
-  for (const CodePageRow& row : codePageRows()) {
-    if (row.isDispatched) pages.push_back(row.codePage);
+  std::vector<int> pages;
+  for (const EncodingRow& row : encodingRows()) {
+    if (row.isDispatched && row.inEngine) pages.push_back(row.number);
   }
   return pages;
 }
@@ -166,20 +165,20 @@ TEST(FastPathTest, EqualsThePlainLegsInGarbage) {
 }
 
 TEST(FastPathTest, NoTableMeansTheMarkOfAnEscapeOrASurrogate) {
-  for (const CodePageRow& row : codePageRows()) {
+  for (const EncodingRow& row : tableRows()) {
     if (!row.isDispatched) continue;
     std::string all;
     for (int lead = 0x80; lead < 0x100; ++lead) {
       for (int trail = 0x30; trail < 0x100; ++trail) {
-        all.push_back(static_cast<char>(row.isDoubleByte ? lead : trail));
-        all.push_back(static_cast<char>(row.isDoubleByte ? trail : lead));
+        all.push_back(static_cast<char>(row.form == EncodingForm::kDoubleByte ? lead : trail));
+        all.push_back(static_cast<char>(row.form == EncodingForm::kDoubleByte ? trail : lead));
       }
     }
-    const std::string utf16 = convert(row.codePage, 1200, all).out;
+    const std::string utf16 = convert(row.number, 1200, all).out;
     for (std::size_t i = 0; i + 1 < utf16.size(); i += 2) {
       const unsigned int unit = zvLoadHostUnit(bytesOf(utf16) + i, false);
-      ASSERT_NE(unit, 0xFDEFu) << row.codePage;
-      ASSERT_NE(unit & 0xF800, 0xD800u) << row.codePage;
+      ASSERT_NE(unit, 0xFDEFu) << row.number;
+      ASSERT_NE(unit & 0xF800, 0xD800u) << row.number;
     }
   }
 }

@@ -1,7 +1,6 @@
 // The table-driven decoders and encoders, leg by leg.
 #include <memory>
 
-#include "encoding/tables/code_pages.h"
 #include "support/text_log.h"
 #include "tests/test_support.h"
 

@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "encoding/codecs/encoding_row.h"
 #include "encoding/fast/fast_path.h"
-#include "encoding/tables/code_pages.h"
 #include "support/hz.h"
 #include "tests/stream_support.h"
 
@@ -200,7 +200,7 @@ TEST(Stream, ConvertsCleanTextAsEncConvertDoes) {
 TEST(Stream, DropsWhatEncConvertDrops) {
   Random random(8);
   for (const int from : kSources) {
-    if (!findCodePageRow(from) || from == 20127) continue;
+    if (!hasTable(*findEncodingRow(from)) || from == 20127) continue;
     for (const int to : kTargets) {
       if (to == 55000 || hasShifts(to)) continue;  // marks take the place of what has none
       if (to == from) continue;                    // a copy, which only the stream looks at
@@ -249,8 +249,8 @@ TEST(Stream, TreatsOnlyTheBadPiecesOfAText) {
   candidates.insert(candidates.end(), {"\xDC\xDC"s, "\0\0\x11\0"s, "\0\x11\0\0"s});
   int withMalformed = 0;
   int withoutPlace = 0;
-  for (std::size_t i = 0; i < streamCodePageCount(); ++i) {
-    const int page = streamCodePageAt(i).codePage;
+  for (const CharsetNames& names : streamCodePages()) {
+    const int page = names.codePage;
     const std::string clean = stream(settingsFor(65001, page, "drop"), line).text;
     const std::string read = stream(settingsFor(page, 65001), clean).text;
     const auto isMalformed = [&](const std::string& piece) {

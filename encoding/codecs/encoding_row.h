@@ -29,6 +29,9 @@ enum class CharsetKind : unsigned char {
   kStateful,    // seven bits, with escape sequences or shifts
 };
 
+// Mapping tables that rows may have at most.
+inline constexpr unsigned int kMaxTableSlots = 128;
+
 struct EncodingRow {
   int number = 0;            // code page
   const char* name = "";     // registered with IANA where there is one; empty

@@ -30,21 +30,20 @@ bool isOpen(const Encoder& encoder) {
 }
 
 // The kind of an encoding that needs no table.
-bool findUnicodeKind(int codePage, Side::Kind& kind) {
-  static constexpr struct {
-    int codePage;
-    Side::Kind kind;
-  } kKinds[] = {{kUtf8, Side::kUtf8},           {kUtf16Le, Side::kUtf16},
-                {kUtf16Be, Side::kUtf16Be},     {kUtf32Le, Side::kUtf32Le},
-                {kUtf32Be, Side::kUtf32Be},     {kUtf32LeAlias, Side::kUtf32Le},
-                {kUtf32BeAlias, Side::kUtf32Be}};
-  for (const auto& entry : kKinds) {
-    if (entry.codePage == codePage) {
-      kind = entry.kind;
+bool findUnicodeKind(const EncodingRow& row, Side::Kind& kind) {
+  switch (row.form) {
+    case EncodingForm::kUtf8:
+      kind = Side::kUtf8;
       return true;
-    }
+    case EncodingForm::kUtf16:
+      kind = row.bigEndian ? Side::kUtf16Be : Side::kUtf16;
+      return true;
+    case EncodingForm::kUtf32:
+      kind = row.bigEndian ? Side::kUtf32Be : Side::kUtf32Le;
+      return true;
+    default:
+      return false;
   }
-  return false;
 }
 
 // A block must not end between the halves of a pair.
@@ -58,10 +57,10 @@ void dropTrailingHighSurrogate(KernelResult& r, const unsigned char* out) {
 }  // namespace
 
 bool openSource(int codePage, LogBase& log, Side& side) {
-  const CodePageRow* row = findCodePageRow(codePage);
-  if (row == nullptr) return findUnicodeKind(codePage, side.kind);
-  if (!row->isDispatched) return false;
-  side.kind = row->isDoubleByte ? Side::kDoubleByte : Side::kSingleByte;
+  const EncodingRow* row = findEncodingRow(codePage);
+  if (row == nullptr || !row->isDispatched) return false;
+  if (!hasTable(*row)) return findUnicodeKind(*row, side.kind);
+  side.kind = row->form == EncodingForm::kDoubleByte ? Side::kDoubleByte : Side::kSingleByte;
   side.decoder = decoderFor(*row);
   if (isOpen(side.decoder)) return true;
   if (!EncodingConvert::ensureHashToUnicode(codePage, log)) return false;
@@ -70,13 +69,14 @@ bool openSource(int codePage, LogBase& log, Side& side) {
 }
 
 bool openTarget(int codePage, const EncodingConvert& converter, LogBase& log, Side& side) {
-  if (findUnicodeKind(codePage, side.kind)) {
+  const EncodingRow* row = findEncodingRow(codePage);
+  if (row == nullptr || !row->isDispatched) return false;
+  if (findUnicodeKind(*row, side.kind)) {
     return side.kind != Side::kUtf8 || (g_allow_4byte_utf8 && converter.m_allow4ByteUtf8);
   }
-  const CodePageRow* row = findCodePageRow(codePage);
-  if (row == nullptr || !row->isDispatched) return false;
+  if (!hasTable(*row)) return false;
   // The decompositions belong to the destination of the whole conversion, not to the table.
-  if ((codePage == kVietnamese) != (converter.m_toCodePage == kVietnamese)) return false;
+  if (row->decomposesVietnamese != (converter.m_toCodePage == kVietnamese)) return false;
   side.encoder = encoderFor(*row);
   if (!isOpen(side.encoder)) {
     if (!EncodingConvert::ensureHashFromUnicode(codePage, log)) return false;

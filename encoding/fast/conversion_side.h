@@ -3,7 +3,7 @@
 #define ENCODING_FAST_CONVERSION_SIDE_H_
 
 #include "encoding/encoding_convert.h"
-#include "encoding/fast/derived_tables.h"
+#include "encoding/tables/flat_tables.h"
 
 namespace fast {
 

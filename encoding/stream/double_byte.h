@@ -5,7 +5,7 @@
 #include <cstdint>
 
 #include "encoding/encoding_convert.h"
-#include "encoding/tables/code_pages.h"
+#include "encoding/tables/table_registry.h"
 
 // Follows the engine's decoder, which tries two bytes first and one byte then, whatever the lead
 // bytes of the code page are said to be: how long a character is depends on the table alone.
@@ -15,7 +15,7 @@ class DoubleByteCharacters {
   // decoder then fails as well.
   explicit DoubleByteCharacters(int codePage) {
     LogBase log;
-    const CodePageRow* row = findCodePageRow(codePage);
+    const EncodingRow* row = findEncodingRow(codePage);
     if (row == nullptr || !EncodingConvert::ensureHashToUnicode(codePage, log)) return;
     m_table = tableSlots(*row).multiToUnicode.load(std::memory_order_acquire);
   }

@@ -6,17 +6,10 @@
 #include "encoding/special_code_pages.h"
 #include "encoding/stream/source.h"
 #include "encoding/stream/target.h"
-#include "encoding/tables/code_pages.h"
 
 // ---- The plain legs. ----
 
 void EngineLegs::onUnconvertible(const UnconvertibleInput& /*piece*/) { m_isBad = true; }
-
-bool EngineLegs::haveLegs(int codePage) {
-  if (codePage == kUtf8) return true;
-  const CodePageRow* row = findCodePageRow(codePage);
-  return row != nullptr && row->isDispatched;
-}
 
 EngineLegs::Outcome EngineLegs::outcome(bool ok, const DataBuffer& out) const {
   if (out.hasFailed()) return Outcome::kNoMemory;

@@ -21,9 +21,6 @@ class EngineLegs : private ConversionObserver {
  public:
   EngineLegs() { m_converter.m_observer = this; }
 
-  // True when both legs exist for the code page: it is 65001 or has a table.
-  static bool haveLegs(int codePage);
-
   // Appends the UTF-16 of length bytes, or the bytes of count units. kBad when something could not
   // be converted, which is left out.
   enum class Outcome : unsigned char { kGood, kBad, kNoMemory };

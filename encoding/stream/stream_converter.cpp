@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <new>
-#include <span>
 #include <string_view>
 
 #include "encoding/special_code_pages.h"
@@ -18,17 +17,12 @@ struct Ends {
   std::unique_ptr<StreamTarget> target;
 };
 
-bool hasEnds(int codePage) {
-  return EngineLegs::haveLegs(codePage) || isUtf16(codePage) || isUtf32(codePage) ||
-         isIso2022Jp(codePage) || codePage == kIso2022Kr || codePage == kUtf7 || codePage == kGsm ||
-         codePage == kCodePageHz;
-}
-
-std::unique_ptr<StreamSource> makeSource(int codePage, bool bigEndian, EngineLegs& legs) {
-  if (isUtf16(codePage)) return makeUtf16Source(bigEndian);
-  if (isUtf32(codePage)) return makeUtf32Source(bigEndian);
-  if (isIso2022Jp(codePage)) return makeIso2022JpSource(legs);
-  switch (codePage) {
+std::unique_ptr<StreamSource> makeSource(const EncodingRow& row, bool bigEndian, EngineLegs& legs) {
+  if (row.form == EncodingForm::kUtf16) return makeUtf16Source(bigEndian);
+  if (row.form == EncodingForm::kUtf32) return makeUtf32Source(bigEndian);
+  if (row.reordersMacArabic) return makeMacArabicSource(legs);
+  if (isIso2022Jp(row.number)) return makeIso2022JpSource(legs);
+  switch (row.number) {
     case kUtf8:
       return makeUtf8Source(legs);
     case kUtf7:
@@ -41,18 +35,16 @@ std::unique_ptr<StreamSource> makeSource(int codePage, bool bigEndian, EngineLeg
       return makeIso2022KrSource(legs);
     case kCodePageHz:
       return makeHzSource(legs);
-    case kMacArabic:
-      return makeMacArabicSource(legs);
     default:
-      return makeTableSource(codePage, legs);
+      return makeTableSource(row.number, legs);
   }
 }
 
-std::unique_ptr<StreamTarget> makeTarget(int codePage, EngineLegs& legs) {
-  if (isUtf16(codePage)) return makeUtf16Target(codePage == kUtf16Be);
-  if (isUtf32(codePage)) return makeUtf32Target(isUtf32Be(codePage));
-  if (isIso2022Jp(codePage)) return makeIso2022JpTarget(legs);
-  switch (codePage) {
+std::unique_ptr<StreamTarget> makeTarget(const EncodingRow& row, EngineLegs& legs) {
+  if (row.form == EncodingForm::kUtf16) return makeUtf16Target(row.bigEndian);
+  if (row.form == EncodingForm::kUtf32) return makeUtf32Target(row.bigEndian);
+  if (isIso2022Jp(row.number)) return makeIso2022JpTarget(legs);
+  switch (row.number) {
     case kUtf7:
       return makeUtf7Target();
     case kGsm:
@@ -62,30 +54,9 @@ std::unique_ptr<StreamTarget> makeTarget(int codePage, EngineLegs& legs) {
     case kCodePageHz:
       return makeHzTarget(legs);
     default:
-      return makeTableTarget(codePage, legs);
+      return makeTableTarget(row.number, legs);
   }
 }
-
-// ---- Byte order marks. ----
-
-using namespace std::string_view_literals;
-
-struct Mark {
-  std::string_view bytes;
-  bool bigEndian;
-};
-constexpr Mark kUtf8Marks[] = {{"\xEF\xBB\xBF"sv, false}};
-constexpr Mark kUtf16Marks[] = {{"\xFF\xFE"sv, false}, {"\xFE\xFF"sv, true}};
-constexpr Mark kUtf32Marks[] = {{"\xFF\xFE\0\0"sv, false}, {"\0\0\xFE\xFF"sv, true}};
-
-std::span<const Mark> marksOf(int codePage) {
-  if (codePage == kUtf8) return kUtf8Marks;
-  if (isUtf16(codePage)) return kUtf16Marks;
-  if (isUtf32(codePage)) return kUtf32Marks;
-  return {};
-}
-
-bool isBigEndian(int codePage) { return codePage == kUtf16Be || isUtf32Be(codePage); }
 
 constexpr std::string_view kPdfMark = "%PDF-1";
 constexpr std::size_t kPdfMinimum = 7;
@@ -117,6 +88,8 @@ class StreamConverter::Core {
   void dropWaiting(std::size_t count);
 
   StreamSettings m_settings;
+  const EncodingRow* m_source = nullptr;  // these two are null for an opaque stream
+  const EncodingRow* m_target = nullptr;
   EngineLegs m_legs;
   bool m_isOpaque = false;  // equal code pages that cannot be read: a plain copy
   bool m_isPdf = false;
@@ -130,22 +103,22 @@ class StreamConverter::Core {
 StreamStatus StreamConverter::Core::prepare() {
   if (m_settings.to == 0) m_settings.to = m_settings.from;
   if (m_settings.from == 0) m_settings.from = m_settings.to;
-  m_isOpaque = isSame() && !hasEnds(m_settings.from);
+  m_isOpaque = isSame() && !isStreamCodePage(m_settings.from);
   if (m_isOpaque) return StreamStatus::kGood;
-  if (!hasEnds(m_settings.from)) return StreamStatus::kNoDecoder;
-  if (!hasEnds(m_settings.to)) return StreamStatus::kNoEncoder;
-  if (!makeBlocks(isBigEndian(m_settings.from))) return StreamStatus::kNoMemory;
+  if (!isStreamCodePage(m_settings.from)) return StreamStatus::kNoDecoder;
+  if (!isStreamCodePage(m_settings.to)) return StreamStatus::kNoEncoder;
+  m_source = findEncodingRow(m_settings.from);
+  m_target = findEncodingRow(m_settings.to);
+  if (!makeBlocks(m_source->bigEndian)) return StreamStatus::kNoMemory;
   return m_blocks->prepare(m_settings);
 }
 
 bool StreamConverter::Core::makeBlocks(bool bigEndian) {
   Ends ends;
-  if (isSame() && m_settings.from == kMacArabic) {
-    // Nothing is rewritten where nothing is converted.
-    ends = {makeTableSource(kMacArabic, m_legs), makeTarget(kMacArabic, m_legs)};
-  } else {
-    ends = {makeSource(m_settings.from, bigEndian, m_legs), makeTarget(m_settings.to, m_legs)};
-  }
+  // Nothing is rewritten where nothing is converted.
+  ends.source = isSame() && m_source->reordersMacArabic ? makeTableSource(m_settings.from, m_legs)
+                                                        : makeSource(*m_source, bigEndian, m_legs);
+  ends.target = makeTarget(*m_target, m_legs);
   if (ends.source == nullptr || ends.target == nullptr) return false;
   m_blocks.reset(new (std::nothrow)
                      BlockConverter(std::move(ends.source), std::move(ends.target), m_legs));
@@ -159,7 +132,7 @@ bool StreamConverter::Core::isUndecided(std::string_view head, bool last) const 
       kPdfMark.substr(0, head.size()) == head.substr(0, kPdfMark.size())) {
     return true;
   }
-  return std::ranges::any_of(marksOf(m_settings.from), [&](const Mark& mark) {
+  return !m_isOpaque && std::ranges::any_of(marksOf(*m_source), [&](const Mark& mark) {
     return head.size() < mark.bytes.size() && mark.bytes.substr(0, head.size()) == head;
   });
 }
@@ -169,18 +142,16 @@ bool StreamConverter::Core::begin(std::string_view head, DataBuffer& out) {
   m_hasBegun = true;
   m_isPdf = m_settings.pdfPassthrough && head.size() >= kPdfMinimum && head.starts_with(kPdfMark);
   if (m_isPdf) return true;
+  if (m_isOpaque) return !out.hasFailed();
   if (m_settings.writeMark) {
-    for (const Mark& mark : marksOf(m_settings.to)) {
-      if (mark.bytes.size() == 3 || mark.bigEndian == isBigEndian(m_settings.to)) {
-        out.append(mark.bytes.data(), static_cast<unsigned int>(mark.bytes.size()));
-      }
-    }
+    const std::string_view mark = markOf(*m_target);
+    out.append(mark.data(), static_cast<unsigned int>(mark.size()));
   }
-  for (const Mark& mark : marksOf(m_settings.from)) {
+  for (const Mark& mark : marksOf(*m_source)) {
     if (!head.starts_with(mark.bytes)) continue;
     // A copy keeps the mark as a character of the text.
     if (!isSame() || m_settings.writeMark) m_offset = mark.bytes.size();
-    if (mark.bigEndian == isBigEndian(m_settings.from)) continue;
+    if (mark.bigEndian == m_source->bigEndian) continue;
     return makeBlocks(mark.bigEndian) && m_blocks->prepare(m_settings) == StreamStatus::kGood;
   }
   return !out.hasFailed();

@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "encoding/stream/stream_code_pages.h"
+#include "encoding/code_page_list.h"
 #include "support/data_buffer.h"
 
 // What is written in place of input that cannot be converted, as text of the target encoding

@@ -53,10 +53,10 @@ class DoubleByteSource final : public SteppingSource {
 }  // namespace
 
 std::unique_ptr<StreamSource> makeTableSource(int codePage, EngineLegs& legs) {
-  const CodePageRow* row = findCodePageRow(codePage);
-  if (row == nullptr) return nullptr;
+  const EncodingRow* row = findEncodingRow(codePage);
+  if (row == nullptr || !hasTable(*row)) return nullptr;
   StreamSource* source = nullptr;
-  if (!row->isDoubleByte) {
+  if (row->form == EncodingForm::kSingleByte) {
     source = new (std::nothrow) SingleByteSource(codePage, legs);
   } else {
     source = new (std::nothrow) DoubleByteSource(codePage, legs);

@@ -1,13 +1,15 @@
-#include "support/charset_naming.h"
+#include "encoding/codecs/encoding_names.h"
 
 #include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
 
-#include "support/charset_name_rows.h"
+#include "encoding/codecs/encoding_row_list.h"
 
 namespace {
+
+using encoding_rows::kEncodings;
 
 constexpr bool isDigit(char c) { return c >= '0' && c <= '9'; }
 
@@ -35,12 +37,11 @@ struct NormalizedName {
   constexpr std::string_view view() const { return {chars.data(), length}; }
 };
 
-constexpr std::size_t kRowCount = std::size(kCharsetNameRows);
-
 // Calls visit(name) for each name of a row, the preferred one first.
 template <typename Visit>
-constexpr void forEachName(const CharsetNameRow& row, Visit visit) {
-  visit(std::string_view(row.preferredName));
+constexpr void forEachName(const EncodingRow& row, Visit visit) {
+  if (row.name[0] == 0) return;
+  visit(std::string_view(row.name));
   std::string_view rest = row.aliases;
   while (!rest.empty()) {
     const std::size_t end = std::min(rest.find(' '), rest.size());
@@ -49,50 +50,50 @@ constexpr void forEachName(const CharsetNameRow& row, Visit visit) {
   }
 }
 
-constexpr std::size_t countNames() {
+constexpr bool isNamed(const EncodingRow& row) { return row.name[0] != 0; }
+constexpr std::size_t kNamedCount = std::ranges::count_if(kEncodings, isNamed);
+constexpr std::size_t kNameCount = [] {
   std::size_t count = 0;
-  for (const CharsetNameRow& row : kCharsetNameRows) {
-    forEachName(row, [&](std::string_view) { ++count; });
-  }
+  for (const EncodingRow& row : kEncodings) forEachName(row, [&](std::string_view) { ++count; });
   return count;
-}
-constexpr std::size_t kNameCount = countNames();
+}();
 
-// All names, row after row, and where each row begins.
+// All names, row after row, and the row that each belongs to.
 struct NameList {
   std::array<std::string_view, kNameCount> names;
   std::array<std::uint8_t, kNameCount> rowOfName;
-  std::array<std::size_t, kRowCount + 1> firstOfRow;
 };
-static_assert(kRowCount <= 256);
+static_assert(kEncodings.size() <= 256);
 
 constexpr NameList kNameList = [] {
   NameList list{};
   std::size_t count = 0;
-  for (std::size_t row = 0; row < kRowCount; ++row) {
-    list.firstOfRow[row] = count;
-    forEachName(kCharsetNameRows[row], [&](std::string_view name) {
+  for (std::size_t row = 0; row < kEncodings.size(); ++row) {
+    forEachName(kEncodings[row], [&](std::string_view name) {
       list.rowOfName[count] = static_cast<std::uint8_t>(row);
       list.names[count++] = name;
     });
   }
-  list.firstOfRow[kRowCount] = count;
   return list;
 }();
 
-constexpr std::array<CharsetNames, kRowCount> kCharsets = [] {
-  std::array<CharsetNames, kRowCount> charsets{};
-  for (std::size_t i = 0; i < kRowCount; ++i) {
-    const CharsetNameRow& row = kCharsetNameRows[i];
-    const std::size_t first = kNameList.firstOfRow[i] + 1;
-    const std::size_t end = kNameList.firstOfRow[i + 1];
-    charsets[i] = {row.codePage, row.preferredName,
-                   std::span(kNameList.names).subspan(first, end - first), row.kind,
-                   row.description};
+constexpr std::array<CharsetNames, kNamedCount> kCharsets = [] {
+  std::array<CharsetNames, kNamedCount> charsets{};
+  std::size_t count = 0, name = 0;
+  for (const EncodingRow& row : kEncodings) {
+    const std::size_t first = name;
+    forEachName(row, [&](std::string_view) { ++name; });
+    if (name == first) continue;
+    charsets[count++] = {row.number,
+                         row.name,
+                         std::span(kNameList.names).subspan(first + 1, name - first - 1),
+                         row.kind,
+                         row.description,
+                         row.isDispatched,
+                         row.isDispatched};
   }
   return charsets;
 }();
-static_assert(std::ranges::is_sorted(kCharsets, {}, &CharsetNames::codePage));
 
 // A hash table of all names with open addressing, half full at most; a slot holds the index of a
 // name plus 1, or 0.
@@ -123,19 +124,19 @@ constexpr std::array<std::uint16_t, kIndexSize> kIndex = [] {
   return index;
 }();
 
-int codePageOfListedName(std::string_view normalized) {
+const EncodingRow* findListedName(std::string_view normalized) {
   for (std::size_t slot = firstSlot(normalized); kIndex[slot] != 0;
        slot = (slot + 1) % kIndexSize) {
     const std::size_t name = kIndex[slot] - 1U;
     if (NormalizedName(kNameList.names[name]).view() == normalized) {
-      return kCharsets[kNameList.rowOfName[name]].codePage;
+      return &kEncodings[kNameList.rowOfName[name]];
     }
   }
-  return 0;
+  return nullptr;
 }
 
-// "1252", "cp1252" and "windows1252", for the code pages of the table only.
-int codePageOfNumberedName(std::string_view normalized) {
+// "1252", "cp1252" and "windows1252", for encodings that have a name as well.
+const EncodingRow* findNumberedName(std::string_view normalized) {
   for (const std::string_view prefix : {std::string_view("cp"), std::string_view("windows")}) {
     if (normalized.starts_with(prefix)) {
       normalized.remove_prefix(prefix.size());
@@ -143,33 +144,25 @@ int codePageOfNumberedName(std::string_view normalized) {
     }
   }
   constexpr std::size_t kMaxDigits = 5;
-  if (normalized.size() > kMaxDigits || !std::ranges::all_of(normalized, isDigit)) return 0;
+  if (normalized.size() > kMaxDigits || !std::ranges::all_of(normalized, isDigit)) return nullptr;
   int number = 0;
   for (const char c : normalized) number = number * 10 + (c - '0');
-  return CharsetNaming::find(number) != nullptr ? number : 0;
+  const EncodingRow* const row = findEncodingRow(number);
+  return row != nullptr && isNamed(*row) ? row : nullptr;
 }
 
 }  // namespace
 
-int CharsetNaming::GetCodePage(const StringBuffer& name, LogBase* /*log*/) {
-  return codePageOf({name.getString(), name.getSize()});
-}
+std::span<const CharsetNames> encodingNames() { return kCharsets; }
 
-int CharsetNaming::codePageOf(std::string_view name) {
+const EncodingRow* findEncoding(std::string_view name) {
   const NormalizedName normalized(name);
-  if (!normalized.fits || normalized.length == 0) return 0;
-  const int listed = codePageOfListedName(normalized.view());
-  return listed != 0 ? listed : codePageOfNumberedName(normalized.view());
+  if (!normalized.fits || normalized.length == 0) return nullptr;
+  const EncodingRow* const listed = findListedName(normalized.view());
+  return listed != nullptr ? listed : findNumberedName(normalized.view());
 }
 
-std::span<const CharsetNames> CharsetNaming::all() { return kCharsets; }
-
-const CharsetNames* CharsetNaming::find(int codePage) {
-  const auto found = std::ranges::lower_bound(kCharsets, codePage, {}, &CharsetNames::codePage);
-  return found != kCharsets.end() && found->codePage == codePage ? &*found : nullptr;
-}
-
-bool CharsetNaming::containsName(std::string_view text, std::string_view part) {
+bool containsName(std::string_view text, std::string_view part) {
   const NormalizedName whole(text);
   const NormalizedName wanted(part);
   if (!wanted.fits || wanted.length == 0) return false;

@@ -1,6 +1,6 @@
 // The decomposition of Vietnamese letters for Windows-1258.
-#ifndef ENCODING_VIETNAMESE_H_
-#define ENCODING_VIETNAMESE_H_
+#ifndef ENCODING_CODECS_VIETNAMESE_H_
+#define ENCODING_CODECS_VIETNAMESE_H_
 
 #include <cstdint>
 
@@ -14,4 +14,4 @@ struct VietnameseDecomposition {
 // The decomposition of a unit, or null when it has none.
 const VietnameseDecomposition* findVietnameseDecomposition(unsigned int unit);
 
-#endif  // ENCODING_VIETNAMESE_H_
+#endif  // ENCODING_CODECS_VIETNAMESE_H_

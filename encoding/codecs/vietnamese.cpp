@@ -1,4 +1,4 @@
-#include "encoding/vietnamese.h"
+#include "encoding/codecs/vietnamese.h"
 
 #include <algorithm>
 #include <iterator>

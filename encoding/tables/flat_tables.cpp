@@ -1,26 +1,24 @@
-#include "encoding/fast/derived_tables.h"
+#include "encoding/tables/flat_tables.h"
 
 #include <memory>
 #include <new>
 
-#include "encoding/fast/short_path.h"
-#include "encoding/special_code_pages.h"
-#include "encoding/vietnamese.h"
+#include "encoding/codecs/vietnamese.h"
+#include "encoding/tables/table_registry.h"
 #include "support/zv_base.h"
 
 namespace fast {
 namespace {
 
 constexpr unsigned int kEscapeUnit = 0xEFFD;
-constexpr std::size_t kMaxSlots = 128;
 
-struct DerivedSlots {
+struct FlatSlots {
   std::atomic<const SingleByteDecoder*> singleDecoder;
   std::atomic<const DoubleByteDecoder*> doubleDecoder;
   std::atomic<const SingleByteEncoder*> singleEncoder;
   std::atomic<const DoubleByteEncoder*> doubleEncoder;
 };
-DerivedSlots g_slots[kMaxSlots];
+FlatSlots g_slots[kMaxTableSlots];
 
 template <class Table>
 void release(std::atomic<const Table*>& slot) {
@@ -53,13 +51,14 @@ bool fillSingleByteDecoder(const UnicodeLookup& lookup, SingleByteDecoder& table
 }
 
 bool fillDoubleByteDecoder(const HashConvert& map, DoubleByteDecoder& table) {
+  const bool bigEndian = zvIsBigEndian();
   for (int byte = 0; byte < 256; ++byte) {
     const auto* entry = reinterpret_cast<const unsigned char*>(&map.m_singleBytes[byte]);
-    table.singles[byte] = zvLoadHostUnit(entry, false);
+    table.singles[byte] = zvLoadHostUnit(entry, bigEndian);
   }
   bool flat = map.get_IsLowerAscii();
   map.forEachEntry([&](const HashConvert::Bucket& entry) {
-    const unsigned int unit = zvLoadHostUnit(entry.value, false);
+    const unsigned int unit = zvLoadHostUnit(entry.value, bigEndian);
     if (entry.isOneByte != 0 || unit == 0) flat = false;
     table.units[entry.key[0] + 256u * entry.key[1]] = static_cast<std::uint16_t>(unit);
   });
@@ -71,9 +70,10 @@ bool fillDoubleByteDecoder(const HashConvert& map, DoubleByteDecoder& table) {
 // False for what a flat table cannot say: a unit but 0 that is written as 0, a second byte 0.
 template <class Put>
 bool forEachEncoding(const HashConvert& map, Put put) {
+  const bool bigEndian = zvIsBigEndian();
   bool flat = true;
   map.forEachEntry([&](const HashConvert::Bucket& entry) {
-    const unsigned int unit = zvLoadHostUnit(entry.key, false);
+    const unsigned int unit = zvLoadHostUnit(entry.key, bigEndian);
     const bool isPair = entry.isOneByte == 0;
     const unsigned int code = entry.value[0] + (isPair ? entry.value[1] * 256u : 0);
     if (unit != kEscapeUnit) put(unit, code);
@@ -85,12 +85,12 @@ bool forEachEncoding(const HashConvert& map, Put put) {
   return flat;
 }
 
-bool fillSingleByteEncoder(const CodePageRow& row, const HashConvert& map,
+bool fillSingleByteEncoder(const EncodingRow& row, const HashConvert& map,
                            SingleByteEncoder& table) {
   const bool flat = forEachEncoding(map, [&](unsigned int unit, unsigned int code) {
     table.bytes[unit] = static_cast<std::uint8_t>(code);
   });
-  if (row.codePage == 28596 || row.codePage == 1256) {
+  if (row.foldsArabicDigits) {
     for (unsigned int digit = 0; digit < 10; ++digit) {
       const auto ascii = static_cast<std::uint8_t>('0' + digit);
       table.bytes[0x0660 + digit] = table.bytes[0x06F0 + digit] = ascii;
@@ -100,12 +100,12 @@ bool fillSingleByteEncoder(const CodePageRow& row, const HashConvert& map,
   return flat;
 }
 
-bool fillDoubleByteEncoder(const CodePageRow& row, const HashConvert& map,
+bool fillDoubleByteEncoder(const EncodingRow& row, const HashConvert& map,
                            DoubleByteEncoder& table) {
   const bool flat = forEachEncoding(map, [&](unsigned int unit, unsigned int code) {
     table.codes[unit] = static_cast<std::uint16_t>(code);
   });
-  if (row.codePage == kVietnamese) {
+  if (row.decomposesVietnamese) {
     for (unsigned int unit = 0x00C0; unit < 0x1F00; ++unit) {
       const VietnameseDecomposition* letter = findVietnameseDecomposition(unit);
       if (letter == nullptr || table.codes[unit] != 0) continue;
@@ -118,19 +118,19 @@ bool fillDoubleByteEncoder(const CodePageRow& row, const HashConvert& map,
 
 }  // namespace
 
-Decoder decoderFor(const CodePageRow& row) {
-  DerivedSlots& slots = g_slots[row.slot];
+Decoder decoderFor(const EncodingRow& row) {
+  FlatSlots& slots = g_slots[row.slot];
   const TableSlots& tables = tableSlots(row);
-  if (row.isDoubleByte) {
+  if (row.form == EncodingForm::kDoubleByte) {
     return {nullptr, publish(slots.doubleDecoder, tables.multiToUnicode, fillDoubleByteDecoder)};
   }
   return {publish(slots.singleDecoder, tables.singleToUnicode, fillSingleByteDecoder), nullptr};
 }
 
-Encoder encoderFor(const CodePageRow& row) {
-  DerivedSlots& slots = g_slots[row.slot];
+Encoder encoderFor(const EncodingRow& row) {
+  FlatSlots& slots = g_slots[row.slot];
   const auto& base = tableSlots(row).fromUnicode;
-  if (row.isDoubleByte || row.codePage == kVietnamese) {
+  if (row.form == EncodingForm::kDoubleByte || row.decomposesVietnamese) {
     const auto fill = [&](const HashConvert& map, DoubleByteEncoder& table) {
       return fillDoubleByteEncoder(row, map, table);
     };
@@ -142,9 +142,8 @@ Encoder encoderFor(const CodePageRow& row) {
   return {publish(slots.singleEncoder, base, fill), nullptr};
 }
 
-void releaseDerivedTables() {
-  forgetRoutes();
-  for (DerivedSlots& slots : g_slots) {
+void releaseFlatTables() {
+  for (FlatSlots& slots : g_slots) {
     release(slots.singleDecoder);
     release(slots.doubleDecoder);
     release(slots.singleEncoder);
