@@ -64,8 +64,7 @@ bool EncodingConvert::convertFromUnicodeHC2(HashConvert* table, const unsigned c
   const unsigned int evenLength = len & ~1u;
   if (evenLength == 0) return false;
   const bool isLowerAscii = table->get_IsLowerAscii();
-  const EncodingRow* const target = findEncodingRow(m_toCodePage);
-  const bool decomposes = target != nullptr && target->decomposesVietnamese;
+  const bool decomposes = decomposesVietnamese(m_toCodePage);
   bool result = true;
   Staging<512> staged(out);
   unsigned int i = 0;

@@ -16,13 +16,11 @@ namespace encoding_rows {
 
 constexpr EncodingRow single(int number, const char* name, const char* aliases,
                              const char* description, const char* text) {
-  return {.number = number,
-          .name = name,
-          .aliases = aliases,
-          .description = description,
-          .text = text,
-          .toUnicodeSize = 283,
-          .fromUnicodeSize = 269};
+  EncodingRow row{number, name, aliases, CharsetKind::kSingleByte, description};
+  row.text = text;
+  row.toUnicodeSize = 283;
+  row.fromUnicodeSize = 269;
+  return row;
 }
 
 constexpr EncodingRow undispatched(int number, const char* text) {
@@ -34,16 +32,12 @@ constexpr EncodingRow undispatched(int number, const char* text) {
 constexpr EncodingRow doubleByte(int number, const char* name, const char* aliases,
                                  const char* description, void (*appendText)(StringBuffer&),
                                  std::uint16_t size, std::uint8_t malformedWidth) {
-  return {.number = number,
-          .name = name,
-          .aliases = aliases,
-          .kind = CharsetKind::kDoubleByte,
-          .description = description,
-          .form = EncodingForm::kDoubleByte,
-          .appendText = appendText,
-          .toUnicodeSize = size,
-          .fromUnicodeSize = size,
-          .malformedWidth = malformedWidth};
+  EncodingRow row{number, name, aliases, CharsetKind::kDoubleByte, description};
+  row.form = EncodingForm::kDoubleByte;
+  row.appendText = appendText;
+  row.toUnicodeSize = row.fromUnicodeSize = size;
+  row.malformedWidth = malformedWidth;
+  return row;
 }
 
 constexpr EncodingRow over(const char* differences, EncodingRow row) {
@@ -58,24 +52,14 @@ constexpr EncodingRow with(bool EncodingRow::*flag, EncodingRow row) {
 
 constexpr EncodingRow unicode(int number, const char* name, const char* aliases,
                               const char* description, EncodingForm form, bool bigEndian) {
-  return {.number = number,
-          .name = name,
-          .aliases = aliases,
-          .kind = CharsetKind::kUnicode,
-          .description = description,
-          .form = form,
-          .bigEndian = bigEndian};
+  return {number, name, aliases, CharsetKind::kUnicode, description, form, bigEndian};
 }
 
 constexpr EncodingRow codec(int number, const char* name, const char* aliases,
                             const char* description, CharsetKind kind, const Codec* codec) {
-  return {.number = number,
-          .name = name,
-          .aliases = aliases,
-          .kind = kind,
-          .description = description,
-          .form = EncodingForm::kCodec,
-          .codec = codec};
+  EncodingRow row{number, name, aliases, kind, description, EncodingForm::kCodec};
+  row.codec = codec;
+  return row;
 }
 
 constexpr EncodingRow streamOnly(EncodingRow row) {

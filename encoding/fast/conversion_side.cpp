@@ -76,7 +76,7 @@ bool openTarget(int codePage, const EncodingConvert& converter, LogBase& log, Si
   }
   if (!hasTable(*row)) return false;
   // The decompositions belong to the destination of the whole conversion, not to the table.
-  if (row->decomposesVietnamese != (converter.m_toCodePage == kVietnamese)) return false;
+  if (row->decomposesVietnamese != decomposesVietnamese(converter.m_toCodePage)) return false;
   side.encoder = encoderFor(*row);
   if (!isOpen(side.encoder)) {
     if (!EncodingConvert::ensureHashFromUnicode(codePage, log)) return false;

@@ -1,3 +1,4 @@
+// The code pages of locales: Psdk.
 #include "support/psdk.h"
 
 #include <cstdlib>
