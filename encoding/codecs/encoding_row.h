@@ -34,8 +34,7 @@ inline constexpr unsigned int kMaxTableSlots = 128;
 
 struct EncodingRow {
   int number = 0;            // code page
-  const char* name = "";     // registered with IANA where there is one; empty
-                             // for a table that nothing converts with
+  const char* name = "";     // preferred, as at IANA; empty for a table that nothing converts with
   const char* aliases = "";  // separated by single spaces
   CharsetKind kind = CharsetKind::kSingleByte;
   const char* description = "";  // a few words for people

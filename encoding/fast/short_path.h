@@ -60,7 +60,7 @@ inline const Route* findRoute(int from, int to) {
 // already, for a pair that may have none, and when memory is short.
 bool openRoute(EncodingConvert& converter, int from, int to);
 
-// Releases all routes. Whoever releases derived tables, or chooses other kernels, calls this; it
+// Releases all routes. Whoever releases flat tables, or chooses other kernels, calls this; it
 // must not overlap any conversion, as they must not.
 void forgetRoutes();
 

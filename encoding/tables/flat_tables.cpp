@@ -25,16 +25,17 @@ void release(std::atomic<const Table*>& slot) {
   delete slot.exchange(nullptr, std::memory_order_acq_rel);
 }
 
-// The published table of a slot, made by fill(base table, Table&) when there is none yet: made
+// The published table of a slot, made by fill(row, base table, Table&) when there is none yet: made
 // outside, one compare-exchange, and the loser destroys its own. Null when there is no base table,
 // when memory is short, or when fill says that a flat table will not do.
 template <class Table, class Base, class Fill>
-const Table* publish(std::atomic<const Table*>& slot, const std::atomic<Base*>& base, Fill fill) {
+const Table* publish(std::atomic<const Table*>& slot, const EncodingRow& row,
+                     const std::atomic<Base*>& base, Fill fill) {
   if (const Table* table = slot.load(std::memory_order_acquire)) return table;
   const Base* source = base.load(std::memory_order_acquire);
   if (source == nullptr) return nullptr;
   std::unique_ptr<Table> made(new (std::nothrow) Table());
-  if (made == nullptr || !fill(*source, *made)) return nullptr;
+  if (made == nullptr || !fill(row, *source, *made)) return nullptr;
   const Table* expected = nullptr;
   if (slot.compare_exchange_strong(expected, made.get(), std::memory_order_acq_rel,
                                    std::memory_order_acquire)) {
@@ -43,14 +44,16 @@ const Table* publish(std::atomic<const Table*>& slot, const std::atomic<Base*>& 
   return expected;
 }
 
-bool fillSingleByteDecoder(const UnicodeLookup& lookup, SingleByteDecoder& table) {
+bool fillSingleByteDecoder(const EncodingRow& /*row*/, const UnicodeLookup& lookup,
+                           SingleByteDecoder& table) {
   for (int byte = 0; byte < 256; ++byte) table.units[byte] = lookup.m_units[byte];
   table.units[0] = 0;
   table.prepare();
   return true;
 }
 
-bool fillDoubleByteDecoder(const HashConvert& map, DoubleByteDecoder& table) {
+bool fillDoubleByteDecoder(const EncodingRow& /*row*/, const HashConvert& map,
+                           DoubleByteDecoder& table) {
   const bool bigEndian = zvIsBigEndian();
   for (int byte = 0; byte < 256; ++byte) {
     const auto* entry = reinterpret_cast<const unsigned char*>(&map.m_singleBytes[byte]);
@@ -122,24 +125,20 @@ Decoder decoderFor(const EncodingRow& row) {
   FlatSlots& slots = g_slots[row.slot];
   const TableSlots& tables = tableSlots(row);
   if (row.form == EncodingForm::kDoubleByte) {
-    return {nullptr, publish(slots.doubleDecoder, tables.multiToUnicode, fillDoubleByteDecoder)};
+    return {.doubleByte =
+                publish(slots.doubleDecoder, row, tables.multiToUnicode, fillDoubleByteDecoder)};
   }
-  return {publish(slots.singleDecoder, tables.singleToUnicode, fillSingleByteDecoder), nullptr};
+  return {.singleByte =
+              publish(slots.singleDecoder, row, tables.singleToUnicode, fillSingleByteDecoder)};
 }
 
 Encoder encoderFor(const EncodingRow& row) {
   FlatSlots& slots = g_slots[row.slot];
-  const auto& base = tableSlots(row).fromUnicode;
+  const std::atomic<HashConvert*>& map = tableSlots(row).fromUnicode;
   if (row.form == EncodingForm::kDoubleByte || row.decomposesVietnamese) {
-    const auto fill = [&](const HashConvert& map, DoubleByteEncoder& table) {
-      return fillDoubleByteEncoder(row, map, table);
-    };
-    return {nullptr, publish(slots.doubleEncoder, base, fill)};
+    return {.doubleByte = publish(slots.doubleEncoder, row, map, fillDoubleByteEncoder)};
   }
-  const auto fill = [&](const HashConvert& map, SingleByteEncoder& table) {
-    return fillSingleByteEncoder(row, map, table);
-  };
-  return {publish(slots.singleEncoder, base, fill), nullptr};
+  return {.singleByte = publish(slots.singleEncoder, row, map, fillSingleByteEncoder)};
 }
 
 void releaseFlatTables() {
