@@ -21,8 +21,8 @@ struct Encoder {
 // The tables of a row that has its to-Unicode, or from-Unicode, table published. Built on first use
 // and published like those; at most 257 KiB a code page for both. Units are numbers, whatever the
 // byte order of the host. What the encoder of a code page does besides looking up (Arabic digits,
-// Vietnamese letters) is in its table; U+EFFD is in none, because a second leg reads it as an escape.
-// Any thread may call.
+// Vietnamese letters) is in its table; U+EFFD is in none, because a second leg reads it as an
+// escape. Any thread may call.
 Decoder decoderFor(const EncodingRow& row);
 Encoder encoderFor(const EncodingRow& row);
 
