@@ -124,12 +124,10 @@ TEST(Interface, SaysWhyItRefuses) {
                {65001, 1252, substitute, Status::invalid_substitute},
                {65001, 1251, substitute, Status::ok},
                {65001, 1252, alternate, Status::unknown_alternate}};
-  std::set<std::string_view> descriptions;
   for (const auto& c : cases) {
     EXPECT_EQ(encconv::convert("a", c.from, c.to, c.options).status, c.status);
-    descriptions.insert(encconv::describe(c.status));
+    EXPECT_EQ(encconv::StreamConverter(c.from, c.to, c.options).status(), c.status);
   }
-  EXPECT_EQ(descriptions.size(), 5u);
 
   Options options;
   EXPECT_TRUE(encconv::parse_on_error("substitute=0x3F21", options));
@@ -159,6 +157,106 @@ TEST(Interface, Streams) {
   EXPECT_FALSE(moved.push("a", output));
   EXPECT_EQ(moved.status(), Status::misuse);
   EXPECT_FALSE(stream.push("a", output));  // NOLINT: moved from
+}
+
+// One piece of any size is as good as many: the offsets and lines of what is wrong count from the
+// beginning of the text, and shifts hold on.
+TEST(Interface, StreamsPiecesOfMegabytes) {
+  const struct {
+    encconv::Encoding from, to;
+    std::string line, lineOut;  // the input repeats the one, and the output the other
+    std::size_t badOffset, badLength;
+    std::string start = {}, startOut = {}, endOut = {};
+  } cases[] = {
+      {.from = "utf-8",
+       .to = "utf-8",
+       .line = "\xE6\x97\xA5\xE6\x9C\xAC\xFF.\n",
+       .lineOut = "\xE6\x97\xA5\xE6\x9C\xAC.\n",
+       .badOffset = 6,
+       .badLength = 1},
+      {.from = "utf-8",
+       .to = "iso-2022-jp",
+       .line = "\xE6\x97\xA5\xE6\x9C\xAC\xFF.\n",
+       .lineOut = "\x1B$BF|K\\\x1B(B.\n",
+       .badOffset = 6,
+       .badLength = 1},
+      {.from = "utf-8",
+       .to = "hz",
+       .line = "\xE6\x97\xA5\xF0\x9F\x98\x80\xE6\x9C\xAC.\n",
+       .lineOut = "~{HU1>~}.\n",
+       .badOffset = 3,
+       .badLength = 4},
+      {.from = "utf-8",  // without a line end, so that the shift stands until the end
+       .to = "iso-2022-kr",
+       .line = "\xEA\xB0\x80\xF0\x9F\x98\x80",
+       .lineOut = "0!",
+       .badOffset = 3,
+       .badLength = 4,
+       .startOut = "\x1B$)C\x0E",
+       .endOut = "\x0F"},
+      {.from = "utf-8",
+       .to = "utf-7",
+       .line = "\xE6\x97\xA5\xE6\x9C\xAC\xFF\xE6\x97\xA5",
+       .lineOut = "ZeVnLGXl",
+       .badOffset = 6,
+       .badLength = 1,
+       .startOut = "+",
+       .endOut = "-"},
+      {.from = "iso-2022-jp",
+       .to = "windows-1252",
+       .line = "F|\x1B(B.\n\x1B$B",
+       .lineOut = ".\n",
+       .badOffset = 0,
+       .badLength = 2,
+       .start = "\x1B$B"},
+      {.from = "utf-16be",
+       .to = "koi8-r",
+       .line = "\xD8\x3D\x04\x1F\0\n"s,
+       .lineOut = "\xF0\n",
+       .badOffset = 0,
+       .badLength = 2},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(std::to_string(c.from.code_page()) + " to " + std::to_string(c.to.code_page()));
+    const std::size_t lines = (5u << 18) / c.line.size();
+    const bool hasLineEnds = c.lineOut.ends_with('\n');
+    std::string input = c.start, expected = c.startOut;
+    for (std::size_t i = 0; i < lines; ++i) input += c.line, expected += c.lineOut;
+    expected += c.endOut;
+    for (const std::size_t size : {input.size(), std::size_t{777}}) {
+      Options drop;
+      drop.on_error = OnError::drop;
+      encconv::StreamConverter stream(c.from, c.to, drop);
+      std::uint64_t seen = 0, wrong = 0;
+      stream.on_problem([&](const encconv::Problem& problem) {
+        const std::size_t offset = c.start.size() + seen * c.line.size() + c.badOffset;
+        const std::uint64_t line = hasLineEnds ? seen + 1 : 1;
+        const bool isRight = problem.offset == offset && problem.line == line &&
+                             problem.length == c.badLength &&
+                             problem.bytes == input.substr(offset, c.badLength);
+        ++seen;
+        if (!isRight && ++wrong == 1) {
+          ADD_FAILURE() << seen << ". problem at " << problem.offset << ", line " << problem.line;
+        }
+      });
+      std::string output;
+      for (std::size_t at = 0; at < input.size(); at += size) {
+        ASSERT_TRUE(stream.push(std::string_view(input).substr(at, size), output));
+      }
+      EXPECT_TRUE(stream.finish(output));
+      EXPECT_TRUE(output == expected) << "in pieces of " << size;
+      EXPECT_EQ(wrong, 0u);
+      EXPECT_EQ(seen, lines);
+      EXPECT_EQ(stream.problem_count(), lines);
+    }
+    // When the text ends the stream, nothing behind the problem is written.
+    encconv::StreamConverter stopping(c.from, c.to);
+    std::string output;
+    EXPECT_FALSE(stopping.push(input, output));
+    EXPECT_EQ(stopping.status(), Status::stopped);
+    EXPECT_EQ(stopping.problem_count(), 1u);
+    EXPECT_LT(output.size(), 20u);
+  }
 }
 
 TEST(Interface, KnowsTheEncodings) {
@@ -236,10 +334,15 @@ TEST(Interface, ServesC) {
   encconv_close(stream);
   encconv_close(nullptr);
   EXPECT_EQ(encconv_push(nullptr, "a", 1), ENCCONV_MISUSE);
+}
 
-  std::set<std::string> descriptions;
+TEST(Interface, DescribesEachStatusInOtherWords) {
+  std::set<std::string_view> cTexts, texts;
   for (int i = ENCCONV_OK; i <= ENCCONV_MISUSE; ++i) {
-    descriptions.insert(encconv_describe(static_cast<encconv_status>(i)));
+    EXPECT_TRUE(cTexts.insert(encconv_describe(static_cast<encconv_status>(i))).second) << i;
   }
-  EXPECT_EQ(descriptions.size(), 9u);
+  for (int i = 0; i <= static_cast<int>(Status::misuse); ++i) {
+    EXPECT_TRUE(texts.insert(encconv::describe(static_cast<Status>(i))).second) << i;
+  }
+  for (const std::string_view text : texts) EXPECT_TRUE(cTexts.contains(text)) << text;
 }

@@ -68,7 +68,7 @@ TEST(PropertyTest, AnyBytesUnderAnySettings) {
         observed.m_observer = &counter;
         configure(first, action, settings);
         configure(observed, action, settings);
-        const Outcome outcome = convert(first, from, to, input);
+        const ConversionResult outcome = convert(first, from, to, input);
         const auto where = [&] {
           return std::to_string(from) + " to " + std::to_string(to) + " action " +
                  std::to_string(action) + ": " + hex(input);

@@ -43,25 +43,28 @@ inline std::string unhex(std::string_view digits) {
 }
 
 // What one conversion did.
-struct Outcome {
+struct ConversionResult {
   bool ok = false;
   bool foundErrors = false;
   std::string out;
-  bool operator==(const Outcome&) const = default;
+  bool operator==(const ConversionResult&) const = default;
 };
-inline std::ostream& operator<<(std::ostream& stream, const Outcome& outcome) {
+inline std::ostream& operator<<(std::ostream& stream, const ConversionResult& outcome) {
   return stream << (outcome.ok ? "true" : "false") << (outcome.foundErrors ? ", errors" : "")
                 << " [" << hex(outcome.out) << "]";
 }
 
-inline Outcome convert(EncodingConvert& converter, int from, int to, std::string_view input) {
+using Outcome = ConversionResult;  // its former name
+
+inline ConversionResult convert(EncodingConvert& converter, int from, int to,
+                                std::string_view input) {
   LogBase log;
   DataBuffer out;
   const bool ok = converter.EncConvert(from, to, bytesOf(input),
                                        static_cast<unsigned int>(input.size()), out, log);
   return {ok, converter.m_foundErrors, textOf(out)};
 }
-inline Outcome convert(int from, int to, std::string_view input) {
+inline ConversionResult convert(int from, int to, std::string_view input) {
   EncodingConvert converter;
   return convert(converter, from, to, input);
 }

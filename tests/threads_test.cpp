@@ -36,7 +36,7 @@ std::vector<Task> allTasks() {
 }
 
 // What the engine does, and the stream.
-using Done = std::pair<Outcome, StreamResult>;
+using Done = std::pair<ConversionResult, StreamResult>;
 
 Done run(EncodingConvert& converter, const Task& task) {
   return {convert(converter, task.from, task.to, task.input),

@@ -16,7 +16,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-struct Outcome {
+// What one run of the tool left behind.
+struct ToolRun {
   int status;
   std::string out;
   std::string err;
@@ -44,11 +45,11 @@ class ToolTest : public ::testing::Test {
   }
 
   // Runs "encconv ARGUMENTS" in the directory.
-  Outcome run(const std::string& arguments, const std::string& input = "") const {
+  ToolRun run(const std::string& arguments, const std::string& input = "") const {
     return shell(std::string(ENCCONV_TOOL " ") + arguments, input);
   }
 
-  Outcome shell(const std::string& script, const std::string& input = "") const {
+  ToolRun shell(const std::string& script, const std::string& input = "") const {
     write(".in", input);
     const std::string command =
         "cd '" + m_directory.string() + "' && {\n" + script + "\n} < .in > .out 2> .err";
@@ -78,7 +79,7 @@ bool contains(const std::string& text, const std::string& part) {
 }
 
 // One line that names the program and the thing.
-void expectOneLine(const Outcome& outcome, const std::string& part) {
+void expectOneLine(const ToolRun& outcome, const std::string& part) {
   EXPECT_EQ(std::count(outcome.err.begin(), outcome.err.end(), '\n'), 1) << outcome.err;
   EXPECT_TRUE(outcome.err.starts_with("encconv: ")) << outcome.err;
   EXPECT_TRUE(contains(outcome.err, part)) << outcome.err;
@@ -138,7 +139,7 @@ TEST_F(ToolTest, RefusesInOneLineAndWritesNothing) {
   };
   for (const Case& wrong : cases) {
     SCOPED_TRACE(wrong.arguments);
-    const Outcome outcome = run(wrong.arguments);
+    const ToolRun outcome = run(wrong.arguments);
     EXPECT_EQ(outcome.status, 2);
     EXPECT_EQ(outcome.out, "");
     expectOneLine(outcome, wrong.named);
@@ -152,7 +153,7 @@ TEST_F(ToolTest, TroubleWithTheOutputIsReported) {
   expectOneLine(run("-f 1252 -t utf-8 latin > /dev/full"), "standard output: No space left");
   for (const char* arguments : {"-f 1252 -t utf-8 latin", "--list", "--chart 932", "--help"}) {
     // The reader is gone before the tool writes.
-    const Outcome outcome = shell(std::string("{ sleep 0.1; " ENCCONV_TOOL " ") + arguments +
+    const ToolRun outcome = shell(std::string("{ sleep 0.1; " ENCCONV_TOOL " ") + arguments +
                                   "; echo $? > status; } | true");
     EXPECT_EQ(read("status"), "2\n") << arguments;
     expectOneLine(outcome, "standard output: ");
@@ -162,7 +163,7 @@ TEST_F(ToolTest, TroubleWithTheOutputIsReported) {
 TEST_F(ToolTest, StopsWithTheWholeStory) {
   write("target", "old");
   write("text", "first\nnow \u4E00\n");
-  const Outcome outcome = run("-f utf-8 -t 1252 text -o target");
+  const ToolRun outcome = run("-f utf-8 -t 1252 text -o target");
   EXPECT_EQ(outcome.status, 1);
   for (const char* part : {"text: byte offset 10, line 2: U+4E00 (E4 B8 80)",
                            "windows-1252 (code page 1252)", "--on-error"}) {
@@ -171,7 +172,7 @@ TEST_F(ToolTest, StopsWithTheWholeStory) {
   EXPECT_EQ(read("target"), "old");
   EXPECT_EQ(files(), "latin target text utf8 ");
 
-  const Outcome malformed = run("-f utf-8 -t utf-8 latin");
+  const ToolRun malformed = run("-f utf-8 -t utf-8 latin");
   EXPECT_EQ(malformed.status, 1);
   EXPECT_EQ(malformed.out, "caf");
   expectOneLine(malformed, "latin: byte offset 3, line 1: E9 is not valid UTF-8");
@@ -197,7 +198,7 @@ TEST_F(ToolTest, TreatsWhatCannotBeConverted) {
   };
   for (const Case& treated : cases) {
     SCOPED_TRACE(treated.arguments);
-    const Outcome outcome = run(treated.arguments, treated.input);
+    const ToolRun outcome = run(treated.arguments, treated.input);
     EXPECT_EQ(outcome.out, treated.output);
     EXPECT_EQ(outcome.status, 0);
     expectOneLine(outcome,
@@ -218,7 +219,7 @@ TEST_F(ToolTest, ReplacesFilesInPlace) {
   fs::create_symlink("good", path("link"));
 
   // 98 is a control character that 737 lacks.
-  const Outcome outcome = run("-f 1253 -t 737 --in-place=.old -j 4 bad link many*");
+  const ToolRun outcome = run("-f 1253 -t 737 --in-place=.old -j 4 bad link many*");
   EXPECT_EQ(outcome.status, 1);
   expectOneLine(outcome, "bad: byte offset 0");
   EXPECT_EQ(read("bad"), "\x98\x98");
@@ -230,6 +231,20 @@ TEST_F(ToolTest, ReplacesFilesInPlace) {
   EXPECT_EQ(fs::status(path("good")).permissions(), fs::perms(0640));
   for (int i = 0; i < 20; ++i)
     EXPECT_EQ(read("many" + std::to_string(i)), std::string(100, '\xA0'));
+}
+
+// A file is replaced only when its backup is there.
+TEST_F(ToolTest, LeavesAFileAloneThatItCannotBackUp) {
+  fs::create_directory(path("latin.old"));
+  write("other", "\xE9");
+  write("other.old", "an older one");
+  const ToolRun result = run("-f 1252 -t utf-8 --in-place=.old latin other");
+  EXPECT_EQ(result.status, 2);
+  expectOneLine(result, "latin: Is a directory");
+  EXPECT_EQ(read("latin"), "caf\xE9\n");
+  EXPECT_EQ(read("other"), "é");
+  EXPECT_EQ(read("other.old"), "\xE9");
+  EXPECT_EQ(files(), "latin latin.old other other.old utf8 ");
 }
 
 TEST_F(ToolTest, WritesIntoADirectory) {
@@ -252,7 +267,7 @@ TEST_F(ToolTest, ReplacesTheOutputOnlyAtTheEnd) {
   EXPECT_EQ(files(), "latin link target utf8 ");
 
   // A signal leaves the old file and no temporary one.
-  const Outcome outcome = shell("sleep 1 | " ENCCONV_TOOL
+  const ToolRun outcome = shell("sleep 1 | " ENCCONV_TOOL
                                 " -f 1252 -t utf-8 -o target &\n"
                                 "sleep 0.3; ls | wc -l; kill -TERM $!; wait $!; echo $?");
   EXPECT_EQ(outcome.out, "5\n143\n");
@@ -304,14 +319,54 @@ TEST_F(ToolTest, FindsOutEncodings) {
   };
   const std::string data = ENCCONV_TEST_DATA "/";
   for (const Case& sample : cases) {
-    const Outcome outcome = run("--detect " + data + sample.sample);
+    const ToolRun outcome = run("--detect " + data + sample.sample);
     EXPECT_EQ(outcome.status, 0);
     EXPECT_TRUE(contains(outcome.out, sample.found)) << outcome.out;
   }
   EXPECT_TRUE(contains(run("--detect", std::string("a\0b\0", 4)).out, "UTF-16LE"));
   EXPECT_FALSE(contains(run("--detect", "caf\xC3").out, "UTF-8 ("));
-  EXPECT_EQ(run("-f auto -t utf-8 " + data + "emoji.1201").out,
-            run("-f auto -t utf-8 " + data + "emoji.txt").out);
+}
+
+TEST_F(ToolTest, ConvertsFromTheEncodingThatItFindsOut) {
+  // Longer than the sample that is looked at.
+  std::string large, utf16 = "\xFF\xFE";
+  while (large.size() < 3u << 20) {
+    large += "a\U0001F600";
+    utf16 += std::string("a\0\x3D\xD8\x00\xDE", 6);
+  }
+  write("large", utf16);
+  write("empty", "");
+  for (const std::string name : {"1200", "1201", "txt"}) {
+    fs::copy(ENCCONV_TEST_DATA "/emoji." + name, path("emoji." + name));
+  }
+  const std::string emoji = read("emoji.txt");
+  const struct {
+    const char* arguments;
+    std::string output;
+  } cases[] = {
+      {"-f auto -t utf-8 emoji.1200", emoji},
+      {"-f auto -t utf-8 < emoji.1201", emoji},
+      {"-f auto -t utf-8 emoji.1201 emoji.txt emoji.1200", emoji + emoji + emoji},
+      {"-f auto -t utf-8 large", large},
+      {"-f auto -t utf-8 empty", ""},
+      {"-f auto -t 37 --ebcdic-newline lf utf8 --on-error drop", "\x83\x81\x86\x51\x15"},
+  };
+  for (const auto& found : cases) {
+    SCOPED_TRACE(found.arguments);
+    const ToolRun result = run(found.arguments);
+    EXPECT_EQ(result.status, 0) << result.err;
+    EXPECT_TRUE(result.out == found.output);
+  }
+  EXPECT_TRUE(contains(run("-v -f auto -t utf-8 emoji.1201").err,
+                       "emoji.1201: read as UTF-16BE (code page 1201): byte order mark\n"));
+
+  // What cannot be told is left alone, and the others are converted.
+  write("noise", "\x81");
+  const ToolRun unknown = run("-f auto -t utf-16le --in-place noise utf8");
+  EXPECT_EQ(unknown.status, 1);
+  expectOneLine(unknown, "noise: cannot find out the encoding: ");
+  EXPECT_EQ(read("noise"), "\x81");
+  EXPECT_EQ(read("utf8"), std::string("c\0a\0f\0\xE9\0\n\0", 10));
 }
 
 TEST_F(ToolTest, ShowsChartsAndLists) {
@@ -325,7 +380,7 @@ TEST_F(ToolTest, ShowsChartsAndLists) {
   EXPECT_TRUE(contains(run("--list cyrillic").out, "1251"));
   EXPECT_TRUE(run("--list koi8 --json").out.starts_with("["));
   EXPECT_TRUE(contains(run("--list hz").out, "RFC 1843"));
-  const Outcome none = run("--list klingon");
+  const ToolRun none = run("--list klingon");
   EXPECT_EQ(none.status, 1);
   expectOneLine(none, "'klingon'");
 }
