@@ -100,7 +100,9 @@ std::string countMisfits(std::span<const unsigned char> sample, int codePage) {
       stream.errorCount() == 0) {
     return {};
   }
-  return ", but " + std::to_string(stream.errorCount()) + " places do not fit";
+  const std::uint64_t count = stream.errorCount();
+  return ", but " + std::to_string(count) + (count == 1 ? " place does" : " places do") +
+         " not fit";
 }
 
 Detection guess(std::span<const unsigned char> sample) {
