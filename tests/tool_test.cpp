@@ -295,6 +295,17 @@ TEST_F(ToolTest, ReplacesTheOutputOnlyAtTheEnd) {
   EXPECT_EQ(outcome.out, "5\n143\n");
   EXPECT_EQ(read("target"), "café\n");
   EXPECT_EQ(files(), "latin link target utf8 ");
+
+  // Nor does it behind more files than the signal's handler has places for.
+  for (int i = 0; i < 300; ++i) write("many" + std::to_string(i), "\xE9");
+  const ToolRun many = shell("mkfifo zzz; sleep 60 > zzz & writer=$!\n" ENCCONV_TOOL
+                             " -f 1252 -t utf-8 --output-dir into many* zzz &\n"
+                             "for try in $(seq 300); do\n"
+                             "  [ $(ls into | wc -l) = 301 ] && break; sleep 0.1\n"
+                             "done\n"
+                             "kill -TERM $!; wait $!; echo $?; kill $writer\n"
+                             "ls into | wc -l; ls into | grep zzz");
+  EXPECT_EQ(many.out, "143\n300\n");
 }
 
 TEST_F(ToolTest, ShapesMainframeText) {
