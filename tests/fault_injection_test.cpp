@@ -4,6 +4,7 @@
 #include <new>
 #include <string_view>
 
+#include "encconv/encconv.h"
 #include "encconv/encconv_c.h"
 #include "support/japanese.h"
 #include "support/text_log.h"
@@ -293,6 +294,26 @@ ConversionResult streamThroughC(EncodingConvert&, const Case& c, const std::stri
   return {status == ENCCONV_OK, hasProblems, text};
 }
 
+// And by the C++ interface, whose strings throw.
+ConversionResult convertThroughCpp(EncodingConvert&, const Case& c, const std::string& input,
+                                   long n, const Mode& mode) {
+  encconv::Options options;
+  EXPECT_TRUE(encconv::parse_on_error(treatmentOf(c), options));
+  encconv::Result result;
+  result.status = encconv::Status::out_of_memory;
+  try {
+    const Watch watch(n, mode.failsOn);
+    result = encconv::convert(input, c.from, c.to, options);
+  } catch (const std::bad_alloc&) {
+  }
+  if (result.status == encconv::Status::unknown_alternate && c.action == 6) {
+    result.status = encconv::Status::out_of_memory;  // see isGoodOrNoMemory
+  }
+  EXPECT_TRUE(result || result.status == encconv::Status::out_of_memory)
+      << encconv::describe(result.status);
+  return {static_cast<bool>(result), result.problem_count != 0, result.text};
+}
+
 using Run = ConversionResult (*)(EncodingConvert&, const Case&, const std::string&, long,
                                  const Mode&);
 
@@ -356,14 +377,15 @@ TEST(FaultInjectionElsewhere, LargeStorage) {
   EXPECT_EQ(countLeaks(), 0);
 }
 
-TEST(FaultInjectionElsewhere, CInterface) {
-  constexpr Mode kModesOfC[] = {{false, false, false, 25}, {false, true, false, 25}};
+TEST(FaultInjectionElsewhere, Interfaces) {
+  constexpr Mode kShort[] = {{false, false, false, 25}, {false, true, false, 25}};
   for (const Case& c : kCases) {
     if (c.action == 0 && c.from != 65001) continue;
     SCOPED_TRACE(std::to_string(c.from) + " to " + std::to_string(c.to));
-    for (const Mode& mode : kModesOfC) {
+    for (const Mode& mode : kShort) {
       ASSERT_GT(failEach(c, convertThroughC, mode), 0);
       ASSERT_GT(failEach(c, streamThroughC, mode), 0);
+      ASSERT_GT(failEach(c, convertThroughCpp, mode), 0);
     }
   }
   EXPECT_EQ(countLeaks(), 0);
