@@ -453,6 +453,8 @@ TEST(Interface, TakesNullFromC) {
   EXPECT_EQ(encconv_push(stream, nullptr, 1), ENCCONV_MISUSE);
   EXPECT_EQ(encconv_push(stream, nullptr, 0), ENCCONV_OK);
   EXPECT_EQ(encconv_push(stream, "\xFF", 1), ENCCONV_OK);
+  EXPECT_EQ(encconv_finish(stream), ENCCONV_OK);
+  EXPECT_EQ(encconv_problem_count(stream), 1u);
   EXPECT_NE(encconv_output(stream, nullptr), nullptr);
   EXPECT_EQ(encconv_first_problem(stream, nullptr), 0);
   encconv_close(stream);

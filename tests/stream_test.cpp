@@ -345,6 +345,46 @@ TEST(Stream, KeepsLittleWhateverTheInput) {
   }
 }
 
+// Counts what it takes, up to the output that it refuses.
+struct CountingDrain : StreamDrain {
+  explicit CountingDrain(std::size_t room) : m_room(room) {}
+  bool onStreamOutput(DataBuffer& out) override {
+    if (out.getSize() > m_room) return false;
+    m_room -= out.getSize();
+    out.clear();
+    return true;
+  }
+
+ private:
+  std::size_t m_room;
+};
+
+TEST(Stream, EndsWhenItsDrainFails) {
+  const std::string text(1u << 20, 'a');
+  const struct {
+    int from, to;
+    std::size_t room;
+    std::string bad;
+    StreamStatus status;
+  } cases[] = {{kUtf8, 1252, 200000, "", StreamStatus::kDrainFailed},
+               {99, 99, 200000, "", StreamStatus::kDrainFailed},  // a plain copy
+               {1252, kLe, 2u << 20, "", StreamStatus::kGood},
+               {kUtf8, 1252, 0, "\xFF", StreamStatus::kStopped}};  // before there is much output
+  for (const auto& c : cases) {
+    CountingDrain drain(c.room);
+    StreamSettings settings = settingsFor(c.from, c.to);
+    settings.drain = &drain;
+    StreamConverter converter;
+    DataBuffer out;
+    ASSERT_EQ(converter.begin(settings), StreamStatus::kGood);
+    const std::string input = c.bad + text;
+    EXPECT_EQ(converter.push(bytesOf(input), input.size(), out), c.status) << c.from;
+    EXPECT_EQ(converter.status(), c.status);
+    EXPECT_EQ(converter.push(bytesOf("b"), 1, out), c.status);
+    EXPECT_EQ(converter.finish(out), c.status);
+  }
+}
+
 TEST(Stream, KnowsHzByName) {
   for (const char* name : {"hz-gb-2312", "HZ", "hz_gb_2312", "1052936"}) {
     EXPECT_EQ(streamCodePage(name), kCodePageHz) << name;

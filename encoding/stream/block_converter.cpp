@@ -244,7 +244,7 @@ void BlockConverter::treat(const StreamError& error, const unsigned char* piece,
   if (m_errorHandler != nullptr) m_errorHandler->onStreamError(error);
   if (m_stops) {
     flush(out);
-    if (m_status == StreamStatus::kGood) m_status = StreamStatus::kStopped;
+    m_status = StreamStatus::kStopped;
   } else if (!m_drops) {
     const Treatment::Replacement replacement = m_treatment.replace(error, piece, length);
     if (m_treatment.hasFailed()) m_status = StreamStatus::kNoMemory;
