@@ -150,6 +150,8 @@ TEST(Stream, WritesTreatmentsAsTextOfTheTarget) {
               "\xFF"
               "1",
               "\x50\x7B\xA7\xC6\xC6\x5E\xF1"},
+             {kUtf8, 1251, "\xF4\x8F\xBF\xBD", "&#x10FFFD;"},
+             {kUtf8, 20108, "a\xFF", "a?"},  // which lacks the number sign
              {10021, kLe, "\xFC", "&\0#\0x\0F\0C\0;\0"s},
              {kUtf8, 50220, "\xE6\x97\xA5\xFF\xE6\x97\xA5", "\x1B$BF|\x1B(B&#xFF;\x1B$BF|\x1B(B"},
              {50220, kUtf8, "\x1B$BF|\x1B$(D\"/\x1B(B.", "\xE6\x97\xA5&#x222F;."},
@@ -291,7 +293,8 @@ TEST(Stream, RefusesWhatItCannotServeBeforeAnythingIsWritten) {
   StreamSettings settings = settingsFor(1252, kUtf8, "alternate=1253");
   settings.alternate = 28600;
   EXPECT_EQ(stream(settings, "a").status, StreamStatus::kNoAlternate);
-  for (const char* text : {"", "Stop", "alternate", "alternate=", "alternate=nothing", "hex="}) {
+  for (const char* text : {"", "Stop", "alternate", "alternate=", "alternate=nothing",
+                           "hex=", "substitute=0x", "substitute=0xG1", "substitute=0x1G"}) {
     EXPECT_FALSE(parseStreamTreatment(text, settings)) << text;
   }
 }
@@ -308,6 +311,15 @@ TEST(Stream, CutsMacArabicRunsOnlyBeyondOneMebibyte) {
                           convert(10004, kUtf8, text.substr(kLimit)).out;
   EXPECT_TRUE(stream(settings, text).text == cut);
   EXPECT_TRUE(stream(settings, text, [] { return 777; }).text == cut);
+  // The places in such a run, which is written from its end.
+  for (const std::size_t place : {std::size_t{0}, std::size_t{70001}, kLimit - 1}) {
+    std::string run = text.substr(0, kLimit);
+    run[place] = '\xC0';
+    const StreamResult result = stream(settingsFor(10004, 1256, "drop"), run);
+    ASSERT_EQ(result.errors.size(), 1u);
+    EXPECT_EQ(result.errors[0].offset, place);
+    EXPECT_EQ(result.errors[0].bytes[0], 0xC0);
+  }
 }
 
 TEST(Stream, KeepsLittleWhateverTheInput) {
