@@ -118,7 +118,7 @@ void runLap(const Contestant& contestant, const Job& job, std::size_t lap) {
 // Lets the contestants run in turns, each round from another starter, and keeps each one's best.
 void race(const Job& job) {
   std::vector<Contestant> contestants = openContestants(job);
-  if (job.mode != kFirst) leaveOutUnfit(contestants, job);
+  leaveOutUnfit(contestants, job);
   const double start = now(job);
   for (std::size_t round = 0; round < job.rounds || now(job) - start < job.seconds; ++round) {
     for (std::size_t turn = 0; turn < contestants.size(); ++turn) {
@@ -137,6 +137,21 @@ void race(const Job& job) {
       std::printf("\t%.6g", best / static_cast<double>(calls));
     }
     std::printf("\n");
+  }
+}
+
+// The first text of a pair, from nothing at all. The contestants share nothing with each other.
+void measureFirst(const Job& job) {
+  for (const auto entries : {ownEntries(), peerEntries()}) {
+    for (const Entry& entry : entries) {
+      if ((entry.modes & kFirst) == 0) continue;
+      std::string output;
+      const double begin = now(job);
+      const Convert convert = entry.open(job.task);
+      if (convert && convert(job.texts[0], &output)) {
+        std::printf("result\t%s\t%.6g\n", entry.name, now(job) - begin);
+      }
+    }
   }
 }
 
@@ -178,7 +193,7 @@ Convert openProcess(std::initializer_list<std::string> command) {
     std::vector<char*> arguments;
     for (std::string& word : words) arguments.push_back(word.data());
     arguments.push_back(nullptr);
-    const std::string sink = copy != nullptr ? std::string("encconv_bench.out") : "/dev/null";
+    const std::string sink = copy != nullptr ? std::string("output") : "/dev/null";
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, sink.c_str(),
@@ -201,29 +216,32 @@ int main(int argc, char** argv) {
     return Encoding{static_cast<int>(std::strtol(argv[i], nullptr, 10)), argv[i + 1], argv[i + 2],
                     argv[i + 3]};
   };
-  constexpr std::pair<const char*, Mode> kModes[] = {
-      {"speed", kSpeed}, {"large", kLarge},  {"short", kShort}, {"drop", kDrop},
-      {"bad", kBad},     {"first", kFirst},  {"file", kFile},   {"start", kStart},
-      {"count", kCount}, {"memory", kMemory}};
-  Job job{0,
+  constexpr struct {
+    const char* name;
+    Mode mode;
+    void (*measure)(const Job&) = race;
+  } kModes[] = {{"speed", kSpeed},
+                {"large", kLarge},
+                {"short", kShort},
+                {"drop", kDrop},
+                {"bad", kBad},
+                {"file", kFile},
+                {"start", kStart},
+                {"first", kFirst, measureFirst},
+                {"count", kCount, repeat},
+                {"memory", kMemory, measureMemory}};
+  const auto* const mode = std::ranges::find_if(
+      kModes, [&](const auto& known) { return std::string_view(known.name) == argv[1]; });
+  if (mode == std::end(kModes)) return 2;
+  Job job{mode->mode,
           std::strtoul(argv[2], nullptr, 10),
           std::strtod(argv[3], nullptr),
-          {encoding(4), encoding(8), "stop", 0, argv[12]},
+          {encoding(4), encoding(8), mode->mode == kDrop ? "drop" : "stop", 0, argv[12]},
           {}};
-  for (const auto& [name, value] : kModes) {
-    if (std::string_view(name) == argv[1]) job.mode = value;
-  }
-  if (job.mode == 0) return 2;
-  if (job.mode == kDrop) job.task.treatment = "drop";
   for (int i = 12; i < argc; ++i) {
     job.texts.push_back(readFile(argv[i]));
     job.task.longest = std::max(job.task.longest, job.texts.back().size());
   }
-  if (job.mode == kMemory)
-    measureMemory(job);
-  else if (job.mode == kCount)
-    repeat(job);
-  else
-    race(job);
+  mode->measure(job);
   return 0;
 }

@@ -119,7 +119,7 @@ def measure(row, program, quick, samples):
     if row["mode"] == "pipe":
         result["results"] = run_pipe(program, row, inputs[0], quick)
         return result
-    limits = (3, 0.06) if quick else (7, 0.6)
+    limits = (3, 0.04) if quick else (7, 0.4)
     limits = {"first": (1, 0), "large": (3, 0)}.get(row["mode"], limits)
     best = {}
     for _ in range(5 if row["mode"] == "first" else 1):

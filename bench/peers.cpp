@@ -280,11 +280,11 @@ Convert openMemcpy(const Task& task) {
 }
 
 constexpr Entry kEntries[] = {
-    {"iconv", kSpeed | kShort | kDrop, kept<Iconv>},
-    {"iconv anew", kShort | kFirst, anew<Iconv>},
-    {"icu", kSpeed | kShort | kDrop, kept<Icu>},
+    {"iconv", kSpeed | kShort | kDrop | kFirst, kept<Iconv>},
+    {"iconv anew", kShort, anew<Iconv>},
+    {"icu", kSpeed | kShort | kDrop | kFirst, kept<Icu>},
     {"icu", kSpeed | kShort, kept<IcuByPivot>},
-    {"icu anew", kShort | kFirst, anew<Icu>},
+    {"icu anew", kShort, anew<Icu>},
     {"iconv -c", kBad, kept<Iconv>, "drop"},
     {"icu skip", kBad, kept<Icu>, "drop"},
     {"icu substitute", kBad, kept<Icu>, "substitute"},
