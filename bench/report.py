@@ -76,8 +76,9 @@ def show(value):
 
 
 def unmet(result):
-    """The goals that are not met, in words; an empty text when all are."""
-    words = []
+    """The goals that are not met, in words; an empty text when all are. To leave the race is one."""
+    words = [note for note in result["notes"]
+             if not note.startswith(PEERS) and not note.endswith("differs")]
     for name, against, reached, limit in judge(result):
         if reached < limit:
             value = f"{reached:.2f} of" if not against.startswith("at") else result["results"][name]
@@ -106,7 +107,8 @@ def table(results):
 
 
 def family_table(results):
-    ways = [("EncConvert", "the best peer"), *((name, "EncConvert") for name in WHOLE)]
+    ways = [("EncConvert", "the best peer"), *((name, "EncConvert") for name in WHOLE
+                                               if any(name in r["results"] for r in results))]
     lines = ["| | rows | " + " | ".join(f"{name} / {against.removeprefix('the ')}"
                                         for name, against in ways) + " | rows with all goals met |",
              "|---|--:|" + "--:|" * (len(ways) + 1)]
