@@ -9,64 +9,86 @@ namespace {
 
 constexpr unsigned char kQuestion[] = {'?'};
 
-// Calls one handler with the given input and settings; returns what it wrote.
+// What an error action depends on.
+struct ActionSettings {
+  int action;
+  bool toUtf16 = false, fromUtf16 = false;  // pivot flags
+  int from = 1252, alternate = 0;
+  std::string_view defBytes = "?";
+  void apply(EncodingConvert& converter) const {
+    converter.setErrorAction(action);
+    converter.setAltDestCodepage(alternate);
+    converter.setDefBytes(bytesOf(defBytes), static_cast<int>(defBytes.size()));
+    converter.m_pivotToUtf16 = toUtf16;
+    converter.m_pivotFromUtf16 = fromUtf16;
+    converter.m_fromCodePage = from;
+    converter.m_toCodePage = 65001;
+  }
+};
+
 struct HandlerCase {
   enum Handler { kSingle, kUnicode, kUtf8, kUnknown } handler;
-  int action;
-  bool toUtf16, fromUtf16;  // pivot flags
+  ActionSettings settings;
   const char* in;
   const char* out;
   unsigned int skip = 0;
-  int from = 1252;
-  int alternate = 0;
 };
 
 TEST(ErrorActionsTest, EachHandlerWritesWhatTheActionAsksFor) {
   using H = HandlerCase;
   const HandlerCase cases[] = {
-      {H::kSingle, 0, false, false, "81", ""},
-      {H::kSingle, 1, false, false, "81", "3F"},
-      {H::kSingle, 1, true, false, "81", "FD EF 01 3F"},
-      {H::kSingle, 2, false, false, "81", "26 23 78 38 31 3B"},
-      {H::kSingle, 2, true, false, "81", "FD EF 05 26 23 78 38 31 3B"},
-      {H::kSingle, 4, true, false, "81", ""},
-      {H::kSingle, 6, false, false, "80", "AC 20", 0, 1252, 1200},
-      {H::kSingle, 6, true, false, "80", "E2 82 AC", 0, 1252, 0},
-      {H::kSingle, 6, false, true, "80", "", 0, 1252, 1200},
-      {H::kSingle, 7, true, false, "81", "FD EF 01 81"},
-      {H::kSingle, 8, true, false, "A4", "A4 00"},
-      {H::kSingle, 9, false, false, "A4", ""},
-      {H::kUnicode, 1, false, true, "AC 20", "3F"},
-      {H::kUnicode, 2, false, false, "AC 20", "26 23 78 41 43 32 30 3B"},
-      {H::kUnicode, 2, true, false, "AC 20", "FD EF 06 26 23 78 41 43 32 30 3B"},
-      {H::kUnicode, 6, false, true, "AC 20", "80", 0, 65001, 1252},
-      {H::kUnicode, 7, true, false, "AC 20", "FD EF 02 AC 20"},
-      {H::kUnicode, 8, false, false, "AC 20", ""},
-      {H::kUtf8, 2, false, false, "C3 28", "26 23 78 43 33 3B", 1},
-      {H::kUtf8, 2, true, false, "C3 28", "FD EF 05 26 23 78 43 33 3B", 1},
-      {H::kUtf8, 2, true, false, "F0 9F 98", "FD EF 07 26 23 78 46 30 39 46 39 38 3B", 3},
-      {H::kUtf8, 6, false, true, "C3", "", 1},
-      {H::kUtf8, 7, true, false, "E2 82 41", "FD EF 02 E2 82", 2},
-      {H::kUtf8, 8, false, false, "FF 41", "", 1},
-      {H::kUtf8, 1, true, false, "FF", "FD EF 01 3F", 1},
-      {H::kUnknown, 1, false, false, "81 FF", "3F", 2, 936},
-      {H::kUnknown, 2, true, false, "81 FF", "FD EF 06 26 23 78 38 31 46 46 3B", 2, 936},
-      {H::kUnknown, 6, false, false, "82 A0", "42 30", 2, 932, 1200},
-      {H::kUnknown, 7, false, false, "81 FF", "81 FF", 2, 936},
-      {H::kUnknown, 7, false, false, "81 FF", "81", 1, 1361},
-      {H::kUnknown, 2, true, false, "81 FF", "FD EF 05 26 23 78 38 31 3B", 1, 52936},
-      {H::kUnknown, 8, false, false, "81 FF", "", 2, 51949},
+      {H::kSingle, {.action = 0}, "81", ""},
+      {H::kSingle, {.action = 1}, "81", "3F"},
+      {H::kSingle, {.action = 1, .toUtf16 = true}, "81", "FD EF 01 3F"},
+      {H::kSingle, {.action = 2}, "81", "26 23 78 38 31 3B"},
+      {H::kSingle, {.action = 2, .toUtf16 = true}, "81", "FD EF 05 26 23 78 38 31 3B"},
+      {H::kSingle, {.action = 4, .toUtf16 = true}, "81", ""},
+      {H::kSingle, {.action = 6, .alternate = 1200}, "80", "AC 20"},
+      {H::kSingle, {.action = 6, .toUtf16 = true}, "80", "E2 82 AC"},
+      {H::kSingle, {.action = 6, .fromUtf16 = true, .alternate = 1200}, "80", ""},
+      {H::kSingle, {.action = 7, .toUtf16 = true}, "81", "FD EF 01 81"},
+      {H::kSingle, {.action = 8, .toUtf16 = true}, "A4", "A4 00"},
+      {H::kSingle, {.action = 9}, "A4", ""},
+      {H::kUnicode, {.action = 1, .fromUtf16 = true}, "AC 20", "3F"},
+      {H::kUnicode, {.action = 2}, "AC 20", "26 23 78 41 43 32 30 3B"},
+      {H::kUnicode, {.action = 2, .toUtf16 = true}, "AC 20", "FD EF 06 26 23 78 41 43 32 30 3B"},
+      {H::kUnicode,
+       {.action = 6, .fromUtf16 = true, .from = 65001, .alternate = 1252},
+       "AC 20",
+       "80"},
+      {H::kUnicode, {.action = 7, .toUtf16 = true}, "AC 20", "FD EF 02 AC 20"},
+      {H::kUnicode, {.action = 8}, "AC 20", ""},
+      {H::kUtf8, {.action = 2}, "C3 28", "26 23 78 43 33 3B", 1},
+      {H::kUtf8, {.action = 2, .toUtf16 = true}, "C3 28", "FD EF 05 26 23 78 43 33 3B", 1},
+      {H::kUtf8,
+       {.action = 2, .toUtf16 = true},
+       "F0 9F 98",
+       "FD EF 07 26 23 78 46 30 39 46 39 38 3B",
+       3},
+      {H::kUtf8, {.action = 6, .fromUtf16 = true}, "C3", "", 1},
+      {H::kUtf8, {.action = 7, .toUtf16 = true}, "E2 82 41", "FD EF 02 E2 82", 2},
+      {H::kUtf8, {.action = 8}, "FF 41", "", 1},
+      {H::kUtf8, {.action = 1, .toUtf16 = true}, "FF", "FD EF 01 3F", 1},
+      {H::kUnknown, {.action = 1, .from = 936}, "81 FF", "3F", 2},
+      {H::kUnknown,
+       {.action = 2, .toUtf16 = true, .from = 936},
+       "81 FF",
+       "FD EF 06 26 23 78 38 31 46 46 3B",
+       2},
+      {H::kUnknown, {.action = 6, .from = 932, .alternate = 1200}, "82 A0", "42 30", 2},
+      {H::kUnknown, {.action = 7, .from = 936}, "81 FF", "81 FF", 2},
+      {H::kUnknown, {.action = 7, .from = 1361}, "81 FF", "81", 1},
+      {H::kUnknown,
+       {.action = 2, .toUtf16 = true, .from = 52936},
+       "81 FF",
+       "FD EF 05 26 23 78 38 31 3B",
+       1},
+      {H::kUnknown, {.action = 8, .from = 51949}, "81 FF", "", 2},
   };
   LogBase log;
   for (const HandlerCase& c : cases) {
     EncodingConvert converter;
-    converter.setErrorAction(c.action);
-    converter.setAltDestCodepage(c.alternate);
-    converter.setDefBytes(kQuestion, 1);
-    converter.m_pivotToUtf16 = c.toUtf16;
-    converter.m_pivotFromUtf16 = c.fromUtf16;
-    converter.m_fromCodePage = c.from;
-    converter.m_toCodePage = 65001;
+    c.settings.apply(converter);
     const std::string in = unhex(c.in);
     DataBuffer out;
     unsigned int skip = 0;
@@ -84,12 +106,13 @@ TEST(ErrorActionsTest, EachHandlerWritesWhatTheActionAsksFor) {
         skip = converter.handleErrorFromUnknown(bytesOf(in), out, log);
         break;
     }
-    EXPECT_EQ(hex(out), c.out) << "handler " << c.handler << " action " << c.action << " " << c.in;
+    EXPECT_EQ(hex(out), c.out) << "handler " << c.handler << " action " << c.settings.action << " "
+                               << c.in;
     EXPECT_EQ(skip, c.skip) << c.in;
-    EXPECT_EQ(converter.m_errorAction, c.action);
-    EXPECT_EQ(converter.m_fromCodePage, c.from) << "put back after a nested conversion";
+    EXPECT_EQ(converter.m_errorAction, c.settings.action);
+    EXPECT_EQ(converter.m_fromCodePage, c.settings.from) << "put back after a nested conversion";
     EXPECT_EQ(converter.m_toCodePage, 65001);
-    EXPECT_EQ(converter.m_foundErrors, c.action != 6 || hex(out).empty());
+    EXPECT_EQ(converter.m_foundErrors, c.settings.action != 6 || hex(out).empty());
   }
 }
 
@@ -125,48 +148,69 @@ TEST(ErrorActionsTest, NullPointersAndDefBytes) {
 // Whole conversions: what crosses the pivot, on this (little-endian) host.
 TEST(ErrorActionsTest, SubstitutionsThroughAConversion) {
   struct {
-    int from, to, action;
+    int from, to;
+    ActionSettings settings;
     const char* in;
-    const char* out;
-    bool ok, foundErrors;
-    int alternate = 0;
-    const char* defBytes = "?";
+    const char* result;
   } const cases[] = {
-      {65001, 1252, 0, "61 E4 B8 80 62", "61 62", false, true},
-      {65001, 1252, 1, "61 E4 B8 80 62", "61 3F 62", false, true},
-      {65001, 1252, 1, "61 FF 62", "61 3F 62", true, true},  // carried by the escape
-      {65001, 1252, 7, "61 FF 62", "61 FF 62", true, true},
-      {1200, 1252, 2, "61 00 00 4E", "61 26 23 78 30 30 34 45 3B", false, true},
-      {1200, 1252, 7, "61 00 00 4E", "61 00 4E", false, true},
+      {65001, 1252, {.action = 0}, "61 E4 B8 80 62", "false, errors [61 62]"},
+      {65001, 1252, {.action = 1}, "61 E4 B8 80 62", "false, errors [61 3F 62]"},
+      // The substitute crosses the pivot behind an escape.
+      {65001, 1252, {.action = 1}, "61 FF 62", "true, errors [61 3F 62]"},
+      {65001, 1252, {.action = 7}, "61 FF 62", "true, errors [61 FF 62]"},
+      {1200, 1252, {.action = 2}, "61 00 00 4E", "false, errors [61 26 23 78 30 30 34 45 3B]"},
+      {1200, 1252, {.action = 7}, "61 00 00 4E", "false, errors [61 00 4E]"},
       // Even numbers of bytes make the pivot odd; the unit at its end is whole all the same.
-      {932, 1252, 7, "61 81 00 62", "61 81 00 62", true, true},
-      {65001, 1252, 7, "E2 82 41 42", "E2 82 41 42", true, true},
-      {932, 1252, 7, "85 40 41 42 0A", "85 40 41 42 0A", true, true},
-      {65001, 1252, 1, "FF 41 42 0A", "3F 3F 41 42 0A", true, true, 0, "??"},
-      {20127, 932, 1, "41 81 7A", "41 3F 3F 7A", true, true, 0, "??"},
+      {932, 1252, {.action = 7}, "61 81 00 62", "true, errors [61 81 00 62]"},
+      {65001, 1252, {.action = 7}, "E2 82 41 42", "true, errors [E2 82 41 42]"},
+      {932, 1252, {.action = 7}, "85 40 41 42 0A", "true, errors [85 40 41 42 0A]"},
+      {65001,
+       1252,
+       {.action = 1, .defBytes = "??"},
+       "FF 41 42 0A",
+       "true, errors [3F 3F 41 42 0A]"},
+      {20127, 932, {.action = 1, .defBytes = "??"}, "41 81 7A", "true, errors [41 3F 3F 7A]"},
       // Arabic digits are folded at even places only.
-      {65001, 1256, 7, "E2 82 41 E2 82 D9 A1", "E2 82 41 E2 82 31", true, true},
-      {65001, 1256, 7, "E2 82 D9 A1 41", "E2 82 D9 A1 41", false, true},
+      {65001, 1256, {.action = 7}, "E2 82 41 E2 82 D9 A1", "true, errors [E2 82 41 E2 82 31]"},
+      {65001, 1256, {.action = 7}, "E2 82 D9 A1 41", "false, errors [E2 82 D9 A1 41]"},
       // What runs past the even length is no escape: 40 85 is put back into 932, which lacks it.
-      {932, 1252, 7, "41 42 85 40", "41 42", false, true},
-      {932, 1200, 7, "61 81 00 62", "61 00 81 00 62 00", true, true},
+      {932, 1252, {.action = 7}, "41 42 85 40", "false, errors [41 42]"},
+      {932, 1200, {.action = 7}, "61 81 00 62", "true, errors [61 00 81 00 62 00]"},
       // The first leg's raw bytes are read as units on the way to UTF-8: EFFD, then 3F01.
-      {932, 65001, 1, "61 81 00 62", "61 EE BF BD E3 BC 81 62", true, true},
-      {10021, 1251, 6, "41 83 42", "41 42", true, true, 65001},
-      {1251, 1252, 6, "61 C0", "61 D0 90", false, false, 65001},  // the nested call clears the flag
-      {65001, 932, 6, "61 C3 A9", "61 E9", false, false, 1252},
+      {932, 65001, {.action = 1}, "61 81 00 62", "true, errors [61 EE BF BD E3 BC 81 62]"},
+      {10021, 1251, {.action = 6, .alternate = 65001}, "41 83 42", "true, errors [41 42]"},
+      // The nested call clears the flag.
+      {1251, 1252, {.action = 6, .alternate = 65001}, "61 C0", "false [61 D0 90]"},
+      {65001, 932, {.action = 6, .alternate = 1252}, "61 C3 A9", "false [61 E9]"},
       // Half a unit in the pivot is ignored where it is not all of it.
-      {65001, 20277, 6, "00 D1", "00", true, false, 65001},
-      {65001, 50220, 6, "41 D1", "41", true, false, 65001},
+      {65001, 20277, {.action = 6, .alternate = 65001}, "00 D1", "true [00]"},
+      {65001, 50220, {.action = 6, .alternate = 65001}, "41 D1", "true [41]"},
   };
   for (const auto& c : cases) {
     EncodingConvert converter;
-    converter.setErrorAction(c.action);
-    converter.setAltDestCodepage(c.alternate);
-    converter.setDefBytes(bytesOf(c.defBytes), static_cast<int>(std::strlen(c.defBytes)));
-    EXPECT_EQ(convert(converter, c.from, c.to, unhex(c.in)),
-              (Outcome{c.ok, c.foundErrors, unhex(c.out)}))
-        << c.from << " to " << c.to << " action " << c.action << ": " << c.in;
+    c.settings.apply(converter);
+    const ConversionResult result = convert(converter, c.from, c.to, unhex(c.in));
+    EXPECT_EQ(testing::PrintToString(result), c.result)
+        << c.from << " to " << c.to << " action " << c.settings.action << ": " << c.in;
+  }
+}
+
+// What has to be read for its target by way of another encoding, but cannot be read.
+TEST(ErrorActionsTest, AFailedPivotLeavesTheOutputAlone) {
+  for (const int from : {28600, 20936, 12345}) {
+    for (const int to : {65000, 12000, 12001, 65005, 1201, 50220, 50222, 50225}) {
+      for (const std::string& input : {std::string("A"), std::string(40000, 'A')}) {
+        EncodingConvert converter;
+        LogBase log;
+        DataBuffer out;
+        out.append("old", 3);
+        const bool ok = converter.EncConvert(from, to, bytesOf(input),
+                                             static_cast<unsigned int>(input.size()), out, log);
+        EXPECT_EQ(ok, to == 1201) << from << " to " << to;  // to 1201 only the flag tells
+        EXPECT_TRUE(converter.m_foundErrors) << from << " to " << to;
+        EXPECT_EQ(textOf(out), "old") << from << " to " << to;
+      }
+    }
   }
 }
 
@@ -207,8 +251,8 @@ TEST(ErrorActionsTest, ObserverIsToldOfEachPieceAndChangesNothing) {
   struct {
     int from, to;
     const char* in;
-    const char* seen;        // with action 0
-    const char* seenActing;  // with action 1
+    const char* dropping;      // what the observer sees with action 0
+    const char* substituting;  // and with action 1
   } const cases[] = {
       {65001, 1252, "61 FF E4 B8 80", "d1+1:FF;e2+2:00 4E;", "d1+1:FF;e6+2:00 4E;"},
       {65001, 1200, "F0 9F 98", "d0+3:F0 9F 98;", "d0+3:F0 9F 98;"},
@@ -229,7 +273,7 @@ TEST(ErrorActionsTest, ObserverIsToldOfEachPieceAndChangesNothing) {
       const std::string in = unhex(c.in);
       EXPECT_EQ(convert(plain, c.from, c.to, in), convert(observed, c.from, c.to, in));
       if (action <= 1) {
-        EXPECT_EQ(recorder.seen, action == 0 ? c.seen : c.seenActing) << c.in;
+        EXPECT_EQ(recorder.seen, action == 0 ? c.dropping : c.substituting) << c.in;
       }
       EXPECT_EQ(observed.m_observer, &recorder);
     }

@@ -1,13 +1,12 @@
 // The fast path gives what the plain legs give: output, result, flags and reports.
-#include "encoding/fast/fast_path.h"
+#include "encoding/clean_conversion.h"
 
 #include <algorithm>
 #include <random>
 #include <string>
 #include <vector>
 
-#include "encoding/fast/cpu_dispatch.h"
-#include "encoding/tables/code_pages.h"
+#include "encoding/kernels/cpu_dispatch.h"
 #include "tests/test_support.h"
 
 namespace {
@@ -22,7 +21,7 @@ class Recorder : public ConversionObserver {
 };
 
 struct Everything {
-  Outcome outcome;
+  ConversionResult outcome;
   bool pivotToUtf16, pivotFromUtf16;
   std::int32_t from, to;  // as the converter recorded them
   std::vector<std::uint64_t> reports;
@@ -53,7 +52,7 @@ Everything run(bool fastPath, int from, int to, const std::string& input,
   converter.setErrorAction(settings.action);
   converter.setAltDestCodepage(settings.alternate);
   converter.setDefBytes(bytesOf(settings.defBytes), static_cast<int>(settings.defBytes.size()));
-  const Outcome outcome = convert(converter, from, to, input);
+  const ConversionResult outcome = convert(converter, from, to, input);
   fast::setFastPathForTesting(true);
   return {outcome,
           converter.m_pivotToUtf16,
@@ -108,8 +107,8 @@ Settings randomSettings(std::mt19937& random) {
 std::vector<int> fastCodePages() {
   std::vector<int> pages = {1200,  1201,  12000, 12001, 65005, 65001,
                             65000, 55000, 50220, 50221, 50225};
-  for (const CodePageRow& row : codePageRows()) {
-    if (row.isDispatched) pages.push_back(row.codePage);
+  for (const EncodingRow& row : encodingRows()) {
+    if (hasTable(row) && row.isDispatched) pages.push_back(row.number);
   }
   return pages;
 }
@@ -216,20 +215,21 @@ TEST(FastPathTest, EqualsThePlainLegsInGarbage) {
 
 // What the fast path takes for granted about the tables.
 TEST(FastPathTest, NoTableMeansTheMarkOfAnEscapeOrASurrogate) {
-  for (const CodePageRow& row : codePageRows()) {
-    if (!row.isDispatched) continue;
+  for (const EncodingRow& row : encodingRows()) {
+    if (!hasTable(row) || !row.isDispatched) continue;
+    const bool isDoubleByte = row.form == EncodingForm::kDoubleByte;
     std::string all;
     for (int lead = 0x80; lead < 0x100; ++lead) {
       for (int trail = 0x30; trail < 0x100; ++trail) {
-        all.push_back(static_cast<char>(row.isDoubleByte ? lead : trail));
-        all.push_back(static_cast<char>(row.isDoubleByte ? trail : lead));
+        all.push_back(static_cast<char>(isDoubleByte ? lead : trail));
+        all.push_back(static_cast<char>(isDoubleByte ? trail : lead));
       }
     }
-    const std::string utf16 = convert(row.codePage, 1200, all).out;
+    const std::string utf16 = convert(row.number, 1200, all).out;
     for (std::size_t i = 0; i + 1 < utf16.size(); i += 2) {
       const unsigned int unit = zvLoadHostUnit(bytesOf(utf16) + i, false);
-      ASSERT_NE(unit, 0xFDEFu) << row.codePage;
-      ASSERT_NE(unit & 0xF800, 0xD800u) << row.codePage;
+      ASSERT_NE(unit, 0xFDEFu) << row.number;
+      ASSERT_NE(unit & 0xF800, 0xD800u) << row.number;
     }
   }
 }

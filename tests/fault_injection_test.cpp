@@ -2,10 +2,15 @@
 // nothing leaks, and the next call works.
 #include <cstdlib>
 #include <new>
+#include <string_view>
 
+#include "encconv/encconv.h"
+#include "encconv/encconv_c.h"
 #include "support/japanese.h"
 #include "support/text_log.h"
 #include "tests/stream_support.h"
+
+using namespace std::string_view_literals;
 
 namespace {
 
@@ -110,51 +115,53 @@ extern "C" void* __wrap_realloc(void* memory, std::size_t size) {
 namespace {
 
 struct Case {
-  int from, to, action, alternate;
-  const char* input;
+  int from, to, action = 0, alternate = 0;
+  std::string_view input;
 };
-constexpr const char* kMixed = "plain d\xC3\xA9j\xC3\xA0 \xD0\xBF \xE6\x97\xA5 \xFF end";
-constexpr const char* kBytes = "plain \x81 \xE9\x41\xAA \xFF\xFE\x90 end";
-constexpr Case kCases[] = {{1252, 65001, 0, 0, kBytes},
-                           {65001, 1252, 1, 0, kMixed},
-                           {1252, 1250, 2, 0, kBytes},
-                           {28597, 1200, 8, 0, kBytes},
-                           {65001, 1200, 7, 0, kMixed},
-                           {1200, 65001, 0, 0, "a\0b\0\xAC\x20\x3D\xD8\x01\xDE"},
-                           {28597, 65001, 6, 1252, kBytes},
-                           {65001, 1251, 6, 1252, kMixed},
-                           {28593, 1201, 0, 0, kBytes},
-                           {28593, 65001, 2, 0, kBytes},
-                           {65001, 20127, 6, 932, kMixed},
-                           {949, 1200, 6, 1252, "text \xC9 \x81 end"},
-                           {65001, 1256, 7, 0, kMixed},
-                           {65001, 28596, 2, 0, kMixed},
-                           {65001, 1258, 1, 0, kMixed},
-                           {932, 65001, 2, 0, "\x93\xFA\x96\x7B \xB1 \xFF\x81"},
-                           {65001, 936, 0, 0, kMixed},
-                           {10001, 1201, 1, 0, "\x93\xFA\x86\x9B\xA0\x81 "},
-                           {50220, 65001, 0, 0, "\x1B$BF|K\\y!\x1B(B mail"},
-                           {65001, 50220, 0, 0, kMixed},
-                           {50225, 1200, 0, 0, "\x1B$)C\x0EHQ19\x0F text"},
-                           {1252, 50225, 2, 0, kBytes},
-                           {65000, 1251, 1, 0, "Hi +BB8-+2D3eAA-"},
-                           {1251, 65000, 0, 0, kBytes},
-                           {12001, 1252, 0, 0, "\0\0\0A\0\0 \xAC\0\1\xF6\0"},
-                           {1252, 12000, 7, 0, kBytes},
-                           {1201, 1252, 1, 0, "\0A \xAC\x4E\0"},
-                           {65001, 1201, 2, 0, kMixed},
-                           {10004, 65001, 1, 0, "\xC7\xB1\xB2\xC8 \xA1\xA2 x"},
-                           {55000, 1252, 0, 0, "GSM \x1B\x65\x80"},
-                           {1252, 55000, 0, 0, kBytes},
-                           {20127, 65001, 0, 0, kBytes},
-                           {1252, 1252, 0, 0, kBytes}};
-
-std::string inputOf(const Case& c) {
-  // The literals of UTF-16 and UTF-32 hold zeros.
-  if (c.from == 1200) return {c.input, 10};
-  if (c.from == 1201) return {c.input, 6};
-  return c.from == 12001 ? std::string(c.input, 12) : c.input;
-}
+constexpr std::string_view kMixed = "plain d\xC3\xA9j\xC3\xA0 \xD0\xBF \xE6\x97\xA5 \xFF end";
+constexpr std::string_view kBytes = "plain \x81 \xE9\x41\xAA \xFF\xFE\x90 end";
+constexpr Case kCases[] = {
+    {.from = 1252, .to = 65001, .input = kBytes},
+    {.from = 65001, .to = 1252, .action = 1, .input = kMixed},
+    {.from = 1252, .to = 1250, .action = 2, .input = kBytes},
+    {.from = 28597, .to = 1200, .action = 8, .input = kBytes},
+    {.from = 65001, .to = 1200, .action = 7, .input = kMixed},
+    {.from = 1200, .to = 65001, .input = "a\0b\0\xAC\x20\x3D\xD8\x01\xDE"sv},
+    {.from = 28597, .to = 65001, .action = 6, .alternate = 1252, .input = kBytes},
+    {.from = 65001, .to = 1251, .action = 6, .alternate = 1252, .input = kMixed},
+    {.from = 28593, .to = 1201, .input = kBytes},
+    {.from = 28593, .to = 65001, .action = 2, .input = kBytes},
+    {.from = 65001, .to = 20127, .action = 6, .alternate = 932, .input = kMixed},
+    {.from = 949, .to = 1200, .action = 6, .alternate = 1252, .input = "text \xC9 \x81 end"},
+    {.from = 65001, .to = 1256, .action = 7, .input = kMixed},
+    {.from = 65001, .to = 28596, .action = 2, .input = kMixed},
+    {.from = 65001, .to = 1258, .action = 1, .input = kMixed},
+    {.from = 932, .to = 65001, .action = 2, .input = "\x93\xFA\x96\x7B \xB1 \xFF\x81"},
+    {.from = 65001, .to = 936, .input = kMixed},
+    {.from = 10001, .to = 1201, .action = 1, .input = "\x93\xFA\x86\x9B\xA0\x81 "},
+    {.from = 50220, .to = 65001, .input = "\x1B$BF|K\\y!\x1B(B mail"},
+    {.from = 65001, .to = 50220, .input = kMixed},
+    {.from = 50225, .to = 1200, .input = "\x1B$)C\x0EHQ19\x0F text"},
+    {.from = 1252, .to = 50225, .action = 2, .input = kBytes},
+    {.from = 65000, .to = 1251, .action = 1, .input = "Hi +BB8-+2D3eAA-"},
+    {.from = 1251, .to = 65000, .input = kBytes},
+    {.from = 12001, .to = 1252, .input = "\0\0\0A\0\0 \xAC\0\1\xF6\0"sv},
+    {.from = 1252, .to = 12000, .action = 7, .input = kBytes},
+    {.from = 1201, .to = 1252, .action = 1, .input = "\0A \xAC\x4E\0"sv},
+    {.from = 65001, .to = 1201, .action = 2, .input = kMixed},
+    {.from = 10004, .to = 65001, .action = 1, .input = "\xC7\xB1\xB2\xC8 \xA1\xA2 x"},
+    {.from = 55000, .to = 1252, .input = "GSM \x1B\x65\x80"},
+    {.from = 1252, .to = 55000, .input = kBytes},
+    {.from = 20127, .to = 65001, .input = kBytes},
+    {.from = 1252, .to = 1252, .input = kBytes},
+    // Without a way around the intermediate encoding.
+    {.from = 1200, .to = 65000, .input = "a\0\xE9\0\xAC\x20\x3D\xD8\x00\xDE"sv},
+    {.from = 50225, .to = 65000, .input = "\x1B$)C\x0EHQ19\x0F text"},
+    {.from = 28593, .to = 65000, .action = 2, .input = kBytes},
+    {.from = 932, .to = 12001, .action = 1, .input = "\x93\xFA\x96\x7B \xB1 \xFF\x81"},
+    {.from = 65001, .to = 12000, .input = kMixed},
+    {.from = 55000, .to = 1201, .input = "GSM \x1B\x65\x80"},
+    {.from = 949, .to = 50221, .action = 1, .input = "text \xB0\xA1 \xC9 \x81 end"}};
 
 // What is known to be lost, and kept so: the lookup of a single-byte code page whose map cannot be
 // built. (The other known state, a to-Unicode map of 10001 that is not there although the registry
@@ -173,7 +180,7 @@ int countLeaks() {
 }
 
 // Long enough that buffers grow while it is converted.
-std::string repeated(const std::string& text, int times) {
+std::string repeated(std::string_view text, int times) {
   std::string all;
   for (int i = 0; i < times; ++i) all += text;
   return all;
@@ -198,8 +205,8 @@ constexpr Mode kModes[] = {{true, false, false, 25},
                            {false, false, true, 25}};
 
 // One conversion with its n-th allocation failing.
-Outcome runWithFault(EncodingConvert& converter, const Case& c, const std::string& input, long n,
-                     const Mode& mode) {
+ConversionResult runWithFault(EncodingConvert& converter, const Case& c, const std::string& input,
+                              long n, const Mode& mode) {
   TextLog text(true);
   LogBase silent;
   LogBase& log = mode.verbose ? static_cast<LogBase&>(text) : silent;
@@ -214,14 +221,17 @@ Outcome runWithFault(EncodingConvert& converter, const Case& c, const std::strin
   return {ok, converter.m_foundErrors, textOf(out)};
 }
 
-// The same as a stream in two pieces, with the treatment that comes next to the action.
-Outcome streamWithFault(EncodingConvert&, const Case& c, const std::string& input, long n,
-                        const Mode& mode) {
+// The treatment that comes next to the error action.
+std::string treatmentOf(const Case& c) {
   static constexpr const char* kTreatments[] = {
       "drop", "substitute=0x3F21", "hex", "drop", "drop", "drop", "raw", "raw", "substitute=[?]"};
-  StreamSettings settings = settingsFor(c.from, c.to, kTreatments[c.action]);
-  settings.alternate = c.alternate;
-  if (c.action == 6) settings.treatment = StreamTreatment::kAlternate;
+  return c.action == 6 ? "alternate=" + std::to_string(c.alternate) : kTreatments[c.action];
+}
+
+// The same as a stream in two pieces.
+ConversionResult streamWithFault(EncodingConvert&, const Case& c, const std::string& input, long n,
+                                 const Mode& mode) {
+  const StreamSettings settings = settingsFor(c.from, c.to, treatmentOf(c));
   StreamConverter stream;
   DataBuffer out;
   const std::size_t half = input.size() / 2;
@@ -235,12 +245,77 @@ Outcome streamWithFault(EncodingConvert&, const Case& c, const std::string& inpu
     }
     if (status == StreamStatus::kGood) status = stream.finish(out);
   }
-  Outcome outcome{status == StreamStatus::kGood, stream.errorCount() != 0, textOf(out)};
+  ConversionResult outcome{status == StreamStatus::kGood, stream.errorCount() != 0, textOf(out)};
   EXPECT_EQ(stream.begin(settings), StreamStatus::kGood) << "begun again";
   return outcome;
 }
 
-using Run = Outcome (*)(EncodingConvert&, const Case&, const std::string&, long, const Mode&);
+// An alternate for whose tables memory does not suffice counts as unknown.
+bool isGoodOrNoMemory(encconv_status status, const Case& c) {
+  return status == ENCCONV_OK || status == ENCCONV_OUT_OF_MEMORY ||
+         (status == ENCCONV_UNKNOWN_ALTERNATE && c.action == 6);
+}
+
+// The same by the C interface, whole and as a stream.
+ConversionResult convertThroughC(EncodingConvert&, const Case& c, const std::string& input, long n,
+                                 const Mode& mode) {
+  const std::string treatment = treatmentOf(c);
+  unsigned char* output = nullptr;
+  std::size_t size = 0;
+  encconv_problem problem;
+  encconv_status status = ENCCONV_OK;
+  {
+    const Watch watch(n, mode.failsOn);
+    status = encconv_convert(c.from, c.to, input.data(), input.size(), treatment.c_str(), &output,
+                             &size, &problem);
+  }
+  EXPECT_TRUE(isGoodOrNoMemory(status, c)) << status;
+  const std::string text(reinterpret_cast<const char*>(output), size);
+  encconv_free(output);
+  return {status == ENCCONV_OK, problem.length != 0, text};
+}
+ConversionResult streamThroughC(EncodingConvert&, const Case& c, const std::string& input, long n,
+                                const Mode& mode) {
+  const std::string treatment = treatmentOf(c);
+  encconv_status status = ENCCONV_OK;
+  encconv_stream* stream = nullptr;
+  {
+    const Watch watch(n, mode.failsOn);
+    stream = encconv_open(c.from, c.to, treatment.c_str(), &status);
+    if (stream != nullptr) status = encconv_push(stream, input.data(), input.size());
+    if (status == ENCCONV_OK) status = encconv_finish(stream);
+  }
+  EXPECT_TRUE(isGoodOrNoMemory(status, c)) << status;
+  std::size_t size = 0;
+  const unsigned char* const output = encconv_output(stream, &size);
+  const std::string text(reinterpret_cast<const char*>(output), size);
+  const bool hasProblems = encconv_problem_count(stream) != 0;
+  encconv_close(stream);
+  return {status == ENCCONV_OK, hasProblems, text};
+}
+
+// And by the C++ interface, whose strings throw.
+ConversionResult convertThroughCpp(EncodingConvert&, const Case& c, const std::string& input,
+                                   long n, const Mode& mode) {
+  encconv::Options options;
+  EXPECT_TRUE(encconv::parse_on_error(treatmentOf(c), options));
+  encconv::Result result;
+  result.status = encconv::Status::out_of_memory;
+  try {
+    const Watch watch(n, mode.failsOn);
+    result = encconv::convert(input, c.from, c.to, options);
+  } catch (const std::bad_alloc&) {
+  }
+  if (result.status == encconv::Status::unknown_alternate && c.action == 6) {
+    result.status = encconv::Status::out_of_memory;  // see isGoodOrNoMemory
+  }
+  EXPECT_TRUE(result || result.status == encconv::Status::out_of_memory)
+      << encconv::describe(result.status);
+  return {static_cast<bool>(result), result.problem_count != 0, result.text};
+}
+
+using Run = ConversionResult (*)(EncodingConvert&, const Case&, const std::string&, long,
+                                 const Mode&);
 
 class FaultInjection : public testing::TestWithParam<std::tuple<Case, Run>> {
  protected:
@@ -251,15 +326,15 @@ class FaultInjection : public testing::TestWithParam<std::tuple<Case, Run>> {
 // Lets each allocation fail in turn; returns how many there were.
 long failEach(const Case& c, Run run, const Mode& mode) {
   EncodingConvert converter;
-  const std::string input = repeated(inputOf(c), mode.times);
-  const Outcome expected = run(converter, c, input, 0, mode);
+  const std::string input = repeated(c.input, mode.times);
+  const ConversionResult expected = run(converter, c, input, 0, mode);
   for (long n = 1;; ++n) {
     SCOPED_TRACE(testing::Message() << (mode.cold ? "cold" : "warm")
                                     << (mode.failsOn ? ", from" : ",") << " allocation " << n);
     if (mode.cold) {
       EXPECT_EQ(countLeaks(), 0);
     }
-    const Outcome outcome = run(converter, c, input, n, mode);
+    const ConversionResult outcome = run(converter, c, input, n, mode);
     const bool failed = Watch::hasFailed();
     if (outcome.ok || !failed) {
       EXPECT_EQ(outcome, expected);
@@ -299,6 +374,20 @@ TEST(FaultInjectionElsewhere, LargeStorage) {
     faults += failEach(c, runWithFault, kLarge);
   }
   RecordProperty("faults", std::to_string(faults));
+  EXPECT_EQ(countLeaks(), 0);
+}
+
+TEST(FaultInjectionElsewhere, Interfaces) {
+  constexpr Mode kShort[] = {{false, false, false, 25}, {false, true, false, 25}};
+  for (const Case& c : kCases) {
+    if (c.action == 0 && c.from != 65001) continue;
+    SCOPED_TRACE(std::to_string(c.from) + " to " + std::to_string(c.to));
+    for (const Mode& mode : kShort) {
+      ASSERT_GT(failEach(c, convertThroughC, mode), 0);
+      ASSERT_GT(failEach(c, streamThroughC, mode), 0);
+      ASSERT_GT(failEach(c, convertThroughCpp, mode), 0);
+    }
+  }
   EXPECT_EQ(countLeaks(), 0);
 }
 

@@ -18,7 +18,8 @@ struct Case {
 
 void expectAll(std::initializer_list<Case> cases) {
   for (const Case& c : cases) {
-    EXPECT_EQ(convert(c.from, c.to, unhex(c.in)), (Outcome{c.ok, c.foundErrors, unhex(c.out)}))
+    EXPECT_EQ(convert(c.from, c.to, unhex(c.in)),
+              (ConversionResult{c.ok, c.foundErrors, unhex(c.out)}))
         << c.what << ": " << c.from << " to " << c.to << " of " << c.in;
   }
 }
@@ -174,9 +175,9 @@ TEST(FrontEndTest, Utf16ToUtf8) {
       utf8 += 'a';
     }
     EXPECT_EQ(convert(1200, 65001, utf16 + unhex("3D D8 00 DE 62 00")),
-              (Outcome{true, false,
-                       utf8 + "\xF0\x9F\x98\x80"
-                              "b"}));
+              (ConversionResult{true, false,
+                                utf8 + "\xF0\x9F\x98\x80"
+                                       "b"}));
   }
 }
 

@@ -81,7 +81,7 @@ TEST(LargeOutput, MayFillTheBufferToTheLastByte) {
         std::string text;
         for (int i = 0; i < times; ++i) text += "text ";
         const std::string input = convert(65001, from, text).out;
-        const Outcome expected = convert(from, to, input);
+        const ConversionResult expected = convert(from, to, input);
         if (!expected.ok) continue;
         for (const unsigned int excess : {0u, 1u}) {
           SCOPED_TRACE(std::to_string(from) + " to " + std::to_string(to) + ", " +

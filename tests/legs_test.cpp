@@ -1,7 +1,6 @@
 // The table-driven decoders and encoders, leg by leg.
 #include <memory>
 
-#include "encoding/tables/code_pages.h"
 #include "support/text_log.h"
 #include "tests/test_support.h"
 
@@ -18,7 +17,7 @@ std::string decode(int from, std::string_view in, bool* ok = nullptr) {
 }
 
 // Encodes in the second leg of a pivot, or not.
-Outcome encode(int to, std::string_view in, bool pivot = false) {
+ConversionResult encode(int to, std::string_view in, bool pivot = false) {
   EncodingConvert converter;
   converter.m_pivotFromUtf16 = pivot;
   converter.m_toCodePage = to;
@@ -113,7 +112,7 @@ TEST(EncodeTest, LooksUpFoldsAndDecomposes) {
       {1200, "41 00", "", false},
   };
   for (const auto& c : cases) {
-    const Outcome outcome = encode(c.to, unhex(c.in));
+    const ConversionResult outcome = encode(c.to, unhex(c.in));
     EXPECT_EQ(outcome.out, c.out) << c.to << " " << c.in;
     EXPECT_EQ(outcome.ok, c.ok) << c.to << " " << c.in;
   }

@@ -2,15 +2,15 @@
 #include <random>
 #include <vector>
 
-#include "encoding/tables/code_pages.h"
 #include "tests/test_support.h"
 
 namespace {
 
 std::vector<int> allCodePages() {
-  std::vector<int> pages = {1200,  1201,  12000, 12001, 65005, 65006, 65000,
-                            65001, 55000, 50220, 50221, 50222, 50225};
-  for (const CodePageRow& row : codePageRows()) pages.push_back(row.codePage);
+  std::vector<int> pages;
+  for (const EncodingRow& row : encodingRows()) {
+    if (row.inEngine) pages.push_back(row.number);
+  }
   return pages;
 }
 
@@ -68,7 +68,7 @@ TEST(PropertyTest, AnyBytesUnderAnySettings) {
         observed.m_observer = &counter;
         configure(first, action, settings);
         configure(observed, action, settings);
-        const Outcome outcome = convert(first, from, to, input);
+        const ConversionResult outcome = convert(first, from, to, input);
         const auto where = [&] {
           return std::to_string(from) + " to " + std::to_string(to) + " action " +
                  std::to_string(action) + ": " + hex(input);
@@ -92,12 +92,13 @@ TEST(PropertyTest, AnyBytesUnderAnySettings) {
 TEST(PropertyTest, EachSubstitutionIsReportedOnce) {
   std::mt19937 random(7);
   int reports = 0;
-  for (const CodePageRow& row : codePageRows()) {
+  for (const EncodingRow& row : tableRows()) {
     if (!row.isDispatched) continue;
     for (const bool decoding : {true, false}) {
-      if (decoding && row.isDoubleByte) continue;  // action 0 cuts those pieces differently
-      const int from = decoding ? row.codePage : 1200;
-      const int to = decoding ? 1200 : row.codePage;
+      if (decoding && row.form == EncodingForm::kDoubleByte)
+        continue;  // action 0 cuts those pieces differently
+      const int from = decoding ? row.number : 1200;
+      const int to = decoding ? 1200 : row.number;
       const std::string input = randomBytes(random, 200);
       EncodingConvert dropping, substituting;
       substituting.setErrorAction(1);

@@ -51,6 +51,10 @@ StreamResult stream(StreamSettings settings, const std::string& text, NextSize n
   }
   if (result.status == StreamStatus::kGood) result.status = converter.finish(out);
   EXPECT_EQ(converter.errorCount(), result.errors.size());
+  if (!result.errors.empty()) {
+    EXPECT_EQ(converter.firstError(),
+              *std::ranges::min_element(result.errors, {}, &StreamError::offset));
+  }
   result.text = textOf(out);
   return result;
 }

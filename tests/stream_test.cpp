@@ -150,6 +150,8 @@ TEST(Stream, WritesTreatmentsAsTextOfTheTarget) {
               "\xFF"
               "1",
               "\x50\x7B\xA7\xC6\xC6\x5E\xF1"},
+             {kUtf8, 1251, "\xF4\x8F\xBF\xBD", "&#x10FFFD;"},
+             {kUtf8, 20108, "a\xFF", "a?"},  // which lacks the number sign
              {10021, kLe, "\xFC", "&\0#\0x\0F\0C\0;\0"s},
              {kUtf8, 50220, "\xE6\x97\xA5\xFF\xE6\x97\xA5", "\x1B$BF|\x1B(B&#xFF;\x1B$BF|\x1B(B"},
              {50220, kUtf8, "\x1B$BF|\x1B$(D\"/\x1B(B.", "\xE6\x97\xA5&#x222F;."},
@@ -291,7 +293,8 @@ TEST(Stream, RefusesWhatItCannotServeBeforeAnythingIsWritten) {
   StreamSettings settings = settingsFor(1252, kUtf8, "alternate=1253");
   settings.alternate = 28600;
   EXPECT_EQ(stream(settings, "a").status, StreamStatus::kNoAlternate);
-  for (const char* text : {"", "Stop", "alternate", "alternate=", "alternate=nothing", "hex="}) {
+  for (const char* text : {"", "Stop", "alternate", "alternate=", "alternate=nothing",
+                           "hex=", "substitute=0x", "substitute=0xG1", "substitute=0x1G"}) {
     EXPECT_FALSE(parseStreamTreatment(text, settings)) << text;
   }
 }
@@ -308,6 +311,15 @@ TEST(Stream, CutsMacArabicRunsOnlyBeyondOneMebibyte) {
                           convert(10004, kUtf8, text.substr(kLimit)).out;
   EXPECT_TRUE(stream(settings, text).text == cut);
   EXPECT_TRUE(stream(settings, text, [] { return 777; }).text == cut);
+  // The places in such a run, which is written from its end.
+  for (const std::size_t place : {std::size_t{0}, std::size_t{70001}, kLimit - 1}) {
+    std::string run = text.substr(0, kLimit);
+    run[place] = '\xC0';
+    const StreamResult result = stream(settingsFor(10004, 1256, "drop"), run);
+    ASSERT_EQ(result.errors.size(), 1u);
+    EXPECT_EQ(result.errors[0].offset, place);
+    EXPECT_EQ(result.errors[0].bytes[0], 0xC0);
+  }
 }
 
 TEST(Stream, KeepsLittleWhateverTheInput) {
@@ -342,6 +354,46 @@ TEST(Stream, KeepsLittleWhateverTheInput) {
     EXPECT_EQ(converter.finish(out), StreamStatus::kGood);
     EXPECT_LT(g_mostAllocated - before, 8u << 20) << c.from << " to " << c.to;
     RecordProperty(std::to_string(c.from), std::to_string(g_mostAllocated - before));
+  }
+}
+
+// Counts what it takes, up to the output that it refuses.
+struct CountingDrain : StreamDrain {
+  explicit CountingDrain(std::size_t room) : m_room(room) {}
+  bool onStreamOutput(DataBuffer& out) override {
+    if (out.getSize() > m_room) return false;
+    m_room -= out.getSize();
+    out.clear();
+    return true;
+  }
+
+ private:
+  std::size_t m_room;
+};
+
+TEST(Stream, EndsWhenItsDrainFails) {
+  const std::string text(1u << 20, 'a');
+  const struct {
+    int from, to;
+    std::size_t room;
+    std::string bad;
+    StreamStatus status;
+  } cases[] = {{kUtf8, 1252, 200000, "", StreamStatus::kDrainFailed},
+               {99, 99, 200000, "", StreamStatus::kDrainFailed},  // a plain copy
+               {1252, kLe, 2u << 20, "", StreamStatus::kGood},
+               {kUtf8, 1252, 0, "\xFF", StreamStatus::kStopped}};  // before there is much output
+  for (const auto& c : cases) {
+    CountingDrain drain(c.room);
+    StreamSettings settings = settingsFor(c.from, c.to);
+    settings.drain = &drain;
+    StreamConverter converter;
+    DataBuffer out;
+    ASSERT_EQ(converter.begin(settings), StreamStatus::kGood);
+    const std::string input = c.bad + text;
+    EXPECT_EQ(converter.push(bytesOf(input), input.size(), out), c.status) << c.from;
+    EXPECT_EQ(converter.status(), c.status);
+    EXPECT_EQ(converter.push(bytesOf("b"), 1, out), c.status);
+    EXPECT_EQ(converter.finish(out), c.status);
   }
 }
 

@@ -7,7 +7,9 @@
 #include <ostream>
 #include <string>
 #include <string_view>
+#include <vector>
 
+#include "encoding/codecs/encoding_row.h"
 #include "encoding/encoding_convert.h"
 #include "support/zv_base.h"
 
@@ -17,6 +19,15 @@ inline const unsigned char* bytesOf(std::string_view text) {
 
 inline std::string textOf(const DataBuffer& buffer) {
   return {reinterpret_cast<const char*>(buffer.getData2()), buffer.getSize()};
+}
+
+// The rows that have a mapping table.
+inline std::vector<EncodingRow> tableRows() {
+  std::vector<EncodingRow> rows;
+  for (const EncodingRow& row : encodingRows()) {
+    if (hasTable(row)) rows.push_back(row);
+  }
+  return rows;
 }
 
 // "41 00 E9": bytes that a failed comparison can be read in.
@@ -43,25 +54,26 @@ inline std::string unhex(std::string_view digits) {
 }
 
 // What one conversion did.
-struct Outcome {
+struct ConversionResult {
   bool ok = false;
   bool foundErrors = false;
   std::string out;
-  bool operator==(const Outcome&) const = default;
+  bool operator==(const ConversionResult&) const = default;
 };
-inline std::ostream& operator<<(std::ostream& stream, const Outcome& outcome) {
+inline std::ostream& operator<<(std::ostream& stream, const ConversionResult& outcome) {
   return stream << (outcome.ok ? "true" : "false") << (outcome.foundErrors ? ", errors" : "")
                 << " [" << hex(outcome.out) << "]";
 }
 
-inline Outcome convert(EncodingConvert& converter, int from, int to, std::string_view input) {
+inline ConversionResult convert(EncodingConvert& converter, int from, int to,
+                                std::string_view input) {
   LogBase log;
   DataBuffer out;
   const bool ok = converter.EncConvert(from, to, bytesOf(input),
                                        static_cast<unsigned int>(input.size()), out, log);
   return {ok, converter.m_foundErrors, textOf(out)};
 }
-inline Outcome convert(int from, int to, std::string_view input) {
+inline ConversionResult convert(int from, int to, std::string_view input) {
   EncodingConvert converter;
   return convert(converter, from, to, input);
 }

@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-#include "encoding/tables/code_pages.h"
+#include "encoding/codecs/encoding_row.h"
 #include "tests/stream_support.h"
 
 namespace {
@@ -20,23 +20,21 @@ struct Task {
 
 // Each code page decoded and encoded, with input that it cannot convert among the rest.
 std::vector<Task> allTasks() {
-  std::vector<int> pages = {1200, 1201, 12001, 65000, 55000, 50220, 50225};
-  for (const CodePageRow& row : codePageRows()) pages.push_back(row.codePage);
   std::string bytes;
   for (int byte = 0; byte < 256; ++byte) bytes += {'a', static_cast<char>(byte)};
   const std::string text =
       "A \xC3\xA9 \xD0\xBF \xCE\xBB \xD8\xA7 \xD9\xA3 \xE6\x97\xA5\xE6\x9C\xAC \xEA\xB0\x80 "
       "\xE1\xBA\xA0 \xE2\x82\xAC \xFF \xF0\x9F\x98\x80";
   std::vector<Task> tasks;
-  for (const int page : pages) {
-    tasks.push_back({page, 65001, bytes});
-    tasks.push_back({65001, page, text});
+  for (const EncodingRow& row : encodingRows()) {
+    tasks.push_back({row.number, 65001, bytes});
+    tasks.push_back({65001, row.number, text});
   }
   return tasks;
 }
 
 // What the engine does, and the stream.
-using Done = std::pair<Outcome, StreamResult>;
+using Done = std::pair<ConversionResult, StreamResult>;
 
 Done run(EncodingConvert& converter, const Task& task) {
   return {convert(converter, task.from, task.to, task.input),

@@ -16,7 +16,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-struct Outcome {
+// What one run of the tool left behind.
+struct ToolRun {
   int status;
   std::string out;
   std::string err;
@@ -38,17 +39,18 @@ class ToolTest : public ::testing::Test {
     std::ofstream(path(name), std::ios::binary) << content;
   }
 
-  std::string read(const std::string& name) const {
-    std::ifstream file(path(name), std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
+  static std::string readFile(const fs::path& file) {
+    std::ifstream stream(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
   }
+  std::string read(const std::string& name) const { return readFile(path(name)); }
 
   // Runs "encconv ARGUMENTS" in the directory.
-  Outcome run(const std::string& arguments, const std::string& input = "") const {
+  ToolRun run(const std::string& arguments, const std::string& input = "") const {
     return shell(std::string(ENCCONV_TOOL " ") + arguments, input);
   }
 
-  Outcome shell(const std::string& script, const std::string& input = "") const {
+  ToolRun shell(const std::string& script, const std::string& input = "") const {
     write(".in", input);
     const std::string command =
         "cd '" + m_directory.string() + "' && {\n" + script + "\n} < .in > .out 2> .err";
@@ -78,7 +80,7 @@ bool contains(const std::string& text, const std::string& part) {
 }
 
 // One line that names the program and the thing.
-void expectOneLine(const Outcome& outcome, const std::string& part) {
+void expectOneLine(const ToolRun& outcome, const std::string& part) {
   EXPECT_EQ(std::count(outcome.err.begin(), outcome.err.end(), '\n'), 1) << outcome.err;
   EXPECT_TRUE(outcome.err.starts_with("encconv: ")) << outcome.err;
   EXPECT_TRUE(contains(outcome.err, part)) << outcome.err;
@@ -114,6 +116,7 @@ TEST_F(ToolTest, RefusesInOneLineAndWritesNothing) {
       {"-f 1252 -t utf-8 latin -o ./latin", "latin: is both input and output"},
       {"-f 1252 -t utf-8 latin --output-dir .", "latin: is both input and output"},
       {"-f 1252 -t utf-8 --in-place latin ./latin", "latin: is given twice"},
+      {"-f 1252 -t utf-8 --in-place latin /dev/null", "/dev/null: is not a regular file"},
       {"-f 1252 -t utf-8 --in-place", "--in-place needs files"},
       {"-f 1252 -t utf-8 --in-place latin -o result", "only one of"},
       {"-f 1252 -t utf-8 -j 2 latin", "-j needs"},
@@ -132,13 +135,21 @@ TEST_F(ToolTest, RefusesInOneLineAndWritesNothing) {
       {"-f utf-16 -t 1252 --record-length 3 utf8 -o result", "--record-length: 3 bytes"},
       {"-f 28600 -t utf-8 latin -o result", "28600"},
       {"-f utf-8 -t 28601 latin -o result", "28601"},
+      {"-f 37 -t 1252 --record-length 1048577 utf8 -o result", "'1048577' is not a number"},
+      {"-f 1252 -t utf-8 --in-place -j 257 latin", "'257'"},
+      {"-f 1252 -t utf-8 --in-place=/old latin", "'/old' has a slash"},
+      {"-f 1252 -t utf-8 --html page latin", "--html needs --chart"},
+      {"-f 1252 -t utf-8 --json latin", "--json needs --list"},
+      {"--chart 1252 latin", "unexpected argument 'latin'"},
+      {"--list latin2 latin", "unexpected argument 'latin'"},
+      {"-f 1252 -t utf-8 /proc/self/mem -o result", "/proc/self/mem: Input/output error"},
       {"--list --detect", "only one of"},
       {"--chart utf-8", "UTF-8"},
       {"--help nonsense", "errors, files"},
   };
   for (const Case& wrong : cases) {
     SCOPED_TRACE(wrong.arguments);
-    const Outcome outcome = run(wrong.arguments);
+    const ToolRun outcome = run(wrong.arguments);
     EXPECT_EQ(outcome.status, 2);
     EXPECT_EQ(outcome.out, "");
     expectOneLine(outcome, wrong.named);
@@ -152,7 +163,7 @@ TEST_F(ToolTest, TroubleWithTheOutputIsReported) {
   expectOneLine(run("-f 1252 -t utf-8 latin > /dev/full"), "standard output: No space left");
   for (const char* arguments : {"-f 1252 -t utf-8 latin", "--list", "--chart 932", "--help"}) {
     // The reader is gone before the tool writes.
-    const Outcome outcome = shell(std::string("{ sleep 0.1; " ENCCONV_TOOL " ") + arguments +
+    const ToolRun outcome = shell(std::string("{ sleep 0.1; " ENCCONV_TOOL " ") + arguments +
                                   "; echo $? > status; } | true");
     EXPECT_EQ(read("status"), "2\n") << arguments;
     expectOneLine(outcome, "standard output: ");
@@ -162,7 +173,7 @@ TEST_F(ToolTest, TroubleWithTheOutputIsReported) {
 TEST_F(ToolTest, StopsWithTheWholeStory) {
   write("target", "old");
   write("text", "first\nnow \u4E00\n");
-  const Outcome outcome = run("-f utf-8 -t 1252 text -o target");
+  const ToolRun outcome = run("-f utf-8 -t 1252 text -o target");
   EXPECT_EQ(outcome.status, 1);
   for (const char* part : {"text: byte offset 10, line 2: U+4E00 (E4 B8 80)",
                            "windows-1252 (code page 1252)", "--on-error"}) {
@@ -171,7 +182,10 @@ TEST_F(ToolTest, StopsWithTheWholeStory) {
   EXPECT_EQ(read("target"), "old");
   EXPECT_EQ(files(), "latin target text utf8 ");
 
-  const Outcome malformed = run("-f utf-8 -t utf-8 latin");
+  expectOneLine(run("-f hz -t 1252", "~{<:"),
+                "line 1: U+5DF1 (3C 3A) has no place in windows-1252");
+  expectOneLine(run("-f hz -t 1252", "~{\x80"), "80 is not valid HZ-GB-2312; check -f");
+  const ToolRun malformed = run("-f utf-8 -t utf-8 latin");
   EXPECT_EQ(malformed.status, 1);
   EXPECT_EQ(malformed.out, "caf");
   expectOneLine(malformed, "latin: byte offset 3, line 1: E9 is not valid UTF-8");
@@ -197,7 +211,7 @@ TEST_F(ToolTest, TreatsWhatCannotBeConverted) {
   };
   for (const Case& treated : cases) {
     SCOPED_TRACE(treated.arguments);
-    const Outcome outcome = run(treated.arguments, treated.input);
+    const ToolRun outcome = run(treated.arguments, treated.input);
     EXPECT_EQ(outcome.out, treated.output);
     EXPECT_EQ(outcome.status, 0);
     expectOneLine(outcome,
@@ -206,6 +220,15 @@ TEST_F(ToolTest, TreatsWhatCannotBeConverted) {
     EXPECT_EQ(run(std::string(treated.arguments) + " --strict --quiet", treated.input).status, 1);
     EXPECT_EQ(run(std::string(treated.arguments) + " --strict --quiet", treated.input).err, "");
   }
+}
+
+TEST_F(ToolTest, TheWorstOfTheInputsTellsTheStatus) {
+  EXPECT_EQ(run("-f utf-8 -t 1252 --on-error drop --strict latin utf8").status, 1);
+  EXPECT_EQ(run("-f utf-8 -t 1252 --on-error drop --strict utf8 latin").status, 1);
+  EXPECT_EQ(run("-f utf-8 -t 1252 --on-error drop --strict utf8 utf8").status, 0);
+  const ToolRun stopped = run("-f utf-8 -t 1252 utf8 latin utf8");
+  EXPECT_EQ(stopped.status, 1);
+  EXPECT_EQ(stopped.out, "caf\xE9\ncaf");
 }
 
 TEST_F(ToolTest, ReplacesFilesInPlace) {
@@ -218,7 +241,7 @@ TEST_F(ToolTest, ReplacesFilesInPlace) {
   fs::create_symlink("good", path("link"));
 
   // 98 is a control character that 737 lacks.
-  const Outcome outcome = run("-f 1253 -t 737 --in-place=.old -j 4 bad link many*");
+  const ToolRun outcome = run("-f 1253 -t 737 --in-place=.old -j 4 bad link many*");
   EXPECT_EQ(outcome.status, 1);
   expectOneLine(outcome, "bad: byte offset 0");
   EXPECT_EQ(read("bad"), "\x98\x98");
@@ -230,6 +253,20 @@ TEST_F(ToolTest, ReplacesFilesInPlace) {
   EXPECT_EQ(fs::status(path("good")).permissions(), fs::perms(0640));
   for (int i = 0; i < 20; ++i)
     EXPECT_EQ(read("many" + std::to_string(i)), std::string(100, '\xA0'));
+}
+
+// A file is replaced only when its backup is there.
+TEST_F(ToolTest, LeavesAFileAloneThatItCannotBackUp) {
+  fs::create_directory(path("latin.old"));
+  write("other", "\xE9");
+  write("other.old", "an older one");
+  const ToolRun result = run("-f 1252 -t utf-8 --in-place=.old latin other");
+  EXPECT_EQ(result.status, 2);
+  expectOneLine(result, "latin: Is a directory");
+  EXPECT_EQ(read("latin"), "caf\xE9\n");
+  EXPECT_EQ(read("other"), "é");
+  EXPECT_EQ(read("other.old"), "\xE9");
+  EXPECT_EQ(files(), "latin latin.old other other.old utf8 ");
 }
 
 TEST_F(ToolTest, WritesIntoADirectory) {
@@ -252,12 +289,23 @@ TEST_F(ToolTest, ReplacesTheOutputOnlyAtTheEnd) {
   EXPECT_EQ(files(), "latin link target utf8 ");
 
   // A signal leaves the old file and no temporary one.
-  const Outcome outcome = shell("sleep 1 | " ENCCONV_TOOL
+  const ToolRun outcome = shell("sleep 1 | " ENCCONV_TOOL
                                 " -f 1252 -t utf-8 -o target &\n"
                                 "sleep 0.3; ls | wc -l; kill -TERM $!; wait $!; echo $?");
   EXPECT_EQ(outcome.out, "5\n143\n");
   EXPECT_EQ(read("target"), "café\n");
   EXPECT_EQ(files(), "latin link target utf8 ");
+
+  // Nor does it behind more files than the signal's handler has places for.
+  for (int i = 0; i < 300; ++i) write("many" + std::to_string(i), "\xE9");
+  const ToolRun many = shell("mkfifo zzz; sleep 60 > zzz & writer=$!\n" ENCCONV_TOOL
+                             " -f 1252 -t utf-8 --output-dir into many* zzz &\n"
+                             "for try in $(seq 300); do\n"
+                             "  [ $(ls into | wc -l) = 301 ] && break; sleep 0.1\n"
+                             "done\n"
+                             "kill -TERM $!; wait $!; echo $?; kill $writer\n"
+                             "ls into | wc -l; ls into | grep zzz");
+  EXPECT_EQ(many.out, "143\n300\n");
 }
 
 TEST_F(ToolTest, ShapesMainframeText) {
@@ -288,30 +336,110 @@ TEST_F(ToolTest, ShapesMainframeText) {
   // Places are those of the input, not of the lines.
   expectOneLine(run("-f utf-8 -t 1252 --record-length 4 --trim", "A   B   \xFF"),
                 "byte offset 8, line 3");
+  // The first of them however long ago.
+  std::string records;
+  for (int i = 0; i < 1000; ++i) records += "A   ";
+  records += "\xFF   ";
+  while (records.size() < 16u << 20) records += "B   ";
+  expectOneLine(run("-f utf-8 -t 1252 --record-length 4 --trim --on-error drop", records),
+                "1 place was not convertible; the first at byte offset 4000, line 1001");
 }
 
 TEST_F(ToolTest, FindsOutEncodings) {
-  struct Case {
-    const char* sample;
-    const char* found;
-  };
-  const Case cases[] = {
-      {"emoji.1200", "UTF-16LE (code page 1200), certain"},
-      {"emoji.1201", "UTF-16BE (code page 1201), certain"},
-      {"japanese.txt", "UTF-8 (code page 65001), likely"},
-      {"record.txt", "UTF-8 (code page 65001), certain: only ASCII"},
-      {"record.37", "IBM037 (code page 37), guess"},
-  };
+  const std::string half(1u << 19, 'a');
+  std::string twoBytes = "a";  // so that the sample ends within a character
+  while (twoBytes.size() < 2u << 20) twoBytes += "é";
   const std::string data = ENCCONV_TEST_DATA "/";
-  for (const Case& sample : cases) {
-    const Outcome outcome = run("--detect " + data + sample.sample);
-    EXPECT_EQ(outcome.status, 0);
-    EXPECT_TRUE(contains(outcome.out, sample.found)) << outcome.out;
+  const struct {
+    std::string arguments, input, found;
+    int status = 0;
+    bool isGuess = false;  // by uchardet, without which the tool can be built
+  } cases[] = {
+      {data + "emoji.1200", "", "UTF-16LE (code page 1200), certain: byte order mark"},
+      {data + "emoji.1201", "", "UTF-16BE (code page 1201), certain: byte order mark"},
+      {"", std::string("\xFF\xFE\0\0a\0\0\0", 8),
+       "UTF-32LE (code page 12000), certain: byte order mark"},
+      {data + "japanese.txt", "",
+       "UTF-8 (code page 65001), likely: valid UTF-8 with characters beyond ASCII"},
+      {data + "record.txt", "", "UTF-8 (code page 65001), certain: only ASCII"},
+      {data + "record.37", "",
+       "IBM037 (code page 37), guess: letters and blanks of EBCDIC, in one of its code pages"},
+      {"", half + half, "UTF-8 (code page 65001), certain: only ASCII at the beginning"},
+      {"", twoBytes, "UTF-8 (code page 65001), likely: valid UTF-8 with characters beyond ASCII"},
+      {"", "a\x01", "UTF-8 (code page 65001), guess: only ASCII, but with control characters"},
+      {"", std::string("a\0b\0", 4), "UTF-16LE (code page 1200), likely: zero bytes of UTF-16"},
+      {"", std::string("\0a\0b", 4), "UTF-16BE (code page 1201), likely: zero bytes of UTF-16"},
+      // A blank of ASCII among the letters of EBCDIC.
+      {"", "\x83\x81\x86\x40\x83\x81\x20", "unknown: ", 1},
+      {"missing", "", "", 2},
+      {data + "mail.50220", "",
+       "ISO-2022-JP (code page 50220), guess: by the statistics of the bytes", 0, true},
+      {data + "chinese-simplified.936", "",
+       "GBK (code page 936), guess: by the statistics of the bytes", 0, true},
+      {"", readFile(data + "mail.50220") + "\xA0",
+       "ISO-2022-JP (code page 50220), guess: by the statistics of the bytes, but 1 place does not "
+       "fit",
+       0, true},
+  };
+  const bool canGuess =
+      !contains(run("--detect", "\x81").out, "built without uchardet, which could guess");
+  for (const auto& c : cases) {
+    if (c.isGuess && !canGuess) continue;
+    SCOPED_TRACE(c.arguments + " " + c.found);
+    const ToolRun result = run("--detect " + c.arguments, c.input);
+    EXPECT_EQ(result.status, c.status);
+    const std::string label = c.arguments.empty() ? "standard input" : c.arguments;
+    const std::string line = c.status == 2 ? "" : label + ": " + c.found;
+    EXPECT_TRUE(c.status == 0 ? result.out == line + "\n" : result.out.starts_with(line))
+        << result.out;
   }
-  EXPECT_TRUE(contains(run("--detect", std::string("a\0b\0", 4)).out, "UTF-16LE"));
   EXPECT_FALSE(contains(run("--detect", "caf\xC3").out, "UTF-8 ("));
-  EXPECT_EQ(run("-f auto -t utf-8 " + data + "emoji.1201").out,
-            run("-f auto -t utf-8 " + data + "emoji.txt").out);
+  // Several files, of which the worst tells the status.
+  const ToolRun several = run("--detect missing utf8");
+  EXPECT_EQ(several.status, 2);
+  EXPECT_TRUE(several.out.starts_with("utf8: UTF-8")) << several.out;
+}
+
+TEST_F(ToolTest, ConvertsFromTheEncodingThatItFindsOut) {
+  // Longer than the sample that is looked at.
+  std::string large, utf16 = "\xFF\xFE";
+  while (large.size() < 3u << 20) {
+    large += "a\U0001F600";
+    utf16 += std::string("a\0\x3D\xD8\x00\xDE", 6);
+  }
+  write("large", utf16);
+  write("empty", "");
+  for (const std::string name : {"1200", "1201", "txt"}) {
+    fs::copy(ENCCONV_TEST_DATA "/emoji." + name, path("emoji." + name));
+  }
+  const std::string emoji = read("emoji.txt");
+  const struct {
+    const char* arguments;
+    std::string output;
+  } cases[] = {
+      {"-f auto -t utf-8 emoji.1200", emoji},
+      {"-f auto -t utf-8 < emoji.1201", emoji},
+      {"-f auto -t utf-8 emoji.1201 emoji.txt emoji.1200", emoji + emoji + emoji},
+      {"-f auto -t utf-8 large", large},
+      {"-f auto -t utf-8 empty", ""},
+      {"-f auto -t 37 --ebcdic-newline lf utf8 --on-error drop", "\x83\x81\x86\x51\x15"},
+  };
+  for (const auto& found : cases) {
+    SCOPED_TRACE(found.arguments);
+    const ToolRun result = run(found.arguments);
+    EXPECT_EQ(result.status, 0) << result.err;
+    EXPECT_TRUE(result.out == found.output);
+  }
+  EXPECT_TRUE(contains(run("-v -f auto -t utf-8 emoji.1201").err,
+                       "emoji.1201: read as UTF-16BE (code page 1201): byte order mark\n"));
+
+  // What cannot be told is left alone, and the others are converted.
+  write("noise", "\x81");
+  const ToolRun unknown = run("-f auto -t utf-16le --in-place noise utf8");
+  EXPECT_EQ(unknown.status, 1);
+  expectOneLine(unknown, "noise: cannot find out the encoding: ");
+  EXPECT_EQ(read("noise"), "\x81");
+  EXPECT_EQ(read("utf8"), std::string("c\0a\0f\0\xE9\0\n\0", 10));
 }
 
 TEST_F(ToolTest, ShowsChartsAndLists) {
@@ -319,13 +447,23 @@ TEST_F(ToolTest, ShowsChartsAndLists) {
   EXPECT_TRUE(contains(chart, "8_  €    HOP  ‚ ")) << chart;
   EXPECT_TRUE(contains(run("--chart 932").out, "FB F_  靍   靏 "));
   EXPECT_TRUE(contains(run("--chart 932").out, "U+00A5 ¥ as 5C"));
-  EXPECT_TRUE(contains(run("--chart gsm").out, "1B 6_                           €\n"));
-  EXPECT_EQ(run("--chart 1252 --html page").status, 0);
-  EXPECT_TRUE(contains(read("page"), "<td class=c><u>80</u><b>€</b><s>20AC</s>"));
+  const std::string gsm = run("--chart gsm").out;
+  EXPECT_TRUE(contains(gsm, "1B 6_                           €\n"));
+  EXPECT_TRUE(contains(gsm, "0_  @    £ "));
+  EXPECT_FALSE(contains(gsm, "Written, but read as something else"));
+  EXPECT_EQ(run("--chart 932 --html page").status, 0);
+  EXPECT_EQ(run("--chart 10004 --html arabic").status, 0);
+  const std::string page = read("page") + read("arabic");
+  for (const char* cell :
+       {"<td class=c><u>82A0</u><b>あ</b><s>3042</s>", "<td class=p><u>F040</u><em>PU</em>",
+        "<td class=c><u>3C</u><b>&lt;</b>", "<td class=r><u>A0</u><em>SP</em><s>0020</s>",
+        "<li><b>¥</b> U+<s>00A5</s> as <u>5C</u>"}) {
+    EXPECT_TRUE(contains(page, cell)) << cell;
+  }
   EXPECT_TRUE(contains(run("--list cyrillic").out, "1251"));
   EXPECT_TRUE(run("--list koi8 --json").out.starts_with("["));
   EXPECT_TRUE(contains(run("--list hz").out, "RFC 1843"));
-  const Outcome none = run("--list klingon");
+  const ToolRun none = run("--list klingon");
   EXPECT_EQ(none.status, 1);
   expectOneLine(none, "'klingon'");
 }

@@ -40,6 +40,7 @@ FileConversion::FileConversion(const Options& options, Console& console)
   m_settings.to = options.toCodePage;
   m_settings.pdfPassthrough = options.pdfPassthrough;
   m_settings.drain = this;
+  if (options.recordLength != 0) m_settings.errorHandler = this;
   m_mapsOutput = m_afterWriting != mapAfterWriting(options.toCodePage, EbcdicNewline::kKeep);
 }
 
@@ -56,6 +57,7 @@ bool FileConversion::checkSettings() {
 bool FileConversion::prepare(int fromCodePage, bool withMark) {
   m_settings.from = fromCodePage;
   m_settings.writeMark = withMark && m_options.writeMark;
+  m_firstError = UINT64_MAX;
   const StreamStatus status = m_stream.begin(m_settings);
   if (status != StreamStatus::kGood) {
     m_console.report(describeStatus(status, m_settings));
@@ -138,6 +140,13 @@ bool FileConversion::onStreamOutput(DataBuffer& out) {
   return written;
 }
 
+// At once, while it is still known which record the place is in.
+void FileConversion::onStreamError(const StreamError& error) {
+  if (error.offset >= m_firstError) return;
+  m_firstError = error.offset;
+  m_firstOffset = m_records->inputOffset(error.offset);
+}
+
 // The stream goes its own, faster ways through the engine. What the engine says is what it does
 // when it is given the text at once.
 void FileConversion::showEngineLog(std::span<const unsigned char> piece) {
@@ -180,7 +189,7 @@ ConversionResult FileConversion::pump(InputFile& input, OutputFile& output, bool
 
 StreamError FileConversion::firstError() const {
   StreamError error = m_stream.firstError();
-  if (m_records != nullptr) error.offset = m_records->inputOffset(error.offset);
+  if (m_records != nullptr) error.offset = m_firstOffset;
   return error;
 }
 

@@ -23,7 +23,7 @@ struct ConversionResult {
 
 // The way of the bytes: input, EBCDIC line ends, records, stream, EBCDIC line ends, output. An
 // object serves any number of files, one after the other; each thread has its own.
-class FileConversion : private StreamDrain {
+class FileConversion : private StreamDrain, private StreamErrorHandler {
  public:
   // Both must outlive the object.
   FileConversion(const Options& options, Console& console);
@@ -41,6 +41,7 @@ class FileConversion : private StreamDrain {
   ConversionResult pump(InputFile& input, OutputFile& output, bool isWhole);
   StreamStatus convertPiece(std::span<const unsigned char> piece, bool isLast);
   bool onStreamOutput(DataBuffer& out) override;
+  void onStreamError(const StreamError& error) override;
   void showEngineLog(std::span<const unsigned char> piece);
   ConversionResult conclude(const InputFile& input, StreamStatus status);
   StreamError firstError() const;
@@ -53,6 +54,8 @@ class FileConversion : private StreamDrain {
   DataBuffer m_converted;
   OutputFile* m_output = nullptr;           // of the conversion under way
   std::unique_ptr<RecordFilter> m_records;  // null without --record-length
+  std::uint64_t m_firstError = 0;           // with records: where the first error is in the lines,
+  std::uint64_t m_firstOffset = 0;          // and where in the input
   ByteMap m_beforeReading = {};
   ByteMap m_afterWriting = {};
   bool m_mapsInput = false;

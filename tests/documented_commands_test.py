@@ -1,0 +1,174 @@
+#!/usr/bin/env python3
+"""Runs every command of README.md and docs/guide.md on sample files and looks at what it made.
+
+documented_commands_test.py TOOL: a command is a line of an indented or fenced block, or a piece of
+code in a sentence, that begins with "encconv ". The files that it names are made for it, in the
+encoding that it says they are in; what it writes must be the same text in the other encoding.
+"""
+import os
+import pathlib
+import re
+import shlex
+import subprocess
+import sys
+import tempfile
+
+PROJECT = pathlib.Path(__file__).resolve().parent.parent
+DATA = PROJECT / "tests" / "data"
+
+# What the blocks hold besides commands of the tool, by how it begins.
+INSTALLS = ("scripts/", "cmake ", "sudo ", "(cd build/")  # needs a network, or other rights
+NOT_COMMANDS = ("#include ", "encconv::", "encconv: ", "(code page ")
+
+
+def sample(name):
+    return (DATA / name).read_bytes()
+
+
+def text(name):
+    return sample(name + ".txt").decode()
+
+
+def in_records(ebcdic, length):
+    return b"".join(line.ljust(length, b"\x40") for line in ebcdic.split(b"\x15")[:-1])
+
+
+WESTERN = text("french")
+# For the values of -f and -t: what the named files hold, and what comes out.
+CONVERSIONS = {
+    ("auto", "utf-8"): (sample("emoji.1201"), text("emoji").encode()),
+    ("shift_jis", "utf-8"): (sample("japanese.932"), text("japanese").encode()),
+    ("iso-2022-jp", "utf-8"): (sample("mail.50220"), text("mail").encode()),
+    ("iso-2022-kr", "utf-8"): (text("korean").encode("iso2022_kr"), text("korean").encode()),
+    ("hz-gb-2312", "utf-8"): (text("chinese-simplified").encode("hz"),
+                              text("chinese-simplified").encode()),
+    ("utf-7", "utf-8"): (sample("header.65000"), text("header").encode()),
+    ("1252", "utf-8"): (sample("french.1252"), WESTERN.encode()),
+    ("850", "utf-8"): (text("german").encode("cp850", "ignore"),
+                       text("german").encode("cp850", "ignore").decode("cp850").encode()),
+    ("1251", "utf-8"): (sample("russian.1251"), text("russian").encode()),
+    ("utf-16", "utf-8"): (WESTERN.encode("utf-16"), WESTERN.encode()),
+    ("ibm037", "utf-8"): (sample("record.37"), text("record").encode()),
+    ("ibm1047", "utf-8"): (in_records(sample("listing.1047"), 80), text("listing").encode()),
+    ("gsm", "utf-8"): (sample("sms.55000"), text("sms").encode()),
+    ("utf-8", "gsm"): (sample("sms.txt"), sample("sms.55000")),
+    ("utf-8", "ibm1140"): (sample("invoice.txt"), sample("invoice.1140")),
+    ("utf-8", "utf-16le"): (WESTERN.encode(), b"\xff\xfe" + WESTERN.encode("utf-16-le")),
+    ("utf-8", "windows-1252"): (WESTERN.encode() + "\u4e00".encode(),
+                                sample("french.1252") + b"&#x4E00;"),
+    ("utf-8", "utf-8"): (WESTERN.encode(), None),  # to nowhere
+}
+
+
+def blocks_and_code(document):
+    """The lines of the blocks, with their comments, and the code in sentences."""
+    is_fenced = False
+    before = ""
+    for line in (PROJECT / document).read_text().splitlines():
+        if line.startswith("```"):
+            is_fenced = not is_fenced
+        elif is_fenced or (line.startswith("    ") and (not before or before.startswith("    "))):
+            yield line.strip()
+        else:
+            for code in re.findall(r"`(encconv [^`]*)`", line):
+                yield code
+        before = line
+
+
+def commands():
+    found = []
+    for document in ("README.md", "docs/guide.md"):
+        of_document = [line for line in blocks_and_code(document)
+                       if line and not line.startswith(INSTALLS + NOT_COMMANDS)]
+        assert len(of_document) > 5, document
+        found += [(document, line) for line in of_document]
+    return found
+
+
+def option(words, *names):
+    """The value of an option, "" when it has none or is not there."""
+    for word, following in zip(words, words[1:] + [""]):
+        if word in names:
+            return following
+        if "=" in word and word.split("=")[0] in names:
+            return word.split("=")[1]
+    return ""
+
+
+def check(command, folder, environment):
+    """What is wrong with a command, as a line; nothing when all is well."""
+    words = shlex.split(command, comments=True)
+    if words[0] != "encconv":
+        return "no command of the tool, and not listed as anything else"
+    conversion = (option(words, "-f"), option(words, "-t"))
+    taken = {option(words, name) for name in ("-o", "--output", "--html", "--list", "--chart",
+                                              "-f", "-t", "-j", "--ebcdic-newline", "--on-error",
+                                              "--record-length")}
+    names = [word for word in words[1:] if not word.startswith("-") and word not in taken]
+    names = [name for name in names if name != "<"]
+    source, expected = b"caf\xc3\xa9\n", None
+    if any(conversion):
+        if conversion not in CONVERSIONS:
+            return f"CONVERSIONS has no sample from {conversion[0]} to {conversion[1]}"
+        source, expected = CONVERSIONS[conversion]
+    inputs = [folder / name.replace("*", stem) for name in names for stem in ("one", "two")]
+    for path in inputs:
+        path.write_bytes(source)
+
+    run = subprocess.run(["bash", "-c", command], cwd=folder, env=environment, capture_output=True,
+                         stdin=subprocess.DEVNULL, timeout=60, check=False)
+    complaint = run.stderr.decode(errors="replace")
+    if run.returncode != 0:
+        return f"status {run.returncode}: {complaint}"
+    if complaint and "--on-error" not in words:
+        return complaint
+    in_place = [word for word in words if word.startswith("--in-place")]
+    output = option(words, "-o", "--html")
+    if in_place:
+        kept = option(words, "--in-place")
+        for path in inputs:
+            if path.read_bytes() != expected or path.with_name(path.name + kept).read_bytes() != source:
+                return f"{path.name} was not replaced, or not kept"
+    elif expected is not None:
+        written = (folder / output).read_bytes() if output else run.stdout
+        if written != expected:
+            return f"wrote {written[:200]!r}"
+    elif output and output != "/dev/null":
+        return "" if (folder / output).read_bytes().startswith(b"<!DOCTYPE html>") else "no page"
+    elif bool(run.stdout) != (output != "/dev/null"):
+        return f"wrote {run.stdout[:200]!r}"
+    return ""
+
+
+def check_message(environment, folder):
+    """The message that the guide shows is the one that the tool gives."""
+    shown = re.search(r"    (encconv: letter\.txt: byte offset (\d+), line (\d+): .*)\n    (.*)\n",
+                      (PROJECT / "docs/guide.md").read_text())
+    offset, line = int(shown[2]), int(shown[3])
+    letter = "\n" * (line - 1) + "x" * (offset - line + 1) + "\u4e00"
+    (folder / "letter.txt").write_text(letter, encoding="utf-8")
+    run = subprocess.run(["encconv", "-f", "utf-8", "-t", "windows-1252", "letter.txt"], cwd=folder,
+                         env=environment, capture_output=True, check=False)
+    said = run.stderr.decode()
+    return "" if said == shown[1] + " " + shown[4] + "\n" else f"the tool says: {said}"
+
+
+def main():
+    tool = pathlib.Path(sys.argv[1]).resolve()
+    environment = dict(os.environ, PATH=f"{tool.parent}:{os.environ['PATH']}", LC_ALL="C")
+    failures = 0
+    for document, command in commands() + [("docs/guide.md", None)]:
+        with tempfile.TemporaryDirectory(prefix="encconv_test_") as name:
+            folder = pathlib.Path(name)
+            wrong = (check_message(environment, folder) if command is None
+                     else check(command, folder, environment))
+        if wrong:
+            failures += 1
+            print(f"{document}: {command or 'the message'}\n    {wrong}")
+        else:
+            print(f"{document}: {command or 'the message'}: good")
+    return 1 if failures else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
