@@ -94,8 +94,8 @@ class CodecStage final : public SourceStage {
       state.replaced = false;
       m_codec.read(m_data + m_walk.offset, ++length, true, state, m_scratch, nullptr);
       const bool isMark = state.replaced && m_scratch.getSize() == 2;
-      isUnit = !isMark && m_scratch.getSize() >= 2 &&
-               std::equal(unit, unit + 2, m_scratch.getData2());
+      isUnit =
+          !isMark && m_scratch.getSize() >= 2 && std::equal(unit, unit + 2, m_scratch.getData2());
     }
     return {m_walk.offset, length};
   }

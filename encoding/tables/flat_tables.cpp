@@ -10,7 +10,6 @@
 namespace fast {
 namespace {
 
-
 struct FlatSlots {
   std::atomic<const SingleByteDecoder*> singleDecoder;
   std::atomic<const DoubleByteDecoder*> doubleDecoder;
