@@ -94,6 +94,31 @@ bool stream(std::string_view input, Push push, Finish finish, Take take) {
   return ok;
 }
 
+Convert openInto(const Task& task) {
+  const std::size_t capacity =
+      encconv::max_output_size(task.longest, task.from.codePage, task.to.codePage);
+  return [task, options = optionsOf(task), room = std::string(capacity, '\0')](
+             std::string_view input, std::string* copy) mutable {
+    const encconv::IntoResult result = encconv::convert_into(
+        input, task.from.codePage, task.to.codePage, room.data(), room.size(), options);
+    if (copy != nullptr) copy->append(room, 0, result.size);
+    return result.status == encconv::Status::ok;
+  };
+}
+
+Convert openStreamAgain(const Task& task) {
+  return [task, options = optionsOf(task), output = std::string(),
+          converter =
+              std::make_shared<encconv::StreamConverter>(task.from.codePage, task.to.codePage)](
+             std::string_view input, std::string* copy) mutable {
+    output.clear();
+    bool ok = converter->begin(task.from.codePage, task.to.codePage, options);
+    ok = ok && converter->push(input, output) && converter->finish(output);
+    if (copy != nullptr) copy->append(output);
+    return ok;
+  };
+}
+
 Convert openStream(const Task& task) {
   return [task, options = optionsOf(task), output = std::string()](std::string_view input,
                                                                    std::string* copy) mutable {
@@ -119,6 +144,20 @@ Convert openC(const Task& task) {
                         task.treatment.c_str(), &output, &size, nullptr);
     if (copy != nullptr) copy->append(reinterpret_cast<const char*>(output), size);
     encconv_free(output);
+    return status == ENCCONV_OK;
+  };
+}
+
+Convert openCInto(const Task& task) {
+  const std::size_t capacity =
+      encconv_max_output_size(task.longest, task.from.codePage, task.to.codePage);
+  return [task, room = std::string(capacity, '\0')](std::string_view input,
+                                                    std::string* copy) mutable {
+    std::size_t size = 0;
+    const encconv_status status =
+        encconv_convert_into(task.from.codePage, task.to.codePage, input.data(), input.size(),
+                             task.treatment.c_str(), room.data(), room.size(), &size, nullptr);
+    if (copy != nullptr) copy->append(room, 0, size);
     return status == ENCCONV_OK;
   };
 }
@@ -159,7 +198,10 @@ constexpr Entry kEntries[] = {
     {"convert", kTexts | kLarge | kFirst, openConvert},
     {"names", kShort, openConvertByNames},
     {.name = "stream", .modes = kTexts | kLarge, .open = openStream, .holdsOutput = false},
+    {"again", kShort, openStreamAgain},
+    {"into", kTexts, openInto},
     {"C", kTexts, openC},
+    {"C into", kTexts, openCInto},
     {.name = "C stream", .modes = kTexts, .open = openCStream, .holdsOutput = false},
     {"drop", kBad, openConvert, "drop"},
     {"substitute", kBad, openConvert, "substitute"},

@@ -1,17 +1,31 @@
 // The C++ interface, over the stream of the engine.
 #include "encconv/encconv.h"
 
+#include <algorithm>
+#include <cstring>
 #include <new>
 #include <utility>
 
+#include "encoding/plan.h"
 #include "encoding/special_code_pages.h"
 #include "encoding/stream/stream_converter.h"
+#include "interface/outputs.h"
 #include "support/zv_base.h"
 
 namespace encconv {
 namespace {
 
-StreamSettings settingsOf(const Encoding& from, const Encoding& to, const Options& options) {
+constexpr bool areEqual(OnError error, StreamTreatment treatment) {
+  return static_cast<int>(error) == static_cast<int>(treatment);
+}
+static_assert(areEqual(OnError::stop, StreamTreatment::kStop) &&
+              areEqual(OnError::drop, StreamTreatment::kDrop) &&
+              areEqual(OnError::substitute, StreamTreatment::kSubstitute) &&
+              areEqual(OnError::hex, StreamTreatment::kHex) &&
+              areEqual(OnError::alternate, StreamTreatment::kAlternate) &&
+              areEqual(OnError::raw, StreamTreatment::kRaw));
+
+StreamSettings settingsOf(Encoding from, Encoding to, const Options& options) {
   StreamSettings settings;
   settings.from = from.code_page();
   settings.to = to.code_page();
@@ -42,6 +56,7 @@ Status statusOf(StreamStatus status) {
     case StreamStatus::kMisuse:
       return Status::misuse;
     case StreamStatus::kDrainFailed:
+      return Status::output_full;
     case StreamStatus::kNoMemory:
       break;
   }
@@ -57,49 +72,60 @@ Problem problemOf(const StreamError& error) {
           std::string(reinterpret_cast<const char*>(error.bytes), error.byteCount)};
 }
 
-// Output goes to a string of any size.
-class StringDrain : public StreamDrain {
- public:
-  explicit StringDrain(std::string& text) : m_text(text) {}
-  bool onStreamOutput(DataBuffer& out) override {
-    try {
-      m_text.append(reinterpret_cast<const char*>(out.getData2()), out.getSize());
-    } catch (const std::bad_alloc&) {
-      return false;
-    }
-    out.clear();
-    return true;
-  }
-
- private:
-  std::string& m_text;
-};
-
-// Begins a stream. Two names that are not known are no pair of equal encodings.
+// Begins a stream. Two encodings that are not known are no pair of equal ones.
 StreamStatus begin(::StreamConverter& stream, const StreamSettings& settings) {
   if (!isStreamCodePage(settings.from)) return StreamStatus::kNoDecoder;
   if (!isStreamCodePage(settings.to)) return StreamStatus::kNoEncoder;
   return stream.begin(settings);
 }
 
-// Streams pieces, one after another, into one result.
-Result convertPieces(std::initializer_list<std::string_view> pieces, StreamSettings settings) {
-  Result result;
-  StringDrain drain(result.text);
-  settings.drain = &drain;
+// Whether the options ask for nothing of a text that is clean, and are no mistake in themselves.
+bool areForProblems(const Options& options) {
+  return !options.byte_order_mark && !options.pdf_passthrough && !options.substitute &&
+         options.on_error != OnError::alternate;
+}
+
+// Streams pieces, one after another, to an output.
+template <typename Outcome, typename Out>
+void convertPieces(std::initializer_list<std::string_view> pieces, const StreamSettings& settings,
+                   Out& out, Outcome& outcome) {
   ::StreamConverter stream;
-  DataBuffer out;
   StreamStatus status = begin(stream, settings);
   for (const std::string_view piece : pieces) {
     if (status != StreamStatus::kGood) break;
     status = stream.push(reinterpret_cast<const unsigned char*>(piece.data()), piece.size(), out);
   }
   if (status == StreamStatus::kGood) status = stream.finish(out);
-  if (!drain.onStreamOutput(out)) status = StreamStatus::kNoMemory;
-  result.status = statusOf(status);
-  result.problem_count = stream.errorCount();
-  if (result.problem_count != 0) result.first_problem = problemOf(stream.firstError());
+  if (!out.flush() && status == StreamStatus::kGood) {
+    status = out.isFull ? StreamStatus::kDrainFailed : StreamStatus::kNoMemory;
+  }
+  outcome.status = statusOf(status);
+  outcome.problem_count = stream.errorCount();
+  if (outcome.problem_count != 0) outcome.first_problem = problemOf(stream.firstError());
+}
+
+template <typename Text>
+BasicResult<Text> convertPieces(std::initializer_list<std::string_view> pieces,
+                                const StreamSettings& settings) {
+  BasicResult<Text> result;
+  TextOutput<Text> out(result.text);
+  convertPieces(pieces, settings, out, result);
   return result;
+}
+
+// The text of a conversion, or of the part of it that came before an error.
+template <typename Text>
+BasicResult<Text> convertText(std::string_view bytes, int from, int to, const Options& options) {
+  using Unit = typename Text::value_type;
+  if (areForProblems(options)) {
+    alignas(16) unsigned char text[fast::kShortOutput];
+    const unsigned char* const end = fast::convertShort(from, to, bytes.data(), bytes.size(), text);
+    if (end != nullptr) {
+      const auto count = static_cast<std::size_t>(end - text) / sizeof(Unit);
+      return {Text(reinterpret_cast<const Unit*>(text), count), Status::ok, 0, std::nullopt};
+    }
+  }
+  return convertPieces<Text>({bytes}, settingsOf(from, to, options));
 }
 
 int hostUtf16() { return zvIsBigEndian() ? kUtf16Be : kUtf16Le; }
@@ -155,6 +181,8 @@ std::string_view describe(Status status) {
       return "the substitute is not valid UTF-8 or not in the target encoding";
     case Status::out_of_memory:
       return "out of memory";
+    case Status::output_full:
+      return "the output does not fit into its place";
     case Status::misuse:
       break;
   }
@@ -162,7 +190,32 @@ std::string_view describe(Status status) {
 }
 
 Result convert(std::string_view bytes, Encoding from, Encoding to, const Options& options) {
-  return convertPieces({bytes}, settingsOf(from, to, options));
+  return convertText<std::string>(bytes, from.code_page(), to.code_page(), options);
+}
+
+IntoResult convert_into(std::string_view bytes, Encoding from, Encoding to, char* output,
+                        std::size_t capacity, const Options& options) {
+  IntoResult result;
+  if (areForProblems(options)) {
+    unsigned char text[fast::kShortOutput];
+    const unsigned char* const end =
+        fast::convertShort(from.code_page(), to.code_page(), bytes.data(), bytes.size(), text);
+    if (end != nullptr && static_cast<std::size_t>(end - text) <= capacity) {
+      result.size = static_cast<std::size_t>(end - text);
+      std::memcpy(output, text, result.size);
+      return result;
+    }
+  }
+  auto* const begin = reinterpret_cast<unsigned char*>(output);
+  SpanOutput out(begin, capacity);
+  convertPieces({bytes}, settingsOf(from, to, options), out, result);
+  result.size = static_cast<std::size_t>(out.written() - begin);
+  return result;
+}
+
+std::size_t max_output_size(std::size_t size, Encoding from, Encoding to) {
+  const std::uint64_t most = fast::maxOutputSize(size, from.code_page(), to.code_page());
+  return static_cast<std::size_t>(std::min<std::uint64_t>(most, SIZE_MAX));
 }
 
 Result to_utf8(std::string_view bytes, Encoding from, const Options& options) {
@@ -181,26 +234,28 @@ Result from_utf8(std::string_view text, Encoding to, const Options& options) {
 }
 
 Utf16Result to_utf16(std::string_view bytes, Encoding from, const Options& options) {
-  const Result result = convert(bytes, from, hostUtf16(), options);
-  std::size_t begin = 0;
+  Utf16Result result = convertText<std::u16string>(bytes, from.code_page(), hostUtf16(), options);
   const bool isCopy = from.code_page() == hostUtf16() && !options.byte_order_mark;
-  const std::string_view mark = markOf(*findEncodingRow(hostUtf16()));
-  if (isCopy && result.text.starts_with(mark)) begin = mark.size();
-  Utf16Result units;
-  units.text.resize((result.text.size() - begin) / 2);
-  result.text.copy(reinterpret_cast<char*>(units.text.data()), units.text.size() * 2, begin);
-  units.status = result.status;
-  units.problem_count = result.problem_count;
-  units.first_problem = result.first_problem;
-  return units;
+  if (isCopy && !result.text.empty() && result.text.front() == u'\uFEFF') result.text.erase(0, 1);
+  return result;
 }
 
 Result from_utf16(std::u16string_view text, Encoding to, const Options& options) {
   const std::string_view bytes(reinterpret_cast<const char*>(text.data()), text.size() * 2);
-  // A mark of our own in front, so that no unit of the text is taken for one.
-  const std::string_view mark = markOf(*findEncodingRow(hostUtf16()));
+  const bool mayBeginOtherwise =
+      options.pdf_passthrough || text.starts_with(u'\xFEFF') || text.starts_with(u'\xFFFE');
+  if (!mayBeginOtherwise) {
+    Result result = convertText<std::string>(bytes, hostUtf16(), to.code_page(), options);
+    if (result.first_problem) {
+      result.first_problem->offset /= 2;
+      result.first_problem->length /= 2;
+    }
+    return result;
+  }
+  // A mark of our own in front, so that no units of the text are taken for one, or for PDF.
+  const std::string_view mark = zvIsBigEndian() ? "\xFE\xFF" : "\xFF\xFE";
   const bool isCopy = to.code_page() == hostUtf16();
-  Result result = convertPieces({mark, bytes}, settingsOf(hostUtf16(), to, options));
+  Result result = convertPieces<std::string>({mark, bytes}, settingsOf(hostUtf16(), to, options));
   if (isCopy && !options.byte_order_mark) result.text.erase(0, mark.size());
   if (result.first_problem) {
     result.first_problem->offset = (result.first_problem->offset - mark.size()) / 2;
@@ -216,56 +271,52 @@ struct StreamConverter::State : StreamErrorHandler {
     if (handler) handler(problemOf(error));
   }
 
+  // Hands over what a call wrote, and settles how that left things.
+  bool end(StreamStatus ended, TextOutput<std::string>& out) {
+    const bool isWritten = out.flush();
+    status = ended == StreamStatus::kGood && !isWritten ? Status::out_of_memory : statusOf(ended);
+    return status == Status::ok;
+  }
+
   ::StreamConverter stream;
-  DataBuffer out;
   std::function<void(const Problem&)> handler;
   Status status = Status::ok;
 };
 
 StreamConverter::StreamConverter(Encoding from, Encoding to, const Options& options)
     : m_state(std::make_unique<State>()) {
-  StreamSettings settings = settingsOf(from, to, options);
-  settings.errorHandler = m_state.get();
-  m_state->status = statusOf(begin(m_state->stream, settings));
+  begin(from, to, options);
 }
 
 StreamConverter::~StreamConverter() = default;
 StreamConverter::StreamConverter(StreamConverter&&) noexcept = default;
 StreamConverter& StreamConverter::operator=(StreamConverter&&) noexcept = default;
 
+bool StreamConverter::begin(Encoding from, Encoding to, const Options& options) {
+  if (m_state == nullptr) m_state = std::make_unique<State>();
+  StreamSettings settings = settingsOf(from, to, options);
+  if (m_state->handler) settings.errorHandler = m_state.get();
+  m_state->status = statusOf(encconv::begin(m_state->stream, settings));
+  return m_state->status == Status::ok;
+}
+
 void StreamConverter::on_problem(std::function<void(const Problem&)> handler) {
-  if (m_state != nullptr) m_state->handler = std::move(handler);
+  if (m_state == nullptr) return;
+  m_state->handler = std::move(handler);
+  m_state->stream.setErrorHandler(m_state->handler ? m_state.get() : nullptr);
 }
-
-namespace {
-
-// Moves what the stream has written to the caller's string.
-void moveOutput(DataBuffer& out, std::string& output) {
-  output.append(reinterpret_cast<const char*>(out.getData2()), out.getSize());
-  out.clear();
-}
-
-}  // namespace
 
 bool StreamConverter::push(std::string_view piece, std::string& output) {
-  if (m_state == nullptr) return false;
-  // A part at a time, so that the buffer between the two stays small.
-  constexpr std::size_t kPart = 1 << 20;
-  do {
-    const std::string_view part = piece.substr(0, kPart);
-    piece.remove_prefix(part.size());
-    m_state->status = statusOf(m_state->stream.push(
-        reinterpret_cast<const unsigned char*>(part.data()), part.size(), m_state->out));
-    moveOutput(m_state->out, output);
-  } while (m_state->status == Status::ok && !piece.empty());
-  return m_state->status == Status::ok;
+  if (m_state == nullptr || m_state->status != Status::ok) return false;
+  TextOutput<std::string> out(output);
+  const auto* const data = reinterpret_cast<const unsigned char*>(piece.data());
+  return m_state->end(m_state->stream.push(data, piece.size(), out), out);
 }
 
 bool StreamConverter::finish(std::string& output) {
-  if (m_state == nullptr) return false;
-  m_state->status = statusOf(m_state->stream.finish(m_state->out));
-  moveOutput(m_state->out, output);
-  return m_state->status == Status::ok;
+  if (m_state == nullptr || m_state->status != Status::ok) return false;
+  TextOutput<std::string> out(output);
+  return m_state->end(m_state->stream.finish(out), out);
 }
 
 Status StreamConverter::status() const {

@@ -3,15 +3,19 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <iterator>
 #include <new>
 #include <string_view>
 
 #include "encconv/encconv.h"
+#include "encoding/plan.h"
 #include "encoding/stream/stream_converter.h"
+#include "interface/outputs.h"
 
 struct encconv_stream {
   StreamConverter stream;
   DataBuffer out;
+  encconv_status status = ENCCONV_OK;
 };
 
 namespace {
@@ -35,6 +39,7 @@ encconv_status statusOf(StreamStatus status) {
     case StreamStatus::kMisuse:
       return ENCCONV_MISUSE;
     case StreamStatus::kDrainFailed:
+      return ENCCONV_OUTPUT_FULL;
     case StreamStatus::kNoMemory:
       break;
   }
@@ -52,15 +57,16 @@ void fillProblem(const StreamError& error, encconv_problem& problem) {
   std::copy(std::begin(error.bytes), std::end(error.bytes), problem.bytes);
 }
 
-encconv_status begin(StreamConverter& stream, int from, int to, const char* treatment,
-                     StreamDrain* drain) {
+std::string_view treatmentOf(const char* text) {
+  return text == nullptr ? std::string_view("stop") : text;
+}
+
+encconv_status begin(StreamConverter& stream, int from, int to, const char* treatment) {
   try {
     StreamSettings settings;
     settings.from = from;
     settings.to = to;
-    settings.drain = drain;
-    const std::string_view text = treatment == nullptr ? "stop" : treatment;
-    if (!parseStreamTreatment(text, settings)) return ENCCONV_INVALID_TREATMENT;
+    if (!parseStreamTreatment(treatmentOf(treatment), settings)) return ENCCONV_INVALID_TREATMENT;
     if (!isStreamCodePage(from)) return ENCCONV_UNKNOWN_SOURCE;
     if (!isStreamCodePage(to)) return ENCCONV_UNKNOWN_TARGET;
     return statusOf(stream.begin(settings));
@@ -69,37 +75,34 @@ encconv_status begin(StreamConverter& stream, int from, int to, const char* trea
   }
 }
 
-// Output goes to a block from malloc, of any size.
-class BlockDrain : public StreamDrain {
- public:
-  ~BlockDrain() override { std::free(m_block); }
-
-  bool onStreamOutput(DataBuffer& out) override {
-    if (out.getSize() > m_capacity - m_size) {
-      const std::size_t capacity = std::max(m_capacity * 2, m_size + out.getSize());
-      void* block = std::realloc(m_block, capacity);
-      if (block == nullptr) return false;
-      m_block = static_cast<unsigned char*>(block);
-      m_capacity = capacity;
-    }
-    std::copy_n(out.getData2(), out.getSize(), m_block + m_size);
-    m_size += out.getSize();
-    out.clear();
-    return true;
+// Converts to any place.
+template <typename Out>
+encconv_status convert(int from, int to, const void* data, std::size_t size, const char* treatment,
+                       Out& out, encconv_problem* firstProblem) {
+  const std::string_view text = treatmentOf(treatment);
+  if (text == "stop" || text == "drop") {
+    unsigned char written[fast::kShortOutput];
+    const unsigned char* const end =
+        fast::convertShort(from, to, static_cast<const char*>(data), size, written);
+    const bool isConverted =
+        end != nullptr && out.append(written, static_cast<std::size_t>(end - written));
+    if (isConverted && out.flush()) return ENCCONV_OK;
+    if (end != nullptr) return out.isFull ? ENCCONV_OUTPUT_FULL : ENCCONV_OUT_OF_MEMORY;
   }
-
-  unsigned char* release(std::size_t& size) {
-    unsigned char* block = m_block;
-    size = m_size;
-    m_block = nullptr;
-    return block;
+  StreamConverter stream;
+  encconv_status status = begin(stream, from, to, treatment);
+  if (status == ENCCONV_OK) {
+    status = statusOf(stream.push(static_cast<const unsigned char*>(data), size, out));
   }
-
- private:
-  unsigned char* m_block = nullptr;
-  std::size_t m_size = 0;
-  std::size_t m_capacity = 0;
-};
+  if (status == ENCCONV_OK) status = statusOf(stream.finish(out));
+  if (!out.flush() && status == ENCCONV_OK) {
+    status = out.isFull ? ENCCONV_OUTPUT_FULL : ENCCONV_OUT_OF_MEMORY;
+  }
+  if (firstProblem != nullptr && stream.errorCount() != 0) {
+    fillProblem(stream.firstError(), *firstProblem);
+  }
+  return status;
+}
 
 }  // namespace
 
@@ -123,6 +126,8 @@ const char* encconv_describe(encconv_status status) {
       return encconv::describe(encconv::Status::invalid_substitute).data();
     case ENCCONV_OUT_OF_MEMORY:
       return encconv::describe(encconv::Status::out_of_memory).data();
+    case ENCCONV_OUTPUT_FULL:
+      return encconv::describe(encconv::Status::output_full).data();
     case ENCCONV_MISUSE:
       break;
   }
@@ -150,20 +155,29 @@ encconv_status encconv_convert(int from, int to, const void* data, size_t size,
   *output = nullptr;
   *output_size = 0;
   if (first_problem != nullptr) *first_problem = {};
-  BlockDrain drain;
-  StreamConverter stream;
-  DataBuffer out;
-  encconv_status status = begin(stream, from, to, treatment, &drain);
-  if (status == ENCCONV_OK) {
-    status = statusOf(stream.push(static_cast<const unsigned char*>(data), size, out));
-  }
-  if (status == ENCCONV_OK) status = statusOf(stream.finish(out));
-  if (out.getSize() != 0 && !drain.onStreamOutput(out)) status = ENCCONV_OUT_OF_MEMORY;
-  *output = drain.release(*output_size);
-  if (first_problem != nullptr && stream.errorCount() != 0) {
-    fillProblem(stream.firstError(), *first_problem);
-  }
+  BlockOutput out;
+  const encconv_status status = convert(from, to, data, size, treatment, out, first_problem);
+  *output = out.release(*output_size);
   return status;
+}
+
+encconv_status encconv_convert_into(int from, int to, const void* data, size_t size,
+                                    const char* treatment, void* output, size_t capacity,
+                                    size_t* output_size, encconv_problem* first_problem) {
+  if (output_size == nullptr || (output == nullptr && capacity != 0) ||
+      (data == nullptr && size != 0)) {
+    return ENCCONV_MISUSE;
+  }
+  if (first_problem != nullptr) *first_problem = {};
+  auto* const begin = static_cast<unsigned char*>(output);
+  SpanOutput out(begin, capacity);
+  const encconv_status status = convert(from, to, data, size, treatment, out, first_problem);
+  *output_size = static_cast<std::size_t>(out.written() - begin);
+  return status;
+}
+
+size_t encconv_max_output_size(size_t size, int from, int to) {
+  return encconv::max_output_size(size, from, to);
 }
 
 void encconv_free(unsigned char* output) { std::free(output); }
@@ -172,20 +186,29 @@ encconv_stream* encconv_open(int from, int to, const char* treatment, encconv_st
   encconv_status ignored;
   if (status == nullptr) status = &ignored;
   auto* stream = new (std::nothrow) encconv_stream;
-  *status = stream == nullptr ? ENCCONV_OUT_OF_MEMORY
-                              : begin(stream->stream, from, to, treatment, nullptr);
+  *status = stream == nullptr ? ENCCONV_OUT_OF_MEMORY : encconv_begin(stream, from, to, treatment);
   if (*status == ENCCONV_OK) return stream;
   delete stream;
   return nullptr;
 }
 
+encconv_status encconv_begin(encconv_stream* stream, int from, int to, const char* treatment) {
+  if (stream == nullptr) return ENCCONV_MISUSE;
+  stream->out.clear();
+  return stream->status = begin(stream->stream, from, to, treatment);
+}
+
 encconv_status encconv_push(encconv_stream* stream, const void* data, size_t size) {
   if (stream == nullptr || (data == nullptr && size != 0)) return ENCCONV_MISUSE;
-  return statusOf(stream->stream.push(static_cast<const unsigned char*>(data), size, stream->out));
+  if (stream->status != ENCCONV_OK) return stream->status;
+  return stream->status = statusOf(
+             stream->stream.push(static_cast<const unsigned char*>(data), size, stream->out));
 }
 
 encconv_status encconv_finish(encconv_stream* stream) {
-  return stream == nullptr ? ENCCONV_MISUSE : statusOf(stream->stream.finish(stream->out));
+  if (stream == nullptr) return ENCCONV_MISUSE;
+  if (stream->status != ENCCONV_OK) return stream->status;
+  return stream->status = statusOf(stream->stream.finish(stream->out));
 }
 
 const unsigned char* encconv_output(const encconv_stream* stream, size_t* size) {

@@ -218,6 +218,84 @@ TEST(Interface, Streams) {
   // NOLINTEND(bugprone-use-after-move)
 }
 
+// A stream that begins again has forgotten everything but its handler.
+TEST(Interface, BeginsStreamsAgain) {
+  encconv::StreamConverter stream("utf-8", 50220);
+  std::vector<std::uint64_t> offsets;
+  stream.on_problem([&](const encconv::Problem& problem) { offsets.push_back(problem.offset); });
+  std::string output;
+  EXPECT_TRUE(stream.push("\xE6\x97\xA5\xE6", output));
+  Options drop;
+  drop.on_error = OnError::drop;
+  EXPECT_TRUE(stream.begin(932, "utf-8", drop));
+  output.clear();
+  EXPECT_TRUE(stream.push("\x93\xFA\x85\x40", output));
+  EXPECT_TRUE(stream.finish(output));
+  EXPECT_EQ(output, "\xE6\x97\xA5@");
+  EXPECT_EQ(stream.problem_count(), 1u);
+  EXPECT_EQ(offsets, std::vector<std::uint64_t>{2});
+
+  // A beginning that is refused leaves nothing to go on with.
+  EXPECT_TRUE(stream.begin(932, "utf-8"));
+  EXPECT_FALSE(stream.begin(932, 4711));
+  EXPECT_EQ(stream.status(), Status::unknown_target);
+  EXPECT_FALSE(stream.push("a", output));
+  EXPECT_EQ(stream.status(), Status::unknown_target);
+  stream.on_problem(nullptr);
+  EXPECT_TRUE(stream.begin("utf-8", 1252, drop));
+  EXPECT_TRUE(stream.push("\xFF", output));
+  EXPECT_TRUE(stream.finish(output));
+  EXPECT_EQ(stream.problem_count(), 1u);
+  EXPECT_EQ(offsets.size(), 1u);
+}
+
+// Whatever the capacity: the output or a beginning of it, and not a byte behind.
+TEST(Interface, ConvertsIntoRoomOfAnySize) {
+  std::string text;
+  for (int i = 0; i < 700; ++i) text += i % 7 == 0 ? "\xE6\x97\xA5" : "abc\xC3\xA9";
+  const encconv::Encoding pairs[][2] = {
+      {65001, 1200}, {65001, 12000}, {65001, 932}, {65001, 50220}, {65001, 65001}};
+  Options options;
+  options.on_error = OnError::substitute;
+  for (const auto& [from, to] : pairs) {
+    for (const std::size_t length : {0, 1, 20, 3000}) {
+      const std::string_view input = std::string_view(text).substr(0, length);
+      const std::string whole = encconv::convert(input, from, to, options).text;
+      ASSERT_LE(whole.size(), encconv::max_output_size(length, from, to));
+      std::vector<std::size_t> capacities = {0,
+                                             1,
+                                             whole.size() / 2,
+                                             whole.size() - 1,
+                                             whole.size(),
+                                             whole.size() + 1,
+                                             whole.size() + 5000};
+      if (whole.empty()) capacities = {0, 1};
+      for (const std::size_t capacity : capacities) {
+        std::string room(capacity + 8, '#');
+        const encconv::IntoResult into =
+            encconv::convert_into(input, from, to, room.data(), capacity, options);
+        EXPECT_EQ(into.status, capacity < whole.size() ? Status::output_full : Status::ok);
+        ASSERT_LE(into.size, capacity);
+        EXPECT_EQ(into.size == whole.size(), capacity >= whole.size());
+        EXPECT_EQ(room.substr(0, into.size), whole.substr(0, into.size));
+        EXPECT_EQ(room.substr(capacity), "########");
+
+        std::string again(capacity + 8, '#');
+        std::size_t size = 0;
+        const encconv_status status =
+            encconv_convert_into(from.code_page(), to.code_page(), input.data(), input.size(),
+                                 "substitute", again.data(), capacity, &size, nullptr);
+        EXPECT_EQ(status == ENCCONV_OK, into.status == Status::ok);
+        EXPECT_EQ(status == ENCCONV_OUTPUT_FULL, into.status == Status::output_full);
+        EXPECT_EQ(again.substr(0, size), room.substr(0, into.size));
+        EXPECT_EQ(again.substr(capacity), "########");
+      }
+    }
+  }
+  EXPECT_EQ(encconv_max_output_size(20, 65001, 12000), encconv::max_output_size(20, 65001, 12000));
+  EXPECT_EQ(encconv::max_output_size(20, 65001, 4711), 0u);
+}
+
 // One piece of any size is as good as many: the offsets and lines of what is wrong count from the
 // beginning of the text, and shifts hold on.
 TEST(Interface, StreamsPiecesOfMegabytes) {
@@ -480,15 +558,26 @@ TEST(Interface, StreamsForC) {
   EXPECT_EQ(encconv_first_problem(stream, &problem), 1);
   EXPECT_EQ(problem.offset, 3u);
   EXPECT_EQ(encconv_push(stream, "a", 1), ENCCONV_MISUSE);
+
+  EXPECT_EQ(encconv_begin(stream, 932, 65001, nullptr), ENCCONV_OK);
+  EXPECT_EQ(encconv_push(stream, "\x93\xFA", 2), ENCCONV_OK);
+  bytes = encconv_output(stream, &size);
+  EXPECT_EQ(std::string(reinterpret_cast<const char*>(bytes), size), "\xE6\x97\xA5");
+  EXPECT_EQ(encconv_begin(stream, 932, 65001, "nonsense"), ENCCONV_INVALID_TREATMENT);
+  EXPECT_EQ(encconv_push(stream, "a", 1), ENCCONV_INVALID_TREATMENT);
+  EXPECT_EQ(encconv_finish(stream), ENCCONV_INVALID_TREATMENT);
+  encconv_output(stream, &size);
+  EXPECT_EQ(size, 0u);
+  EXPECT_EQ(encconv_begin(nullptr, 932, 65001, nullptr), ENCCONV_MISUSE);
   encconv_close(stream);
 }
 
 TEST(Interface, DescribesEachStatusInOtherWords) {
   std::set<std::string_view> cTexts, texts;
-  for (int i = ENCCONV_OK; i <= ENCCONV_MISUSE; ++i) {
+  for (int i = ENCCONV_OK; i <= ENCCONV_OUTPUT_FULL; ++i) {
     EXPECT_TRUE(cTexts.insert(encconv_describe(static_cast<encconv_status>(i))).second) << i;
   }
-  for (int i = 0; i <= static_cast<int>(Status::misuse); ++i) {
+  for (int i = 0; i <= static_cast<int>(Status::output_full); ++i) {
     EXPECT_TRUE(texts.insert(encconv::describe(static_cast<Status>(i))).second) << i;
   }
   for (const std::string_view text : texts) EXPECT_TRUE(cTexts.contains(text)) << text;

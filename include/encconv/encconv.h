@@ -114,6 +114,7 @@ enum class Status {
   invalid_substitute,  ///< the substitute is not UTF-8, or the target cannot hold it
   out_of_memory,       ///< the output may be incomplete
   misuse,              ///< a stream was used after its end
+  output_full,         ///< there is too little room for the output
 };
 
 /// A few words for people, such as "stopped by input that could not be converted".
@@ -151,6 +152,27 @@ ENCCONV_API Utf16Result to_utf16(std::string_view bytes, Encoding from,
 /// UTF-16 in the host's byte order to bytes of any encoding. Looks for no byte order mark.
 ENCCONV_API Result from_utf16(std::u16string_view text, Encoding to, const Options& options = {});
 
+/// What became of a conversion into the caller's memory.
+struct IntoResult {
+  std::size_t size = 0;                  ///< bytes written; of a part of the output where not ok
+  Status status = Status::ok;            ///< how it ended
+  std::uint64_t problem_count = 0;       ///< pieces that could not be converted
+  std::optional<Problem> first_problem;  ///< the first of them
+
+  /// True when the conversion came to its end, with or without problems that were treated.
+  explicit operator bool() const { return status == Status::ok; }
+};
+
+/// Converts bytes into the capacity bytes at output, which must not overlap them. Nothing is
+/// written behind those; Status::output_full when they are too few.
+ENCCONV_API IntoResult convert_into(std::string_view bytes, Encoding from, Encoding to,
+                                    char* output, std::size_t capacity,
+                                    const Options& options = {});
+/// A capacity that is enough for size bytes of any text, unless OnError::hex, raw or alternate or a
+/// substitute of several characters puts more in place of what cannot be converted. 0 for an
+/// encoding that is not known.
+ENCCONV_API std::size_t max_output_size(std::size_t size, Encoding from, Encoding to);
+
 // ---- Streams. ----
 
 /// Converts input of any length piece by piece, in constant memory. The output does not depend on
@@ -170,6 +192,10 @@ class ENCCONV_API StreamConverter {
   ~StreamConverter();
   StreamConverter(StreamConverter&&) noexcept;             ///< leaves a stream that can only end
   StreamConverter& operator=(StreamConverter&&) noexcept;  ///< as above
+
+  /// Begins another conversion, whatever became of the one before; its memory is used again, and
+  /// the handler of on_problem() stays. False when status() says why it cannot be done.
+  bool begin(Encoding from, Encoding to, const Options& options = {});
 
   /// Has handler called for each piece that cannot be converted, in the order of the text, before
   /// its treatment is written. To be set before the first push(); the handler must not use the

@@ -26,7 +26,8 @@ typedef enum encconv_status {
   ENCCONV_INVALID_SUBSTITUTE,  ///< the substitute is not UTF-8, or the target cannot hold it
   ENCCONV_INVALID_TREATMENT,   ///< the treatment is not one
   ENCCONV_OUT_OF_MEMORY,       ///< the output may be incomplete
-  ENCCONV_MISUSE               ///< a stream was used after its end, or a pointer is null
+  ENCCONV_MISUSE,              ///< a stream was used after its end, or a pointer is null
+  ENCCONV_OUTPUT_FULL          ///< there is too little room for the output
 } encconv_status;
 
 /// A piece of input that could not be converted.
@@ -78,10 +79,28 @@ ENCCONV_API encconv_status encconv_convert(int from, int to, const void* data, s
 /// Frees the output of encconv_convert(). Null is ignored.
 ENCCONV_API void encconv_free(unsigned char* output);
 
+/// Converts size bytes into the capacity bytes at output, which must not overlap them; treatment
+/// and first_problem as above. *output_size becomes the number of bytes written; where the status
+/// is not ENCCONV_OK they are a part of the output. Nothing is written behind the capacity;
+/// ENCCONV_OUTPUT_FULL when it is too little.
+ENCCONV_API encconv_status encconv_convert_into(int from, int to, const void* data, size_t size,
+                                                const char* treatment, void* output,
+                                                size_t capacity, size_t* output_size,
+                                                encconv_problem* first_problem);
+/// A capacity that is enough for size bytes of any text, unless "hex", "raw", "alternate" or a
+/// substitute of several characters puts more in place of what cannot be converted. 0 for an
+/// encoding that is not known.
+ENCCONV_API size_t encconv_max_output_size(size_t size, int from, int to);
+
 /// Begins a conversion piece by piece; treatment as above. Null, with *status saying why, when it
 /// cannot be done; status may be null. To be closed with encconv_close().
 ENCCONV_API encconv_stream* encconv_open(int from, int to, const char* treatment,
                                          encconv_status* status);
+/// Begins another conversion, whatever became of the one before; its memory is used again, and the
+/// output is emptied. Any status but ENCCONV_OK leaves a stream that only encconv_begin() and
+/// encconv_close() can use.
+ENCCONV_API encconv_status encconv_begin(encconv_stream* stream, int from, int to,
+                                         const char* treatment);
 /// Converts the next size bytes. Any status but ENCCONV_OK ends the stream; what was converted
 /// until then is in the output.
 ENCCONV_API encconv_status encconv_push(encconv_stream* stream, const void* data, size_t size);
