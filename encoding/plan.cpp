@@ -128,6 +128,18 @@ KernelResult directSingleByteToUtf8(const Plan& plan, const unsigned char* in,
   return plan.kernels->singleByteToUtf8(*plan.decoding.table.singleByte, in, inEnd, out, outEnd);
 }
 
+KernelResult directUtf8ToUtf32(const Plan& plan, const unsigned char* in,
+                               const unsigned char* inEnd, unsigned char* out,
+                               unsigned char* outEnd) {
+  return plan.kernels->utf8ToUtf32(in, inEnd, out, outEnd);
+}
+
+KernelResult directUtf32ToUtf8(const Plan& plan, const unsigned char* in,
+                               const unsigned char* inEnd, unsigned char* out,
+                               unsigned char* outEnd) {
+  return plan.kernels->utf32ToUtf8(in, inEnd, out, outEnd);
+}
+
 KernelResult directMapBytes(const Plan& plan, const unsigned char* in, const unsigned char* inEnd,
                             unsigned char* out, unsigned char* outEnd) {
   return plan.kernels->mapBytes(plan.byteMap, in, inEnd, out, outEnd);
@@ -192,6 +204,13 @@ Direct* findDirect(const Plan& plan) {
   // A codec behind the target asks for the places of units.
   if (plan.target->form == EncodingForm::kCodec) return nullptr;
   if (to == EncodingForm::kUtf16 && !plan.encoding.bigEndian) return directDecode;
+  const bool isLittleUtf32 = !plan.decoding.bigEndian && !plan.encoding.bigEndian;
+  if (isLittleUtf32 && from == EncodingForm::kUtf8 && to == EncodingForm::kUtf32) {
+    return directUtf8ToUtf32;
+  }
+  if (isLittleUtf32 && from == EncodingForm::kUtf32 && to == EncodingForm::kUtf8) {
+    return directUtf32ToUtf8;
+  }
   if (from != EncodingForm::kSingleByte) return nullptr;
   if (to == EncodingForm::kUtf8) return directSingleByteToUtf8;
   return to == EncodingForm::kSingleByte ? directMapBytes : nullptr;
@@ -336,6 +355,36 @@ const Plan* openPlan(int from, int to) {
     if (const Plan* const other = findPlan(from, to)) return other;  // another thread was faster
   }
   return made.release();
+}
+
+unsigned char* convertShort(int from, int to, const char* data, std::size_t length,
+                            unsigned char* out) {
+  const Plan* const plan = findPlan(from, to);
+  if (plan == nullptr || plan->whole == nullptr || length - 1 >= kShortBytes) return nullptr;
+  const auto* const in = reinterpret_cast<const unsigned char*>(data);
+  if (plan->mayBeginWithMark(in, length)) return nullptr;
+  return plan->whole(*plan, in, length, out, out + kShortOutput);
+}
+
+std::uint64_t maxOutputSize(std::size_t length, int from, int to) {
+  // A byte is one code unit of UTF-16 at most; then what one unit may become: with its shift
+  // sequences in a codec, as a letter and a mark in a code page. A header or a mark comes once.
+  constexpr std::uint64_t kOnce = 16;
+  const EncodingRow* const row = findEncodingRow(to);
+  if (row == nullptr || findEncodingRow(from) == nullptr) return 0;
+  switch (row->form) {
+    case EncodingForm::kUtf8:
+      return length * std::uint64_t{3} + kOnce;
+    case EncodingForm::kUtf16:
+    case EncodingForm::kSingleByte:
+    case EncodingForm::kDoubleByte:
+      return length * std::uint64_t{2} + kOnce;
+    case EncodingForm::kUtf32:
+      return length * std::uint64_t{4} + kOnce;
+    case EncodingForm::kCodec:
+      break;
+  }
+  return length * std::uint64_t{8} + kOnce;
 }
 
 void forgetPlans() {

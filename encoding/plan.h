@@ -100,6 +100,17 @@ bool isPlainPair(int from, int to);
 // cannot be converted, or when memory is short. Any thread may call.
 const Plan* openPlan(int from, int to);
 
+// Converts a short text that is clean and begins with no mark, between two encodings of which
+// nothing has to be remembered. Returns the end of the output, for which out has kShortOutput
+// bytes; null, with nothing done, for any other text, and for a pair that was not opened yet.
+inline constexpr std::size_t kShortOutput = kWorstFactor * kShortBytes + kKernelSlack;
+unsigned char* convertShort(int from, int to, const char* data, std::size_t length,
+                            unsigned char* out);
+
+// The most that length bytes may become, with a mark, and with default substitutes for what cannot
+// be converted. 0 for encodings that are not known.
+std::uint64_t maxOutputSize(std::size_t length, int from, int to);
+
 // Releases all plans. Whoever releases tables or chooses other kernels calls this; it must not
 // overlap any conversion.
 void forgetPlans();

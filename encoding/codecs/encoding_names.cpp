@@ -108,15 +108,40 @@ constexpr std::size_t firstSlot(std::string_view normalized) {
   return (hash ^ (hash >> 15)) % kIndexSize;
 }
 
-constexpr std::array<std::uint16_t, kIndexSize> kIndex = [] {
-  std::array<std::uint16_t, kIndexSize> index{};
+// The names as they are compared, one after another: text[begin[i]] to text[begin[i + 1]].
+constexpr std::size_t kNormalizedSize = [] {
+  std::size_t size = 0;
+  for (const std::string_view name : kNameList.names) size += NormalizedName(name).length;
+  return size;
+}();
+struct NormalizedNames {
+  std::array<char, kNormalizedSize> text;
+  std::array<std::uint16_t, kNameCount + 1> begin;
+
+  constexpr std::string_view operator[](std::size_t i) const {
+    return {text.data() + begin[i], static_cast<std::size_t>(begin[i + 1] - begin[i])};
+  }
+};
+static_assert(kNormalizedSize < 0x10000);
+
+constexpr NormalizedNames kNormalized = [] {
+  NormalizedNames names{};
+  std::size_t size = 0;
   for (std::size_t i = 0; i < kNameCount; ++i) {
     const NormalizedName name(kNameList.names[i]);
     if (!name.fits || name.length == 0) throw "a name is too long, or empty";
-    std::size_t slot = firstSlot(name.view());
+    for (const char c : name.view()) names.text[size++] = c;
+    names.begin[i + 1] = static_cast<std::uint16_t>(size);
+  }
+  return names;
+}();
+
+constexpr std::array<std::uint16_t, kIndexSize> kIndex = [] {
+  std::array<std::uint16_t, kIndexSize> index{};
+  for (std::size_t i = 0; i < kNameCount; ++i) {
+    std::size_t slot = firstSlot(kNormalized[i]);
     while (index[slot] != 0) {
-      const NormalizedName other(kNameList.names[index[slot] - 1U]);
-      if (other.view() == name.view()) throw "two names match each other";
+      if (kNormalized[index[slot] - 1U] == kNormalized[i]) throw "two names match each other";
       slot = (slot + 1) % kIndexSize;
     }
     index[slot] = static_cast<std::uint16_t>(i + 1);
@@ -128,9 +153,7 @@ const EncodingRow* findListedName(std::string_view normalized) {
   for (std::size_t slot = firstSlot(normalized); kIndex[slot] != 0;
        slot = (slot + 1) % kIndexSize) {
     const std::size_t name = kIndex[slot] - 1U;
-    if (NormalizedName(kNameList.names[name]).view() == normalized) {
-      return &kEncodings[kNameList.rowOfName[name]];
-    }
+    if (kNormalized[name] == normalized) return &kEncodings[kNameList.rowOfName[name]];
   }
   return nullptr;
 }

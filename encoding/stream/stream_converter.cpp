@@ -281,6 +281,10 @@ StreamStatus StreamConverter::finish(DataBuffer& out) {
   return finish(output);
 }
 
+void StreamConverter::setErrorHandler(StreamErrorHandler* handler) {
+  if (m_core != nullptr) m_core->setErrorHandler(handler);
+}
+
 StreamStatus StreamConverter::status() const { return m_status; }
 
 std::uint64_t StreamConverter::errorCount() const {

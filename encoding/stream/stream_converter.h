@@ -139,6 +139,9 @@ class StreamConverter {
   StreamStatus finish(DataBuffer& out);
   StreamStatus finish(Output& out);
 
+  // From now on, tells another handler, or none. A stream that begins takes that of its settings.
+  void setErrorHandler(StreamErrorHandler* handler);
+
   StreamStatus status() const;
   std::uint64_t errorCount() const;  // pieces that could not be converted so far
   const StreamError& firstError()

@@ -21,6 +21,7 @@ class StreamConverter::Core final : private CodecTarget::Client {
   // Converts the next bytes; last: nothing follows them.
   StreamStatus push(const unsigned char* data, std::size_t length, bool last, Output& out);
 
+  void setErrorHandler(StreamErrorHandler* handler) { m_settings.errorHandler = handler; }
   std::uint64_t errorCount() const { return m_errorCount; }
   const StreamError& firstError() const { return m_firstError; }
   std::uint64_t sourceBytes() const { return m_sourceBytes; }
