@@ -56,12 +56,12 @@ string unitText(unsigned int unit) {
 
 using Run = std::function<KernelResult(const Kernels&, const Byte*, const Byte*, Byte*, Byte*)>;
 // A random character of one of ten kinds. Kind 9 is one that stops the kernel, or garbage.
-using Piece = std::function<string(unsigned int kind)>;
+using MakeCharacter = std::function<string(unsigned int kind)>;
 
 struct Case {
   const char* name;
   Run run;
-  Piece piece;
+  MakeCharacter character;
 };
 
 const std::vector<string> badUtf8 = {"\x80",         "\xC0\x80",         "\xC1\x81",
@@ -70,7 +70,7 @@ const std::vector<string> badUtf8 = {"\x80",         "\xC0\x80",         "\xC1\x
                                      "\xF0\x9F\x98", "\xF4\x90\x80\x80", "\xF8\x88\x80\x80\x80",
                                      "\xFF"};
 
-string utf8Piece(unsigned int kind) {
+string utf8Character(unsigned int kind) {
   const auto continuation = [] { return static_cast<char>(between(0x80, 0xBF)); };
   switch (kind) {
     case 9:
@@ -91,7 +91,7 @@ string utf8Piece(unsigned int kind) {
   }
 }
 
-string utf16Piece(unsigned int kind) {
+string utf16Character(unsigned int kind) {
   switch (kind) {
     case 9:
       return unitText(below(2) != 0 ? 0 : between(0xD800, 0xDFFF));
@@ -110,21 +110,21 @@ string utf16Piece(unsigned int kind) {
   }
 }
 
-string utf32Piece(unsigned int kind) {
+string utf32Character(unsigned int kind) {
   static constexpr unsigned int bad[] = {0xD800, 0xDFFF, 0x110000, 0x1D800, 0xFFFF0041};
   unsigned int scalar = kind < 5 ? below(0xD800) : kind < 7 ? between(0xE000, 0x10FFFF) : 'a';
   if (kind == 9) scalar = bad[below(5)];
   return unitText(scalar & 0xFFFF) + unitText(scalar >> 16);
 }
 
-string bytePiece(unsigned int kind) {
+string byteCharacter(unsigned int kind) {
   if (kind == 9) return {static_cast<char>(below(2) * below(256))};
   return {static_cast<char>(kind < 4 ? between(1, 127) : between(1, 255))};
 }
 
-string pairPiece(unsigned int kind) {
-  if (kind < 4) return bytePiece(0);
-  if (kind > 7) return bytePiece(9);
+string pairCharacter(unsigned int kind) {
+  if (kind < 4) return byteCharacter(0);
+  if (kind > 7) return byteCharacter(9);
   return {static_cast<char>(kind < 7 ? between(0x81, 0x9F) : between(0xE0, 0xFC)),
           static_cast<char>(between(0x40, 0xFC))};
 }
@@ -136,9 +136,9 @@ struct Tables {
   std::shared_ptr<Table> table;
 
   static std::uint16_t unit() {
-    const string piece = utf16Piece(below(7));
-    return static_cast<std::uint16_t>(static_cast<Byte>(piece[0]) | static_cast<Byte>(piece[1])
-                                                                        << 8);
+    const string character = utf16Character(below(7));
+    return static_cast<std::uint16_t>(static_cast<Byte>(character[0]) |
+                                      static_cast<Byte>(character[1]) << 8);
   }
   static void fill(fast::SingleByteDecoder& table, bool isAscii) {
     for (unsigned int i = 0; i < 256; ++i) {
@@ -186,22 +186,23 @@ struct Tables {
 
 std::vector<Case> cases() {
   std::vector<Case> result;
-  const auto plain = [&](const char* name, fast::Kernel* Kernels::*member, const Piece& piece) {
+  const auto withoutTable = [&](const char* name, fast::Kernel* Kernels::*member,
+                                const MakeCharacter& character) {
     result.push_back({name,
                       [member](const Kernels& form, const Byte* in, const Byte* inEnd, Byte* out,
                                Byte* outEnd) { return (form.*member)(in, inEnd, out, outEnd); },
-                      piece});
+                      character});
   };
-  plain("utf8ToUtf16", &Kernels::utf8ToUtf16, utf8Piece);
-  plain("utf16ToUtf8", &Kernels::utf16ToUtf8, utf16Piece);
-  plain("swapUtf16", &Kernels::swapUtf16, utf16Piece);
-  plain("utf32ToUtf16", &Kernels::utf32ToUtf16, utf32Piece);
-  plain("utf16ToUtf32", &Kernels::utf16ToUtf32, utf16Piece);
-  plain("utf8ToUtf32", &Kernels::utf8ToUtf32, utf8Piece);
-  plain("utf32ToUtf8", &Kernels::utf32ToUtf8, utf32Piece);
+  withoutTable("utf8ToUtf16", &Kernels::utf8ToUtf16, utf8Character);
+  withoutTable("utf16ToUtf8", &Kernels::utf16ToUtf8, utf16Character);
+  withoutTable("swapUtf16", &Kernels::swapUtf16, utf16Character);
+  withoutTable("utf32ToUtf16", &Kernels::utf32ToUtf16, utf32Character);
+  withoutTable("utf16ToUtf32", &Kernels::utf16ToUtf32, utf16Character);
+  withoutTable("utf8ToUtf32", &Kernels::utf8ToUtf32, utf8Character);
+  withoutTable("utf32ToUtf8", &Kernels::utf32ToUtf8, utf32Character);
   const auto withTable = [&]<class Table>(const char* name,
                                           fast::TableKernel<Table>* Kernels::*member,
-                                          const Piece& piece) {
+                                          const MakeCharacter& character) {
     for (const bool isAscii : {true, false}) {
       result.push_back(
           {name,
@@ -209,27 +210,27 @@ std::vector<Case> cases() {
                const Kernels& form, const Byte* in, const Byte* inEnd, Byte* out, Byte* outEnd) {
              return (form.*member)(*table, in, inEnd, out, outEnd);
            },
-           piece});
+           character});
     }
   };
-  withTable("singleByteToUtf16", &Kernels::singleByteToUtf16, bytePiece);
-  withTable("singleByteToUtf8", &Kernels::singleByteToUtf8, bytePiece);
-  withTable("mapBytes", &Kernels::mapBytes, bytePiece);
-  withTable("utf16ToSingleByte", &Kernels::utf16ToSingleByte, utf16Piece);
-  withTable("doubleByteToUtf16", &Kernels::doubleByteToUtf16, pairPiece);
-  withTable("utf16ToDoubleByte", &Kernels::utf16ToDoubleByte, utf16Piece);
+  withTable("singleByteToUtf16", &Kernels::singleByteToUtf16, byteCharacter);
+  withTable("singleByteToUtf8", &Kernels::singleByteToUtf8, byteCharacter);
+  withTable("mapBytes", &Kernels::mapBytes, byteCharacter);
+  withTable("utf16ToSingleByte", &Kernels::utf16ToSingleByte, utf16Character);
+  withTable("doubleByteToUtf16", &Kernels::doubleByteToUtf16, pairCharacter);
+  withTable("utf16ToDoubleByte", &Kernels::utf16ToDoubleByte, utf16Character);
   return result;
 }
 
 // Runs of characters of few kinds, of at least size bytes; every second text is without bad ones.
-string randomText(const Piece& piece, size_t size) {
+string randomText(const MakeCharacter& character, size_t size) {
   string text;
   const bool clean = below(2) != 0;
   while (text.size() < size) {
     const unsigned int low = below(9);
     const unsigned int high = between(low, 8);
     for (unsigned int left = between(1, 90); left != 0; --left) {
-      text += piece(!clean && below(50) == 0 ? 9 : between(low, high));
+      text += character(!clean && below(50) == 0 ? 9 : between(low, high));
     }
   }
   return text;
@@ -298,19 +299,19 @@ TEST_P(KernelsTest, EqualsTheScalarForm) {
   for (const Case& test : all) {
     for (unsigned int size = 0; size <= 200; ++size) {
       for (int round = 0; round < 10; ++round) {
-        const string text = randomText(test.piece, size).substr(0, size);
+        const string text = randomText(test.character, size).substr(0, size);
         ASSERT_NO_FATAL_FAILURE(compareWithScalar(test, *m_form, text));
       }
     }
     for (int round = 0; round < 200; ++round) {
-      const string text = randomText(test.piece, 1500).substr(0, 1500 + below(20));
+      const string text = randomText(test.character, 1500).substr(0, 1500 + below(20));
       ASSERT_NO_FATAL_FAILURE(compareWithScalar(test, *m_form, text));
     }
     // Each kind of stop at each place of a window, among characters of each length.
     for (unsigned int kind = 0; kind < 9; ++kind) {
       for (unsigned int before = 0; before < 70; ++before) {
         string text;
-        for (unsigned int i = 0; i < 140; ++i) text += test.piece(i == before ? 9 : kind);
+        for (unsigned int i = 0; i < 140; ++i) text += test.character(i == before ? 9 : kind);
         ASSERT_NO_FATAL_FAILURE(compareWithScalar(test, *m_form, text));
       }
     }
@@ -332,7 +333,7 @@ TEST_P(KernelsTest, FindsWhatIsNotPairedInUtf16) {
         if (below(2) != 0) break;
         text += unitText(below(0xDC00));
       }
-      text += utf16Piece(below(9));
+      text += utf16Character(below(9));
     }
     if (below(2) != 0) {
       if (wanted == string::npos) wanted = text.size();

@@ -9,11 +9,11 @@
 // three reasons only:
 //   - the input is used up (in == inEnd);
 //   - fewer than kKernelSlack bytes of output space are left;
-//   - the input at the returned place is not its business: unmapped, malformed, cut short by
-//     inEnd, or one of the special cases named with the kernel.
-// So a caller that finds input left and at least kKernelSlack bytes of space knows that it has to
-// treat the next piece itself, and may call again behind it. The returned place always lies between
-// two characters. Bytes of the output range behind the returned place may have been overwritten.
+//   - the character at the returned place is unmapped, malformed, cut short by inEnd, or a special
+//     case named with the kernel.
+// So a caller that finds input left and at least kKernelSlack bytes of space has to treat the next
+// character itself, and may call again behind it. The returned place always lies between two
+// characters. Bytes of the output range behind the returned place may have been overwritten.
 //
 // UTF-16 is little endian here, on every host and at any address; an odd last byte is cut short
 // input. "Unit 0" below is U+0000.
@@ -32,8 +32,8 @@ struct SingleByteDecoder {
   alignas(32) std::uint16_t units[256];
   // Derived by prepare(): whether 00..7F are ASCII; the halves of units, for byte shuffles; the
   // units below 80 again, with FF for all others; the three bytes of the UTF-8 forms, flush with
-  // the last one and filled up with 0 (all 0 for units 0); and these forms in one piece, the length
-  // in bits 24 up.
+  // the last one and filled up with 0 (all 0 for units 0); and these forms as one number, the
+  // length in bits 24 up.
   bool isAscii;
   alignas(32) std::uint8_t low[256];
   alignas(32) std::uint8_t high[256];

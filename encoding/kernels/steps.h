@@ -127,11 +127,19 @@ inline bool stepScalar(const Byte*& in, const Byte* inEnd, Byte*& out) {
   return true;
 }
 
-constexpr auto stepUtf8ToUtf16 = stepScalar<readUtf8, putUtf16>;
+// Runs of ASCII do not wait for the length of each character.
+template <auto put>
+inline bool stepUtf8(const Byte*& in, const Byte* inEnd, Byte*& out) {
+  if (*in >= 0x80) return stepScalar<readUtf8, put>(in, inEnd, out);
+  put(out, *in++);
+  return true;
+}
+
+constexpr auto stepUtf8ToUtf16 = stepUtf8<putUtf16>;
 constexpr auto stepUtf16ToUtf8 = stepScalar<readUtf16NotZero, putUtf8>;
 constexpr auto stepUtf32ToUtf16 = stepScalar<readUtf32, putUtf16>;
 constexpr auto stepUtf16ToUtf32 = stepScalar<readUtf16, putUtf32>;
-constexpr auto stepUtf8ToUtf32 = stepScalar<readUtf8, putUtf32>;
+constexpr auto stepUtf8ToUtf32 = stepUtf8<putUtf32>;
 constexpr auto stepUtf32ToUtf8 = stepScalar<readUtf32, putUtf8>;
 
 inline bool stepSwapUtf16(const Byte*& in, const Byte* inEnd, Byte*& out) {

@@ -59,6 +59,7 @@ struct Utf16ToUtf32 {
   bool treat(const Byte*& in, Byte*& out) const {
     const auto units = Units::load(in);
     if (surrogates(units).any()) return joinPairs(units, in, out);
+    expectOutput<2 * V::kSize>(out);
     widenLow(units).store(out);
     widenHigh(units).store(out + V::kSize);
     in += V::kSize;

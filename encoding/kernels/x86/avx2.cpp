@@ -2,24 +2,12 @@
 #include "encoding/kernels/kernels.h"
 
 #if defined(__x86_64__) && defined(__AVX2__)
-
 #include "encoding/kernels/vector_form.h"
 
-namespace fast {
-
-const Kernels* avx2Kernels() {
+const fast::Kernels* fast::avx2Kernels() {
   static constexpr Kernels form = vectorForm<Vector32>("avx2");
   return &form;
 }
-
-}  // namespace fast
-
 #else
-
-namespace fast {
-
-const Kernels* avx2Kernels() { return nullptr; }
-
-}  // namespace fast
-
+const fast::Kernels* fast::avx2Kernels() { return nullptr; }
 #endif

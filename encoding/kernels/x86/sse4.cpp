@@ -2,24 +2,12 @@
 #include "encoding/kernels/kernels.h"
 
 #if defined(__x86_64__) && defined(__SSE4_2__)
-
 #include "encoding/kernels/vector_form.h"
 
-namespace fast {
-
-const Kernels* sse4Kernels() {
+const fast::Kernels* fast::sse4Kernels() {
   static constexpr Kernels form = vectorForm<Vector16>("sse4");
   return &form;
 }
-
-}  // namespace fast
-
 #else
-
-namespace fast {
-
-const Kernels* sse4Kernels() { return nullptr; }
-
-}  // namespace fast
-
+const fast::Kernels* fast::sse4Kernels() { return nullptr; }
 #endif
