@@ -1,9 +1,13 @@
-"""Texts to convert, made from samples.txt and from the characters of a code page.
+"""Texts to convert: manual pages and a bible from Debian's packages, and texts made from samples.txt
+and from the characters of a code page.
 
 The same arguments always give the same text. iconv or, where it lacks an encoding, ICU's uconv
 encodes them: a fault of this engine must not get into its own input.
 """
 
+import functools
+import gzip
+import pathlib
 import random
 import subprocess
 
@@ -13,6 +17,14 @@ UNICODE = ("65001", "1200")
 # surrogate pair, a lead byte without characters.
 MALFORMED = {"65001": b"\xff", "1200": b"\x00\xd8", "932": b"\x85"}
 RUNE = "\u16a0"  # a letter of no older code page
+# The packages with the manual pages of a language, and the folder that they are in.
+MANUALS = {"English": ("manpages manpages-dev", ""), "German": ("manpages-de manpages-de-dev", "de/"),
+           "French": ("manpages-fr manpages-fr-dev", "fr/"),
+           "Polish": ("manpages-pl manpages-pl-dev", "pl/"),
+           "Russian": ("manpages-ru manpages-ru-dev", "ru/"),
+           "Japanese": ("manpages-ja manpages-ja-dev", "ja/"),
+           "Chinese-simplified": ("manpages-zh", "zh_CN/"),
+           "Chinese-traditional": ("manpages-zh", "zh_TW/")}
 DISPUTED = "\u037a\u0491"  # letters that peers have added to a code page
 
 
@@ -65,7 +77,7 @@ def make_pool(chance, row, samples):
     elif strewn:
         first, last = int(strewn[0], 16), int(strewn[1], 16)
         letters = "".join(map(chr, range(first, last + 1)))
-        letters = shared(letters, row["encodings"][strewn[2]], row["from"], row["to"])
+        letters = shared(letters, row["encodings"][strewn[2]], *row["held_by"])
     separator = "" if strewn and first == 0x4E00 else " "
     pool = []
     for _ in range(4000):
@@ -84,25 +96,48 @@ def make_pool(chance, row, samples):
         else:
             sentence += "\n" if chance.random() < 0.2 else separator
         pool.append(sentence)
-    return shared("\0".join(pool), row["from"], row["to"]).split("\0")
+    return shared("\0".join(pool), *row["held_by"]).split("\0")
 
 
-def make_text(row, samples, size, bad=False):
-    """About size bytes; with bad, one character in a hundred is unconvertible."""
+@functools.cache
+def read_real(name):
+    """All of a real text: "bible", or "manuals-" and the language."""
+    if name == "bible":
+        return subprocess.run(["bible", "gen1:1-rev22:21"], capture_output=True, text=True,
+                              check=True).stdout
+    packages, folder = MANUALS[name.removeprefix("manuals-")]
+    listed = subprocess.run(["dpkg", "-L", *packages.split()], capture_output=True, text=True,
+                            check=True).stdout.split()
+    files = sorted(name for name in listed
+                   if name.startswith(f"/usr/share/man/{folder}man") and name.endswith(".gz"))
+    random.Random(0).shuffle(files)
+    pages = (gzip.decompress(pathlib.Path(file).read_bytes()) for file in files)
+    return b"".join(pages).decode(errors="ignore")
+
+
+def make_text(row, samples, size):
+    """About size bytes in the source encoding; less of a real text that has not as many."""
+    if row["text"] == "bible" or row["text"].startswith("manuals-"):
+        text = shared(read_real(row["text"])[:size], *row["held_by"])
+        return encode(text[:int(len(text) * size / len(encode(text, row["from"])))], row["from"])
     chance = random.Random(row["title"])
     pool = make_pool(chance, row, samples)
     sentence_size = len(encode("".join(pool), row["from"])) / len(pool)
-    text = "".join(chance.choices(pool, k=int(size / sentence_size)))
-    if not bad:
-        return encode(text, row["from"])
+    return encode("".join(chance.choices(pool, k=int(size / sentence_size))), row["from"])
+
+
+def spoil(row, text):
+    """The text with one character in a hundred unconvertible, and how many these are."""
+    chance = random.Random(row["title"])
     lacks_rune = row["from"]["page"] in UNICODE and row["to"]["page"] not in UNICODE
-    characters = list(text)
-    for i in range(0, len(characters) - 100, 100):
+    characters = list(decode(text, row["from"]))
+    places = range(0, len(characters) - 100, 100)
+    for i in places:
         characters[i + chance.randrange(100)] = RUNE if lacks_rune else "\x7f"
     data = encode("".join(characters), row["from"])
-    if lacks_rune:
-        return data
-    return data.replace(encode("\x7f", row["from"]), MALFORMED[row["from"]["page"]])
+    if not lacks_rune:
+        data = data.replace(encode("\x7f", row["from"]), MALFORMED[row["from"]["page"]])
+    return data, len(places)
 
 
 def make_strings(row, samples, count):

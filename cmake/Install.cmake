@@ -28,9 +28,11 @@ install(FILES
   DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/encconv COMPONENT development)
 foreach(header IN ITEMS
     encoding/code_page_list.h
+    encoding/codecs/encoding_names.h
+    encoding/codecs/encoding_row.h
     encoding/conversion_observer.h
     encoding/encoding_convert.h
-    encoding/stream/stream_code_pages.h
+    encoding/output.h
     encoding/stream/stream_converter.h
     encoding/tables/unicode_lookup.h
     support/charset_naming.h

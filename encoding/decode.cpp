@@ -1,7 +1,7 @@
 // Table-driven decoding to UTF-16: the plain loops.
 #include "encoding/encoding_convert.h"
 #include "encoding/staging.h"
-#include "encoding/tables/code_pages.h"
+#include "encoding/tables/table_registry.h"
 #include "support/zv_base.h"
 
 namespace {
@@ -31,10 +31,10 @@ bool EncodingConvert::convertToUnicodeHC(int fromCodePage, const unsigned char* 
     if (log.m_verboseLogging != 0) log.LogError("ensureHashToUnicode failed.");
     return false;
   }
-  const CodePageRow* row = findCodePageRow(fromCodePage);
-  if (row == nullptr || !row->isDispatched) return false;
+  const EncodingRow* row = findEncodingRow(fromCodePage);
+  if (row == nullptr || !hasTable(*row) || !row->isDispatched) return false;
   const TableSlots& slots = tableSlots(*row);
-  if (row->isDoubleByte) {
+  if (row->form == EncodingForm::kDoubleByte) {
     HashConvert* table = slots.multiToUnicode.load(std::memory_order_acquire);
     if (table == nullptr) out.latchFailure();
     return convertToUnicodeHCVar(table, data, length, out, log);

@@ -1,21 +1,18 @@
 // Table-driven encoding from UTF-16 little endian: the plain loop.
 #include <climits>
 
+#include "encoding/codecs/vietnamese.h"
 #include "encoding/encoding_convert.h"
 #include "encoding/error_action.h"
 #include "encoding/scratch_buffer.h"
 #include "encoding/special_code_pages.h"
 #include "encoding/staging.h"
-#include "encoding/tables/code_pages.h"
-#include "encoding/vietnamese.h"
+#include "encoding/tables/table_registry.h"
 #include "support/zv_base.h"
 
 namespace {
 
 constexpr unsigned int kMaxPassThroughBytes = 5;
-
-// ISO-8859-6 and Windows-1256 have no Arabic digits of their own; they come out as ASCII digits.
-bool foldsArabicDigits(int codePage) { return codePage == 28596 || codePage == 1256; }
 
 void foldArabicDigits(unsigned char* utf16, unsigned int length) {
   for (unsigned int i = 0; i + 1 < length; i += 2) {
@@ -42,10 +39,10 @@ bool EncodingConvert::convertFromUnicodeHC(int toCodePage, const unsigned char* 
   }
   // A table that could not be made leaves the slot null.
   if (!ensureHashFromUnicode(toCodePage, log)) out.latchFailure();
-  const CodePageRow* row = findCodePageRow(toCodePage);
-  if (row == nullptr || !row->isDispatched) return false;
+  const EncodingRow* row = findEncodingRow(toCodePage);
+  if (row == nullptr || !hasTable(*row) || !row->isDispatched) return false;
   HashConvert* table = tableSlots(*row).fromUnicode.load(std::memory_order_acquire);
-  if (!foldsArabicDigits(toCodePage)) {
+  if (!row->foldsArabicDigits) {
     return convertFromUnicodeHC2(table, data, inDataLen, out, log);
   }
   unsigned char* copy = zvNewUnsignedChar(inDataLen);
@@ -67,11 +64,13 @@ bool EncodingConvert::convertFromUnicodeHC2(HashConvert* table, const unsigned c
   const unsigned int evenLength = len & ~1u;
   if (evenLength == 0) return false;
   const bool isLowerAscii = table->get_IsLowerAscii();
+  const bool decomposes = decomposesVietnamese(m_toCodePage);
   bool result = true;
   Staging<512> staged(out);
   unsigned int i = 0;
-  // After a pass-through escape i may be odd; a last single byte is no unit.
-  while (evenLength - i >= 2) {
+  // A pass-through escape that carries an even number of bytes makes i odd. From there on the last
+  // unit lies across the end of the even length; a single byte behind it is no unit.
+  while (i < evenLength && len - i >= 2) {
     const unsigned char* p = data + i;
     if (m_pivotFromUtf16 && evenLength - i >= 3 && p[0] == 0xFD && p[1] == 0xEF) {
       const unsigned int count = p[2];
@@ -102,7 +101,7 @@ bool EncodingConvert::convertFromUnicodeHC2(HashConvert* table, const unsigned c
     } else if (unit == 0) {
       staged.put(0);
     } else if (const VietnameseDecomposition* letter =
-                   m_toCodePage == kVietnamese ? findVietnameseDecomposition(unit) : nullptr) {
+                   decomposes ? findVietnameseDecomposition(unit) : nullptr) {
       staged.put(letter->base, letter->mark);
     } else {
       m_foundErrors = true;

@@ -1,15 +1,18 @@
 // The front end: settings, and the dispatch that settles the cases that need no table.
 #include "encoding/encoding_convert.h"
 
+#include <algorithm>
 #include <climits>
 #include <cstring>
 
-#include "encoding/clean_blocks.h"
-#include "encoding/fast/fast_path.h"
-#include "encoding/fast/short_path.h"
+#include "encoding/clean_conversion.h"
+#include "encoding/codecs/iso2022_jp.h"
+#include "encoding/codecs/iso2022_kr.h"
+#include "encoding/codecs/utf7.h"
 #include "encoding/mac_arabic.h"
 #include "encoding/scratch_buffer.h"
 #include "encoding/special_code_pages.h"
+#include "support/japanese.h"
 #include "support/zv_base.h"
 #include "support/zv_utf.h"
 
@@ -41,16 +44,6 @@ void EncodingConvert::setAltDestCodepage(int codePage) { m_altDestCodepage = cod
 
 namespace {
 
-// One conversion as EncConvert was asked for it, with the code pages resolved.
-struct Request {
-  int from;
-  int to;
-  const unsigned char* data;
-  unsigned int length;
-  DataBuffer& out;
-  LogBase& log;
-};
-
 bool isPdf(const unsigned char* data, unsigned int length) {
   return length >= 7 && data[0] == '%' &&
          zvStrNCmp(reinterpret_cast<const char*>(data), "%PDF-1", 6) == 0;
@@ -58,220 +51,183 @@ bool isPdf(const unsigned char* data, unsigned int length) {
 
 bool isRefused(int codePage) { return codePage < 100 && codePage != 37; }
 
-// Converts to an intermediate code page. A leg that fails, or whose output is incomplete for lack
+// Converts to an intermediate code page. A step that fails, or whose output is incomplete for lack
 // of memory, is recorded as an error of the conversion.
-bool runLeg(EncodingConvert& converter, const Request& request, int to, DataBuffer& scratch) {
+bool convertTo(const Conversion& c, int to, DataBuffer& scratch) {
   const bool ok =
-      converter.convert_a(request.from, to, request.data, request.length, scratch, request.log) &&
-      !scratch.hasFailed();
-  if (!ok) converter.m_foundErrors = true;
+      c.converter.convert_a(c.from, to, c.data, c.length, scratch, c.log) && !scratch.hasFailed();
+  if (!ok) c.converter.m_foundErrors = true;
   return ok;
 }
 
-bool dispatch(EncodingConvert& converter, Request request);
+bool dispatch(Conversion c);
 
-// What the two legs leave behind when nothing was wrong.
-void finishClean(EncodingConvert& converter) {
-  converter.m_pivotToUtf16 = converter.m_pivotFromUtf16 = false;
-}
+// What the two steps leave behind, also where too little follows the clean beginning for them to
+// run. Where a text is only copied into the intermediate code page there are none.
+void finishBeginning(const Conversion& c) { c.setPivotFlags(false, false); }
 
-template <typename Codec>
-bool fromIso2022(EncodingConvert& converter, const Request& request) {
-  if (request.length > INT_MAX) return false;
-  ScratchBuffer scratch(request.out);
-  typename Codec::State state;
+bool fromIso2022(const Codec& codec, const Conversion& c) {
+  if (c.length > INT_MAX) return false;
+  ScratchBuffer scratch(c.out);
+  CodecState state;
   bool isBegun = false;
-  const unsigned int used =
-      readCleanBlocks<Codec>(converter, request.to, request.data, request.length, request.out,
-                             request.log, state, scratch, isBegun);
-  if (used != request.length && !scratch.hasFailed()) {
-    Codec::readPiece(request.data + used, request.length - used, true, state, scratch, nullptr);
+  const unsigned int used = fast::readBeginning(c, codec, state, scratch, isBegun);
+  if (used != c.length && !scratch.hasFailed()) {
+    codec.read(c.data + used, c.length - used, true, state, scratch, nullptr);
   }
   if (scratch.hasFailed()) return false;
   if (!isBegun) {
     if (scratch.getSize() == 0) return true;
-    return converter.EncConvert(Codec::kCodePage, request.to, scratch.getData2(), scratch.getSize(),
-                                request.out, request.log);
+    return c.converter.EncConvert(codec.codePage, c.to, scratch.getData2(), scratch.getSize(),
+                                  c.out, c.log);
   }
   if (scratch.getSize() != 0) {
-    return dispatch(converter, {Codec::kCodePage, request.to, scratch.getData2(), scratch.getSize(),
-                                request.out, request.log});
+    return dispatch(
+        {c.converter, codec.codePage, c.to, scratch.getData2(), scratch.getSize(), c.out, c.log});
   }
-  converter.m_fromCodePage = Codec::kCodePage;
-  converter.m_toCodePage = request.to == kUtf16Be ? kUtf16Le : request.to;
-  finishClean(converter);
+  c.converter.m_fromCodePage = codec.codePage;
+  c.converter.m_toCodePage = c.to == kUtf16Be ? kUtf16Le : c.to;
+  finishBeginning(c);
   return true;
 }
 
-bool fromIso2022Jp(EncodingConvert& converter, const Request& request) {
-  if (request.log.m_verboseLogging != 0) request.log.LogInfo("Converting from iso-2022-*");
-  if (request.to != kShiftJis) return fromIso2022<JapaneseCodec>(converter, request);
-  if (request.length > INT_MAX) return false;
-  Japanese().Iso2022ToShiftJis(request.data, static_cast<int>(request.length), request.out,
-                               request.log);
-  return !request.out.hasFailed();
+bool fromIso2022Jp(const Conversion& c) {
+  if (c.log.m_verboseLogging != 0) c.log.LogInfo("Converting from iso-2022-*");
+  if (c.to != kShiftJis) return fromIso2022(kIso2022JpCodec, c);
+  if (c.length > INT_MAX) return false;
+  Japanese().Iso2022ToShiftJis(c.data, static_cast<int>(c.length), c.out, c.log);
+  return !c.out.hasFailed();
 }
 
-bool toUtf7(EncodingConvert& converter, Request request) {
-  const unsigned int sizeBefore = request.out.getSize();
-  ScratchBuffer utf16(request.out);
-  Utf7Codec::State state;
-  // From UTF-16 there are no legs.
-  if (zvIsLittleEndian() && !isUtf16(request.from)) {
-    const unsigned int used =
-        writeCleanBlocks<Utf7Codec>(converter, request.from, request.data, request.length,
-                                    request.out, request.log, state, utf16);
-    request.data += used;
-    request.length -= used;
+bool toUtf7(Conversion c) {
+  const unsigned int sizeBefore = c.out.getSize();
+  ScratchBuffer utf16(c.out);
+  CodecState state;
+  // From UTF-16 there are no steps.
+  if (!isUtf16(c.from)) {
+    const unsigned int used = fast::writeBeginning(c, kUtf7Codec, state, utf16);
+    c.skip(used);
+    if (used != 0) finishBeginning(c);
   }
-  if (request.length == 0) {
-    finishClean(converter);
-  } else if (!runLeg(converter, request, zvIsLittleEndian() ? kUtf16Le : kUtf16Be, utf16)) {
-    request.out.truncate(sizeBefore);  // a failed leg leaves nothing
+  if (c.length != 0 && !convertTo(c, zvIsLittleEndian() ? kUtf16Le : kUtf16Be, utf16)) {
+    c.out.truncate(sizeBefore);  // a step that fails leaves nothing
     return false;
   }
-  return _zvUtf::Utf16XEToUtf7(utf16, request.out);
+  if (!zvIsLittleEndian()) return _zvUtf::Utf16XEToUtf7(utf16, c.out);
+  kUtf7Codec.write(utf16.getData2(), utf16.getSize(), true, state, c.out, nullptr);
+  return !state.replaced && !c.out.hasFailed();
 }
 
 // Converts the clean beginning without an intermediate copy. True when it was all of the input.
-bool convertCleanBeginning(EncodingConvert& converter, Request& request) {
-  const unsigned int done = fast::convertPrefix(converter, request.from, request.to, request.data,
-                                                request.length, request.out, request.log);
-  request.data += done;
-  request.length -= done;
-  if (request.length != 0) return false;
-  // From UTF-8 to UTF-32 there are no legs.
-  if (request.from != kUtf8 || !isUtf32(request.to)) finishClean(converter);
-  return true;
+bool convertBeginning(Conversion& c) {
+  const unsigned int done = fast::convertBeginning(c);
+  c.skip(done);
+  const bool isCopy = isUtf32(c.to) ? c.from == kUtf8 || isUtf32(c.from) : isUtf16(c.from);
+  if (done != 0 && !isCopy) finishBeginning(c);
+  return c.length == 0;
 }
 
-bool toUtf32(EncodingConvert& converter, Request request) {
-  const unsigned int sizeBefore = request.out.getSize();
-  if (convertCleanBeginning(converter, request)) return true;
-  ScratchBuffer utf8(request.out);
-  if (request.from == kUtf8) {
-    utf8.borrowData(request.data, request.length);
-  } else if (!runLeg(converter, request, kUtf8, utf8)) {
-    request.out.truncate(sizeBefore);  // a failed leg leaves nothing
+bool toUtf32(Conversion c) {
+  const unsigned int sizeBefore = c.out.getSize();
+  // US-ASCII is copied into the UTF-8.
+  if (c.from != kUsAscii && convertBeginning(c)) return true;
+  ScratchBuffer utf8(c.out);
+  if (c.from == kUtf8) {
+    utf8.borrowData(c.data, c.length);
+  } else if (!convertTo(c, kUtf8, utf8)) {
+    c.out.truncate(sizeBefore);  // a step that fails leaves nothing
     return false;
   }
-  return _zvUtf::Utf8toUtf32(isUtf32Be(request.to), utf8, request.out);
+  return _zvUtf::Utf8toUtf32(isUtf32Be(c.to), utf8, c.out);
 }
 
 // A partial result counts as success: m_foundErrors tells the difference.
-bool toUtf16Be(EncodingConvert& converter, Request request) {
-  converter.m_toCodePage = kUtf16Le;
-  if (convertCleanBeginning(converter, request)) return true;
-  ScratchBuffer utf16(request.out);
-  runLeg(converter, request, kUtf16Le, utf16);
+bool toUtf16Be(Conversion c) {
+  c.converter.m_toCodePage = kUtf16Le;
+  if (convertBeginning(c)) return true;
+  ScratchBuffer utf16(c.out);
+  convertTo(c, kUtf16Le, utf16);
   if (utf16.hasFailed()) return false;
   const unsigned int even = utf16.getSize() & ~1u;
   if (even == 0 || utf16.getData2() == nullptr) return true;
-  ScratchBuffer swapped(request.out);
+  ScratchBuffer swapped(c.out);
   if (!swapUnits(utf16.getData2(), even, swapped)) return false;
-  return request.out.append(swapped);
+  return c.out.append(swapped);
 }
 
 // The result is that of the conversion into the double-byte code page; what it could convert is
 // written all the same.
-template <typename Codec>
-bool toIso2022(EncodingConvert& converter, Request request) {
-  ScratchBuffer scratch(request.out);
-  typename Codec::State state;
-  const unsigned int used =
-      writeCleanBlocks<Codec>(converter, request.from, request.data, request.length, request.out,
-                              request.log, state, scratch);
-  request.data += used;
-  request.length -= used;
-  bool ok = true;
-  if (request.length == 0) {
-    finishClean(converter);
-  } else {
-    ok = runLeg(converter, request, Codec::kCodePage, scratch);
-  }
+bool toIso2022(const Codec& codec, Conversion c) {
+  ScratchBuffer scratch(c.out);
+  CodecState state;
+  const unsigned int used = fast::writeBeginning(c, codec, state, scratch);
+  c.skip(used);
+  if (used != 0) finishBeginning(c);
+  const bool ok = c.length == 0 || convertTo(c, codec.codePage, scratch);
   if (scratch.hasFailed() || scratch.getSize() > INT_MAX) return false;
-  Codec::writePiece(scratch.getData2(), scratch.getSize(), true, state, request.out, nullptr);
+  codec.write(scratch.getData2(), scratch.getSize(), true, state, c.out, nullptr);
   return ok;
 }
 
-bool convertResolved(EncodingConvert& converter, const Request& request) {
-  if (isIso2022Jp(request.from)) return fromIso2022Jp(converter, request);
-  if (request.from == kIso2022Kr) return fromIso2022<KoreanCodec>(converter, request);
+bool convertResolved(const Conversion& c) {
+  if (isIso2022Jp(c.from)) return fromIso2022Jp(c);
+  if (c.from == kIso2022Kr) return fromIso2022(kIso2022KrCodec, c);
 
-  converter.m_pivotFromUtf16 = false;
-  converter.m_fromCodePage = request.from;
-  converter.m_toCodePage = request.to;
-  if (request.to == kUtf7) return toUtf7(converter, request);
-  if (isUtf32(request.to)) return toUtf32(converter, request);
-  if (request.to == kUtf16Be) return toUtf16Be(converter, request);
-  if (isIso2022Jp(request.to)) return toIso2022<JapaneseCodec>(converter, request);
-  if (request.to == kIso2022Kr) return toIso2022<KoreanCodec>(converter, request);
-  return converter.convert_a(request.from, request.to, request.data, request.length, request.out,
-                             request.log);
+  c.converter.m_pivotFromUtf16 = false;
+  c.converter.m_fromCodePage = c.from;
+  c.converter.m_toCodePage = c.to;
+  if (c.to == kUtf7) return toUtf7(c);
+  if (isUtf32(c.to)) return toUtf32(c);
+  if (c.to == kUtf16Be) return toUtf16Be(c);
+  if (isIso2022Jp(c.to)) return toIso2022(kIso2022JpCodec, c);
+  if (c.to == kIso2022Kr) return toIso2022(kIso2022KrCodec, c);
+  return c.converter.convert_a(c.from, c.to, c.data, c.length, c.out, c.log);
 }
 
 // Everything behind the PDF test.
-bool dispatch(EncodingConvert& converter, Request request) {
-  LogContextExitor context(request.log, "EncConvert", request.log.m_verboseLogging != 0);
-  if (request.log.m_verboseLogging != 0) {
-    request.log.LogDataLong("fromCodePage", request.from);
-    request.log.LogDataLong("toCodePage", request.to);
+bool dispatch(Conversion c) {
+  LogContextExitor context(c.log, "EncConvert", c.log.m_verboseLogging != 0);
+  if (c.log.m_verboseLogging != 0) {
+    c.log.LogDataLong("fromCodePage", c.from);
+    c.log.LogDataLong("toCodePage", c.to);
   }
-  if (request.to == 0) request.to = request.from;
-  if (request.from == 0) request.from = request.to;
-  if (request.from == request.to) {
-    request.out.append(request.data, request.length);
+  if (c.to == 0) c.to = c.from;
+  if (c.from == 0) c.from = c.to;
+  if (c.from == c.to) {
+    c.out.append(c.data, c.length);
     return true;
   }
-  if (isRefused(request.from) || isRefused(request.to)) return false;
-  if (request.from != kMacArabic) return convertResolved(converter, request);
+  if (isRefused(c.from) || isRefused(c.to)) return false;
+  if (c.from != kMacArabic) return convertResolved(c);
 
-  unsigned char* copy = zvNewUnsignedChar(request.length);
+  unsigned char* copy = zvNewUnsignedChar(c.length);
   if (copy == nullptr) {
-    request.out.latchFailure();
+    c.out.latchFailure();
     return false;
   }
   DataBuffer rewritten;
-  rewritten.takeData(copy, request.length);
-  std::memcpy(copy, request.data, request.length);
+  rewritten.takeData(copy, c.length);
+  std::memcpy(copy, c.data, c.length);
   StringBuffer run;
-  if (!rewriteMacArabic(copy, request.length, run)) {
-    request.out.latchFailure();
+  if (!rewriteMacArabic(copy, c.length, run)) {
+    c.out.latchFailure();
     return false;
   }
-  request.data = copy;
-  return convertResolved(converter, request);
+  c.data = copy;
+  return convertResolved(c);
 }
 
-// Whether nothing stands between the caller and the two legs: no byte order mark to strip, no
-// pre-pass, no copy, and nobody who wants to know which operations run.
-bool isOrdinary(const Request& request) {
-  if (request.log.m_wantsContexts || request.from == kMacArabic) return false;
-  if (request.from == kUsAscii && copiesUsAscii(request.to)) return false;
-  return !markBegin(request.from).begins(request.data, request.length);
+bool beginsWithMark(int from, const unsigned char* data, unsigned int length) {
+  const std::string_view text(reinterpret_cast<const char*>(data), length);
+  return std::ranges::any_of(marksOf(*findEncodingRow(from)),
+                             [&](const Mark& mark) { return text.starts_with(mark.bytes); });
 }
 
-// What dispatch and convert_a come to for such a pair, without the way there, which counts for
-// short texts.
-fast::Outcome convertOrdinary(EncodingConvert& converter, const Request& request) {
-  const std::int32_t from = converter.m_fromCodePage;
-  const std::int32_t to = converter.m_toCodePage;
-  converter.m_fromCodePage = request.from;
-  converter.m_toCodePage = request.to;
-  const fast::Outcome outcome = fast::convert(converter, request.from, request.to, request.data,
-                                              request.length, request.out, request.log);
-  if (outcome == fast::Outcome::kNotTaken) {
-    converter.m_fromCodePage = from;
-    converter.m_toCodePage = to;
-  }
-  return outcome;
-}
-
-// Whether a text may go by a route, but for its first bytes. Without the four-byte forms of pairs
-// UTF-8 is written the plain way.
+// Whether a text may be converted as one. Without the four-byte forms of pairs UTF-8 is written by
+// the reference converters.
 inline bool mayBeShort(const EncodingConvert& converter, unsigned int length, const LogBase& log) {
-  return length <= fast::kShortBytes && !log.m_wantsContexts && log.m_verboseLogging == 0 &&
-         converter.m_allow4ByteUtf8 && g_allow_4byte_utf8;
+  return length <= fast::kShortBytes && fast::isOpen(log) && converter.m_allow4ByteUtf8 &&
+         g_allow_4byte_utf8;
 }
 
 }  // namespace
@@ -281,12 +237,13 @@ bool EncodingConvert::EncConvert(int fromCodePage, int toCodePage, const unsigne
   m_foundErrors = false;
   if (data == nullptr || length == 0) return true;
   if (mayBeShort(*this, length, log)) {
-    const fast::Route* route = fast::findRoute(fromCodePage, toCodePage);
-    if (route != nullptr && route->takes(data, length)) {
+    const fast::Plan* const plan = fast::findPlan(fromCodePage, toCodePage);
+    if (plan != nullptr && plan->isPlain && data[0] != '%' &&
+        !plan->mayBeginWithMark(data, length)) {
       m_fromCodePage = fromCodePage;
       m_toCodePage = toCodePage;
       m_pivotToUtf16 = m_pivotFromUtf16 = false;
-      return route->convert(*route, *this, data, length, out, log);
+      return fast::convertShort({*this, fromCodePage, toCodePage, data, length, out, log}, *plan);
     }
   }
   return convertLong(fromCodePage, toCodePage, data, length, out, log);
@@ -296,17 +253,21 @@ bool EncodingConvert::EncConvert(int fromCodePage, int toCodePage, const unsigne
                                                     const unsigned char* data, unsigned int length,
                                                     DataBuffer& out, LogBase& log) {
   if (isPdf(data, length)) return out.append(data, length);
-  const Request request{fromCodePage, toCodePage, data, length, out, log};
-  fast::Outcome outcome = fast::Outcome::kNotTaken;
-  if (isOrdinary(request)) {
-    if (mayBeShort(*this, length, log) && fast::openRoute(*this, fromCodePage, toCodePage)) {
-      return EncConvert(fromCodePage, toCodePage, data, length, out, log);  // by that route
+  const Conversion c{*this, fromCodePage, toCodePage, data, length, out, log};
+  // Where nothing stands between the caller and the two steps of a plan: no byte order mark to
+  // strip, no pre-pass and no copy.
+  if (fast::isPlainPair(fromCodePage, toCodePage) && !beginsWithMark(fromCodePage, data, length)) {
+    const std::int32_t from = m_fromCodePage;
+    const std::int32_t to = m_toCodePage;
+    m_fromCodePage = fromCodePage;
+    m_toCodePage = toCodePage;
+    const fast::Outcome outcome = fast::convertClean(c);
+    if (outcome != fast::Outcome::kNotTaken) {
+      return outcome == fast::Outcome::kDone && !out.hasFailed();
     }
-    outcome = convertOrdinary(*this, request);
-  }
-  if (outcome != fast::Outcome::kNotTaken) {
-    return outcome == fast::Outcome::kDone && !out.hasFailed();
+    m_fromCodePage = from;
+    m_toCodePage = to;
   }
   // The loops do not test their appends; a hole in the output is found here.
-  return dispatch(*this, request) && !out.hasFailed();
+  return dispatch(c) && !out.hasFailed();
 }

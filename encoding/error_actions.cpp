@@ -1,7 +1,7 @@
 // What is written in place of input that cannot be converted.
 #include <algorithm>
-#include <iterator>
 
+#include "encoding/codecs/encoding_row.h"
 #include "encoding/encoding_convert.h"
 #include "encoding/error_action.h"
 #include "support/zv_utf.h"
@@ -9,10 +9,6 @@
 namespace {
 
 constexpr int kMaxDefBytes = static_cast<int>(sizeof(EncodingConvert::m_defBytes));
-
-// Code pages whose bad characters are taken as two bytes. 1361, 10001 and 52936 are not among
-// them: they are handled a byte at a time.
-constexpr int kDoubleByteSources[] = {932, 936, 949, 950, 51932, 51936, 51949};
 
 }  // namespace
 
@@ -109,8 +105,8 @@ unsigned int EncodingConvert::handleErrorFromUtf8(const unsigned char* sequence,
 unsigned int EncodingConvert::handleErrorFromUnknown(const unsigned char* character,
                                                      DataBuffer& out, LogBase& log) {
   m_foundErrors = true;
-  if (std::find(std::begin(kDoubleByteSources), std::end(kDoubleByteSources), m_fromCodePage) ==
-      std::end(kDoubleByteSources)) {
+  const EncodingRow* const source = findEncodingRow(m_fromCodePage);
+  if (source == nullptr || source->malformedWidth != 2) {
     handleErrorFromSingleByte(character, out, log);
     return 1;
   }

@@ -7,15 +7,6 @@ namespace {
 
 constexpr int kUtf8 = 65001;
 
-struct ByteOrderMark {
-  int codePage;
-  unsigned int length;
-  unsigned char bytes[3];
-};
-// UTF-32 and UTF-7 get none.
-constexpr ByteOrderMark kPreambles[] = {
-    {1200, 2, {0xFF, 0xFE}}, {1201, 2, {0xFE, 0xFF}}, {kUtf8, 3, {0xEF, 0xBB, 0xBF}}};
-
 int codePageOrUtf8(const StringBuffer& name) {
   const int codePage = CharsetNaming::GetCodePage(name, nullptr);
   return codePage != 0 ? codePage : kUtf8;
@@ -28,8 +19,10 @@ bool EncodingConvert::EncConvertWithPreamble(int fromCodePage, int toCodePage,
                                              DataBuffer& out, LogBase& log) {
   if (toCodePage == 0) toCodePage = fromCodePage;
   m_foundErrors = false;
-  for (const ByteOrderMark& mark : kPreambles) {
-    if (mark.codePage == toCodePage) out.append(mark.bytes, mark.length);
+  const EncodingRow* const row = findEncodingRow(toCodePage);
+  if (row != nullptr && row->form != EncodingForm::kUtf32) {  // which gets none here
+    const std::string_view mark = markOf(*row);
+    out.append(mark.data(), static_cast<unsigned int>(mark.size()));
   }
   return EncConvert(fromCodePage, toCodePage, data, length, out, log) && !out.hasFailed();
 }

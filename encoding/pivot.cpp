@@ -2,9 +2,8 @@
 #include <algorithm>
 #include <cstdint>
 
-#include "encoding/clean_blocks.h"
-#include "encoding/encoding_convert.h"
-#include "encoding/fast/fast_path.h"
+#include "encoding/clean_conversion.h"
+#include "encoding/codecs/utf7.h"
 #include "encoding/scratch_buffer.h"
 #include "encoding/special_code_pages.h"
 #include "support/zv_base.h"
@@ -26,73 +25,22 @@ bool swapUnits(const unsigned char* data, unsigned int length, DataBuffer& swapp
 
 namespace {
 
-// One conversion on its way through convert_a. The source changes as it is normalised.
-struct Conversion {
-  EncodingConvert& converter;
-  int from;
-  int to;
-  const unsigned char* data;
-  unsigned int length;
-  DataBuffer& out;
-  LogBase& log;
-  bool bigEndian = false;  // UTF-16 and UTF-32 sources
-
-  void skip(unsigned int count) {
-    data += count;
-    length -= count;
-  }
-  void setSource(int codePage, const DataBuffer& buffer) {
-    from = codePage;
-    data = buffer.getData2();
-    length = buffer.getSize();
-  }
-  void setPivotFlags(bool toUtf16, bool fromUtf16) const {
-    converter.m_pivotToUtf16 = toUtf16;
-    converter.m_pivotFromUtf16 = fromUtf16;
-  }
-  void info(const char* message) const {
-    if (log.m_verboseLogging != 0) log.LogInfo(message);
-  }
-};
-
-// Room for size bytes in a buffer; a size without a 32-bit form fails like a failed allocation.
-bool makeRoom(DataBuffer& buffer, std::uint64_t size) {
-  if (size <= 0xFFFFFFFFu) return buffer.ensureBuffer(static_cast<unsigned int>(size));
-  buffer.latchFailure();
-  return false;
-}
-
-// What a leg needs that makes UTF-16 of single bytes, or single bytes of UTF-16.
+// What a step is expected to write that makes UTF-16 of single bytes, or single bytes of UTF-16.
+// Often it is less: where it is too much, only what is really appended decides.
 std::uint64_t doubled(unsigned int length) { return std::uint64_t{length} * 2; }
 std::uint64_t halved(unsigned int length) { return std::uint64_t{length} / 2 + 4; }
-
-template <std::size_t N>
-bool startsWith(const Conversion& c, const unsigned char (&mark)[N]) {
-  return c.length >= N && std::equal(mark, mark + N, c.data);
-}
-constexpr unsigned char kMarkUtf8[] = {0xEF, 0xBB, 0xBF};
-constexpr unsigned char kMarkUtf16Le[] = {0xFF, 0xFE};
-constexpr unsigned char kMarkUtf16Be[] = {0xFE, 0xFF};
-constexpr unsigned char kMarkUtf32Le[] = {0xFF, 0xFE, 0, 0};
-constexpr unsigned char kMarkUtf32Be[] = {0, 0, 0xFE, 0xFF};
 
 // A 1201 source that is marked as little endian stays a 1201 source that nothing swaps, and so ends
 // as a code page without a table.
 void stripByteOrderMark(Conversion& c) {
-  if (c.from == kUtf8) {
-    if (startsWith(c, kMarkUtf8)) c.skip(3);
-  } else if (isUtf16(c.from)) {
-    c.bigEndian = c.from == kUtf16Be;
-    if (startsWith(c, kMarkUtf16Le) || startsWith(c, kMarkUtf16Be)) {
-      c.bigEndian = c.data[0] == 0xFE;
-      c.skip(2);
-    }
-  } else if (isUtf32(c.from)) {
-    c.bigEndian = isUtf32Be(c.from);
-    if (startsWith(c, kMarkUtf32Le) || startsWith(c, kMarkUtf32Be)) {
-      c.bigEndian = c.data[0] == 0;
-      c.skip(4);
-    }
+  const EncodingRow* const row = findEncodingRow(c.from);
+  if (row == nullptr) return;
+  c.bigEndian = row->bigEndian;
+  const std::string_view text(reinterpret_cast<const char*>(c.data), c.length);
+  for (const Mark& mark : marksOf(*row)) {
+    if (!text.starts_with(mark.bytes)) continue;
+    c.bigEndian = mark.bigEndian;
+    return c.skip(static_cast<unsigned int>(mark.bytes.size()));
   }
 }
 
@@ -128,7 +76,7 @@ bool needsNormalising(const Conversion& c) {
 }
 
 // Makes the source UTF-16 little endian, UTF-8 or a table-driven code page; scratch holds it.
-Normalised normaliseSource(Conversion& c, DataBuffer& scratch) {
+Normalised normaliseSource(Conversion& c, CodecState& utf7, DataBuffer& scratch) {
   ScratchBuffer raw(c.out);
   if (isUtf16(c.from)) {
     if (c.length < 2) return Normalised::kEmpty;
@@ -143,10 +91,13 @@ Normalised normaliseSource(Conversion& c, DataBuffer& scratch) {
     }
     _zvUtf::Utf32ToUtf8(raw, scratch, c.log);
     c.setSource(kUtf8, scratch);
-  } else {  // UTF-7, behind what is converted already
+  } else if (zvIsLittleEndian()) {  // UTF-7
+    kUtf7Codec.read(c.data, c.length, true, utf7, scratch, nullptr);
+    c.setSource(kUtf16Le, scratch);
+  } else {
     raw.borrowData(c.data, c.length);
     _zvUtf::Utf7ToUtf16_xe(raw, scratch);
-    c.setSource(zvIsLittleEndian() ? kUtf16Le : kUtf16Be, scratch);
+    c.setSource(kUtf16Be, scratch);
   }
   return scratch.hasFailed() ? Normalised::kFailed : Normalised::kReady;
 }
@@ -155,7 +106,7 @@ Normalised normaliseSource(Conversion& c, DataBuffer& scratch) {
 bool encodePivot(const Conversion& c, const DataBuffer& utf16) {
   if (utf16.hasFailed()) return false;
   c.setPivotFlags(false, true);
-  if (!makeRoom(c.out, halved(utf16.getSize()))) return false;
+  c.out.expect(halved(utf16.getSize()));
   const bool ok =
       c.converter.convertFromUnicodeHC(c.to, utf16.getData2(), utf16.getSize(), c.out, c.log);
   c.setPivotFlags(false, false);
@@ -167,7 +118,7 @@ bool pivotThroughTables(Conversion& c) {
   c.info("Converting by using utf-16 as a pivot table...");
   c.setPivotFlags(true, false);
   ScratchBuffer utf16(c.out);
-  if (!makeRoom(utf16, doubled(c.length) + 4)) return false;
+  utf16.expect(doubled(c.length) + 4);
   if (!c.converter.convertToUnicodeHC(c.from, c.data, c.length, utf16, c.log)) return false;
   return encodePivot(c, utf16);
 }
@@ -177,7 +128,7 @@ bool pivotToUtf8(Conversion& c) {
   const bool verbose = c.log.m_verboseLogging != 0;
   c.setPivotFlags(true, false);
   ScratchBuffer utf16(c.out);
-  if (!makeRoom(utf16, doubled(c.length) + 4)) return false;
+  utf16.expect(doubled(c.length) + 4);
   if (!c.converter.convertToUnicodeHC(c.from, c.data, c.length, utf16, c.log)) {
     if (verbose) c.log.LogError("convertToUnicodeHC failed.");
     return false;
@@ -185,7 +136,7 @@ bool pivotToUtf8(Conversion& c) {
   if (utf16.hasFailed()) return false;
   if (verbose) c.log.LogDataLong("szUtf16_inBytes", static_cast<int>(utf16.getSize()));
   c.setPivotFlags(false, true);
-  if (!makeRoom(c.out, halved(utf16.getSize()))) return false;
+  c.out.expect(halved(utf16.getSize()));
   const bool ok = c.converter.cv_utf16_to_utf8(utf16.getData2(), utf16.getSize(), c.out, c.log);
   if (!ok && verbose) c.log.LogError("convertFromUnicode failed.");
   if (verbose) c.log.LogDataLong("szResult_inBytes", static_cast<int>(c.out.getSize()));
@@ -196,7 +147,7 @@ bool pivotToUtf8(Conversion& c) {
 bool pivotFromUtf8(Conversion& c) {
   c.info("Converting from utf-8 using utf-16 as a pivot table...");
   ScratchBuffer utf16(c.out);
-  if (!makeRoom(utf16, doubled(c.length) + 4)) return false;
+  utf16.expect(doubled(c.length) + 4);
   c.setPivotFlags(true, false);
   c.converter.cv_utf8_to_utf16(c.data, c.length, utf16, c.log);
   return encodePivot(c, utf16);
@@ -210,13 +161,12 @@ bool convertFromUtf16(Conversion& c) {
     c.out.append(c.data, c.length);
     return pivotThroughTables(c);
   }
+  c.out.expect(halved(c.length));
   if (c.to == kUtf8) {
     c.info("converting from utf-16 to utf-8");
-    return makeRoom(c.out, halved(c.length)) &&
-           c.converter.cv_utf16_to_utf8(c.data, c.length, c.out, c.log);
+    return c.converter.cv_utf16_to_utf8(c.data, c.length, c.out, c.log);
   }
-  return makeRoom(c.out, halved(c.length)) &&
-         c.converter.convertFromUnicodeHC(c.to, c.data, c.length, c.out, c.log);
+  return c.converter.convertFromUnicodeHC(c.to, c.data, c.length, c.out, c.log);
 }
 
 bool convertFromUtf8(Conversion& c) {
@@ -225,27 +175,26 @@ bool convertFromUtf8(Conversion& c) {
   c.setPivotFlags(false, false);  // so that an earlier, failed call cannot change the reports here
   if (c.to == kUtf16Le) {
     c.info("converting from utf-8 to utf-16");
-    if (!makeRoom(c.out, doubled(c.length))) return false;
+    c.out.expect(doubled(c.length));
     c.converter.cv_utf8_to_utf16(c.data, c.length, c.out, c.log);
     return true;
   }
   c.info("converting from utf-8 to utf-32");
-  return makeRoom(c.out, std::uint64_t{c.length} * 4) &&
-         _zvUtf::utf8toUtf32(false, c.data, c.length, c.out);
+  return _zvUtf::utf8toUtf32(false, c.data, c.length, c.out);
 }
 
 bool convertFromTable(Conversion& c) {
   if (c.to == kUtf16Le || c.to == kUtf32Le) {
     c.setPivotFlags(false, false);
-    return makeRoom(c.out, doubled(c.length)) &&
-           c.converter.convertToUnicodeHC(c.from, c.data, c.length, c.out, c.log);
+    c.out.expect(doubled(c.length));
+    return c.converter.convertToUnicodeHC(c.from, c.data, c.length, c.out, c.log);
   }
   return c.to == kUtf8 ? pivotToUtf8(c) : pivotThroughTables(c);
 }
 
 // A source of UTF-16 little endian, UTF-8 or a table-driven code page.
 bool convertNormalised(Conversion& c) {
-  switch (fast::convert(c.converter, c.from, c.to, c.data, c.length, c.out, c.log)) {
+  switch (fast::convertClean(c)) {
     case fast::Outcome::kDone:
       return true;
     case fast::Outcome::kFailed:
@@ -259,24 +208,24 @@ bool convertNormalised(Conversion& c) {
 }
 
 // The clean beginning of a source needs no normalised copy. True when it was all of the source.
-// normalised gets what is decoded but not converted of UTF-7.
-bool convertCleanBeginning(Conversion& c, DataBuffer& normalised) {
+// Of UTF-7 normalised gets what is decoded but not converted, and utf7 the state behind that.
+bool convertBeginning(Conversion& c, CodecState& utf7, DataBuffer& normalised) {
   if (isUtf32(c.to) || c.to == kUtf16Be) return false;  // EncConvert's business
   if (c.from == kUtf7) {
-    const unsigned int used =
-        readCleanUtf7(c.converter, c.to, c.data, c.length, c.out, c.log, normalised);
+    bool isBegun = false;
+    const unsigned int used = fast::readBeginning(c, kUtf7Codec, utf7, normalised, isBegun);
     c.skip(used);
     if (used == 0 || c.length != 0 || normalised.getSize() != 0) return false;
     c.setPivotFlags(false, false);
     return true;
   }
-  // From UTF-16 to UTF-16 the plain way writes the text and then fails.
+  // From UTF-16 to UTF-16 the reference converters write the text and then fail.
   if (isUtf16(c.from) && c.to == kUtf16Le) return false;
-  const int from = isUtf16(c.from) ? kUtf16Be : c.bigEndian ? kUtf32Be : kUtf32Le;
-  const unsigned int done =
-      fast::convertPrefix(c.converter, from, c.to, c.data, c.length, c.out, c.log);
+  Conversion beginning = c;
+  beginning.from = isUtf16(c.from) ? kUtf16Be : c.bigEndian ? kUtf32Be : kUtf32Le;
+  const unsigned int done = fast::convertBeginning(beginning);
   if (done == 0) return false;
-  c.setPivotFlags(false, false);
+  if (isUtf16(c.from) || c.to != kUtf8) c.setPivotFlags(false, false);  // else there are no steps
   c.skip(done);
   return c.length == 0;
 }
@@ -299,8 +248,9 @@ bool EncodingConvert::convert_a(int from, int to, const unsigned char* data, uns
 
   if (!needsNormalising(c)) return convertNormalised(c);
   ScratchBuffer normalised(out);
-  if (convertCleanBeginning(c, normalised)) return true;
-  switch (normaliseSource(c, normalised)) {
+  CodecState utf7;
+  if (convertBeginning(c, utf7, normalised)) return true;
+  switch (normaliseSource(c, utf7, normalised)) {
     case Normalised::kEmpty:
       return true;
     case Normalised::kFailed:

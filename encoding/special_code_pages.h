@@ -2,12 +2,12 @@
 #ifndef ENCODING_SPECIAL_CODE_PAGES_H_
 #define ENCODING_SPECIAL_CODE_PAGES_H_
 
+#include "encoding/codecs/encoding_row.h"
 #include "support/data_buffer.h"
 
-inline constexpr int kShiftJis = 932;     // the pivot of ISO-2022-JP
-inline constexpr int kKorean = 949;       // the pivot of ISO-2022-KR
-inline constexpr int kVietnamese = 1258;  // written with letters taken apart
-inline constexpr int kUtf16Le = 1200;     // the pivot of every table-driven conversion
+inline constexpr int kShiftJis = 932;  // the pivot of ISO-2022-JP
+inline constexpr int kKorean = 949;    // the pivot of ISO-2022-KR
+inline constexpr int kUtf16Le = 1200;  // the pivot of every table-driven conversion
 inline constexpr int kUtf16Be = 1201;
 inline constexpr int kMacArabic = 10004;
 inline constexpr int kUtf32Le = 12000;
@@ -17,14 +17,21 @@ inline constexpr int kIso2022Kr = 50225;
 inline constexpr int kGsm = 55000;
 inline constexpr int kUtf7 = 65000;
 inline constexpr int kUtf8 = 65001;
-inline constexpr int kUtf32LeAlias = 65005;  // second numbers of 12000 and 12001
-inline constexpr int kUtf32BeAlias = 65006;
 
 constexpr bool isIso2022Jp(int codePage) { return codePage >= 50220 && codePage <= 50222; }
-constexpr bool isUtf16(int codePage) { return codePage == kUtf16Le || codePage == kUtf16Be; }
-constexpr bool isUtf32Le(int codePage) { return codePage == kUtf32Le || codePage == kUtf32LeAlias; }
-constexpr bool isUtf32Be(int codePage) { return codePage == kUtf32Be || codePage == kUtf32BeAlias; }
-constexpr bool isUtf32(int codePage) { return isUtf32Le(codePage) || isUtf32Be(codePage); }
+inline bool hasForm(int codePage, EncodingForm form) {
+  const EncodingRow* const row = findEncodingRow(codePage);
+  return row != nullptr && row->form == form;
+}
+inline bool isUtf16(int codePage) { return hasForm(codePage, EncodingForm::kUtf16); }
+inline bool isUtf32(int codePage) { return hasForm(codePage, EncodingForm::kUtf32); }
+inline bool isUtf32Be(int codePage) {
+  return isUtf32(codePage) && findEncodingRow(codePage)->bigEndian;
+}
+inline bool decomposesVietnamese(int codePage) {
+  const EncodingRow* const row = findEncodingRow(codePage);
+  return row != nullptr && row->decomposesVietnamese;
+}
 
 // Whether text in US-ASCII is copied to the code page as it is.
 constexpr bool copiesUsAscii(int toCodePage) {
@@ -42,7 +49,7 @@ struct MarkBegin {
     return (data[0] | 1u) == first && length > 1 && (data[1] | 1u) == second;
   }
 };
-constexpr MarkBegin markBegin(int codePage) {
+inline MarkBegin markBegin(int codePage) {
   if (codePage == kUtf8) return {0xEF, 0xBB};
   return isUtf16(codePage) ? MarkBegin{0xFF, 0xFF} : MarkBegin{};
 }

@@ -3,6 +3,7 @@
 #define ENCODING_STAGING_H_
 
 #include "support/data_buffer.h"
+#include "support/utf.h"
 
 // Appends in blocks, to keep appends few: whenever FlushAt bytes or more are staged after a put.
 // Whoever appends to the output directly calls flush() first, so that output order is input order.
@@ -24,9 +25,14 @@ class Staging {
     m_bytes[m_count++] = second;
     flushIfFull();
   }
-  void put(unsigned char first, unsigned char second, unsigned char third) {
-    m_bytes[m_count++] = first;
-    put(second, third);
+  // The UTF-8 form of a scalar value, or the three-byte form of a surrogate.
+  void putUtf8(unsigned int value) {
+    m_count = static_cast<unsigned int>(writeUtf8(m_bytes + m_count, value) - m_bytes);
+    flushIfFull();
+  }
+  void putThreeByteForm(unsigned int unit) {
+    m_count = static_cast<unsigned int>(writeThreeByteForm(m_bytes + m_count, unit) - m_bytes);
+    flushIfFull();
   }
   // A UTF-16 unit in the byte order asked for.
   void putUnit(unsigned int unit, bool bigEndian) {

@@ -14,30 +14,14 @@ constexpr unsigned int kMaxPassThroughBytes = 5;
 
 using Utf8Staging = Staging<512>;
 
-void putTwoByteForm(Utf8Staging& staged, unsigned int unit) {
-  staged.put(static_cast<unsigned char>(0xC0 | (unit >> 6)),
-             static_cast<unsigned char>(0x80 | (unit & 0x3F)));
-}
-
-// The three-byte form of any unit, surrogates and overlong forms included.
-void putThreeByteForm(Utf8Staging& staged, unsigned int unit) {
-  staged.put(static_cast<unsigned char>(0xE0 | (unit >> 12)),
-             static_cast<unsigned char>(0x80 | ((unit >> 6) & 0x3F)),
-             static_cast<unsigned char>(0x80 | (unit & 0x3F)));
-}
-
 // A high surrogate and the unit behind it, whatever that is.
 void putPair(Utf8Staging& staged, unsigned int high, unsigned int second, bool allowFourBytes) {
-  if (!allowFourBytes || (second & 0xFC00) != 0xDC00) {
-    putThreeByteForm(staged, high);
-    putThreeByteForm(staged, second);
-    return;
+  if (allowFourBytes && isLowSurrogate(second)) {
+    staged.putUtf8(joinSurrogates(high, second));
+  } else {
+    staged.putThreeByteForm(high);
+    staged.putThreeByteForm(second);
   }
-  char utf8[4];
-  unsigned int count = 0;
-  const unsigned int scalar = 0x10000 + ((high & 0x3FF) << 10) + (second & 0x3FF);
-  if (!_zvUtf::oneUtf32ToUtf8(scalar, utf8, count)) return;
-  for (unsigned int i = 0; i < count; ++i) staged.put(static_cast<unsigned char>(utf8[i]));
 }
 
 // Handles the pass-through escape at p, with left bytes (>= 4) from there on: copies the raw bytes
@@ -72,16 +56,12 @@ bool EncodingConvert::cv_utf16_to_utf8(const unsigned char* data, unsigned int l
       // Dropped wherever it stands.
     } else if (unit == kPassThroughMark && left >= 4 && m_pivotFromUtf16) {
       used = passThrough(p, left, staged, out);
-    } else if (unit < 0x80) {
-      staged.put(static_cast<unsigned char>(unit));
-    } else if (unit < 0x800) {
-      putTwoByteForm(staged, unit);
-    } else if ((unit & 0xFC00) == 0xD800 && left >= 4) {
+    } else if (isHighSurrogate(unit) && left >= 4) {
       putPair(staged, unit, zvLoadHostUnit(p + 2, bigEndian),
               g_allow_4byte_utf8 && m_allow4ByteUtf8);
       used = 4;
     } else {
-      putThreeByteForm(staged, unit);
+      staged.putUtf8(unit);
     }
     p += used;
     left -= used;

@@ -1,11 +1,13 @@
-// The codecs that keep a state: ISO-2022-JP, ISO-2022-KR and HZ whole and in pieces; and UTF-7,
-// UTF-32 and GSM there and back. Settings: codec, size of the pieces.
+// The codecs whole and in pieces; and UTF-7, UTF-32 and GSM there and back. Settings: codec, size
+// of the pieces.
 #include <vector>
 
+#include "encoding/codecs/gsm.h"
+#include "encoding/codecs/hz.h"
+#include "encoding/codecs/iso2022_jp.h"
+#include "encoding/codecs/iso2022_kr.h"
+#include "encoding/codecs/utf7.h"
 #include "fuzz/fuzz_support.h"
-#include "support/hz.h"
-#include "support/japanese.h"
-#include "support/korean.h"
 #include "support/zv_utf.h"
 
 namespace {
@@ -22,9 +24,9 @@ class Marks : public ReplacementSink {
   unsigned int count = 0;
 };
 
-template <class State, class Piece>
-DataBuffer& inPieces(Piece piece, Bytes text, std::size_t step, DataBuffer& out, Marks& marks) {
-  State state;
+CodecState inPieces(Codec::Convert convert, Bytes text, std::size_t step, DataBuffer& out,
+                    Marks& marks) {
+  CodecState state;
   std::size_t begin = 0, end = 0;
   while (true) {
     end = std::min(end + step, text.size());
@@ -32,22 +34,22 @@ DataBuffer& inPieces(Piece piece, Bytes text, std::size_t step, DataBuffer& out,
     // A copy, so that a read behind the piece is seen.
     const auto cut = text.subspan(begin, end - begin);
     const std::vector<std::uint8_t> exact(cut.begin(), cut.end());
-    const unsigned int used = piece(exact.data(), sizeOf(exact), last, state, out, &marks);
+    const unsigned int used = convert(exact.data(), sizeOf(exact), last, state, out, &marks);
     check(used <= exact.size(), "no more is used than is there");
-    check(exact.size() - used < 8, "what waits is short");
+    check(exact.size() - used < Codec::kMaxRest, "what waits is short");
     begin += used;
     if (!last) continue;
     check(begin == text.size(), "nothing waits at the end");
-    return out;
+    return state;
   }
 }
 
-template <class State, class Piece>
-void compare(Piece piece, Bytes text, std::size_t step) {
+void compare(Codec::Convert convert, Bytes text, std::size_t step) {
   DataBuffer whole, cut;
   Marks wholeMarks, cutMarks;
-  inPieces<State>(piece, text, text.size() + 1, whole, wholeMarks);
-  inPieces<State>(piece, text, step, cut, cutMarks);
+  const CodecState state = inPieces(convert, text, text.size() + 1, whole, wholeMarks);
+  check(state == inPieces(convert, text, step, cut, cutMarks),
+        "the state does not depend on the cuts");
   check(viewOf(whole) == viewOf(cut), "the output does not depend on the cuts");
   check(wholeMarks.count == cutMarks.count, "the reports do not depend on the cuts");
   check(whole.getSize() <= 8 * text.size() + 16, "the output is linear in the input");
@@ -91,41 +93,25 @@ void gsm(Bytes text) {
   check(coded.getSize() <= 2 * text.size(), "at most two septets a byte");
 }
 
+constexpr const Codec* kCodecs[] = {&kIso2022JpCodec, &kIso2022KrCodec, &kHzCodec,
+                                    &kUtf7Codec,      &kGsmCodec,       &kGsmUtf8Codec};
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   FuzzInput input(data, size);
-  const unsigned int codec = input.byte() % 9;
+  const unsigned int codec = input.byte() % (std::size(kCodecs) + 3);
   const std::size_t step = input.byte() % 16 + 1;
   const Bytes text = input.rest();
-  switch (codec) {
-    case 0:
-      compare<Iso2022JpState>(Japanese::readPiece, text, step);
-      break;
-    case 1:
-      compare<Iso2022JpState>(Japanese::writePiece, text, step);
-      break;
-    case 2:
-      compare<Iso2022KrState>(Korean::readPiece, text, step);
-      break;
-    case 3:
-      compare<Iso2022KrState>(Korean::writePiece, text, step);
-      break;
-    case 4:
-      compare<HzState>(Hz::readPiece, text, step);
-      break;
-    case 5:
-      compare<HzState>(Hz::writePiece, text, step);
-      break;
-    case 6:
-      utf7(text);
-      break;
-    case 7:
-      utf32(text);
-      break;
-    default:
-      gsm(text);
-      break;
+  if (codec < std::size(kCodecs)) {
+    compare(kCodecs[codec]->read, text, step);
+    compare(kCodecs[codec]->write, text, step);
+  } else if (codec == std::size(kCodecs)) {
+    utf7(text);
+  } else if (codec == std::size(kCodecs) + 1) {
+    utf32(text);
+  } else {
+    gsm(text);
   }
   return 0;
 }

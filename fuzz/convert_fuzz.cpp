@@ -1,7 +1,7 @@
 // EncConvert: any pair, settings and input. Settings: source, target, error action, alternate code
 // page, flags, and the number of substitution bytes with the bytes.
+#include "encoding/clean_conversion.h"
 #include "encoding/encoding_convert.h"
-#include "encoding/fast/fast_path.h"
 #include "fuzz/fuzz_support.h"
 
 namespace {

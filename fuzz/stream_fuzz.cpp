@@ -4,9 +4,9 @@
 
 #include <vector>
 
+#include "encoding/codecs/hz.h"
 #include "encoding/encoding_convert.h"
 #include "fuzz/fuzz_support.h"
-#include "support/hz.h"
 
 namespace {
 
@@ -80,12 +80,12 @@ std::string whole(int from, int to, const std::string& text) {
   LogBase log;
   if (from == to) return text;
   if (from == kCodePageHz) {
-    Hz::hzToGbk(data, size, out);
+    convertWhole(kHzCodec.read, data, size, out);
     return whole(936, to, std::string(viewOf(out)));
   }
   if (to == kCodePageHz) {
     const std::string gbk = whole(from, 936, text);
-    Hz::gbkToHz(bytesOf(gbk).data(), sizeOf(bytesOf(gbk)), out);
+    convertWhole(kHzCodec.write, bytesOf(gbk).data(), sizeOf(bytesOf(gbk)), out);
     return std::string(viewOf(out));
   }
   if ((from == 1201 || from == 65000) && (to == 1200 || to == 1201 || to == 65000)) {

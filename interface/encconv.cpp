@@ -110,12 +110,11 @@ std::string_view version() { return ENCCONV_VERSION; }
 
 std::vector<CodePage> code_pages() {
   std::vector<CodePage> pages;
-  for (std::size_t i = 0; i < streamCodePageCount(); ++i) {
-    const CodePageInfo page = streamCodePageAt(i);
+  for (const CharsetNames& page : streamCodePages()) {
     pages.push_back({page.codePage,
                      page.preferredName,
                      {page.aliases.begin(), page.aliases.end()},
-                     page.kind,
+                     kindName(page.kind),
                      page.description,
                      page.canRead,
                      page.canWrite});
@@ -168,10 +167,10 @@ Result convert(std::string_view bytes, Encoding from, Encoding to, const Options
 
 Result to_utf8(std::string_view bytes, Encoding from, const Options& options) {
   Result result = convert(bytes, from, kUtf8, options);
-  constexpr std::string_view kMark = "\xEF\xBB\xBF";
+  const std::string_view mark = markOf(*findEncodingRow(kUtf8));
   const bool isCopy = from.code_page() == kUtf8 && !options.byte_order_mark;
-  if (isCopy && bytes.starts_with(kMark) && result.text.starts_with(kMark)) {
-    result.text.erase(0, kMark.size());
+  if (isCopy && bytes.starts_with(mark) && result.text.starts_with(mark)) {
+    result.text.erase(0, mark.size());
   }
   return result;
 }
@@ -185,7 +184,7 @@ Utf16Result to_utf16(std::string_view bytes, Encoding from, const Options& optio
   const Result result = convert(bytes, from, hostUtf16(), options);
   std::size_t begin = 0;
   const bool isCopy = from.code_page() == hostUtf16() && !options.byte_order_mark;
-  const std::string_view mark = zvIsBigEndian() ? "\xFE\xFF" : "\xFF\xFE";
+  const std::string_view mark = markOf(*findEncodingRow(hostUtf16()));
   if (isCopy && result.text.starts_with(mark)) begin = mark.size();
   Utf16Result units;
   units.text.resize((result.text.size() - begin) / 2);
@@ -199,7 +198,7 @@ Utf16Result to_utf16(std::string_view bytes, Encoding from, const Options& optio
 Result from_utf16(std::u16string_view text, Encoding to, const Options& options) {
   const std::string_view bytes(reinterpret_cast<const char*>(text.data()), text.size() * 2);
   // A mark of our own in front, so that no unit of the text is taken for one.
-  const std::string_view mark = zvIsBigEndian() ? "\xFE\xFF" : "\xFF\xFE";
+  const std::string_view mark = markOf(*findEncodingRow(hostUtf16()));
   const bool isCopy = to.code_page() == hostUtf16();
   Result result = convertPieces({mark, bytes}, settingsOf(hostUtf16(), to, options));
   if (isCopy && !options.byte_order_mark) result.text.erase(0, mark.size());

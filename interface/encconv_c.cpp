@@ -131,12 +131,12 @@ const char* encconv_describe(encconv_status status) {
 
 int encconv_find_code_page(const char* name) { return name == nullptr ? 0 : streamCodePage(name); }
 
-size_t encconv_code_page_count(void) { return streamCodePageCount(); }
+size_t encconv_code_page_count(void) { return streamCodePages().size(); }
 
 int encconv_code_page_at(size_t index, encconv_code_page* page) {
   if (page == nullptr || index >= encconv_code_page_count()) return 0;
-  const CodePageInfo info = streamCodePageAt(index);
-  *page = {info.codePage,           info.preferredName.data(), info.kind.data(),
+  const CharsetNames& info = streamCodePages()[index];
+  *page = {info.codePage,           info.preferredName.data(), kindName(info.kind).data(),
            info.description.data(), info.canRead ? 1 : 0,      info.canWrite ? 1 : 0};
   return 1;
 }

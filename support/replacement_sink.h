@@ -6,7 +6,7 @@
 struct ReplacedInput {
   unsigned int offset;      // bytes, from the beginning of the input of the call
   unsigned int length;      // bytes, at least 1
-  unsigned int markOffset;  // where the mark of 2 bytes begins in the output buffer
+  unsigned int markOffset;  // where the mark begins in the output buffer
 };
 
 // Called in the order of the input, on the converting thread. What stands in the output buffer is

@@ -59,11 +59,6 @@ class _zvUtf {
   // pending bits set) becomes U+FFFD and makes the result false; the text after it is kept.
   static bool Utf16XEToUtf7(DataBuffer& in, DataBuffer& out);
   static bool Utf7ToUtf16_xe(DataBuffer& in, DataBuffer& out);
-  // Where UTF-7, or UTF-16 that is to become UTF-7, can be cut in two pieces that make together
-  // what the whole makes: a place up to length (in bytes) behind a character outside of every run,
-  // or 0 where there is none near the end.
-  static unsigned int utf7Cut(const unsigned char* utf7, unsigned int length);
-  static unsigned int utf16CutForUtf7(const unsigned char* utf16, unsigned int length);
 
   // GSM 03.38 default alphabet, one septet a byte, with the extension table behind 1B (3GPP TS
   // 23.038, 6.2.1). An escape before a code without an extension is read as that code's default

@@ -1,5 +1,5 @@
 // _zvUtf: single UTF-8 sequences.
-#include "support/utf_loops.h"
+#include "support/utf.h"
 #include "support/zv_utf.h"
 
 bool _zvUtf::oneUtf32ToUtf8(unsigned int scalar, char* dest, unsigned int& count) {
@@ -15,8 +15,7 @@ unsigned int _zvUtf::utf16FromUtf8(const unsigned char* p, unsigned int bytesLef
   const Utf8Sequence sequence = decodeUtf8(p, bytesLeft);
   consumed = sequence.length;
   if (sequence.value < 0x10000) return sequence.value;  // 0 for an invalid sequence
-  const std::uint32_t offset = sequence.value - 0x10000;
-  return (0xD800 + (offset >> 10)) | ((0xDC00 + (offset & 0x3FF)) << 16);
+  return highSurrogateOf(sequence.value) | lowSurrogateOf(sequence.value) << 16;
 }
 
 unsigned int _zvUtf::utf16FromUtf8(const unsigned char* p, unsigned int& consumed) {

@@ -1,6 +1,11 @@
 // What conversions do on a big-endian host. Units that come from tables and transforms are in host
 // order there; the ASCII shortcuts, the table encoder and the tables of differences are not, and
 // nothing reorders UTF-16 that a caller hands in. The differences are known and kept.
+#include <iterator>
+#include <vector>
+
+#include "encoding/tables/flat_tables.h"
+#include "encoding/tables/table_registry.h"
 #include "tests/test_support.h"
 
 namespace {
@@ -64,13 +69,41 @@ TEST(BigEndianHost, ConvertsAsKnown) {
     EncodingConvert converter;
     converter.setErrorAction(c.action);
     EXPECT_EQ(convert(converter, c.from, c.to, unhex(c.input)),
-              (Outcome{c.ok, c.foundErrors, unhex(c.output)}))
+              (ConversionResult{c.ok, c.foundErrors, unhex(c.output)}))
         << c.what;
   }
 }
 
+// All units and codes of the flat tables of a row.
+std::vector<std::uint16_t> flatTablesOf(const EncodingRow& row) {
+  LogBase log;
+  EXPECT_TRUE(ensureToUnicode(row, log) && ensureFromUnicode(row, log)) << row.number;
+  const fast::Decoder decoder = fast::decoderFor(row);
+  const fast::Encoder encoder = fast::encoderFor(row);
+  std::vector<std::uint16_t> all;
+  const auto add = [&](const auto& table) {
+    all.insert(all.end(), std::begin(table), std::end(table));
+  };
+  if (decoder.singleByte != nullptr) add(decoder.singleByte->units);
+  if (decoder.doubleByte != nullptr)
+    add(decoder.doubleByte->units), add(decoder.doubleByte->singles);
+  if (encoder.singleByte != nullptr) add(encoder.singleByte->bytes);
+  if (encoder.doubleByte != nullptr) add(encoder.doubleByte->codes);
+  return all;
+}
+
+TEST(BigEndianHost, HasTheSameFlatTables) {
+  for (const EncodingRow& row : tableRows()) {
+    if (!row.isDispatched || row.number == 10001) continue;  // whose differences are not the same
+    const std::vector<std::uint16_t> native = flatTablesOf(row);
+    const BigEndianHost host;
+    EXPECT_TRUE(flatTablesOf(row) == native) << row.number;
+    EXPECT_GE(native.size(), 65536u + 256u) << row.number;
+  }
+}
+
 TEST(BigEndianHost, LeavesNothingBehind) {
-  const Outcome before = convert(1252, 65001, "A\x80");
+  const ConversionResult before = convert(1252, 65001, "A\x80");
   { const BigEndianHost host; }
   EXPECT_EQ(convert(1252, 65001, "A\x80"), before);
 }

@@ -1,4 +1,5 @@
 // What the error actions write, in and out of a pivot, and what the observer is told.
+#include <cstring>
 #include <vector>
 
 #include "support/log_base.h"
@@ -13,10 +14,11 @@ struct ActionSettings {
   int action;
   bool toUtf16 = false, fromUtf16 = false;  // pivot flags
   int from = 1252, alternate = 0;
+  std::string_view defBytes = "?";
   void apply(EncodingConvert& converter) const {
     converter.setErrorAction(action);
     converter.setAltDestCodepage(alternate);
-    converter.setDefBytes(kQuestion, 1);
+    converter.setDefBytes(bytesOf(defBytes), static_cast<int>(defBytes.size()));
     converter.m_pivotToUtf16 = toUtf16;
     converter.m_pivotFromUtf16 = fromUtf16;
     converter.m_fromCodePage = from;
@@ -158,8 +160,21 @@ TEST(ErrorActionsTest, SubstitutionsThroughAConversion) {
       {65001, 1252, {.action = 7}, "61 FF 62", "true, errors [61 FF 62]"},
       {1200, 1252, {.action = 2}, "61 00 00 4E", "false, errors [61 26 23 78 30 30 34 45 3B]"},
       {1200, 1252, {.action = 7}, "61 00 00 4E", "false, errors [61 00 4E]"},
-      // Nine bytes in the pivot.
-      {932, 1252, {.action = 7}, "61 81 00 62", "true, errors [61 81 00]"},
+      // Even numbers of bytes make the pivot odd; the unit at its end is whole all the same.
+      {932, 1252, {.action = 7}, "61 81 00 62", "true, errors [61 81 00 62]"},
+      {65001, 1252, {.action = 7}, "E2 82 41 42", "true, errors [E2 82 41 42]"},
+      {932, 1252, {.action = 7}, "85 40 41 42 0A", "true, errors [85 40 41 42 0A]"},
+      {65001,
+       1252,
+       {.action = 1, .defBytes = "??"},
+       "FF 41 42 0A",
+       "true, errors [3F 3F 41 42 0A]"},
+      {20127, 932, {.action = 1, .defBytes = "??"}, "41 81 7A", "true, errors [41 3F 3F 7A]"},
+      // Arabic digits are folded at even places only.
+      {65001, 1256, {.action = 7}, "E2 82 41 E2 82 D9 A1", "true, errors [E2 82 41 E2 82 31]"},
+      {65001, 1256, {.action = 7}, "E2 82 D9 A1 41", "false, errors [E2 82 D9 A1 41]"},
+      // What runs past the even length is no escape: 40 85 is put back into 932, which lacks it.
+      {932, 1252, {.action = 7}, "41 42 85 40", "false, errors [41 42]"},
       {932, 1200, {.action = 7}, "61 81 00 62", "true, errors [61 00 81 00 62 00]"},
       // The first leg's raw bytes are read as units on the way to UTF-8: EFFD, then 3F01.
       {932, 65001, {.action = 1}, "61 81 00 62", "true, errors [61 EE BF BD E3 BC 81 62]"},

@@ -1,12 +1,12 @@
 // The fast path gives what the plain legs give: output, result, flags and reports.
-#include "encoding/fast/fast_path.h"
+#include "encoding/clean_conversion.h"
 
+#include <algorithm>
 #include <random>
 #include <string>
 #include <vector>
 
-#include "encoding/fast/cpu_dispatch.h"
-#include "encoding/tables/code_pages.h"
+#include "encoding/kernels/cpu_dispatch.h"
 #include "tests/test_support.h"
 
 namespace {
@@ -21,15 +21,16 @@ class Recorder : public ConversionObserver {
 };
 
 struct Everything {
-  Outcome outcome;
+  ConversionResult outcome;
   bool pivotToUtf16, pivotFromUtf16;
+  std::int32_t from, to;  // as the converter recorded them
   std::vector<std::uint64_t> reports;
   bool operator==(const Everything&) const = default;
 };
 std::ostream& operator<<(std::ostream& stream, const Everything& e) {
   return stream << (e.outcome.ok ? "true " : "false ") << e.outcome.foundErrors << e.pivotToUtf16
-                << e.pivotFromUtf16 << " " << e.reports.size() << " reports, "
-                << e.outcome.out.size() << " bytes";
+                << e.pivotFromUtf16 << " " << e.from << " to " << e.to << " " << e.reports.size()
+                << " reports, " << e.outcome.out.size() << " bytes";
 }
 
 struct Settings {
@@ -43,14 +44,22 @@ Everything run(bool fastPath, int from, int to, const std::string& input,
                const Settings& settings) {
   fast::setFastPathForTesting(fastPath);
   EncodingConvert converter;
+  // What an earlier call, that failed, may have left.
+  converter.m_pivotToUtf16 = converter.m_pivotFromUtf16 = converter.m_foundErrors = true;
+  converter.m_fromCodePage = converter.m_toCodePage = 1;
   Recorder recorder;
   if (settings.observed) converter.m_observer = &recorder;
   converter.setErrorAction(settings.action);
   converter.setAltDestCodepage(settings.alternate);
   converter.setDefBytes(bytesOf(settings.defBytes), static_cast<int>(settings.defBytes.size()));
-  const Outcome outcome = convert(converter, from, to, input);
+  const ConversionResult outcome = convert(converter, from, to, input);
   fast::setFastPathForTesting(true);
-  return {outcome, converter.m_pivotToUtf16, converter.m_pivotFromUtf16, recorder.reports};
+  return {outcome,
+          converter.m_pivotToUtf16,
+          converter.m_pivotFromUtf16,
+          converter.m_fromCodePage,
+          converter.m_toCodePage,
+          recorder.reports};
 }
 
 // UTF-8 in several scripts, with a bad or special piece every so often.
@@ -96,9 +105,10 @@ Settings randomSettings(std::mt19937& random) {
 }
 
 std::vector<int> fastCodePages() {
-  std::vector<int> pages = {1200, 1201, 12000, 12001, 65001, 65000, 55000, 50220, 50225};
-  for (const CodePageRow& row : codePageRows()) {
-    if (row.isDispatched) pages.push_back(row.codePage);
+  std::vector<int> pages = {1200,  1201,  12000, 12001, 65005, 65001,
+                            65000, 55000, 50220, 50221, 50225};
+  for (const EncodingRow& row : encodingRows()) {
+    if (hasTable(row) && row.isDispatched) pages.push_back(row.number);
   }
   return pages;
 }
@@ -110,7 +120,9 @@ TEST(FastPathTest, EqualsThePlainLegs) {
     for (const int to : pages) {
       const std::size_t size = random() % 16 == 0 ? 20000 : random() % 300;
       const auto badEvery = static_cast<unsigned int>(random() % 3 == 0 ? 0 : 1 + random() % 200);
-      const std::string input = sampleFor(from, random, size, badEvery);
+      std::string input = sampleFor(from, random, size, badEvery);
+      // Some end in the middle of a unit, a few behind whole units that are clean.
+      if (random() % 4 == 0) input.resize(input.size() - std::min<std::size_t>(input.size(), 1));
       const Settings settings = randomSettings(random);
       ASSERT_EQ(run(true, from, to, input, settings), run(false, from, to, input, settings))
           << from << " to " << to << " action " << settings.action << " with "
@@ -147,7 +159,43 @@ TEST(FastPathTest, EqualsThePlainLegsAtEveryLength) {
   fast::setKernelsForTesting(nullptr);
 }
 
-// What the fast path takes for granted about the tables.
+class ContextLog : public LogBase {
+ public:
+  explicit ContextLog(bool verbose) {
+    m_verboseLogging = verbose ? 1 : 0;
+    m_wantsContexts = true;
+  }
+  void enterContext(const char* name, bool /*verbose*/) override { contexts.append(name) += '('; }
+  void leaveContext() override { contexts += ')'; }
+  std::string contexts;
+};
+
+// A verbose log sees the plain legs at work; a quiet one that wants contexts gets the same ones.
+TEST(FastPathTest, QuietLogGetsTheContextsOfThePlainLegs) {
+  std::mt19937 random(3);
+  const std::vector<int> pages = fastCodePages();
+  for (const int from : pages) {
+    for (const int to : pages) {
+      const auto badEvery = static_cast<unsigned int>(random() % 2 == 0 ? 0 : 1 + random() % 50);
+      const std::string input = sampleFor(from, random, random() % 600, badEvery);
+      const int action = static_cast<int>(random() % 9);
+      std::string contexts[2];
+      for (const bool verbose : {false, true}) {
+        EncodingConvert converter;
+        converter.setErrorAction(action);
+        converter.setDefBytes(bytesOf("?"), 1);
+        ContextLog log(verbose);
+        DataBuffer out;
+        converter.EncConvert(from, to, bytesOf(input), static_cast<unsigned int>(input.size()), out,
+                             log);
+        contexts[verbose] = log.contexts;
+      }
+      ASSERT_EQ(contexts[0], contexts[1])
+          << from << " to " << to << " action " << action << ": " << hex(input.substr(0, 300));
+    }
+  }
+}
+
 // So many pieces, so close together, that the plain legs are left to finish.
 TEST(FastPathTest, EqualsThePlainLegsInGarbage) {
   std::mt19937 random(7);
@@ -165,21 +213,23 @@ TEST(FastPathTest, EqualsThePlainLegsInGarbage) {
   }
 }
 
+// What the fast path takes for granted about the tables.
 TEST(FastPathTest, NoTableMeansTheMarkOfAnEscapeOrASurrogate) {
-  for (const CodePageRow& row : codePageRows()) {
-    if (!row.isDispatched) continue;
+  for (const EncodingRow& row : encodingRows()) {
+    if (!hasTable(row) || !row.isDispatched) continue;
+    const bool isDoubleByte = row.form == EncodingForm::kDoubleByte;
     std::string all;
     for (int lead = 0x80; lead < 0x100; ++lead) {
       for (int trail = 0x30; trail < 0x100; ++trail) {
-        all.push_back(static_cast<char>(row.isDoubleByte ? lead : trail));
-        all.push_back(static_cast<char>(row.isDoubleByte ? trail : lead));
+        all.push_back(static_cast<char>(isDoubleByte ? lead : trail));
+        all.push_back(static_cast<char>(isDoubleByte ? trail : lead));
       }
     }
-    const std::string utf16 = convert(row.codePage, 1200, all).out;
+    const std::string utf16 = convert(row.number, 1200, all).out;
     for (std::size_t i = 0; i + 1 < utf16.size(); i += 2) {
       const unsigned int unit = zvLoadHostUnit(bytesOf(utf16) + i, false);
-      ASSERT_NE(unit, 0xFDEFu) << row.codePage;
-      ASSERT_NE(unit & 0xF800, 0xD800u) << row.codePage;
+      ASSERT_NE(unit, 0xFDEFu) << row.number;
+      ASSERT_NE(unit & 0xF800, 0xD800u) << row.number;
     }
   }
 }

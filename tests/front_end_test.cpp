@@ -18,7 +18,8 @@ struct Case {
 
 void expectAll(std::initializer_list<Case> cases) {
   for (const Case& c : cases) {
-    EXPECT_EQ(convert(c.from, c.to, unhex(c.in)), (Outcome{c.ok, c.foundErrors, unhex(c.out)}))
+    EXPECT_EQ(convert(c.from, c.to, unhex(c.in)),
+              (ConversionResult{c.ok, c.foundErrors, unhex(c.out)}))
         << c.what << ": " << c.from << " to " << c.to << " of " << c.in;
   }
 }
@@ -103,6 +104,39 @@ TEST(FrontEndTest, UnicodePairs) {
   EXPECT_EQ(hex(out), "41");
 }
 
+// A failed call leaves a pivot flag set; the next one clears it where it has legs to run.
+TEST(FrontEndTest, LegsClearThePivotFlags) {
+  struct {
+    int from, to;
+    const char* in;
+    bool isCleared;
+  } const cases[] = {
+      {1252, 65001, "41", true},
+      {1200, 12000, "41 00", true},
+      {1201, 12000, "00 41 00", true},  // no unit is left for the last byte
+      {1201, 1252, "00 41 00", true},
+      {12001, 1201, "00 00 00 41 42", true},
+      {12001, 50220, "00 00 00 41 42", true},
+      {12001, 65000, "00 00 00 41 42", true},
+      {12001, 1252, "41", false},
+      {12000, 12001, "41 00 00 00", false},
+      {12000, 65001, "41 00 00 00", false},
+      {65001, 12000, "41", false},
+      {20127, 12000, "41", false},
+      {1200, 1201, "41 00", false},
+      {932, 50220, "41", false},
+      {1252, 0, "41", false},
+  };
+  for (const auto& c : cases) {
+    EncodingConvert converter;
+    EXPECT_FALSE(convert(converter, 28600, 1252, "A").ok);
+    ASSERT_TRUE(converter.m_pivotToUtf16);
+    convert(converter, c.from, c.to, unhex(c.in));
+    EXPECT_EQ(converter.m_pivotToUtf16, !c.isCleared) << c.from << " to " << c.to;
+    EXPECT_FALSE(converter.m_pivotFromUtf16);
+  }
+}
+
 TEST(FrontEndTest, MacArabicPrePass) {
   expectAll({
       {"run is folded and reversed", 10004, 65001, "A1 A2 20", "22 21 20"},
@@ -141,9 +175,9 @@ TEST(FrontEndTest, Utf16ToUtf8) {
       utf8 += 'a';
     }
     EXPECT_EQ(convert(1200, 65001, utf16 + unhex("3D D8 00 DE 62 00")),
-              (Outcome{true, false,
-                       utf8 + "\xF0\x9F\x98\x80"
-                              "b"}));
+              (ConversionResult{true, false,
+                                utf8 + "\xF0\x9F\x98\x80"
+                                       "b"}));
   }
 }
 
@@ -211,18 +245,11 @@ TEST(FrontEndTest, LogLinesAndContexts) {
 }
 
 TEST(FrontEndTest, MemoryExhaustedIsNeverAHole) {
-  // Every length that doubles past 32 bits fails before a byte is read.
   EncodingConvert converter;
   LogBase log;
-  const unsigned char bytes[8] = {'A'};
-  const int pairs[][2] = {{1252, 65001}, {1252, 1200}, {1252, 1251}, {65001, 1252}, {65001, 1200}};
-  for (const auto& pair : pairs) {
-    DataBuffer out;
-    EXPECT_FALSE(converter.convert_a(pair[0], pair[1], bytes, 0x80000000u, out, log));
-  }
   DataBuffer latched;
   latched.latchFailure();
-  EXPECT_FALSE(converter.EncConvert(65001, 1200, bytes, 1, latched, log));
+  EXPECT_FALSE(converter.EncConvert(65001, 1200, bytesOf("A"), 1, latched, log));
 }
 
 // Called directly, with a converter that was last used for 1258.

@@ -1,5 +1,5 @@
 // The kernels: every form against the scalar one, and the scalar one against the standards.
-#include "encoding/fast/kernels.h"
+#include "encoding/kernels/kernels.h"
 
 #include <gtest/gtest.h>
 #include <sys/mman.h>
@@ -12,7 +12,8 @@
 #include <string>
 #include <vector>
 
-#include "encoding/fast/cpu_dispatch.h"
+#include "encoding/kernels/bytes16.h"
+#include "encoding/kernels/cpu_dispatch.h"
 
 namespace {
 
@@ -191,14 +192,13 @@ std::vector<Case> cases() {
                                Byte* outEnd) { return (form.*member)(in, inEnd, out, outEnd); },
                       piece});
   };
-  plain("asciiCopy", &Kernels::asciiCopy, utf8Piece);
-  plain("asciiToUtf16", &Kernels::asciiToUtf16, utf8Piece);
-  plain("utf16ToAscii", &Kernels::utf16ToAscii, utf16Piece);
   plain("utf8ToUtf16", &Kernels::utf8ToUtf16, utf8Piece);
   plain("utf16ToUtf8", &Kernels::utf16ToUtf8, utf16Piece);
   plain("swapUtf16", &Kernels::swapUtf16, utf16Piece);
   plain("utf32ToUtf16", &Kernels::utf32ToUtf16, utf32Piece);
   plain("utf16ToUtf32", &Kernels::utf16ToUtf32, utf16Piece);
+  plain("utf8ToUtf32", &Kernels::utf8ToUtf32, utf8Piece);
+  plain("utf32ToUtf8", &Kernels::utf32ToUtf8, utf32Piece);
   const auto withTable = [&]<class Table>(const char* name,
                                           fast::TableKernel<Table>* Kernels::*member,
                                           const Piece& piece) {
@@ -252,14 +252,20 @@ string convertInPieces(const Case& test, const Kernels& form, const Byte* in, co
   }
 }
 
-void compareWithScalar(const Case& test, const Kernels& form, const string& text) {
+// The text at either end of memory between guard pages, so that both limits are watched.
+template <class Use>
+void atBothEnds(const string& text, Use use) {
   static const GuardedMemory input(8192);
-  static const GuardedMemory output(65536);
-  static const GuardedMemory expected(65536);
-  // At either end of the memory, so that both limits are watched.
   for (Byte* in : {input.begin(), input.end() - text.size()}) {
     std::copy(text.begin(), text.end(), in);
-    const Byte* inEnd = in + text.size();
+    use(in, in + text.size());
+  }
+}
+
+void compareWithScalar(const Case& test, const Kernels& form, const string& text) {
+  static const GuardedMemory output(65536);
+  static const GuardedMemory expected(65536);
+  atBothEnds(text, [&](const Byte* in, const Byte* inEnd) {
     const KernelResult wanted =
         test.run(fast::scalarKernels(), in, inEnd, expected.begin(), expected.end());
     const auto size = static_cast<size_t>(wanted.out - expected.begin());
@@ -275,34 +281,103 @@ void compareWithScalar(const Case& test, const Kernels& form, const string& text
     ASSERT_TRUE(convertInPieces(test, form, in, inEnd, output, stop) == wantedText)
         << test.name << " of " << form.name;
     ASSERT_EQ(stop - in, wanted.in - in) << test.name << " of " << form.name;
-  }
+  });
 }
 
-class KernelsTest : public testing::TestWithParam<const char*> {};
+class KernelsTest : public testing::TestWithParam<const char*> {
+ protected:
+  void SetUp() override {
+    m_form = fast::findKernels(GetParam());
+    if (m_form == nullptr) GTEST_SKIP() << "not for this processor";
+  }
+  const Kernels* m_form = nullptr;
+};
 
 TEST_P(KernelsTest, EqualsTheScalarForm) {
-  const Kernels* form = fast::findKernels(GetParam());
-  if (form == nullptr) return;  // not for this processor
   static const std::vector<Case> all = cases();
   for (const Case& test : all) {
     for (unsigned int size = 0; size <= 200; ++size) {
       for (int round = 0; round < 10; ++round) {
         const string text = randomText(test.piece, size).substr(0, size);
-        ASSERT_NO_FATAL_FAILURE(compareWithScalar(test, *form, text));
+        ASSERT_NO_FATAL_FAILURE(compareWithScalar(test, *m_form, text));
       }
     }
     for (int round = 0; round < 200; ++round) {
       const string text = randomText(test.piece, 1500).substr(0, 1500 + below(20));
-      ASSERT_NO_FATAL_FAILURE(compareWithScalar(test, *form, text));
+      ASSERT_NO_FATAL_FAILURE(compareWithScalar(test, *m_form, text));
     }
     // Each kind of stop at each place of a window, among characters of each length.
     for (unsigned int kind = 0; kind < 9; ++kind) {
       for (unsigned int before = 0; before < 70; ++before) {
         string text;
         for (unsigned int i = 0; i < 140; ++i) text += test.piece(i == before ? 9 : kind);
-        ASSERT_NO_FATAL_FAILURE(compareWithScalar(test, *form, text));
+        ASSERT_NO_FATAL_FAILURE(compareWithScalar(test, *m_form, text));
       }
     }
+  }
+}
+
+TEST_P(KernelsTest, FindsWhatIsNotPairedInUtf16) {
+  for (unsigned int round = 0; round < 3000; ++round) {
+    string text;
+    size_t wanted = string::npos;
+    for (unsigned int left = below(round < 1000 ? 40 : 200); left != 0; --left) {
+      if (wanted == string::npos && below(200) == 0) {
+        wanted = text.size();
+        text += unitText(between(0xDC00, 0xDFFF));
+      }
+      if (wanted == string::npos && below(200) == 0) {
+        wanted = text.size();
+        text += unitText(between(0xD800, 0xDBFF));
+        if (below(2) != 0) break;
+        text += unitText(below(0xDC00));
+      }
+      text += utf16Piece(below(9));
+    }
+    if (below(2) != 0) {
+      if (wanted == string::npos) wanted = text.size();
+      text += 'a';
+    }
+    atBothEnds(text, [&](const Byte* in, const Byte* inEnd) {
+      ASSERT_EQ(static_cast<size_t>(m_form->pairedUtf16(in, inEnd) - in),
+                std::min(wanted, text.size()))
+          << testing::PrintToString(text);
+    });
+  }
+}
+
+template <class Value>
+void expectCount(fast::Count<Value>* kernel, const string& text) {
+  for (const Value value :
+       {Value{'\n'}, static_cast<Value>(0x0A000000u >> (32 - sizeof(Value) * 8)), Value{0},
+        static_cast<Value>(~Value{0})}) {
+    std::uint64_t wanted = 0;
+    for (size_t i = 0; i + sizeof value <= text.size(); i += sizeof value) {
+      Value found = 0;  // little endian
+      for (size_t byte = sizeof value; byte-- != 0;) {
+        found =
+            static_cast<Value>(found << 8 % (8 * sizeof value) | static_cast<Byte>(text[i + byte]));
+      }
+      wanted += found == value ? 1 : 0;
+    }
+    atBothEnds(text, [&](const Byte* in, const Byte* inEnd) {
+      ASSERT_EQ(kernel(in, inEnd, value), wanted) << sizeof value << " bytes, of " << text.size();
+    });
+  }
+}
+
+TEST_P(KernelsTest, CountsValues) {
+  for (unsigned int round = 0; round < 1000; ++round) {
+    string text(round < 300 ? round : below(8192), '\0');
+    // Mostly of one byte, so that the numbers of equal values become large.
+    for (char& byte : text) byte = below(16) != 0 ? '\n' : static_cast<char>(below(3) - 1);
+    for (char& byte : text) byte = round % 3 == 0 && byte == '\n' ? '\xFF' : byte;
+    for (size_t i = 0; round % 3 == 1 && i < text.size(); ++i) {
+      if (i % (1u << round % 3) != 0) text[i] = '\0';
+    }
+    expectCount(m_form->countByte, text);
+    expectCount(m_form->countUnit, text);
+    expectCount(m_form->countScalar, text);
   }
 }
 
@@ -331,6 +406,8 @@ TEST(ScalarKernelsTest, CarryEveryScalarValueThroughAllTransforms) {
   EXPECT_EQ(utf8.size(), 0x7F + 0x780 * 2 + (0xF800 - 0x800) * 3 + 0x100000 * 4);
   EXPECT_TRUE(convert(form.utf8ToUtf16, utf8) == utf16);
   EXPECT_TRUE(convert(form.utf16ToUtf32, utf16) == utf32);
+  EXPECT_TRUE(convert(form.utf8ToUtf32, utf8) == utf32);
+  EXPECT_TRUE(convert(form.utf32ToUtf8, utf32) == utf8);
   EXPECT_EQ(convert(form.utf16ToUtf8, unitText(0x20AC) + unitText(0xD83D) + unitText(0xDE00)),
             "\xE2\x82\xAC\xF0\x9F\x98\x80");
 }
@@ -346,6 +423,70 @@ TEST(ScalarKernelsTest, StopBeforeMalformedUtf8) {
       EXPECT_EQ(result.out - out, 4);
     }
   }
+}
+
+// The first of sixteen places where a test of the place holds; 16 for none.
+template <class Test>
+unsigned int firstPlace(Test test) {
+  unsigned int i = 0;
+  while (i < 16 && !test(i)) ++i;
+  return i;
+}
+
+TEST(Bytes16Test, EqualsLoopsOverBytes) {
+  for (int round = 0; round < 10000; ++round) {
+    // Equal bytes are frequent, so that each place is now and then the first.
+    Byte text[32];
+    const unsigned int usual = below(256);
+    for (Byte& byte : text) byte = static_cast<Byte>(below(16) != 0 ? usual : below(256));
+    const fast::Bytes16 bytes = fast::Bytes16::load(text);
+    const unsigned int low = below(256);
+    const unsigned int high = between(low, 255);
+
+    EXPECT_EQ(fast::countHigh(bytes), firstPlace([&](auto i) { return text[i] < 0x80; }));
+    EXPECT_EQ(fast::countLow(bytes), firstPlace([&](auto i) { return text[i] >= 0x80; }));
+    EXPECT_EQ(equal(bytes, low).firstSet(), firstPlace([&](auto i) { return text[i] == low; }));
+    EXPECT_EQ(fast::isBetween(bytes, low, high).firstSet(),
+              firstPlace([&](auto i) { return text[i] >= low && text[i] <= high; }));
+    EXPECT_EQ((~fast::isAsciiLetter(bytes)).firstSet(), firstPlace([&](auto i) {
+                return !((text[i] >= 'A' && text[i] <= 'Z') || (text[i] >= 'a' && text[i] <= 'z'));
+              }));
+    const bool isAny = std::any_of(text, text + 16, [&](Byte byte) { return byte == low; });
+    EXPECT_EQ(equal(bytes, low).any(), isAny);
+    EXPECT_EQ(equal(bytes, low).none(), !isAny);
+
+    const fast::PairBox box = {low, high, high / 4, 0xF0};
+    const auto isOutside = [&](auto i) {
+      return text[2 * i] < low || text[2 * i] > high || text[2 * i + 1] < high / 4 ||
+             text[2 * i + 1] > 0xF0;
+    };
+    EXPECT_EQ((~fast::isInBox(fast::Units16::load(text), box)).firstSet(),
+              std::min(8u, firstPlace([&](auto i) { return i >= 8 || isOutside(i); })));
+
+    for (const bool bigEndian : {false, true}) {
+      Byte narrowed[16], units[32];
+      (bigEndian ? fast::loadUnits<true>(text) : fast::loadUnits<false>(text)).store(narrowed);
+      bigEndian ? fast::storeAsUnits<true>(bytes, units) : fast::storeAsUnits<false>(bytes, units);
+      for (unsigned int i = 0; i < 16; ++i) {
+        const Byte upper = text[2 * i + (bigEndian ? 0 : 1)];
+        EXPECT_EQ(narrowed[i], upper != 0 ? 0xFF : text[2 * i + (bigEndian ? 1 : 0)]);
+        EXPECT_EQ(units[2 * i + (bigEndian ? 1 : 0)], text[i]);
+        EXPECT_EQ(units[2 * i + (bigEndian ? 0 : 1)], 0);
+      }
+    }
+  }
+}
+
+int g_changes = 0;
+
+TEST(DispatchTest, TellsOfEachChange) {
+  fast::onKernelsChanged([] { ++g_changes; });
+  EXPECT_TRUE(fast::setKernelsForTesting("scalar"));
+  EXPECT_FALSE(fast::setKernelsForTesting("mmx"));
+  EXPECT_TRUE(fast::setKernelsForTesting(nullptr));
+  fast::onKernelsChanged(nullptr);
+  EXPECT_TRUE(fast::setKernelsForTesting(nullptr));
+  EXPECT_EQ(g_changes, 2);
 }
 
 TEST(DispatchTest, TakesTheNamedForm) {

@@ -1,5 +1,7 @@
-// A real input of 2.5 GiB: what has a 32-bit size is converted whole, what has none fails cleanly.
-// Needs 12 GiB of memory; registered with CTest by the option ENCCONV_LARGE_TESTS only.
+// Real inputs of more than 2 GiB, and outputs that end at 4 GiB: what has a 32-bit size is
+// converted whole, what has none fails cleanly. Needs 12 GiB of memory; registered with CTest by
+// the option ENCCONV_LARGE_TESTS only.
+#include <algorithm>
 #include <memory>
 
 #include "tests/test_support.h"
@@ -8,31 +10,39 @@ namespace {
 
 constexpr unsigned int kMiB = 1u << 20;
 constexpr unsigned int kLength = 2560 * kMiB;
+constexpr unsigned int kTwiceIsTooLong = 2'148'532'224;  // in 32 bits; whole characters of 2 and 3
 
 struct Case {
   int from, to;
-  const char* pattern;  // fills the input, its last copy cut off
-  unsigned int size;    // of the pattern, in bytes
+  std::string_view pattern;  // fills the input
   bool ok;
-  std::uint64_t written;  // bytes
+  std::uint64_t written = 0;  // bytes
+  unsigned int length = kLength;
 };
 
 constexpr Case kCases[] = {
-    // The UTF-16 between the legs would pass 4 GiB.
-    {1252, 65001, "caf\xE9", 4, false, 0},
-    {932, 936, "\x93\xFA\x96\x7B", 4, false, 0},
-    {65001, 1200, "text", 4, false, 0},
-    {65001, 1252, "text", 4, false, 0},
-    {1252, 1201, "text", 4, false, 0},
+    // The UTF-16 between the legs, or the output, would pass 4 GiB.
+    {.from = 1252, .to = 65001, .pattern = "caf\xE9", .ok = false},
+    {.from = 65001, .to = 1200, .pattern = "text", .ok = false},
+    {.from = 65001, .to = 1252, .pattern = "text", .ok = false},
+    {.from = 1252, .to = 1201, .pattern = "text", .ok = false},
     // The codecs of ISO-2022 take signed lengths.
-    {50220, 65001, "text", 4, false, 0},
+    {.from = 50220, .to = 65001, .pattern = "text", .ok = false},
     // The output fits, and ends where it should.
-    {1200, 1252, "\xAC\x20\x61\x00", 4, true, kLength / 2},
-    {1200, 65001, "\xE5\x65\x2C\x67", 4, true, std::uint64_t{kLength} * 3 / 2},
-    {1201, 65001, "\x65\xE5\x00\x61", 4, true, kLength},
-    {12000, 65001, "\x61\x00\x00\x00", 4, true, kLength / 4},
-    {65001, 65001, "text", 4, true, kLength},
-    {20127, 65001, "te\x80t", 4, true, std::uint64_t{kLength} * 3 / 4},
+    {1200, 1252, {"\xAC\x20\x61\x00", 4}, true, kLength / 2},
+    {1200, 65001, "\xE5\x65\x2C\x67", true, std::uint64_t{kLength} * 3 / 2},
+    {1201, 65001, {"\x65\xE5\x00\x61", 4}, true, kLength},
+    {12000, 65001, {"\x61\x00\x00\x00", 4}, true, kLength / 4},
+    {65001, 65001, "text", true, kLength},
+    {20127, 65001, "te\x80t", true, std::uint64_t{kLength} * 3 / 4},
+    // Twice the length has no 32-bit form, but the text has fewer units than bytes.
+    {932, 936, "\x93\xFA\x96\x7B", true, kLength},
+    {65001, 1200, "\xE4\xB8\x80", true, kTwiceIsTooLong / 3 * 2, kTwiceIsTooLong},
+    {65001, 936, "\xE4\xB8\x80", true, kTwiceIsTooLong / 3 * 2, kTwiceIsTooLong},
+    {65001, 12000, "\xE4\xB8\x80", true, kTwiceIsTooLong / 3 * 4, kTwiceIsTooLong},
+    {932, 1200, "\x93\xFA", true, kTwiceIsTooLong, kTwiceIsTooLong},
+    {932, 65001, "\x93\xFA", true, kTwiceIsTooLong / 2 * 3, kTwiceIsTooLong},
+    {932, 936, "\x93\xFA", true, kTwiceIsTooLong, kTwiceIsTooLong},
 };
 
 TEST(LargeInput, IsConvertedWholeOrFailsCleanly) {
@@ -41,21 +51,57 @@ TEST(LargeInput, IsConvertedWholeOrFailsCleanly) {
   LogBase log;
   EncodingConvert converter;
   for (const Case& c : kCases) {
-    for (unsigned int i = 0; i < kLength; i += c.size) std::memcpy(&input[i], c.pattern, c.size);
+    SCOPED_TRACE(std::to_string(c.from) + " to " + std::to_string(c.to));
+    std::memcpy(&input[0], c.pattern.data(), c.pattern.size());
+    for (std::size_t filled = c.pattern.size(); filled < c.length; filled *= 2) {
+      std::memcpy(&input[filled], &input[0], std::min(filled, c.length - filled));
+    }
     DataBuffer out;
-    EXPECT_EQ(converter.EncConvert(c.from, c.to, input.get(), kLength, out, log), c.ok)
-        << c.from << " to " << c.to;
+    EXPECT_EQ(converter.EncConvert(c.from, c.to, input.get(), c.length, out, log), c.ok);
     if (c.ok) {
-      EXPECT_EQ(out.getSize(), c.written) << c.from << " to " << c.to;
+      EXPECT_EQ(out.getSize(), c.written);
       // The last characters are what the same ones give alone.
-      const std::string end = convert(c.from, c.to, {c.pattern, c.size}).out;
+      const std::string end = convert(c.from, c.to, c.pattern).out;
       ASSERT_GE(out.getSize(), end.size());
       EXPECT_EQ(hex({reinterpret_cast<const char*>(out.getData2()) + out.getSize() - end.size(),
                      end.size()}),
-                hex(end))
-          << c.from << " to " << c.to;
+                hex(end));
     }
     EXPECT_EQ(convert(converter, 1252, 65001, "\xE9"), convert(1252, 65001, "\xE9")) << "next call";
+  }
+}
+
+// Behind an output of nearly 4 GiB, most of it never written, so that it takes no memory.
+TEST(LargeOutput, MayFillTheBufferToTheLastByte) {
+  constexpr int kPages[] = {1200, 1201, 12000, 12001, 65000, 65001, 55000, 1252, 1258, 932, 949};
+  LogBase log;
+  for (const int from : kPages) {
+    for (const int to : kPages) {
+      for (const int times : {1, 300, 20000}) {
+        std::string text;
+        for (int i = 0; i < times; ++i) text += "text ";
+        const std::string input = convert(65001, from, text).out;
+        const ConversionResult expected = convert(from, to, input);
+        if (!expected.ok) continue;
+        for (const unsigned int excess : {0u, 1u}) {
+          SCOPED_TRACE(std::to_string(from) + " to " + std::to_string(to) + ", " +
+                       std::to_string(times) + " times, with " + std::to_string(excess));
+          const auto before = 0xFFFFFFFFu - static_cast<unsigned int>(expected.out.size()) + excess;
+          DataBuffer out;
+          ASSERT_NE(out.reserveTail(before), nullptr);
+          out.commitTail(before);
+          EncodingConvert converter;
+          const bool ok = converter.EncConvert(from, to, bytesOf(input),
+                                               static_cast<unsigned int>(input.size()), out, log);
+          ASSERT_EQ(ok, excess == 0);
+          if (!ok) continue;
+          ASSERT_EQ(out.getSize(), 0xFFFFFFFFu);
+          EXPECT_TRUE(std::equal(
+              expected.out.begin(), expected.out.end(), out.getData2() + before,
+              [](char a, unsigned char b) { return static_cast<unsigned char>(a) == b; }));
+        }
+      }
+    }
   }
 }
 

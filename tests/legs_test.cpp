@@ -1,7 +1,6 @@
 // The table-driven decoders and encoders, leg by leg.
 #include <memory>
 
-#include "encoding/tables/code_pages.h"
 #include "support/text_log.h"
 #include "tests/test_support.h"
 
@@ -18,7 +17,7 @@ std::string decode(int from, std::string_view in, bool* ok = nullptr) {
 }
 
 // Encodes in the second leg of a pivot, or not.
-Outcome encode(int to, std::string_view in, bool pivot = false) {
+ConversionResult encode(int to, std::string_view in, bool pivot = false) {
   EncodingConvert converter;
   converter.m_pivotFromUtf16 = pivot;
   converter.m_toCodePage = to;
@@ -113,7 +112,7 @@ TEST(EncodeTest, LooksUpFoldsAndDecomposes) {
       {1200, "41 00", "", false},
   };
   for (const auto& c : cases) {
-    const Outcome outcome = encode(c.to, unhex(c.in));
+    const ConversionResult outcome = encode(c.to, unhex(c.in));
     EXPECT_EQ(outcome.out, c.out) << c.to << " " << c.in;
     EXPECT_EQ(outcome.ok, c.ok) << c.to << " " << c.in;
   }
@@ -124,14 +123,19 @@ TEST(EncodeTest, PassThroughEscape) {
     const char* in;
     const char* out;
   } const cases[] = {
-      {"41 00 FD EF 02 81 82 42 00", "41 81 82"},  // nine bytes: the last is ignored as odd
+      {"41 00 FD EF 02 81 82 42 00", "41 81 82 42"},  // the last unit needs the ninth byte
+      {"FD EF 02 81 82 42 00", "81 82 42"},
       {"FD EF 01 81 42 00", "81 42"},
+      {"FD EF 01 81 42 00 43", "81 42"},        // at an even place the odd byte is ignored
+      {"41 00 FD EF 02 42 00", "41 42"},        // its bytes would take the odd byte, too: a unit
       {"FD EF 02 81 82 42 00 43", "81 82 42"},  // an odd byte is left over
       {"FD EF 06 00 42 00", "06 42"},           // too long: only the mark goes
       {"FD EF 05 41 00 00", "41"},              // runs past the end: the count goes, too
       {"FD EF 00", ""},
   };
-  for (const auto& c : cases) EXPECT_EQ(encode(437, unhex(c.in), true).out, c.out) << c.in;
+  for (const int to : {437, 1252, 932}) {
+    for (const auto& c : cases) EXPECT_EQ(encode(to, unhex(c.in), true).out, c.out) << c.in;
+  }
   // Outside a pivot the mark is a character like any other; 950 has it.
   EXPECT_EQ(encode(950, unhex("FD EF")).out, "83 4B");
 }

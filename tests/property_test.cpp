@@ -2,14 +2,15 @@
 #include <random>
 #include <vector>
 
-#include "encoding/stream/stream_converter.h"
 #include "tests/test_support.h"
 
 namespace {
 
 std::vector<int> allCodePages() {
-  std::vector<int> pages = {28600, 28601};  // with tables, but not to be converted
-  for (std::size_t i = 0; i < codePageCount(); ++i) pages.push_back(codePageAt(i).codePage);
+  std::vector<int> pages;
+  for (const EncodingRow& row : encodingRows()) {
+    if (row.inEngine) pages.push_back(row.number);
+  }
   return pages;
 }
 
@@ -91,16 +92,13 @@ TEST(PropertyTest, AnyBytesUnderAnySettings) {
 TEST(PropertyTest, EachSubstitutionIsReportedOnce) {
   std::mt19937 random(7);
   int reports = 0;
-  for (std::size_t i = 0; i < codePageCount(); ++i) {
-    const CodePageInfo page = codePageAt(i);
-    const bool isDoubleByte = page.kind == "double-byte";
-    // GSM and US-ASCII have ways of their own.
-    if (page.codePage == 55000 || page.codePage == 20127) continue;
-    if (!isDoubleByte && page.kind != "single-byte") continue;
+  for (const EncodingRow& row : tableRows()) {
+    if (!row.isDispatched) continue;
     for (const bool decoding : {true, false}) {
-      if (decoding && isDoubleByte) continue;  // action 0 cuts those pieces differently
-      const int from = decoding ? page.codePage : 1200;
-      const int to = decoding ? 1200 : page.codePage;
+      if (decoding && row.form == EncodingForm::kDoubleByte)
+        continue;  // action 0 cuts those pieces differently
+      const int from = decoding ? row.number : 1200;
+      const int to = decoding ? 1200 : row.number;
       const std::string input = randomBytes(random, 200);
       EncodingConvert dropping, substituting;
       substituting.setErrorAction(1);

@@ -3,14 +3,17 @@
 
 #include <algorithm>
 #include <cstring>
+#include <map>
 #include <new>
 #include <set>
+#include <string>
 #include <thread>
 #include <vector>
 
 #include "encoding/encoding_convert.h"
-#include "encoding/tables/code_pages.h"
+#include "encoding/tables/table_registry.h"
 #include "support/japanese.h"
+#include "tests/test_support.h"
 
 namespace {
 
@@ -39,12 +42,12 @@ constexpr Ensure kEnsureAll[] = {
     EncodingConvert::ensureHashToUnicode8859, EncodingConvert::ensureHashFromUnicode,
     EncodingConvert::ensureHashFromUnicode2};
 
-TableSlots& slotsOf(int codePage) { return tableSlots(*findCodePageRow(codePage)); }
+TableSlots& slotsOf(int codePage) { return tableSlots(*findEncodingRow(codePage)); }
 
 int countFilled() {
   std::set<const TableSlots*> seen;
   int count = 0;
-  for (const CodePageRow& row : codePageRows()) {
+  for (const EncodingRow& row : tableRows()) {
     TableSlots& slots = tableSlots(row);
     if (!seen.insert(&slots).second) continue;
     count += (slots.singleToUnicode != nullptr) + (slots.multiToUnicode != nullptr) +
@@ -83,18 +86,27 @@ class Registry : public testing::Test {
 };
 
 TEST_F(Registry, FindsEveryRowAndNoOther) {
-  int found = 0;
-  for (int codePage = -70000; codePage < 140000; ++codePage) {
-    const CodePageRow* row = findCodePageRow(codePage);
-    if (row != nullptr) {
-      ASSERT_EQ(row->codePage, codePage);
-    }
-    found += row != nullptr;
+  std::vector<const EncodingRow*> found;
+  for (int number = -70000; number < 1'100'000; ++number) {
+    const EncodingRow* row = findEncodingRow(number);
+    if (row == nullptr) continue;
+    ASSERT_EQ(row->number, number);
+    found.push_back(row);
   }
-  EXPECT_EQ(found, 106);
-  EXPECT_EQ(codePageRows().size(), 106u);
-  for (const int codePage : {28600, 28601}) EXPECT_FALSE(findCodePageRow(codePage)->isDispatched);
-  EXPECT_EQ(std::ranges::count_if(codePageRows(), &CodePageRow::isDispatched), 104);
+  ASSERT_EQ(found.size(), encodingRows().size());
+  for (std::size_t i = 0; i < found.size(); ++i) EXPECT_EQ(found[i], &encodingRows()[i]);
+}
+
+TEST_F(Registry, EveryTableHasSlotsOfItsOwn) {
+  std::map<const TableSlots*, std::vector<int>> rowsOfSlots;
+  for (const EncodingRow& row : tableRows()) {
+    rowsOfSlots[&tableSlots(row)].push_back(row.number);
+    EXPECT_TRUE(row.text != nullptr || row.appendText != nullptr) << row.number;
+    EXPECT_TRUE(row.toUnicodeSize != 0 && row.fromUnicodeSize != 0) << row.number;
+  }
+  for (const auto& [slots, numbers] : rowsOfSlots) {
+    EXPECT_EQ(numbers, numbers[0] == 936 ? std::vector({936, 52936}) : std::vector({numbers[0]}));
+  }
 }
 
 TEST_F(Registry, BuildsWhatItHoldsOnce) {
@@ -146,11 +158,12 @@ TEST_F(Registry, TeardownEmptiesAllButTwo) {
   ASSERT_NE(list, nullptr);
   EXPECT_EQ(Japanese::GetSjisFrom2022_LastBlock(), list);
   const std::vector<unsigned char> codes(list, list + 2 * Japanese::kLastBlockCodes);
-  for (const CodePageRow& row : codePageRows()) {
-    EXPECT_TRUE(EncodingConvert::ensureHashToUnicode(row.codePage, m_log));
-    EXPECT_TRUE(EncodingConvert::ensureHashFromUnicode(row.codePage, m_log));
+  for (const EncodingRow& row : tableRows()) {
+    EXPECT_TRUE(EncodingConvert::ensureHashToUnicode(row.number, m_log));
+    EXPECT_TRUE(EncodingConvert::ensureHashFromUnicode(row.number, m_log));
   }
-  EXPECT_EQ(countFilled(), 105 + 96 + 9);
+  // Both directions of each; 936 and 52936 share theirs.
+  EXPECT_EQ(countFilled(), 2 * static_cast<int>(tableRows().size() - 1));
   const UnicodeLookup* kept = slotsOf(28600).singleToUnicode;
   EncodingConvert::cleanupMemory();
   EXPECT_EQ(countFilled(), 4);
@@ -173,6 +186,47 @@ TEST_F(Registry, ShortTextsFindTheirTablesAgainAfterTeardown) {
     EXPECT_NE(slotsOf(1252).singleToUnicode, nullptr) << round;
     EXPECT_NE(slotsOf(1251).fromUnicode, nullptr) << round;
     if (round % 2 != 0) EncodingConvert::cleanupMemory();
+  }
+}
+
+TEST_F(Registry, CopiesAndRefusalsBuildNoTable) {
+  struct {
+    int from, to;
+    bool ok;
+    int built = 0;
+    const char* begin = "";
+  } const cases[] = {
+      {936, 0, true},
+      {0, 936, true},
+      {936, 936, true},
+      {936, 5, false},
+      {5, 936, false},
+      {936, -1, false},
+      {932, 1252, true, 0, "%PDF-1"},
+      {20127, 1252, true},
+      {20127, 12000, true},
+      {932, 50220, true},  // copied, and then the codec
+      {949, 50225, true},
+      {50221, 50222, true},
+      {20936, 936, false},
+      {1201, 936, false, 0, "\xFF\xFE"},
+      {936, 20936, false, 1},  // decoded before the refusal
+      {936, 65000, true, 1},
+      {936, 932, true, 2},
+  };
+  for (const auto& c : cases) {
+    for (const std::size_t length : {20u, 400u}) {  // short texts have a way of their own
+      EncodingConvert::cleanupMemory();
+      const std::string text = c.begin + std::string(length, 'a');
+      EncodingConvert converter;
+      DataBuffer out;
+      EXPECT_EQ(
+          converter.EncConvert(c.from, c.to, reinterpret_cast<const unsigned char*>(text.data()),
+                               static_cast<unsigned int>(text.size()), out, m_log),
+          c.ok)
+          << c.from << " to " << c.to;
+      EXPECT_EQ(filled(), c.built) << c.from << " to " << c.to << ", " << length << " bytes";
+    }
   }
 }
 

@@ -7,8 +7,9 @@
 #include <string>
 #include <vector>
 
-#include "encoding/fast/fast_path.h"
-#include "support/hz.h"
+#include "encoding/codecs/encoding_row.h"
+#include "encoding/codecs/hz.h"
+#include "encoding/kernels/cpu_dispatch.h"
 #include "tests/stream_support.h"
 
 using namespace std::string_literals;
@@ -20,7 +21,7 @@ std::string whole(int from, int to, const std::string& text) {
   DataBuffer out;
   const auto length = static_cast<unsigned int>(text.size());
   if (from == kCodePageHz) {
-    Hz::hzToGbk(bytesOf(text), length, out);
+    convertWhole(kHzCodec.read, bytesOf(text), length, out);
     return whole(936, to, textOf(out));
   }
   // What EncConvert cannot do at all goes by UTF-8.
@@ -29,7 +30,7 @@ std::string whole(int from, int to, const std::string& text) {
   if (failsThere) return whole(65001, to, whole(from, 65001, text));
   if (to != kCodePageHz) return convert(from, to, text).out;
   const std::string gbk = whole(from, 936, text);
-  Hz::gbkToHz(bytesOf(gbk), static_cast<unsigned int>(gbk.size()), out);
+  convertWhole(kHzCodec.write, bytesOf(gbk), static_cast<unsigned int>(gbk.size()), out);
   return textOf(out);
 }
 
@@ -43,12 +44,6 @@ constexpr int kTargets[] = {65001, 1200, 1201, 12000, 65000, 55000, 20127, 1252,
 
 bool hasShifts(int page) {
   return page == 65000 || (page >= 50220 && page <= 50225) || page == kCodePageHz;
-}
-
-// A mapping table and nothing else decides what its bytes mean.
-bool isByTable(int page) {
-  const std::optional<CodePageInfo> info = findCodePage(std::to_string(page));
-  return info && info->kind.ends_with("-byte") && page != 20127 && page != 55000;
 }
 
 using Random = std::minstd_rand0;  // 31 bits
@@ -153,19 +148,23 @@ TEST(Stream, NorDoItsShifts) {
   }
 }
 
-TEST(Stream, GivesWithoutKernelsWhatItGivesWithThem) {
+TEST(Stream, GivesTheSameByEveryFormOfTheKernels) {
   Random random(3);
   for (const int from : kSources) {
     const std::string text = randomBytes(random, from, 600);
     for (const int to : {65001, 1251, 932, 1200}) {
       SCOPED_TRACE(describe(from, to, text));
       const StreamSettings settings = settingsFor(from, to, "hex");
+      ASSERT_TRUE(fast::setKernelsForTesting("scalar"));
       const StreamResult expected = stream(settings, text);
-      fast::setFastPathForTesting(false);
-      EXPECT_EQ(stream(settings, text), expected);
-      fast::setFastPathForTesting(true);
+      for (const char* const form : {"sse4", "avx2"}) {
+        if (fast::setKernelsForTesting(form)) {
+          EXPECT_EQ(stream(settings, text), expected);
+        }
+      }
     }
   }
+  fast::setKernelsForTesting(nullptr);
 }
 
 TEST(Stream, TheLimitsOfItsBlocksDoNotShow) {
@@ -205,7 +204,7 @@ TEST(Stream, ConvertsCleanTextAsEncConvertDoes) {
 TEST(Stream, DropsWhatEncConvertDrops) {
   Random random(8);
   for (const int from : kSources) {
-    if (!isByTable(from)) continue;
+    if (!hasTable(*findEncodingRow(from)) || from == 20127) continue;
     for (const int to : kTargets) {
       if (to == 55000 || hasShifts(to)) continue;  // marks take the place of what has none
       if (to == from) continue;                    // a copy, which only the stream looks at
@@ -254,8 +253,8 @@ TEST(Stream, TreatsOnlyTheBadPiecesOfAText) {
   candidates.insert(candidates.end(), {"\xDC\xDC"s, "\0\0\x11\0"s, "\0\x11\0\0"s});
   int withMalformed = 0;
   int withoutPlace = 0;
-  for (std::size_t i = 0; i < streamCodePageCount(); ++i) {
-    const int page = streamCodePageAt(i).codePage;
+  for (const CharsetNames& names : streamCodePages()) {
+    const int page = names.codePage;
     const std::string clean = stream(settingsFor(65001, page, "drop"), line).text;
     const std::string read = stream(settingsFor(page, 65001), clean).text;
     const auto isMalformed = [&](const std::string& piece) {

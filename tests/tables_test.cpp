@@ -9,8 +9,8 @@
 #include <random>
 #include <string>
 
+#include "encoding/codecs/encoding_row.h"
 #include "encoding/encoding_convert.h"
-#include "encoding/tables/code_pages.h"
 #include "support/content_coding.h"
 #include "support/norvane_bzip2.h"
 #include "support/zv_base.h"
@@ -49,7 +49,7 @@ std::unique_ptr<HashConvert> built(const std::string& text, bool fromUnicode, in
 }
 
 std::string textOf(int codePage) {
-  const CodePageRow* row = findCodePageRow(codePage);
+  const EncodingRow* row = findEncodingRow(codePage);
   if (row->text != nullptr) return row->text;
   StringBuffer text;
   row->appendText(text);

@@ -7,7 +7,9 @@
 #include <ostream>
 #include <string>
 #include <string_view>
+#include <vector>
 
+#include "encoding/codecs/encoding_row.h"
 #include "encoding/encoding_convert.h"
 #include "support/zv_base.h"
 
@@ -17,6 +19,15 @@ inline const unsigned char* bytesOf(std::string_view text) {
 
 inline std::string textOf(const DataBuffer& buffer) {
   return {reinterpret_cast<const char*>(buffer.getData2()), buffer.getSize()};
+}
+
+// The rows that have a mapping table.
+inline std::vector<EncodingRow> tableRows() {
+  std::vector<EncodingRow> rows;
+  for (const EncodingRow& row : encodingRows()) {
+    if (hasTable(row)) rows.push_back(row);
+  }
+  return rows;
 }
 
 // "41 00 E9": bytes that a failed comparison can be read in.
@@ -53,8 +64,6 @@ inline std::ostream& operator<<(std::ostream& stream, const ConversionResult& ou
   return stream << (outcome.ok ? "true" : "false") << (outcome.foundErrors ? ", errors" : "")
                 << " [" << hex(outcome.out) << "]";
 }
-
-using Outcome = ConversionResult;  // its former name
 
 inline ConversionResult convert(EncodingConvert& converter, int from, int to,
                                 std::string_view input) {

@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "encoding/codecs/encoding_row.h"
 #include "tests/stream_support.h"
 
 namespace {
@@ -25,10 +26,9 @@ std::vector<Task> allTasks() {
       "A \xC3\xA9 \xD0\xBF \xCE\xBB \xD8\xA7 \xD9\xA3 \xE6\x97\xA5\xE6\x9C\xAC \xEA\xB0\x80 "
       "\xE1\xBA\xA0 \xE2\x82\xAC \xFF \xF0\x9F\x98\x80";
   std::vector<Task> tasks;
-  for (std::size_t i = 0; i < codePageCount(); ++i) {
-    const int page = codePageAt(i).codePage;
-    tasks.push_back({page, 65001, bytes});
-    tasks.push_back({65001, page, text});
+  for (const EncodingRow& row : encodingRows()) {
+    tasks.push_back({row.number, 65001, bytes});
+    tasks.push_back({65001, row.number, text});
   }
   return tasks;
 }

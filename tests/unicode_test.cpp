@@ -49,12 +49,12 @@ std::string byPeer(const char* to, const std::string& utf8) {
 
 void expectRoundTrips(const std::string& text) {
   for (const UnicodeEncoding& encoding : kEncodings) {
-    const Outcome there = convert(65001, encoding.codePage, text);
+    const ConversionResult there = convert(65001, encoding.codePage, text);
     ASSERT_TRUE(there.ok && !there.foundErrors) << encoding.codePage;
     if (encoding.peer != nullptr) {
       ASSERT_TRUE(there.out == byPeer(encoding.peer, text)) << encoding.peer;
     }
-    const Outcome back = convert(encoding.codePage, 65001, there.out);
+    const ConversionResult back = convert(encoding.codePage, 65001, there.out);
     ASSERT_TRUE(back.ok && !back.foundErrors && back.out == text) << encoding.codePage;
   }
 }

@@ -11,17 +11,17 @@ namespace {
 using namespace std::string_literals;
 
 // What a function appended behind a first byte that must stay, and its result.
-struct Outcome {
+struct Transformed {
   std::string text;
   bool clean;
-  bool operator==(const Outcome&) const = default;
+  bool operator==(const Transformed&) const = default;
 };
-std::ostream& operator<<(std::ostream& os, const Outcome& outcome) {
+std::ostream& operator<<(std::ostream& os, const Transformed& outcome) {
   return os << testing::PrintToString(outcome.text) << (outcome.clean ? " clean" : " not clean");
 }
 
 template <typename Function>
-Outcome collect(const std::string& input, Function function) {
+Transformed collect(const std::string& input, Function function) {
   DataBuffer in, out;
   in.append(input.data(), static_cast<unsigned int>(input.size()));
   out.appendChar('k');
@@ -33,17 +33,17 @@ Outcome collect(const std::string& input, Function function) {
 
 LogBase noLog;
 
-Outcome toUtf32(const std::string& utf8, bool bigEndian) {
+Transformed toUtf32(const std::string& utf8, bool bigEndian) {
   return collect(utf8,
                  [=](auto& in, auto& out) { return _zvUtf::Utf8toUtf32(bigEndian, in, out); });
 }
-Outcome fromUtf32(const std::string& utf32) {
+Transformed fromUtf32(const std::string& utf32) {
   return collect(utf32, [](auto& in, auto& out) { return _zvUtf::Utf32ToUtf8(in, out, noLog); });
 }
-Outcome toUtf7(const std::string& utf16) { return collect(utf16, _zvUtf::Utf16XEToUtf7); }
-Outcome fromUtf7(const std::string& utf7) { return collect(utf7, _zvUtf::Utf7ToUtf16_xe); }
+Transformed toUtf7(const std::string& utf16) { return collect(utf16, _zvUtf::Utf16XEToUtf7); }
+Transformed fromUtf7(const std::string& utf7) { return collect(utf7, _zvUtf::Utf7ToUtf16_xe); }
 template <auto Convert>
-Outcome gsm(const std::string& text) {
+Transformed gsm(const std::string& text) {
   return collect(
       text, [](auto& in, auto& out) { return Convert(in.getData2(), in.getSize(), out, noLog); });
 }
@@ -127,13 +127,13 @@ TEST(UtfHelpers, KeepEveryCharacterOnTheWayThereAndBack) {
     units += found;
     utf8 += one;
   }
-  EXPECT_TRUE((toUtf32(utf8, true) == Outcome{utf32(all, true), true}));
-  EXPECT_TRUE((toUtf32(utf8, false) == Outcome{utf32(all, false), true}));
-  EXPECT_TRUE((fromUtf32(utf32(all, false)) == Outcome{utf8, true}));
+  EXPECT_TRUE((toUtf32(utf8, true) == Transformed{utf32(all, true), true}));
+  EXPECT_TRUE((toUtf32(utf8, false) == Transformed{utf32(all, false), true}));
+  EXPECT_TRUE((fromUtf32(utf32(all, false)) == Transformed{utf8, true}));
   // Runs that begin anywhere in a group, and are cut anywhere by the chunks of the codec.
   for (const unsigned int lead : {0u, 1u, 2u, 16383u}) {
     const std::string utf16 = hostUtf16(std::u16string(lead, u'a') + units + u"\xDC00\xD800");
-    EXPECT_TRUE((fromUtf7(toUtf7(utf16).text) == Outcome{utf16, true})) << lead;
+    EXPECT_TRUE((fromUtf7(toUtf7(utf16).text) == Transformed{utf16, true})) << lead;
   }
 }
 
@@ -152,12 +152,12 @@ TEST(UtfHelpers, ReplaceWhatIsNoScalarValueInUtf32) {
   };
   for (const auto& c : cases) {
     for (const bool bigEndian : {false, true}) {
-      EXPECT_EQ(toUtf32(c.utf8, bigEndian), (Outcome{utf32(c.values, bigEndian), c.clean}));
+      EXPECT_EQ(toUtf32(c.utf8, bigEndian), (Transformed{utf32(c.values, bigEndian), c.clean}));
     }
   }
   const std::u32string bad{0xD800, 0xDFFF, 0x110000, 0x80000041, 'A'};
-  EXPECT_EQ(fromUtf32(utf32(bad, false)), (Outcome{"\uFFFD\uFFFD\uFFFD\uFFFDA", false}));
-  EXPECT_EQ(fromUtf32("A\0\0\0B\0\0"s), (Outcome{"A", true}));
+  EXPECT_EQ(fromUtf32(utf32(bad, false)), (Transformed{"\uFFFD\uFFFD\uFFFD\uFFFDA", false}));
+  EXPECT_EQ(fromUtf32("A\0\0\0B\0\0"s), (Transformed{"A", true}));
 }
 
 TEST(UtfHelpers, WriteAndReadUtf7) {
@@ -179,10 +179,10 @@ TEST(UtfHelpers, WriteAndReadUtf7) {
   for (const bool bigEndian : {!host, host}) {
     zvSetBigEndianForTesting(bigEndian);
     for (const auto& c : cases) {
-      EXPECT_EQ(toUtf7(hostUtf16(c.text)), (Outcome{c.utf7, true}));
-      EXPECT_EQ(fromUtf7(c.utf7), (Outcome{hostUtf16(c.text), true}));
+      EXPECT_EQ(toUtf7(hostUtf16(c.text)), (Transformed{c.utf7, true}));
+      EXPECT_EQ(fromUtf7(c.utf7), (Transformed{hostUtf16(c.text), true}));
     }
-    EXPECT_EQ(toUtf7(hostUtf16(u"\xE9") + "a"), (Outcome{"+AOk-", false}));
+    EXPECT_EQ(toUtf7(hostUtf16(u"\xE9") + "a"), (Transformed{"+AOk-", false}));
   }
 }
 
@@ -202,7 +202,7 @@ TEST(UtfHelpers, KeepTheTextAroundMalformedUtf7) {
       {"12345678\xFFzzzzzzzz", u"12345678\xFFFDzzzzzzzz", false},
   };
   for (const auto& c : cases) {
-    EXPECT_EQ(fromUtf7(c.utf7), (Outcome{hostUtf16(c.text), c.clean})) << c.utf7;
+    EXPECT_EQ(fromUtf7(c.utf7), (Transformed{hostUtf16(c.text), c.clean})) << c.utf7;
   }
 }
 
@@ -214,17 +214,17 @@ TEST(UtfHelpers, ConvertGsm) {
       "@£$¥èéùìòÇ\nØø\rÅåΔ_ΦΓΛΩΠΨΣΘΞÆæßÉ !\"#¤%&'()*+,-./0123456789:;<=>?"
       "¡ABCDEFGHIJKLMNOPQRSTUVWXYZÄÖÑÜ§¿abcdefghijklmnopqrstuvwxyzäöñüà";
   const std::string extensions = "\33\x0A\33\x14\33(\33)\33/\33<\33=\33>\33@\33e";
-  EXPECT_EQ(fromGsm(septets + extensions), (Outcome{alphabet + "\f^{}\\[~]|€", true}));
-  EXPECT_EQ(toGsm(alphabet + "\f^{}\\[~]|€"), (Outcome{septets + extensions, true}));
+  EXPECT_EQ(fromGsm(septets + extensions), (Transformed{alphabet + "\f^{}\\[~]|€", true}));
+  EXPECT_EQ(toGsm(alphabet + "\f^{}\\[~]|€"), (Transformed{septets + extensions, true}));
 
-  EXPECT_EQ(fromGsm("\33A\33\33A\33\r"), (Outcome{"A A\r", true}));
-  EXPECT_EQ(fromGsm("a\x80\xFF"), (Outcome{"a\uFFFD\uFFFD", false}));
-  EXPECT_EQ(fromGsm("a\33"), (Outcome{"a\uFFFD", false}));
+  EXPECT_EQ(fromGsm("\33A\33\33A\33\r"), (Transformed{"A A\r", true}));
+  EXPECT_EQ(fromGsm("a\x80\xFF"), (Transformed{"a\uFFFD\uFFFD", false}));
+  EXPECT_EQ(fromGsm("a\33"), (Transformed{"a\uFFFD", false}));
   for (const char* foreign : {"`", "\33", "\x7F", "ç", "Α", "Ѐ", "日", "\xF0\x9F\x98\x80",
                               "\xED\xA0\xBD\xED\xB8\x80", "\xED\xA0\xBD", "\xE2\x82", "\xC0"}) {
-    EXPECT_EQ(toGsm("<"s + foreign + ">"), (Outcome{"<?>", false})) << foreign;
+    EXPECT_EQ(toGsm("<"s + foreign + ">"), (Transformed{"<?>", false})) << foreign;
   }
-  EXPECT_EQ(toGsm("\0"s), (Outcome{"?", false}));
+  EXPECT_EQ(toGsm("\0"s), (Transformed{"?", false}));
 }
 
 }  // namespace

@@ -8,8 +8,8 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "encoding/codecs/encoding_row.h"
 #include "encoding/encoding_convert.h"
-#include "encoding/tables/code_pages.h"
 
 namespace {
 
@@ -28,8 +28,9 @@ void swapUnit(unsigned char* unit) {
   unit[1] = low;
 }
 
-void dumpDecoding(const CodePageRow& row, EncodingConvert& converter, LogBase& log) {
-  for (unsigned int code = 1; code < (row.isDoubleByte ? 0x10000u : 0x100u); ++code) {
+void dumpDecoding(const EncodingRow& row, EncodingConvert& converter, LogBase& log) {
+  for (unsigned int code = 1; code < (row.form == EncodingForm::kDoubleByte ? 0x10000u : 0x100u);
+       ++code) {
     const unsigned char bytes[2] = {static_cast<unsigned char>(code >> 8),
                                     static_cast<unsigned char>(code)};
     const unsigned int size = code > 0xFF ? 2 : 1;
@@ -37,7 +38,7 @@ void dumpDecoding(const CodePageRow& row, EncodingConvert& converter, LogBase& l
     DataBuffer out;
     // The decoder itself: EncConvert reorders Mac Arabic first.
     converter.m_foundErrors = false;
-    converter.convertToUnicodeHC(row.codePage, first, size, out, log);
+    converter.convertToUnicodeHC(row.number, first, size, out, log);
     if (converter.m_foundErrors || out.getSize() != 2) continue;
     unsigned char unit[2] = {out.getData2()[0], out.getData2()[1]};
     swapUnit(unit);
@@ -45,13 +46,13 @@ void dumpDecoding(const CodePageRow& row, EncodingConvert& converter, LogBase& l
   }
 }
 
-void dumpEncoding(const CodePageRow& row, EncodingConvert& converter, LogBase& log) {
+void dumpEncoding(const EncodingRow& row, EncodingConvert& converter, LogBase& log) {
   for (unsigned int value = 1; value < 0x10000; ++value) {
     unsigned char unit[2] = {static_cast<unsigned char>(value),
                              static_cast<unsigned char>(value >> 8)};
     DataBuffer out;
-    converter.m_toCodePage = row.codePage;
-    if (!converter.convertFromUnicodeHC(row.codePage, unit, 2, out, log)) continue;
+    converter.m_toCodePage = row.number;
+    if (!converter.convertFromUnicodeHC(row.number, unit, 2, out, log)) continue;
     swapUnit(unit);
     printLine('E', unit, 2, out.getData2(), out.getSize());
   }
@@ -63,12 +64,12 @@ int main(int argc, char** argv) {
   EncodingConvert converter;
   LogBase log;
   for (int i = 1; i < argc; ++i) {
-    const CodePageRow* row = findCodePageRow(static_cast<int>(std::strtol(argv[i], nullptr, 10)));
-    if (row == nullptr || !row->isDispatched) {
+    const EncodingRow* row = findEncodingRow(static_cast<int>(std::strtol(argv[i], nullptr, 10)));
+    if (row == nullptr || !hasTable(*row) || !row->isDispatched) {
       std::fprintf(stderr, "mapping_dump: %s is no table-backed code page\n", argv[i]);
       return 2;
     }
-    std::printf("P %d\n", row->codePage);
+    std::printf("P %d\n", row->number);
     dumpDecoding(*row, converter, log);
     dumpEncoding(*row, converter, log);
   }

@@ -5,7 +5,6 @@
 #include <string_view>
 #include <vector>
 
-#include "apps/encconv/byte_order_mark.h"
 #include "apps/encconv/error_report.h"
 #include "apps/encconv/file_io.h"
 #include "encoding/stream/stream_converter.h"
@@ -147,7 +146,7 @@ Detection detectEncoding(std::span<const unsigned char> sample, bool isWhole) {
   const std::string_view text(reinterpret_cast<const char*>(sample.data()), sample.size());
   // UTF-32 first: its little-endian mark begins with that of UTF-16.
   for (const int codePage : {12000, 12001, 65001, 1200, 1201}) {
-    if (text.starts_with(byteOrderMark(codePage))) {
+    if (text.starts_with(markOf(*findEncodingRow(codePage)))) {
       return {codePage, Sureness::kCertain, "byte order mark"};
     }
   }

@@ -3,7 +3,7 @@
 #include <iomanip>
 #include <string>
 
-#include "encoding/stream/stream_code_pages.h"
+#include "encoding/code_page_list.h"
 
 namespace {
 
@@ -48,9 +48,9 @@ void printAliases(std::ostream& out, std::span<const std::string_view> aliases) 
   if (column != 0) out << '\n';
 }
 
-void printText(std::ostream& out, const CodePageInfo& page) {
+void printText(std::ostream& out, const CharsetNames& page) {
   out << std::setw(kNumberWidth) << page.codePage << "  " << std::left << std::setw(kNameWidth)
-      << page.preferredName << std::setw(kKindWidth) << page.kind << std::setw(kUseWidth)
+      << page.preferredName << std::setw(kKindWidth) << kindName(page.kind) << std::setw(kUseWidth)
       << (page.canRead ? (page.canWrite ? "rw" : "r") : (page.canWrite ? "w" : "-"))
       << page.description << '\n'
       << std::right;
@@ -67,7 +67,7 @@ void printString(std::ostream& out, std::string_view text) {
   out << '"';
 }
 
-void printJson(std::ostream& out, const CodePageInfo& page) {
+void printJson(std::ostream& out, const CharsetNames& page) {
   out << "{\"codePage\": " << page.codePage << ", \"name\": ";
   printString(out, page.preferredName);
   out << ", \"aliases\": [";
@@ -78,7 +78,7 @@ void printJson(std::ostream& out, const CodePageInfo& page) {
     separator = ", ";
   }
   out << "], \"kind\": ";
-  printString(out, page.kind);
+  printString(out, kindName(page.kind));
   out << ", \"description\": ";
   printString(out, page.description);
   out << std::boolalpha << ", \"canRead\": " << page.canRead << ", \"canWrite\": " << page.canWrite
@@ -94,8 +94,7 @@ int printCodePageList(std::ostream& out, bool json, std::string_view filter) {
   } else if (filter.empty()) {
     out << kNotes;
   }
-  for (std::size_t i = 0; i < streamCodePageCount(); ++i) {
-    const CodePageInfo page = streamCodePageAt(i);
+  for (const CharsetNames& page : streamCodePages()) {
     if (!codePageMatches(page, filter)) continue;
     if (json) {
       out << (any ? ",\n " : "\n ");

@@ -6,7 +6,6 @@
 #include <optional>
 #include <thread>
 
-#include "apps/encconv/byte_order_mark.h"
 #include "apps/encconv/ebcdic.h"
 #include "apps/encconv/help.h"
 
@@ -112,7 +111,7 @@ void readEncodings(const RawArguments& raw, Options& options) {
   if (raw.to.empty()) throw UsageError{"the output encoding is missing: -t TO"};
   options.fromCodePage = raw.from == "auto" ? kCodePageAuto : readCodePage(raw.from);
   options.toCodePage = readCodePage(raw.to);
-  if (options.writeMark && byteOrderMark(options.toCodePage).empty()) {
+  if (options.writeMark && markOf(*findEncodingRow(options.toCodePage)).empty()) {
     throw UsageError{"--bom: '" + raw.to + "' has no byte order mark"};
   }
   if (!raw.onError.empty()) readTreatment(raw.onError, options);

@@ -3,153 +3,113 @@
 
 #include <algorithm>
 #include <new>
-#include <span>
 #include <string_view>
 
-#include "encoding/special_code_pages.h"
-#include "encoding/stream/block_converter.h"
+#include "encoding/stream/stream_core.h"
 
 namespace {
-
-// ---- Which ends serve a code page. ----
-
-struct Ends {
-  std::unique_ptr<StreamSource> source;
-  std::unique_ptr<StreamTarget> target;
-};
-
-bool hasEnds(int codePage) {
-  return EngineLegs::haveLegs(codePage) || isUtf16(codePage) || isUtf32(codePage) ||
-         isIso2022Jp(codePage) || codePage == kIso2022Kr || codePage == kUtf7 || codePage == kGsm ||
-         codePage == kCodePageHz;
-}
-
-std::unique_ptr<StreamSource> makeSource(int codePage, bool bigEndian, EngineLegs& legs) {
-  if (isUtf16(codePage)) return makeUtf16Source(bigEndian);
-  if (isUtf32(codePage)) return makeUtf32Source(bigEndian);
-  if (isIso2022Jp(codePage)) return makeIso2022JpSource(legs);
-  switch (codePage) {
-    case kUtf8:
-      return makeUtf8Source(legs);
-    case kUtf7:
-      return makeUtf7Source();
-    case kGsm:
-      return makeGsmSource();
-    case kUsAscii:
-      return makeAsciiSource();
-    case kIso2022Kr:
-      return makeIso2022KrSource(legs);
-    case kCodePageHz:
-      return makeHzSource(legs);
-    case kMacArabic:
-      return makeMacArabicSource(legs);
-    default:
-      return makeTableSource(codePage, legs);
-  }
-}
-
-std::unique_ptr<StreamTarget> makeTarget(int codePage, EngineLegs& legs) {
-  if (isUtf16(codePage)) return makeUtf16Target(codePage == kUtf16Be);
-  if (isUtf32(codePage)) return makeUtf32Target(isUtf32Be(codePage));
-  if (isIso2022Jp(codePage)) return makeIso2022JpTarget(legs);
-  switch (codePage) {
-    case kUtf7:
-      return makeUtf7Target();
-    case kGsm:
-      return makeGsmTarget();
-    case kIso2022Kr:
-      return makeIso2022KrTarget(legs);
-    case kCodePageHz:
-      return makeHzTarget(legs);
-    default:
-      return makeTableTarget(codePage, legs);
-  }
-}
-
-// ---- Byte order marks. ----
-
-using namespace std::string_view_literals;
-
-struct Mark {
-  std::string_view bytes;
-  bool bigEndian;
-};
-constexpr Mark kUtf8Marks[] = {{"\xEF\xBB\xBF"sv, false}};
-constexpr Mark kUtf16Marks[] = {{"\xFF\xFE"sv, false}, {"\xFE\xFF"sv, true}};
-constexpr Mark kUtf32Marks[] = {{"\xFF\xFE\0\0"sv, false}, {"\0\0\xFE\xFF"sv, true}};
-
-std::span<const Mark> marksOf(int codePage) {
-  if (codePage == kUtf8) return kUtf8Marks;
-  if (isUtf16(codePage)) return kUtf16Marks;
-  if (isUtf32(codePage)) return kUtf32Marks;
-  return {};
-}
-
-bool isBigEndian(int codePage) { return codePage == kUtf16Be || isUtf32Be(codePage); }
 
 constexpr std::string_view kPdfMark = "%PDF-1";
 constexpr std::size_t kPdfMinimum = 7;
 
-}  // namespace
-
-// ---- One stream. ----
-
-class StreamConverter::Core {
- public:
-  explicit Core(const StreamSettings& settings) : m_settings(settings) {}
-
-  StreamStatus prepare();
-  StreamStatus push(const unsigned char* data, std::size_t length, bool last, DataBuffer& out);
-
-  const BlockConverter* blocks() const { return m_blocks.get(); }
-  std::uint64_t sourceBytes() const { return m_sourceBytes; }
-
- private:
-  bool isSame() const { return m_settings.from == m_settings.to; }
-  bool makeBlocks(bool bigEndian);
-  bool begin(std::string_view head, DataBuffer& out);
-  bool isUndecided(std::string_view head, bool last) const;
-  StreamStatus feed(const unsigned char* data, std::size_t length, bool last, DataBuffer& out);
-  StreamStatus copy(const unsigned char* data, std::size_t length, DataBuffer& out);
-  std::size_t feedWaiting(const unsigned char* data, std::size_t length, bool last,
-                          DataBuffer& out);
-  void keep(const unsigned char* data, std::size_t length);
-  void dropWaiting(std::size_t count);
-
-  StreamSettings m_settings;
-  EngineLegs m_legs;
-  bool m_isOpaque = false;  // equal code pages that cannot be read: a plain copy
-  bool m_isPdf = false;
-  bool m_hasBegun = false;
-  std::unique_ptr<BlockConverter> m_blocks;  // none for an opaque stream
-  DataBuffer m_waiting;                      // of the source: what could not be converted yet
-  std::uint64_t m_offset = 0;                // where that begins in the stream
-  std::uint64_t m_sourceBytes = 0;
-};
-
-StreamStatus StreamConverter::Core::prepare() {
-  if (m_settings.to == 0) m_settings.to = m_settings.from;
-  if (m_settings.from == 0) m_settings.from = m_settings.to;
-  m_isOpaque = isSame() && !hasEnds(m_settings.from);
-  if (m_isOpaque) return StreamStatus::kGood;
-  if (!hasEnds(m_settings.from)) return StreamStatus::kNoDecoder;
-  if (!hasEnds(m_settings.to)) return StreamStatus::kNoEncoder;
-  if (!makeBlocks(isBigEndian(m_settings.from))) return StreamStatus::kNoMemory;
-  return m_blocks->prepare(m_settings);
+std::string_view textOf(const unsigned char* data, std::size_t length) {
+  return {reinterpret_cast<const char*>(data), length};
 }
 
-bool StreamConverter::Core::makeBlocks(bool bigEndian) {
-  Ends ends;
-  if (isSame() && m_settings.from == kMacArabic) {
-    // Nothing is rewritten where nothing is converted.
-    ends = {makeTableSource(kMacArabic, m_legs), makeTarget(kMacArabic, m_legs)};
-  } else {
-    ends = {makeSource(m_settings.from, bigEndian, m_legs), makeTarget(m_settings.to, m_legs)};
+bool isBigEndian(const EncodingRow* row) { return row != nullptr && row->bigEndian; }
+
+// The encoding of the same form in the other byte order.
+int otherByteOrder(const EncodingRow& row) {
+  for (const EncodingRow& other : encodingRows()) {
+    if (other.form == row.form && other.bigEndian != row.bigEndian) return other.number;
   }
-  if (ends.source == nullptr || ends.target == nullptr) return false;
-  m_blocks.reset(new (std::nothrow)
-                     BlockConverter(std::move(ends.source), std::move(ends.target), m_legs));
-  return m_blocks != nullptr;
+  return row.number;
+}
+
+// Writes into the caller's buffer, and has it emptied when it is full.
+class DrainedOutput final : public Output {
+ public:
+  DrainedOutput(DataBuffer& buffer, StreamDrain* drain) : m_buffer(buffer), m_drain(drain) {}
+  ~DrainedOutput() { commit(); }
+
+  // Has the buffer emptied if it is full; false when that failed.
+  bool drain() {
+    commit();
+    isFull = isFull || (m_drain != nullptr && m_buffer.getSize() >= StreamDrain::kDrainSize &&
+                        !m_drain->onStreamOutput(m_buffer));
+    return !isFull;
+  }
+
+ private:
+  void commit() {
+    m_buffer.commitTail(static_cast<unsigned int>(next - m_begin));
+    next = end = m_begin = nullptr;
+  }
+  bool grow(std::size_t count, std::uint64_t expected) override {
+    if (!drain()) return false;
+    if (m_drain != nullptr) expected = std::max<std::uint64_t>(count, StreamDrain::kDrainSize);
+    if (expected > count) m_buffer.expect(expected);
+    m_begin = next = m_buffer.reserveTail(static_cast<unsigned int>(count));
+    if (next == nullptr) return false;
+    std::size_t room = m_buffer.getTailRoom();
+    if (m_drain != nullptr) room = std::min<std::size_t>(room, expected);
+    end = next + room;
+    return true;
+  }
+
+  DataBuffer& m_buffer;
+  StreamDrain* const m_drain;
+  unsigned char* m_begin = nullptr;
+};
+
+}  // namespace
+
+// ---- The beginning. ----
+
+StreamStatus StreamConverter::Core::begin(const StreamSettings& settings) {
+  m_settings = settings;
+  if (m_settings.to == 0) m_settings.to = m_settings.from;
+  if (m_settings.from == 0) m_settings.from = m_settings.to;
+  m_isPdf = m_hasBegun = false;
+  m_waiting.clear();
+  m_offset = m_sourceBytes = m_errorCount = 0;
+  m_firstError = {};
+  m_lines = 1;
+  m_status = open(m_settings.from);
+  return m_status;
+}
+
+// Finds the way from one encoding, which may be another than that of the settings in its byte
+// order.
+StreamStatus StreamConverter::Core::open(int from) {
+  m_plan = fast::openPlan(from, m_settings.to);
+  m_stage.reset();
+  m_target.reset();
+  m_isReordered = m_isCopied = false;
+  if (m_plan == nullptr) {
+    const auto canConvert = [](int codePage) {
+      const EncodingRow* const row = findEncodingRow(codePage);
+      return row != nullptr && row->isDispatched;
+    };
+    if (isSame() && !canConvert(from)) return StreamStatus::kGood;
+    if (!canConvert(from)) return StreamStatus::kNoDecoder;
+    return canConvert(m_settings.to) ? StreamStatus::kNoMemory : StreamStatus::kNoEncoder;
+  }
+  // Nothing is rewritten where nothing is converted.
+  m_isReordered = m_plan->source->reordersMacArabic && !isSame();
+  if (m_plan->source->form == EncodingForm::kCodec || m_isReordered) {
+    m_stage = SourceStage::make(*m_plan->source);
+    if (m_stage == nullptr) return StreamStatus::kNoMemory;
+  }
+  if (m_plan->target->form == EncodingForm::kCodec) {
+    m_isCopied = isSame() && m_plan->target->codec->isStateless;
+    const Codec& codec = *m_plan->target->codec;
+    m_target.emplace(codec, static_cast<CodecTarget::Client&>(*this));
+    const fast::Plan* const back = fast::openPlan(codec.codePage, 1200);
+    if (back == nullptr) return StreamStatus::kNoMemory;
+    m_segmentTable = back->decoding.table.doubleByte;
+  }
+  return m_treatment.prepare(m_settings, m_target ? &*m_target : nullptr);
 }
 
 // Whether more of the stream must be seen to tell how it begins.
@@ -159,102 +119,97 @@ bool StreamConverter::Core::isUndecided(std::string_view head, bool last) const 
       kPdfMark.substr(0, head.size()) == head.substr(0, kPdfMark.size())) {
     return true;
   }
-  return std::ranges::any_of(marksOf(m_settings.from), [&](const Mark& mark) {
+  if (m_plan == nullptr) return false;
+  return std::ranges::any_of(marksOf(*m_plan->source), [&](const Mark& mark) {
     return head.size() < mark.bytes.size() && mark.bytes.substr(0, head.size()) == head;
   });
 }
 
-// Settles what the beginning of the stream decides; false when memory is short.
-bool StreamConverter::Core::begin(std::string_view head, DataBuffer& out) {
+// Settles what the beginning of the stream decides, and drops a mark from the front of what waits.
+StreamStatus StreamConverter::Core::beginText(std::string_view head) {
   m_hasBegun = true;
   m_isPdf = m_settings.pdfPassthrough && head.size() >= kPdfMinimum && head.starts_with(kPdfMark);
-  if (m_isPdf) return true;
+  if (m_isPdf || m_plan == nullptr) return StreamStatus::kGood;
   if (m_settings.writeMark) {
-    for (const Mark& mark : marksOf(m_settings.to)) {
-      if (mark.bytes.size() == 3 || mark.bigEndian == isBigEndian(m_settings.to)) {
-        out.append(mark.bytes.data(), static_cast<unsigned int>(mark.bytes.size()));
-      }
-    }
+    const std::string_view mark = markOf(*m_plan->target);
+    if (!m_out->append(mark.data(), mark.size())) fail();
   }
-  for (const Mark& mark : marksOf(m_settings.from)) {
+  for (const Mark& mark : marksOf(*m_plan->source)) {
     if (!head.starts_with(mark.bytes)) continue;
     // A copy keeps the mark as a character of the text.
     if (!isSame() || m_settings.writeMark) m_offset = mark.bytes.size();
-    if (mark.bigEndian == isBigEndian(m_settings.from)) continue;
-    return makeBlocks(mark.bigEndian) && m_blocks->prepare(m_settings) == StreamStatus::kGood;
+    if (mark.bigEndian != isBigEndian(m_plan->source)) {
+      const StreamStatus status = open(otherByteOrder(*m_plan->source));
+      if (status != StreamStatus::kGood) return status;
+    }
+    break;
   }
-  return !out.hasFailed();
+  if (m_offset != 0) dropWaiting(static_cast<std::size_t>(m_offset));
+  return m_waiting.hasFailed() ? StreamStatus::kNoMemory : m_status;
 }
+
+// ---- What waits between pieces. ----
 
 StreamStatus StreamConverter::Core::push(const unsigned char* data, std::size_t length, bool last,
-                                         DataBuffer& out) {
+                                         Output& out) {
+  m_out = &out;
   m_sourceBytes += length;
-  if (m_hasBegun) return feed(data, length, last, out);
-
-  // Seven bytes are enough to tell how a stream begins.
-  const auto taken =
-      static_cast<unsigned int>(std::min<std::size_t>(length, kPdfMinimum - m_waiting.getSize()));
-  keep(data, taken);
-  if (m_waiting.hasFailed()) return StreamStatus::kNoMemory;
-  const std::string_view head(reinterpret_cast<const char*>(m_waiting.getData2()),
-                              m_waiting.getSize());
-  if (isUndecided(head, last)) return StreamStatus::kGood;
-  if (!begin(head, out)) return StreamStatus::kNoMemory;
-  if (m_offset != 0) dropWaiting(static_cast<std::size_t>(m_offset));
-  if (m_waiting.hasFailed()) return StreamStatus::kNoMemory;
-  return feed(data + taken, length - taken, last, out);
+  if (!m_hasBegun) {
+    // Seven bytes are enough to tell how a stream begins, and one is nearly always.
+    const std::size_t waiting = m_waiting.getSize();
+    const std::size_t taken = std::min(length, kPdfMinimum - waiting);
+    std::string_view head = textOf(data, taken);
+    const bool isSplit = waiting != 0 || isUndecided(head, last);
+    if (isSplit) {
+      keep(data, taken);
+      head = textOf(m_waiting.getData2(), m_waiting.getSize());
+    }
+    if (m_waiting.hasFailed()) return StreamStatus::kNoMemory;
+    if (isSplit && isUndecided(head, last)) return StreamStatus::kGood;
+    m_status = beginText(head);
+    if (m_status != StreamStatus::kGood) return m_status;
+    const std::size_t skipped = isSplit ? taken : static_cast<std::size_t>(m_offset);
+    data += skipped;
+    length -= skipped;
+  }
+  return feed(data, length, last);
 }
 
-StreamStatus StreamConverter::Core::feed(const unsigned char* data, std::size_t length, bool last,
-                                         DataBuffer& out) {
-  if (m_isPdf || m_isOpaque) {
-    out.append(m_waiting);
+StreamStatus StreamConverter::Core::feed(const unsigned char* data, std::size_t length, bool last) {
+  if (m_isPdf || m_plan == nullptr) {
+    if (!m_out->append(m_waiting.getData2(), m_waiting.getSize())) fail();
     m_waiting.clear();
-    return copy(data, length, out);
+    if (!m_out->append(data, length)) fail();
+    return m_status;
   }
   std::size_t done = 0;
-  while (m_blocks->status() == StreamStatus::kGood) {
+  while (m_status == StreamStatus::kGood) {
     if (m_waiting.getSize() != 0) {
-      done += feedWaiting(data + done, length - done, last, out);
+      done += feedWaiting(data + done, length - done, last);
       if (m_waiting.hasFailed()) return StreamStatus::kNoMemory;
       if (done == length) break;
       continue;
     }
-    const std::size_t used = m_blocks->convert(data + done, length - done, last, m_offset, out);
+    const std::size_t used = convert(data + done, length - done, last);
     m_offset += used;
-    if (m_blocks->status() == StreamStatus::kGood) keep(data + done + used, length - done - used);
+    if (m_status == StreamStatus::kGood) keep(data + done + used, length - done - used);
     break;
   }
-  if (last && m_blocks->status() == StreamStatus::kGood) m_blocks->finish(out);
-  if (m_waiting.hasFailed() || out.hasFailed()) return StreamStatus::kNoMemory;
-  return m_blocks->status();
-}
-
-StreamStatus StreamConverter::Core::copy(const unsigned char* data, std::size_t length,
-                                         DataBuffer& out) {
-  while (length != 0) {
-    const std::size_t part = std::min<std::size_t>(length, StreamDrain::kDrainSize);
-    if (!out.append(data, static_cast<unsigned int>(part))) return StreamStatus::kNoMemory;
-    const bool isFull = m_settings.drain != nullptr && out.getSize() >= StreamDrain::kDrainSize;
-    if (isFull && !m_settings.drain->onStreamOutput(out)) return StreamStatus::kDrainFailed;
-    data += part;
-    length -= part;
-  }
-  return StreamStatus::kGood;
+  if (last && m_status == StreamStatus::kGood) finish();
+  return m_waiting.hasFailed() ? StreamStatus::kNoMemory : m_status;
 }
 
 // Goes on with what waits and as little of the new data as that needs; returns how much of the
 // data is dealt with.
 std::size_t StreamConverter::Core::feedWaiting(const unsigned char* data, std::size_t length,
-                                               bool last, DataBuffer& out) {
+                                               bool last) {
   constexpr std::size_t kSome = 256;
   const std::size_t before = m_waiting.getSize();
   const std::size_t added = std::min(length, kSome);
   keep(data, added);
   if (m_waiting.hasFailed()) return 0;
   const std::size_t size = m_waiting.getSize();
-  const std::size_t used =
-      m_blocks->convert(m_waiting.getData2(), size, last && added == length, m_offset, out);
+  const std::size_t used = convert(m_waiting.getData2(), size, last && added == length);
   m_offset += used;
   if (used >= before) {
     m_waiting.clear();  // the rest is looked at where it is
@@ -270,6 +225,7 @@ void StreamConverter::Core::keep(const unsigned char* data, std::size_t length) 
 
 // Takes bytes off the front of what waits.
 void StreamConverter::Core::dropWaiting(std::size_t count) {
+  if (m_waiting.getSize() == 0) return;
   const auto begin = static_cast<unsigned int>(count);
   DataBuffer rest;
   rest.append(m_waiting.getData2() + begin, m_waiting.getSize() - begin);
@@ -284,28 +240,27 @@ StreamConverter::StreamConverter() = default;
 StreamConverter::~StreamConverter() { delete m_core; }
 
 StreamStatus StreamConverter::begin(const StreamSettings& settings) {
-  delete m_core;
-  m_core = nullptr;
   m_isOpen = false;
   m_status = StreamStatus::kNoMemory;
   try {
-    m_core = new Core(settings);  // copies the substitute
+    if (m_core == nullptr) m_core = new Core();
+    m_drain = settings.drain;
+    m_status = m_core->begin(settings);  // copies the substitute
   } catch (const std::bad_alloc&) {
     return m_status;
   }
-  m_status = m_core->prepare();
   m_isOpen = m_status == StreamStatus::kGood;
   return m_status;
 }
 
-StreamStatus StreamConverter::push(const unsigned char* data, std::size_t length, DataBuffer& out) {
+StreamStatus StreamConverter::push(const unsigned char* data, std::size_t length, Output& out) {
   if (!m_isOpen) return m_status == StreamStatus::kGood ? StreamStatus::kMisuse : m_status;
   if (length != 0) m_status = m_core->push(data, length, false, out);
   m_isOpen = m_status == StreamStatus::kGood;
   return m_status;
 }
 
-StreamStatus StreamConverter::finish(DataBuffer& out) {
+StreamStatus StreamConverter::finish(Output& out) {
   if (!m_isOpen) return m_status == StreamStatus::kGood ? StreamStatus::kMisuse : m_status;
   constexpr unsigned char kNothing = 0;
   m_status = m_core->push(&kNothing, 0, true, out);
@@ -313,17 +268,28 @@ StreamStatus StreamConverter::finish(DataBuffer& out) {
   return m_status;
 }
 
+StreamStatus StreamConverter::push(const unsigned char* data, std::size_t length, DataBuffer& out) {
+  DrainedOutput output(out, m_drain);
+  const StreamStatus status = push(data, length, output);
+  if (status != StreamStatus::kGood || output.drain()) return status;
+  m_isOpen = false;
+  return m_status = StreamStatus::kDrainFailed;
+}
+
+StreamStatus StreamConverter::finish(DataBuffer& out) {
+  DrainedOutput output(out, m_drain);
+  return finish(output);
+}
+
 StreamStatus StreamConverter::status() const { return m_status; }
 
 std::uint64_t StreamConverter::errorCount() const {
-  const BlockConverter* blocks = m_core == nullptr ? nullptr : m_core->blocks();
-  return blocks == nullptr ? 0 : blocks->errorCount();
+  return m_core == nullptr ? 0 : m_core->errorCount();
 }
 
 const StreamError& StreamConverter::firstError() const {
   static constexpr StreamError kNone;
-  const BlockConverter* blocks = m_core == nullptr ? nullptr : m_core->blocks();
-  return blocks == nullptr ? kNone : blocks->firstError();
+  return m_core == nullptr ? kNone : m_core->firstError();
 }
 
 std::uint64_t StreamConverter::sourceBytes() const {

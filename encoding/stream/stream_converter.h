@@ -7,7 +7,8 @@
 #include <string>
 #include <string_view>
 
-#include "encoding/stream/stream_code_pages.h"
+#include "encoding/code_page_list.h"
+#include "encoding/output.h"
 #include "support/data_buffer.h"
 
 // What is written in place of input that cannot be converted, as text of the target encoding
@@ -123,17 +124,20 @@ class StreamConverter {
   StreamConverter(const StreamConverter&) = delete;
   StreamConverter& operator=(const StreamConverter&) = delete;
 
-  // Starts a stream; what an earlier one left behind is forgotten. kGood, or why the settings
-  // cannot be served; nothing is written then.
+  // Starts a stream; what an earlier one left behind is forgotten, but memory that it had is used
+  // again. kGood, or why the settings cannot be served; nothing is written then.
   StreamStatus begin(const StreamSettings& settings);
 
   // Converts the next length bytes of the source, and appends to out, which keeps what it held.
   // A few bytes at the end may wait for the next piece. Any status but kGood ends the stream; the
   // output up to the place that stopped it is in out.
   StreamStatus push(const unsigned char* data, std::size_t length, DataBuffer& out);
+  // The same to any other place, which takes the output itself; there the drain is not asked.
+  StreamStatus push(const unsigned char* data, std::size_t length, Output& out);
 
   // Ends the stream: converts what waited, and leaves the shift state of the target.
   StreamStatus finish(DataBuffer& out);
+  StreamStatus finish(Output& out);
 
   StreamStatus status() const;
   std::uint64_t errorCount() const;  // pieces that could not be converted so far
@@ -144,6 +148,7 @@ class StreamConverter {
  private:
   class Core;
   Core* m_core = nullptr;  // null before begin(), or when memory was short
+  StreamDrain* m_drain = nullptr;
   StreamStatus m_status = StreamStatus::kMisuse;
   bool m_isOpen = false;  // between begin() and the end
 };

@@ -2,233 +2,246 @@
 #include "encoding/stream/treatments.h"
 
 #include <algorithm>
-#include <iterator>
+#include <new>
+#include <string_view>
 
-#include "encoding/special_code_pages.h"
-#include "encoding/stream/source.h"
-
-// ---- Reading them from text. ----
-
-namespace {
-
-int hexValue(char c) {
-  if (c >= '0' && c <= '9') return c - '0';
-  if (c >= 'a' && c <= 'f') return c - 'a' + 10;
-  if (c >= 'A' && c <= 'F') return c - 'A' + 10;
-  return -1;
-}
-
-// The bytes that pairs of hexadecimal digits stand for; false when digits is anything else.
-bool readHexBytes(std::string_view digits, std::string& bytes) {
-  if (digits.empty() || digits.size() % 2 != 0) return false;
-  std::string read;
-  for (std::size_t i = 0; i < digits.size(); i += 2) {
-    const int high = hexValue(digits[i]);
-    const int low = hexValue(digits[i + 1]);
-    if (high < 0 || low < 0) return false;
-    read.push_back(static_cast<char>(high * 16 + low));
-  }
-  bytes = read;
-  return true;
-}
-
-bool readSubstitute(std::string_view text, StreamSettings& settings) {
-  const bool isRaw = text.substr(0, 2) == "0x";
-  // A slip in the digits is no text that anybody wants.
-  if (isRaw && !readHexBytes(text.substr(2), settings.substitute)) return false;
-  if (!isRaw) settings.substitute = text;
-  settings.treatment = StreamTreatment::kSubstitute;
-  settings.hasSubstitute = true;
-  settings.substituteIsRaw = isRaw;
-  return true;
-}
-
-bool readAlternate(std::string_view name, StreamSettings& settings) {
-  const int codePage = streamCodePage(name);
-  if (codePage == 0) return false;
-  settings.treatment = StreamTreatment::kAlternate;
-  settings.alternate = codePage;
-  return true;
-}
-
-struct TreatmentName {
-  std::string_view name;
-  StreamTreatment treatment;
-};
-constexpr TreatmentName kNames[] = {
-    {"stop", StreamTreatment::kStop},
-    {"drop", StreamTreatment::kDrop},
-    {"substitute", StreamTreatment::kSubstitute},
-    {"hex", StreamTreatment::kHex},
-    {"raw", StreamTreatment::kRaw},
-};
-
-}  // namespace
-
-bool parseStreamTreatment(std::string_view text, StreamSettings& settings) {
-  for (const TreatmentName& known : kNames) {
-    if (text != known.name) continue;
-    settings.treatment = known.treatment;
-    settings.hasSubstitute = false;
-    return true;
-  }
-  const std::size_t equals = text.find('=');
-  if (equals == std::string_view::npos) return false;
-  const std::string_view value = text.substr(equals + 1);
-  if (text.substr(0, equals) == "alternate") return readAlternate(value, settings);
-  return text.substr(0, equals) == "substitute" && readSubstitute(value, settings);
-}
-
-// ---- Serving them. ----
+#include "encoding/encoding_convert.h"
+#include "encoding/pump.h"
+#include "encoding/special_units.h"
+#include "support/utf.h"
+#include "support/zv_base.h"
 
 namespace {
 
-constexpr std::uint16_t kQuestionMark = '?';
-constexpr std::uint16_t kNothing = 0;
+constexpr int kUtf16Le = 1200;
 
-void appendAscii(std::string_view text, Rows<std::uint16_t>& units) {
-  for (const char c : text) units.add(static_cast<std::uint16_t>(static_cast<unsigned char>(c)));
-}
+// What references are made of: digits at the places of their values, and the rest.
+constexpr std::string_view kHexAlphabet = "0123456789ABCDEF&#x;";
+constexpr std::uint32_t kAmpersand = 16;
+constexpr std::uint32_t kSemicolon = 19;
 
-constexpr std::string_view kHexDigits = "0123456789ABCDEF";
-
-// Writes the digits of a value, width of them at least, and returns their end.
-std::uint16_t* writeHex(std::uint16_t* dest, std::uint32_t value, int width) {
-  while (width < 8 && (value >> (4 * width)) != 0) ++width;
-  while (--width >= 0) {
-    *dest++ = static_cast<unsigned char>(kHexDigits[(value >> (4 * width)) & 0xF]);
+void appendScalar(std::uint32_t scalar, Rows<std::uint16_t>& units) {
+  if (scalar < 0x10000) {
+    units.add(static_cast<std::uint16_t>(scalar));
+    return;
   }
-  return dest;
+  units.add(static_cast<std::uint16_t>(0xD7C0 + (scalar >> 10)));
+  units.add(static_cast<std::uint16_t>(0xDC00 | (scalar & 0x3FF)));
 }
 
-Treatment::Replacement asText(const Rows<std::uint16_t>& units) {
-  return {false, units.data(), nullptr, units.size()};
-}
-Treatment::Replacement asBytes(const unsigned char* bytes, std::uint32_t count) {
-  return {true, nullptr, bytes, count};
-}
+int hostUtf16() { return zvIsBigEndian() ? 1201 : kUtf16Le; }
 
 }  // namespace
 
-StreamStatus Treatment::prepare(const StreamSettings& settings) {
+// Whole conversions between any two code pages, with everything that EncConvert does.
+class AlternateConverter : private ConversionObserver {
+ public:
+  AlternateConverter() { m_converter.m_observer = this; }
+
+  // False also when anything could not be converted.
+  bool convert(int from, int to, const unsigned char* data, std::uint32_t length, DataBuffer& out) {
+    m_isBad = false;
+    const bool ok = m_converter.EncConvert(from, to, data, length, out, m_log);
+    m_converter.m_pivotToUtf16 = m_converter.m_pivotFromUtf16 = false;
+    return ok && !m_converter.m_foundErrors && !m_isBad;
+  }
+
+ private:
+  void onUnconvertible(const UnconvertibleInput& /*piece*/) override { m_isBad = true; }
+
+  EncodingConvert m_converter;
+  LogBase m_log;
+  bool m_isBad = false;
+};
+
+Treatment::Treatment() = default;
+Treatment::~Treatment() = default;
+
+// ---- Text of the target. ----
+
+bool Treatment::encodeText(const std::uint16_t* units, std::uint32_t count) {
+  m_bytes.clear();
+  if (m_plan == nullptr) m_plan = fast::openPlan(kUtf16Le, m_to);
+  if (m_plan == nullptr) {
+    m_failed = true;
+    return false;
+  }
+  DataBuffer text;
+  for (std::uint32_t i = 0; i < count; ++i) {
+    text.appendChar(static_cast<unsigned char>(units[i] & 0xFF));
+    text.appendChar(static_cast<unsigned char>(units[i] >> 8));
+  }
+  if (text.hasFailed()) {
+    m_failed = true;
+    return false;
+  }
+  fast::Pump pump;
+  pump.start(*m_plan, text.getData2(), text.getData2() + text.getSize());
+  {
+    DataBufferOutput out(m_bytes);
+    while (true) {
+      const fast::Pump::Stop stop = pump.run(out);
+      if (stop == fast::Pump::Stop::kEnd) break;
+      const bool isWritten = stop == fast::Pump::Stop::kUnmappable &&
+                             fast::writeSpecialUnit(*m_plan, pump.unit(), out);
+      if (!isWritten) {
+        m_failed = m_failed || stop == fast::Pump::Stop::kFull;
+        return false;
+      }
+      pump.skipUnits(2);
+    }
+  }
+  if (m_bytes.hasFailed()) m_failed = true;
+  bool fits = true;
+  if (m_target != nullptr && !m_target->holds(m_bytes.getData2(), m_bytes.getSize(), fits)) {
+    m_failed = true;
+  }
+  return fits && !m_failed;
+}
+
+// ---- Settings. ----
+
+StreamStatus Treatment::prepare(const StreamSettings& settings, const CodecTarget* target) {
+  m_target = target;
+  m_to = settings.to;
+  m_plan = nullptr;
   m_kind = settings.treatment;
-  chooseDefault();
-  const StreamStatus status = prepareKind(settings);
-  return hasFailed() ? StreamStatus::kNoMemory : status;
-}
-
-StreamStatus Treatment::prepareKind(const StreamSettings& settings) {
-  switch (m_kind) {
-    case StreamTreatment::kSubstitute:
-      return prepareSubstitute(settings);
-    case StreamTreatment::kAlternate:
-      return prepareAlternate(settings.alternate);
-    case StreamTreatment::kHex:
-      appendAscii("&#x0123456789ABCDEF;", m_text);
-      m_holdsHex = holds(m_text.data(), m_text.size());
-      break;
-    default:
-      break;
-  }
-  return StreamStatus::kGood;
-}
-
-bool Treatment::holds(const std::uint16_t* units, std::uint32_t count) {
-  bool fits = false;
-  if (!m_target.holds(units, count, fits)) m_failed = true;
-  return fits;
-}
-
-void Treatment::chooseDefault() {
-  for (const std::uint16_t unit :
-       {static_cast<std::uint16_t>(kReplacementCharacter), kQuestionMark}) {
-    m_default = unit;
-    if (holds(&unit, 1)) return;
-  }
-  m_default = kNothing;
+  m_isGiven = m_hasDefault = m_failed = false;
+  m_hexWidth = -1;
+  m_text.clear();
+  m_bytes.clear();
+  StreamStatus status = StreamStatus::kGood;
+  if (m_kind == StreamTreatment::kSubstitute) status = prepareSubstitute(settings);
+  if (m_kind == StreamTreatment::kAlternate) status = prepareAlternate(settings.alternate);
+  return hasFailed() || m_given.hasFailed() ? StreamStatus::kNoMemory : status;
 }
 
 StreamStatus Treatment::prepareSubstitute(const StreamSettings& settings) {
-  m_isDefault = !settings.hasSubstitute;
+  m_isGiven = settings.hasSubstitute;
   m_isRaw = settings.substituteIsRaw;
-  if (m_isDefault) return StreamStatus::kGood;
+  m_given.clear();
+  if (!m_isGiven) return StreamStatus::kGood;
   if (settings.substitute.size() > 0xFFFF) return StreamStatus::kBadSubstitute;
   const auto* bytes = reinterpret_cast<const unsigned char*>(settings.substitute.data());
   const auto length = static_cast<std::uint32_t>(settings.substitute.size());
   if (m_isRaw) {
-    m_bytes.append(bytes, length);
+    m_given.append(bytes, length);
     return StreamStatus::kGood;
   }
-  const EngineLegs::Outcome outcome = m_legs.decode(kUtf8, bytes, length, m_text);
-  const bool isText =
-      outcome == EngineLegs::Outcome::kGood && !hasUnpairedSurrogate(m_text.data(), m_text.size());
-  return isText && holds(m_text.data(), m_text.size()) ? StreamStatus::kGood
-                                                       : StreamStatus::kBadSubstitute;
+  for (std::uint32_t i = 0; i < length;) {
+    const Utf8Sequence sequence = decodeScalar(bytes + i, length - i);
+    if (!sequence.valid) return StreamStatus::kBadSubstitute;
+    appendScalar(sequence.value, m_text);
+    i += sequence.length;
+  }
+  if (!encodeText(m_text.data(), m_text.size())) return StreamStatus::kBadSubstitute;
+  m_given.append(m_bytes);
+  return StreamStatus::kGood;
 }
 
 StreamStatus Treatment::prepareAlternate(int codePage) {
   m_alternate = codePage;
+  if (m_converter == nullptr) m_converter.reset(new (std::nothrow) AlternateConverter());
+  if (m_converter == nullptr) return StreamStatus::kNoMemory;
   constexpr unsigned char kProbe[] = {'A', 0};
   DataBuffer probe;
-  const bool isKnown = codePage != 0 && codePage != kCodePageHz &&
-                       m_legs.convertWhole(kUtf16Le, codePage, kProbe, sizeof kProbe, probe);
+  const bool isKnown =
+      codePage != 0 && m_converter->convert(kUtf16Le, codePage, kProbe, sizeof kProbe, probe);
   return isKnown ? StreamStatus::kGood : StreamStatus::kNoAlternate;
 }
+
+// ---- Replacements. ----
 
 Treatment::Replacement Treatment::replace(const StreamError& error, const unsigned char* piece,
                                           std::uint32_t length) {
   switch (m_kind) {
     case StreamTreatment::kSubstitute:
-      if (m_isDefault) return defaultSubstitute();
-      return m_isRaw ? asBytes(m_bytes.getData2(), m_bytes.getSize()) : asText(m_text);
+      if (!m_isGiven) return defaultSubstitute();
+      return {m_given.getData2(), m_given.getSize(), m_isRaw};
     case StreamTreatment::kHex:
-      return m_holdsHex ? hexReference(error) : defaultSubstitute();
+      return hexReference(error);
     case StreamTreatment::kAlternate:
       return alternate(error, piece, length);
     case StreamTreatment::kRaw:
-      return asBytes(piece, length);
+      return {piece, length, true};
     default:
-      return asBytes(nullptr, 0);
+      return {nullptr, 0, true};
   }
 }
 
-Treatment::Replacement Treatment::defaultSubstitute() const {
-  return {false, &m_default, nullptr, m_default == kNothing ? 0u : 1u};
+const Treatment::Replacement& Treatment::defaultSubstitute() {
+  if (m_hasDefault) return m_default;
+  m_defaultBytes.clear();
+  for (const std::uint16_t unit :
+       {static_cast<std::uint16_t>(kReplacementCharacter), static_cast<std::uint16_t>('?')}) {
+    if (!encodeText(&unit, 1)) continue;
+    m_defaultBytes.append(m_bytes);
+    break;
+  }
+  m_hasDefault = true;
+  m_failed = m_failed || m_defaultBytes.hasFailed();
+  m_default = {m_defaultBytes.getData2(), m_defaultBytes.getSize(), false};
+  return m_default;
 }
 
-Treatment::Replacement Treatment::textOrDefault() {
-  const bool isGood = !m_text.isEmpty() && !hasUnpairedSurrogate(m_text.data(), m_text.size()) &&
-                      holds(m_text.data(), m_text.size());
-  return isGood ? asText(m_text) : defaultSubstitute();
+Treatment::Replacement Treatment::textOrDefault(const std::uint16_t* units, std::uint32_t count) {
+  if (!encodeText(units, count)) return defaultSubstitute();
+  return {m_bytes.getData2(), m_bytes.getSize(), false};
+}
+
+// The forms of all that references are made of, each as long as the others; false where the target
+// lacks them.
+bool Treatment::prepareHex() {
+  if (m_hexWidth >= 0) return m_hexWidth != 0;
+  std::uint16_t units[kHexAlphabet.size()];
+  std::copy(kHexAlphabet.begin(), kHexAlphabet.end(), units);
+  const bool isHeld = encodeText(units, static_cast<std::uint32_t>(kHexAlphabet.size()));
+  m_hexForms.clear();
+  if (isHeld) m_hexForms.append(m_bytes);
+  m_failed = m_failed || m_hexForms.hasFailed();
+  m_hexWidth = static_cast<int>(m_hexForms.getSize() / kHexAlphabet.size());
+  return isHeld;
 }
 
 Treatment::Replacement Treatment::hexReference(const StreamError& error) {
-  constexpr std::uint16_t kBegin[] = {'&', '#', 'x'};
-  std::uint16_t text[std::size(kBegin) + 2 * StreamError::kMaxBytes + 1];
-  std::uint16_t* end = std::copy(std::begin(kBegin), std::end(kBegin), text);
+  if (!prepareHex()) return defaultSubstitute();
+  m_bytes.clear();
+  const auto width = static_cast<unsigned int>(m_hexWidth);
+  const auto put = [&](std::uint32_t place) {
+    m_bytes.append(m_hexForms.getData2() + place * width, width);
+  };
+  // The digits of a value, count of them at least.
+  const auto putDigits = [&](std::uint32_t value, int count) {
+    while (count < 8 && (value >> (4 * count)) != 0) ++count;
+    while (--count >= 0) put(value >> (4 * count) & 0xF);
+  };
+  for (const std::uint32_t place : {kAmpersand, kAmpersand + 1, kAmpersand + 2}) put(place);
   if (error.codePoint >= 0) {
-    end = writeHex(end, static_cast<std::uint32_t>(error.codePoint), 4);
+    putDigits(static_cast<std::uint32_t>(error.codePoint), 4);
   } else {
-    for (unsigned int i = 0; i < error.byteCount; ++i) end = writeHex(end, error.bytes[i], 2);
+    for (unsigned int i = 0; i < error.byteCount; ++i) putDigits(error.bytes[i], 2);
   }
-  *end++ = ';';
-  m_text.clear();
-  m_text.add(text, static_cast<std::uint32_t>(end - text));
-  return asText(m_text);
+  put(kSemicolon);
+  return {m_bytes.getData2(), m_bytes.getSize(), false};
 }
 
 Treatment::Replacement Treatment::alternate(const StreamError& error, const unsigned char* piece,
                                             std::uint32_t length) {
   m_text.clear();
-  m_bytes.clear();
   if (error.kind == StreamErrorKind::kMalformed) {
-    const bool isText = m_legs.convertWhole(m_alternate, kUtf16Le, piece, length, m_text.bytes());
-    return isText ? textOrDefault() : defaultSubstitute();
+    const bool isText =
+        m_converter->convert(m_alternate, hostUtf16(), piece, length, m_text.bytes());
+    m_failed = m_failed || m_text.hasFailed();
+    const bool isEmpty = m_text.bytes().getSize() == 0;
+    return isText && !isEmpty ? textOrDefault(m_text.data(), m_text.size()) : defaultSubstitute();
   }
+  m_bytes.clear();
   appendScalar(static_cast<std::uint32_t>(error.codePoint), m_text);
-  const bool isWritten = m_legs.convertWhole(kUtf16Le, m_alternate,
-                                             reinterpret_cast<const unsigned char*>(m_text.data()),
-                                             m_text.size() * 2, m_bytes) &&
+  const bool isWritten = m_converter->convert(hostUtf16(), m_alternate,
+                                              reinterpret_cast<const unsigned char*>(m_text.data()),
+                                              m_text.size() * 2, m_bytes) &&
                          m_bytes.getSize() != 0;
-  return isWritten ? asBytes(m_bytes.getData2(), m_bytes.getSize()) : defaultSubstitute();
+  m_failed = m_failed || m_text.hasFailed() || m_bytes.hasFailed();
+  if (!isWritten) return defaultSubstitute();
+  return {m_bytes.getData2(), m_bytes.getSize(), true};
 }

@@ -3,57 +3,72 @@
 #define ENCODING_STREAM_TREATMENTS_H_
 
 #include <cstdint>
+#include <memory>
 
-#include "encoding/stream/engine_legs.h"
+#include "encoding/plan.h"
+#include "encoding/stream/codec_target.h"
 #include "encoding/stream/rows.h"
 #include "encoding/stream/stream_converter.h"
-#include "encoding/stream/target.h"
+
+class AlternateConverter;
 
 class Treatment {
  public:
-  // A replacement: text, which the target holds, or bytes to be written as they are. Valid until
-  // the next call.
+  // A replacement: text in the code page that the target's codec takes, or in the target's own; or
+  // bytes to be written as they are. Valid until the next call.
   struct Replacement {
-    bool isRaw;
-    const std::uint16_t* units;
     const unsigned char* bytes;
-    std::uint32_t count;  // units or bytes
+    std::uint32_t count;
+    bool isRaw;
   };
 
-  // target and legs must outlive the object; target is only asked what it holds.
-  Treatment(StreamTarget& target, EngineLegs& legs) : m_target(target), m_legs(legs) {}
+  Treatment();
+  ~Treatment();
 
-  // Takes the settings over; kGood, or why they cannot be served.
-  StreamStatus prepare(const StreamSettings& settings);
+  // Takes the settings over; kGood, or why they cannot be served. target is that of the codec, if
+  // there is one; it is only asked what it holds.
+  StreamStatus prepare(const StreamSettings& settings, const CodecTarget* target);
 
   // True once memory was short: a replacement may be another than it should be.
   bool hasFailed() const { return m_failed || m_text.hasFailed() || m_bytes.hasFailed(); }
+
+  // Whether a replacement is made of the bytes of a malformed piece, or of any piece.
+  bool readsPieces() const {
+    return m_kind == StreamTreatment::kRaw || m_kind == StreamTreatment::kAlternate ||
+           m_kind == StreamTreatment::kHex;
+  }
 
   // What replaces a piece of length bytes of the source.
   Replacement replace(const StreamError& error, const unsigned char* piece, std::uint32_t length);
 
  private:
-  StreamStatus prepareKind(const StreamSettings& settings);
   StreamStatus prepareSubstitute(const StreamSettings& settings);
   StreamStatus prepareAlternate(int codePage);
-  void chooseDefault();
-  bool holds(const std::uint16_t* units, std::uint32_t count);
   // The replacements of the kinds; a text that the target cannot hold gives way to the default.
-  Replacement defaultSubstitute() const;
-  Replacement textOrDefault();
+  const Replacement& defaultSubstitute();
+  Replacement textOrDefault(const std::uint16_t* units, std::uint32_t count);
+  bool prepareHex();
   Replacement hexReference(const StreamError& error);
   Replacement alternate(const StreamError& error, const unsigned char* piece, std::uint32_t length);
+  // Makes m_bytes the text in the target; false when the target cannot hold it, or memory is short.
+  bool encodeText(const std::uint16_t* units, std::uint32_t count);
 
-  StreamTarget& m_target;
-  EngineLegs& m_legs;
+  const CodecTarget* m_target = nullptr;
+  int m_to = 0;
+  const fast::Plan* m_plan = nullptr;  // from UTF-16 to the target; opened when first needed
   StreamTreatment m_kind = StreamTreatment::kStop;
-  bool m_isDefault = true;  // of kSubstitute
-  bool m_isRaw = false;
+  bool m_isGiven = false;     // the substitute is that of the settings
+  bool m_isRaw = false;       // and to be written as it is
+  bool m_hasDefault = false;  // m_default is known
+  DataBuffer m_given;         // the substitute of the settings, in the target
+  DataBuffer m_defaultBytes;  // U+FFFD, "?", or nothing where the target has neither
+  Replacement m_default = {};
+  DataBuffer m_hexForms;  // in the target, of what references are made of
+  int m_hexWidth = -1;    // bytes of each; 0: the target lacks them, -1: not known
   int m_alternate = 0;
-  std::uint16_t m_default = 0;  // U+FFFD, "?", or 0 where the target has neither
-  bool m_holdsHex = false;      // the target has what references are made of
-  Rows<std::uint16_t> m_text;   // of kSubstitute, or made for one replacement
-  DataBuffer m_bytes;           // the same for bytes
+  std::unique_ptr<AlternateConverter> m_converter;
+  Rows<std::uint16_t> m_text;  // these two made for one replacement
+  DataBuffer m_bytes;
   bool m_failed = false;
 };
 

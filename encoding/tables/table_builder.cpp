@@ -1,7 +1,9 @@
-// Table texts into maps. docs/code-pages.md describes text and image.
-#include <cstring>
+#include "encoding/tables/table_builder.h"
 
-#include "encoding/encoding_convert.h"
+#include <algorithm>
+#include <cstring>
+#include <new>
+
 #include "support/content_coding.h"
 #include "support/norvane_bzip2.h"
 #include "support/zv_base.h"
@@ -38,8 +40,7 @@ unsigned int loadU16(const unsigned char* p) {
 
 }  // namespace
 
-void EncodingConvert::buildHash(const char* tableText, HashConvert& map, bool fromUnicode,
-                                LogBase& log) {
+void buildHash(const char* tableText, HashConvert& map, bool fromUnicode, LogBase& log) {
   if (tableText == nullptr || tableText[0] == 0) return;
   DataBuffer buffer;
   unpackImage(tableText, buffer);
@@ -58,8 +59,8 @@ void EncodingConvert::buildHash(const char* tableText, HashConvert& map, bool fr
   map.m_tableKind = fromUnicode ? 1 : 2;
 }
 
-void EncodingConvert::buildFromComplete(const unsigned char* records, HashConvert& map,
-                                        bool fromUnicode, LogBase& log) {
+void buildFromComplete(const unsigned char* records, HashConvert& map, bool fromUnicode,
+                       LogBase& log) {
   const bool bigEndian = zvIsBigEndian();
   map.m_tableKind = fromUnicode ? 1 : 2;
   const unsigned char* p = records;
@@ -91,7 +92,7 @@ void EncodingConvert::buildFromComplete(const unsigned char* records, HashConver
   }
 }
 
-void EncodingConvert::buildFromDiffs(const unsigned char* records, HashConvert& map, LogBase& log) {
+void buildFromDiffs(const unsigned char* records, HashConvert& map, LogBase& log) {
   // The keys are used as they lie in the image, low byte first, whatever the host's order.
   map.m_overflow = 1;
   const unsigned char* p = records;
@@ -104,4 +105,19 @@ void EncodingConvert::buildFromDiffs(const unsigned char* records, HashConvert& 
     map.hcRemove(p + 2);
     map.hcInsert(p + 2, p, 22, log);
   }
+}
+
+UnicodeLookup::UnicodeLookup() { std::fill_n(m_units, 128, std::uint16_t{0}); }
+
+UnicodeLookup* UnicodeLookup::createNewObject() { return new (std::nothrow) UnicodeLookup; }
+
+bool buildSingleByteLookup(const HashConvert& map, UnicodeLookup& lookup) {
+  const bool isAscii = map.get_IsLowerAscii();
+  const bool bigEndian = zvIsBigEndian();
+  for (unsigned int b = 1; b < 256; ++b) {
+    const auto* unit = reinterpret_cast<const unsigned char*>(&map.m_singleBytes[b]);
+    lookup.m_units[b] =
+        isAscii && b < 128 ? static_cast<std::uint16_t>(b) : zvLoadHostUnit(unit, bigEndian);
+  }
+  return !isAscii;
 }

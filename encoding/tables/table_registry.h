@@ -1,35 +1,32 @@
-// What the two table registries share: building a map from its row and publishing a table.
+// The process-wide mapping tables: built on first use from the texts of their rows, kept until
+// teardown.
 #ifndef ENCODING_TABLES_TABLE_REGISTRY_H_
 #define ENCODING_TABLES_TABLE_REGISTRY_H_
 
 #include <atomic>
 
-#include "encoding/tables/code_pages.h"
+#include "encoding/codecs/encoding_row.h"
+#include "encoding/tables/unicode_lookup.h"
 #include "support/hash_convert.h"
 #include "support/log_base.h"
 
-// A new map of the row's table text or texts in one direction, labelled codePage; the caller owns
-// it. Null when memory is short, also when it ran out half way: an incomplete table would be taken
-// for the whole one until teardown. A text that does not decode gives a map without entries.
-HashConvert* buildMap(const CodePageRow& row, int codePage, bool fromUnicode, LogBase& log);
+// The tables of one row. Null until first use; published once, complete (release), and read with
+// acquire; destroyed only by teardown.
+struct TableSlots {
+  std::atomic<UnicodeLookup*> singleToUnicode;  // _Lcp_<cp>_tU, of single-byte code pages
+  std::atomic<HashConvert*> multiToUnicode;     // _Hcp_<cp>_tU, of double-byte code pages
+  std::atomic<HashConvert*> fromUnicode;        // _Hcp_<cp>_fU
+};
 
-// Puts a finished table into its slot, from where any thread may read it, unless another thread was
-// first: then the table is destroyed and false returned. Takes the table either way.
-template <class Table>
-bool publishTable(std::atomic<Table*>& slot, Table* table) {
-  Table* expected = nullptr;
-  if (slot.compare_exchange_strong(expected, table, std::memory_order_release,
-                                   std::memory_order_relaxed)) {
-    return true;
-  }
-  delete table;
-  return false;
-}
+// The slots of a row that has a table.
+TableSlots& tableSlots(const EncodingRow& row);
 
-// Whether a slot's table is there to be used.
-template <class Table>
-bool isPublished(const std::atomic<Table*>& slot) {
-  return slot.load(std::memory_order_acquire) != nullptr;
-}
+// Make sure that the table of a row is there: published complete, or not at all. False only when
+// memory is short. log is handed to the builders. Any thread may call.
+bool ensureToUnicode(const EncodingRow& row, LogBase& log);
+bool ensureFromUnicode(const EncodingRow& row, LogBase& log);
+
+// Destroys all tables whose rows say so. Must not overlap anything that reads a table.
+void releaseTables();
 
 #endif  // ENCODING_TABLES_TABLE_REGISTRY_H_

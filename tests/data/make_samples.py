@@ -62,6 +62,38 @@ def presentation_forms(text):
     return shaped
 
 
+def plane(codec, leads, trails):
+    """Every character with a two-byte code, a line for each lead byte, but for private ones."""
+
+    def character(*code):
+        try:
+            text = bytes(code).decode(codec)
+        except UnicodeDecodeError:
+            return ""
+        return "" if "\ue000" <= text <= "\uf8ff" else text
+
+    seen = set()
+    text = ""
+    for lead in leads:
+        row = [c for c in (character(lead, trail) for trail in trails) if c and c not in seen]
+        seen.update(row)
+        text += "".join(row) + "\n" if row else ""
+    return text
+
+
+PLANE = range(0xA1, 0xFF)
+IN_936 = {ord("・"): "·", ord("―"): "—"}  # what code page 936 has at two positions of GB 2312
+IN_GB2312 = {ord("·"): "・", ord("—"): "―"}
+MASTERS = {
+    "plane-japanese": lambda: (
+        plane("cp932", [*range(0x81, 0xA0), *range(0xE0, 0xFD)], range(0x40, 0xFD))
+        + bytes(range(0xA1, 0xE0)).decode("cp932")
+        + "\n"
+    ),
+    "plane-korean": lambda: plane("euc_kr", PLANE, PLANE),
+    "plane-chinese": lambda: plane("gb2312", PLANE, PLANE).translate(IN_936),
+}
+
 SAMPLES = [
     ("english", "1252", python("cp1252")),
     ("french", "1252", python("cp1252")),
@@ -96,12 +128,17 @@ SAMPLES = [
     ("header", "65000", python("utf_7")),
     ("emoji", "1200", python("utf_16")),
     ("emoji", "1201", lambda text: b"\xfe\xff" + text.encode("utf_16_be")),
+    ("plane-japanese", "50220", program("nkf", "-W", "--oc=CP50221", "-x", "-m0")),
+    ("plane-korean", "50225", iconv("ISO-2022-KR")),
+    ("plane-chinese", "hz", lambda text: text.translate(IN_GB2312).encode("hz")),
 ]
 
 
 def main():
     arabic = (HERE / "arabic.txt").read_text("utf-8")
     (HERE / "arabic-forms.txt").write_text(presentation_forms(arabic), "utf-8")
+    for master, make in MASTERS.items():
+        (HERE / f"{master}.txt").write_text(make(), "utf-8")
     for master, code_page, converter in SAMPLES:
         text = (HERE / f"{master}.txt").read_text("utf-8")
         (HERE / f"{master}.{code_page}").write_bytes(converter(text))

@@ -1,0 +1,60 @@
+// Codec: an encoding that is read and written by computing, mostly with a state, and not by table.
+#ifndef ENCODING_CODECS_CODEC_H_
+#define ENCODING_CODECS_CODEC_H_
+
+#include <cstdint>
+
+#include "support/data_buffer.h"
+#include "support/replacement_sink.h"
+
+// What a text in pieces carries from one piece to the next; the initial value begins a text. One
+// state serves one direction. It may be copied, to go on from the same place twice.
+struct CodecState {
+  std::uint8_t set = 0;        // the codec's own number of the character set or mode in use
+  bool shiftedOut = false;     // ISO-2022: SO is in force
+  bool headerWritten = false;  // writing ISO-2022-KR: the designation is out
+  bool replaced = false;       // something had no form in the output; only ever set
+  std::uint8_t bitCount = 0;   // base64: how many bits are pending
+  std::uint32_t bits = 0;      // and which
+  bool operator==(const CodecState&) const = default;
+};
+
+// One encoding in both directions. Both functions append the form of a piece of text, as far as it
+// can be told without what follows, and return how many bytes of the piece that was; the caller
+// puts the rest, fewer than kMaxRest bytes, in front of the next piece. With last set nothing is
+// left, the text is ended (in ASCII) and the state is initial again but for `replaced`. Output,
+// state and reports do not depend on how the text is cut.
+//
+// What has no form becomes a mark in the output, is reported to sink, unless that is null, and sets
+// state.replaced. A mark is two bytes: the geta mark of the double-byte encodings, U+FFFD in
+// UTF-16; but one byte, "?", in GSM 03.38, and three in UTF-8. When memory is short the failure is
+// latched in out and the whole piece counts as used. No codec keeps anything between calls but the
+// state: any thread may call.
+struct Codec {
+  static constexpr unsigned int kMaxRest = 8;
+  using Convert = unsigned int (*)(const unsigned char* data, unsigned int length, bool last,
+                                   CodecState& state, DataBuffer& out, ReplacementSink* sink);
+
+  // Of the text on the other side: 932, 949, 936, 1200 (UTF-16 little endian, on every host, whose
+  // surrogates need not be pairs) or 65001.
+  int codePage;
+  Convert read;   // from the encoding
+  Convert write;  // into the encoding
+  // Writing: makes the state behind an ended text fit to go on behind it, in the same output. left
+  // is the state before its last piece, wrote says whether that had any content. May be null.
+  void (*resume)(const CodecState& left, bool wrote, CodecState& state);
+  // Every piece of a text means the same wherever it stands.
+  bool isStateless = false;
+};
+
+// Converts a whole text. False when something had no form or memory is short; a length of 0 or less
+// is no text.
+inline bool convertWhole(Codec::Convert convert, const unsigned char* data, std::int64_t length,
+                         DataBuffer& out) {
+  if (length <= 0) return true;
+  CodecState state;
+  convert(data, static_cast<unsigned int>(length), true, state, out, nullptr);
+  return !state.replaced && !out.hasFailed();
+}
+
+#endif  // ENCODING_CODECS_CODEC_H_

@@ -1,0 +1,170 @@
+#include "encoding/codecs/encoding_names.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstdint>
+
+#include "encoding/codecs/encoding_row_list.h"
+
+namespace {
+
+using encoding_rows::kEncodings;
+
+constexpr bool isDigit(char c) { return c >= '0' && c <= '9'; }
+
+// A name as it is compared. Names are short; what does not fit matches nothing.
+struct NormalizedName {
+  static constexpr std::size_t kCapacity = 64;
+
+  std::array<char, kCapacity> chars{};
+  std::size_t length = 0;
+  bool fits = true;
+
+  constexpr explicit NormalizedName(std::string_view name) {
+    for (char c : name) {
+      if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+      if (!isDigit(c) && (c < 'a' || c > 'z')) continue;
+      if (c == '0' && (length == 0 || !isDigit(chars[length - 1]))) continue;
+      if (length == kCapacity) {
+        fits = false;
+        return;
+      }
+      chars[length++] = c;
+    }
+  }
+
+  constexpr std::string_view view() const { return {chars.data(), length}; }
+};
+
+// Calls visit(name) for each name of a row, the preferred one first.
+template <typename Visit>
+constexpr void forEachName(const EncodingRow& row, Visit visit) {
+  if (row.name[0] == 0) return;
+  visit(std::string_view(row.name));
+  std::string_view rest = row.aliases;
+  while (!rest.empty()) {
+    const std::size_t end = std::min(rest.find(' '), rest.size());
+    visit(rest.substr(0, end));
+    rest.remove_prefix(std::min(end + 1, rest.size()));
+  }
+}
+
+constexpr bool isNamed(const EncodingRow& row) { return row.name[0] != 0; }
+constexpr std::size_t kNamedCount = std::ranges::count_if(kEncodings, isNamed);
+constexpr std::size_t kNameCount = [] {
+  std::size_t count = 0;
+  for (const EncodingRow& row : kEncodings) forEachName(row, [&](std::string_view) { ++count; });
+  return count;
+}();
+
+// All names, row after row, and the row that each belongs to.
+struct NameList {
+  std::array<std::string_view, kNameCount> names;
+  std::array<std::uint8_t, kNameCount> rowOfName;
+};
+static_assert(kEncodings.size() <= 256);
+
+constexpr NameList kNameList = [] {
+  NameList list{};
+  std::size_t count = 0;
+  for (std::size_t row = 0; row < kEncodings.size(); ++row) {
+    forEachName(kEncodings[row], [&](std::string_view name) {
+      list.rowOfName[count] = static_cast<std::uint8_t>(row);
+      list.names[count++] = name;
+    });
+  }
+  return list;
+}();
+
+constexpr std::array<CharsetNames, kNamedCount> kCharsets = [] {
+  std::array<CharsetNames, kNamedCount> charsets{};
+  std::size_t count = 0, name = 0;
+  for (const EncodingRow& row : kEncodings) {
+    const std::size_t first = name;
+    forEachName(row, [&](std::string_view) { ++name; });
+    if (name == first) continue;
+    charsets[count++] = {row.number,
+                         row.name,
+                         std::span(kNameList.names).subspan(first + 1, name - first - 1),
+                         row.kind,
+                         row.description,
+                         row.isDispatched,
+                         row.isDispatched};
+  }
+  return charsets;
+}();
+
+// A hash table of all names with open addressing, half full at most; a slot holds the index of a
+// name plus 1, or 0.
+constexpr std::size_t kIndexSize = 2048;
+static_assert(kNameCount * 2 <= kIndexSize);
+
+constexpr std::size_t firstSlot(std::string_view normalized) {
+  std::uint32_t hash = 2166136261U;  // FNV-1a
+  for (const char c : normalized) {
+    hash = (hash ^ static_cast<unsigned char>(c)) * 16777619U;
+  }
+  return (hash ^ (hash >> 15)) % kIndexSize;
+}
+
+constexpr std::array<std::uint16_t, kIndexSize> kIndex = [] {
+  std::array<std::uint16_t, kIndexSize> index{};
+  for (std::size_t i = 0; i < kNameCount; ++i) {
+    const NormalizedName name(kNameList.names[i]);
+    if (!name.fits || name.length == 0) throw "a name is too long, or empty";
+    std::size_t slot = firstSlot(name.view());
+    while (index[slot] != 0) {
+      const NormalizedName other(kNameList.names[index[slot] - 1U]);
+      if (other.view() == name.view()) throw "two names match each other";
+      slot = (slot + 1) % kIndexSize;
+    }
+    index[slot] = static_cast<std::uint16_t>(i + 1);
+  }
+  return index;
+}();
+
+const EncodingRow* findListedName(std::string_view normalized) {
+  for (std::size_t slot = firstSlot(normalized); kIndex[slot] != 0;
+       slot = (slot + 1) % kIndexSize) {
+    const std::size_t name = kIndex[slot] - 1U;
+    if (NormalizedName(kNameList.names[name]).view() == normalized) {
+      return &kEncodings[kNameList.rowOfName[name]];
+    }
+  }
+  return nullptr;
+}
+
+// "1252", "cp1252" and "windows1252", for encodings that have a name as well.
+const EncodingRow* findNumberedName(std::string_view normalized) {
+  for (const std::string_view prefix : {std::string_view("cp"), std::string_view("windows")}) {
+    if (normalized.starts_with(prefix)) {
+      normalized.remove_prefix(prefix.size());
+      break;
+    }
+  }
+  constexpr std::size_t kMaxDigits = 5;
+  if (normalized.size() > kMaxDigits || !std::ranges::all_of(normalized, isDigit)) return nullptr;
+  int number = 0;
+  for (const char c : normalized) number = number * 10 + (c - '0');
+  const EncodingRow* const row = findEncodingRow(number);
+  return row != nullptr && isNamed(*row) ? row : nullptr;
+}
+
+}  // namespace
+
+std::span<const CharsetNames> encodingNames() { return kCharsets; }
+
+const EncodingRow* findEncoding(std::string_view name) {
+  const NormalizedName normalized(name);
+  if (!normalized.fits || normalized.length == 0) return nullptr;
+  const EncodingRow* const listed = findListedName(normalized.view());
+  return listed != nullptr ? listed : findNumberedName(normalized.view());
+}
+
+bool containsName(std::string_view text, std::string_view part) {
+  const NormalizedName whole(text);
+  const NormalizedName wanted(part);
+  if (!wanted.fits || wanted.length == 0) return false;
+  return whole.view().find(wanted.view()) != std::string_view::npos;
+}

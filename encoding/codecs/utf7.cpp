@@ -1,0 +1,362 @@
+// UTF-7 to and from UTF-16.
+#include "encoding/codecs/utf7.h"
+
+#include <array>
+#include <string_view>
+
+#include "encoding/codecs/codec_run.h"
+#include "encoding/codecs/text_bytes.h"
+#include "support/utf.h"
+
+namespace {
+
+// CodecState::set. Pending bits are kept as they are when a unit is told: in a run that is read 0,
+// 2 or 4 of them, in one that is written 0, 2 or 4 that no digit has shown yet.
+constexpr std::uint8_t kDirect = 0;
+constexpr std::uint8_t kRun = 1;  // behind a "+", in base64
+
+constexpr std::string_view kBase64 =
+    "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+// Set D and the white space that may be written as it is; letters and digits are in both lists.
+constexpr std::string_view kDirectMarks = "'(),-./:? \t\r\n";
+
+// The value of each base64 character, and a value with the high bit set for all other bytes.
+constexpr unsigned char kNoBase64 = 0x80;
+constexpr auto kBase64Values = [] {
+  std::array<unsigned char, 256> table{};
+  for (unsigned char& value : table) value = kNoBase64;
+  for (unsigned int i = 0; i != kBase64.size(); ++i) {
+    table[static_cast<unsigned char>(kBase64[i])] = static_cast<unsigned char>(i);
+  }
+  return table;
+}();
+
+constexpr bool isBase64(unsigned char byte) { return kBase64Values[byte] != kNoBase64; }
+
+// The characters that are written directly.
+constexpr auto kIsDirect = [] {
+  std::array<bool, 128> table{};
+  for (const char c : kBase64) table[static_cast<unsigned char>(c)] = true;
+  table['+'] = false;
+  for (const char c : kDirectMarks) table[static_cast<unsigned char>(c)] = true;
+  return table;
+}();
+
+Bytes16 areDirect(Bytes16 text) {
+  return isAsciiLetter(text) | isBetween(text, ',', ':') | isBetween(text, '\'', ')') |
+         equal(text, ' ') | equal(text, '?') | isBetween(text, '\t', '\n') | equal(text, '\r');
+}
+bool isDirect(std::uint32_t unit) { return unit < kIsDirect.size() && kIsDirect[unit]; }
+
+// Whether a run has to be closed before a direct character, which could belong to it otherwise.
+bool needsRunClosed(std::uint32_t direct) {
+  return direct == '-' || isBase64(static_cast<unsigned char>(direct));
+}
+
+unsigned char base64Digit(std::uint32_t bits) {
+  return static_cast<unsigned char>(kBase64[bits & 0x3F]);
+}
+
+// Three units are eight base64 digits: the loops of both directions do that many at once where they
+// stand at the beginning of such a group, which is where no bits are pending. Two tables serve
+// them: the two digits of each 12 bits, the first in the low byte, and the bits of a digit at each
+// place among four, in the low 24 bits; for a byte that is no digit, a bit above these by its
+// place.
+constexpr unsigned int kGroupUnits = 3;
+constexpr unsigned int kGroupDigits = 8;
+
+constexpr auto kDigitPairs = [] {
+  std::array<std::uint16_t, 4096> table{};
+  for (unsigned int i = 0; i != table.size(); ++i) {
+    table[i] = static_cast<std::uint16_t>(kBase64[i >> 6] | (kBase64[i & 0x3F] << 8));
+  }
+  return table;
+}();
+
+constexpr auto kDigitBits = [] {
+  std::array<std::array<std::uint32_t, 256>, 4> tables{};
+  for (unsigned int place = 0; place != tables.size(); ++place) {
+    for (unsigned int byte = 0; byte < 256; ++byte) {
+      const std::uint32_t value = kBase64Values[byte];
+      tables[place][byte] = value == kNoBase64 ? 1u << (24 + place) : value << (18 - 6 * place);
+    }
+  }
+  return tables;
+}();
+
+std::uint32_t bitsOfFour(const unsigned char* p) {
+  return kDigitBits[0][p[0]] | kDigitBits[1][p[1]] | kDigitBits[2][p[2]] | kDigitBits[3][p[3]];
+}
+
+// How a run may end, by the digits of its last, unfinished group: the whole units there, and the
+// bits of the group (the first digit's at the top of 48) that have to be 0.
+struct RunEnd {
+  unsigned int units;
+  std::uint64_t padding;
+};
+constexpr std::uint64_t kNeverZero = std::uint64_t{1} << 63;
+constexpr RunEnd kRunEnds[kGroupDigits] = {{0, 0},
+                                           {0, kNeverZero},
+                                           {0, kNeverZero},
+                                           {1, std::uint64_t{3} << 30},
+                                           {1, kNeverZero},
+                                           {1, kNeverZero},
+                                           {2, std::uint64_t{0xF} << 12},
+                                           {2, kNeverZero}};
+
+unsigned char* putUnit(unsigned char* dest, std::uint32_t unit) {
+  storeLow(dest, static_cast<std::uint16_t>(unit));
+  return dest + 2;
+}
+std::uint32_t loadUnit(const unsigned char* p) { return loadLow<std::uint16_t>(p); }
+
+// No byte becomes more than two, marks included.
+struct Reader : CodecRun {
+  using CodecRun::CodecRun;
+  static constexpr unsigned int kGrowth = 16;
+
+  bool step() {
+    const unsigned char* const stop = p + std::min(left(), (room() - kMinRoom) / 2 + 1);
+    if (state.bitCount == 0) copyText(stop);
+    return p == stop || (state.set == kRun ? readUnit() : readSpecial());
+  }
+  void finish() {
+    if (state.set == kRun) endRun(0);
+  }
+
+  // Direct characters and the whole groups of runs, as long as nothing is wrong.
+  void copyText(const unsigned char* stop) {
+    const unsigned char* in = p;
+    unsigned char* to = dest;
+    bool inRun = state.set == kRun;
+    while (inRun ? copyGroups(in, stop, to) : copyDirect(in, stop, to)) inRun = !inRun;
+    p = in;
+    dest = to;
+    state.set = inRun ? kRun : kDirect;
+  }
+
+  // True when a run has begun.
+  static bool copyDirect(const unsigned char*& in, const unsigned char* stop, unsigned char*& to) {
+    for (; stop - in >= std::ptrdiff_t{kVector}; in += kVector) {
+      const auto text = Bytes16::load(in);
+      storeAsUnits(text, to);
+      const unsigned int count = countLow(text | equal(text, '+'));
+      to += 2 * count;
+      if (count != kVector) {
+        in += count;
+        break;
+      }
+    }
+    for (; in < stop && *in < 0x80 && *in != '+'; ++in) to = putUnit(to, *in);
+    if (stop - in <= std::ptrdiff_t{kGroupDigits} || *in != '+' || !isBase64(in[1])) return false;
+    ++in;
+    return true;
+  }
+
+  // True when the run has ended well; otherwise fewer digits than a group are in sight, or it ends
+  // badly.
+  static bool copyGroups(const unsigned char*& in, const unsigned char* stop, unsigned char*& to) {
+    for (; stop - in >= std::ptrdiff_t{kGroupDigits}; in += kGroupDigits) {
+      const std::uint32_t first = bitsOfFour(in);
+      const std::uint32_t second = bitsOfFour(in + 4);
+      putUnit(to, first >> 8);
+      putUnit(to + 2, (first << 8) | ((second >> 16) & 0xFF));
+      const std::uint32_t noDigits = (first >> 24) | (second >> 24 << 4);
+      if (noDigits != 0) {
+        const int digits = std::countr_zero(noDigits);
+        const RunEnd& end = kRunEnds[digits];
+        const std::uint64_t bits = (std::uint64_t{first} << 24) | (second & 0xFFFFFF);
+        if (((bits | kNeverZero) & end.padding) != 0) return false;
+        in += digits;
+        in += *in == '-' ? 1 : 0;
+        to += 2 * end.units;
+        return true;
+      }
+      putUnit(to + 4, second);
+      to += 2 * kGroupUnits;
+    }
+    return false;
+  }
+
+  // A "+", or a byte that is no text.
+  bool readSpecial() {
+    if (*p >= 0x80) return malformed(1);
+    if (left() < 2 && !last) return false;
+    if (left() >= 2 && p[1] == '-') {
+      put('+', 0);
+      p += 2;
+      return true;
+    }
+    if (left() < 2 || !isBase64(p[1])) return malformed(1);
+    ++p;
+    state.set = kRun;
+    return true;
+  }
+
+  // One unit of a run, or its end. Bits behind the unit that are not 0 have to be part of the next:
+  // the end of the run is told from the same place.
+  bool readUnit() {
+    const unsigned int wanted = (21u - state.bitCount) / 6;
+    std::uint32_t bits = state.bits;
+    unsigned int digits = 0;
+    for (; digits < wanted && digits < left() && isBase64(p[digits]); ++digits) {
+      bits = (bits << 6) | kBase64Values[p[digits]];
+    }
+    const bool isCut = digits == left() && !last;
+    const unsigned int bitCount = state.bitCount + 6 * digits - 16;
+    const std::uint32_t pending = digits < wanted ? 1 : bits & ((1u << bitCount) - 1);
+    if (pending != 0 && isCut) return false;
+    if (digits < wanted) {
+      endRun(digits);
+      return true;
+    }
+    dest = putUnit(dest, bits >> bitCount);
+    p += digits;
+    state.bits = pending;
+    state.bitCount = static_cast<std::uint8_t>(bitCount);
+    return true;
+  }
+
+  // Ends a run behind this many digits of a unit that is not there.
+  void endRun(unsigned int digits) {
+    if (digits != 0) {
+      malformed(digits);
+    } else if (state.bits != 0) {
+      report(p - 1, 1);  // in the last digit of the unit before
+      dest = putUnit(dest, kReplacementCharacter);
+    }
+    if (p != end && *p == '-') ++p;
+    state.set = kDirect;
+    state.bits = state.bitCount = 0;
+  }
+
+  bool malformed(unsigned int length) { return mark(length, 0xFD, 0xFF); }
+};
+
+// No unit becomes more than five bytes, and two no more than eight.
+struct Writer : CodecRun {
+  using CodecRun::CodecRun;
+  static constexpr unsigned int kGrowth = 12;
+
+  bool step() {
+    if (left() < 2) return endInUnit();
+    const unsigned char* const stop = p + (std::min(left(), (room() - kMinRoom) / 2 + 2) & ~1);
+    while (p != stop) {
+      if (state.set == kRun) {
+        continueRun(stop);
+      } else {
+        copyDirect(stop);
+      }
+    }
+    return true;
+  }
+  void finish() {
+    if (state.set != kRun) return;
+    flushBits(dest);
+    put('-');
+    state.set = kDirect;
+  }
+
+  // Half a unit at the end of a text is left out.
+  bool endInUnit() {
+    if (!last) return false;
+    ++p;
+    state.replaced = true;
+    return true;
+  }
+
+  // Up to a run of more than one unit, or one whose end is not in sight.
+  void copyDirect(const unsigned char* stop) {
+    const unsigned char* in = p;
+    unsigned char* to = dest;
+    while (in < stop) {
+      for (; stop - in >= 2 * std::ptrdiff_t{kVector}; in += 2 * kVector) {
+        const auto text = loadUnits(in);
+        text.store(to);
+        const unsigned int count = countHigh(areDirect(text));
+        to += count;
+        if (count != kVector) {
+          in += 2 * count;
+          break;
+        }
+      }
+      for (; in < stop && isDirect(loadUnit(in)); in += 2) *to++ = *in;
+      if (in == stop) break;
+      *to++ = '+';
+      if (loadUnit(in) == '+') {
+        *to++ = '-';
+      } else if (stop - in < 4 || !isDirect(loadUnit(in + 2))) {
+        state.set = kRun;
+        break;
+      } else {
+        to = writeSingle(loadUnit(in), loadUnit(in + 2), to);
+      }
+      in += 2;
+    }
+    p = in;
+    dest = to;
+  }
+
+  // Most runs in Latin text hold one unit, that is three digits. next is the direct character
+  // behind it.
+  static unsigned char* writeSingle(std::uint32_t unit, std::uint32_t next, unsigned char* to) {
+    storeLow(to, kDigitPairs[unit >> 4]);
+    to[2] = base64Digit(unit << 2);
+    to[3] = '-';
+    return to + (needsRunClosed(next) ? 4 : 3);
+  }
+
+  void continueRun(const unsigned char* stop) {
+    const unsigned char* in = p;
+    unsigned char* to = dest;
+    while (in < stop) {
+      if (state.bitCount == 0) {
+        to = writeGroups(in, stop, to);
+        if (in == stop) break;
+      }
+      const std::uint32_t unit = loadUnit(in);
+      if (isDirect(unit)) {
+        flushBits(to);
+        if (needsRunClosed(unit)) *to++ = '-';
+        state.set = kDirect;
+        break;
+      }
+      std::uint32_t bits = (state.bits << 16) | unit;
+      unsigned int count = state.bitCount + 16u;
+      for (; count >= 6; count -= 6) *to++ = base64Digit(bits >> (count - 6));
+      state.bits = bits & ((1u << count) - 1);
+      state.bitCount = static_cast<std::uint8_t>(count);
+      in += 2;
+    }
+    p = in;
+    dest = to;
+  }
+
+  // Whole groups, as long as no unit is one that might end the run.
+  static unsigned char* writeGroups(const unsigned char*& in, const unsigned char* stop,
+                                    unsigned char* to) {
+    for (; stop - in >= 2 * std::ptrdiff_t{kGroupUnits}; in += 2 * kGroupUnits) {
+      std::uint64_t bits = 0;
+      bool isAscii = false;
+      for (unsigned int i = 0; i < kGroupUnits; ++i) {
+        const std::uint32_t unit = loadUnit(in + 2 * i);
+        isAscii = isAscii || unit < 0x80;
+        bits = (bits << 16) | unit;
+      }
+      if (isAscii) break;
+      for (unsigned int i = 0; i < kGroupDigits / 2; ++i, to += 2) {
+        storeLow(to, kDigitPairs[(bits >> (36 - 12 * i)) & 0xFFF]);
+      }
+    }
+    return to;
+  }
+
+  void flushBits(unsigned char*& to) {
+    if (state.bitCount != 0) *to++ = base64Digit(state.bits << (6 - state.bitCount));
+    state.bits = state.bitCount = 0;
+  }
+};
+
+}  // namespace
+
+const Codec kUtf7Codec = {1200, runCodec<Reader>, runCodec<Writer>, nullptr};

@@ -1,0 +1,27 @@
+// The choice of kernels for the processor at hand.
+#ifndef ENCODING_KERNELS_CPU_DISPATCH_H_
+#define ENCODING_KERNELS_CPU_DISPATCH_H_
+
+#include "encoding/kernels/kernels.h"
+
+namespace fast {
+
+// The best kernels that this processor can run; chosen on the first call. The environment variable
+// ENCCONV_KERNELS may then name another form: scalar, sse4 or avx2. A name that is unknown, or not
+// for this processor, is ignored. Any thread may call.
+const Kernels& kernels();
+
+// The kernels of that name, or null when they are unknown or this processor cannot run them.
+const Kernels* findKernels(const char* name);
+
+// Makes kernels() return the named form, or its own choice again for a null name. False when
+// findKernels does not know the name. Not for use while conversions run.
+bool setKernelsForTesting(const char* name);
+
+// Has a function called by setKernelsForTesting, for a layer above that keeps kernels; it takes the
+// place of the one before, null for none. Any thread may call.
+void onKernelsChanged(void (*call)());
+
+}  // namespace fast
+
+#endif  // ENCODING_KERNELS_CPU_DISPATCH_H_

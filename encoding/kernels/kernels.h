@@ -1,0 +1,151 @@
+// The fast loops of the converters: pure functions over bytes, without objects, logs or errors.
+#ifndef ENCODING_KERNELS_KERNELS_H_
+#define ENCODING_KERNELS_KERNELS_H_
+
+#include <cstdint>
+
+// Each kernel reads [in, inEnd) and writes [out, outEnd), and nothing outside of them; the ranges
+// do not overlap. It goes on for as long as it can and returns how far it came. It stops for one of
+// three reasons only:
+//   - the input is used up (in == inEnd);
+//   - fewer than kKernelSlack bytes of output space are left;
+//   - the input at the returned place is not its business: unmapped, malformed, cut short by
+//     inEnd, or one of the special cases named with the kernel.
+// So a caller that finds input left and at least kKernelSlack bytes of space knows that it has to
+// treat the next piece itself, and may call again behind it. The returned place always lies between
+// two characters. Bytes of the output range behind the returned place may have been overwritten.
+//
+// UTF-16 is little endian here, on every host and at any address; an odd last byte is cut short
+// input. "Unit 0" below is U+0000.
+namespace fast {
+
+inline constexpr unsigned int kKernelSlack = 192;
+
+struct KernelResult {
+  const unsigned char* in;  // first byte that was not consumed
+  unsigned char* out;       // first byte that was not written
+};
+
+// A single-byte code page, decoding.
+struct SingleByteDecoder {
+  // No surrogates. 0: unmapped, but for byte 00, which is unit 0.
+  alignas(32) std::uint16_t units[256];
+  // Derived by prepare(): whether 00..7F are ASCII; the halves of units, for byte shuffles; the
+  // units below 80 again, with FF for all others; the three bytes of the UTF-8 forms, flush with
+  // the last one and filled up with 0 (all 0 for units 0); and these forms in one piece, the length
+  // in bits 24 up.
+  bool isAscii;
+  alignas(32) std::uint8_t low[256];
+  alignas(32) std::uint8_t high[256];
+  alignas(32) std::uint8_t ascii[256];
+  alignas(32) std::uint8_t utf8Bytes[3][256];
+  std::uint32_t utf8[256];
+
+  void prepare();  // call when units is filled
+};
+
+// A byte for each byte: two single-byte code pages in one step.
+struct ByteMap {
+  alignas(32) std::uint8_t bytes[256];  // 0: unmapped, but for byte 00, which is byte 00
+};
+
+// A single-byte code page, encoding.
+struct SingleByteEncoder {
+  std::uint8_t bytes[65536];  // by unit; 0: unmapped, but for unit 0, which is byte 00
+  // Set by prepare(): whether units 00..7F are themselves, and units A0..FF too.
+  bool isAscii;
+  bool isLatin1;
+  // Set by prepare(): the first of those 128 units from 80 up, at a multiple of 128, that have most
+  // of the code page.
+  static constexpr unsigned int kRangeUnits = 128;
+  std::uint16_t mainRange;
+
+  void prepare();  // call when bytes is filled
+};
+
+// A code page of one- and two-byte characters, of which bytes 00..7F stand alone and for
+// themselves; decoding.
+struct DoubleByteDecoder {
+  // Unit of each pair, by first byte + second byte * 256; 0: no pair, the first byte stands alone.
+  // Into the places of bytes that begin no pair prepare() writes their single units.
+  std::uint16_t units[65536];
+  std::uint16_t singles[256];  // unit of each byte from 80 up; 0: unmapped
+  // Derived by prepare(): by the lower half of a byte from 80 up, the upper halves of those that
+  // begin a pair: bit 0 for 8, bit 7 for F.
+  alignas(16) std::uint8_t leads[16];
+
+  bool isLead(unsigned int byte) const {  // a byte from 80 up
+    return (leads[byte & 0x0F] >> (byte >> 4 & 7) & 1) != 0;
+  }
+  void prepare();  // call when units and singles are filled
+};
+
+// A code page of one- and two-byte characters, encoding.
+struct DoubleByteEncoder {
+  // By unit: up to 0xFF a single byte, above first byte + second byte * 256; 0: unmapped, but for
+  // unit 0, which is byte 00.
+  std::uint16_t codes[65536];
+  bool isAscii;  // set by prepare(): units 00..7F are themselves
+
+  void prepare();  // call when codes is filled
+};
+
+using Kernel = KernelResult(const unsigned char* in, const unsigned char* inEnd, unsigned char* out,
+                            unsigned char* outEnd);
+template <class Table>
+using TableKernel = KernelResult(const Table& table, const unsigned char* in,
+                                 const unsigned char* inEnd, unsigned char* out,
+                                 unsigned char* outEnd);
+
+// Read-only kernels, for inputs of any size.
+using Scan = const unsigned char*(const unsigned char* in, const unsigned char* inEnd);
+template <class Value>
+using Count = std::uint64_t(const unsigned char* in, const unsigned char* inEnd, Value value);
+
+// One form of all kernels. All forms give the same results, save for where they stop for lack of
+// output space.
+struct Kernels {
+  const char* name;
+
+  // Byte 00 becomes unit 0. Stops before malformed sequences and three-byte forms of surrogates.
+  Kernel* utf8ToUtf16;
+  // Pairs become four bytes. Stops before unit 0 and before surrogates that are not a pair.
+  Kernel* utf16ToUtf8;
+  // Swaps the bytes of each unit.
+  Kernel* swapUtf16;
+
+  // UTF-32 little endian. As input it stops the kernel before a unit that is cut short, a surrogate
+  // and a value above 10FFFF; other input stops it as with the kernels above. U+0000 passes in all.
+  Kernel* utf32ToUtf16;
+  Kernel* utf16ToUtf32;
+  Kernel* utf8ToUtf32;
+  Kernel* utf32ToUtf8;
+
+  TableKernel<SingleByteDecoder>* singleByteToUtf16;
+  // Stops before bytes that stand for unit 0, as utf16ToUtf8 does.
+  TableKernel<SingleByteDecoder>* singleByteToUtf8;
+  TableKernel<ByteMap>* mapBytes;
+  TableKernel<SingleByteEncoder>* utf16ToSingleByte;
+  TableKernel<DoubleByteDecoder>* doubleByteToUtf16;
+  TableKernel<DoubleByteEncoder>* utf16ToDoubleByte;
+
+  // The first surrogate that is not of a pair (the upper half of one at the end included) or an odd
+  // last byte; inEnd when there is neither.
+  Scan* pairedUtf16;
+
+  // How many bytes, or little-endian units of 16 or 32 bits, have a value; of a text that is big
+  // endian, by the value with its bytes swapped. What is left of a unit at the end does not count.
+  Count<std::uint8_t>* countByte;
+  Count<std::uint16_t>* countUnit;
+  Count<std::uint32_t>* countScalar;
+};
+
+// The forms of this build. The scalar one is always there and is the reference of the others; null
+// where the build is not for x86-64.
+const Kernels& scalarKernels();
+const Kernels* sse4Kernels();
+const Kernels* avx2Kernels();
+
+}  // namespace fast
+
+#endif  // ENCODING_KERNELS_KERNELS_H_

@@ -1,0 +1,188 @@
+// The vocabulary of the vector code: registers of bytes, units or scalars, with operators.
+//
+// The compiler's own vectors do what every processor can; the rest is in a folder for each kind of
+// processor. Another one needs such a folder, included at the end of this file.
+//
+// Everything here has internal linkage, because each source file may be compiled for a processor of
+// its own, and the linker must not take one file's functions for another's.
+#ifndef ENCODING_KERNELS_LANES_H_
+#define ENCODING_KERNELS_LANES_H_
+
+#include <bit>
+#include <cstdint>
+#include <cstring>
+#include <type_traits>
+
+namespace fast {
+namespace {  // NOLINT(cert-dcl59-cpp): see above
+
+template <class L>
+class Mask;
+
+// A register of kBytes bytes: lanes of the unsigned type T. Memory has no alignment. Operators work
+// lane by lane; a number stands for a register that has it in every lane.
+template <class T, unsigned int kBytes>
+class Lanes {
+ public:
+  using Lane = T;
+  typedef T Native __attribute__((vector_size(kBytes)));
+
+  Lanes() = default;                                                         // of any value
+  Lanes(unsigned int value) : m_native(Native{} + static_cast<T>(value)) {}  // NOLINT: see above
+  template <class Vector>
+  requires(!std::is_arithmetic_v<Vector> && !std::is_class_v<Vector> &&
+           sizeof(Vector) == kBytes) explicit Lanes(Vector native)
+      : m_native(reinterpret_cast<Native>(native)) {}
+
+  static Lanes load(const void* p) {
+    Lanes lanes;
+    std::memcpy(&lanes.m_native, p, kBytes);
+    return lanes;
+  }
+  void store(void* p) const { std::memcpy(p, &m_native, kBytes); }
+  Native native() const { return m_native; }
+
+  friend Lanes operator~(Lanes a) { return Lanes(~a.m_native); }
+  friend Lanes operator&(Lanes a, Lanes b) { return Lanes(a.m_native & b.m_native); }
+  friend Lanes operator|(Lanes a, Lanes b) { return Lanes(a.m_native | b.m_native); }
+  friend Lanes operator^(Lanes a, Lanes b) { return Lanes(a.m_native ^ b.m_native); }
+  friend Lanes operator+(Lanes a, Lanes b) { return Lanes(a.m_native + b.m_native); }
+  friend Lanes operator-(Lanes a, Lanes b) { return Lanes(a.m_native - b.m_native); }
+  friend Lanes operator<<(Lanes a, int n) { return Lanes(a.m_native << n); }
+  friend Lanes operator>>(Lanes a, int n) { return Lanes(a.m_native >> n); }
+
+  friend Lanes min(Lanes a, Lanes b) {
+    return Lanes(a.m_native < b.m_native ? a.m_native : b.m_native);
+  }
+  friend Lanes max(Lanes a, Lanes b) {
+    return Lanes(a.m_native > b.m_native ? a.m_native : b.m_native);
+  }
+  friend Mask<Lanes> equal(Lanes a, Lanes b) { return Mask<Lanes>(a.m_native == b.m_native); }
+  friend Mask<Lanes> isAtMost(Lanes a, Lanes b) { return Mask<Lanes>(a.m_native <= b.m_native); }
+  friend Mask<Lanes> greaterSigned(Lanes a, Lanes b) {
+    typedef std::make_signed_t<T> Signed __attribute__((vector_size(kBytes)));
+    return Mask<Lanes>(reinterpret_cast<Signed>(a.m_native) > reinterpret_cast<Signed>(b.m_native));
+  }
+  // Whether no bit is set in both.
+  friend bool areDisjoint(Lanes a, Lanes b) {
+    return areDisjointBytes(Lanes<std::uint8_t, kBytes>(a.m_native),
+                            Lanes<std::uint8_t, kBytes>(b.m_native));
+  }
+  friend bool isZero(Lanes a) { return areDisjoint(a, a); }
+
+ private:
+  Native m_native;
+};
+
+// The same bits in other lanes.
+template <class To, class T, unsigned int kBytes>
+inline To as(Lanes<T, kBytes> a) {
+  return To(a.native());
+}
+
+// Lanes that have either all bits set or none.
+template <class L>
+class Mask : public L {
+ public:
+  Mask() = default;
+  template <class Native>
+  explicit Mask(Native native) : L(native) {}
+
+  bool none() const { return isZero(*this); }
+  bool any() const { return !none(); }
+  // The lanes before the first that is set; all when there is none.
+  unsigned int firstSet() const {
+    constexpr unsigned int kBytes = sizeof(typename L::Native);
+    const std::uint64_t bits = topBits(Lanes<std::uint8_t, kBytes>(this->native()));
+    const int bytes = std::countr_zero(bits | std::uint64_t{1} << kBytes);
+    return static_cast<unsigned int>(bytes) / static_cast<unsigned int>(sizeof(typename L::Lane));
+  }
+
+  friend Mask operator~(Mask a) { return Mask((~static_cast<L>(a)).native()); }
+  friend Mask operator&(Mask a, Mask b) { return Mask(a.native() & b.native()); }
+  friend Mask operator|(Mask a, Mask b) { return Mask(a.native() | b.native()); }
+  friend Mask operator^(Mask a, Mask b) { return Mask(a.native() ^ b.native()); }
+  // a in the lanes of the mask, b in the others.
+  friend L select(Mask mask, L a, L b) {
+    using Bytes = Lanes<std::uint8_t, sizeof(typename L::Native)>;
+    return L(selectByTopBit(Bytes(mask.native()), Bytes(a.native()), Bytes(b.native())).native());
+  }
+};
+
+// A kind of register, for code that is the same for all.
+template <unsigned int kBytes>
+struct Vector {
+  using Bytes = Lanes<std::uint8_t, kBytes>;
+  using Units = Lanes<std::uint16_t, kBytes>;
+  using Scalars = Lanes<std::uint32_t, kBytes>;
+  static constexpr unsigned int kSize = kBytes;
+  static constexpr unsigned int kParts = kBytes / 16;
+  // One bit for each byte, as in the result of topBits().
+  static constexpr std::uint32_t kAllBits = 0xFFFFFFFFu >> (32 - kBytes);
+};
+using Vector16 = Vector<16>;
+using Bytes16 = Vector16::Bytes;
+using Units16 = Vector16::Units;
+using Scalars16 = Vector16::Scalars;
+
+inline unsigned int countBits(std::uint32_t bits) {
+  return static_cast<unsigned int>(std::popcount(bits));
+}
+inline unsigned int firstBit(std::uint64_t bits) {  // of bits that are not all 0
+  return static_cast<unsigned int>(__builtin_ctzll(bits));
+}
+
+// Eight bytes of a register as a number.
+template <unsigned int index>
+inline std::uint64_t half(Bytes16 a) {
+  typedef std::uint64_t Halves __attribute__((vector_size(16)));
+  return reinterpret_cast<Halves>(a.native())[index];
+}
+
+}  // namespace
+}  // namespace fast
+
+// What a folder has, for each kind of register that the compiler is told to use:
+//   topBits(bytes)            the top bit of every byte, as one number; the first is the lowest
+//   areDisjointBytes(a, b)    whether no bit is set in both
+// and, where there are vector kernels:
+//   selectByTopBit(c, a, b)   the bytes of a where the top bit of c's is set, else those of b
+//   subtractSaturated(a, b)   a - b of bytes, not below 0
+//   lookup16(table, places)   bytes of a 16-byte table, in each 16 bytes of a register for itself;
+//                             places up to 15, or from 80 for 0
+//   loadEachPart(p, a)        16 bytes from memory, in each 16 bytes of a register
+//   multiplyAddPairs(a, b)    a[0] * b[0] + a[1] * b[1] of each two bytes, below 8000
+//   interleaveLow(a, b)       the bytes or units of a and b in turns, of the first half of each 16
+//   interleaveHigh(a, b)      bytes; and of the second half of each
+//   joinParts(first, second)  16 bytes each, as one register
+//   joinBytes(low, high, first, second)   all units of these low and high bytes, in order
+//   loadWidened(p, a)         bytes from memory as units or scalars
+//   widenLow(a), widenHigh(a) the first and the second half of the units of a, as scalars
+//   storeScalars(units, p)    eight units as scalars, to memory
+//   narrow(a, b)              the lanes of both, in order, in half the width; saturating, and for
+//                             values below 8000 (units) and 80000000 (scalars)
+//   eightBits<n>(mask)        a bit for each of the n-th eight units of a mask, as topBits() has it
+//   moveUp<n>(bytes), moveDown<n>(bytes)  all bytes n places further; 0 comes in
+//   part<n>(a)                the n-th 16 bytes
+#if defined(__x86_64__)
+#include "encoding/kernels/x86/lanes16.h"
+#if defined(__AVX2__)
+#include "encoding/kernels/x86/lanes32.h"
+#endif
+#else
+namespace fast {
+namespace {  // NOLINT(cert-dcl59-cpp): see above
+inline std::uint32_t topBits(Bytes16 a) {
+  std::uint32_t bits = 0;
+  for (unsigned int i = 0; i < 16; ++i) bits |= (a.native()[i] >> 7u) << i;
+  return bits;
+}
+inline bool areDisjointBytes(Bytes16 a, Bytes16 b) {
+  const Bytes16 both = a & b;
+  return (half<0>(both) | half<1>(both)) == 0;
+}
+}  // namespace
+}  // namespace fast
+#endif
+
+#endif  // ENCODING_KERNELS_LANES_H_

@@ -1,0 +1,136 @@
+#include "encoding/pump.h"
+
+#include "support/utf.h"
+
+namespace fast {
+namespace {
+
+std::size_t bytesBetween(const unsigned char* begin, const unsigned char* end) {
+  return static_cast<std::size_t>(end - begin);
+}
+
+unsigned int loadUnit(const unsigned char* p) { return p[0] | p[1] * 256u; }
+
+// The bytes that the source has for each unit of well-formed text: of a pair, for its first unit
+// all or half of them.
+std::size_t sourceBytes(const Plan& plan, unsigned int unit, const unsigned char* in) {
+  switch (plan.decoding.form) {
+    case EncodingForm::kUtf8:
+      if (unit < 0x80) return 1;
+      return unit < 0x800 || isSurrogate(unit) ? 2 : 3;
+    case EncodingForm::kUtf16:
+      return 2;
+    case EncodingForm::kUtf32:
+      return isLowSurrogate(unit) ? 0 : 4;
+    case EncodingForm::kDoubleByte: {
+      const DoubleByteDecoder& table = *plan.decoding.table.doubleByte;
+      const bool isPair = in[0] >= 0x80 && table.isLead(in[0]) && table.units[loadUnit(in)] == unit;
+      return isPair ? 2 : 1;
+    }
+    default:
+      return 1;
+  }
+}
+
+}  // namespace
+
+std::uint64_t Pump::expected() const {
+  const std::uint64_t left = bytesBetween(m_in, m_end) + bytesBetween(m_unit, m_unitEnd) / 2;
+  const std::uint64_t done = bytesBetween(m_begin, m_in);
+  if (done > 1024 && m_written != 0) return left * m_written / done + left / 16 + 256;
+  if (m_plan->encoding.form == EncodingForm::kUtf32) return left * 4;
+  if (m_plan->encoding.form == EncodingForm::kUtf16) return left * 2;
+  return m_plan->decoding.form == EncodingForm::kUtf16 ? left / 2 + left / 4 : left + left / 8;
+}
+
+inline bool Pump::makeRoom(Output& out) {
+  return out.room() >= kKernelSlack || out.require(kKernelSlack, expected());
+}
+
+Pump::Stop Pump::run(Output& out) {
+  if (m_plan->direct != nullptr && m_unit == m_unitEnd) return runDirect(out);
+  while (true) {
+    while (m_unit != m_unitEnd) {
+      if (!makeRoom(out)) return Stop::kFull;
+      const KernelResult r = encode(*m_plan, m_unit, m_unitEnd, out.next, out.end);
+      m_written += bytesBetween(out.next, r.out);
+      m_unit = r.in;
+      out.next = r.out;
+      if (m_unit != m_unitEnd && out.room() >= kKernelSlack) return Stop::kUnmappable;
+    }
+    if (m_plan->direct != nullptr) return runDirect(out);
+    if (m_tellsBlocks && m_hasBlock) {
+      m_hasBlock = false;
+      return Stop::kBlock;
+    }
+    if (m_isStopped) {
+      m_isStopped = false;
+      return Stop::kMalformed;
+    }
+    if (m_in == m_end) return Stop::kEnd;
+    decodeBlock();
+  }
+}
+
+void Pump::decodeBlock() {
+  const unsigned char* const blockEnd = m_block + sizeof m_block;
+  const KernelResult r = decode(*m_plan, m_in, m_end, m_block, m_block + sizeof m_block);
+  m_walkedIn = m_in;
+  m_walkedUnit = m_unit = m_block;
+  m_in = r.in;
+  m_unitEnd = r.out;
+  m_pivotBytes += bytesBetween(m_block, r.out);
+  m_hasBlock = m_unit != m_unitEnd;
+  // UTF-16 is left in front of half a pair as well, which may be whole in the next block.
+  const bool mayBeCut = m_plan->decoding.form == EncodingForm::kUtf16 && m_hasBlock;
+  m_isStopped = m_in != m_end && bytesBetween(r.out, blockEnd) >= kKernelSlack && !mayBeCut;
+}
+
+Pump::Stop Pump::runDirect(Output& out) {
+  while (m_in != m_end) {
+    if (!makeRoom(out)) return Stop::kFull;
+    const KernelResult r = m_plan->direct(*m_plan, m_in, m_end, out.next, out.end);
+    m_written += bytesBetween(out.next, r.out);
+    m_in = r.in;
+    out.next = r.out;
+    if (m_in != m_end && out.room() >= kKernelSlack) return stopDirect();
+  }
+  return Stop::kEnd;
+}
+
+// A kernel for both steps does not say which of them it stopped for.
+Pump::Stop Pump::stopDirect() {
+  const SingleByteDecoder* const table = m_plan->decoding.table.singleByte;
+  if (table == nullptr || m_plan->encoding.form == EncodingForm::kUtf16) return Stop::kMalformed;
+  const std::uint16_t unit = table->units[*m_in];
+  if (m_plan->isCopy || (unit == 0 && *m_in != 0)) return Stop::kMalformed;
+  m_walkedIn = m_in++;
+  m_walkedUnit = m_unit = m_block;
+  m_unitEnd = m_block + 2;
+  m_block[0] = static_cast<unsigned char>(unit & 0xFF);
+  m_block[1] = static_cast<unsigned char>(unit >> 8);
+  return Stop::kUnmappable;
+}
+
+std::size_t Pump::pivotOffset() const {
+  if (m_plan->direct != nullptr)
+    return 2 * (bytesBetween(m_begin, m_in)) - bytesBetween(m_unit, m_unitEnd);
+  return m_pivotBytes - bytesBetween(m_unit, m_unitEnd);
+}
+
+const unsigned char* Pump::sourceOf(const unsigned char* unit) {
+  for (; m_walkedUnit < unit; m_walkedUnit += 2) {
+    m_walkedIn += sourceBytes(*m_plan, loadUnit(m_walkedUnit), m_walkedIn);
+  }
+  return m_walkedIn;
+}
+
+std::size_t Pump::sourceLength(const unsigned char* unit, std::size_t bytes) const {
+  std::size_t length = 0;
+  for (std::size_t i = 0; i < bytes; i += 2) {
+    length += sourceBytes(*m_plan, loadUnit(unit + i), m_walkedIn + length);
+  }
+  return length;
+}
+
+}  // namespace fast

@@ -1,0 +1,150 @@
+// The source stage of encodings with a codec.
+#include <algorithm>
+#include <new>
+
+#include "encoding/stream/source_stage.h"
+
+namespace {
+
+constexpr int kUtf16Le = 1200;
+
+class MarkList final : public ReplacementSink {
+ public:
+  explicit MarkList(Rows<ReplacedInput>& marks) : m_marks(marks) {}
+  void onReplaced(const ReplacedInput& piece) override { m_marks.add(piece); }
+
+ private:
+  Rows<ReplacedInput>& m_marks;
+};
+
+class CodecStage final : public SourceStage {
+ public:
+  explicit CodecStage(const Codec& codec) : m_codec(codec) {}
+
+  std::uint32_t read(const unsigned char* data, std::uint32_t length, bool last) override {
+    m_data = data;
+    m_length = length;
+    m_last = last;
+    m_walk = {};
+    m_walk.state = m_state;
+    m_text.clear();
+    m_marks.clear();
+    MarkList marks(m_marks);
+    m_used = m_codec.read(data, length, last, m_state, m_text, &marks);
+    return m_used;
+  }
+
+  SourcePlace locate(std::uint32_t byte, std::uint32_t length) override {
+    if (m_codec.codePage == kUtf16Le) return locateUnits(byte, length);
+    walkTo(byte);
+    std::uint32_t begin = m_walk.offset;
+    std::uint32_t firstByte = m_walk.firstByte;
+    std::uint32_t end = m_walk.offset + m_walk.length;
+    std::uint32_t endByte = m_walk.bytes;
+    // What was replaced may have been read together with its neighbours.
+    for (; m_walk.mark < m_marks.size(); ++m_walk.mark) {
+      const ReplacedInput& mark = m_marks[m_walk.mark];
+      if (mark.markOffset >= byte) {
+        end = std::min(end, mark.offset);
+        endByte = std::min(endByte, mark.markOffset);
+        break;
+      }
+      m_walk.behindMark = mark.offset + mark.length;
+      m_walk.bytesBehindMark = mark.markOffset + kMarkBytes;
+    }
+    begin = std::max(begin, m_walk.behindMark);
+    firstByte = std::max(firstByte, m_walk.bytesBehindMark);
+    // Several characters read together, such as an escape sequence that is none, are copied.
+    const std::uint32_t before = byte - firstByte;
+    const std::uint32_t through = before + length;
+    const unsigned char* const bytes = m_text.getDataAt2(firstByte);
+    if (through <= end - begin && std::equal(bytes, bytes + through, m_data + begin)) {
+      begin += before;
+      if (firstByte + through != endByte) end = begin + length;
+    }
+    return {begin, end - begin};
+  }
+
+  std::uint32_t giveBack(std::uint32_t byte) override {
+    walkTo(byte);
+    m_state = m_walk.stateBefore;
+    return m_walk.offset;
+  }
+
+ private:
+  // Of UTF-16, a unit or a pair.
+  SourcePlace locateUnits(std::uint32_t byte, std::uint32_t length) {
+    const SourcePlace first = locateUnit(byte);
+    if (length == 2) return first;
+    const SourcePlace second = locateUnit(byte + 2);
+    return {first.offset, second.offset + second.length - first.offset};
+  }
+
+  // A piece is one unit, and where that can only be told from what follows it, one byte more: no
+  // unit, or the next one.
+  SourcePlace locateUnit(std::uint32_t byte) {
+    walkTo(byte);
+    if (byte != m_walk.firstByte) return {m_walk.offset + m_walk.length - 1, 1};
+    const unsigned char* const unit = m_text.getDataAt2(byte);
+    std::uint32_t length = 0;
+    bool isUnit = false;
+    while (!isUnit && length < m_walk.length) {
+      m_scratch.clear();
+      CodecState state = m_walk.stateBefore;
+      state.replaced = false;
+      m_codec.read(m_data + m_walk.offset, ++length, true, state, m_scratch, nullptr);
+      const bool isMark = state.replaced && m_scratch.getSize() == 2;
+      isUnit =
+          !isMark && m_scratch.getSize() >= 2 && std::equal(unit, unit + 2, m_scratch.getData2());
+    }
+    return {m_walk.offset, length};
+  }
+
+  // The data is read once more, as little at a time as the codec allows.
+  struct Walk {
+    CodecState state;        // behind the piece found last
+    CodecState stateBefore;  // and before it
+    std::uint32_t offset = 0;
+    std::uint32_t length = 0;
+    std::uint32_t firstByte = 0;        // where its bytes begin in the text
+    std::uint32_t bytes = 0;            // and end
+    std::uint32_t mark = 0;             // the first mark behind it
+    std::uint32_t behindMark = 0;       // the end of the one before, in the source
+    std::uint32_t bytesBehindMark = 0;  // and in the text
+  };
+
+  // Goes on to the piece of the source that a byte of the text came from.
+  void walkTo(std::uint32_t byte) {
+    while (m_walk.bytes <= byte && m_walk.offset + m_walk.length < m_used) {
+      m_walk.offset += m_walk.length;
+      m_walk.length = 0;
+      m_walk.firstByte = m_walk.bytes;
+      m_walk.stateBefore = m_walk.state;
+      const std::uint32_t left = m_length - m_walk.offset;  // what decides may stand behind m_used
+      for (std::uint32_t length = 1; length <= left && m_walk.length == 0; ++length) {
+        m_scratch.clear();
+        m_walk.length = m_codec.read(m_data + m_walk.offset, length, m_last && length == left,
+                                     m_walk.state, m_scratch, nullptr);
+        m_walk.bytes += m_scratch.getSize();
+      }
+      if (m_walk.length == 0) return;  // not reached: what was used once can be used again
+    }
+  }
+
+  const Codec& m_codec;
+  CodecState m_state;
+  Walk m_walk;
+  DataBuffer m_scratch;
+  // Of the last read().
+  const unsigned char* m_data = nullptr;
+  std::uint32_t m_length = 0;
+  std::uint32_t m_used = 0;
+  bool m_last = false;
+};
+
+}  // namespace
+
+std::unique_ptr<SourceStage> SourceStage::make(const EncodingRow& row) {
+  if (row.reordersMacArabic) return makeMacArabicStage();
+  return std::unique_ptr<SourceStage>(new (std::nothrow) CodecStage(*row.codec));
+}

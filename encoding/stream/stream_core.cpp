@@ -1,0 +1,448 @@
+#include "encoding/stream/stream_core.h"
+
+#include <algorithm>
+#include <limits>
+
+#include "encoding/special_units.h"
+#include "support/utf.h"
+
+namespace {
+
+std::size_t bytesBetween(const unsigned char* begin, const unsigned char* end) {
+  return static_cast<std::size_t>(end - begin);
+}
+
+std::uint32_t unitAt(const unsigned char* p, bool bigEndian) {
+  return bigEndian ? p[0] * 256u | p[1] : p[0] | p[1] * 256u;
+}
+
+std::uint32_t scalarAt(const unsigned char* p, bool bigEndian) {
+  const std::uint32_t first = unitAt(p, bigEndian);
+  const std::uint32_t second = unitAt(p + 2, bigEndian);
+  return bigEndian ? first << 16 | second : second << 16 | first;
+}
+
+// Whether the three-byte form of a high surrogate stands at p.
+bool isHighForm(const unsigned char* p) {
+  return p[0] == 0xED && p[1] >= 0xA0 && p[1] < 0xB0 && isContinuation(p[2]);
+}
+
+// Whether what follows may make a well-formed sequence of the UTF-8 at p, or the pair of a
+// surrogate.
+bool isCutUtf8(const unsigned char* p, std::size_t left) {
+  constexpr std::size_t kPairBytes = 6;
+  if (left >= 3 && left < kPairBytes && isHighForm(p)) return true;
+  const std::size_t length = p[0] < 0xC2 ? 1 : p[0] < 0xE0 ? 2 : p[0] < 0xF0 ? 3 : 4;
+  return left < length && std::all_of(p + 1, p + left, isContinuation);
+}
+
+// The line ends in a part of the text that a plan decodes.
+std::uint64_t countLineEnds(const fast::Plan& plan, const unsigned char* begin,
+                            const unsigned char* end) {
+  const fast::Kernels& kernels = *plan.kernels;
+  const bool isSwapped = plan.decoding.bigEndian;
+  switch (plan.decoding.form) {
+    case EncodingForm::kUtf16:
+      return kernels.countUnit(begin, end, isSwapped ? 0x0A00 : 0x000A);
+    case EncodingForm::kUtf32:
+      return kernels.countScalar(begin, end, isSwapped ? 0x0A000000u : 0x0000000Au);
+    default:
+      return plan.hasLineFeed ? kernels.countByte(begin, end, plan.lineFeed) : 0;
+  }
+}
+
+}  // namespace
+
+// ---- Text. ----
+
+// Converts as much of data as can be told without what follows; returns how many bytes that was.
+std::size_t StreamConverter::Core::convert(const unsigned char* data, std::size_t length,
+                                           bool last) {
+  m_dataOffset = m_offset;
+  m_data = data;
+  if (m_stage == nullptr) {
+    m_text = m_counted = data;
+    return bytesBetween(data, convertText(data, data + length, last));
+  }
+  std::size_t done = 0;
+  while (done < length && m_status == StreamStatus::kGood) {
+    const std::size_t left = length - done;
+    const auto window = static_cast<std::uint32_t>(std::min<std::size_t>(left, m_stage->reach()));
+    m_data = data + done;
+    m_dataOffset = m_offset + done;
+    bool waits = false;
+    done += convertStaged(window, last && window == left, waits);
+    if (waits) break;
+  }
+  return done;
+}
+
+// The same for a part of the data, through the stage. waits: more must be seen to go on.
+std::uint32_t StreamConverter::Core::convertStaged(std::uint32_t length, bool last, bool& waits) {
+  const std::uint32_t used = m_stage->read(m_data, length, last);
+  waits = used == 0 && m_stage->text().getSize() == 0;
+  if (m_stage->hasFailed()) {
+    fail();
+    return used;
+  }
+  const unsigned char* const begin = m_stage->text().getData2();
+  const unsigned char* const end = begin + m_stage->text().getSize();
+  m_text = m_counted = begin;
+  const unsigned char* done = begin;
+  std::uint32_t copied = 0;
+  for (std::uint32_t i = 0; i < m_stage->marks().size(); ++i) {
+    const ReplacedInput mark = m_stage->marks()[i];
+    if (m_isCopied) {
+      copySource(copied, mark.offset);
+      copied = mark.offset + mark.length;
+    } else {
+      convertText(done, begin + mark.markOffset, true);
+    }
+    if (m_status == StreamStatus::kGood) treatMark(mark);
+    if (m_status != StreamStatus::kGood) return used;
+    done = begin + mark.markOffset + SourceStage::kMarkBytes;
+    m_counted = std::max(m_counted, done);
+  }
+  if (m_isCopied) {
+    copySource(copied, used);
+    lineOf(end);
+    return used;
+  }
+  const unsigned char* const reached = convertText(done, end, last && used == length);
+  if (m_status != StreamStatus::kGood || reached == end) return used;
+  const std::uint32_t kept = m_stage->giveBack(static_cast<std::uint32_t>(reached - begin));
+  waits = kept == 0;
+  return kept;
+}
+
+// Writes a part of the data as it is.
+void StreamConverter::Core::copySource(std::uint32_t begin, std::uint32_t end) {
+  if (!m_out->append(m_data + begin, end - begin)) fail();
+}
+
+// Returns how far it came: to the end, but for a character that what follows decides.
+const unsigned char* StreamConverter::Core::convertText(const unsigned char* begin,
+                                                        const unsigned char* end, bool last) {
+  m_pump.start(*m_plan, begin, end, m_target.has_value());
+  m_segmentUnit = nullptr;
+  const unsigned char* reached = end;
+  while (m_status == StreamStatus::kGood) {
+    Stop stop;
+    if (m_target) {
+      m_segment.clear();
+      m_segmentIn = m_pump.in();
+      DataBufferOutput segment(m_segment);
+      stop = m_pump.run(segment);
+    } else {
+      stop = m_pump.run(*m_out);
+    }
+    if (m_target && !writeSegment(stop)) break;
+    if (stop == Stop::kEnd) break;
+    if (stop == Stop::kFull) fail();
+    if (stop == Stop::kMalformed && !decideMalformed(last)) {
+      reached = m_pump.in();
+      break;
+    }
+    if (stop == Stop::kUnmappable && !decideUnmappable(last)) {
+      reached = m_pump.sourceOf(m_pump.unit());
+      break;
+    }
+  }
+  if (m_status == StreamStatus::kGood) lineOf(reached);
+  return reached;
+}
+
+// What the decoder stopped at: a malformed piece, or text in a form that the kernels leave to
+// others. False when what follows decides.
+bool StreamConverter::Core::decideMalformed(bool last) {
+  const unsigned char* const at = m_pump.in();
+  const std::size_t left = bytesBetween(at, m_pump.inEnd());
+  const bool bigEndian = m_plan->decoding.bigEndian;
+  Piece piece{StreamErrorKind::kMalformed, at, 1, -1};
+  switch (m_plan->decoding.form) {
+    case EncodingForm::kUtf8:
+      return decideUtf8(at, left, last);
+    case EncodingForm::kUtf16:
+      if (left < 2 || (left < 4 && isHighSurrogate(unitAt(at, bigEndian)))) {
+        if (!last) return false;
+      }
+      if (left >= 2) {
+        piece.length = 2;
+        piece.codePoint = static_cast<std::int32_t>(unitAt(at, bigEndian));
+      }
+      break;
+    case EncodingForm::kUtf32: {
+      if (left < 4 && !last) return false;
+      piece.length = std::min<std::size_t>(left, 4);
+      const std::uint32_t value = left < 4 ? 0x110000 : scalarAt(at, bigEndian);
+      if (value < 0x10000) piece.codePoint = static_cast<std::int32_t>(value);
+      break;
+    }
+    case EncodingForm::kDoubleByte:
+      if (left == 1 && !last) return false;
+      break;
+    default:
+      break;
+  }
+  m_pump.skip(piece.length);
+  treatPiece(piece);
+  return true;
+}
+
+// A pair of surrogates in two three-byte forms is read; a form on its own is malformed.
+bool StreamConverter::Core::decideUtf8(const unsigned char* at, std::size_t left, bool last) {
+  if (!last && isCutUtf8(at, left)) return false;
+  const Utf8Sequence whole = decodeScalar(at, left);
+  if (whole.valid) {
+    m_pump.skip(whole.length);
+    if (m_plan->isCopy) {
+      if (!m_out->append(at, whole.length)) fail();
+      return true;
+    }
+    const std::uint32_t value = whole.value - 0x10000;
+    const std::uint32_t high = 0xD800 + (value >> 10), low = 0xDC00 + (value & 0x3FF);
+    const unsigned char units[4] = {
+        static_cast<unsigned char>(high), static_cast<unsigned char>(high >> 8),
+        static_cast<unsigned char>(low), static_cast<unsigned char>(low >> 8)};
+    const Piece piece{StreamErrorKind::kNoPlace, at, whole.length,
+                      static_cast<std::int32_t>(whole.value)};
+    if (!writeUnits(units, sizeof units, piece)) treatPiece(piece);
+    return true;
+  }
+  const Utf8Sequence first = decodeUtf8(at, left);
+  m_pump.skip(first.length);
+  treatPiece({StreamErrorKind::kMalformed, at, first.length,
+              first.valid ? static_cast<std::int32_t>(first.value) : -1});
+  return true;
+}
+
+// Writes the units of one character that stands at a place; false when it has no place.
+bool StreamConverter::Core::writeUnits(const unsigned char* units, std::size_t bytes,
+                                       const Piece& piece) {
+  unsigned char written[fast::kKernelSlack + 16];
+  const fast::KernelResult r =
+      fast::encode(*m_plan, units, units + bytes, written, written + sizeof written);
+  if (r.in != units + bytes) return false;
+  writeCharacter(written, bytesBetween(written, r.out), piece);
+  return true;
+}
+
+void StreamConverter::Core::writeCharacter(const unsigned char* bytes, std::size_t count,
+                                           const Piece& piece) {
+  m_fixedPiece = &piece;
+  const bool isWritten =
+      m_target ? m_target->write(bytes, static_cast<std::uint32_t>(count), Behind::kMore, *m_out)
+               : m_out->append(bytes, count);
+  m_fixedPiece = nullptr;
+  if (!isWritten) fail();
+}
+
+// What the encoder stopped at: a character that has no place, or an unpaired surrogate. False when
+// what follows decides.
+bool StreamConverter::Core::decideUnmappable(bool last) {
+  const unsigned char* const unit = m_pump.unit();
+  const std::size_t left = bytesBetween(unit, m_pump.unitEnd());
+  const bool isSource = m_pump.unitEnd() == m_pump.inEnd();
+  if (left == 1) {  // of a source in UTF-16
+    if (!last) return false;
+    m_pump.skipUnits(1);
+    treatPiece({StreamErrorKind::kMalformed, unit, 1, -1});
+    return true;
+  }
+  const std::uint32_t value = unitAt(unit, false);
+  Piece piece{StreamErrorKind::kNoPlace, nullptr, 2, static_cast<std::int32_t>(value)};
+  std::size_t units = 2;
+  if (isSurrogate(value)) {
+    if (isHighSurrogate(value) && left < 4 && isSource && !last) return false;
+    if (isHighSurrogate(value) && left >= 4 && isLowSurrogate(unitAt(unit + 2, false))) {
+      piece.codePoint = static_cast<std::int32_t>(joinSurrogates(value, unitAt(unit + 2, false)));
+      units = 4;
+    } else {
+      piece.kind = StreamErrorKind::kMalformed;
+    }
+  } else if (writeSpecialUnit(unit)) {
+    return true;
+  }
+  const bool isRead = piece.kind == StreamErrorKind::kMalformed && m_treatment.readsPieces();
+  piece.at = isRead || isReportWanted() ? m_pump.sourceOf(unit) : nullptr;
+  if (piece.at != nullptr) piece.length = m_pump.sourceLength(unit, units);
+  m_pump.skipUnits(units);
+  if (m_target) m_segmentUnit = m_pump.unit();
+  treatPiece(piece);
+  return true;
+}
+
+bool StreamConverter::Core::writeSpecialUnit(const unsigned char* unit) {
+  DataBuffer bytes;
+  {
+    DataBufferOutput out(bytes);
+    if (!fast::writeSpecialUnit(*m_plan, unit, m_target ? out : *m_out)) return false;
+  }
+  if (m_target) {
+    const Piece piece{StreamErrorKind::kNoPlace, m_pump.sourceOf(unit),
+                      m_pump.sourceLength(unit, 2), static_cast<std::int32_t>(unitAt(unit, false))};
+    writeCharacter(bytes.getData2(), bytes.getSize(), piece);
+  }
+  m_pump.skipUnits(2);
+  m_segmentUnit = m_pump.unit();
+  return true;
+}
+
+// Gives what the pump wrote last to the target's codec.
+bool StreamConverter::Core::writeSegment(Stop stop) {
+  m_walkedByte = 0;
+  m_walkedUnit = m_segmentUnit != nullptr ? m_segmentUnit : m_pump.blockBegin();
+  const Behind behind = stop == Stop::kUnmappable ? Behind::kMisfit : Behind::kMore;
+  if (m_segment.hasFailed() ||
+      !m_target->write(m_segment.getData2(), m_segment.getSize(), behind, *m_out)) {
+    fail();
+    return false;
+  }
+  m_segmentUnit = stop == Stop::kUnmappable ? m_pump.unit() : nullptr;
+  return m_status == StreamStatus::kGood;
+}
+
+// Writes what waits for more text, and ends the text of the target.
+void StreamConverter::Core::finish() {
+  if (m_target && !m_target->leave(*m_out)) fail();
+}
+
+void StreamConverter::Core::fail() {
+  if (m_status != StreamStatus::kGood) return;
+  m_status = m_out->isFull ? StreamStatus::kDrainFailed : StreamStatus::kNoMemory;
+}
+
+// ---- Errors. ----
+
+// Whether anybody wants to know more of the next error than that there is one.
+bool StreamConverter::Core::isReportWanted() const {
+  return m_errorCount == 0 || m_settings.errorHandler != nullptr || m_isReordered || m_target ||
+         m_settings.treatment == StreamTreatment::kRaw;
+}
+
+void StreamConverter::Core::treatPiece(const Piece& piece) {
+  const bool isRead = piece.kind == StreamErrorKind::kMalformed && m_treatment.readsPieces();
+  if (!isRead && !isReportWanted()) {
+    StreamError error;
+    error.kind = piece.kind;
+    error.codePoint = piece.codePoint;
+    ++m_errorCount;
+    treat(error, nullptr, 0);
+    return;
+  }
+  const StreamError error = errorAt(piece);
+  report(error);
+  treat(error, m_data + (error.offset - m_dataOffset), error.length);
+}
+
+void StreamConverter::Core::treatMark(const ReplacedInput& mark) {
+  StreamError error;
+  error.offset = m_dataOffset + mark.offset;
+  error.length = mark.length;
+  error.line = lineOf(m_text + mark.markOffset);
+  fillBytes(error, mark.offset);
+  report(error);
+  treat(error, m_data + mark.offset, mark.length);
+}
+
+StreamError StreamConverter::Core::errorAt(const Piece& piece) {
+  SourcePlace place{static_cast<std::uint32_t>(piece.at - m_text),
+                    static_cast<std::uint32_t>(piece.length)};
+  if (m_stage != nullptr) place = m_stage->locate(place.offset, place.length);
+  StreamError error;
+  error.kind = piece.kind;
+  error.codePoint = piece.codePoint;
+  error.offset = m_dataOffset + place.offset;
+  error.length = place.length;
+  error.line = lineOf(piece.at);
+  fillBytes(error, place.offset);
+  return error;
+}
+
+void StreamConverter::Core::fillBytes(StreamError& error, std::uint32_t offset) const {
+  error.byteCount =
+      static_cast<std::uint8_t>(std::min<std::uint32_t>(error.length, StreamError::kMaxBytes));
+  std::copy_n(m_data + offset, error.byteCount, error.bytes);
+}
+
+// The line at a place of the text; asked in ascending order, and at the end for all of it.
+std::uint64_t StreamConverter::Core::lineOf(const unsigned char* at) {
+  if (at > m_counted) {
+    m_lines += countLineEnds(*m_plan, m_counted, at);
+    m_counted = at;
+  }
+  return m_lines;
+}
+
+void StreamConverter::Core::report(const StreamError& error) {
+  if (m_errorCount++ == 0 || error.offset < m_firstError.offset) m_firstError = error;
+  if (m_settings.errorHandler != nullptr) m_settings.errorHandler->onStreamError(error);
+}
+
+// Writes what stands for a piece.
+void StreamConverter::Core::treat(const StreamError& error, const unsigned char* piece,
+                                  std::uint32_t length) {
+  if (m_settings.treatment == StreamTreatment::kDrop) return;
+  if (m_settings.treatment == StreamTreatment::kStop) {
+    // What waits for more text is text.
+    if (m_target && !m_target->flush(*m_out)) fail();
+    if (m_status == StreamStatus::kGood) m_status = StreamStatus::kStopped;
+    return;
+  }
+  const Treatment::Replacement replacement = m_treatment.replace(error, piece, length);
+  bool isWritten = true;
+  if (m_treatment.hasFailed()) {
+    isWritten = false;
+  } else if (replacement.count == 0) {
+    return;
+  } else if (!m_target) {
+    isWritten = m_out->append(replacement.bytes, replacement.count);
+  } else if (replacement.isRaw) {
+    isWritten = m_target->leave(*m_out) && m_out->append(replacement.bytes, replacement.count);
+  } else {
+    isWritten = m_target->writeTreatment(replacement.bytes, replacement.count, *m_out);
+  }
+  if (!isWritten) fail();
+}
+
+// ---- For the target's codec. ----
+
+StreamError StreamConverter::Core::placeAt(std::uint32_t byte) {
+  if (m_fixedPiece != nullptr) return errorAt(*m_fixedPiece);
+  if (m_plan->direct != nullptr) return errorAt(characterAt(m_segmentIn + byte));
+  while (m_walkedByte < byte) {
+    const unsigned char lead = m_segment.getData2()[m_walkedByte];
+    const bool isSingle =
+        m_segmentTable != nullptr && (lead < 0x80 || !m_segmentTable->isLead(lead));
+    m_walkedByte += isSingle ? 1 : 2;
+    m_walkedUnit += 2;
+  }
+  const std::uint32_t unit = unitAt(m_walkedUnit, false);
+  const bool isPair = isHighSurrogate(unit);
+  const std::uint32_t scalar =
+      isPair ? joinSurrogates(unit, unitAt(m_walkedUnit + 2, false)) : unit;
+  const unsigned char* const at = m_pump.sourceOf(m_walkedUnit);
+  return errorAt({StreamErrorKind::kNoPlace, at, m_pump.sourceLength(m_walkedUnit, isPair ? 4 : 2),
+                  static_cast<std::int32_t>(scalar)});
+}
+
+// The character at a place of text that is given to the target's codec as it is.
+StreamConverter::Core::Piece StreamConverter::Core::characterAt(const unsigned char* at) const {
+  std::size_t length = 2;
+  if (m_plan->decoding.form == EncodingForm::kUtf16) {
+    if (isHighSurrogate(unitAt(at, m_plan->decoding.bigEndian))) length = 4;
+  } else if (*at < 0x80 || !m_plan->decoding.table.doubleByte->isLead(*at)) {
+    length = 1;
+  }
+  unsigned char units[fast::kKernelSlack + 16];
+  fast::decode(*m_plan, at, at + length, units, units + sizeof units);
+  const std::uint32_t unit = unitAt(units, false);
+  const std::uint32_t scalar = length == 4 ? joinSurrogates(unit, unitAt(units + 2, false)) : unit;
+  return {StreamErrorKind::kNoPlace, at, length, static_cast<std::int32_t>(scalar)};
+}
+
+bool StreamConverter::Core::treatMisfit(const StreamError& error) {
+  report(error);
+  treat(error, error.bytes, error.byteCount);
+  return m_status == StreamStatus::kGood;
+}

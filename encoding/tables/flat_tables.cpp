@@ -1,0 +1,151 @@
+#include "encoding/tables/flat_tables.h"
+
+#include <memory>
+#include <new>
+
+#include "encoding/codecs/vietnamese.h"
+#include "encoding/tables/table_registry.h"
+#include "support/zv_base.h"
+
+namespace fast {
+namespace {
+
+struct FlatSlots {
+  std::atomic<const SingleByteDecoder*> singleDecoder;
+  std::atomic<const DoubleByteDecoder*> doubleDecoder;
+  std::atomic<const SingleByteEncoder*> singleEncoder;
+  std::atomic<const DoubleByteEncoder*> doubleEncoder;
+};
+FlatSlots g_slots[kMaxTableSlots];
+
+template <class Table>
+void release(std::atomic<const Table*>& slot) {
+  delete slot.exchange(nullptr, std::memory_order_acq_rel);
+}
+
+// The published table of a slot, made by fill(row, base table, Table&) when there is none yet: made
+// outside, one compare-exchange, and the loser destroys its own. Null when there is no base table,
+// when memory is short, or when fill says that a flat table will not do.
+template <class Table, class Base, class Fill>
+const Table* publish(std::atomic<const Table*>& slot, const EncodingRow& row,
+                     const std::atomic<Base*>& base, Fill fill) {
+  if (const Table* table = slot.load(std::memory_order_acquire)) return table;
+  const Base* source = base.load(std::memory_order_acquire);
+  if (source == nullptr) return nullptr;
+  std::unique_ptr<Table> made(new (std::nothrow) Table());
+  if (made == nullptr || !fill(row, *source, *made)) return nullptr;
+  const Table* expected = nullptr;
+  if (slot.compare_exchange_strong(expected, made.get(), std::memory_order_acq_rel,
+                                   std::memory_order_acquire)) {
+    return made.release();
+  }
+  return expected;
+}
+
+bool fillSingleByteDecoder(const EncodingRow& /*row*/, const UnicodeLookup& lookup,
+                           SingleByteDecoder& table) {
+  for (int byte = 0; byte < 256; ++byte) table.units[byte] = lookup.m_units[byte];
+  table.units[0] = 0;
+  table.prepare();
+  return true;
+}
+
+bool fillDoubleByteDecoder(const EncodingRow& /*row*/, const HashConvert& map,
+                           DoubleByteDecoder& table) {
+  const bool bigEndian = zvIsBigEndian();
+  for (int byte = 0; byte < 256; ++byte) {
+    const auto* entry = reinterpret_cast<const unsigned char*>(&map.m_singleBytes[byte]);
+    table.singles[byte] = zvLoadHostUnit(entry, bigEndian);
+  }
+  bool flat = map.get_IsLowerAscii();
+  map.forEachEntry([&](const HashConvert::Bucket& entry) {
+    const unsigned int unit = zvLoadHostUnit(entry.value, bigEndian);
+    if (entry.isOneByte != 0 || unit == 0) flat = false;
+    table.units[entry.key[0] + 256u * entry.key[1]] = static_cast<std::uint16_t>(unit);
+  });
+  table.prepare();
+  return flat;
+}
+
+// Calls put(unit, code) for everything that the encoder of a code page writes without an error.
+// False for what a flat table cannot say: a unit but 0 that is written as 0, a second byte 0.
+template <class Put>
+bool forEachEncoding(const HashConvert& map, Put put) {
+  const bool bigEndian = zvIsBigEndian();
+  bool flat = true;
+  map.forEachEntry([&](const HashConvert::Bucket& entry) {
+    const unsigned int unit = zvLoadHostUnit(entry.key, bigEndian);
+    const bool isPair = entry.isOneByte == 0;
+    const unsigned int code = entry.value[0] + (isPair ? entry.value[1] * 256u : 0);
+    if (unit != kEscapeUnit) put(unit, code);
+    if ((code == 0 && unit != 0) || (isPair && entry.value[1] == 0)) flat = false;
+  });
+  if (map.get_IsLowerAscii()) {
+    for (unsigned int unit = 0; unit < 0x80; ++unit) put(unit, unit);
+  }
+  return flat;
+}
+
+bool fillSingleByteEncoder(const EncodingRow& row, const HashConvert& map,
+                           SingleByteEncoder& table) {
+  const bool flat = forEachEncoding(map, [&](unsigned int unit, unsigned int code) {
+    table.bytes[unit] = static_cast<std::uint8_t>(code);
+  });
+  if (row.foldsArabicDigits) {
+    for (unsigned int digit = 0; digit < 10; ++digit) {
+      const auto ascii = static_cast<std::uint8_t>('0' + digit);
+      table.bytes[0x0660 + digit] = table.bytes[0x06F0 + digit] = ascii;
+    }
+  }
+  table.prepare();
+  return flat;
+}
+
+bool fillDoubleByteEncoder(const EncodingRow& row, const HashConvert& map,
+                           DoubleByteEncoder& table) {
+  const bool flat = forEachEncoding(map, [&](unsigned int unit, unsigned int code) {
+    table.codes[unit] = static_cast<std::uint16_t>(code);
+  });
+  if (row.decomposesVietnamese) {
+    for (unsigned int unit = 0x00C0; unit < 0x1F00; ++unit) {
+      const VietnameseDecomposition* letter = findVietnameseDecomposition(unit);
+      if (letter == nullptr || table.codes[unit] != 0) continue;
+      table.codes[unit] = static_cast<std::uint16_t>(letter->base + letter->mark * 256);
+    }
+  }
+  table.prepare();
+  return flat;
+}
+
+}  // namespace
+
+Decoder decoderFor(const EncodingRow& row) {
+  FlatSlots& slots = g_slots[row.slot];
+  const TableSlots& tables = tableSlots(row);
+  if (row.form == EncodingForm::kDoubleByte) {
+    return {.doubleByte =
+                publish(slots.doubleDecoder, row, tables.multiToUnicode, fillDoubleByteDecoder)};
+  }
+  return {.singleByte =
+              publish(slots.singleDecoder, row, tables.singleToUnicode, fillSingleByteDecoder)};
+}
+
+Encoder encoderFor(const EncodingRow& row) {
+  FlatSlots& slots = g_slots[row.slot];
+  const std::atomic<HashConvert*>& map = tableSlots(row).fromUnicode;
+  if (row.form == EncodingForm::kDoubleByte || row.decomposesVietnamese) {
+    return {.doubleByte = publish(slots.doubleEncoder, row, map, fillDoubleByteEncoder)};
+  }
+  return {.singleByte = publish(slots.singleEncoder, row, map, fillSingleByteEncoder)};
+}
+
+void releaseFlatTables() {
+  for (FlatSlots& slots : g_slots) {
+    release(slots.singleDecoder);
+    release(slots.doubleDecoder);
+    release(slots.singleEncoder);
+    release(slots.doubleEncoder);
+  }
+}
+
+}  // namespace fast

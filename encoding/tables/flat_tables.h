@@ -1,0 +1,37 @@
+// Flat tables: what the kernels read of a code page, derived from its published tables.
+#ifndef ENCODING_TABLES_FLAT_TABLES_H_
+#define ENCODING_TABLES_FLAT_TABLES_H_
+
+#include "encoding/codecs/encoding_row.h"
+#include "encoding/kernels/kernels.h"
+
+namespace fast {
+
+// The unit that a second leg of EncConvert reads as an escape.
+inline constexpr std::uint16_t kEscapeUnit = 0xEFFD;
+
+// One of the two is set, or neither: then the code page is left to the plain converters, because
+// memory is short or because its table says what flat tables cannot.
+struct Decoder {
+  const SingleByteDecoder* singleByte = nullptr;
+  const DoubleByteDecoder* doubleByte = nullptr;
+};
+struct Encoder {
+  const SingleByteEncoder* singleByte = nullptr;
+  const DoubleByteEncoder* doubleByte = nullptr;
+};
+
+// The tables of a row that has its to-Unicode, or from-Unicode, table published. Built on first use
+// and published like those; at most 257 KiB a code page for both. Units are numbers, whatever the
+// byte order of the host. What the encoder of a code page does besides looking up (Arabic digits,
+// Vietnamese letters) is in its table; U+EFFD is in none, because a second leg reads it as an
+// escape. Any thread may call.
+Decoder decoderFor(const EncodingRow& row);
+Encoder encoderFor(const EncodingRow& row);
+
+// Releases all of them. Must not overlap any conversion.
+void releaseFlatTables();
+
+}  // namespace fast
+
+#endif  // ENCODING_TABLES_FLAT_TABLES_H_
