@@ -185,6 +185,9 @@ TEST(ErrorActionsTest, SubstitutionsThroughAConversion) {
       // Half a unit in the pivot is ignored where it is not all of it.
       {65001, 20277, {.action = 6, .alternate = 65001}, "00 D1", "true [00]"},
       {65001, 50220, {.action = 6, .alternate = 65001}, "41 D1", "true [41]"},
+      // But UTF-7 tells of it, behind the text.
+      {1200, 65000, {.action = 0}, "41 00 42", "false [41]"},
+      {65001, 65000, {.action = 6, .alternate = 65001}, "41 D1", "false [41]"},
   };
   for (const auto& c : cases) {
     EncodingConvert converter;

@@ -88,7 +88,7 @@ TEST(PropertyTest, AnyBytesUnderAnySettings) {
   }
 }
 
-// Where a single leg runs, each substitution is one report, and nothing else is.
+// Without a pivot each substitution is one report, and nothing else is.
 TEST(PropertyTest, EachSubstitutionIsReportedOnce) {
   std::mt19937 random(7);
   int reports = 0;

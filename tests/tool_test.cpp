@@ -201,10 +201,7 @@ TEST_F(ToolTest, TreatsWhatCannotBeConverted) {
       {"-f utf-8 -t 1252 --on-error drop", "a\u4E00b\u4E01c", "abc"},
       {"-f utf-8 -t 1252 --on-error substitute", "a\u4E00b\u4E01c", "a?b?c"},
       {"-f utf-8 -t 1252 --on-error substitute=[é]", "a\u4E00b\u4E01c", "a[\xE9]b[\xE9]c"},
-      {"-f utf-8 -t 1252 --on-error substitute=0x1A", "a\u4E00b\u4E01c",
-       "a\x1A"
-       "b\x1A"
-       "c"},
+      {"-f utf-8 -t 1252 --on-error substitute=0x1A", "a\u4E00b\u4E01c", "a\x1A\x62\x1A\x63"},
       {"-f utf-8 -t 1252 --on-error hex", "a\u4E00b\u4E01c", "a&#x4E00;b&#x4E01;c"},
       {"-f utf-8 -t utf-8 --on-error alternate=1252", "a\x80\xFF\u4E00", "a€ÿ\u4E00"},
       {"-f utf-8 -t utf-8 --on-error raw", "a\x80\xFF\u4E00", "a\x80\xFF\u4E00"},
