@@ -7,6 +7,8 @@
 
 namespace fast {
 
+inline bool mayBeSpecialUnit(unsigned int unit) { return unit == 0 || unit == kEscapeUnit; }
+
 // Writes the unit (two bytes, low byte first) that the encoder of a plan stopped at: U+0000 in
 // UTF-8, which EncConvert leaves out, and U+EFFD in a table, which a pivot of EncConvert reads as
 // an escape. False for every other unit, and when there is no room.

@@ -13,18 +13,27 @@ using encoding_rows::kEncodings;
 
 constexpr bool isDigit(char c) { return c >= '0' && c <= '9'; }
 
+// Letters in lower case, and digits; 0 for what does not count.
+constexpr std::array<char, 256> kFolded = [] {
+  std::array<char, 256> folded{};
+  for (unsigned char c = '0'; c <= '9'; ++c) folded[c] = static_cast<char>(c);
+  for (unsigned char c = 'a'; c <= 'z'; ++c)
+    folded[c] = folded[c - 'a' + 'A'] = static_cast<char>(c);
+  return folded;
+}();
+
 // A name as it is compared. Names are short; what does not fit matches nothing.
 struct NormalizedName {
   static constexpr std::size_t kCapacity = 64;
 
-  std::array<char, kCapacity> chars{};
+  std::array<char, kCapacity> chars;
   std::size_t length = 0;
   bool fits = true;
 
   constexpr explicit NormalizedName(std::string_view name) {
-    for (char c : name) {
-      if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-      if (!isDigit(c) && (c < 'a' || c > 'z')) continue;
+    for (const char character : name) {
+      const char c = kFolded[static_cast<unsigned char>(character)];
+      if (c == 0) continue;
       if (c == '0' && (length == 0 || !isDigit(chars[length - 1]))) continue;
       if (length == kCapacity) {
         fits = false;

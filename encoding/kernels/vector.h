@@ -241,6 +241,11 @@ std::uint64_t count(const Byte* in, const Byte* inEnd, Value value) {
     const auto found = equal(Lanes<Value, V::kSize>::load(in), value);
     bits += countBits(topBits(as<typename V::Bytes>(found)));
   }
+  if (inEnd - in >= 16) {
+    const auto found = equal(Lanes<Value, 16>::load(in), value);
+    bits += countBits(topBits(as<Bytes16>(found)));
+    in += 16;
+  }
   return bits / sizeof(Value) + countRest(in, inEnd, value);
 }
 

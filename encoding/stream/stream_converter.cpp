@@ -152,6 +152,7 @@ StreamStatus StreamConverter::Core::beginText(std::string_view head) {
 
 StreamStatus StreamConverter::Core::push(const unsigned char* data, std::size_t length, bool last,
                                          Output& out) {
+  if (!last && convertShort(data, length, out)) return m_status;
   m_out = &out;
   m_sourceBytes += length;
   if (!m_hasBegun) {
@@ -190,6 +191,7 @@ StreamStatus StreamConverter::Core::feed(const unsigned char* data, std::size_t 
       if (done == length) break;
       continue;
     }
+    if (done == length && m_stage == nullptr) break;
     const std::size_t used = convert(data + done, length - done, last);
     m_offset += used;
     if (m_status == StreamStatus::kGood) keep(data + done + used, length - done - used);
@@ -243,7 +245,7 @@ StreamStatus StreamConverter::begin(const StreamSettings& settings) {
   m_isOpen = false;
   m_status = StreamStatus::kNoMemory;
   try {
-    if (m_core == nullptr) m_core = new Core();
+    if (m_core == nullptr) m_core = new Core;  // its blocks need no zeros
     m_drain = settings.drain;
     m_status = m_core->begin(settings);  // copies the substitute
   } catch (const std::bad_alloc&) {

@@ -55,6 +55,27 @@ std::uint64_t countLineEnds(const fast::Plan& plan, const unsigned char* begin,
 
 // ---- Text. ----
 
+// Converts a short piece that needs no more than its plan: clean, and with nothing in front. False,
+// with nothing done, for any other.
+bool StreamConverter::Core::convertShort(const unsigned char* data, std::size_t length,
+                                         Output& out) {
+  if (m_plan == nullptr || m_plan->whole == nullptr || length > fast::kShortBytes ||
+      m_waiting.getSize() != 0 || m_isPdf || out.room() < fast::kShortOutput) {
+    return false;
+  }
+  const bool isPlain = m_hasBegun || (!m_settings.writeMark && !m_settings.pdfPassthrough &&
+                                      !m_plan->mayBeginWithMark(data, length));
+  unsigned char* const end =
+      isPlain ? m_plan->whole(*m_plan, data, length, out.next, out.end) : nullptr;
+  if (end == nullptr) return false;
+  out.next = end;
+  m_hasBegun = true;
+  m_offset += length;
+  m_sourceBytes += length;
+  m_lines += countLineEnds(*m_plan, data, data + length);
+  return true;
+}
+
 // Converts as much of data as can be told without what follows; returns how many bytes that was.
 std::size_t StreamConverter::Core::convert(const unsigned char* data, std::size_t length,
                                            bool last) {
@@ -249,6 +270,7 @@ bool StreamConverter::Core::decideUnmappable(bool last) {
     treatPiece({StreamErrorKind::kMalformed, unit, 1, -1});
     return true;
   }
+  if (m_settings.treatment == StreamTreatment::kDrop && !isReportWanted() && dropRun()) return true;
   const std::uint32_t value = unitAt(unit, false);
   Piece piece{StreamErrorKind::kNoPlace, nullptr, 2, static_cast<std::int32_t>(value)};
   std::size_t units = 2;
@@ -272,7 +294,27 @@ bool StreamConverter::Core::decideUnmappable(bool last) {
   return true;
 }
 
+// Drops the characters from unit() on that the table of the target lacks, where nobody asks about
+// each of them. False when the first one is for others to decide.
+bool StreamConverter::Core::dropRun() {
+  const fast::Encoder& table = m_plan->encoding.table;
+  const unsigned char* const begin = m_pump.unit();
+  const unsigned char* unit = begin;
+  for (; m_pump.unitEnd() - unit >= 2; unit += 2) {
+    const std::uint32_t value = unitAt(unit, false);
+    if (fast::mayBeSpecialUnit(value) || isSurrogate(value)) break;
+    const bool isLacking = table.singleByte != nullptr   ? table.singleByte->bytes[value] == 0
+                           : table.doubleByte != nullptr ? table.doubleByte->codes[value] == 0
+                                                         : false;
+    if (!isLacking) break;
+  }
+  m_errorCount += bytesBetween(begin, unit) / 2;
+  m_pump.skipUnits(bytesBetween(begin, unit));
+  return unit != begin;
+}
+
 bool StreamConverter::Core::writeSpecialUnit(const unsigned char* unit) {
+  if (!fast::mayBeSpecialUnit(unitAt(unit, false))) return false;
   DataBuffer bytes;
   {
     DataBufferOutput out(bytes);

@@ -43,6 +43,7 @@ class StreamConverter::Core final : private CodecTarget::Client {
 
   // ---- Text. Positions are in the text that the pump reads: the source, or what a stage made of
   // it. ----
+  bool convertShort(const unsigned char* data, std::size_t length, Output& out);
   std::size_t convert(const unsigned char* data, std::size_t length, bool last);
   std::uint32_t convertStaged(std::uint32_t length, bool last, bool& waits);
   void copySource(std::uint32_t begin, std::uint32_t end);
@@ -51,6 +52,7 @@ class StreamConverter::Core final : private CodecTarget::Client {
   bool decideUnmappable(bool last);
   bool decideUtf8(const unsigned char* at, std::size_t left, bool last);
   bool writeSegment(Stop stop);
+  bool dropRun();
   bool writeSpecialUnit(const unsigned char* unit);
   void finish();
   void fail();
