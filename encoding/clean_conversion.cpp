@@ -388,8 +388,7 @@ std::size_t convertBlocks(const Conversion& c, const Plan& plan) {
       stop = pump.run(output);
     }
     const bool isExact = plan.direct != nullptr;  // stops at a place of the source
-    if (stop == Pump::Stop::kFull) return bytesBetween(c.data, reached);
-    if (stop == Pump::Stop::kUnmappable && !isExact) break;
+    if (stop == Pump::Stop::kFull || (stop == Pump::Stop::kUnmappable && !isExact)) break;
     if (losesZeros(plan) && stop == Pump::Stop::kBlock &&
         hasZeroUnit(pump.blockBegin(), pump.unitEnd())) {
       break;

@@ -1,5 +1,6 @@
 // Every allocation of a conversion fails in turn: the result is false or the output is whole,
 // nothing leaks, and the next call works.
+#include <algorithm>
 #include <cstdlib>
 #include <new>
 #include <string_view>
@@ -24,8 +25,9 @@ struct Block {
 };
 Block g_watched{&g_watched, &g_watched, nullptr, 0};
 bool g_watching = false;
-long g_failAt = 0;       // counts down to the allocation that fails; 0: none does
-bool g_failsOn = false;  // and so do all that follow it
+long g_failAt = 0;          // counts down to the allocation that fails; 0: none does
+bool g_failsOn = false;     // and so do all that follow it
+std::size_t g_largest = 0;  // bytes, of the blocks asked for while watched
 
 // Watches the allocations of its scope and lets the n-th of them fail, or all from there on; 0:
 // none.
@@ -43,8 +45,9 @@ class Watch {
 };
 
 // Whether the allocation that is asked for now is to fail.
-bool failsNow() {
+bool failsNow(std::size_t size) {
   if (!g_watching) return false;
+  g_largest = std::max(g_largest, size);
   if (g_failAt < 0) return g_failsOn;
   if (g_failAt == 0 || --g_failAt != 0) return false;
   g_failAt = -1;
@@ -52,7 +55,7 @@ bool failsNow() {
 }
 
 void* allocate(std::size_t size, std::size_t alignment) {
-  if (failsNow()) return nullptr;
+  if (failsNow(size)) return nullptr;
   const std::size_t offset = (sizeof(Block) + alignment - 1) / alignment * alignment;
   auto* base = static_cast<unsigned char*>(
       std::aligned_alloc(alignment, (size + offset + alignment - 1) / alignment * alignment));
@@ -109,7 +112,7 @@ void operator delete(void* memory, std::size_t, std::align_val_t) noexcept { rel
 // Large storage is not operator new's. The linker puts this in front of realloc.
 extern "C" void* __real_realloc(void* memory, std::size_t size);
 extern "C" void* __wrap_realloc(void* memory, std::size_t size) {
-  return failsNow() ? nullptr : __real_realloc(memory, size);
+  return failsNow(size) ? nullptr : __real_realloc(memory, size);
 }
 
 namespace {
@@ -389,6 +392,32 @@ TEST(FaultInjectionElsewhere, Interfaces) {
     }
   }
   EXPECT_EQ(countLeaks(), 0);
+}
+
+// With a drain a stream keeps little, however large the pieces.
+TEST(FaultInjectionElsewhere, LargePiecesNeedNoLargeStorage) {
+  struct : StreamDrain {
+    bool onStreamOutput(DataBuffer& out) override {
+      out.clear();
+      return true;
+    }
+  } drain;
+  constexpr int kPairs[][2] = {{1200, 50220}, {1201, 65000},  {1200, 65000}, {932, 50220},
+                               {50220, 932},  {65001, 50225}, {10004, 65000}};
+  const std::string text(32 * 1024 * 1024, 'a');  // unmapped units in UTF-16
+  for (const auto [from, to] : kPairs) {
+    SCOPED_TRACE(std::to_string(from) + " to " + std::to_string(to));
+    StreamSettings settings = settingsFor(from, to, "drop");
+    settings.drain = &drain;
+    StreamConverter converter;
+    ASSERT_EQ(converter.begin(settings), StreamStatus::kGood);
+    DataBuffer out;
+    g_largest = 0;
+    const Watch watch(0, false);
+    EXPECT_EQ(converter.push(bytesOf(text), text.size(), out), StreamStatus::kGood);
+    EXPECT_EQ(converter.finish(out), StreamStatus::kGood);
+    EXPECT_LT(g_largest, text.size() / 8);
+  }
 }
 
 // The tables that are not built on the way of a conversion.

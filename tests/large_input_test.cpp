@@ -2,9 +2,10 @@
 // converted whole, what has none fails cleanly. Needs 12 GiB of memory; registered with CTest by
 // the option ENCCONV_LARGE_TESTS only.
 #include <algorithm>
+#include <cstdlib>
 #include <memory>
 
-#include "tests/test_support.h"
+#include "tests/stream_support.h"
 
 namespace {
 
@@ -102,6 +103,40 @@ TEST(LargeOutput, MayFillTheBufferToTheLastByte) {
         }
       }
     }
+  }
+}
+
+// A stream takes pieces of any size. Most of this one is never written, so that it takes no memory.
+TEST(LargeStream, PlacesAnErrorBehindFourGiBOfOnePiece) {
+  constexpr std::size_t kPlace = (std::size_t{4} << 30) + 12345;
+  const std::unique_ptr<unsigned char, decltype(&std::free)> piece(
+      static_cast<unsigned char*>(std::calloc(kPlace + 2, 1)), std::free);
+  ASSERT_NE(piece, nullptr);
+  piece.get()[kPlace - 1] = '\n';
+  piece.get()[kPlace] = 0xD2;
+  struct : StreamDrain {
+    bool onStreamOutput(DataBuffer& out) override {
+      written += out.getSize();
+      out.clear();
+      return true;
+    }
+    std::uint64_t written = 0;
+  } drain;
+  for (const int to : {1250, 1200}) {
+    SCOPED_TRACE(to);
+    StreamSettings settings = settingsFor(1253, to, "drop");
+    settings.drain = &drain;
+    drain.written = 0;
+    StreamConverter converter;
+    DataBuffer out;
+    ASSERT_EQ(converter.begin(settings), StreamStatus::kGood);
+    ASSERT_EQ(converter.push(piece.get(), kPlace + 2, out), StreamStatus::kGood);
+    ASSERT_EQ(converter.finish(out), StreamStatus::kGood);
+    ASSERT_EQ(converter.errorCount(), 1u);
+    EXPECT_EQ(converter.firstError().offset, kPlace);
+    EXPECT_EQ(converter.firstError().line, 2u);
+    EXPECT_EQ(converter.firstError().bytes[0], 0xD2);
+    EXPECT_EQ(drain.written + out.getSize(), (kPlace + 1) * (to == 1200 ? 2 : 1));
   }
 }
 

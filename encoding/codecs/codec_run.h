@@ -40,14 +40,25 @@ struct CodecRun {
   bool makeRoom() {
     if (room() >= kMinRoom) return true;
     commit();
+    const unsigned int possible = 0xFFFFFFFFu - out.getSize();
+    if (possible < kMinRoom) {
+      dest = destStart = lastBytes;
+      destEnd = lastBytes + sizeof lastBytes;
+      return !out.hasFailed();
+    }
     const auto wanted = static_cast<unsigned int>(std::min(left(), kUsualRoom) + kMinRoom);
-    dest = out.reserveTail(wanted);
+    dest = out.reserveTail(std::min(wanted, possible));
     destStart = dest;
     destEnd = dest == nullptr ? nullptr : dest + out.getTailRoom();
     return dest != nullptr;
   }
   void commit() {
-    out.commitTail(static_cast<unsigned int>(dest - destStart));
+    const auto count = static_cast<unsigned int>(dest - destStart);
+    if (destEnd == lastBytes + sizeof lastBytes) {
+      out.append(destStart, count);
+    } else {
+      out.commitTail(count);
+    }
     destStart = dest;
   }
 
@@ -86,6 +97,7 @@ struct CodecRun {
   unsigned char* dest = nullptr;
   unsigned char* destStart = nullptr;  // where the bytes begin that are not yet content of out
   unsigned char* destEnd = nullptr;
+  unsigned char lastBytes[2 * kMinRoom];  // written to where a full buffer is nearer than kMinRoom
 };
 
 // Drives one direction of a codec; the function that Codec has pointers to. step() converts

@@ -77,23 +77,29 @@ bool StreamConverter::Core::convertShort(const unsigned char* data, std::size_t 
 }
 
 // Converts as much of data as can be told without what follows; returns how many bytes that was.
+// Data goes in parts: places in a part have 32 bits, and the text of one for a codec is kept.
 std::size_t StreamConverter::Core::convert(const unsigned char* data, std::size_t length,
                                            bool last) {
-  m_dataOffset = m_offset;
-  m_data = data;
-  if (m_stage == nullptr) {
-    m_text = m_counted = data;
-    return bytesBetween(data, convertText(data, data + length, last));
-  }
+  constexpr std::size_t kMaxPart = 1024 * 1024 * 1024;
+  const std::size_t part = m_stage != nullptr ? m_stage->reach()
+                           : m_target         ? SourceStage::kBlock
+                                              : kMaxPart;
   std::size_t done = 0;
-  while (done < length && m_status == StreamStatus::kGood) {
+  bool waits = false;
+  while (done < length && !waits && m_status == StreamStatus::kGood) {
     const std::size_t left = length - done;
-    const auto window = static_cast<std::uint32_t>(std::min<std::size_t>(left, m_stage->reach()));
+    const std::size_t window = std::min(left, part);
+    const bool isLast = last && window == left;
     m_data = data + done;
     m_dataOffset = m_offset + done;
-    bool waits = false;
-    done += convertStaged(window, last && window == left, waits);
-    if (waits) break;
+    if (m_stage != nullptr) {
+      done += convertStaged(static_cast<std::uint32_t>(window), isLast, waits);
+      continue;
+    }
+    m_text = m_counted = m_data;
+    const std::size_t used = bytesBetween(m_data, convertText(m_data, m_data + window, isLast));
+    done += used;
+    waits = used < window && window == left;
   }
   return done;
 }
