@@ -1,6 +1,4 @@
-// HZ to and from code page 936.
-#include "encoding/codecs/hz.h"
-
+// HZ (RFC 1843) to and from code page 936.
 #include "encoding/codecs/pair_runs.h"
 #include "encoding/codecs/plane94.h"
 
@@ -166,4 +164,4 @@ struct Writer : CodecRun {
 
 }  // namespace
 
-const Codec kHzCodec = {936, runCodec<Reader>, runCodec<Writer>, nullptr};
+extern const Codec kHzCodec = {936, runCodec<Reader>, runCodec<Writer>, nullptr};

@@ -1,6 +1,4 @@
-// ISO-2022-KR to and from code page 949.
-#include "encoding/codecs/iso2022_kr.h"
-
+// ISO-2022-KR (RFC 1557) to and from code page 949.
 #include "encoding/codecs/escape_sequence.h"
 #include "encoding/codecs/pair_runs.h"
 #include "encoding/codecs/plane94.h"
@@ -230,4 +228,4 @@ void resume(const CodecState& left, bool wrote, CodecState& state) {
 
 }  // namespace
 
-const Codec kIso2022KrCodec = {949, runCodec<Reader>, runCodec<Writer>, resume};
+extern const Codec kIso2022KrCodec = {949, runCodec<Reader>, runCodec<Writer>, resume};

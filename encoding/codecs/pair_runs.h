@@ -7,7 +7,7 @@
 #include <cstring>
 
 #include "encoding/codecs/codec_run.h"
-#include "encoding/kernels/lanes.h"
+#include "encoding/kernels/registers.h"
 
 // Sixteen bytes, or eight pairs of bytes, at a time, with the compiler's own operators. A processor
 // that keeps words the other way round takes the loops of one unit, which are there for what is

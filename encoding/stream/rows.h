@@ -25,18 +25,6 @@ class Rows {
   void truncate(std::uint32_t count) {
     m_bytes.truncate(static_cast<unsigned int>(count * sizeof(T)));
   }
-  // Space for at least count rows behind the content, or null when memory is short; commit() makes
-  // the first count of them content.
-  T* reserve(std::uint32_t count) {
-    if (count > 0xFFFFFFFFu / sizeof(T)) {
-      m_bytes.latchFailure();
-      return nullptr;
-    }
-    return reinterpret_cast<T*>(m_bytes.reserveTail(static_cast<unsigned int>(count * sizeof(T))));
-  }
-  void commit(std::uint32_t count) {
-    m_bytes.commitTail(static_cast<unsigned int>(count * sizeof(T)));
-  }
   // Keeps the storage for reuse.
   void clear() { m_bytes.clear(); }
 
