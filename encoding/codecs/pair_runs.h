@@ -123,4 +123,19 @@ bool copyTurns(CodecRun& run, bool inPairs) {
   return inPairs;
 }
 
+// Pairs that differ in their high bits only, which the text on one side has and the one on the
+// other has not: one() and eight() of a Map. isPair(first, second) tells which pairs there are;
+// eight() knows those of the box.
+template <auto isPair, codec_vectors::PairBox box, bool setsHighBits>
+struct HighBitPairs {
+  static bool one(const unsigned char* pair, unsigned char* dest) {
+    for (int i : {0, 1}) dest[i] = setsHighBits ? pair[i] | 0x80 : pair[i] & 0x7F;
+    return isPair(pair[0], pair[1]);
+  }
+  static codec_vectors::Words eight(codec_vectors::Words pairs, codec_vectors::SignedWords& known) {
+    known = codec_vectors::inBox(reinterpret_cast<codec_vectors::Bytes>(pairs), box);
+    return setsHighBits ? pairs | 0x8080 : pairs & 0x7F7F;
+  }
+};
+
 #endif  // ENCODING_CODECS_PAIR_RUNS_H_

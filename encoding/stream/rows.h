@@ -6,6 +6,7 @@
 #include <type_traits>
 
 #include "support/data_buffer.h"
+#include "support/replacement_sink.h"
 
 // Rows that could not be added for lack of memory are missing; hasFailed() tells.
 template <typename T>
@@ -42,6 +43,16 @@ class Rows {
 
  private:
   DataBuffer m_bytes;
+};
+
+// Keeps what a codec reports.
+class ReplacementRows final : public ReplacementSink {
+ public:
+  explicit ReplacementRows(Rows<ReplacedInput>& rows) : m_rows(rows) {}
+  void onReplaced(const ReplacedInput& piece) override { m_rows.add(piece); }
+
+ private:
+  Rows<ReplacedInput>& m_rows;
 };
 
 #endif  // ENCODING_STREAM_ROWS_H_
