@@ -171,7 +171,8 @@ class ContextLog : public LogBase {
   std::string contexts;
 };
 
-// A verbose log sees the reference converters at work; a quiet one that wants contexts gets the same ones.
+// A verbose log sees the reference converters at work; a quiet one that wants contexts gets the
+// same ones.
 TEST(FastPathTest, QuietLogGetsTheContextsOfTheReference) {
   std::mt19937 random(3);
   const std::vector<int> pages = fastCodePages();
