@@ -1,4 +1,4 @@
-// The fast way of EncConvert: clean text through a pump, and its error actions as the policy for
+// EncConvert by plan and pump: clean text through the pump, and the error actions as the policy for
 // what is not clean. Output, result, flags and reports are those of the reference converters
 // (convert_a and what it calls) for the same input.
 #ifndef ENCODING_CLEAN_CONVERSION_H_
@@ -10,12 +10,12 @@
 
 namespace fast {
 
-// Whether this way may be taken at all: not with a log that is verbose or wants contexts, whose
+// Whether plans may be used at all: not with a log that is verbose or wants contexts, whose
 // lines belong to the reference converters, and not on a big-endian host.
 bool isOpen(const LogBase& log);
 // The same without a log.
 bool isOpen();
-// For tests: makes every conversion take the reference converters, or this way again.
+// For tests: makes every conversion take the reference converters, or plans again.
 void setFastPathForTesting(bool enabled);
 
 enum class Outcome : unsigned char {

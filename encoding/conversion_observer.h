@@ -2,15 +2,15 @@
 #ifndef ENCODING_CONVERSION_OBSERVER_H_
 #define ENCODING_CONVERSION_OBSERVER_H_
 
-// The leg of a conversion that met the piece.
+// The step of a conversion that met the piece.
 enum class ConversionLeg : unsigned char {
   kDecode,  // source bytes to UTF-16: offsets count bytes of the source, behind a byte order mark
-  kEncode,  // UTF-16 to target bytes: offsets count bytes of the UTF-16 that the leg was given
+  kEncode,  // UTF-16 to target bytes: offsets count bytes of the UTF-16 that the step was given
 };
 
 struct UnconvertibleInput {
   ConversionLeg leg;
-  unsigned int offset;         // bytes, from the first byte that the leg was given
+  unsigned int offset;         // bytes, from the first byte that the step was given
   unsigned int length;         // bytes
   const unsigned char* bytes;  // the piece itself; valid during the call only
 };

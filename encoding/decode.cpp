@@ -1,4 +1,4 @@
-// Table-driven decoding to UTF-16: the plain loops.
+// The reference decoders of table-driven code pages, to UTF-16.
 #include "encoding/encoding_convert.h"
 #include "encoding/staging.h"
 #include "encoding/tables/table_registry.h"

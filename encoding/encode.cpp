@@ -1,4 +1,4 @@
-// Table-driven encoding from UTF-16 little endian: the plain loop.
+// The reference encoder of table-driven code pages, from UTF-16 little endian.
 #include <climits>
 
 #include "encoding/codecs/vietnamese.h"

@@ -6,10 +6,7 @@
 #include <cstring>
 
 #include "encoding/clean_conversion.h"
-#include "encoding/codecs/iso2022_jp.h"
-#include "encoding/codecs/iso2022_kr.h"
-#include "encoding/codecs/utf7.h"
-#include "encoding/mac_arabic.h"
+#include "encoding/codecs/mac_arabic.h"
 #include "encoding/scratch_buffer.h"
 #include "encoding/special_code_pages.h"
 #include "support/japanese.h"
@@ -93,19 +90,20 @@ bool fromIso2022(const Codec& codec, const Conversion& c) {
 
 bool fromIso2022Jp(const Conversion& c) {
   if (c.log.m_verboseLogging != 0) c.log.LogInfo("Converting from iso-2022-*");
-  if (c.to != kShiftJis) return fromIso2022(kIso2022JpCodec, c);
+  if (c.to != kShiftJis) return fromIso2022(codecOf(c.from), c);
   if (c.length > INT_MAX) return false;
   Japanese().Iso2022ToShiftJis(c.data, static_cast<int>(c.length), c.out, c.log);
   return !c.out.hasFailed();
 }
 
 bool toUtf7(Conversion c) {
+  const Codec& codec = codecOf(kUtf7);
   const unsigned int sizeBefore = c.out.getSize();
   ScratchBuffer utf16(c.out);
   CodecState state;
   // From UTF-16 there are no steps.
   if (!isUtf16(c.from)) {
-    const unsigned int used = fast::writeBeginning(c, kUtf7Codec, state, utf16);
+    const unsigned int used = fast::writeBeginning(c, codec, state, utf16);
     c.skip(used);
     if (used != 0) finishBeginning(c);
   }
@@ -114,7 +112,7 @@ bool toUtf7(Conversion c) {
     return false;
   }
   if (!zvIsLittleEndian()) return _zvUtf::Utf16XEToUtf7(utf16, c.out);
-  kUtf7Codec.write(utf16.getData2(), utf16.getSize(), true, state, c.out, nullptr);
+  codec.write(utf16.getData2(), utf16.getSize(), true, state, c.out, nullptr);
   return !state.replaced && !c.out.hasFailed();
 }
 
@@ -138,7 +136,7 @@ bool toUtf32(Conversion c) {
     c.out.truncate(sizeBefore);  // a step that fails leaves nothing
     return false;
   }
-  return _zvUtf::Utf8toUtf32(isUtf32Be(c.to), utf8, c.out);
+  return _zvUtf::Utf8toUtf32(findEncodingRow(c.to)->bigEndian, utf8, c.out);
 }
 
 // A partial result counts as success: m_foundErrors tells the difference.
@@ -171,7 +169,7 @@ bool toIso2022(const Codec& codec, Conversion c) {
 
 bool convertResolved(const Conversion& c) {
   if (isIso2022Jp(c.from)) return fromIso2022Jp(c);
-  if (c.from == kIso2022Kr) return fromIso2022(kIso2022KrCodec, c);
+  if (c.from == kIso2022Kr) return fromIso2022(codecOf(c.from), c);
 
   c.converter.m_pivotFromUtf16 = false;
   c.converter.m_fromCodePage = c.from;
@@ -179,8 +177,7 @@ bool convertResolved(const Conversion& c) {
   if (c.to == kUtf7) return toUtf7(c);
   if (isUtf32(c.to)) return toUtf32(c);
   if (c.to == kUtf16Be) return toUtf16Be(c);
-  if (isIso2022Jp(c.to)) return toIso2022(kIso2022JpCodec, c);
-  if (c.to == kIso2022Kr) return toIso2022(kIso2022KrCodec, c);
+  if (isIso2022Jp(c.to) || c.to == kIso2022Kr) return toIso2022(codecOf(c.to), c);
   return c.converter.convert_a(c.from, c.to, c.data, c.length, c.out, c.log);
 }
 

@@ -88,9 +88,9 @@ class EncodingConvert {
   // any conversion on any thread.
   static void cleanupMemory();
 
-  // ---- The engine's own: legs of a conversion, called by EncConvert and by each other. ----
+  // ---- The reference converters, called by EncConvert and by each other. ----
 
-  // EncConvert for a text of a byte or more, without the way of short, clean texts.
+  // EncConvert for a text of a byte or more, without the shortcut for short, clean texts.
   bool convertLong(int fromCodePage, int toCodePage, const unsigned char* data, unsigned int length,
                    DataBuffer& out, LogBase& log);
   // The conversion of two code pages once EncConvert has settled its special cases: byte order
@@ -143,10 +143,10 @@ class EncodingConvert {
   unsigned int handleUndecodable(const unsigned char* p, bool isSingleByte, DataBuffer& out,
                                  LogBase& log);
   // What the encoder writes for a unit that its table lacks, and the unit put back into the source
-  // code page, which some actions write in the second leg of a pivot.
+  // code page, which some actions write when the unit comes out of a pivot.
   void handleUnmappableUnit(const unsigned char* unit, DataBuffer& out, LogBase& log);
   void reencodeUnit(const unsigned char* unit, DataBuffer& target, LogBase& log);
-  // Tells the observer, if there is one, of length bytes at piece in a leg's input at begin.
+  // Tells the observer, if there is one, of length bytes at piece in a step's input at begin.
   void reportUnconvertible(ConversionLeg leg, const unsigned char* begin,
                            const unsigned char* piece, unsigned int length) {
     if (m_observer == nullptr) return;
@@ -183,8 +183,8 @@ class EncodingConvert {
   unsigned char m_defBytes[100];   // see setDefBytes
   std::int32_t m_fromCodePage;     // source of the conversion under way
   std::int32_t m_toCodePage;       // its destination; 1200 while 1201 is produced
-  bool m_pivotToUtf16;             // the first leg of a pivot is running
-  bool m_pivotFromUtf16;           // the second leg is running
+  bool m_pivotToUtf16;             // the decoder of a pivot is running
+  bool m_pivotFromUtf16;           // the encoder of a pivot is running
   bool m_foundErrors;              // the last conversion met input that it could not convert
   // Told of each such piece, when not null; not owned. Null at start.
   ConversionObserver* m_observer;

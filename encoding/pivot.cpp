@@ -3,25 +3,10 @@
 #include <cstdint>
 
 #include "encoding/clean_conversion.h"
-#include "encoding/codecs/utf7.h"
 #include "encoding/scratch_buffer.h"
 #include "encoding/special_code_pages.h"
 #include "support/zv_base.h"
 #include "support/zv_utf.h"
-
-bool swapUnits(const unsigned char* data, unsigned int length, DataBuffer& swapped,
-               unsigned int unitSize) {
-  unsigned char* copy = length > 0xFFFFFFFFu - 4 ? nullptr : zvNewUnsignedChar(length + 4);
-  if (copy == nullptr) {
-    swapped.latchFailure();
-    return false;
-  }
-  swapped.takeData(copy, length);
-  for (unsigned int i = 0; i < length; i += unitSize) {
-    std::reverse_copy(data + i, data + i + unitSize, copy + i);
-  }
-  return true;
-}
 
 namespace {
 
@@ -92,7 +77,7 @@ Normalised normaliseSource(Conversion& c, CodecState& utf7, DataBuffer& scratch)
     _zvUtf::Utf32ToUtf8(raw, scratch, c.log);
     c.setSource(kUtf8, scratch);
   } else if (zvIsLittleEndian()) {  // UTF-7
-    kUtf7Codec.read(c.data, c.length, true, utf7, scratch, nullptr);
+    codecOf(kUtf7).read(c.data, c.length, true, utf7, scratch, nullptr);
     c.setSource(kUtf16Le, scratch);
   } else {
     raw.borrowData(c.data, c.length);
@@ -102,7 +87,7 @@ Normalised normaliseSource(Conversion& c, CodecState& utf7, DataBuffer& scratch)
   return scratch.hasFailed() ? Normalised::kFailed : Normalised::kReady;
 }
 
-// The second leg, out of what the first one wrote.
+// The encoder of a pivot, on what the decoder wrote.
 bool encodePivot(const Conversion& c, const DataBuffer& utf16) {
   if (utf16.hasFailed()) return false;
   c.setPivotFlags(false, true);
@@ -113,7 +98,7 @@ bool encodePivot(const Conversion& c, const DataBuffer& utf16) {
   return ok;
 }
 
-// Both legs, for a source that a table decodes.
+// Decoder and encoder, for a source that a table decodes.
 bool pivotThroughTables(Conversion& c) {
   c.info("Converting by using utf-16 as a pivot table...");
   c.setPivotFlags(true, false);
@@ -156,7 +141,7 @@ bool pivotFromUtf8(Conversion& c) {
 bool convertFromUtf16(Conversion& c) {
   c.setPivotFlags(false, false);
   if (c.to == kUtf16Le) {
-    // The normalised text first, then whatever the two legs add after it: nothing, since no table
+    // The normalised text first, then whatever the two steps add after it: nothing, since no table
     // decodes UTF-16, and so the call fails with the text in the output.
     c.out.append(c.data, c.length);
     return pivotThroughTables(c);
@@ -213,7 +198,7 @@ bool convertBeginning(Conversion& c, CodecState& utf7, DataBuffer& normalised) {
   if (isUtf32(c.to) || c.to == kUtf16Be) return false;  // EncConvert's business
   if (c.from == kUtf7) {
     bool isBegun = false;
-    const unsigned int used = fast::readBeginning(c, kUtf7Codec, utf7, normalised, isBegun);
+    const unsigned int used = fast::readBeginning(c, codecOf(kUtf7), utf7, normalised, isBegun);
     c.skip(used);
     if (used == 0 || c.length != 0 || normalised.getSize() != 0) return false;
     c.setPivotFlags(false, false);

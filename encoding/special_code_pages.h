@@ -3,7 +3,6 @@
 #define ENCODING_SPECIAL_CODE_PAGES_H_
 
 #include "encoding/codecs/encoding_row.h"
-#include "support/data_buffer.h"
 
 inline constexpr int kShiftJis = 932;  // the pivot of ISO-2022-JP
 inline constexpr int kKorean = 949;    // the pivot of ISO-2022-KR
@@ -25,9 +24,6 @@ inline bool hasForm(int codePage, EncodingForm form) {
 }
 inline bool isUtf16(int codePage) { return hasForm(codePage, EncodingForm::kUtf16); }
 inline bool isUtf32(int codePage) { return hasForm(codePage, EncodingForm::kUtf32); }
-inline bool isUtf32Be(int codePage) {
-  return isUtf32(codePage) && findEncodingRow(codePage)->bigEndian;
-}
 inline bool decomposesVietnamese(int codePage) {
   const EncodingRow* const row = findEncodingRow(codePage);
   return row != nullptr && row->decomposesVietnamese;
@@ -38,25 +34,5 @@ constexpr bool copiesUsAscii(int toCodePage) {
   return (toCodePage >= 28591 && toCodePage <= 28605) ||
          (toCodePage >= 1250 && toCodePage <= 1258) || toCodePage == kUtf8;
 }
-
-// The bytes, each with its lowest bit set, that a text must begin with to have a byte order mark;
-// no bytes for code pages without marks.
-struct MarkBegin {
-  unsigned int first = 0x100;
-  unsigned int second = 0x100;
-
-  constexpr bool begins(const unsigned char* data, unsigned int length) const {
-    return (data[0] | 1u) == first && length > 1 && (data[1] | 1u) == second;
-  }
-};
-inline MarkBegin markBegin(int codePage) {
-  if (codePage == kUtf8) return {0xEF, 0xBB};
-  return isUtf16(codePage) ? MarkBegin{0xFF, 0xFF} : MarkBegin{};
-}
-
-// Makes swapped hold the length bytes at data (whole units: length is a multiple of unitSize) with
-// the bytes of each unit in reverse order. False when memory is short.
-bool swapUnits(const unsigned char* data, unsigned int length, DataBuffer& swapped,
-               unsigned int unitSize = 2);
 
 #endif  // ENCODING_SPECIAL_CODE_PAGES_H_

@@ -1,4 +1,4 @@
-// UTF-8 to UTF-16 and back, without tables: the plain loops.
+// The reference converters of UTF-8 to UTF-16 and back.
 #include <algorithm>
 #include <climits>
 

@@ -87,6 +87,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   configure(plain, settings);
   const Result plainly = run(plain, settings, text);
   fast::setFastPathForTesting(true);
-  check(plainly == first, "the fast path gives what the plain legs give");
+  check(plainly == first, "clean text by plan gives what the reference converters give");
   return 0;
 }

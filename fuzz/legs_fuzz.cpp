@@ -1,6 +1,6 @@
-// The legs of a conversion, each by itself and in any state of the converter: the decoder and the
+// The reference converters, each by itself and in any state of the converter: the decoder and the
 // encoder of every code page, the UTF transforms (on hosts of both byte orders), and the error
-// handlers. Settings: leg, code page, source and target under way, error action, flags,
+// handlers. Settings: which one, code page, source and target under way, error action, flags,
 // substitution bytes.
 #include "encoding/encoding_convert.h"
 #include "fuzz/fuzz_support.h"
@@ -10,12 +10,12 @@ namespace {
 
 class Bounds : public ConversionObserver {
  public:
-  // isRewritten: the leg works on a copy in which it has changed units.
+  // isRewritten: the converter works on a copy in which it has changed units.
   Bounds(std::span<const std::uint8_t> text, bool isRewritten)
       : m_text(text), m_isRewritten(isRewritten) {}
   void onUnconvertible(const UnconvertibleInput& piece) override {
     check(piece.offset + std::uint64_t{piece.length} <= m_text.size(),
-          "a reported piece lies in the input of its leg");
+          "a reported piece lies in the input of its converter");
     check(m_isRewritten ||
               std::equal(piece.bytes, piece.bytes + piece.length, m_text.begin() + piece.offset),
           "a reported piece is that of the input");
@@ -30,7 +30,7 @@ class Bounds : public ConversionObserver {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   FuzzInput input(data, size);
-  const unsigned int leg = input.byte() % 6;
+  const unsigned int which = input.byte() % 6;
   const int codePage = input.choice(kFuzzCodePages);
   EncodingConvert converter;
   converter.m_fromCodePage = input.choice(kFuzzCodePages);
@@ -47,9 +47,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   LogBase log;
   DataBuffer out;
   const bool foldsDigits = codePage == 28596 || codePage == 1256;
-  Bounds bounds(text, leg == 1 && foldsDigits);
+  Bounds bounds(text, which == 1 && foldsDigits);
   converter.m_observer = &bounds;
-  switch (leg) {
+  switch (which) {
     case 0:
       converter.convertToUnicodeHC(codePage, text.data(), sizeOf(text), out, log);
       break;
@@ -81,7 +81,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
       converter.handleErrorFromUnicode(text.data(), out, log);
       break;
   }
-  if (leg < 2 && converter.m_errorAction == 0) {
+  if (which < 2 && converter.m_errorAction == 0) {
     check(out.getSize() <= 2 * text.size(), "dropping does not grow the text");
   }
   return 0;

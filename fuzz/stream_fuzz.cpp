@@ -4,7 +4,8 @@
 
 #include <vector>
 
-#include "encoding/codecs/hz.h"
+#include "encoding/codecs/codec.h"
+#include "encoding/codecs/encoding_row.h"
 #include "encoding/encoding_convert.h"
 #include "fuzz/fuzz_support.h"
 
@@ -80,12 +81,12 @@ std::string whole(int from, int to, const std::string& text) {
   LogBase log;
   if (from == to) return text;
   if (from == kCodePageHz) {
-    convertWhole(kHzCodec.read, data, size, out);
+    convertWhole(codecOf(kCodePageHz).read, data, size, out);
     return whole(936, to, std::string(viewOf(out)));
   }
   if (to == kCodePageHz) {
     const std::string gbk = whole(from, 936, text);
-    convertWhole(kHzCodec.write, bytesOf(gbk).data(), sizeOf(bytesOf(gbk)), out);
+    convertWhole(codecOf(kCodePageHz).write, bytesOf(gbk).data(), sizeOf(bytesOf(gbk)), out);
     return std::string(viewOf(out));
   }
   if ((from == 1201 || from == 65000) && (to == 1200 || to == 1201 || to == 65000)) {

@@ -2,8 +2,7 @@
 // Settings: form of the text, direction, size of the map.
 #include "encoding/encoding_convert.h"
 #include "fuzz/fuzz_support.h"
-#include "support/content_coding.h"
-#include "support/norvane_bzip2.h"
+#include "tools/table_text_packing.h"
 
 namespace {
 
@@ -15,10 +14,10 @@ std::string tableText(unsigned int form, std::span<const std::uint8_t> bytes) {
   raw.append(bytes.data(), sizeOf(bytes));
   if (form == 1) {
     DataBuffer container;
-    NorvaneBzip2().bzipWithHeader(raw, container);
-    ContentCoding().encodeBase64(container.getData2(), container.getSize(), coded);
+    packBzip2(raw, container);
+    encodeBase64(container.getData2(), container.getSize(), coded);
   } else {
-    ContentCoding().encodeBase64(raw.getData2(), raw.getSize(), coded);
+    encodeBase64(raw.getData2(), raw.getSize(), coded);
   }
   return (form == 2 ? 'x' : 'c') + std::string(viewOf(coded));
 }

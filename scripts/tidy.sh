@@ -12,6 +12,6 @@ cmake --preset fuzz -B build/tidy -DENCCONV_BUILD_BENCH=ON -DENCCONV_BUILD_CLI=O
 root=$(pwd)
 if [ $# -eq 0 ]; then
   set -- "$root/(apps|bench|examples|fuzz|interface|support|tests|tools)/.*" \
-    "$root/encoding/([^/]*|codecs/.*|fast/.*|stream/.*|tables/[^/]*)\.cpp"
+    "$root/encoding/([^/]*|codecs/.*|kernels/.*|stream/.*|tables/[^/]*)\.cpp"
 fi
 run-clang-tidy -quiet -p build/tidy "$@"

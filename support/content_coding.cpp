@@ -2,7 +2,6 @@
 
 #include <array>
 #include <cstdint>
-#include <limits>
 
 #include "support/zv_base.h"
 
@@ -91,37 +90,4 @@ unsigned char* ContentCoding::decodeBase64(const char* text, unsigned int length
   }
   *outLength = layout.size();
   return bytes;
-}
-
-bool ContentCoding::encodeBase64(const unsigned char* data, unsigned int count,
-                                 DataBuffer& out) const {
-  if (count == 0) return true;
-  const std::uint64_t size = (std::uint64_t{count} + 2) / 3 * 4;
-  if (size > std::numeric_limits<unsigned int>::max()) {
-    out.latchFailure();
-    return false;
-  }
-  unsigned char* dest = out.reserveTail(static_cast<unsigned int>(size));
-  if (dest == nullptr) return false;
-  const auto letter = [](unsigned int value) {
-    return static_cast<unsigned char>(kAlphabet[value & 0x3F]);
-  };
-  unsigned int left = count;
-  for (; left >= 3; left -= 3, data += 3, dest += 4) {
-    const unsigned int group = static_cast<unsigned int>(data[0] << 16 | data[1] << 8 | data[2]);
-    dest[0] = letter(group >> 18);
-    dest[1] = letter(group >> 12);
-    dest[2] = letter(group >> 6);
-    dest[3] = letter(group);
-  }
-  if (left != 0) {
-    const unsigned int group =
-        static_cast<unsigned int>(data[0] << 16 | (left == 2 ? data[1] << 8 : 0));
-    dest[0] = letter(group >> 18);
-    dest[1] = letter(group >> 12);
-    dest[2] = left == 2 ? letter(group >> 6) : static_cast<unsigned char>('=');
-    dest[3] = static_cast<unsigned char>('=');
-  }
-  out.commitTail(static_cast<unsigned int>(size));
-  return true;
 }

@@ -14,8 +14,6 @@ class ContentCoding {
   // The decoded bytes in a new array that the caller frees with delete[], their count in outLength;
   // null, with a count of 0, when the text is not base64 or memory is short.
   unsigned char* decodeBase64(const char* text, unsigned int length, unsigned int* outLength) const;
-  // Appends the base64 of count bytes to out. False when memory is short.
-  bool encodeBase64(const unsigned char* data, unsigned int count, DataBuffer& out) const;
 };
 
 #endif  // SUPPORT_CONTENT_CODING_H_

@@ -75,7 +75,7 @@ class DataBuffer {
   // For code that finds out on its own that output is missing.
   void latchFailure() { m_failed = true; }
 
-  // For the fast converters: writing space behind the content. reserveTail returns a pointer to at
+  // For loops that write by pointers: space behind the content. reserveTail returns a pointer to at
   // least count writable bytes, of which there are getTailRoom(), or null (latched); commitTail
   // makes the first count of them content. truncate cuts the content to size bytes, which must not
   // exceed getSize().

@@ -2,7 +2,8 @@
 
 #include <atomic>
 
-#include "encoding/codecs/iso2022_jp.h"
+#include "encoding/codecs/codec.h"
+#include "encoding/codecs/encoding_row.h"
 #include "support/content_coding.h"
 
 namespace {
@@ -29,11 +30,11 @@ std::atomic<const unsigned char*> _sjis_from_2022_lastblock{nullptr};
 }  // namespace
 
 bool Japanese::Iso2022ToShiftJis(const unsigned char* data, int length, DataBuffer& out, LogBase&) {
-  return convertWhole(kIso2022JpCodec.read, data, length, out);
+  return convertWhole(codecOf(50220).read, data, length, out);
 }
 
 bool Japanese::ShiftJisToIso2022(const unsigned char* data, int length, DataBuffer& out, LogBase&) {
-  return convertWhole(kIso2022JpCodec.write, data, length, out);
+  return convertWhole(codecOf(50220).write, data, length, out);
 }
 
 const unsigned char* Japanese::GetSjisFrom2022_LastBlock() {

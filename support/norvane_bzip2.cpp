@@ -10,18 +10,11 @@ namespace {
 
 constexpr unsigned int kMagic = 0xB394A7E1u;
 constexpr unsigned int kHeaderSize = 8;
-constexpr int kBlockSize = 3;
 // Far above any table image. A damaged header cannot make us ask for gigabytes.
 constexpr unsigned int kMaxLength = 16u << 20;
 
 unsigned int loadU32(const unsigned char* p) {
   return p[0] | p[1] * 0x100u | p[2] * 0x10000u | p[3] * 0x1000000u;
-}
-
-void appendU32(DataBuffer& out, unsigned int value) {
-  for (int shift = 0; shift < 32; shift += 8) {
-    out.appendChar(static_cast<unsigned char>(value >> shift));
-  }
 }
 
 // bzlib never writes through next_in, but declares it so.
@@ -82,25 +75,5 @@ bool NorvaneBzip2::unBzipWithHeader(const DataBuffer& in, DataBuffer& out, LogBa
     return false;
   }
   out.commitTail(length);
-  return true;
-}
-
-bool NorvaneBzip2::bzipWithHeader(const DataBuffer& in, DataBuffer& out) const {
-  out.clear();
-  const unsigned int size = in.getSize();
-  if (size > kMaxLength) return false;
-  appendU32(out, kMagic);
-  appendU32(out, size);
-  // The most that the library says a stream can take.
-  unsigned int streamSize = size + size / 100 + 600;
-  unsigned char* room = out.reserveTail(streamSize);
-  char none = 0;
-  if (room == nullptr || BZ2_bzBuffToBuffCompress(reinterpret_cast<char*>(room), &streamSize,
-                                                  size == 0 ? &none : bzInput(in.getData2()), size,
-                                                  kBlockSize, 0, 0) != BZ_OK) {
-    out.truncate(0);
-    return false;
-  }
-  out.commitTail(streamSize);
   return true;
 }

@@ -13,8 +13,6 @@ class NorvaneBzip2 {
   // out empty, for a wrong magic, a length that the stream does not have, a truncated or corrupt
   // stream, bytes behind it, or short memory. log may be null.
   bool unBzipWithHeader(const DataBuffer& in, DataBuffer& out, LogBase* log) const;
-  // The other way, at block size 3, for the maker of table texts. Replaces the content of out.
-  bool bzipWithHeader(const DataBuffer& in, DataBuffer& out) const;
 };
 
 #endif  // SUPPORT_NORVANE_BZIP2_H_

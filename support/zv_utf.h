@@ -50,22 +50,15 @@ class _zvUtf {
   static bool utf32ToUtf8(const unsigned char* utf32, unsigned int numUnits, DataBuffer& out,
                           LogBase& log);
 
-  // UTF-16 in host byte order to UTF-7 and back (RFC 2152). The set D characters, space, tab, CR
-  // and LF are written directly, a "+" outside a run as "+-", everything else in base64, unpaired
-  // surrogates included; a run ends with "-" only before a character that could belong to it, and
-  // at the end of the text. A last odd byte of UTF-16 is dropped and makes the result false.
-  // Decoding takes every ASCII character outside a run but "+" as itself. What is malformed (a byte
-  // from 80 up, a "+" before anything but base64 or "-", a run that ends inside a unit or with
-  // pending bits set) becomes U+FFFD and makes the result false; the text after it is kept.
+  // UTF-16 in host byte order to UTF-7 and back, as encoding/codecs/utf7.cpp says. False for a last
+  // odd byte of UTF-16, which is dropped, and for malformed UTF-7, which becomes U+FFFD; the text
+  // after it is kept.
   static bool Utf16XEToUtf7(DataBuffer& in, DataBuffer& out);
   static bool Utf7ToUtf16_xe(DataBuffer& in, DataBuffer& out);
 
-  // GSM 03.38 default alphabet, one septet a byte, with the extension table behind 1B (3GPP TS
-  // 23.038, 6.2.1). An escape before a code without an extension is read as that code's default
-  // character, before another escape (a further table) as a space. Results are false when something
-  // had no counterpart: bytes from 80 up and an escape with no septet behind it on the way in,
-  // which become U+FFFD; characters without a GSM form and invalid UTF-8, which become "?" each, on
-  // the way out.
+  // GSM 03.38, as encoding/codecs/gsm.cpp says. Results are false when something had no
+  // counterpart: what is malformed becomes U+FFFD on the way in; characters without a GSM form and
+  // invalid UTF-8 become "?" each on the way out.
   static bool gsm_to_utf8(const unsigned char* gsm, unsigned int length, DataBuffer& out,
                           LogBase& log);
   static bool utf8_to_gsm(const unsigned char* utf8, unsigned int length, DataBuffer& out,

@@ -139,7 +139,7 @@ struct Recorder : ConversionObserver {
   Offsets bad;
 };
 
-// Runs one leg that drops what it cannot convert.
+// Runs one decoder or encoder that drops what it cannot convert.
 std::string run(int from, int to, const std::string& input, Offsets& bad) {
   EncodingConvert converter;
   Recorder recorder;

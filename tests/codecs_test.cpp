@@ -8,11 +8,9 @@
 #include <string_view>
 #include <vector>
 
+#include "encoding/codecs/codec.h"
+#include "encoding/codecs/encoding_row.h"
 #include "encoding/codecs/gsm.h"
-#include "encoding/codecs/hz.h"
-#include "encoding/codecs/iso2022_jp.h"
-#include "encoding/codecs/iso2022_kr.h"
-#include "encoding/codecs/utf7.h"
 #include "tests/test_support.h"
 
 namespace {
@@ -85,6 +83,11 @@ std::string utf16(std::u16string_view units) {
   return bytes;
 }
 
+const Codec& kIso2022JpCodec = codecOf(50220);
+const Codec& kIso2022KrCodec = codecOf(50225);
+const Codec& kHzCodec = codecOf(1052936);
+const Codec& kUtf7Codec = codecOf(65000);
+const Codec& kGsmCodec = codecOf(55000);
 const Codec::Convert kJpRead = kIso2022JpCodec.read, kJpWrite = kIso2022JpCodec.write;
 const Codec::Convert kKrRead = kIso2022KrCodec.read, kKrWrite = kIso2022KrCodec.write;
 const Codec::Convert kHzRead = kHzCodec.read, kHzWrite = kHzCodec.write;

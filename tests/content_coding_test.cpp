@@ -4,6 +4,8 @@
 
 #include <string>
 
+#include "tools/table_text_packing.h"
+
 namespace {
 
 std::string bytesOf(const DataBuffer& buffer) {
@@ -14,16 +16,15 @@ TEST(ContentCoding, WritesAndReadsEveryLengthAndByte) {
   std::string data;
   for (int i = 0; i < 260; ++i) {
     DataBuffer text, back;
-    ASSERT_TRUE(ContentCoding().encodeBase64(reinterpret_cast<const unsigned char*>(data.data()),
-                                             static_cast<unsigned int>(data.size()), text));
+    ASSERT_TRUE(encodeBase64(reinterpret_cast<const unsigned char*>(data.data()),
+                             static_cast<unsigned int>(data.size()), text));
     ASSERT_TRUE(ContentCoding().decodeBase64ToDb(reinterpret_cast<const char*>(text.getData2()),
                                                  text.getSize(), back));
     ASSERT_EQ(bytesOf(back), data);
     data.push_back(static_cast<char>(i * 197));
   }
   DataBuffer text;
-  ASSERT_TRUE(ContentCoding().encodeBase64(reinterpret_cast<const unsigned char*>("au \xA0\0\0\0"),
-                                           8, text));
+  ASSERT_TRUE(encodeBase64(reinterpret_cast<const unsigned char*>("au \xA0\0\0\0"), 8, text));
   EXPECT_EQ(bytesOf(text), "YXUgoAAAAAA=");
 }
 

@@ -176,7 +176,7 @@ TEST(ErrorActionsTest, SubstitutionsThroughAConversion) {
       // What runs past the even length is no escape: 40 85 is put back into 932, which lacks it.
       {932, 1252, {.action = 7}, "41 42 85 40", "false, errors [41 42]"},
       {932, 1200, {.action = 7}, "61 81 00 62", "true, errors [61 00 81 00 62 00]"},
-      // The first leg's raw bytes are read as units on the way to UTF-8: EFFD, then 3F01.
+      // The decoder's raw bytes are read as units on the way to UTF-8: EFFD, then 3F01.
       {932, 65001, {.action = 1}, "61 81 00 62", "true, errors [61 EE BF BD E3 BC 81 62]"},
       {10021, 1251, {.action = 6, .alternate = 65001}, "41 83 42", "true, errors [41 42]"},
       // The nested call clears the flag.

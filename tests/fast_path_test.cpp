@@ -1,4 +1,5 @@
-// The fast path gives what the plain legs give: output, result, flags and reports.
+// Clean text by plan and pump gives what the reference converters give: output, result, flags and
+// reports.
 #include "encoding/clean_conversion.h"
 
 #include <algorithm>
@@ -113,7 +114,7 @@ std::vector<int> fastCodePages() {
   return pages;
 }
 
-TEST(FastPathTest, EqualsThePlainLegs) {
+TEST(FastPathTest, EqualsTheReference) {
   std::mt19937 random(42);
   const std::vector<int> pages = fastCodePages();
   for (const int from : pages) {
@@ -134,7 +135,7 @@ TEST(FastPathTest, EqualsThePlainLegs) {
 
 // A few pairs of each kind at every length around the sizes of blocks and vectors, with each form
 // of the kernels.
-TEST(FastPathTest, EqualsThePlainLegsAtEveryLength) {
+TEST(FastPathTest, EqualsTheReferenceAtEveryLength) {
   const int pairs[][2] = {
       {65001, 1200}, {1200, 65001},  {1252, 65001}, {37, 65001},    {1251, 20866}, {932, 65001},
       {65001, 932},  {936, 1200},    {1200, 949},   {65001, 1258},  {950, 1256},   {1256, 65001},
@@ -170,8 +171,9 @@ class ContextLog : public LogBase {
   std::string contexts;
 };
 
-// A verbose log sees the plain legs at work; a quiet one that wants contexts gets the same ones.
-TEST(FastPathTest, QuietLogGetsTheContextsOfThePlainLegs) {
+// A verbose log sees the reference converters at work; a quiet one that wants contexts gets the
+// same ones.
+TEST(FastPathTest, QuietLogGetsTheContextsOfTheReference) {
   std::mt19937 random(3);
   const std::vector<int> pages = fastCodePages();
   for (const int from : pages) {
@@ -196,8 +198,8 @@ TEST(FastPathTest, QuietLogGetsTheContextsOfThePlainLegs) {
   }
 }
 
-// So many pieces, so close together, that the plain legs are left to finish.
-TEST(FastPathTest, EqualsThePlainLegsInGarbage) {
+// So many pieces, so close together, that the reference converters are left to finish.
+TEST(FastPathTest, EqualsTheReferenceInGarbage) {
   std::mt19937 random(7);
   std::string garbage(48 * 1024, '\0');
   for (char& byte : garbage) byte = static_cast<char>(random());
@@ -213,7 +215,7 @@ TEST(FastPathTest, EqualsThePlainLegsInGarbage) {
   }
 }
 
-// What the fast path takes for granted about the tables.
+// What flat tables take for granted about the tables.
 TEST(FastPathTest, NoTableMeansTheMarkOfAnEscapeOrASurrogate) {
   for (const EncodingRow& row : encodingRows()) {
     if (!hasTable(row) || !row.isDispatched) continue;

@@ -76,7 +76,7 @@ TEST(FrontEndTest, ByteOrderMarks) {
 TEST(FrontEndTest, UnicodePairs) {
   expectAll({
       {"to 1201", 65001, 1201, "41 C3 A9", "00 41 00 E9"},
-      {"1201 drops the odd byte of its leg", 1200, 1201, "41 00 42", "00 41"},
+      {"1201 drops the odd byte of its source", 1200, 1201, "41 00 42", "00 41"},
       {"1200 to 1201 of one byte", 1200, 1201, "41", ""},
       {"1201 to 1200 copies, then fails", 1201, 1200, "00 41", "41 00", false},
       {"to utf-32 through utf-8", 1200, 12001, "3D D8 00 DE", "00 01 F6 00"},
@@ -91,8 +91,8 @@ TEST(FrontEndTest, UnicodePairs) {
       {"table to gsm", 1252, 55000, "80 41", "1B 65 41"},
       {"us-ascii is copied into iso-8859", 20127, 28602, "41 E9", "41 E9"},
       {"us-ascii to utf-8 drops high bytes", 20127, 65001, "41 E9 42", "41 42"},
-      {"1252 to utf-7 fails for a bad leg", 28600, 65000, "41", "", false, true},
-      {"bad leg to 1201 counts as success", 28600, 1201, "41", "", true, true},
+      {"to utf-7 fails without a table", 28600, 65000, "41", "", false, true},
+      {"to 1201 without a table counts as success", 28600, 1201, "41", "", true, true},
       {"truncated utf-8 to 1201", 65001, 1201, "41 E4", "00 41", true, true},
   });
   // The removal of high bytes works on the whole output buffer.
@@ -104,7 +104,7 @@ TEST(FrontEndTest, UnicodePairs) {
   EXPECT_EQ(hex(out), "41");
 }
 
-// A failed call leaves a pivot flag set; the next one clears it where it has legs to run.
+// A failed call leaves a pivot flag set; the next one clears it where it has steps to run.
 TEST(FrontEndTest, LegsClearThePivotFlags) {
   struct {
     int from, to;

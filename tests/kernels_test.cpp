@@ -12,7 +12,8 @@
 #include <string>
 #include <vector>
 
-#include "encoding/kernels/bytes16.h"
+#include "encoding/codecs/pair_runs.h"
+#include "encoding/codecs/text_bytes.h"
 #include "encoding/kernels/cpu_dispatch.h"
 
 namespace {
@@ -441,39 +442,37 @@ TEST(Bytes16Test, EqualsLoopsOverBytes) {
     const unsigned int usual = below(256);
     for (Byte& byte : text) byte = static_cast<Byte>(below(16) != 0 ? usual : below(256));
     const fast::Bytes16 bytes = fast::Bytes16::load(text);
-    const unsigned int low = below(256);
-    const unsigned int high = between(low, 255);
+    const auto low = static_cast<Byte>(below(256));
+    const auto high = static_cast<Byte>(between(low, 255));
+    const auto least = static_cast<Byte>(high / 4);
 
-    EXPECT_EQ(fast::countHigh(bytes), firstPlace([&](auto i) { return text[i] < 0x80; }));
-    EXPECT_EQ(fast::countLow(bytes), firstPlace([&](auto i) { return text[i] >= 0x80; }));
-    EXPECT_EQ(equal(bytes, low).firstSet(), firstPlace([&](auto i) { return text[i] == low; }));
-    EXPECT_EQ(fast::isBetween(bytes, low, high).firstSet(),
+    EXPECT_EQ(countHigh(bytes), firstPlace([&](auto i) { return text[i] < 0x80; }));
+    EXPECT_EQ(countLow(bytes), firstPlace([&](auto i) { return text[i] >= 0x80; }));
+    EXPECT_EQ(countLow(equal(bytes, low)), firstPlace([&](auto i) { return text[i] == low; }));
+    EXPECT_EQ(countLow(isBetween(bytes, low, high)),
               firstPlace([&](auto i) { return text[i] >= low && text[i] <= high; }));
-    EXPECT_EQ((~fast::isAsciiLetter(bytes)).firstSet(), firstPlace([&](auto i) {
+    EXPECT_EQ(countHigh(isAsciiLetter(bytes)), firstPlace([&](auto i) {
                 return !((text[i] >= 'A' && text[i] <= 'Z') || (text[i] >= 'a' && text[i] <= 'z'));
               }));
     const bool isAny = std::any_of(text, text + 16, [&](Byte byte) { return byte == low; });
     EXPECT_EQ(equal(bytes, low).any(), isAny);
     EXPECT_EQ(equal(bytes, low).none(), !isAny);
 
-    const fast::PairBox box = {low, high, high / 4, 0xF0};
     const auto isOutside = [&](auto i) {
-      return text[2 * i] < low || text[2 * i] > high || text[2 * i + 1] < high / 4 ||
+      return text[2 * i] < low || text[2 * i] > high || text[2 * i + 1] < least ||
              text[2 * i + 1] > 0xF0;
     };
-    EXPECT_EQ((~fast::isInBox(fast::Units16::load(text), box)).firstSet(),
-              std::min(8u, firstPlace([&](auto i) { return i >= 8 || isOutside(i); })));
+    EXPECT_EQ(
+        codec_vectors::bytesBefore(~codec_vectors::inBox(bytes.native(), {low, high, least, 0xF0})),
+        2 * firstPlace([&](auto i) { return i >= 8 || isOutside(i); }));
 
-    for (const bool bigEndian : {false, true}) {
-      Byte narrowed[16], units[32];
-      (bigEndian ? fast::loadUnits<true>(text) : fast::loadUnits<false>(text)).store(narrowed);
-      bigEndian ? fast::storeAsUnits<true>(bytes, units) : fast::storeAsUnits<false>(bytes, units);
-      for (unsigned int i = 0; i < 16; ++i) {
-        const Byte upper = text[2 * i + (bigEndian ? 0 : 1)];
-        EXPECT_EQ(narrowed[i], upper != 0 ? 0xFF : text[2 * i + (bigEndian ? 1 : 0)]);
-        EXPECT_EQ(units[2 * i + (bigEndian ? 1 : 0)], text[i]);
-        EXPECT_EQ(units[2 * i + (bigEndian ? 0 : 1)], 0);
-      }
+    Byte narrowed[16], units[32];
+    loadUnits(text).store(narrowed);
+    storeAsUnits(bytes, units);
+    for (unsigned int i = 0; i < 16; ++i) {
+      EXPECT_EQ(narrowed[i], text[2 * i + 1] != 0 ? 0xFF : text[2 * i]);
+      EXPECT_EQ(units[2 * i], text[i]);
+      EXPECT_EQ(units[2 * i + 1], 0);
     }
   }
 }

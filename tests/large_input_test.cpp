@@ -22,7 +22,7 @@ struct Case {
 };
 
 constexpr Case kCases[] = {
-    // The UTF-16 between the legs, or the output, would pass 4 GiB.
+    // The UTF-16 of the pivot, or the output, would pass 4 GiB.
     {.from = 1252, .to = 65001, .pattern = "caf\xE9", .ok = false},
     {.from = 65001, .to = 1200, .pattern = "text", .ok = false},
     {.from = 65001, .to = 1252, .pattern = "text", .ok = false},

@@ -1,4 +1,4 @@
-// The table-driven decoders and encoders, leg by leg.
+// The reference decoders and encoders of tables, each by itself.
 #include <memory>
 
 #include "support/text_log.h"
@@ -16,7 +16,7 @@ std::string decode(int from, std::string_view in, bool* ok = nullptr) {
   return hex(out);
 }
 
-// Encodes in the second leg of a pivot, or not.
+// Encodes out of a pivot, or not.
 ConversionResult encode(int to, std::string_view in, bool pivot = false) {
   EncodingConvert converter;
   converter.m_pivotFromUtf16 = pivot;

@@ -211,8 +211,8 @@ TEST(PsdkTest, CodePagesOfLocales) {
       {"._@", 1252, 437},
   };
   for (const auto& [locale, ansi, oem] : cases) {
-    EXPECT_EQ(Psdk::codePagesOf(locale).ansi, ansi) << locale;
-    EXPECT_EQ(Psdk::codePagesOf(locale).oem, oem) << locale;
+    EXPECT_EQ(localeCodePagesOf(locale).ansi, ansi) << locale;
+    EXPECT_EQ(localeCodePagesOf(locale).oem, oem) << locale;
   }
 }
 

@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "encoding/codecs/codec.h"
 #include "encoding/codecs/encoding_row.h"
-#include "encoding/codecs/hz.h"
 #include "encoding/kernels/cpu_dispatch.h"
 #include "tests/stream_support.h"
 
@@ -21,7 +21,7 @@ std::string whole(int from, int to, const std::string& text) {
   DataBuffer out;
   const auto length = static_cast<unsigned int>(text.size());
   if (from == kCodePageHz) {
-    convertWhole(kHzCodec.read, bytesOf(text), length, out);
+    convertWhole(codecOf(kCodePageHz).read, bytesOf(text), length, out);
     return whole(936, to, textOf(out));
   }
   // What EncConvert cannot do at all goes by UTF-8.
@@ -30,7 +30,8 @@ std::string whole(int from, int to, const std::string& text) {
   if (failsThere) return whole(65001, to, whole(from, 65001, text));
   if (to != kCodePageHz) return convert(from, to, text).out;
   const std::string gbk = whole(from, 936, text);
-  convertWhole(kHzCodec.write, bytesOf(gbk), static_cast<unsigned int>(gbk.size()), out);
+  convertWhole(codecOf(kCodePageHz).write, bytesOf(gbk), static_cast<unsigned int>(gbk.size()),
+               out);
   return textOf(out);
 }
 

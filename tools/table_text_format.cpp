@@ -7,6 +7,7 @@
 #include "support/content_coding.h"
 #include "support/data_buffer.h"
 #include "support/norvane_bzip2.h"
+#include "tools/table_text_packing.h"
 
 namespace {
 
@@ -248,9 +249,9 @@ std::string unpackImage(const std::string& image, PairTable& table) {
 std::string packText(const std::string& image, bool isStored, std::string& text) {
   DataBuffer bytes, packed, base64;
   bytes.append(image.data(), static_cast<unsigned int>(image.size()));
-  if (!isStored && !NorvaneBzip2().bzipWithHeader(bytes, packed)) return "cannot compress";
+  if (!isStored && !packBzip2(bytes, packed)) return "cannot compress";
   const DataBuffer& payload = isStored ? bytes : packed;
-  if (!ContentCoding().encodeBase64(payload.getData2(), payload.getSize(), base64)) {
+  if (!encodeBase64(payload.getData2(), payload.getSize(), base64)) {
     return "out of memory";
   }
   text = (isStored ? 'x' : 'c') + toString(base64);

@@ -70,6 +70,8 @@ struct EncodingRow {
 std::span<const EncodingRow> encodingRows();
 // The row of a code page, or null. Constant time.
 const EncodingRow* findEncodingRow(int number);
+// The codec of a code page that has one.
+inline const Codec& codecOf(int number) { return *findEncodingRow(number)->codec; }
 
 constexpr bool hasTable(const EncodingRow& row) {
   return row.form == EncodingForm::kSingleByte || row.form == EncodingForm::kDoubleByte;

@@ -10,12 +10,10 @@
 #include <iterator>
 
 #include "encoding/codecs/encoding_row.h"
-#include "encoding/codecs/gsm.h"
-#include "encoding/codecs/hz.h"
-#include "encoding/codecs/iso2022_jp.h"
-#include "encoding/codecs/iso2022_kr.h"
-#include "encoding/codecs/utf7.h"
 #include "encoding/tables/texts/table_texts.h"
+
+// The codecs, each defined in a file of its own; read through the rows.
+extern const Codec kGsmCodec, kHzCodec, kIso2022JpCodec, kIso2022KrCodec, kUtf7Codec;
 
 namespace encoding_rows {
 

@@ -1,4 +1,9 @@
-// GSM 03.38 to and from UTF-16, and UTF-8: one set of loops for both.
+// GSM 03.38 (3GPP TS 23.038, 6.2.1) to and from UTF-16, and UTF-8: one set of loops for both.
+//
+// The default alphabet, one septet a byte, with the extension table behind 1B. An escape before a
+// code without an extension is read as that code's default character, before another escape (a
+// further table) as a space. Bytes from 80 up and an escape with no septet behind it are malformed,
+// one byte each. What has no septet is written as "?".
 #include "encoding/codecs/gsm.h"
 
 #include <array>
@@ -209,7 +214,7 @@ struct Writer : CodecRun {
 
 }  // namespace
 
-const Codec kGsmCodec = {1200, runCodec<Reader<Utf16Form>>, runCodec<Writer<Utf16Form>>, nullptr,
-                         true};
+extern const Codec kGsmCodec = {1200, runCodec<Reader<Utf16Form>>, runCodec<Writer<Utf16Form>>,
+                                nullptr, true};
 const Codec kGsmUtf8Codec = {65001, runCodec<Reader<Utf8Form>>, runCodec<Writer<Utf8Form>>,
                              nullptr};

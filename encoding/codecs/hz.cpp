@@ -1,15 +1,8 @@
-// HZ to and from code page 936.
-#include "encoding/codecs/hz.h"
-
+// HZ (RFC 1843) to and from code page 936.
 #include "encoding/codecs/pair_runs.h"
 #include "encoding/codecs/plane94.h"
 
 namespace {
-
-using codec_vectors::Bytes;
-using codec_vectors::inBox;
-using codec_vectors::SignedWords;
-using codec_vectors::Words;
 
 // Code page 936 assigns all of the 94 rows of GB 2312; HZ has a place for rows 1 to 93, because the
 // first byte of row 94 is the tilde.
@@ -24,17 +17,7 @@ bool isGb8(unsigned char first, unsigned char second) {
 }
 
 // Pairs in the two directions, with the usual turns of a text (pair_runs.h).
-struct GbFromHz {
-  static bool one(const unsigned char* pair, unsigned char* dest) {
-    if (!isGb7(pair[0], pair[1])) return false;
-    dest[0] = pair[0] | 0x80;
-    dest[1] = pair[1] | 0x80;
-    return true;
-  }
-  static Words eight(Words pairs, SignedWords& known) {
-    known = inBox(reinterpret_cast<Bytes>(pairs), {0x21, 0x7D, 0x21, 0x7E});
-    return pairs | 0x8080;
-  }
+struct GbFromHz : HighBitPairs<isGb7, codec_vectors::PairBox{0x21, 0x7D, 0x21, 0x7E}, true> {
   static bool turn(const unsigned char*& p, unsigned char*&, bool& inPairs) {
     const unsigned char brace = inPairs ? '}' : '{';
     if (p[0] != kTilde || p[1] != brace) return false;
@@ -43,17 +26,7 @@ struct GbFromHz {
     return true;
   }
 };
-struct GbToHz {
-  static bool one(const unsigned char* pair, unsigned char* dest) {
-    if (!isGb8(pair[0], pair[1])) return false;
-    dest[0] = pair[0] & 0x7F;
-    dest[1] = pair[1] & 0x7F;
-    return true;
-  }
-  static Words eight(Words pairs, SignedWords& known) {
-    known = inBox(reinterpret_cast<Bytes>(pairs), {0xA1, 0xFD, 0xA1, 0xFE});
-    return pairs & 0x7F7F;
-  }
+struct GbToHz : HighBitPairs<isGb8, codec_vectors::PairBox{0xA1, 0xFD, 0xA1, 0xFE}, false> {
   static bool turn(const unsigned char*& p, unsigned char*& dest, bool& inPairs) {
     const bool isPlain = *p < 0x80;
     if (isPlain != inPairs || *p == kTilde) return false;
@@ -166,4 +139,4 @@ struct Writer : CodecRun {
 
 }  // namespace
 
-const Codec kHzCodec = {936, runCodec<Reader>, runCodec<Writer>, nullptr};
+extern const Codec kHzCodec = {936, runCodec<Reader>, runCodec<Writer>, nullptr};

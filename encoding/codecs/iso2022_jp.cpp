@@ -1,6 +1,4 @@
 // ISO-2022-JP to and from code page 932.
-#include "encoding/codecs/iso2022_jp.h"
-
 #include "encoding/codecs/escape_sequence.h"
 #include "encoding/codecs/jis_plane.h"
 #include "encoding/codecs/pair_runs.h"
@@ -314,4 +312,4 @@ struct Writer : CodecRun {
 
 }  // namespace
 
-const Codec kIso2022JpCodec = {932, runCodec<Reader>, runCodec<Writer>, nullptr};
+extern const Codec kIso2022JpCodec = {932, runCodec<Reader>, runCodec<Writer>, nullptr};

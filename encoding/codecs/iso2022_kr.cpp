@@ -1,16 +1,9 @@
-// ISO-2022-KR to and from code page 949.
-#include "encoding/codecs/iso2022_kr.h"
-
+// ISO-2022-KR (RFC 1557) to and from code page 949.
 #include "encoding/codecs/escape_sequence.h"
 #include "encoding/codecs/pair_runs.h"
 #include "encoding/codecs/plane94.h"
 
 namespace {
-
-using codec_vectors::Bytes;
-using codec_vectors::inBox;
-using codec_vectors::SignedWords;
-using codec_vectors::Words;
 
 constexpr char kHeader[] = "$)C";  // behind an ESC: KS X 1001 as the set of SO
 constexpr unsigned int kHeaderLength = sizeof kHeader - 1;
@@ -53,17 +46,7 @@ bool isKs8(unsigned char first, unsigned char second) {
 
 // Pairs in the two directions, with the usual turns of a text (pair_runs.h); eight at a time are
 // pairs of the full rows from 16 on, Hangul and Hanja.
-struct KsTo949 {
-  static bool one(const unsigned char* pair, unsigned char* dest) {
-    if (!isKs7(pair[0], pair[1])) return false;
-    dest[0] = pair[0] | 0x80;
-    dest[1] = pair[1] | 0x80;
-    return true;
-  }
-  static Words eight(Words pairs, SignedWords& known) {
-    known = inBox(reinterpret_cast<Bytes>(pairs), {0x30, 0x7E, 0x21, 0x7E});
-    return pairs | 0x8080;
-  }
+struct KsTo949 : HighBitPairs<isKs7, codec_vectors::PairBox{0x30, 0x7E, 0x21, 0x7E}, true> {
   static bool turn(const unsigned char*& p, unsigned char*& dest, bool& inPairs) {
     if (*p != (inPairs ? kShiftIn : kShiftOut)) return false;
     // Between two words one space is the rule. As a branch of its own it costs nearly nothing.
@@ -77,17 +60,7 @@ struct KsTo949 {
     return true;
   }
 };
-struct KsFrom949 {
-  static bool one(const unsigned char* pair, unsigned char* dest) {
-    if (!isKs8(pair[0], pair[1])) return false;
-    dest[0] = pair[0] & 0x7F;
-    dest[1] = pair[1] & 0x7F;
-    return true;
-  }
-  static Words eight(Words pairs, SignedWords& known) {
-    known = inBox(reinterpret_cast<Bytes>(pairs), {0xB0, 0xFE, 0xA1, 0xFE});
-    return pairs & 0x7F7F;
-  }
+struct KsFrom949 : HighBitPairs<isKs8, codec_vectors::PairBox{0xB0, 0xFE, 0xA1, 0xFE}, false> {
   static bool turn(const unsigned char*& p, unsigned char*& dest, bool& inPairs) {
     if (inPairs ? !isPlain(*p) : *p < 0x80) return false;
     if (inPairs && p[1] >= 0x80) {  // as above
@@ -230,4 +203,4 @@ void resume(const CodecState& left, bool wrote, CodecState& state) {
 
 }  // namespace
 
-const Codec kIso2022KrCodec = {949, runCodec<Reader>, runCodec<Writer>, resume};
+extern const Codec kIso2022KrCodec = {949, runCodec<Reader>, runCodec<Writer>, resume};

@@ -1,9 +1,8 @@
-// The code pages of locales: Psdk.
-#include "support/psdk.h"
+#include "encoding/codecs/locale_code_pages.h"
 
 #include <cstdlib>
 
-#include "support/charset_naming.h"
+#include "encoding/codecs/encoding_names.h"
 
 namespace {
 
@@ -24,11 +23,8 @@ struct LocaleGroup {
 constexpr LocaleGroup kLocaleGroups[] = {
     {1252, 850,
      "af an arn ast br ca co cy da de dsb en_AG en_AU en_BZ en_CA en_GB en_IE en_JM en_NZ en_TT es "
-     "eu fi "
-     "fo fr fy ga gd gl gsw gv hsb id in is it kl kw lb moh ms nb nds nl nn no nso oc pt qu rm se "
-     "sma "
-     "smj "
-     "smn sms ss st sv tn ts wa wo xh zu"},
+     "eu fi fo fr fy ga gd gl gsw gv hsb id in is it kl kw lb moh ms nb nds nl nn no nso oc pt qu "
+     "rm se sma smj smn sms ss st sv tn ts wa wo xh zu"},
     {1250, 852, "bs cs hr hu pl ro sh sk sl sq sr@latin tk"},
     {1251, 855, "sr bs@cyrillic"},
     {1251, 866, "az@cyrillic ba be bg ce cv kk ky mhr mk mn os ru sah tg tt uk uz@cyrillic"},
@@ -100,23 +96,21 @@ const LocaleGroup& groupOf(const LocaleParts& locale) {
   return *found;
 }
 
-Psdk::CodePages current() {
+}  // namespace
+
+LocaleCodePages localeCodePages() {
   for (const char* variable : {"LC_ALL", "LC_CTYPE", "LANG"}) {
     // NOLINTNEXTLINE(concurrency-mt-unsafe): only a change of the environment would clash.
     const char* const value = std::getenv(variable);
-    if (value != nullptr && *value != '\0') return Psdk::codePagesOf(value);
+    if (value != nullptr && *value != '\0') return localeCodePagesOf(value);
   }
-  return Psdk::codePagesOf({});
+  return localeCodePagesOf({});
 }
 
-}  // namespace
-
-int Psdk::getAnsiCodePage() { return current().ansi; }
-int Psdk::getOemCodePage() { return current().oem; }
-
-Psdk::CodePages Psdk::codePagesOf(std::string_view locale) {
+LocaleCodePages localeCodePagesOf(std::string_view locale) {
   const LocaleParts parts = partsOf(locale);
-  const int codeset = CharsetNaming::codePageOf(parts.codeset);
+  const EncodingRow* const row = findEncoding(parts.codeset);
+  const int codeset = row != nullptr && row->inEngine ? row->number : 0;
   if (codeset == kUtf8) return {kUtf8, kUtf8};
   const LocaleGroup& group = groupOf(parts);
   if (codeset != 0) return {codeset, group.oem};

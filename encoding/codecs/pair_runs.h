@@ -7,7 +7,7 @@
 #include <cstring>
 
 #include "encoding/codecs/codec_run.h"
-#include "encoding/kernels/lanes.h"
+#include "encoding/kernels/registers.h"
 
 // Sixteen bytes, or eight pairs of bytes, at a time, with the compiler's own operators. A processor
 // that keeps words the other way round takes the loops of one unit, which are there for what is
@@ -122,5 +122,20 @@ bool copyTurns(CodecRun& run, bool inPairs) {
   run.dest = dest;
   return inPairs;
 }
+
+// Pairs that differ in their high bits only, which the text on one side has and the one on the
+// other has not: one() and eight() of a Map. isPair(first, second) tells which pairs there are;
+// eight() knows those of the box.
+template <auto isPair, codec_vectors::PairBox box, bool setsHighBits>
+struct HighBitPairs {
+  static bool one(const unsigned char* pair, unsigned char* dest) {
+    for (int i : {0, 1}) dest[i] = setsHighBits ? pair[i] | 0x80 : pair[i] & 0x7F;
+    return isPair(pair[0], pair[1]);
+  }
+  static codec_vectors::Words eight(codec_vectors::Words pairs, codec_vectors::SignedWords& known) {
+    known = codec_vectors::inBox(reinterpret_cast<codec_vectors::Bytes>(pairs), box);
+    return setsHighBits ? pairs | 0x8080 : pairs & 0x7F7F;
+  }
+};
 
 #endif  // ENCODING_CODECS_PAIR_RUNS_H_

@@ -5,7 +5,7 @@
 #include <bit>
 #include <cstring>
 
-#include "encoding/kernels/lanes.h"
+#include "encoding/kernels/registers.h"
 
 // Several bytes as one number, the first in its low byte on every host. Loops also write more bytes
 // than they keep, where that saves a decision.

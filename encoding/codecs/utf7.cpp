@@ -1,6 +1,15 @@
-// UTF-7 to and from UTF-16.
-#include "encoding/codecs/utf7.h"
-
+// UTF-7 (RFC 2152) to and from UTF-16.
+//
+// Written directly are the set D characters, space, tab, CR and LF; a "+" outside a run as "+-",
+// everything else in base64, unpaired surrogates included. A run ends with "-" only before a
+// character that could belong to it, and at the end of the text. Half a unit at the end of the
+// UTF-16 is left out, and reported by CodecState::replaced only.
+//
+// Every ASCII character outside a run but "+" is read as itself. Malformed are: a byte from 80 up;
+// a "+" before anything but base64 or "-" (one byte); digits at the end of a run that make no unit;
+// bits behind the last unit that are not 0 (one byte, the last digit of that unit). Each becomes
+// U+FFFD. Surrogates are units like others, paired or not. A unit is used together with its digits
+// as soon as it can be told, the "+" of a run before the first of them.
 #include <array>
 #include <string_view>
 
@@ -359,4 +368,4 @@ struct Writer : CodecRun {
 
 }  // namespace
 
-const Codec kUtf7Codec = {1200, runCodec<Reader>, runCodec<Writer>, nullptr};
+extern const Codec kUtf7Codec = {1200, runCodec<Reader>, runCodec<Writer>, nullptr};

@@ -1,4 +1,5 @@
-// The fast loops of the converters: pure functions over bytes, without objects, logs or errors.
+// The loops over bytes that all conversions are made of: pure functions, without objects, logs or
+// errors.
 #ifndef ENCODING_KERNELS_KERNELS_H_
 #define ENCODING_KERNELS_KERNELS_H_
 

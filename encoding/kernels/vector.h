@@ -3,7 +3,7 @@
 #define ENCODING_KERNELS_VECTOR_H_
 
 #include "encoding/kernels/kernels.h"
-#include "encoding/kernels/lanes.h"
+#include "encoding/kernels/registers.h"
 #include "encoding/kernels/shuffle_tables.h"
 #include "encoding/kernels/steps.h"
 

@@ -8,15 +8,6 @@ namespace {
 
 constexpr int kUtf16Le = 1200;
 
-class MarkList final : public ReplacementSink {
- public:
-  explicit MarkList(Rows<ReplacedInput>& marks) : m_marks(marks) {}
-  void onReplaced(const ReplacedInput& piece) override { m_marks.add(piece); }
-
- private:
-  Rows<ReplacedInput>& m_marks;
-};
-
 class CodecStage final : public SourceStage {
  public:
   explicit CodecStage(const Codec& codec) : m_codec(codec) {}
@@ -29,7 +20,7 @@ class CodecStage final : public SourceStage {
     m_walk.state = m_state;
     m_text.clear();
     m_marks.clear();
-    MarkList marks(m_marks);
+    ReplacementRows marks(m_marks);
     m_used = m_codec.read(data, length, last, m_state, m_text, &marks);
     return m_used;
   }

@@ -6,15 +6,6 @@
 
 namespace {
 
-class MisfitList final : public ReplacementSink {
- public:
-  explicit MisfitList(Rows<ReplacedInput>& misfits) : m_misfits(misfits) {}
-  void onReplaced(const ReplacedInput& piece) override { m_misfits.add(piece); }
-
- private:
-  Rows<ReplacedInput>& m_misfits;
-};
-
 // Behind an ESC, what tells whether it begins an escape sequence.
 constexpr std::uint32_t kMaxTail = 3;
 // How many ESC are kept back, each so close before the next. Counting them, and not the bytes, lets
@@ -117,7 +108,7 @@ std::uint32_t CodecTarget::run(const unsigned char* bytes, std::uint32_t count, 
                                Result& result) {
   m_written.clear();
   result.misfits.clear();
-  MisfitList misfits(result.misfits);
+  ReplacementRows misfits(result.misfits);
   return m_codec.write(bytes, count, last, m_state, m_written, &misfits);
 }
 

@@ -2,7 +2,7 @@
 #include <algorithm>
 #include <new>
 
-#include "encoding/mac_arabic.h"
+#include "encoding/codecs/mac_arabic.h"
 #include "encoding/stream/source_stage.h"
 
 namespace {

@@ -6,6 +6,7 @@
 #include <type_traits>
 
 #include "support/data_buffer.h"
+#include "support/replacement_sink.h"
 
 // Rows that could not be added for lack of memory are missing; hasFailed() tells.
 template <typename T>
@@ -25,18 +26,6 @@ class Rows {
   void truncate(std::uint32_t count) {
     m_bytes.truncate(static_cast<unsigned int>(count * sizeof(T)));
   }
-  // Space for at least count rows behind the content, or null when memory is short; commit() makes
-  // the first count of them content.
-  T* reserve(std::uint32_t count) {
-    if (count > 0xFFFFFFFFu / sizeof(T)) {
-      m_bytes.latchFailure();
-      return nullptr;
-    }
-    return reinterpret_cast<T*>(m_bytes.reserveTail(static_cast<unsigned int>(count * sizeof(T))));
-  }
-  void commit(std::uint32_t count) {
-    m_bytes.commitTail(static_cast<unsigned int>(count * sizeof(T)));
-  }
   // Keeps the storage for reuse.
   void clear() { m_bytes.clear(); }
 
@@ -54,6 +43,16 @@ class Rows {
 
  private:
   DataBuffer m_bytes;
+};
+
+// Keeps what a codec reports.
+class ReplacementRows final : public ReplacementSink {
+ public:
+  explicit ReplacementRows(Rows<ReplacedInput>& rows) : m_rows(rows) {}
+  void onReplaced(const ReplacedInput& piece) override { m_rows.add(piece); }
+
+ private:
+  Rows<ReplacedInput>& m_rows;
 };
 
 #endif  // ENCODING_STREAM_ROWS_H_

@@ -25,8 +25,8 @@ void appendScalar(std::uint32_t scalar, Rows<std::uint16_t>& units) {
     units.add(static_cast<std::uint16_t>(scalar));
     return;
   }
-  units.add(static_cast<std::uint16_t>(0xD7C0 + (scalar >> 10)));
-  units.add(static_cast<std::uint16_t>(0xDC00 | (scalar & 0x3FF)));
+  units.add(static_cast<std::uint16_t>(highSurrogateOf(scalar)));
+  units.add(static_cast<std::uint16_t>(lowSurrogateOf(scalar)));
 }
 
 int hostUtf16() { return zvIsBigEndian() ? 1201 : kUtf16Le; }

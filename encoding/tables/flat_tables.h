@@ -7,11 +7,11 @@
 
 namespace fast {
 
-// The unit that a second leg of EncConvert reads as an escape.
+// The unit that an encoder of EncConvert reads as an escape when it comes out of a pivot.
 inline constexpr std::uint16_t kEscapeUnit = 0xEFFD;
 
-// One of the two is set, or neither: then the code page is left to the plain converters, because
-// memory is short or because its table says what flat tables cannot.
+// One of the two is set, or neither: then the code page is left to the reference converters,
+// because memory is short or because its table says what flat tables cannot.
 struct Decoder {
   const SingleByteDecoder* singleByte = nullptr;
   const DoubleByteDecoder* doubleByte = nullptr;
@@ -24,8 +24,7 @@ struct Encoder {
 // The tables of a row that has its to-Unicode, or from-Unicode, table published. Built on first use
 // and published like those; at most 257 KiB a code page for both. Units are numbers, whatever the
 // byte order of the host. What the encoder of a code page does besides looking up (Arabic digits,
-// Vietnamese letters) is in its table; U+EFFD is in none, because a second leg reads it as an
-// escape. Any thread may call.
+// Vietnamese letters) is in its table; kEscapeUnit is in none. Any thread may call.
 Decoder decoderFor(const EncodingRow& row);
 Encoder encoderFor(const EncodingRow& row);
 

@@ -1,6 +1,6 @@
 // The pre-pass of Mac Arabic (code page 10004) text.
-#ifndef ENCODING_MAC_ARABIC_H_
-#define ENCODING_MAC_ARABIC_H_
+#ifndef ENCODING_CODECS_MAC_ARABIC_H_
+#define ENCODING_CODECS_MAC_ARABIC_H_
 
 #include "support/string_buffer.h"
 
@@ -14,4 +14,4 @@ bool rewriteMacArabic(unsigned char* text, unsigned int length, StringBuffer& sc
 // True for the bytes that the pre-pass takes as written right to left.
 bool isMacArabicRightToLeft(unsigned char byte);
 
-#endif  // ENCODING_MAC_ARABIC_H_
+#endif  // ENCODING_CODECS_MAC_ARABIC_H_

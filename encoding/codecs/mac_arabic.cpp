@@ -1,4 +1,4 @@
-#include "encoding/mac_arabic.h"
+#include "encoding/codecs/mac_arabic.h"
 
 #include <array>
 #include <cstdint>
