@@ -147,8 +147,6 @@ encconv_status encconv_convert(int from, int to, const void* data, size_t size,
   if (output == nullptr || output_size == nullptr || (data == nullptr && size != 0)) {
     return ENCCONV_MISUSE;
   }
-  *output = nullptr;
-  *output_size = 0;
   if (first_problem != nullptr) *first_problem = {};
   BlockDrain drain;
   StreamConverter stream;
