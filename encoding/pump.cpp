@@ -48,7 +48,6 @@ inline bool Pump::makeRoom(Output& out) {
 }
 
 Pump::Stop Pump::run(Output& out) {
-  if (m_plan->direct != nullptr && m_unit == m_unitEnd) return runDirect(out);
   while (true) {
     while (m_unit != m_unitEnd) {
       if (!makeRoom(out)) return Stop::kFull;

@@ -152,8 +152,6 @@ encconv_status encconv_convert(int from, int to, const void* data, size_t size,
   if (output == nullptr || output_size == nullptr || (data == nullptr && size != 0)) {
     return ENCCONV_MISUSE;
   }
-  *output = nullptr;
-  *output_size = 0;
   if (first_problem != nullptr) *first_problem = {};
   BlockOutput out;
   const encconv_status status = convert(from, to, data, size, treatment, out, first_problem);

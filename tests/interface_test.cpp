@@ -176,6 +176,7 @@ TEST(Interface, Streams) {
   EXPECT_FALSE(moved.push("a", output));
   EXPECT_EQ(moved.status(), Status::misuse);
   // NOLINTBEGIN(bugprone-use-after-move): it can only end
+  stream.on_problem(nullptr);
   EXPECT_FALSE(stream.push("a", output));
   EXPECT_FALSE(stream.finish(output));
   EXPECT_EQ(stream.status(), Status::misuse);
@@ -353,6 +354,9 @@ TEST(Interface, KnowsTheEncodings) {
     ASSERT_EQ(encconv_code_page_at(i, &page), 1);
     EXPECT_EQ(page.number, pages[i].number);
     EXPECT_EQ(page.name, pages[i].name);
+    EXPECT_EQ(page.kind, pages[i].kind);
+    EXPECT_EQ(page.description, pages[i].description);
+    EXPECT_EQ(page.can_read != 0, pages[i].can_read);
     EXPECT_EQ(page.can_write != 0, pages[i].can_write);
     EXPECT_LT(i == 0 ? 0 : pages[i - 1].number, pages[i].number);
     EXPECT_EQ(encconv::find_code_page(pages[i].name), pages[i].number);

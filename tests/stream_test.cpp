@@ -184,6 +184,12 @@ TEST(Stream, ReportsWhatItCouldNotConvert) {
                 text.substr(error.offset, error.length));
     }
   }
+  // The first and the last character of each length.
+  const StreamResult limits =
+      stream(settingsFor(kUtf8, 1251, "drop"), "\x7F\u0080\u07FF\u0800\uFFFF\U00010000\U0010FFFF");
+  std::vector<std::uint64_t> offsets;
+  for (const StreamError& error : limits.errors) offsets.push_back(error.offset);
+  EXPECT_EQ(offsets, (std::vector<std::uint64_t>{1, 3, 5, 8, 11, 15}));
   // Where the text passed through another form before the place was found to be bad.
   for (const auto& [from, to, input, offset] : {std::tuple{50220, 1252, "a\x1B$B$\"F|\x1B(B"s, 4u},
                                                 {932, 50220, "\x93\xFA\xF0\x40"s, 2u},

@@ -112,12 +112,15 @@ TEST_F(ToolTest, RefusesInOneLineAndWritesNothing) {
       {"-f 1252 -t utf-8 . -o result", ".: is a directory"},
       {"-f 1252 -t utf-8 latin -o .", ".: is a directory"},
       {"-f 1252 -t utf-8 latin -o no/such/result", "no/such/result: No such file"},
-      {"-f 1252 -t utf-8 latin -o latin", "latin: is both input and output"},
+      {"-f 1252 -t utf-8 latin -o latin", "latin: is both input and output; see --in-place"},
       {"-f 1252 -t utf-8 latin -o ./latin", "latin: is both input and output"},
       {"-f 1252 -t utf-8 latin --output-dir .", "latin: is both input and output"},
       {"-f 1252 -t utf-8 --in-place latin ./latin", "latin: is given twice"},
       {"-f 1252 -t utf-8 --in-place latin /dev/null", "/dev/null: is not a regular file"},
       {"-f 1252 -t utf-8 --in-place", "--in-place needs files"},
+      {"-f 1252 -t utf-8 --in-place latin -", "--in-place needs files"},
+      {"-f 1252 -t utf-8 --output-dir into -", "--output-dir needs files"},
+      {"-f 1252 -t utf-8 --output-dir utf8 latin", "utf8: File exists"},
       {"-f 1252 -t utf-8 --in-place latin -o result", "only one of"},
       {"-f 1252 -t utf-8 -j 2 latin", "-j needs"},
       {"-f 1252 -t utf-8 --in-place -j lots latin", "'lots'"},
@@ -284,6 +287,8 @@ TEST_F(ToolTest, ReplacesTheOutputOnlyAtTheEnd) {
   EXPECT_TRUE(fs::is_symlink(path("link")));
   EXPECT_EQ(fs::status(path("target")).permissions(), fs::perms(0600));
   EXPECT_EQ(files(), "latin link target utf8 ");
+  shell("umask 026; " ENCCONV_TOOL " -f 1252 -t utf-8 latin -o .new");
+  EXPECT_EQ(fs::status(path(".new")).permissions(), fs::perms(0640));
 
   // A signal leaves the old file and no temporary one.
   const ToolRun outcome = shell("sleep 1 | " ENCCONV_TOOL
@@ -303,6 +308,15 @@ TEST_F(ToolTest, ReplacesTheOutputOnlyAtTheEnd) {
                              "kill -TERM $!; wait $!; echo $?; kill $writer\n"
                              "ls into | wc -l; ls into | grep zzz");
   EXPECT_EQ(many.out, "143\n300\n");
+
+  // A signal that is ignored does nothing.
+  const ToolRun ignored =
+      shell("mkfifo .pipe; (trap '' TERM; exec " ENCCONV_TOOL
+            " -f 1252 -t utf-8 .pipe -o target) &\n"
+            "until ls target.* > .ls 2>&1; do sleep 0.05; done\n"
+            "kill -TERM $!; timeout 5 sh -c 'printf a > .pipe'; wait $!; echo $?");
+  EXPECT_EQ(ignored.out, "0\n");
+  EXPECT_EQ(read("target"), "a");
 }
 
 TEST_F(ToolTest, ShapesMainframeText) {
@@ -324,6 +338,9 @@ TEST_F(ToolTest, ShapesMainframeText) {
       {"-f utf-8 -t 1047 --ebcdic-newline nl", "A\nB\u0085", "\xC1\x15\xC2\x15"},
       {"-f 37 -t utf-8 --record-length 4", record + record + "\xC1", "A   \nA   \nA\n"},
       {"-f 37 -t utf-8 --record-length 4 --trim", record + record + "\xC1", "A\nA\nA\n"},
+      {"-f 37 -t utf-8 --record-length 4 --ebcdic-newline lf", record + "\xC1", "A   \nA\n"},
+      {"-f 37 -t utf-8 --record-length 4 --ebcdic-newline nl", record + "\xC1",
+       "A   \u0085A\u0085"},
       {"-f 1047 -t utf-8 --record-length 4 --trim", record + "\x40\x40\x40\x40", "A\n\n"},
       {"-f utf-16 -t utf-8 --record-length 4 --trim", std::string("A\0 \0B\0C\0", 8), "A\nBC\n"},
   };
@@ -366,6 +383,8 @@ TEST_F(ToolTest, FindsOutEncodings) {
       {"", "a\x01", "UTF-8 (code page 65001), guess: only ASCII, but with control characters"},
       {"", std::string("a\0b\0", 4), "UTF-16LE (code page 1200), likely: zero bytes of UTF-16"},
       {"", std::string("\0a\0b", 4), "UTF-16BE (code page 1201), likely: zero bytes of UTF-16"},
+      {"", "", "UTF-8 (code page 65001), certain: empty"},
+      {"", "\x1B[31mred", "UTF-8 (code page 65001), certain: only ASCII"},
       // A blank of ASCII among the letters of EBCDIC.
       {"", "\x83\x81\x86\x40\x83\x81\x20", "unknown: ", 1},
       {"missing", "", "", 2},
@@ -373,6 +392,8 @@ TEST_F(ToolTest, FindsOutEncodings) {
        "ISO-2022-JP (code page 50220), guess: by the statistics of the bytes", 0, true},
       {data + "chinese-simplified.936", "",
        "GBK (code page 936), guess: by the statistics of the bytes", 0, true},
+      {"", "~{<:Ky2;S{#,NpJ)l6HK!#~}", "HZ-GB-2312, guess: by the statistics of the bytes", 0,
+       true},
       {"", readFile(data + "mail.50220") + "\xA0",
        "ISO-2022-JP (code page 50220), guess: by the statistics of the bytes, but 1 place does not "
        "fit",
@@ -390,7 +411,9 @@ TEST_F(ToolTest, FindsOutEncodings) {
     EXPECT_TRUE(c.status == 0 ? result.out == line + "\n" : result.out.starts_with(line))
         << result.out;
   }
-  EXPECT_FALSE(contains(run("--detect", "caf\xC3").out, "UTF-8 ("));
+  for (const char* notUtf8 : {"caf\xC3", "caf\xED\xA0\x80"}) {
+    EXPECT_FALSE(contains(run("--detect", notUtf8).out, "UTF-8 (")) << notUtf8;
+  }
   // Several files, of which the worst tells the status.
   const ToolRun several = run("--detect missing utf8");
   EXPECT_EQ(several.status, 2);

@@ -1,0 +1,308 @@
+#!/usr/bin/env python3
+"""Makes small faults in the sources, one at a time, and reports those that no test finds.
+
+Every fault is made in a copy of the tree (build/mutate/) and built as far as it reaches; the tests
+then run until one of them fails. A fault that does not compile, or compiles to the same code, is
+skipped, and so is what mutate-harmless.txt lists. Interrupted, it reports what it has. The exit
+status is 1 when a fault was not found.
+"""
+
+import argparse
+import collections
+import concurrent.futures
+import json
+import os
+import queue
+import random
+import re
+import resource
+import shlex
+import shutil
+import signal
+import subprocess
+import sys
+import time
+from pathlib import Path
+
+ROOT = Path(__file__).resolve().parent.parent
+HARMLESS = Path(__file__).with_name("mutate-harmless.txt")
+AREAS = ("encoding", "support", "interface", "apps")
+# The tests that are likely to find a fault, by where it is.
+LIKELY = {
+    "apps/": ["tool_test"],
+    "interface/": ["interface_test"],
+    "support/": ["utf_helpers_test", "buffers_test", "content_coding_test"],
+    "encoding/codecs/": ["codecs_test", "iso2022_test", "names_test"],
+    "encoding/kernels/": ["kernels_test", "fast_path_test"],
+    "encoding/stream/": ["stream_test", "stream_property_test"],
+    "encoding/tables/": ["tables_test", "registry_test"],
+    "encoding/": ["fast_path_test", "front_end_test", "legs_test", "unicode_test", "property_test"],
+}
+DOCUMENTED = "documented_commands_test"
+APPS_TESTS = ("tool_test", "names_test", DOCUMENTED)  # the others are built without apps/
+
+Mutant = collections.namedtuple("Mutant", "path line before after")
+
+# ---- Which faults there are. ----
+
+FLIPPED = {"<": "<=", "<=": "<", ">": ">=", ">=": ">", "==": "!=", "!=": "==",
+           "&&": "||", "||": "&&", "+": "-", "-": "+"}
+IGNORED = re.compile(  # string and character literals, comments, directives
+    r'R"\((?:.|\n)*?\)"|"(?:\\.|[^"\\\n])*"|\'(?:\\.|[^\'\\\n])+\'|//[^\n]*|/\*(?:.|\n)*?\*/'
+    r"|^[ \t]*#(?:[^\n]*\\\n)*[^\n]*", re.MULTILINE)
+OPERATOR = re.compile(r"(?<= )(<=?|>=?|==|!=|&&|\|\||[+-])(?= [^>])")
+PLUS_ONE = re.compile(r" [+-] 1(?=[;,) \]])")
+NUMBER = re.compile(r"(?<![\w.'])(0x[0-9A-Fa-f]+|0|[1-9]\d*)(?=[uUlL]*\b)(?!['.])")
+NOT = re.compile(r"(?<![\w!])!(?=[\w(])")
+CONDITION = re.compile(r"\bif \(([^;]*)\)(?= \{$| \w.*;$|$)")
+RETURN = re.compile(r"\breturn (.+);$")
+STATEMENT = re.compile(  # but for declarations, which the rest of the function needs
+    r" +(?!(?:const|auto|static|constexpr|return|using|else|case|default|struct)\b|[\w:<>]+[*&]* \w+[;({])"
+    r"[\w*(+-].*;")
+
+
+def changes(code, begins_statement):
+    """Places in a line, of which the literals and comments are blank, and what to write there."""
+    for m in OPERATOR.finditer(code):
+        yield m.span(), FLIPPED[m[0]]
+    for m in PLUS_ONE.finditer(code):
+        yield m.span(), ""
+    for m in NUMBER.finditer(code):
+        value = int(m[1], 0)
+        shown = "0x{:X}" if m[1].startswith("0x") else "{}"
+        yield m.span(), shown.format(value + 1)
+        if value > 0:
+            yield m.span(), shown.format(value - 1)
+    for m in NOT.finditer(code):
+        yield m.span(), ""
+    for m in CONDITION.finditer(code):
+        if m[1].count("(") == m[1].count(")"):
+            yield m.span(1), "!({})"
+    for m in RETURN.finditer(code):
+        yield m.span(1), {"true": "false", "false": "true", "0": "1"}.get(m[1], "{{}}")
+    if begins_statement and STATEMENT.fullmatch(code) and code.count("(") == code.count(")"):
+        yield (0, len(code)), ";"
+
+
+def mutants_of(path):
+    text = (ROOT / path).read_text(encoding="utf-8")
+    blank = IGNORED.sub(lambda m: re.sub(r"[^\n]", "\0", m[0]), text)
+    begins_statement = False
+    for number, (line, code) in enumerate(zip(text.split("\n"), blank.split("\n")), 1):
+        code = code.rstrip("\0 ")
+        if code:
+            for (begin, end), new in changes(code, begins_statement):
+                changed = line[:begin] + new.format(line[begin:end]) + line[end:]
+                if changed != line:
+                    yield Mutant(path, number, line, changed)
+            begins_statement = code[-1] in ";{}:)" or code.endswith("else")
+
+
+def all_mutants(only):
+    for area in AREAS:
+        for file in sorted((ROOT / area).rglob("*.[ch]*")):
+            path = file.relative_to(ROOT).as_posix()
+            if path.endswith((".cpp", ".h")) and "/texts/" not in path:
+                if path.startswith(tuple(only) or area):
+                    yield from mutants_of(path)
+
+
+def choose(mutants, count, source):
+    """As many as asked for, on different lines if possible: rows of numbers offer very many."""
+    on_line = collections.Counter()
+
+    def rank(mutant):
+        on_line[mutant.path, mutant.line] += 1
+        return on_line[mutant.path, mutant.line]
+
+    source.shuffle(mutants)
+    return sorted(mutants, key=rank)[:count]
+
+
+def identity(mutant):
+    return mutant.path, mutant.before.strip(), mutant.after.strip()
+
+
+def read_harmless():
+    """What identifies the entries: the file, '- ' the line, '+ ' the line changed, the reason."""
+    entries = HARMLESS.read_text(encoding="utf-8").split("\n\n")[1:]
+    return {(e[0], e[1][2:].strip(), e[2][2:].strip()) for e in (e.split("\n") for e in entries)}
+
+
+# ---- Building and testing them. ----
+
+def set_limits():
+    for what, limit in (("AS", 8 << 30), ("FSIZE", 1 << 30), ("CORE", 0)):
+        resource.setrlimit(getattr(resource, f"RLIMIT_{what}"), (limit, limit))
+
+
+class Workshop:
+    """A copy of the tree with its build folder; one thread uses it."""
+
+    seconds = {}  # that each test takes
+    kills = collections.defaultdict(collections.Counter)  # by file and test, of all workshops
+
+    def __init__(self, folder):
+        self.tree, self.build, self.scratch = folder / "tree", folder / "build", folder / "scratch"
+        self.environment = dict(os.environ, CCACHE_BASEDIR=str(folder), TMPDIR=str(self.scratch))
+        self.originals = {}
+        shutil.rmtree(self.tree, ignore_errors=True)
+        ignore = shutil.ignore_patterns("build*", "out", ".git", "__pycache__")
+        shutil.copytree(ROOT, self.tree, ignore=ignore)  # keeps the times: no needless builds
+        self.build.mkdir(exist_ok=True)
+        self.run(["cmake", "-G", "Ninja", "-S", self.tree, "-B", self.build,
+                  "-DCMAKE_BUILD_TYPE=Mutate", "-DCMAKE_CXX_FLAGS=-O1",
+                  "-DCMAKE_EXPORT_COMPILE_COMMANDS=ON", "-DENCCONV_BUILD_SHARED=OFF",
+                  "-DENCCONV_BUILD_EXAMPLES=OFF", "-DENCCONV_INSTALL=OFF",
+                  "-DCMAKE_GTEST_DISCOVER_TESTS_DISCOVERY_MODE=PRE_TEST"])
+        self.commands = {}
+        for entry in json.loads((self.build / "compile_commands.json").read_text()):
+            path = Path(entry["file"]).relative_to(self.tree).as_posix()
+            self.commands.setdefault(path, shlex.split(entry["command"]))
+        self.tests = {Path(path).stem: [self.build / "tests" / Path(path).stem, "--gtest_fail_fast"]
+                      for path in self.commands if path.endswith("_test.cpp")}
+        script = self.tree / "tests" / f"{DOCUMENTED}.py"
+        self.tests[DOCUMENTED] = [sys.executable, script, self.build / "bin/encconv"]
+        if not all(map(self.build_test, self.tests)):
+            sys.exit(f"{self.build}: does not build")
+
+    def run(self, command, timeout=None):
+        """The exit status, or None when the time was over."""
+        self.scratch.mkdir(exist_ok=True)
+        process = subprocess.Popen(command, cwd=self.build, env=self.environment,
+                                   stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
+                                   stderr=subprocess.DEVNULL, start_new_session=True,
+                                   preexec_fn=set_limits)
+        try:
+            return process.wait(timeout)
+        except subprocess.TimeoutExpired:
+            return None
+        finally:
+            if process.returncode is None:
+                os.killpg(process.pid, signal.SIGKILL)
+                process.wait()
+            shutil.rmtree(self.scratch, ignore_errors=True)
+
+    def build_test(self, test):
+        return self.run(["ninja", "-j2", "encconv_cli" if test == DOCUMENTED else test]) == 0
+
+    def time_tests(self):
+        for test in self.tests:
+            begin = time.monotonic()
+            if self.run(self.tests[test]) != 0:
+                sys.exit(f"{test} fails in the sources as they are")
+            self.seconds[test] = time.monotonic() - begin
+
+    def dependents(self, path):
+        """The sources of the library and the tool that the file is compiled with."""
+        if path.endswith(".cpp"):
+            return [path]
+        listing = subprocess.run(["ninja", "-t", "deps"], cwd=self.build, capture_output=True,
+                                 text=True, check=True).stdout
+        blocks = ([os.path.relpath(self.build / line.strip(), self.tree)
+                   for line in block.split("\n")[1:]] for block in listing.split("\n\n"))
+        return [names[0] for names in blocks if path in names and names[0].startswith(AREAS)]
+
+    def optimised(self, source):
+        """The object file at -O2; None when the source does not compile."""
+        target = self.build / "compared.o"
+        target.unlink(missing_ok=True)
+        command = list(self.commands[source])
+        command[command.index("-o") + 1] = str(target)
+        return target.read_bytes() if self.run([*command, "-O2", "-g0"]) == 0 else None
+
+    def compiles_to_other_code(self, mutant, changed):
+        for source in self.dependents(mutant.path):
+            if source not in self.originals:
+                shutil.copy(ROOT / mutant.path, self.tree / mutant.path)
+                self.originals[source] = self.optimised(source)
+                (self.tree / mutant.path).write_text(changed, encoding="utf-8")
+            now = self.optimised(source)
+            if now != self.originals[source]:
+                return now is not None
+        return False
+
+    def judge(self, mutant):
+        """'skipped', the test that finds the mutant, or 'NOT FOUND'."""
+        file, kills, seconds = self.tree / mutant.path, self.kills[mutant.path], self.seconds
+        lines = file.read_text(encoding="utf-8").split("\n")
+        lines[mutant.line - 1] = mutant.after
+        likely = next(tests for area, tests in LIKELY.items() if mutant.path.startswith(area))
+        tests = APPS_TESTS if mutant.path.startswith("apps/") else self.tests
+        try:
+            file.write_text("\n".join(lines), encoding="utf-8")
+            if not self.compiles_to_other_code(mutant, "\n".join(lines)):
+                return "skipped"
+            for test in sorted(tests, key=lambda t: (-kills[t], t not in likely, seconds[t])):
+                if not self.build_test(test):
+                    return "skipped"
+                if self.run(self.tests[test], 20 + 10 * seconds[test]) != 0:
+                    kills[test] += 1
+                    return test
+            return "NOT FOUND"
+        finally:
+            shutil.copy(ROOT / mutant.path, file)  # with a new time: to be built again
+
+
+# ---- The run. ----
+
+def judge_all(mutants, shops):
+    free = queue.SimpleQueue()
+    for shop in shops:
+        free.put(shop)
+
+    def judge(mutant):
+        shop = free.get()
+        try:
+            return mutant, shop.judge(mutant)
+        finally:
+            free.put(shop)
+
+    with concurrent.futures.ThreadPoolExecutor(len(shops)) as pool:
+        yield from pool.map(judge, mutants)
+
+
+def show(mutant):
+    return f"{mutant.path}:{mutant.line}\n  - {mutant.before.strip()}\n  + {mutant.after.strip()}"
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__.split("\n")[0])
+    parser.add_argument("--count", type=int, default=100, help="faults to try (100)")
+    parser.add_argument("--seed", type=int, default=1, help="another number, other faults (1)")
+    parser.add_argument("--jobs", type=int, default=1, help="copies of the tree to work in (1)")
+    parser.add_argument("--only", action="append", default=[], metavar="PATH",
+                        help="a file or folder, from the root of the tree; may be repeated")
+    parser.add_argument("--list-only", action="store_true", help="show the faults, try none")
+    options = parser.parse_args()
+
+    listed = read_harmless()
+    mutants = choose(list(all_mutants(options.only)), options.count, random.Random(options.seed))
+    tried = [m for m in mutants if identity(m) not in listed]
+    if options.list_only:
+        print(*map(show, tried), sep="\n")
+        return 0
+    folders = [ROOT / "build/mutate" / str(i) for i in range(options.jobs)]
+    for folder in folders:
+        folder.mkdir(parents=True, exist_ok=True)
+    shops = [Workshop(folder) for folder in folders]
+    shops[0].time_tests()
+
+    verdicts = []
+    signal.signal(signal.SIGTERM, signal.default_int_handler)
+    try:
+        for mutant, verdict in judge_all(tried, shops):
+            verdicts.append((mutant, verdict))
+            print(f"{verdict}: {show(mutant)}", flush=True)
+    except KeyboardInterrupt:
+        print("Interrupted.")
+    missed = [mutant for mutant, verdict in verdicts if verdict == "NOT FOUND"]
+    skipped = sum(verdict == "skipped" for _, verdict in verdicts)
+    print(f"\nSeed {options.seed}: {len(verdicts) - skipped - len(missed)} found, {skipped} skipped, "
+          f"{len(mutants) - len(tried)} known to be harmless, {len(missed)} not found:")
+    print(*map(show, missed), sep="\n")
+    return 1 if missed else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
