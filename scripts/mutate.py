@@ -136,6 +136,12 @@ def set_limits():
         resource.setrlimit(getattr(resource, f"RLIMIT_{what}"), (limit, limit))
 
 
+def update(source, target):
+    """Copies what differs, with a new time: no fault of an earlier run stays in the build."""
+    if not os.path.exists(target) or Path(source).read_bytes() != Path(target).read_bytes():
+        shutil.copy(source, target)
+
+
 class Workshop:
     """A copy of the tree with its build folder; one thread uses it."""
 
@@ -146,9 +152,8 @@ class Workshop:
         self.tree, self.build, self.scratch = folder / "tree", folder / "build", folder / "scratch"
         self.environment = dict(os.environ, CCACHE_BASEDIR=str(folder), TMPDIR=str(self.scratch))
         self.originals = {}
-        shutil.rmtree(self.tree, ignore_errors=True)
         ignore = shutil.ignore_patterns("build*", "out", ".git", "__pycache__")
-        shutil.copytree(ROOT, self.tree, ignore=ignore)  # keeps the times: no needless builds
+        shutil.copytree(ROOT, self.tree, ignore=ignore, copy_function=update, dirs_exist_ok=True)
         self.build.mkdir(exist_ok=True)
         self.run(["cmake", "-G", "Ninja", "-S", self.tree, "-B", self.build,
                   "-DCMAKE_BUILD_TYPE=Mutate", "-DCMAKE_CXX_FLAGS=-O1",

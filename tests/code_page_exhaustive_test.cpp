@@ -195,4 +195,29 @@ TEST(CodePages, EncodeEveryUnit) {
   }
 }
 
+// Letters that 1258 has in two parts, each before its base, and their marks: what Unicode states.
+TEST(CodePages, TakeVietnameseLettersApart) {
+  const struct {
+    std::u16string letters;
+    char mark;
+  } rows[] = {
+      {u"ÌIÒOìiòoẦÂầâẰĂằăỀÊềêỒÔồôỜƠờơỪƯừưỲYỳy", '\xCC'},
+      {u"ẢAảaẨÂẩâẲĂẳăẺEẻeỂÊểêỈIỉiỎOỏoỔÔổôỞƠởơỦUủuỬƯửưỶYỷy", '\xD2'},
+      {u"ÃAÕOãaõoĨIĩiŨUũuẪÂẫâẴĂẵăẼEẽeỄÊễêỖÔỗôỠƠỡơỮƯữưỸYỹy", '\xDE'},
+      {u"ÝYýyẤÂấâẮĂắăẾÊếêỐÔốôỚƠớơỨƯứư", '\xEC'},
+      {u"ẠAạaẬÂậâẶĂặăẸEẹeỆÊệêỊIịiỌOọoỘÔộôỢƠợơỤUụuỰƯựưỴYỵy", '\xF2'},
+  };
+  for (const auto& row : rows) {
+    std::string letters, bases, expected;
+    for (std::size_t i = 0; i < row.letters.size(); ++i) {
+      std::string& text = i % 2 == 0 ? letters : bases;
+      text += {static_cast<char>(row.letters[i]), static_cast<char>(row.letters[i] >> 8)};
+    }
+    Offsets bad;
+    for (const char base : run(1200, 1258, bases, bad)) expected += {base, row.mark};
+    EXPECT_EQ(run(1200, 1258, letters, bad), expected);
+    EXPECT_TRUE(bad.empty());
+  }
+}
+
 }  // namespace
