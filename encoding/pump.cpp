@@ -11,13 +11,17 @@ std::size_t bytesBetween(const unsigned char* begin, const unsigned char* end) {
 
 unsigned int loadUnit(const unsigned char* p) { return p[0] | p[1] * 256u; }
 
+// Of a pair, for each of its units half of them.
+std::size_t utf8Bytes(unsigned int unit) {
+  return 1u + (unit >= 0x80 ? 1u : 0u) + (unit >= 0x800 && !isSurrogate(unit) ? 1u : 0u);
+}
+
 // The bytes that the source has for each unit of well-formed text: of a pair, for its first unit
 // all or half of them.
 std::size_t sourceBytes(const Plan& plan, unsigned int unit, const unsigned char* in) {
   switch (plan.decoding.form) {
     case EncodingForm::kUtf8:
-      if (unit < 0x80) return 1;
-      return unit < 0x800 || isSurrogate(unit) ? 2 : 3;
+      return utf8Bytes(unit);
     case EncodingForm::kUtf16:
       return 2;
     case EncodingForm::kUtf32:
@@ -118,10 +122,24 @@ std::size_t Pump::pivotOffset() const {
 }
 
 const unsigned char* Pump::sourceOf(const unsigned char* unit) {
-  for (; m_walkedUnit < unit; m_walkedUnit += 2) {
-    m_walkedIn += sourceBytes(*m_plan, loadUnit(m_walkedUnit), m_walkedIn);
+  if (unit <= m_walkedUnit) return m_walkedIn;
+  const unsigned char* walked = m_walkedUnit;
+  const unsigned char* in = m_walkedIn;
+  m_walkedUnit = unit;
+  switch (m_plan->decoding.form) {
+    case EncodingForm::kUtf16:
+      in += bytesBetween(walked, unit);
+      break;
+    case EncodingForm::kSingleByte:
+      in += bytesBetween(walked, unit) / 2;
+      break;
+    case EncodingForm::kUtf8:
+      for (; walked != unit; walked += 2) in += utf8Bytes(loadUnit(walked));
+      break;
+    default:
+      for (; walked != unit; walked += 2) in += sourceBytes(*m_plan, loadUnit(walked), in);
   }
-  return m_walkedIn;
+  return m_walkedIn = in;
 }
 
 std::size_t Pump::sourceLength(const unsigned char* unit, std::size_t bytes) const {

@@ -205,10 +205,16 @@ bool Treatment::prepareHex() {
 
 Treatment::Replacement Treatment::hexReference(const StreamError& error) {
   if (!prepareHex()) return defaultSubstitute();
+  // "&#x", two digits for each byte or eight for a code point, and ";".
+  constexpr unsigned int kMaxPlaces = 4 + 2 * StreamError::kMaxBytes;
   m_bytes.clear();
   const auto width = static_cast<unsigned int>(m_hexWidth);
+  unsigned char* const begin = m_bytes.reserveTail(kMaxPlaces * width);
+  if (begin == nullptr) return defaultSubstitute();  // the failure is latched
+  unsigned char* out = begin;
   const auto put = [&](std::uint32_t place) {
-    m_bytes.append(m_hexForms.getData2() + place * width, width);
+    const unsigned char* const form = m_hexForms.getData2() + place * width;
+    for (unsigned int i = 0; i < width; ++i) *out++ = form[i];
   };
   // The digits of a value, count of them at least.
   const auto putDigits = [&](std::uint32_t value, int count) {
@@ -222,6 +228,7 @@ Treatment::Replacement Treatment::hexReference(const StreamError& error) {
     for (unsigned int i = 0; i < error.byteCount; ++i) putDigits(error.bytes[i], 2);
   }
   put(kSemicolon);
+  m_bytes.commitTail(static_cast<unsigned int>(out - begin));
   return {m_bytes.getData2(), m_bytes.getSize(), false};
 }
 
