@@ -85,7 +85,7 @@ class EncodingConvert {
                       LogBase& log);
 
   // Releases all process-wide tables; the next conversion builds what it needs. Must not overlap
-  // any conversion on any thread.
+  // any conversion on any thread; a stream is one from begin() until it has ended.
   static void cleanupMemory();
 
   // ---- The reference converters, called by EncConvert and by each other. ----

@@ -90,7 +90,6 @@ class StreamConverter::Core final : private CodecTarget::Client {
   bool m_isReordered = false;  // errors may come in another order than that of the source
   std::optional<CodecTarget> m_target;
   Treatment m_treatment;
-  bool m_isPrepared = false;   // m_treatment is
   DataBuffer m_waiting;        // of the source: what could not be converted yet
   std::uint64_t m_offset = 0;  // where that begins in the stream
   std::uint64_t m_sourceBytes = 0;
