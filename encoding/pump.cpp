@@ -39,8 +39,9 @@ std::size_t sourceBytes(const Plan& plan, unsigned int unit, const unsigned char
 }  // namespace
 
 std::uint64_t Pump::expected() const {
-  const std::uint64_t left = bytesBetween(m_in, m_end) + bytesBetween(m_unit, m_unitEnd) / 2;
-  const std::uint64_t done = bytesBetween(m_begin, m_in);
+  const std::uint64_t waiting = bytesBetween(m_unit, m_unitEnd);
+  const std::uint64_t left = m_isPivot ? waiting : bytesBetween(m_in, m_end) + waiting / 2;
+  const std::uint64_t done = bytesBetween(m_begin, m_isPivot ? m_unit : m_in);
   if (done > 1024 && m_written != 0) return left * m_written / done + left / 16 + 256;
   if (m_plan->encoding.form == EncodingForm::kUtf32) return left * 4;
   if (m_plan->encoding.form == EncodingForm::kUtf16) return left * 2;

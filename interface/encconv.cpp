@@ -85,17 +85,17 @@ bool areForProblems(const Options& options) {
          options.on_error != OnError::alternate;
 }
 
-// Streams pieces, one after another, to an output.
+// Streams a text to an output, with something in front of it.
 template <typename Outcome, typename Out>
-void convertPieces(std::initializer_list<std::string_view> pieces, const StreamSettings& settings,
-                   Out& out, Outcome& outcome) {
+void convertTo(std::string_view front, std::string_view text, const StreamSettings& settings,
+               Out& out, Outcome& outcome) {
+  const auto bytesOf = [](std::string_view piece) {
+    return reinterpret_cast<const unsigned char*>(piece.data());
+  };
   ::StreamConverter stream;
   StreamStatus status = begin(stream, settings);
-  for (const std::string_view piece : pieces) {
-    if (status != StreamStatus::kGood) break;
-    status = stream.push(reinterpret_cast<const unsigned char*>(piece.data()), piece.size(), out);
-  }
-  if (status == StreamStatus::kGood) status = stream.finish(out);
+  if (status == StreamStatus::kGood) status = stream.push(bytesOf(front), front.size(), out);
+  if (status == StreamStatus::kGood) status = stream.finish(bytesOf(text), text.size(), out);
   if (!out.flush() && status == StreamStatus::kGood) {
     status = out.isFull ? StreamStatus::kDrainFailed : StreamStatus::kNoMemory;
   }
@@ -105,11 +105,11 @@ void convertPieces(std::initializer_list<std::string_view> pieces, const StreamS
 }
 
 template <typename Text>
-BasicResult<Text> convertPieces(std::initializer_list<std::string_view> pieces,
-                                const StreamSettings& settings) {
+BasicResult<Text> convertLong(std::string_view front, std::string_view text,
+                              const StreamSettings& settings) {
   BasicResult<Text> result;
   TextOutput<Text> out(result.text);
-  convertPieces(pieces, settings, out, result);
+  convertTo(front, text, settings, out, result);
   return result;
 }
 
@@ -125,7 +125,7 @@ BasicResult<Text> convertText(std::string_view bytes, int from, int to, const Op
       return {Text(reinterpret_cast<const Unit*>(text), count), Status::ok, 0, std::nullopt};
     }
   }
-  return convertPieces<Text>({bytes}, settingsOf(from, to, options));
+  return convertLong<Text>({}, bytes, settingsOf(from, to, options));
 }
 
 int hostUtf16() { return zvIsBigEndian() ? kUtf16Be : kUtf16Le; }
@@ -208,7 +208,7 @@ IntoResult convert_into(std::string_view bytes, Encoding from, Encoding to, char
   }
   auto* const begin = reinterpret_cast<unsigned char*>(output);
   SpanOutput out(begin, capacity);
-  convertPieces({bytes}, settingsOf(from, to, options), out, result);
+  convertTo({}, bytes, settingsOf(from, to, options), out, result);
   result.size = static_cast<std::size_t>(out.written() - begin);
   return result;
 }
@@ -255,7 +255,7 @@ Result from_utf16(std::u16string_view text, Encoding to, const Options& options)
   // A mark of our own in front, so that no units of the text are taken for one, or for PDF.
   const std::string_view mark = zvIsBigEndian() ? "\xFE\xFF" : "\xFF\xFE";
   const bool isCopy = to.code_page() == hostUtf16();
-  Result result = convertPieces<std::string>({mark, bytes}, settingsOf(hostUtf16(), to, options));
+  Result result = convertLong<std::string>(mark, bytes, settingsOf(hostUtf16(), to, options));
   if (isCopy && !options.byte_order_mark) result.text.erase(0, mark.size());
   if (result.first_problem) {
     result.first_problem->offset = (result.first_problem->offset - mark.size()) / 2;

@@ -92,9 +92,8 @@ encconv_status convert(int from, int to, const void* data, std::size_t size, con
   StreamConverter stream;
   encconv_status status = begin(stream, from, to, treatment);
   if (status == ENCCONV_OK) {
-    status = statusOf(stream.push(static_cast<const unsigned char*>(data), size, out));
+    status = statusOf(stream.finish(static_cast<const unsigned char*>(data), size, out));
   }
-  if (status == ENCCONV_OK) status = statusOf(stream.finish(out));
   if (!out.flush() && status == ENCCONV_OK) {
     status = out.isFull ? ENCCONV_OUTPUT_FULL : ENCCONV_OUT_OF_MEMORY;
   }

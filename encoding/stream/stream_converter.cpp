@@ -70,7 +70,7 @@ StreamStatus StreamConverter::Core::begin(const StreamSettings& settings) {
   m_settings = settings;
   if (m_settings.to == 0) m_settings.to = m_settings.from;
   if (m_settings.from == 0) m_settings.from = m_settings.to;
-  m_isPdf = m_hasBegun = false;
+  m_isPdf = m_hasBegun = m_isEnd = false;
   m_waiting.clear();
   m_offset = m_sourceBytes = m_errorCount = 0;
   m_firstError = {};
@@ -263,9 +263,13 @@ StreamStatus StreamConverter::push(const unsigned char* data, std::size_t length
 }
 
 StreamStatus StreamConverter::finish(Output& out) {
-  if (!m_isOpen) return m_status == StreamStatus::kGood ? StreamStatus::kMisuse : m_status;
   constexpr unsigned char kNothing = 0;
-  m_status = m_core->push(&kNothing, 0, true, out);
+  return finish(&kNothing, 0, out);
+}
+
+StreamStatus StreamConverter::finish(const unsigned char* data, std::size_t length, Output& out) {
+  if (!m_isOpen) return m_status == StreamStatus::kGood ? StreamStatus::kMisuse : m_status;
+  m_status = m_core->push(data, length, true, out);
   m_isOpen = false;
   return m_status;
 }

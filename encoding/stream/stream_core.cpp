@@ -97,6 +97,7 @@ std::size_t StreamConverter::Core::convert(const unsigned char* data, std::size_
       continue;
     }
     m_text = m_counted = m_data;
+    m_isEnd = isLast;
     const std::size_t used = bytesBetween(m_data, convertText(m_data, m_data + window, isLast));
     done += used;
     waits = used < window && window == left;
@@ -175,7 +176,8 @@ const unsigned char* StreamConverter::Core::convertText(const unsigned char* beg
       break;
     }
   }
-  if (m_status == StreamStatus::kGood) lineOf(reached);
+  // At the end of the stream nobody asks for lines any more.
+  if (m_status == StreamStatus::kGood && !m_isEnd) lineOf(reached);
   return reached;
 }
 

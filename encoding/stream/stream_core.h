@@ -100,6 +100,7 @@ class StreamConverter::Core final : private CodecTarget::Client {
   const unsigned char* m_text = nullptr;
   std::uint64_t m_lines = 1;  // the line of the text that m_counted points to
   const unsigned char* m_counted = nullptr;
+  bool m_isEnd = false;  // nothing follows the data
 
   // The segment on its way to the target's codec.
   DataBuffer m_segment;
