@@ -30,7 +30,7 @@ AREAS = ("encoding", "support", "interface", "apps")
 # The tests that are likely to find a fault, by where it is.
 LIKELY = {
     "apps/": ["tool_test"],
-    "interface/": ["interface_test"],
+    "interface/": ["interface_test", "c_interface_test"],
     "support/": ["utf_helpers_test", "buffers_test", "content_coding_test"],
     "encoding/codecs/": ["codecs_test", "iso2022_test", "names_test"],
     "encoding/kernels/": ["kernels_test", "fast_path_test"],

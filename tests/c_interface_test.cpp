@@ -1,0 +1,173 @@
+// Tests of the C interface: that it serves what the C++ interface does, and takes anything from C.
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <set>
+#include <string>
+
+#include "encconv/encconv.h"
+#include "encconv/encconv_c.h"
+
+using encconv::Status;
+
+// "3+3, line 2, U+65E5: E6 97 A5"; nothing when there is no problem.
+std::string describe(const encconv_problem& problem) {
+  if (problem.length == 0) return "";
+  char text[64];
+  std::snprintf(text, sizeof text, "%u+%u, line %u, ", static_cast<unsigned>(problem.offset),
+                problem.length, static_cast<unsigned>(problem.line));
+  std::string all = text;
+  std::snprintf(text, sizeof text, "U+%04X:", static_cast<unsigned>(problem.code_point));
+  all += problem.malformed == 0 ? text : "malformed:";
+  EXPECT_EQ(problem.code_point == -1, problem.malformed == 1);
+  for (unsigned i = 0; i < problem.byte_count; ++i) {
+    std::snprintf(text, sizeof text, " %02X", problem.bytes[i]);
+    all += text;
+  }
+  return all;
+}
+
+TEST(Interface, ServesC) {
+  const std::string large(3u << 20, '\xE9');  // more than one block of output
+  const struct {
+    int from, to;
+    std::string input;
+    const char* treatment = nullptr;
+    encconv_status status = ENCCONV_OK;
+    std::string output = "";
+    std::string problem = "";
+  } cases[] = {
+      {.from = 65001,
+       .to = 1251,
+       .input = "\n\xD0\x96\xE6\x97\xA5",
+       .treatment = "hex",
+       .output = "\n\xC6&#x65E5;",
+       .problem = "3+3, line 2, U+65E5: E6 97 A5"},
+      {.from = 65001,
+       .to = 1251,
+       .input = "a\xFF",
+       .status = ENCCONV_STOPPED,
+       .output = "a",
+       .problem = "1+1, line 1, malformed: FF"},
+      {.from = 1252, .to = 1252, .input = large, .output = large},
+      {.from = 65001, .to = 1251, .input = ""},
+      {.from = 65001, .to = 2, .input = "a", .status = ENCCONV_UNKNOWN_TARGET},
+      {.from = 0, .to = 1251, .input = "a", .status = ENCCONV_UNKNOWN_SOURCE},
+      {.from = 28600, .to = 28600, .input = "a", .status = ENCCONV_UNKNOWN_SOURCE},
+      {.from = 65001,
+       .to = 1251,
+       .input = "a",
+       .treatment = "never",
+       .status = ENCCONV_INVALID_TREATMENT},
+      {.from = 65001,
+       .to = 1252,
+       .input = "a",
+       .treatment = "substitute=\xD0\x96",
+       .status = ENCCONV_INVALID_SUBSTITUTE},
+      {.from = 65001,
+       .to = 1252,
+       .input = "a",
+       .treatment = "alternate=hz",
+       .status = ENCCONV_UNKNOWN_ALTERNATE},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(std::to_string(c.from) + " to " + std::to_string(c.to) + ": " +
+                 (c.input == large ? "much" : c.input));
+    unsigned char* output = nullptr;
+    std::size_t size = 1;
+    encconv_problem problem;
+    EXPECT_EQ(encconv_convert(c.from, c.to, c.input.empty() ? nullptr : c.input.data(),
+                              c.input.size(), c.treatment, &output, &size, &problem),
+              c.status);
+    EXPECT_TRUE(std::string_view(reinterpret_cast<char*>(output), size) == c.output);
+    EXPECT_EQ(output == nullptr, c.output.empty());
+    EXPECT_EQ(describe(problem), c.problem);
+    encconv_free(output);
+
+    encconv_status status = ENCCONV_MISUSE;
+    encconv_stream* const stream = encconv_open(c.from, c.to, c.treatment, &status);
+    const bool canBegin = c.status == ENCCONV_OK || c.status == ENCCONV_STOPPED;
+    EXPECT_EQ(stream != nullptr, canBegin);
+    EXPECT_EQ(status, canBegin ? ENCCONV_OK : c.status);
+    encconv_close(stream);
+  }
+}
+
+// What is null is an error or nothing, never a crash.
+TEST(Interface, TakesNullFromC) {
+  unsigned char* output = nullptr;
+  std::size_t size = 1;
+  encconv_problem problem;
+  EXPECT_EQ(encconv_convert(1252, 1251, nullptr, 1, "hex", &output, &size, nullptr),
+            ENCCONV_MISUSE);
+  EXPECT_EQ(encconv_convert(1252, 1251, "a", 1, "hex", nullptr, &size, nullptr), ENCCONV_MISUSE);
+  EXPECT_EQ(encconv_convert(1252, 1251, "a", 1, "hex", &output, nullptr, nullptr), ENCCONV_MISUSE);
+  EXPECT_EQ(encconv_convert(1252, 1251, "a", 1, nullptr, &output, &size, nullptr), ENCCONV_OK);
+  encconv_free(output);
+  EXPECT_EQ(encconv_find_code_page(nullptr), 0);
+  EXPECT_EQ(encconv_code_page_at(0, nullptr), 0);
+  EXPECT_EQ(encconv_push(nullptr, "a", 1), ENCCONV_MISUSE);
+  EXPECT_EQ(encconv_finish(nullptr), ENCCONV_MISUSE);
+  EXPECT_NE(encconv_output(nullptr, &size), nullptr);
+  EXPECT_EQ(size, 0u);
+  encconv_clear_output(nullptr);
+  EXPECT_EQ(encconv_problem_count(nullptr), 0u);
+  EXPECT_EQ(encconv_first_problem(nullptr, &problem), 0);
+  encconv_close(nullptr);
+  encconv_free(nullptr);
+
+  encconv_stream* const stream = encconv_open(65001, 1251, "drop", nullptr);
+  EXPECT_EQ(encconv_push(stream, nullptr, 1), ENCCONV_MISUSE);
+  EXPECT_EQ(encconv_push(stream, nullptr, 0), ENCCONV_OK);
+  EXPECT_EQ(encconv_push(stream, "\xFF", 1), ENCCONV_OK);
+  EXPECT_EQ(encconv_finish(stream), ENCCONV_OK);
+  EXPECT_EQ(encconv_problem_count(stream), 1u);
+  EXPECT_NE(encconv_output(stream, nullptr), nullptr);
+  EXPECT_EQ(encconv_first_problem(stream, nullptr), 0);
+  encconv_close(stream);
+}
+
+TEST(Interface, StreamsForC) {
+  encconv_problem problem;
+  std::size_t size = 1;
+  encconv_stream* const stream = encconv_open(65001, 50220, "drop", nullptr);
+  ASSERT_NE(stream, nullptr);
+  EXPECT_EQ(encconv_first_problem(stream, &problem), 0);
+  EXPECT_EQ(encconv_push(stream, "\xE6\x97", 2), ENCCONV_OK);
+  EXPECT_NE(encconv_output(stream, &size), nullptr);
+  EXPECT_EQ(size, 0u);
+  EXPECT_EQ(encconv_push(stream, "\xA5\xFF", 2), ENCCONV_OK);
+  EXPECT_EQ(encconv_finish(stream), ENCCONV_OK);
+  const unsigned char* bytes = encconv_output(stream, &size);
+  EXPECT_EQ(std::string(reinterpret_cast<const char*>(bytes), size), "\x1B$BF|\x1B(B");
+  encconv_clear_output(stream);
+  encconv_output(stream, &size);
+  EXPECT_EQ(size, 0u);
+  EXPECT_EQ(encconv_problem_count(stream), 1u);
+  EXPECT_EQ(encconv_first_problem(stream, &problem), 1);
+  EXPECT_EQ(problem.offset, 3u);
+  EXPECT_EQ(encconv_push(stream, "a", 1), ENCCONV_MISUSE);
+
+  EXPECT_EQ(encconv_begin(stream, 932, 65001, nullptr), ENCCONV_OK);
+  EXPECT_EQ(encconv_push(stream, "\x93\xFA", 2), ENCCONV_OK);
+  bytes = encconv_output(stream, &size);
+  EXPECT_EQ(std::string(reinterpret_cast<const char*>(bytes), size), "\xE6\x97\xA5");
+  EXPECT_EQ(encconv_begin(stream, 932, 65001, "nonsense"), ENCCONV_INVALID_TREATMENT);
+  EXPECT_EQ(encconv_push(stream, "a", 1), ENCCONV_INVALID_TREATMENT);
+  EXPECT_EQ(encconv_finish(stream), ENCCONV_INVALID_TREATMENT);
+  encconv_output(stream, &size);
+  EXPECT_EQ(size, 0u);
+  EXPECT_EQ(encconv_begin(nullptr, 932, 65001, nullptr), ENCCONV_MISUSE);
+  encconv_close(stream);
+}
+
+TEST(Interface, DescribesEachStatusInOtherWords) {
+  std::set<std::string_view> cTexts, texts;
+  for (int i = ENCCONV_OK; i <= ENCCONV_OUTPUT_FULL; ++i) {
+    EXPECT_TRUE(cTexts.insert(encconv_describe(static_cast<encconv_status>(i))).second) << i;
+  }
+  for (int i = 0; i <= static_cast<int>(Status::output_full); ++i) {
+    EXPECT_TRUE(texts.insert(encconv::describe(static_cast<Status>(i))).second) << i;
+  }
+  for (const std::string_view text : texts) EXPECT_TRUE(cTexts.contains(text)) << text;
+}
