@@ -13,15 +13,16 @@ import sys
 # From the bottom up: name, what belongs to it, and the layers below that it may use.
 LAYERS = [
     ("support", ["support/"], []),
-    ("kernels", ["encoding/kernels/"], []),
+    ("kernel tables", ["encoding/tables/kernel_tables."], ["support"]),
+    ("kernels", ["encoding/kernels/"], ["kernel tables"]),
     ("texts", ["encoding/tables/texts/"], ["support"]),
     ("codecs", ["encoding/codecs/"], ["support", "kernels", "texts"]),
     # The classes that users know by these names; they forward to the codecs and the rows.
     ("names", [f"support/{name}." for name in
                ("charset_naming", "japanese", "korean", "psdk", "zv_utf")],
      ["support", "codecs"]),
-    ("tables", ["encoding/tables/"], ["support", "kernels", "codecs"]),
-    ("engine", ["encoding/"], ["support", "kernels", "codecs", "names", "tables"]),
+    ("tables", ["encoding/tables/"], ["support", "kernel tables", "codecs"]),
+    ("engine", ["encoding/"], ["support", "kernel tables", "kernels", "codecs", "names", "tables"]),
     ("stream", ["encoding/stream/"], ["support", "kernels", "codecs", "engine"]),
     ("include", ["include/encconv/"], []),
     ("interface", ["interface/"], ["include", "support", "codecs", "engine", "stream"]),

@@ -3,7 +3,7 @@
 #define ENCODING_TABLES_FLAT_TABLES_H_
 
 #include "encoding/codecs/encoding_row.h"
-#include "encoding/kernels/kernels.h"
+#include "encoding/tables/kernel_tables.h"
 
 namespace fast {
 
