@@ -345,13 +345,6 @@ bool isUnicode(const EncodingRow& row) {
          row.form == EncodingForm::kUtf32;
 }
 
-// A byte order mark at the beginning of what is left would be read as one, and not as text.
-bool beginsWithMark(const EncodingRow& row, const unsigned char* in, std::size_t length) {
-  const std::string_view text(reinterpret_cast<const char*>(in), length);
-  return std::ranges::any_of(marksOf(row),
-                             [&](const Mark& mark) { return text.starts_with(mark.bytes); });
-}
-
 // On the way to UTF-32 everything but UTF-8 and UTF-32 itself passes through a UTF-8 that has lost
 // its zeros.
 bool losesZeros(const Plan& plan) {
@@ -420,6 +413,7 @@ unsigned int convertBeginning(const Conversion& c) {
   if (plan == nullptr || !isFor(*plan, c.converter)) return 0;
   const unsigned int sizeBefore = c.out.getSize();
   const std::size_t done = convertBlocks(c, *plan);
+  // A byte order mark at the beginning of what is left would be read as one, and not as text.
   if (done != c.length && beginsWithMark(*source, c.data + done, c.length - done)) {
     c.out.truncate(sizeBefore);
     return 0;

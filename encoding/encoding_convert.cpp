@@ -214,12 +214,6 @@ bool dispatch(Conversion c) {
   return convertResolved(c);
 }
 
-bool beginsWithMark(int from, const unsigned char* data, unsigned int length) {
-  const std::string_view text(reinterpret_cast<const char*>(data), length);
-  return std::ranges::any_of(marksOf(*findEncodingRow(from)),
-                             [&](const Mark& mark) { return text.starts_with(mark.bytes); });
-}
-
 // Whether a text may be converted as one. Without the four-byte forms of pairs UTF-8 is written by
 // the reference converters.
 inline bool mayBeShort(const EncodingConvert& converter, unsigned int length, const LogBase& log) {
@@ -253,7 +247,8 @@ bool EncodingConvert::EncConvert(int fromCodePage, int toCodePage, const unsigne
   const Conversion c{*this, fromCodePage, toCodePage, data, length, out, log};
   // Where nothing stands between the caller and the two steps of a plan: no byte order mark to
   // strip, no pre-pass and no copy.
-  if (fast::isPlainPair(fromCodePage, toCodePage) && !beginsWithMark(fromCodePage, data, length)) {
+  if (fast::isPlainPair(fromCodePage, toCodePage) &&
+      !beginsWithMark(*findEncodingRow(fromCodePage), data, length)) {
     const std::int32_t from = m_fromCodePage;
     const std::int32_t to = m_toCodePage;
     m_fromCodePage = fromCodePage;

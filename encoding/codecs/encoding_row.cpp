@@ -69,3 +69,9 @@ std::string_view markOf(const EncodingRow& row) {
   }
   return {};
 }
+
+bool beginsWithMark(const EncodingRow& row, const unsigned char* text, std::size_t length) {
+  const std::string_view bytes(reinterpret_cast<const char*>(text), length);
+  return std::ranges::any_of(marksOf(row),
+                             [&](const Mark& mark) { return bytes.starts_with(mark.bytes); });
+}

@@ -3,6 +3,7 @@
 #ifndef ENCODING_CODECS_ENCODING_ROW_H_
 #define ENCODING_CODECS_ENCODING_ROW_H_
 
+#include <cstddef>
 #include <cstdint>
 #include <span>
 #include <string_view>
@@ -85,5 +86,6 @@ struct Mark {
 // All marks that a text may begin with, and the one that is written; empty for encodings without.
 std::span<const Mark> marksOf(const EncodingRow& row);
 std::string_view markOf(const EncodingRow& row);
+bool beginsWithMark(const EncodingRow& row, const unsigned char* text, std::size_t length);
 
 #endif  // ENCODING_CODECS_ENCODING_ROW_H_

@@ -228,8 +228,7 @@ bool StreamConverter::Core::decideUtf8(const unsigned char* at, std::size_t left
       if (!m_out->append(at, whole.length)) fail();
       return true;
     }
-    const std::uint32_t value = whole.value - 0x10000;
-    const std::uint32_t high = 0xD800 + (value >> 10), low = 0xDC00 + (value & 0x3FF);
+    const std::uint32_t high = highSurrogateOf(whole.value), low = lowSurrogateOf(whole.value);
     const unsigned char units[4] = {
         static_cast<unsigned char>(high), static_cast<unsigned char>(high >> 8),
         static_cast<unsigned char>(low), static_cast<unsigned char>(low >> 8)};
