@@ -1,5 +1,7 @@
 #include "encoding/pump.h"
 
+#include <algorithm>
+
 #include "support/utf.h"
 
 namespace fast {
@@ -38,14 +40,14 @@ std::size_t sourceBytes(const Plan& plan, unsigned int unit, const unsigned char
 
 }  // namespace
 
+// The first piece of a long text tells how much the rest will take.
 std::uint64_t Pump::expected() const {
+  constexpr std::uint64_t kFirst = 16 * 1024;
   const std::uint64_t waiting = bytesBetween(m_unit, m_unitEnd);
   const std::uint64_t left = m_isPivot ? waiting : bytesBetween(m_in, m_end) + waiting / 2;
   const std::uint64_t done = bytesBetween(m_begin, m_isPivot ? m_unit : m_in);
   if (done > 1024 && m_written != 0) return left * m_written / done + left / 16 + 256;
-  if (m_plan->encoding.form == EncodingForm::kUtf32) return left * 4;
-  if (m_plan->encoding.form == EncodingForm::kUtf16) return left * 2;
-  return m_plan->decoding.form == EncodingForm::kUtf16 ? left / 2 + left / 4 : left + left / 8;
+  return std::min(left + left / 8, kFirst);
 }
 
 inline bool Pump::makeRoom(Output& out) {

@@ -3,6 +3,7 @@
 #define INTERFACE_OUTPUTS_H_
 
 #include <algorithm>
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <new>
@@ -10,43 +11,57 @@
 
 #include "encoding/output.h"
 
-// Appends to a string of bytes or of UTF-16 units, by way of a chunk that stays in the cache: a
-// string has no room to write to that it would not fill with zeros first.
+// Appends to a string of bytes or of UTF-16 units. Text is written behind the end of the string, in
+// the room that it has, and then becomes a part of it: so it is neither copied nor filled with
+// zeros first.
 template <typename Text>
 class TextOutput final : public Output {
  public:
-  explicit TextOutput(Text& text) : m_text(text) {
-    next = m_chunk;
-    end = m_chunk + sizeof m_chunk;
+  explicit TextOutput(Text& text) : m_text(text) { useRoom(text.size() * sizeof(Unit)); }
+
+  // Makes what was written a part of the string; half a unit at the end stays behind it.
+  bool flush() {
+    setSize(written() / sizeof(Unit));
+    return true;
   }
 
-  // Hands over what was written; false when memory is short.
-  bool flush(std::uint64_t expected = 0) {
-    constexpr std::size_t kUnit = sizeof(typename Text::value_type);
-    const std::size_t bytes = static_cast<std::size_t>(next - m_chunk) / kUnit * kUnit;
-    const std::size_t count = bytes / kUnit;
+ private:
+  using Unit = typename Text::value_type;
+
+  unsigned char* begin() { return reinterpret_cast<unsigned char*>(m_text.data()); }
+  std::size_t written() { return static_cast<std::size_t>(next - begin()); }
+  void useRoom(std::size_t bytes) {
+    next = begin() + bytes;
+    end = begin() + m_text.capacity() * sizeof(Unit);
+  }
+  void setSize(std::size_t size) {
+    m_text.resize_and_overwrite(size, [size](Unit*, std::size_t) { return size; });
+  }
+
+  bool grow(std::size_t count, std::uint64_t expected) override {
+    const std::size_t bytes = written();
+    const unsigned char half = bytes % sizeof(Unit) != 0 ? next[-1] : 0;
+    flush();
+    const std::size_t least = m_text.size() + count / sizeof(Unit) + 2;
+    const std::uint64_t wanted = std::max<std::uint64_t>(m_text.size() + expected / sizeof(Unit),
+                                                         m_text.size() + m_text.size() / 2);
+    if (!reserve(std::max<std::uint64_t>(wanted, least)) && !reserve(least)) return false;
+    useRoom(bytes);
+    if (bytes % sizeof(Unit) != 0) next[-1] = half;
+    return true;
+  }
+  bool reserve(std::uint64_t capacity) {
     try {
-      if (m_text.capacity() - m_text.size() < count) {
-        const std::size_t more =
-            std::max<std::uint64_t>(count + expected / kUnit, m_text.size() / 2);
-        m_text.reserve(m_text.size() + more);
-      }
-      m_text.append(reinterpret_cast<const typename Text::value_type*>(m_chunk), count);
+      m_text.reserve(static_cast<std::size_t>(std::min<std::uint64_t>(capacity, SIZE_MAX)));
     } catch (const std::bad_alloc&) {
       return false;
     } catch (const std::length_error&) {
       return false;
     }
-    std::memmove(m_chunk, m_chunk + bytes, static_cast<std::size_t>(next - m_chunk) - bytes);
-    next -= bytes;
     return true;
   }
 
- private:
-  bool grow(std::size_t /*count*/, std::uint64_t expected) override { return flush(expected); }
-
   Text& m_text;
-  alignas(16) unsigned char m_chunk[16 * 1024];
 };
 
 // Fills a place of a fixed size. The kernels ask for more room than they use, so the last bytes go
