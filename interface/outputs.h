@@ -10,6 +10,7 @@
 #include <stdexcept>
 
 #include "encoding/output.h"
+#include "support/huge_pages.h"
 
 // Appends to a string of bytes or of UTF-16 units. Text is written behind the end of the string, in
 // the room that it has, and then becomes a part of it: so it is neither copied nor filled with
@@ -47,6 +48,7 @@ class TextOutput final : public Output {
                                                          m_text.size() + m_text.size() / 2);
     if (!reserve(std::max<std::uint64_t>(wanted, least)) && !reserve(least)) return false;
     useRoom(bytes);
+    preferHugePages(next, room());
     if (bytes % sizeof(Unit) != 0) next[-1] = half;
     return true;
   }
@@ -137,6 +139,7 @@ class BlockOutput final : public Output {
     m_block = static_cast<unsigned char*>(block);
     next = m_block + size;
     end = m_block + capacity;
+    preferHugePages(next, room());
     return true;
   }
 
