@@ -137,7 +137,7 @@ const unsigned char* Pump::sourceOf(const unsigned char* unit) {
       in += bytesBetween(walked, unit) / 2;
       break;
     case EncodingForm::kUtf8:
-      for (; walked != unit; walked += 2) in += utf8Bytes(loadUnit(walked));
+      in += m_plan->kernels->utf8Length(walked, unit);
       break;
     default:
       for (; walked != unit; walked += 2) in += sourceBytes(*m_plan, loadUnit(walked), in);

@@ -383,6 +383,25 @@ TEST_P(KernelsTest, CountsValues) {
   }
 }
 
+TEST_P(KernelsTest, MeasuresUtf8) {
+  constexpr unsigned int kLengths[][2] = {{0x7F, 1},   {0x80, 2},   {0x7FF, 2},  {0x800, 3},
+                                          {0xD7FF, 3}, {0xD800, 2}, {0xDFFF, 2}, {0xE000, 3},
+                                          {0xFFFF, 3}, {0, 1}};
+  for (unsigned int count = 0; count < 300; ++count) {
+    string text;
+    std::uint64_t wanted = 0;
+    for (unsigned int i = 0; i < count; ++i) {
+      const auto& [unit, length] = kLengths[below(std::size(kLengths))];
+      text += unitText(unit);
+      wanted += length;
+    }
+    if (count % 2 != 0) text += '\0';  // half a unit
+    atBothEnds(text, [&](const Byte* in, const Byte* inEnd) {
+      ASSERT_EQ(m_form->utf8Length(in, inEnd), wanted) << count;
+    });
+  }
+}
+
 INSTANTIATE_TEST_SUITE_P(Forms, KernelsTest, testing::Values("scalar", "sse4", "avx2"),
                          [](const auto& info) { return string(info.param); });
 

@@ -40,6 +40,7 @@ using TableKernel = KernelResult(const Table& table, const unsigned char* in,
 using Scan = const unsigned char*(const unsigned char* in, const unsigned char* inEnd);
 template <class Value>
 using Count = std::uint64_t(const unsigned char* in, const unsigned char* inEnd, Value value);
+using Measure = std::uint64_t(const unsigned char* in, const unsigned char* inEnd);
 
 // One form of all kernels. All forms give the same results, save for where they stop for lack of
 // output space.
@@ -77,6 +78,9 @@ struct Kernels {
   Count<std::uint8_t>* countByte;
   Count<std::uint16_t>* countUnit;
   Count<std::uint32_t>* countScalar;
+
+  // How many bytes UTF-16 has as UTF-8, each surrogate standing for half of a pair.
+  Measure* utf8Length;
 };
 
 // The forms of this build. The scalar one is always there and is the reference of the others; null

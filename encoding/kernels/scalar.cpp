@@ -24,6 +24,7 @@ const Kernels& scalarKernels() {
       .countByte = countByteSteps,
       .countUnit = countUnitSteps,
       .countScalar = countScalarSteps,
+      .utf8Length = utf8LengthSteps,
   };
   return form;
 }

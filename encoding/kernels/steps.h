@@ -261,6 +261,15 @@ std::uint64_t countValues(const Byte* in, const Byte* inEnd, Value value) {
 
 inline std::uint8_t getByte(const Byte* p) { return *p; }
 
+inline std::uint64_t utf8LengthSteps(const Byte* in, const Byte* inEnd) {
+  std::uint64_t length = 0;
+  for (; inEnd - in >= 2; in += 2) {
+    const unsigned int unit = getUnit(in);
+    length += unit < 0x80 ? 1 : unit < 0x800 || isSurrogate(unit) ? 2 : 3;
+  }
+  return length;
+}
+
 constexpr auto countByteSteps = countValues<std::uint8_t, getByte>;
 constexpr auto countUnitSteps = countValues<std::uint16_t, getUnit>;
 constexpr auto countScalarSteps = countValues<std::uint32_t, getScalar>;

@@ -249,6 +249,21 @@ std::uint64_t count(const Byte* in, const Byte* inEnd, Value value) {
   return bits / sizeof(Value) + countRest(in, inEnd, value);
 }
 
+// Three bytes a unit, but for those that have less.
+template <class V>
+std::uint64_t utf8Length(const Byte* in, const Byte* inEnd) {
+  std::uint64_t length = 0;
+  for (; inEnd - in >= static_cast<std::ptrdiff_t>(V::kSize); in += V::kSize) {
+    const auto units = V::Units::load(in);
+    const auto isOne = isAtMost(units, 0x7F);
+    const auto isTwo = isAtMost(units, 0x7FF) | surrogates(units);
+    const unsigned int bits = countBits(topBits(as<typename V::Bytes>(isOne))) +
+                              countBits(topBits(as<typename V::Bytes>(isTwo)));
+    length += (3 * V::kSize - bits) / 2;
+  }
+  return length + utf8LengthSteps(in, inEnd);
+}
+
 }  // namespace
 }  // namespace fast
 

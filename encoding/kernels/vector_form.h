@@ -30,6 +30,7 @@ constexpr Kernels vectorForm(const char* name) {
       .countByte = count<V, std::uint8_t, countByteSteps>,
       .countUnit = count<V, std::uint16_t, countUnitSteps>,
       .countScalar = count<V, std::uint32_t, countScalarSteps>,
+      .utf8Length = utf8Length<V>,
   };
 }
 

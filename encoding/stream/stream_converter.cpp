@@ -109,6 +109,7 @@ StreamStatus StreamConverter::Core::open(int from) {
     if (back == nullptr) return StreamStatus::kNoMemory;
     m_segmentTable = back->decoding.table.doubleByte;
   }
+  noteReports();
   return m_treatment.prepare(m_settings, m_target ? &*m_target : nullptr);
 }
 

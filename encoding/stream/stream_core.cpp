@@ -237,7 +237,8 @@ bool StreamConverter::Core::decideUtf8(const unsigned char* at, std::size_t left
     if (!writeUnits(units, sizeof units, piece)) treatPiece(piece);
     return true;
   }
-  const Utf8Sequence first = decodeUtf8(at, left);
+  const bool mayBeSurrogate = at[0] == 0xED;
+  const Utf8Sequence first = mayBeSurrogate ? decodeUtf8(at, left) : whole;
   m_pump.skip(first.length);
   treatPiece({StreamErrorKind::kMalformed, at, first.length,
               first.valid ? static_cast<std::int32_t>(first.value) : -1});
@@ -277,7 +278,7 @@ bool StreamConverter::Core::decideUnmappable(bool last) {
     treatPiece({StreamErrorKind::kMalformed, unit, 1, -1});
     return true;
   }
-  if (m_settings.treatment == StreamTreatment::kDrop && !isReportWanted() && dropRun()) return true;
+  if (m_settings.treatment == StreamTreatment::kDrop && !m_isReportWanted && dropRun()) return true;
   const std::uint32_t value = unitAt(unit, false);
   Piece piece{StreamErrorKind::kNoPlace, nullptr, 2, static_cast<std::int32_t>(value)};
   std::size_t units = 2;
@@ -292,8 +293,8 @@ bool StreamConverter::Core::decideUnmappable(bool last) {
   } else if (writeSpecialUnit(unit)) {
     return true;
   }
-  const bool isRead = piece.kind == StreamErrorKind::kMalformed && m_treatment.readsPieces();
-  piece.at = isRead || isReportWanted() ? m_pump.sourceOf(unit) : nullptr;
+  const bool isRead = m_isReportWanted || m_treatment.readsPieces(piece.kind);
+  piece.at = isRead ? m_pump.sourceOf(unit) : nullptr;
   if (piece.at != nullptr) piece.length = m_pump.sourceLength(unit, units);
   m_pump.skipUnits(units);
   if (m_target) m_segmentUnit = m_pump.unit();
@@ -363,25 +364,35 @@ void StreamConverter::Core::fail() {
 
 // ---- Errors. ----
 
-// Whether anybody wants to know more of the next error than that there is one.
-bool StreamConverter::Core::isReportWanted() const {
-  return m_errorCount == 0 || m_settings.errorHandler != nullptr || m_isReordered || m_target ||
-         m_settings.treatment == StreamTreatment::kRaw;
+// Settles whether places are told: those of all errors, or of the first one.
+void StreamConverter::Core::noteReports() {
+  m_isReportWanted =
+      m_errorCount == 0 || m_settings.errorHandler != nullptr || m_isReordered || m_target;
 }
 
 void StreamConverter::Core::treatPiece(const Piece& piece) {
-  const bool isRead = piece.kind == StreamErrorKind::kMalformed && m_treatment.readsPieces();
-  if (!isRead && !isReportWanted()) {
-    StreamError error;
-    error.kind = piece.kind;
-    error.codePoint = piece.codePoint;
-    ++m_errorCount;
-    treat(error, nullptr, 0);
+  if (!m_isReportWanted) {
+    treatSilently(piece);
     return;
   }
   const StreamError error = errorAt(piece);
   report(error);
   treat(error, m_data + (error.offset - m_dataOffset), error.length);
+}
+
+// Nobody asks where the piece is.
+void StreamConverter::Core::treatSilently(const Piece& piece) {
+  ++m_errorCount;
+  if (m_settings.treatment == StreamTreatment::kDrop) return;
+  if (m_treatment.readsPieces(piece.kind)) {
+    const StreamError error = pieceOf(piece);
+    treat(error, m_data + (error.offset - m_dataOffset), error.length);
+    return;
+  }
+  StreamError error;
+  error.kind = piece.kind;
+  error.codePoint = piece.codePoint;
+  treat(error, nullptr, 0);
 }
 
 void StreamConverter::Core::treatMark(const ReplacedInput& mark) {
@@ -394,7 +405,8 @@ void StreamConverter::Core::treatMark(const ReplacedInput& mark) {
   treat(error, m_data + mark.offset, mark.length);
 }
 
-StreamError StreamConverter::Core::errorAt(const Piece& piece) {
+// All but the line.
+StreamError StreamConverter::Core::pieceOf(const Piece& piece) {
   SourcePlace place{static_cast<std::uint32_t>(piece.at - m_text),
                     static_cast<std::uint32_t>(piece.length)};
   if (m_stage != nullptr) place = m_stage->locate(place.offset, place.length);
@@ -403,8 +415,13 @@ StreamError StreamConverter::Core::errorAt(const Piece& piece) {
   error.codePoint = piece.codePoint;
   error.offset = m_dataOffset + place.offset;
   error.length = place.length;
-  error.line = lineOf(piece.at);
   fillBytes(error, place.offset);
+  return error;
+}
+
+StreamError StreamConverter::Core::errorAt(const Piece& piece) {
+  StreamError error = pieceOf(piece);
+  error.line = lineOf(piece.at);
   return error;
 }
 
@@ -425,6 +442,7 @@ std::uint64_t StreamConverter::Core::lineOf(const unsigned char* at) {
 
 void StreamConverter::Core::report(const StreamError& error) {
   if (m_errorCount++ == 0 || error.offset < m_firstError.offset) m_firstError = error;
+  if (m_errorCount == 1) noteReports();
   if (m_settings.errorHandler != nullptr) m_settings.errorHandler->onStreamError(error);
 }
 

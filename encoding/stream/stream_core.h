@@ -21,7 +21,10 @@ class StreamConverter::Core final : private CodecTarget::Client {
   // Converts the next bytes; last: nothing follows them.
   StreamStatus push(const unsigned char* data, std::size_t length, bool last, Output& out);
 
-  void setErrorHandler(StreamErrorHandler* handler) { m_settings.errorHandler = handler; }
+  void setErrorHandler(StreamErrorHandler* handler) {
+    m_settings.errorHandler = handler;
+    noteReports();
+  }
   std::uint64_t errorCount() const { return m_errorCount; }
   const StreamError& firstError() const { return m_firstError; }
   std::uint64_t sourceBytes() const { return m_sourceBytes; }
@@ -74,7 +77,9 @@ class StreamConverter::Core final : private CodecTarget::Client {
   StreamError errorAt(const Piece& piece);
   void fillBytes(StreamError& error, std::uint32_t offset) const;
   std::uint64_t lineOf(const unsigned char* at);
-  bool isReportWanted() const;
+  void noteReports();
+  StreamError pieceOf(const Piece& piece);
+  void treatSilently(const Piece& piece);
 
   StreamError placeAt(std::uint32_t byte) override;
   bool treatMisfit(const StreamError& error) override;
@@ -113,6 +118,8 @@ class StreamConverter::Core final : private CodecTarget::Client {
 
   std::uint64_t m_errorCount = 0;
   StreamError m_firstError;
+  bool m_isReportWanted =
+      true;  // somebody wants to know more of the next error than that it is one
   fast::Pump m_pump;
 };
 

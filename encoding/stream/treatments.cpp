@@ -29,6 +29,15 @@ void appendScalar(std::uint32_t scalar, Rows<std::uint16_t>& units) {
   units.add(static_cast<std::uint16_t>(lowSurrogateOf(scalar)));
 }
 
+// What a replacement is made of, as a number but 0: a character, or a few bytes; 0 for more.
+std::uint64_t keyOf(std::uint32_t character) { return std::uint64_t{1} << 56 | character; }
+std::uint64_t keyOf(const unsigned char* piece, std::uint32_t length) {
+  if (length > 4) return 0;
+  std::uint64_t key = length + 2;
+  for (std::uint32_t i = 0; i < length; ++i) key = key << 8 | piece[i];
+  return key;
+}
+
 int hostUtf16() { return zvIsBigEndian() ? 1201 : kUtf16Le; }
 
 }  // namespace
@@ -110,6 +119,7 @@ StreamStatus Treatment::prepare(const StreamSettings& settings, const CodecTarge
   m_hexWidth = -1;
   m_text.clear();
   m_bytes.clear();
+  if (m_known != nullptr) std::fill_n(m_known.get(), 1u << kKnownBits, Known{});
   StreamStatus status = StreamStatus::kGood;
   if (m_kind == StreamTreatment::kSubstitute) status = prepareSubstitute(settings);
   if (m_kind == StreamTreatment::kAlternate) status = prepareAlternate(settings.alternate);
@@ -159,14 +169,41 @@ Treatment::Replacement Treatment::replace(const StreamError& error, const unsign
       if (!m_isGiven) return defaultSubstitute();
       return {m_given.getData2(), m_given.getSize(), m_isRaw};
     case StreamTreatment::kHex:
-      return hexReference(error);
     case StreamTreatment::kAlternate:
-      return alternate(error, piece, length);
+      return rememberedOrMade(error, piece, length);
     case StreamTreatment::kRaw:
       return {piece, length, true};
     default:
       return {nullptr, 0, true};
   }
+}
+
+// A place for a replacement made of a key: with that key, or to be filled. Null for no key, and
+// where memory is short, which costs no more than time.
+Treatment::Known* Treatment::knownFor(std::uint64_t key) {
+  if (key == 0) return nullptr;
+  if (m_known == nullptr) m_known.reset(new (std::nothrow) Known[1u << kKnownBits]);
+  return m_known == nullptr ? nullptr : &m_known[key * 0x9E3779B97F4A7C15u >> (64 - kKnownBits)];
+}
+
+Treatment::Replacement Treatment::rememberedOrMade(const StreamError& error,
+                                                   const unsigned char* piece,
+                                                   std::uint32_t length) {
+  const bool isHex = m_kind == StreamTreatment::kHex;
+  const bool isOfCharacter =
+      error.codePoint >= 0 && (isHex || error.kind == StreamErrorKind::kNoPlace);
+  const std::uint64_t key =
+      isOfCharacter ? keyOf(static_cast<std::uint32_t>(error.codePoint)) : keyOf(piece, length);
+  Known* const known = knownFor(key);
+  if (known != nullptr && known->key == key) return {known->bytes, known->count, known->isRaw};
+  const Replacement made = isHex ? hexReference(error) : alternate(error, piece, length);
+  if (known != nullptr && made.count <= sizeof known->bytes && !hasFailed()) {
+    known->key = key;
+    known->count = static_cast<std::uint8_t>(made.count);
+    known->isRaw = made.isRaw;
+    std::copy_n(made.bytes, made.count, known->bytes);
+  }
+  return made;
 }
 
 const Treatment::Replacement& Treatment::defaultSubstitute() {

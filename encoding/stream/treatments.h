@@ -32,10 +32,12 @@ class Treatment {
   // True once memory was short: a replacement may be another than it should be.
   bool hasFailed() const { return m_failed || m_text.hasFailed() || m_bytes.hasFailed(); }
 
-  // Whether a replacement is made of the bytes of a malformed piece, or of any piece.
-  bool readsPieces() const {
-    return m_kind == StreamTreatment::kRaw || m_kind == StreamTreatment::kAlternate ||
-           m_kind == StreamTreatment::kHex;
+  // Whether the replacement of such a piece is made of its bytes.
+  bool readsPieces(StreamErrorKind kind) const {
+    const bool isMalformed = kind == StreamErrorKind::kMalformed;
+    return m_kind == StreamTreatment::kRaw ||
+           (isMalformed &&
+            (m_kind == StreamTreatment::kAlternate || m_kind == StreamTreatment::kHex));
   }
 
   // What replaces a piece of length bytes of the source.
@@ -47,6 +49,8 @@ class Treatment {
   // The replacements of the kinds; a text that the target cannot hold gives way to the default.
   const Replacement& defaultSubstitute();
   Replacement textOrDefault(const std::uint16_t* units, std::uint32_t count);
+  Replacement rememberedOrMade(const StreamError& error, const unsigned char* piece,
+                               std::uint32_t length);
   bool prepareHex();
   Replacement hexReference(const StreamError& error);
   Replacement alternate(const StreamError& error, const unsigned char* piece, std::uint32_t length);
@@ -70,6 +74,18 @@ class Treatment {
   Rows<std::uint16_t> m_text;  // these two made for one replacement
   DataBuffer m_bytes;
   bool m_failed = false;
+
+  // A replacement that was made before, and what it was made of; the same few pieces come again
+  // and again.
+  struct Known {
+    std::uint64_t key = 0;  // 0: none
+    std::uint8_t count = 0;
+    bool isRaw = false;
+    unsigned char bytes[54];
+  };
+  static constexpr unsigned int kKnownBits = 6;
+  Known* knownFor(std::uint64_t key);
+  std::unique_ptr<Known[]> m_known;  // made when first needed
 };
 
 #endif  // ENCODING_STREAM_TREATMENTS_H_
