@@ -63,7 +63,7 @@ class CleanConversion {
 
   bool run() {
     m_c.setPivotFlags(false, false);
-    m_pump.start(m_plan, m_begin, m_end);
+    m_pump.start(m_plan, m_block, m_begin, m_end);
     const bool ok = runPump();
     if (hasTwoSteps()) m_c.setPivotFlags(false, false);
     return ok;
@@ -280,6 +280,7 @@ class CleanConversion {
   std::size_t m_stops = 0;  // of the pump
   bool m_result = true;
   Pump m_pump;
+  PumpBlock m_block;
 };
 
 // Whether the plan of a pair may be followed by this converter: the four-byte forms of pairs may be
@@ -371,7 +372,8 @@ void dropFront(DataBuffer& buffer, unsigned int count) {
 // Converts whole blocks, and returns how much of the source they were.
 std::size_t convertBlocks(const Conversion& c, const Plan& plan) {
   Pump pump;
-  pump.start(plan, c.data, c.data + c.length, true);
+  PumpBlock block;
+  pump.start(plan, block, c.data, c.data + c.length, true);
   unsigned int size = c.out.getSize();
   const unsigned char* reached = c.data;
   while (true) {

@@ -79,8 +79,8 @@ Pump::Stop Pump::run(Output& out) {
 }
 
 void Pump::decodeBlock() {
-  const unsigned char* const blockEnd = m_block + sizeof m_block;
-  const KernelResult r = decode(*m_plan, m_in, m_end, m_block, m_block + sizeof m_block);
+  unsigned char* const blockEnd = m_block + sizeof(PumpBlock::bytes);
+  const KernelResult r = decode(*m_plan, m_in, m_end, m_block, blockEnd);
   m_walkedIn = m_in;
   m_walkedUnit = m_unit = m_block;
   m_in = r.in;

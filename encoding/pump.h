@@ -11,8 +11,13 @@
 
 namespace fast {
 
-// One text, or one part of a text. The source must stay where it is. Text between the two steps
-// lies in a block that stays in the first-level cache.
+// Where text lies between the two steps; it stays in the first-level cache. What it holds does not
+// matter before and after a text.
+struct PumpBlock {
+  alignas(32) unsigned char bytes[8192 + kKernelSlack];
+};
+
+// One text, or one part of a text. The source and the block must stay where they are.
 class Pump {
  public:
   enum class Stop : unsigned char {
@@ -24,9 +29,10 @@ class Pump {
   };
 
   // Begins a text. tellsBlocks: run() returns for each block, while the units of it can be seen.
-  void start(const Plan& plan, const unsigned char* in, const unsigned char* inEnd,
-             bool tellsBlocks = false) {
+  void start(const Plan& plan, PumpBlock& block, const unsigned char* in,
+             const unsigned char* inEnd, bool tellsBlocks = false) {
     m_plan = &plan;
+    m_block = block.bytes;
     m_begin = m_in = m_walkedIn = in;
     m_end = inEnd;
     m_unit = m_unitEnd = m_walkedUnit = m_block;
@@ -67,8 +73,6 @@ class Pump {
   std::size_t sourceLength(const unsigned char* unit, std::size_t bytes) const;
 
  private:
-  static constexpr std::size_t kBlockBytes = 8192;
-
   bool makeRoom(Output& out);
   void decodeBlock();
   Stop runDirect(Output& out);
@@ -76,6 +80,7 @@ class Pump {
   std::uint64_t expected() const;
 
   const Plan* m_plan = nullptr;
+  unsigned char* m_block = nullptr;
   const unsigned char* m_begin = nullptr;
   const unsigned char* m_in = nullptr;
   const unsigned char* m_end = nullptr;
@@ -89,7 +94,6 @@ class Pump {
   bool m_isStopped = false;  // the decoder stopped behind the block at hand
   bool m_hasBlock = false;   // which was not told yet
   bool m_tellsBlocks = false;
-  alignas(32) unsigned char m_block[kBlockBytes + kKernelSlack];
 };
 
 }  // namespace fast

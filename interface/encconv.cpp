@@ -72,10 +72,12 @@ Problem problemOf(const StreamError& error) {
           std::string(reinterpret_cast<const char*>(error.bytes), error.byteCount)};
 }
 
-// Begins a stream. Two encodings that are not known are no pair of equal ones.
+// Begins a stream. Two encodings that are not known are no pair of equal ones, and none is no other
+// name of the other.
 StreamStatus begin(::StreamConverter& stream, const StreamSettings& settings) {
-  if (!isStreamCodePage(settings.from)) return StreamStatus::kNoDecoder;
-  if (!isStreamCodePage(settings.to)) return StreamStatus::kNoEncoder;
+  const bool isPair = settings.from != settings.to && settings.from != 0 && settings.to != 0;
+  if (!isPair && !isStreamCodePage(settings.from)) return StreamStatus::kNoDecoder;
+  if (!isPair && !isStreamCodePage(settings.to)) return StreamStatus::kNoEncoder;
   return stream.begin(settings);
 }
 

@@ -153,7 +153,7 @@ StreamStatus StreamConverter::Core::beginText(std::string_view head) {
 
 StreamStatus StreamConverter::Core::push(const unsigned char* data, std::size_t length, bool last,
                                          Output& out) {
-  if (!last && convertShort(data, length, out)) return m_status;
+  if (convertShort(data, length, out)) return m_status;
   m_out = &out;
   m_sourceBytes += length;
   if (!m_hasBegun) {

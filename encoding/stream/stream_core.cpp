@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <new>
 
 #include "encoding/special_units.h"
 #include "support/utf.h"
@@ -60,15 +61,24 @@ std::uint64_t countLineEnds(const fast::Plan& plan, const unsigned char* begin,
 bool StreamConverter::Core::convertShort(const unsigned char* data, std::size_t length,
                                          Output& out) {
   if (m_plan == nullptr || m_plan->whole == nullptr || length > fast::kShortBytes ||
-      m_waiting.getSize() != 0 || m_isPdf || out.room() < fast::kShortOutput) {
+      m_waiting.getSize() != 0 || m_isPdf) {
     return false;
   }
   const bool isPlain = m_hasBegun || (!m_settings.writeMark && !m_settings.pdfPassthrough &&
-                                      !m_plan->mayBeginWithMark(data, length));
-  unsigned char* const end =
-      isPlain ? m_plan->whole(*m_plan, data, length, out.next, out.end) : nullptr;
-  if (end == nullptr) return false;
-  out.next = end;
+                                      (length == 0 || !m_plan->mayBeginWithMark(data, length)));
+  if (!isPlain) return false;
+  if (length == 0) return m_hasBegun = true;
+  if (out.room() >= length * fast::kWorstFactor + fast::kKernelSlack) {
+    unsigned char* const end = m_plan->whole(*m_plan, data, length, out.next, out.end);
+    if (end == nullptr) return false;
+    out.next = end;
+  } else {
+    unsigned char text[fast::kShortOutput];
+    const unsigned char* const end = m_plan->whole(*m_plan, data, length, text, text + sizeof text);
+    if (end == nullptr) return false;
+    m_out = &out;
+    if (!out.append(text, bytesBetween(text, end))) fail();
+  }
   m_hasBegun = true;
   m_offset += length;
   m_sourceBytes += length;
@@ -151,7 +161,12 @@ void StreamConverter::Core::copySource(std::uint32_t begin, std::uint32_t end) {
 // Returns how far it came: to the end, but for a character that what follows decides.
 const unsigned char* StreamConverter::Core::convertText(const unsigned char* begin,
                                                         const unsigned char* end, bool last) {
-  m_pump.start(*m_plan, begin, end, m_target.has_value());
+  if (m_block == nullptr) m_block.reset(new (std::nothrow) fast::PumpBlock);
+  if (m_block == nullptr) {
+    fail();
+    return begin;
+  }
+  m_pump.start(*m_plan, *m_block, begin, end, m_target.has_value());
   m_segmentUnit = nullptr;
   const unsigned char* reached = end;
   while (m_status == StreamStatus::kGood) {

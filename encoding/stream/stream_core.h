@@ -121,6 +121,7 @@ class StreamConverter::Core final : private CodecTarget::Client {
   bool m_isReportWanted =
       true;  // somebody wants to know more of the next error than that it is one
   fast::Pump m_pump;
+  std::unique_ptr<fast::PumpBlock> m_block;  // of the pump; made when first needed
 };
 
 #endif  // ENCODING_STREAM_STREAM_CORE_H_

@@ -85,7 +85,8 @@ bool Treatment::encodeText(const std::uint16_t* units, std::uint32_t count) {
     return false;
   }
   fast::Pump pump;
-  pump.start(*m_plan, text.getData2(), text.getData2() + text.getSize());
+  fast::PumpBlock block;
+  pump.start(*m_plan, block, text.getData2(), text.getData2() + text.getSize());
   {
     DataBufferOutput out(m_bytes);
     while (true) {
