@@ -32,6 +32,9 @@ class Output {
     return room() >= count || grow(count, std::max<std::uint64_t>(expected, count));
   }
 
+  // A hint that about so many bytes will follow.
+  virtual void expect(std::uint64_t /*count*/) {}
+
   // Any number of bytes; false, with a part of them written, when there is no room.
   bool append(const void* bytes, std::size_t count) {
     const auto* from = static_cast<const unsigned char*>(bytes);

@@ -20,6 +20,10 @@ class TextOutput final : public Output {
  public:
   explicit TextOutput(Text& text) : m_text(text) { useRoom(text.size() * sizeof(Unit)); }
 
+  void expect(std::uint64_t count) override {
+    if (room() < count) grow(0, count);
+  }
+
   // Makes what was written a part of the string; half a unit at the end stays behind it.
   bool flush() {
     setSize(written() / sizeof(Unit));
@@ -111,6 +115,10 @@ class SpanOutput final : public Output {
 class BlockOutput final : public Output {
  public:
   ~BlockOutput() { std::free(m_block); }
+
+  void expect(std::uint64_t count) override {
+    if (room() < count) grow(0, count);
+  }
 
   // Nothing waits to be written.
   bool flush() { return true; }

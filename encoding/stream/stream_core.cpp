@@ -100,17 +100,25 @@ std::size_t StreamConverter::Core::convert(const unsigned char* data, std::size_
     const std::size_t left = length - done;
     const std::size_t window = std::min(left, part);
     const bool isLast = last && window == left;
+    const unsigned char* const outBegin = m_out->next;
+    const unsigned char* const outEnd = m_out->end;
     m_data = data + done;
     m_dataOffset = m_offset + done;
+    std::size_t used = 0;
     if (m_stage != nullptr) {
-      done += convertStaged(static_cast<std::uint32_t>(window), isLast, waits);
-      continue;
+      used = convertStaged(static_cast<std::uint32_t>(window), isLast, waits);
+    } else {
+      m_text = m_counted = m_data;
+      m_isEnd = isLast;
+      used = bytesBetween(m_data, convertText(m_data, m_data + window, isLast));
+      waits = used < window && window == left;
     }
-    m_text = m_counted = m_data;
-    m_isEnd = isLast;
-    const std::size_t used = bytesBetween(m_data, convertText(m_data, m_data + window, isLast));
     done += used;
-    waits = used < window && window == left;
+    // The rest will take about as much as this part did.
+    if (used != 0 && m_out->end == outEnd) {
+      const std::uint64_t rest = length - done;
+      m_out->expect(rest * bytesBetween(outBegin, m_out->next) / used + rest / 16);
+    }
   }
   return done;
 }
