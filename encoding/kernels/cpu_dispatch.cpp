@@ -1,33 +1,37 @@
 #include "encoding/kernels/cpu_dispatch.h"
 
+#include <array>
 #include <atomic>
 #include <cstdlib>
 #include <cstring>
 
+#if defined(__x86_64__)
+#include "encoding/kernels/x86/forms.h"
+#else
+namespace fast {
+constexpr std::array<KernelForm, 0> kProcessorForms;
+}
+#endif
+
 namespace fast {
 namespace {
 
-// What each form asks of the processor beyond the base of its architecture.
-bool runsHere(const Kernels& form) {
-#if defined(__x86_64__)
-  if (&form == sse4Kernels()) {
-    return __builtin_cpu_supports("sse4.2") && __builtin_cpu_supports("popcnt");
+// The first form that runs here and has the name, or any; null when there is none.
+const Kernels* find(const char* name) {
+  const auto isMeant = [&](const Kernels& form) {
+    return name == nullptr || std::strcmp(name, form.name) == 0;
+  };
+  for (const KernelForm& form : kProcessorForms) {
+    if (form.runsHere() && isMeant(form.kernels())) return &form.kernels();
   }
-  if (&form == avx2Kernels()) {
-    return __builtin_cpu_supports("avx2") && __builtin_cpu_supports("bmi") &&
-           __builtin_cpu_supports("bmi2") && __builtin_cpu_supports("popcnt");
-  }
-#endif
-  return &form == &scalarKernels();
+  return isMeant(scalarKernels()) ? &scalarKernels() : nullptr;
 }
 
 const Kernels* choose() {
   // Read once, before any conversion; nothing in the library sets variables.
   const char* wanted = std::getenv("ENCCONV_KERNELS");  // NOLINT(concurrency-mt-unsafe)
-  const Kernels* form = wanted != nullptr ? findKernels(wanted) : nullptr;
-  if (form == nullptr) form = findKernels("avx2");
-  if (form == nullptr) form = findKernels("sse4");
-  return form != nullptr ? form : &scalarKernels();
+  const Kernels* const form = wanted != nullptr ? find(wanted) : nullptr;
+  return form != nullptr ? form : find(nullptr);
 }
 
 std::atomic<const Kernels*>& current() {
@@ -41,15 +45,17 @@ std::atomic<void (*)()> g_whenChanged{nullptr};
 
 const Kernels& kernels() { return *current().load(std::memory_order_relaxed); }
 
-const Kernels* findKernels(const char* name) {
-  for (const Kernels* form : {&scalarKernels(), sse4Kernels(), avx2Kernels()}) {
-    if (form != nullptr && std::strcmp(name, form->name) == 0 && runsHere(*form)) return form;
+std::vector<const Kernels*> runnableKernels() {
+  std::vector<const Kernels*> forms;
+  for (const KernelForm& form : kProcessorForms) {
+    if (form.runsHere()) forms.push_back(&form.kernels());
   }
-  return nullptr;
+  forms.push_back(&scalarKernels());
+  return forms;
 }
 
 bool setKernelsForTesting(const char* name) {
-  const Kernels* form = name != nullptr ? findKernels(name) : choose();
+  const Kernels* const form = name != nullptr ? find(name) : choose();
   if (form == nullptr) return false;
   current().store(form, std::memory_order_relaxed);
   if (void (*const call)() = g_whenChanged.load()) call();

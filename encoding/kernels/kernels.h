@@ -83,11 +83,8 @@ struct Kernels {
   Measure* utf8Length;
 };
 
-// The forms of this build. The scalar one is always there and is the reference of the others; null
-// where the build is not for x86-64.
+// The form that is there for every processor, and is the reference of the others.
 const Kernels& scalarKernels();
-const Kernels* sse4Kernels();
-const Kernels* avx2Kernels();
 
 }  // namespace fast
 
