@@ -36,7 +36,7 @@ class ShiftedObserver : public ConversionObserver {
   void onUnconvertible(const UnconvertibleInput& piece) override {
     UnconvertibleInput shifted = piece;
     shifted.offset +=
-        static_cast<unsigned int>(piece.leg == ConversionLeg::kDecode ? m_decoded : m_encoded);
+        static_cast<unsigned int>(piece.step == ConversionStep::kDecode ? m_decoded : m_encoded);
     m_target.onUnconvertible(shifted);
   }
 
@@ -124,14 +124,14 @@ class CleanConversion {
 
   // ---- The reference converters, on a part of the text. ----
 
-  bool decodePlainly(const unsigned char* data, std::size_t length, DataBuffer& to) {
+  bool decodeByReference(const unsigned char* data, std::size_t length, DataBuffer& to) {
     const auto count = static_cast<unsigned int>(length);
     return m_plan.decoding.form == EncodingForm::kUtf8
                ? m_converter.cv_utf8_to_utf16(data, count, to, m_c.log)
                : m_converter.convertToUnicodeHC(m_c.from, data, count, to, m_c.log);
   }
 
-  bool encodePlainly(const unsigned char* data, std::size_t length) {
+  bool encodeByReference(const unsigned char* data, std::size_t length) {
     const auto count = static_cast<unsigned int>(length);
     return isToUtf8() ? m_converter.cv_utf16_to_utf8(data, count, out(), m_c.log)
                       : m_converter.convertFromUnicodeHC(m_c.to, data, count, out(), m_c.log);
@@ -145,12 +145,12 @@ class CleanConversion {
     if (m_isEncoding) {
       const auto offset = bytesBetween(m_begin, unit);
       return observed(offset, offset,
-                      [&] { return encodePlainly(unit, bytesBetween(unit, m_end)); }) &&
+                      [&] { return encodeByReference(unit, bytesBetween(unit, m_end)); }) &&
              m_result;
     }
     if (m_isDecoding) {
       return observed(decoded, decoded,
-                      [&] { return decodePlainly(in, bytesBetween(in, m_end), out()); }) &&
+                      [&] { return decodeByReference(in, bytesBetween(in, m_end), out()); }) &&
              m_result;
     }
     const std::size_t pivot = m_pump.pivotOffset();
@@ -158,10 +158,10 @@ class CleanConversion {
     units.append(unit, static_cast<unsigned int>(bytesBetween(unit, m_pump.unitEnd())));
     m_c.setPivotFlags(true, false);
     return observed(decoded, pivot, [&] {
-      if (!decodePlainly(in, bytesBetween(in, m_end), units) || units.hasFailed()) return false;
+      if (!decodeByReference(in, bytesBetween(in, m_end), units) || units.hasFailed()) return false;
       m_c.setPivotFlags(false, true);
       if (pivot != 0 && units.getSize() == 1) return finishOddLength() && m_result;
-      return encodePlainly(units.getData2(), units.getSize()) && m_result;
+      return encodeByReference(units.getData2(), units.getSize()) && m_result;
     });
   }
 
@@ -200,7 +200,7 @@ class CleanConversion {
       return true;
     }
     const unsigned int sizeBefore = out().getSize();
-    if (!encodePlainly(m_piece.getData2(), size)) m_result = false;
+    if (!encodeByReference(m_piece.getData2(), size)) m_result = false;
     m_knownPiece.clear();
     m_encodedPiece.clear();
     m_encodedPiece.append(out().getData2() + sizeBefore, out().getSize() - sizeBefore);
@@ -238,7 +238,7 @@ class CleanConversion {
     if (isToUtf8() && (unit[1] & 0xF8) == 0xD8) {
       for (std::size_t i = 0; i < count; i += 2) appendThreeByteForm(unit + i);
     } else if (isToUtf8() || isEscapeUnit(unit)) {
-      if (!encodePlainly(unit, count)) m_result = false;
+      if (!encodeByReference(unit, count)) m_result = false;
     } else {
       m_result = false;
       m_converter.m_foundErrors = true;

@@ -3,13 +3,13 @@
 #define ENCODING_CONVERSION_OBSERVER_H_
 
 // The step of a conversion that met the piece.
-enum class ConversionLeg : unsigned char {
+enum class ConversionStep : unsigned char {
   kDecode,  // source bytes to UTF-16: offsets count bytes of the source, behind a byte order mark
   kEncode,  // UTF-16 to target bytes: offsets count bytes of the UTF-16 that the step was given
 };
 
 struct UnconvertibleInput {
-  ConversionLeg leg;
+  ConversionStep step;
   unsigned int offset;         // bytes, from the first byte that the step was given
   unsigned int length;         // bytes
   const unsigned char* bytes;  // the piece itself; valid during the call only

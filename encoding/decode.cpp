@@ -59,7 +59,7 @@ bool EncodingConvert::convertToUnicodeByLookup(UnicodeLookup& lookup, const unsi
     }
     if (m_errorAction != 0) staged.flush();
     handleUndecodable(p, true, out, log);
-    reportUnconvertible(ConversionLeg::kDecode, data, p, 1);
+    reportUnconvertible(ConversionStep::kDecode, data, p, 1);
   }
   return true;
 }
@@ -104,7 +104,7 @@ bool EncodingConvert::convertToUnicodeHCVar(HashConvert* table, const unsigned c
       perfect = false;
       if (m_errorAction != 0) staged.flush();
       const unsigned int used = handleUndecodable(p, isLast, out, log);
-      reportUnconvertible(ConversionLeg::kDecode, data, p, used);
+      reportUnconvertible(ConversionStep::kDecode, data, p, used);
       i += used;
     }
   }

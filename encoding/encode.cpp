@@ -110,7 +110,7 @@ bool EncodingConvert::convertFromUnicodeHC2(HashConvert* table, const unsigned c
         staged.flush();
         handleUnmappableUnit(p, out, log);
       }
-      reportUnconvertible(ConversionLeg::kEncode, data, p, 2);
+      reportUnconvertible(ConversionStep::kEncode, data, p, 2);
     }
   }
   return result;

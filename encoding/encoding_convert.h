@@ -147,10 +147,10 @@ class EncodingConvert {
   void handleUnmappableUnit(const unsigned char* unit, DataBuffer& out, LogBase& log);
   void reencodeUnit(const unsigned char* unit, DataBuffer& target, LogBase& log);
   // Tells the observer, if there is one, of length bytes at piece in a step's input at begin.
-  void reportUnconvertible(ConversionLeg leg, const unsigned char* begin,
+  void reportUnconvertible(ConversionStep step, const unsigned char* begin,
                            const unsigned char* piece, unsigned int length) {
     if (m_observer == nullptr) return;
-    m_observer->onUnconvertible({leg, static_cast<unsigned int>(piece - begin), length, piece});
+    m_observer->onUnconvertible({step, static_cast<unsigned int>(piece - begin), length, piece});
   }
   // Two upper-case hexadecimal digits for each byte.
   static void appendHexData(const unsigned char* bytes, int count, DataBuffer& out);

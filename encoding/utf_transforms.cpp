@@ -101,7 +101,7 @@ bool EncodingConvert::cv_utf8_to_utf16(const unsigned char* data, unsigned int l
           const int leftAsInt = static_cast<int>(std::min<unsigned int>(left, INT_MAX));
           used = handleErrorFromUtf8(p, leftAsInt, out, log);
         }
-        reportUnconvertible(ConversionLeg::kDecode, data, p, used);
+        reportUnconvertible(ConversionStep::kDecode, data, p, used);
       }
       p += used;
       left -= used;

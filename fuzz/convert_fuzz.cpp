@@ -22,7 +22,7 @@ class Recorder : public ConversionObserver {
   void onUnconvertible(const UnconvertibleInput& piece) override {
     check(piece.length != 0 && piece.bytes != nullptr, "a reported piece is not empty");
     const std::uint64_t place =
-        (std::uint64_t{piece.offset} << 1) | (piece.leg == ConversionLeg::kEncode ? 1u : 0u);
+        (std::uint64_t{piece.offset} << 1) | (piece.step == ConversionStep::kEncode ? 1u : 0u);
     reports = reports * 31 + place * 7 + piece.length + (m_keepsOrder ? 1 : 0);
   }
   std::uint64_t reports = 0;

@@ -49,20 +49,20 @@ convert("65001-65005", 65001, 65005, 2, 0, 1, b"",
         b"\xed\xa0\xbd\xed\xb8\x80\xed\xa0\x80\xc0\x80\xf0\x9f")
 
 
-def leg(name, number, codepage, source, to, action, flags, substitute, text):
+def step(name, number, codepage, source, to, action, flags, substitute, text):
     settings = [number, page(codepage), page(source), page(to), action, flags, len(substitute)]
-    write("legs", name, bytes(settings) + substitute + text)
+    write("pivot_steps", name, bytes(settings) + substitute + text)
 
 
-leg("decode-932", 0, 932, 932, 65001, 7, 1, b"", "日本語".encode("cp932") + b"\xfe")
-leg("decode-1253", 0, 1253, 1253, 1200, 8, 1, b"", b"\xd2\xff\xaa text")
-leg("encode-949", 1, 949, 65001, 949, 1, 2, b"??", MIXED.encode("utf-16-le") + b"\xfd\xef\x02ab")
-leg("encode-1258", 1, 1258, 65001, 1258, 2, 2, b"", "Tiếng ễ 日".encode("utf-16-le"))
-leg("utf8-utf16", 2, 0, 65001, 1252, 1, 5, b"?", MIXED.encode() + b"\xe6\x97")
-leg("utf16-utf8", 3, 0, 932, 65001, 7, 6, b"",
+step("decode-932", 0, 932, 932, 65001, 7, 1, b"", "日本語".encode("cp932") + b"\xfe")
+step("decode-1253", 0, 1253, 1253, 1200, 8, 1, b"", b"\xd2\xff\xaa text")
+step("encode-949", 1, 949, 65001, 949, 1, 2, b"??", MIXED.encode("utf-16-le") + b"\xfd\xef\x02ab")
+step("encode-1258", 1, 1258, 65001, 1258, 2, 2, b"", "Tiếng ễ 日".encode("utf-16-le"))
+step("utf8-utf16", 2, 0, 65001, 1252, 1, 5, b"?", MIXED.encode() + b"\xe6\x97")
+step("utf16-utf8", 3, 0, 932, 65001, 7, 6, b"",
     MIXED.encode("utf-16-le") + b"\x00\xd8A\x00\xfd\xef\x02ab")
-leg("handlers", 4, 0, 932, 65001, 2, 1, b"x", b"\xe6\x97\x41")
-leg("unknown", 5, 0, 936, 65001, 6, 0, b"", b"\x81\x30")
+step("handlers", 4, 0, 932, 65001, 2, 1, b"x", b"\xe6\x97\x41")
+step("unknown", 5, 0, 936, 65001, 6, 0, b"", b"\x81\x30")
 
 
 def table(name, form, backwards, buckets, base, data):

@@ -36,7 +36,7 @@ LIKELY = {
     "encoding/kernels/": ["kernels_test", "fast_path_test"],
     "encoding/stream/": ["stream_test", "stream_property_test"],
     "encoding/tables/": ["tables_test", "registry_test"],
-    "encoding/": ["fast_path_test", "front_end_test", "legs_test", "unicode_test", "property_test"],
+    "encoding/": ["fast_path_test", "front_end_test", "pivot_steps_test", "unicode_test", "property_test"],
 }
 DOCUMENTED = "documented_commands_test"
 APPS_TESTS = ("tool_test", "names_test", DOCUMENTED)  # the others are built without apps/

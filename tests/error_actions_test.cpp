@@ -239,7 +239,7 @@ TEST(ErrorActionsTest, FoundErrorsIsClearedByTheNextConversion) {
 class Recorder : public ConversionObserver {
  public:
   void onUnconvertible(const UnconvertibleInput& piece) override {
-    seen += piece.leg == ConversionLeg::kDecode ? 'd' : 'e';
+    seen += piece.step == ConversionStep::kDecode ? 'd' : 'e';
     seen += std::to_string(piece.offset);
     seen += '+';
     seen += std::to_string(piece.length);

@@ -16,7 +16,7 @@ class Recorder : public ConversionObserver {
  public:
   void onUnconvertible(const UnconvertibleInput& piece) override {
     reports.push_back((std::uint64_t{piece.offset} << 8) + piece.length * 2u +
-                      (piece.leg == ConversionLeg::kEncode ? 1u : 0u));
+                      (piece.step == ConversionStep::kEncode ? 1u : 0u));
   }
   std::vector<std::uint64_t> reports;
 };
