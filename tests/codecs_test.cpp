@@ -455,6 +455,7 @@ const std::string kRuns = "++++---AAOknQZeVLIqe09/ az\n\x80";
 const std::string kUnits = "\0\0\0\0\0\0az +-/~\n\xE9\xD8\xDC\xD8\xDC\x20\xAC"s;
 const Direction kDirections[] = {
     {kJpRead, 932, 2, kShifts},
+    {kIso2022JpCodec.readStrictly, 932, 2, kShifts + "AOZ+"},
     {kJpWrite, 0, 5, kShifts},
     {kKrRead, 949, 2, kShifts},
     {kKrWrite, 0, 4, kShifts},
@@ -462,6 +463,8 @@ const Direction kDirections[] = {
     {kHzWrite, 0, 4, kShifts},
     {kUtf7Read, -1, 2, kRuns},
     {kUtf7Write, 0, 3, kUnits},
+    {codecOf(200954).read, -1, 2, "\x8E\x8F\x8F\xA1\xA4\xB0\xDF\xFE\xFF\x80z\n"},
+    {codecOf(200954).write, -1, 2, kUnits},
     {kGsmRead, 1200, 2, "\x1B\x1B\x65(aA \x80"},
     {kGsmWrite, 0, 1, kUnits},
     {kGsmUtf8Codec.read, 65001, 3, "\x1B\x1B\x65(aA \x80"},
