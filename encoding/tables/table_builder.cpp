@@ -76,13 +76,13 @@ void buildFromDiffs(const unsigned char* records, HashConvert& map, LogBase& log
 
 void buildBestFit(const char* tableText, HashConvert& map, LogBase& log) {
   DataBuffer image;
-  unpackImage(tableText, image);
+  unpackTableImage(tableText, image);
   if (image.hasFailed()) map.latchFailure();
   if (image.getSize() == 0 || image.getData2()[1] != 'f') return;
   unsigned int unit = 0, replacement = 0;
-  for (const unsigned char* p = image.getData2() + 2; loadU16(p) != 0; p += 4) {
-    unit += loadU16(p);
-    replacement += loadU16(p + 2);
+  for (const unsigned char* p = image.getData2() + 2; loadImageU16(p) != 0; p += 4) {
+    unit += loadImageU16(p);
+    replacement += loadImageU16(p + 2);
     const unsigned char key[2] = {static_cast<unsigned char>(unit),
                                   static_cast<unsigned char>(unit >> 8)};
     const unsigned char value[2] = {static_cast<unsigned char>(replacement),
