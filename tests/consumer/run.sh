@@ -44,7 +44,7 @@ for kind in shared static; do
   ${CXX:-c++} -std=c++17 "$here/consumer.cpp" -o "$work/cpp_$kind" \
     $(pkg-config $static --cflags --libs encconv)
   # shellcheck disable=SC2046
-  ${CC:-cc} -std=c99 "$here/consumer.c" -o "$work/c_$kind" \
+  ${CC:-cc} -std=c89 -pedantic-errors "$here/consumer.c" -o "$work/c_$kind" \
     $(pkg-config $static --cflags --libs encconv)
   LD_LIBRARY_PATH=$lib "$work/cpp_$kind"
   LD_LIBRARY_PATH=$lib "$work/c_$kind"
