@@ -15,6 +15,14 @@ lib=$(dirname "$(find "$prefix" -name libencconv.a)")
 
 say() { echo "== $*"; }
 
+say "names that the static library shows"
+if nm -C --defined-only --extern-only "$lib/libencconv.a" | grep -E '^[0-9a-f]+ ' |
+  grep -v -E ' (encconv::|encconv_|(vtable|typeinfo|typeinfo name) for encconv::)' |
+  grep -v -E ' [VWu] .*std::'; then
+  echo "these are no names of the interface"
+  exit 1
+fi
+
 find_package() {
   kind=$1 languages=$2 tree=$work/find_$3
   say "find_package, $kind, $languages"
@@ -49,6 +57,12 @@ for kind in shared static; do
   LD_LIBRARY_PATH=$lib "$work/cpp_$kind"
   LD_LIBRARY_PATH=$lib "$work/c_$kind"
 done
+
+say "pkg-config, engine"
+# shellcheck disable=SC2046
+${CXX:-c++} -std=c++20 "$here/consumer_engine.cpp" -o "$work/engine" \
+  $(PKG_CONFIG_PATH=${lib}/pkgconfig pkg-config --cflags --libs encconv-engine)
+"$work/engine"
 
 for fetch in OFF ON; do
   say "add_subdirectory, FetchContent $fetch (configured only)"
