@@ -201,7 +201,7 @@ ConversionResult FileConversion::conclude(const InputFile& input, StreamStatus s
   const StreamError error = firstError();
   if (status == StreamStatus::kStopped) {
     m_console.report(input.label() + ": " + describeError(error, m_settings) + "; " +
-                     adviceFor(error));
+                     adviceFor(error, m_settings));
     return {kNotConverted, false};
   }
   if (!m_options.quiet) {

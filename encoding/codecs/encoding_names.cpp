@@ -46,12 +46,9 @@ struct NormalizedName {
   constexpr std::string_view view() const { return {chars.data(), length}; }
 };
 
-// Calls visit(name) for each name of a row, the preferred one first.
+// Calls visit(name) for each name of a list.
 template <typename Visit>
-constexpr void forEachName(const EncodingRow& row, Visit visit) {
-  if (row.name[0] == 0) return;
-  visit(std::string_view(row.name));
-  std::string_view rest = row.aliases;
+constexpr void forEachIn(std::string_view rest, Visit visit) {
   while (!rest.empty()) {
     const std::size_t end = std::min(rest.find(' '), rest.size());
     visit(rest.substr(0, end));
@@ -59,8 +56,13 @@ constexpr void forEachName(const EncodingRow& row, Visit visit) {
   }
 }
 
-constexpr bool isNamed(const EncodingRow& row) { return row.name[0] != 0; }
-constexpr std::size_t kNamedCount = std::ranges::count_if(kEncodings, isNamed);
+// Calls visit(name) for each name of a row, the preferred one first.
+template <typename Visit>
+constexpr void forEachName(const EncodingRow& row, Visit visit) {
+  visit(std::string_view(row.name));
+  forEachIn(row.aliases, visit);
+}
+
 constexpr std::size_t kNameCount = [] {
   std::size_t count = 0;
   for (const EncodingRow& row : kEncodings) forEachName(row, [&](std::string_view) { ++count; });
@@ -86,20 +88,28 @@ constexpr NameList kNameList = [] {
   return list;
 }();
 
-constexpr std::array<CharsetNames, kNamedCount> kCharsets = [] {
-  std::array<CharsetNames, kNamedCount> charsets{};
+constexpr std::array<CharsetNames, kEncodings.size()> kCharsets = [] {
+  std::array<CharsetNames, kEncodings.size()> charsets{};
   std::size_t count = 0, name = 0;
   for (const EncodingRow& row : kEncodings) {
     const std::size_t first = name;
     forEachName(row, [&](std::string_view) { ++name; });
-    if (name == first) continue;
     charsets[count++] = {row.number,
                          row.name,
                          std::span(kNameList.names).subspan(first + 1, name - first - 1),
                          row.kind,
                          row.description,
-                         row.isDispatched,
-                         row.isDispatched};
+                         true,
+                         true};
+  }
+  return charsets;
+}();
+
+constexpr auto kEngineCharsets = [] {
+  std::array<CharsetNames, std::ranges::count_if(kEncodings, &EncodingRow::inEngine)> charsets{};
+  std::size_t count = 0;
+  for (std::size_t i = 0; i < kEncodings.size(); ++i) {
+    if (kEncodings[i].inEngine) charsets[count++] = kCharsets[i];
   }
   return charsets;
 }();
@@ -179,19 +189,56 @@ const EncodingRow* findNumberedName(std::string_view normalized) {
   if (normalized.size() > kMaxDigits || !std::ranges::all_of(normalized, isDigit)) return nullptr;
   int number = 0;
   for (const char c : normalized) number = number * 10 + (c - '0');
-  const EncodingRow* const row = findEncodingRow(number);
-  return row != nullptr && isNamed(*row) ? row : nullptr;
+  return findEncodingRow(number);
 }
+
+// The few names that mean something else to the engine, as they are compared.
+struct EngineName {
+  std::array<char, NormalizedName::kCapacity> chars{};
+  std::size_t length = 0;
+  std::uint8_t row = 0;
+
+  constexpr std::string_view view() const { return {chars.data(), length}; }
+};
+constexpr auto kEngineNames = [] {
+  constexpr std::size_t kCount = [] {
+    std::size_t count = 0;
+    for (const EncodingRow& row : kEncodings) {
+      forEachIn(row.engineNames, [&](std::string_view) { ++count; });
+    }
+    return count;
+  }();
+  std::array<EngineName, kCount> names{};
+  std::size_t count = 0;
+  for (std::size_t row = 0; row < kEncodings.size(); ++row) {
+    forEachIn(kEncodings[row].engineNames, [&](std::string_view name) {
+      const NormalizedName normalized(name);
+      for (const char c : normalized.view()) names[count].chars[names[count].length++] = c;
+      names[count++].row = static_cast<std::uint8_t>(row);
+    });
+  }
+  return names;
+}();
 
 }  // namespace
 
 std::span<const CharsetNames> encodingNames() { return kCharsets; }
+std::span<const CharsetNames> engineEncodingNames() { return kEngineCharsets; }
 
 const EncodingRow* findEncoding(std::string_view name) {
   const NormalizedName normalized(name);
   if (!normalized.fits || normalized.length == 0) return nullptr;
   const EncodingRow* const listed = findListedName(normalized.view());
   return listed != nullptr ? listed : findNumberedName(normalized.view());
+}
+
+const EncodingRow* findEngineEncoding(std::string_view name) {
+  const NormalizedName normalized(name);
+  for (const EngineName& known : kEngineNames) {
+    if (normalized.fits && normalized.view() == known.view()) return &kEncodings[known.row];
+  }
+  const EncodingRow* const row = findEncoding(name);
+  return row != nullptr && row->inEngine ? row : nullptr;
 }
 
 bool containsName(std::string_view text, std::string_view part) {

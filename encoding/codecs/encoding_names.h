@@ -25,11 +25,13 @@ struct CharsetNames {
 
 // Any thread may call these; nothing is allocated.
 
-// All encodings that have names, in ascending order of code page; those that only streams convert
-// stand last.
+// All encodings, in ascending order of code page; and those that EncConvert converts.
 std::span<const CharsetNames> encodingNames();
+std::span<const CharsetNames> engineEncodingNames();
 // The row of a name, or null when the name is not known.
 const EncodingRow* findEncoding(std::string_view name);
+// The same for the engine, to which some names have always meant something else.
+const EncodingRow* findEngineEncoding(std::string_view name);
 // Whether part occurs in text when both are compared as names are. A part without letters and
 // digits occurs nowhere.
 bool containsName(std::string_view text, std::string_view part);

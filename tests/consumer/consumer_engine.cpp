@@ -14,7 +14,7 @@ int main() {
   DataBuffer out;
   const unsigned char text[] = {0x80};
   bool ok = converter.EncConvert(1252, 65001, text, 1, out, log) && out.getSize() == 3 &&
-                  streamCodePage("hz") == kCodePageHz;
+            streamCodePage("hz") == kCodePageHz;
 #ifdef USES_BOTH
   ok = ok && encconv::to_utf8("\x80", 1252).text == "\xE2\x82\xAC";
 #endif
