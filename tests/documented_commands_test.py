@@ -18,7 +18,8 @@ DATA = PROJECT / "tests" / "data"
 
 # What the blocks hold besides commands of the tool, by how it begins.
 INSTALLS = ("scripts/", "cmake ", "sudo ", "(cd build/")  # needs a network, or other rights
-NOT_COMMANDS = ("#include ", "encconv::", "encconv: ", "(code page ")
+# The program that README.md builds, which tests/consumer/run.sh builds too; results and messages.
+NOT_COMMANDS = ("#include ", "int main() ", "c++ ", "encconv::", "encconv: ", "(code page ")
 
 
 def sample(name):

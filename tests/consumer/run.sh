@@ -64,6 +64,16 @@ ${CXX:-c++} -std=c++20 "$here/consumer_engine.cpp" -o "$work/engine" \
   $(PKG_CONFIG_PATH=${lib}/pkgconfig pkg-config --cflags --libs encconv-engine)
 "$work/engine"
 
+say "the program of README.md"
+readme=$here/../../README.md
+sed -n '/^    #include <encconv/,/^$/s/^    //p' "$readme" | sed '/^$/,$d' >"$work/hello.cpp"
+(
+  cd "$work"
+  PKG_CONFIG_PATH=$lib/pkgconfig LD_LIBRARY_PATH=$lib
+  export PKG_CONFIG_PATH LD_LIBRARY_PATH
+  [ "$(sh -c "$(sed -n 's/^    \(c++ .*hello\.cpp.*\)/\1/p' "$readme")")" = "café" ]
+)
+
 for fetch in OFF ON; do
   say "add_subdirectory, FetchContent $fetch (configured only)"
   cmake -G Ninja -S "$here/subproject" -B "$work/sub$fetch" -DFETCH=$fetch \
