@@ -135,13 +135,20 @@ Convert openStream(const Task& task) {
 
 // ---- The C interface. ----
 
+encconv_options cOptionsOf(const Task& task) {
+  encconv_options options = ENCCONV_OPTIONS_INIT;
+  options.on_error = task.treatment.c_str();
+  return options;
+}
+
 Convert openC(const Task& task) {
   return [task](std::string_view input, std::string* copy) {
     unsigned char* output = nullptr;
     std::size_t size = 0;
+    const encconv_options options = cOptionsOf(task);
     const encconv_status status =
-        encconv_convert(task.from.codePage, task.to.codePage, input.data(), input.size(),
-                        task.treatment.c_str(), &output, &size, nullptr);
+        encconv_convert(task.from.codePage, task.to.codePage, input.data(), input.size(), &options,
+                        &output, &size, nullptr);
     if (copy != nullptr) copy->append(reinterpret_cast<const char*>(output), size);
     encconv_free(output);
     return status == ENCCONV_OK;
@@ -154,9 +161,10 @@ Convert openCInto(const Task& task) {
   return [task, room = std::string(capacity, '\0')](std::string_view input,
                                                     std::string* copy) mutable {
     std::size_t size = 0;
+    const encconv_options options = cOptionsOf(task);
     const encconv_status status =
         encconv_convert_into(task.from.codePage, task.to.codePage, input.data(), input.size(),
-                             task.treatment.c_str(), room.data(), room.size(), &size, nullptr);
+                             &options, room.data(), room.size(), &size, nullptr);
     if (copy != nullptr) copy->append(room, 0, size);
     return status == ENCCONV_OK;
   };
@@ -164,9 +172,9 @@ Convert openCInto(const Task& task) {
 
 Convert openCStream(const Task& task) {
   return [task](std::string_view input, std::string* copy) {
+    const encconv_options options = cOptionsOf(task);
     const std::unique_ptr<encconv_stream, decltype(&encconv_close)> converter(
-        encconv_open(task.from.codePage, task.to.codePage, task.treatment.c_str(), nullptr),
-        encconv_close);
+        encconv_open(task.from.codePage, task.to.codePage, &options, nullptr), encconv_close);
     return stream(
         input,
         [&](std::string_view piece) {

@@ -4,14 +4,6 @@ include(CMakePackageConfigHelpers)
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/encconv)
 set(engine_dir ${CMAKE_INSTALL_INCLUDEDIR}/encconv/engine)
 
-# encconv::engine: the engine's own classes, whose headers name each other from their own root.
-add_library(encconv_engine INTERFACE)
-add_library(encconv::engine ALIAS encconv_engine)
-set_target_properties(encconv_engine PROPERTIES EXPORT_NAME engine)
-target_link_libraries(encconv_engine INTERFACE encconv)
-target_compile_features(encconv_engine INTERFACE cxx_std_20)
-target_include_directories(encconv_engine INTERFACE $<INSTALL_INTERFACE:${engine_dir}>)
-
 install(TARGETS encconv encconv_engine EXPORT encconvTargets
   ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development)
 if(TARGET encconv_shared)
@@ -56,12 +48,14 @@ install(FILES
   ${PROJECT_BINARY_DIR}/encconvConfigVersion.cmake
   DESTINATION ${package_dir} COMPONENT development)
 
-# The prefix of the pkg-config file is where it is found, so that the tree can be moved.
+# The prefix of the pkg-config files is where they are found, so that the tree can be moved.
 file(RELATIVE_PATH pc_prefix /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
 set(ENCCONV_PC_PREFIX "\${pcfiledir}/${pc_prefix}")
-configure_file(cmake/encconv.pc.in ${PROJECT_BINARY_DIR}/encconv.pc @ONLY)
-install(FILES ${PROJECT_BINARY_DIR}/encconv.pc
-  DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)
+foreach(name IN ITEMS encconv encconv-engine)
+  configure_file(cmake/${name}.pc.in ${PROJECT_BINARY_DIR}/${name}.pc @ONLY)
+  install(FILES ${PROJECT_BINARY_DIR}/${name}.pc
+    DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)
+endforeach()
 
 if(PROJECT_IS_TOP_LEVEL)
   include(cmake/Packages.cmake)

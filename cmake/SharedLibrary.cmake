@@ -1,5 +1,6 @@
 # The shared library: the same objects, of which only the interface shows.
-add_library(encconv_shared SHARED $<TARGET_OBJECTS:encconv>)
+add_library(encconv_shared SHARED
+  $<TARGET_OBJECTS:encconv_interface> $<TARGET_OBJECTS:encconv_engine>)
 add_library(encconv::shared ALIAS encconv_shared)
 set_target_properties(encconv_shared PROPERTIES
   OUTPUT_NAME encconv

@@ -405,7 +405,7 @@ unsigned int convertBeginning(const Conversion& c) {
   const EncodingRow* const source = findEncodingRow(c.from);
   const EncodingRow* const target = findEncodingRow(c.to);
   const auto isServed = [](const EncodingRow* row) {
-    return row != nullptr && (isUnicode(*row) || (hasTable(*row) && row->isDispatched));
+    return row != nullptr && row->inEngine && (isUnicode(*row) || hasTable(*row));
   };
   if (!isServed(source) || !isServed(target)) return 0;
   // A UTF-16 of odd length makes the whole conversion fail, with nothing written.

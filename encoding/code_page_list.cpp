@@ -18,10 +18,16 @@ std::string_view kindName(CharsetKind kind) {
   return "";
 }
 
+const CharsetNames* findCodePage(int codePage) {
+  const auto names = streamCodePages();
+  const auto found = std::ranges::lower_bound(names, codePage, {}, &CharsetNames::codePage);
+  return found != names.end() && found->codePage == codePage ? &*found : nullptr;
+}
+
 bool codePageMatches(const CharsetNames& page, std::string_view filter) {
   if (filter.empty()) return true;
   const bool isNumber = filter.find_first_not_of("0123456789") == std::string_view::npos;
-  const EncodingRow* const numbered = isNumber ? findStreamEncoding(filter) : nullptr;
+  const EncodingRow* const numbered = isNumber ? findEncoding(filter) : nullptr;
   if (numbered != nullptr) return page.codePage == numbered->number;
   const auto contains = [&](std::string_view text) { return containsName(text, filter); };
   return contains(page.preferredName) || contains(kindName(page.kind)) ||

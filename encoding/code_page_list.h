@@ -14,20 +14,18 @@ inline constexpr int kCodePageEucJp = 200954;
 
 // Any thread may call these; nothing is allocated and no table is built.
 
-// What streams convert: the code pages of the engine, and those above. In ascending order of
-// number.
-inline std::span<const CharsetNames> streamCodePages() { return streamNames(); }
-// The code page of a charset name or number to streams; 0 when unknown. That is what CharsetNaming
-// says, but for the names of the above.
+// What streams convert: the code pages of the engine, and some more. In ascending order of number.
+inline std::span<const CharsetNames> streamCodePages() { return encodingNames(); }
+// The code page of a charset name or number, 0 when unknown. Some names mean another one than they
+// mean to CharsetNaming; docs/differences.md has them.
 inline int streamCodePage(std::string_view name) {
-  const EncodingRow* const row = findStreamEncoding(name);
+  const EncodingRow* const row = findEncoding(name);
   return row == nullptr ? 0 : row->number;
 }
 // Whether streams convert it. StreamConverter copies text from any other code page to itself.
-inline bool isStreamCodePage(int codePage) {
-  const EncodingRow* const row = findEncodingRow(codePage);
-  return row != nullptr && row->isDispatched;
-}
+inline bool isStreamCodePage(int codePage) { return findEncodingRow(codePage) != nullptr; }
+// The names of one of them, or null for any other number.
+const CharsetNames* findCodePage(int codePage);
 
 // "unicode", "single-byte", "double-byte", "multi-byte" or "stateful"; NUL-terminated.
 std::string_view kindName(CharsetKind kind);

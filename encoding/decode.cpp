@@ -32,7 +32,7 @@ bool EncodingConvert::convertToUnicodeHC(int fromCodePage, const unsigned char* 
     return false;
   }
   const EncodingRow* row = findEncodingRow(fromCodePage);
-  if (row == nullptr || !hasTable(*row) || !row->isDispatched) return false;
+  if (row == nullptr || !hasTable(*row) || !row->inEngine) return false;
   const TableSlots& slots = tableSlots(*row);
   if (row->form == EncodingForm::kDoubleByte) {
     HashConvert* table = slots.multiToUnicode.load(std::memory_order_acquire);

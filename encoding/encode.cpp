@@ -40,7 +40,7 @@ bool EncodingConvert::convertFromUnicodeHC(int toCodePage, const unsigned char* 
   // A table that could not be made leaves the slot null.
   if (!ensureHashFromUnicode(toCodePage, log)) out.latchFailure();
   const EncodingRow* row = findEncodingRow(toCodePage);
-  if (row == nullptr || !hasTable(*row) || !row->isDispatched) return false;
+  if (row == nullptr || !hasTable(*row) || !row->inEngine) return false;
   HashConvert* table = tableSlots(*row).fromUnicode.load(std::memory_order_acquire);
   if (!row->foldsArabicDigits) {
     return convertFromUnicodeHC2(table, data, inDataLen, out, log);

@@ -261,7 +261,7 @@ bool openDecoding(const EncodingRow& row, Reader reader, Decoding& decoding) {
   decoding.form = row.form;
   decoding.bigEndian = row.bigEndian;
   if (!hasTable(row)) return true;
-  if (!row.isDispatched || !ensureToUnicode(row, silent)) return false;
+  if (!ensureToUnicode(row, silent)) return false;
   decoding.table = decoderFor(row, reader);
   return decoding.table.singleByte != nullptr || decoding.table.doubleByte != nullptr;
 }
@@ -271,7 +271,7 @@ bool openEncoding(const EncodingRow& row, Reader reader, Encoding& encoding) {
   encoding.form = row.form;
   encoding.bigEndian = row.bigEndian;
   if (!hasTable(row)) return true;
-  if (!row.isDispatched || !ensureFromUnicode(row, silent)) return false;
+  if (!ensureFromUnicode(row, silent)) return false;
   encoding.table = encoderFor(row);
   encoding.tableRow = &row;
   if (encoding.table.doubleByte != nullptr) encoding.form = EncodingForm::kDoubleByte;
@@ -333,8 +333,8 @@ bool fill(Plan& plan) {
 
 bool isOrdinaryPair(int from, int to) {
   const auto isServed = [](const EncodingRow* row) {
-    if (row == nullptr) return false;
-    return row->form == EncodingForm::kUtf8 || (hasTable(*row) && row->isDispatched) ||
+    if (row == nullptr || !row->inEngine) return false;
+    return row->form == EncodingForm::kUtf8 || hasTable(*row) ||
            (row->form == EncodingForm::kUtf16 && !row->bigEndian);
   };
   return from != to && isServed(findEncodingRow(from)) && isServed(findEncodingRow(to));

@@ -33,7 +33,7 @@ StreamSettings settingsOf(Encoding from, Encoding to, const Options& options) {
   settings.hasSubstitute = options.substitute.has_value();
   settings.substituteIsRaw = options.substitute_is_raw;
   settings.substitute = options.substitute.value_or(std::string());
-  settings.alternate = options.alternate;
+  settings.alternate = options.alternate.code_page();
   settings.writeMark = options.byte_order_mark;
   settings.pdfPassthrough = options.pdf_passthrough;
   settings.bestFit = options.best_fit;

@@ -2,7 +2,9 @@
 #include "encconv/encconv_c.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdlib>
+#include <cstring>
 #include <iterator>
 #include <new>
 #include <string_view>
@@ -12,15 +14,59 @@
 #include "encoding/stream/stream_converter.h"
 #include "interface/outputs.h"
 
-struct encconv_stream {
-  StreamConverter stream;
-  DataBuffer out;
-  encconv_status status = ENCCONV_OK;
-};
-
 namespace {
 
 constexpr unsigned char kNoBytes = 0;
+
+// ---- Structures that grow. ----
+
+// How large each was first; what claims to be smaller has no size set.
+template <typename Struct>
+constexpr std::size_t kLeastSize = 0;
+template <>
+constexpr std::size_t kLeastSize<encconv_options> = offsetof(encconv_options, pdf_passthrough) +
+                                                    sizeof(encconv_options::pdf_passthrough);
+template <>
+constexpr std::size_t kLeastSize<encconv_problem> = offsetof(encconv_problem, bytes) +
+                                                    sizeof(encconv_problem::bytes);
+template <>
+constexpr std::size_t kLeastSize<encconv_result> = offsetof(encconv_result, problem_count) +
+                                                   sizeof(encconv_result::problem_count);
+template <>
+constexpr std::size_t kLeastSize<encconv_code_page> = offsetof(encconv_code_page, can_write) +
+                                                      sizeof(encconv_code_page::can_write);
+
+template <typename Struct>
+bool isSized(const Struct* given) {
+  return given != nullptr && given->struct_size >= kLeastSize<Struct>;
+}
+
+// Fills in as much of the caller's structure as it has room for.
+template <typename Struct>
+void fill(Struct* given, Struct known) {
+  known.struct_size = given->struct_size;
+  std::memcpy(given, &known, std::min(known.struct_size, sizeof known));
+}
+
+// The caller's options, with nothing asked for that the caller did not know of. False when the
+// structure has no size, or asks for something that this library does not know of.
+bool readOptions(const encconv_options* given, encconv_options& options) {
+  options = ENCCONV_OPTIONS_INIT;
+  if (given == nullptr) return true;
+  if (!isSized(given)) return false;
+  std::memcpy(&options, given, std::min(given->struct_size, sizeof options));
+  const auto* const bytes = reinterpret_cast<const unsigned char*>(given);
+  return given->struct_size <= sizeof options ||
+         std::all_of(bytes + sizeof options, bytes + given->struct_size,
+                     [](unsigned char byte) { return byte == 0; });
+}
+
+bool isUsable(const encconv_result* result) {
+  return result == nullptr ||
+         (isSized(result) && (result->first_problem == nullptr || isSized(result->first_problem)));
+}
+
+// ---- Words of the stream in words of C. ----
 
 encconv_status statusOf(StreamStatus status) {
   switch (status) {
@@ -46,7 +92,8 @@ encconv_status statusOf(StreamStatus status) {
   return ENCCONV_OUT_OF_MEMORY;
 }
 
-void fillProblem(const StreamError& error, encconv_problem& problem) {
+encconv_problem problemOf(const StreamError& error) {
+  encconv_problem problem = ENCCONV_PROBLEM_INIT;
   problem.offset = error.offset;
   problem.line = error.line;
   problem.length = error.length;
@@ -55,18 +102,25 @@ void fillProblem(const StreamError& error, encconv_problem& problem) {
   problem.byte_count = error.byteCount;
   static_assert(sizeof problem.bytes == sizeof error.bytes);
   std::copy(std::begin(error.bytes), std::end(error.bytes), problem.bytes);
+  return problem;
 }
 
-std::string_view treatmentOf(const char* text) {
-  return text == nullptr ? std::string_view("stop") : text;
+std::string_view onErrorOf(const encconv_options& options) {
+  return options.on_error == nullptr ? std::string_view("stop") : options.on_error;
 }
 
-encconv_status begin(StreamConverter& stream, int from, int to, const char* treatment) {
+// ---- Conversions. ----
+
+encconv_status begin(StreamConverter& stream, int from, int to, const encconv_options& options,
+                     StreamErrorHandler* handler) {
   try {
     StreamSettings settings;
     settings.from = from;
     settings.to = to;
-    if (!parseStreamTreatment(treatmentOf(treatment), settings)) return ENCCONV_INVALID_TREATMENT;
+    settings.writeMark = options.byte_order_mark != 0;
+    settings.pdfPassthrough = options.pdf_passthrough != 0;
+    settings.errorHandler = handler;
+    if (!parseStreamTreatment(onErrorOf(options), settings)) return ENCCONV_INVALID_ON_ERROR;
     if (!isStreamCodePage(from)) return ENCCONV_UNKNOWN_SOURCE;
     if (!isStreamCodePage(to)) return ENCCONV_UNKNOWN_TARGET;
     return statusOf(stream.begin(settings));
@@ -75,12 +129,35 @@ encconv_status begin(StreamConverter& stream, int from, int to, const char* trea
   }
 }
 
+// Whether the options ask for nothing of a text that is clean, and are no mistake in themselves.
+bool areForProblems(const encconv_options& options) {
+  const std::string_view text = onErrorOf(options);
+  return (text == "stop" || text == "drop") && options.byte_order_mark == 0 &&
+         options.pdf_passthrough == 0;
+}
+
+void report(const StreamConverter& stream, encconv_result* result) {
+  if (result == nullptr) return;
+  encconv_result known = ENCCONV_RESULT_INIT;
+  known.first_problem = result->first_problem;
+  known.problem_count = stream.errorCount();
+  if (known.first_problem != nullptr && known.problem_count != 0) {
+    fill(known.first_problem, problemOf(stream.firstError()));
+  }
+  fill(result, known);
+}
+
 // Converts to any place.
 template <typename Out>
-encconv_status convert(int from, int to, const void* data, std::size_t size, const char* treatment,
-                       Out& out, encconv_problem* firstProblem) {
-  const std::string_view text = treatmentOf(treatment);
-  if (text == "stop" || text == "drop") {
+encconv_status convert(int from, int to, const void* data, std::size_t size,
+                       const encconv_options* given, Out& out, encconv_result* result) {
+  encconv_options options;
+  if (!readOptions(given, options)) return ENCCONV_MISUSE;
+  if (result != nullptr) {
+    result->problem_count = 0;
+    if (result->first_problem != nullptr) fill(result->first_problem, ENCCONV_PROBLEM_INIT);
+  }
+  if (areForProblems(options)) {
     unsigned char written[fast::kShortOutput];
     const unsigned char* const end =
         fast::convertShort(from, to, static_cast<const char*>(data), size, written);
@@ -90,26 +167,38 @@ encconv_status convert(int from, int to, const void* data, std::size_t size, con
     if (end != nullptr) return out.isFull ? ENCCONV_OUTPUT_FULL : ENCCONV_OUT_OF_MEMORY;
   }
   StreamConverter stream;
-  encconv_status status = begin(stream, from, to, treatment);
+  encconv_status status = begin(stream, from, to, options, nullptr);
   if (status == ENCCONV_OK) {
     status = statusOf(stream.finish(static_cast<const unsigned char*>(data), size, out));
   }
   if (!out.flush() && status == ENCCONV_OK) {
     status = out.isFull ? ENCCONV_OUTPUT_FULL : ENCCONV_OUT_OF_MEMORY;
   }
-  if (firstProblem != nullptr && stream.errorCount() != 0) {
-    fillProblem(stream.firstError(), *firstProblem);
-  }
+  report(stream, result);
   return status;
 }
 
 }  // namespace
 
+struct encconv_stream final : private StreamErrorHandler {
+  void onStreamError(const StreamError& error) override {
+    const encconv_problem problem = problemOf(error);
+    handler(&problem, context);
+  }
+  StreamErrorHandler* errorHandler() { return handler == nullptr ? nullptr : this; }
+
+  StreamConverter stream;
+  DataBuffer out;
+  encconv_status status = ENCCONV_OK;
+  encconv_problem_handler handler = nullptr;
+  void* context = nullptr;
+};
+
 const char* encconv_version(void) { return ENCCONV_VERSION; }
 
 const char* encconv_describe(encconv_status status) {
   switch (status) {
-    case ENCCONV_INVALID_TREATMENT:
+    case ENCCONV_INVALID_ON_ERROR:
       return "the treatment is not known";
     case ENCCONV_OK:
       return encconv::describe(encconv::Status::ok).data();
@@ -138,37 +227,43 @@ int encconv_find_code_page(const char* name) { return name == nullptr ? 0 : stre
 size_t encconv_code_page_count(void) { return streamCodePages().size(); }
 
 int encconv_code_page_at(size_t index, encconv_code_page* page) {
-  if (page == nullptr || index >= encconv_code_page_count()) return 0;
+  if (!isSized(page) || index >= encconv_code_page_count()) return 0;
   const CharsetNames& info = streamCodePages()[index];
-  *page = {info.codePage,           info.preferredName.data(), kindName(info.kind).data(),
-           info.description.data(), info.canRead ? 1 : 0,      info.canWrite ? 1 : 0};
+  encconv_code_page known = ENCCONV_CODE_PAGE_INIT;
+  known.number = info.codePage;
+  known.name = info.preferredName.data();
+  known.aliases = findEncodingRow(info.codePage)->aliases;
+  known.kind = kindName(info.kind).data();
+  known.description = info.description.data();
+  known.can_read = info.canRead ? 1 : 0;
+  known.can_write = info.canWrite ? 1 : 0;
+  fill(page, known);
   return 1;
 }
 
 encconv_status encconv_convert(int from, int to, const void* data, size_t size,
-                               const char* treatment, unsigned char** output, size_t* output_size,
-                               encconv_problem* first_problem) {
-  if (output == nullptr || output_size == nullptr || (data == nullptr && size != 0)) {
+                               const encconv_options* options, unsigned char** output,
+                               size_t* output_size, encconv_result* result) {
+  if (output == nullptr || output_size == nullptr || (data == nullptr && size != 0) ||
+      !isUsable(result)) {
     return ENCCONV_MISUSE;
   }
-  if (first_problem != nullptr) *first_problem = {};
   BlockOutput out;
-  const encconv_status status = convert(from, to, data, size, treatment, out, first_problem);
+  const encconv_status status = convert(from, to, data, size, options, out, result);
   *output = out.release(*output_size);
   return status;
 }
 
 encconv_status encconv_convert_into(int from, int to, const void* data, size_t size,
-                                    const char* treatment, void* output, size_t capacity,
-                                    size_t* output_size, encconv_problem* first_problem) {
+                                    const encconv_options* options, void* output, size_t capacity,
+                                    size_t* output_size, encconv_result* result) {
   if (output_size == nullptr || (output == nullptr && capacity != 0) ||
-      (data == nullptr && size != 0)) {
+      (data == nullptr && size != 0) || !isUsable(result)) {
     return ENCCONV_MISUSE;
   }
-  if (first_problem != nullptr) *first_problem = {};
   auto* const begin = static_cast<unsigned char*>(output);
   SpanOutput out(begin, capacity);
-  const encconv_status status = convert(from, to, data, size, treatment, out, first_problem);
+  const encconv_status status = convert(from, to, data, size, options, out, result);
   *output_size = static_cast<std::size_t>(out.written() - begin);
   return status;
 }
@@ -179,20 +274,32 @@ size_t encconv_max_output_size(size_t size, int from, int to) {
 
 void encconv_free(unsigned char* output) { std::free(output); }
 
-encconv_stream* encconv_open(int from, int to, const char* treatment, encconv_status* status) {
+encconv_stream* encconv_open(int from, int to, const encconv_options* options,
+                             encconv_status* status) {
   encconv_status ignored;
   if (status == nullptr) status = &ignored;
   auto* stream = new (std::nothrow) encconv_stream;
-  *status = stream == nullptr ? ENCCONV_OUT_OF_MEMORY : encconv_begin(stream, from, to, treatment);
+  *status = stream == nullptr ? ENCCONV_OUT_OF_MEMORY : encconv_begin(stream, from, to, options);
   if (*status == ENCCONV_OK) return stream;
   delete stream;
   return nullptr;
 }
 
-encconv_status encconv_begin(encconv_stream* stream, int from, int to, const char* treatment) {
+encconv_status encconv_begin(encconv_stream* stream, int from, int to,
+                             const encconv_options* options) {
   if (stream == nullptr) return ENCCONV_MISUSE;
   stream->out.clear();
-  return stream->status = begin(stream->stream, from, to, treatment);
+  encconv_options known;
+  return stream->status = readOptions(options, known)
+                              ? begin(stream->stream, from, to, known, stream->errorHandler())
+                              : ENCCONV_MISUSE;
+}
+
+void encconv_on_problem(encconv_stream* stream, encconv_problem_handler handler, void* context) {
+  if (stream == nullptr) return;
+  stream->handler = handler;
+  stream->context = context;
+  stream->stream.setErrorHandler(stream->errorHandler());
 }
 
 encconv_status encconv_push(encconv_stream* stream, const void* data, size_t size) {
@@ -223,8 +330,8 @@ uint64_t encconv_problem_count(const encconv_stream* stream) {
 }
 
 int encconv_first_problem(const encconv_stream* stream, encconv_problem* problem) {
-  if (problem == nullptr || encconv_problem_count(stream) == 0) return 0;
-  fillProblem(stream->stream.firstError(), *problem);
+  if (!isSized(problem) || encconv_problem_count(stream) == 0) return 0;
+  fill(problem, problemOf(stream->stream.firstError()));
   return 1;
 }
 

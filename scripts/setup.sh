@@ -10,7 +10,7 @@
 set -eu
 
 build="g++ cmake ninja-build libbz2-dev libcli11-dev libuchardet-dev"
-package="$build dpkg-dev file"
+package="$build dpkg-dev file gzip"
 test="$build libgtest-dev pkg-config python3"
 check="clang-format"
 docs="doxygen"

@@ -11,7 +11,8 @@
 #include "support/string_buffer.h"
 
 // Every name is one of an encoding that the engine converts; encoding/codecs/encoding_names.h says
-// how names match. Any thread may call; nothing allocates.
+// how names match. A few names mean something else to streams and everything above them
+// (encoding/code_page_list.h). Any thread may call; nothing allocates.
 class CharsetNaming {
  public:
   // The code page number of a charset name, or 0 when the name is not known. log may be null.
@@ -21,11 +22,12 @@ class CharsetNaming {
   // The same for callers without a StringBuffer.
   static int codePageOf(std::string_view name) {
     const EncodingRow* const row = findEngineEncoding(name);
-    return row != nullptr ? row->number : 0;
+    return row == nullptr ? 0 : row->number;
   }
 
-  // All encodings that the engine converts, in ascending order of code page.
-  static std::span<const CharsetNames> all() { return engineNames(); }
+  // All encodings that the engine converts, in ascending order of code page, by the names that they
+  // have for streams too.
+  static std::span<const CharsetNames> all() { return engineEncodingNames(); }
   // The names of one of them, or null for any other number.
   static const CharsetNames* find(int codePage) {
     const auto names = all();

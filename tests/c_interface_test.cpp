@@ -2,13 +2,22 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
+#include <cstring>
 #include <set>
 #include <string>
 
 #include "encconv/encconv.h"
 #include "encconv/encconv_c.h"
 
+using namespace std::string_literals;
 using encconv::Status;
+
+encconv_options optionsOf(const char* onError, bool mark = false) {
+  encconv_options options = ENCCONV_OPTIONS_INIT;
+  options.on_error = onError;
+  options.byte_order_mark = mark ? 1 : 0;
+  return options;
+}
 
 // "3+3, line 2, U+65E5: E6 97 A5"; nothing when there is no problem.
 std::string describe(const encconv_problem& problem) {
@@ -32,15 +41,16 @@ TEST(Interface, ServesC) {
   const struct {
     int from, to;
     std::string input;
-    const char* treatment = nullptr;
+    const char* onError = nullptr;
     encconv_status status = ENCCONV_OK;
     std::string output = "";
     std::string problem = "";
+    bool mark = false;
   } cases[] = {
       {.from = 65001,
        .to = 1251,
        .input = "\n\xD0\x96\xE6\x97\xA5",
-       .treatment = "hex",
+       .onError = "hex",
        .output = "\n\xC6&#x65E5;",
        .problem = "3+3, line 2, U+65E5: E6 97 A5"},
       {.from = 65001,
@@ -51,41 +61,42 @@ TEST(Interface, ServesC) {
        .problem = "1+1, line 1, malformed: FF"},
       {.from = 1252, .to = 1252, .input = large, .output = large},
       {.from = 65001, .to = 1251, .input = ""},
+      {.from = 65001, .to = 1200, .input = "a", .output = "\xFF\xFE\x61\0"s, .mark = true},
       {.from = 65001, .to = 2, .input = "a", .status = ENCCONV_UNKNOWN_TARGET},
       {.from = 0, .to = 1251, .input = "a", .status = ENCCONV_UNKNOWN_SOURCE},
-      {.from = 28600, .to = 28600, .input = "a", .status = ENCCONV_UNKNOWN_SOURCE},
+      {.from = 28602, .to = 28602, .input = "a", .status = ENCCONV_UNKNOWN_SOURCE},
       {.from = 65001,
        .to = 1251,
        .input = "a",
-       .treatment = "never",
-       .status = ENCCONV_INVALID_TREATMENT},
+       .onError = "never",
+       .status = ENCCONV_INVALID_ON_ERROR},
       {.from = 65001,
        .to = 1252,
        .input = "a",
-       .treatment = "substitute=\xD0\x96",
+       .onError = "substitute=\xD0\x96",
        .status = ENCCONV_INVALID_SUBSTITUTE},
-      {.from = 65001,
-       .to = 1252,
-       .input = "a",
-       .treatment = "alternate=hz",
-       .status = ENCCONV_UNKNOWN_ALTERNATE},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(std::to_string(c.from) + " to " + std::to_string(c.to) + ": " +
                  (c.input == large ? "much" : c.input));
     unsigned char* output = nullptr;
     std::size_t size = 1;
-    encconv_problem problem;
+    encconv_problem problem = ENCCONV_PROBLEM_INIT;
+    problem.length = 7;
+    encconv_result result = ENCCONV_RESULT_INIT;
+    result.first_problem = &problem;
+    const encconv_options options = optionsOf(c.onError, c.mark);
     EXPECT_EQ(encconv_convert(c.from, c.to, c.input.empty() ? nullptr : c.input.data(),
-                              c.input.size(), c.treatment, &output, &size, &problem),
+                              c.input.size(), &options, &output, &size, &result),
               c.status);
+    EXPECT_EQ(result.problem_count, c.problem.empty() ? 0u : 1u);
     EXPECT_TRUE(std::string_view(reinterpret_cast<char*>(output), size) == c.output);
     EXPECT_EQ(output == nullptr, c.output.empty());
     EXPECT_EQ(describe(problem), c.problem);
     encconv_free(output);
 
     encconv_status status = ENCCONV_MISUSE;
-    encconv_stream* const stream = encconv_open(c.from, c.to, c.treatment, &status);
+    encconv_stream* const stream = encconv_open(c.from, c.to, &options, &status);
     const bool canBegin = c.status == ENCCONV_OK || c.status == ENCCONV_STOPPED;
     EXPECT_EQ(stream != nullptr, canBegin);
     EXPECT_EQ(status, canBegin ? ENCCONV_OK : c.status);
@@ -97,11 +108,12 @@ TEST(Interface, ServesC) {
 TEST(Interface, TakesNullFromC) {
   unsigned char* output = nullptr;
   std::size_t size = 1;
-  encconv_problem problem;
-  EXPECT_EQ(encconv_convert(1252, 1251, nullptr, 1, "hex", &output, &size, nullptr),
+  encconv_problem problem = ENCCONV_PROBLEM_INIT;
+  EXPECT_EQ(encconv_convert(1252, 1251, nullptr, 1, nullptr, &output, &size, nullptr),
             ENCCONV_MISUSE);
-  EXPECT_EQ(encconv_convert(1252, 1251, "a", 1, "hex", nullptr, &size, nullptr), ENCCONV_MISUSE);
-  EXPECT_EQ(encconv_convert(1252, 1251, "a", 1, "hex", &output, nullptr, nullptr), ENCCONV_MISUSE);
+  EXPECT_EQ(encconv_convert(1252, 1251, "a", 1, nullptr, nullptr, &size, nullptr), ENCCONV_MISUSE);
+  EXPECT_EQ(encconv_convert(1252, 1251, "a", 1, nullptr, &output, nullptr, nullptr),
+            ENCCONV_MISUSE);
   EXPECT_EQ(encconv_convert(1252, 1251, "a", 1, nullptr, &output, &size, nullptr), ENCCONV_OK);
   encconv_free(output);
   EXPECT_EQ(encconv_find_code_page(nullptr), 0);
@@ -111,12 +123,14 @@ TEST(Interface, TakesNullFromC) {
   EXPECT_NE(encconv_output(nullptr, &size), nullptr);
   EXPECT_EQ(size, 0u);
   encconv_clear_output(nullptr);
+  encconv_on_problem(nullptr, nullptr, nullptr);
   EXPECT_EQ(encconv_problem_count(nullptr), 0u);
   EXPECT_EQ(encconv_first_problem(nullptr, &problem), 0);
   encconv_close(nullptr);
   encconv_free(nullptr);
 
-  encconv_stream* const stream = encconv_open(65001, 1251, "drop", nullptr);
+  const encconv_options drop = optionsOf("drop");
+  encconv_stream* const stream = encconv_open(65001, 1251, &drop, nullptr);
   EXPECT_EQ(encconv_push(stream, nullptr, 1), ENCCONV_MISUSE);
   EXPECT_EQ(encconv_push(stream, nullptr, 0), ENCCONV_OK);
   EXPECT_EQ(encconv_push(stream, "\xFF", 1), ENCCONV_OK);
@@ -127,36 +141,104 @@ TEST(Interface, TakesNullFromC) {
   encconv_close(stream);
 }
 
+// A structure as a program has it that was built against headers with more or fewer members.
+template <typename Struct>
+struct Grown {
+  explicit Grown(std::size_t size) {
+    std::memset(this, 0, sizeof *this);
+    known.struct_size = size;
+  }
+  Struct known;
+  unsigned char more[8];
+};
+
+TEST(Interface, TakesStructuresOfOtherSizesFromC) {
+  unsigned char* output = nullptr;
+  std::size_t size = 0;
+  const auto convertsWith = [&](const encconv_options* options, encconv_result* result) {
+    const encconv_status status =
+        encconv_convert(65001, 1252, "a\xFF", 2, options, &output, &size, result);
+    if (status != ENCCONV_MISUSE) encconv_free(output);
+    return status;
+  };
+  Grown<encconv_options> options(sizeof options);
+  options.known.on_error = "drop";
+  EXPECT_EQ(convertsWith(&options.known, nullptr), ENCCONV_OK);
+  options.more[7] = 1;  // asks for what nobody knows of
+  EXPECT_EQ(convertsWith(&options.known, nullptr), ENCCONV_MISUSE);
+  EXPECT_EQ(encconv_open(65001, 1252, &options.known, nullptr), nullptr);
+  options.known.struct_size = 0;  // was forgotten
+  EXPECT_EQ(convertsWith(&options.known, nullptr), ENCCONV_MISUSE);
+
+  Grown<encconv_problem> problem(sizeof problem);
+  Grown<encconv_result> result(sizeof result);
+  result.known.first_problem = &problem.known;
+  EXPECT_EQ(convertsWith(nullptr, &result.known), ENCCONV_STOPPED);
+  EXPECT_EQ(problem.known.offset, 1u);
+  EXPECT_EQ(problem.known.struct_size, sizeof problem);
+  EXPECT_EQ(result.known.problem_count, 1u);
+  EXPECT_EQ(result.known.struct_size, sizeof result);
+  problem.known.struct_size = sizeof(std::size_t);
+  EXPECT_EQ(convertsWith(nullptr, &result.known), ENCCONV_MISUSE);
+  result.known.struct_size = 0;
+  EXPECT_EQ(convertsWith(nullptr, &result.known), ENCCONV_MISUSE);
+
+  Grown<encconv_code_page> page(sizeof page);
+  EXPECT_EQ(encconv_code_page_at(0, &page.known), 1);
+  EXPECT_EQ(page.known.number, 37);
+  page.known.struct_size = 0;
+  EXPECT_EQ(encconv_code_page_at(0, &page.known), 0);
+}
+
 TEST(Interface, StreamsForC) {
-  encconv_problem problem;
+  encconv_problem problem = ENCCONV_PROBLEM_INIT;
   std::size_t size = 1;
-  encconv_stream* const stream = encconv_open(65001, 50220, "drop", nullptr);
+  const encconv_options drop = optionsOf("drop"), nonsense = optionsOf("nonsense");
+  encconv_stream* const stream = encconv_open(65001, 50220, &drop, nullptr);
   ASSERT_NE(stream, nullptr);
+  std::string told;
+  encconv_on_problem(
+      stream,
+      [](const encconv_problem* each, void* all) {
+        *static_cast<std::string*>(all) += describe(*each) + "; ";
+      },
+      &told);
   EXPECT_EQ(encconv_first_problem(stream, &problem), 0);
   EXPECT_EQ(encconv_push(stream, "\xE6\x97", 2), ENCCONV_OK);
   EXPECT_NE(encconv_output(stream, &size), nullptr);
   EXPECT_EQ(size, 0u);
-  EXPECT_EQ(encconv_push(stream, "\xA5\xFF", 2), ENCCONV_OK);
+  EXPECT_EQ(encconv_push(stream, "\xA5\xFF\n\xFE.", 5), ENCCONV_OK);
   EXPECT_EQ(encconv_finish(stream), ENCCONV_OK);
   const unsigned char* bytes = encconv_output(stream, &size);
-  EXPECT_EQ(std::string(reinterpret_cast<const char*>(bytes), size), "\x1B$BF|\x1B(B");
+  EXPECT_EQ(std::string(reinterpret_cast<const char*>(bytes), size), "\x1B$BF|\x1B(B\n.");
   encconv_clear_output(stream);
   encconv_output(stream, &size);
   EXPECT_EQ(size, 0u);
-  EXPECT_EQ(encconv_problem_count(stream), 1u);
+  EXPECT_EQ(encconv_problem_count(stream), 2u);
   EXPECT_EQ(encconv_first_problem(stream, &problem), 1);
   EXPECT_EQ(problem.offset, 3u);
+  EXPECT_EQ(told, "3+1, line 1, malformed: FF; 5+1, line 2, malformed: FE; ");
   EXPECT_EQ(encconv_push(stream, "a", 1), ENCCONV_MISUSE);
 
+  // The handler stays until another one comes.
+  told.clear();
   EXPECT_EQ(encconv_begin(stream, 932, 65001, nullptr), ENCCONV_OK);
-  EXPECT_EQ(encconv_push(stream, "\x93\xFA", 2), ENCCONV_OK);
+  EXPECT_EQ(encconv_push(stream, "\x93\xFA\x85\x40", 4), ENCCONV_STOPPED);
+  EXPECT_EQ(told, "2+1, line 1, malformed: 85; ");
   bytes = encconv_output(stream, &size);
   EXPECT_EQ(std::string(reinterpret_cast<const char*>(bytes), size), "\xE6\x97\xA5");
-  EXPECT_EQ(encconv_begin(stream, 932, 65001, "nonsense"), ENCCONV_INVALID_TREATMENT);
-  EXPECT_EQ(encconv_push(stream, "a", 1), ENCCONV_INVALID_TREATMENT);
-  EXPECT_EQ(encconv_finish(stream), ENCCONV_INVALID_TREATMENT);
+  EXPECT_EQ(encconv_begin(stream, 932, 65001, &nonsense), ENCCONV_INVALID_ON_ERROR);
+  EXPECT_EQ(encconv_push(stream, "a", 1), ENCCONV_INVALID_ON_ERROR);
+  EXPECT_EQ(encconv_finish(stream), ENCCONV_INVALID_ON_ERROR);
   encconv_output(stream, &size);
   EXPECT_EQ(size, 0u);
+  encconv_on_problem(stream, nullptr, nullptr);
+  told.clear();
+  EXPECT_EQ(encconv_begin(stream, 65001, 1252, &drop), ENCCONV_OK);
+  EXPECT_EQ(encconv_push(stream, "\xFF", 1), ENCCONV_OK);
+  EXPECT_EQ(encconv_finish(stream), ENCCONV_OK);
+  EXPECT_EQ(encconv_problem_count(stream), 1u);
+  EXPECT_EQ(told, "");
   EXPECT_EQ(encconv_begin(nullptr, 932, 65001, nullptr), ENCCONV_MISUSE);
   encconv_close(stream);
 }

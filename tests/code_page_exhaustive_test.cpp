@@ -165,7 +165,7 @@ TEST(CodePages, DecodeEveryCode) {
     pairs += {static_cast<char>(code >> 8), static_cast<char>(code), 'A', 'A'};
   }
   for (const EncodingRow& row : encodingRows()) {
-    if (!hasTable(row) || !row.isDispatched) continue;
+    if (!hasTable(row) || !row.inEngine) continue;
     const Model model = modelOf(row);
     const std::string& input = row.form == EncodingForm::kDoubleByte ? pairs : singles;
     Offsets expectedBad, bad;
@@ -181,7 +181,7 @@ TEST(CodePages, EncodeEveryUnit) {
     input += {static_cast<char>(unit), static_cast<char>(unit >> 8)};
   }
   for (const EncodingRow& row : encodingRows()) {
-    if (!hasTable(row) || !row.isDispatched) continue;
+    if (!hasTable(row) || !row.inEngine) continue;
     const Model model = modelOf(row);
     std::string expected;
     Offsets expectedBad, bad;

@@ -5,6 +5,7 @@ documented_commands_test.py TOOL: a command is a line of an indented or fenced b
 code in a sentence, that begins with "encconv ". The files that it names are made for it, in the
 encoding that it says they are in; what it writes must be the same text in the other encoding.
 """
+import json
 import os
 import pathlib
 import re
@@ -18,7 +19,8 @@ DATA = PROJECT / "tests" / "data"
 
 # What the blocks hold besides commands of the tool, by how it begins.
 INSTALLS = ("scripts/", "cmake ", "sudo ", "(cd build/")  # needs a network, or other rights
-NOT_COMMANDS = ("#include ", "encconv::", "encconv: ", "(code page ")
+# The program that README.md builds, which tests/consumer/run.sh builds too; results and messages.
+NOT_COMMANDS = ("#include ", "int main() ", "c++ ", "encconv::", "encconv: ", "(code page ")
 
 
 def sample(name):
@@ -75,12 +77,26 @@ def blocks_and_code(document):
         before = line
 
 
+def check_install(line):
+    """What is wrong with a line that installs: it is not run, but what it names must be there."""
+    for script in re.findall(r"scripts/[\w-]+\.sh", line):
+        if not os.access(PROJECT / script, os.X_OK):
+            return f"{script} cannot be run"
+    presets = json.loads((PROJECT / "CMakePresets.json").read_text())
+    known = {preset["name"] for preset in presets["configurePresets"]}
+    named = set(re.findall(r"--preset (\S+)", line)) | set(re.findall(r"build/([\w-]+)", line))
+    return f"no preset {named - known}" if named - known else ""
+
+
 def commands():
     found = []
     for document in ("README.md", "docs/guide.md"):
         of_document = [line for line in blocks_and_code(document)
                        if line and not line.startswith(INSTALLS + NOT_COMMANDS)]
         assert len(of_document) > 5, document
+        for line in blocks_and_code(document):
+            if line.startswith(INSTALLS) and check_install(line):
+                raise SystemExit(f"{document}: {line}\n    {check_install(line)}")
         found += [(document, line) for line in of_document]
     return found
 

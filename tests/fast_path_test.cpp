@@ -109,7 +109,7 @@ std::vector<int> fastCodePages() {
   std::vector<int> pages = {1200,  1201,  12000, 12001, 65005, 65001,
                             65000, 55000, 50220, 50221, 50225};
   for (const EncodingRow& row : encodingRows()) {
-    if (hasTable(row) && row.isDispatched) pages.push_back(row.number);
+    if (hasTable(row) && row.inEngine) pages.push_back(row.number);
   }
   return pages;
 }
@@ -218,7 +218,7 @@ TEST(FastPathTest, EqualsTheReferenceInGarbage) {
 // What flat tables take for granted about the tables.
 TEST(FastPathTest, NoTableMeansTheMarkOfAnEscapeOrASurrogate) {
   for (const EncodingRow& row : encodingRows()) {
-    if (!hasTable(row) || !row.isDispatched) continue;
+    if (!hasTable(row) || !row.inEngine) continue;
     const bool isDoubleByte = row.form == EncodingForm::kDoubleByte;
     std::string all;
     for (int lead = 0x80; lead < 0x100; ++lead) {

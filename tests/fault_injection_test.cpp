@@ -265,26 +265,30 @@ ConversionResult convertThroughC(EncodingConvert&, const Case& c, const std::str
   const std::string treatment = treatmentOf(c);
   unsigned char* output = nullptr;
   std::size_t size = 0;
-  encconv_problem problem;
+  encconv_result result = ENCCONV_RESULT_INIT;
+  encconv_options options = ENCCONV_OPTIONS_INIT;
+  options.on_error = treatment.c_str();
   encconv_status status = ENCCONV_OK;
   {
     const Watch watch(n, mode.failsOn);
-    status = encconv_convert(c.from, c.to, input.data(), input.size(), treatment.c_str(), &output,
-                             &size, &problem);
+    status = encconv_convert(c.from, c.to, input.data(), input.size(), &options, &output, &size,
+                             &result);
   }
   EXPECT_TRUE(isGoodOrNoMemory(status, c)) << status;
   const std::string text(reinterpret_cast<const char*>(output), size);
   encconv_free(output);
-  return {status == ENCCONV_OK, problem.length != 0, text};
+  return {status == ENCCONV_OK, result.problem_count != 0, text};
 }
 ConversionResult streamThroughC(EncodingConvert&, const Case& c, const std::string& input, long n,
                                 const Mode& mode) {
   const std::string treatment = treatmentOf(c);
+  encconv_options options = ENCCONV_OPTIONS_INIT;
+  options.on_error = treatment.c_str();
   encconv_status status = ENCCONV_OK;
   encconv_stream* stream = nullptr;
   {
     const Watch watch(n, mode.failsOn);
-    stream = encconv_open(c.from, c.to, treatment.c_str(), &status);
+    stream = encconv_open(c.from, c.to, &options, &status);
     if (stream != nullptr) status = encconv_push(stream, input.data(), input.size());
     if (status == ENCCONV_OK) status = encconv_finish(stream);
   }

@@ -84,6 +84,9 @@ TEST(Interface, SaysWhyItRefuses) {
   Options alternate;
   alternate.on_error = OnError::alternate;
   alternate.alternate = 99;
+  Options misspelt = alternate, named = alternate;
+  misspelt.alternate = "windows-125";
+  named.alternate = "windows-1251";
   const struct {
     encconv::Encoding from, to;
     Options options;
@@ -94,12 +97,14 @@ TEST(Interface, SaysWhyItRefuses) {
                {"no such name", "nor this", {}, Status::unknown_source},
                {0, 1252, {}, Status::unknown_source},
                {1252, 0, {}, Status::unknown_target},
-               {28600, 1252, {}, Status::unknown_source},
-               {28600, 28600, {}, Status::unknown_source},
-               {1252, 28600, {}, Status::unknown_target},
+               {28602, 1252, {}, Status::unknown_source},
+               {28602, 28602, {}, Status::unknown_source},
+               {1252, 28602, {}, Status::unknown_target},
                {65001, 1252, substitute, Status::invalid_substitute},
                {65001, 1251, substitute, Status::ok},
-               {65001, 1252, alternate, Status::unknown_alternate}};
+               {65001, 1252, alternate, Status::unknown_alternate},
+               {65001, 1252, misspelt, Status::unknown_alternate},
+               {65001, 1252, named, Status::ok}};
   for (const auto& c : cases) {
     EXPECT_EQ(encconv::convert("a", c.from, c.to, c.options).status, c.status);
     EXPECT_EQ(encconv::StreamConverter(c.from, c.to, c.options).status(), c.status);
@@ -114,7 +119,7 @@ TEST(Interface, SaysWhyItRefuses) {
   EXPECT_EQ(options.on_error, OnError::alternate);
   // What the text does not name stays, but for a substitute.
   EXPECT_TRUE(encconv::parse_on_error("substitute=!", options));
-  EXPECT_EQ(options.alternate, 1251);
+  EXPECT_EQ(options.alternate.code_page(), 1251);
   EXPECT_EQ(encconv::from_utf8("\xD0\x96", 1252, options).text, "!");
   EXPECT_TRUE(encconv::parse_on_error("substitute", options));
   EXPECT_EQ(encconv::from_utf8("\xD0\x96", 1252, options).text, "?");
@@ -139,7 +144,7 @@ TEST(Interface, HonoursItsOptions) {
       {"\xEF\xBB\xBF\x61", "utf-8", "utf-8", mark, "\xEF\xBB\xBF\x61"},
       {"%PDF-1.7\xE9", 1252, "utf-8", pdf, "%PDF-1.7\xE9"},
       {"%PDF-2.0\xE9", 1252, "utf-8", pdf, "%PDF-2.0\xC3\xA9"},
-      {"%PDF-1.7\xE9", 1252, "utf-8", {}, "%PDF-1.7\xC3\xA9"},
+      {"%PDF-1.7\xE9", 1252, "utf-8", Options(), "%PDF-1.7\xC3\xA9"},
       {"\xD0\x96", "utf-8", 1252, raw, "\x01\xFF"},
   };
   for (const auto& c : cases) {
@@ -233,6 +238,8 @@ TEST(Interface, ConvertsIntoRoomOfAnySize) {
       {65001, 1200}, {65001, 12000}, {65001, 932}, {65001, 50220}, {65001, 65001}};
   Options options;
   options.on_error = OnError::substitute;
+  encconv_options substitute = ENCCONV_OPTIONS_INIT;
+  substitute.on_error = "substitute";
   for (const auto& [from, to] : pairs) {
     for (const std::size_t length : {0, 1, 20, 3000}) {
       const std::string_view input = std::string_view(text).substr(0, length);
@@ -260,7 +267,7 @@ TEST(Interface, ConvertsIntoRoomOfAnySize) {
         std::size_t size = 0;
         const encconv_status status =
             encconv_convert_into(from.code_page(), to.code_page(), input.data(), input.size(),
-                                 "substitute", again.data(), capacity, &size, nullptr);
+                                 &substitute, again.data(), capacity, &size, nullptr);
         EXPECT_EQ(status == ENCCONV_OK, into.status == Status::ok);
         EXPECT_EQ(status == ENCCONV_OUTPUT_FULL, into.status == Status::output_full);
         EXPECT_EQ(again.substr(0, size), room.substr(0, into.size));
@@ -359,7 +366,7 @@ TEST(Interface, KnowsTheEncodings) {
   const std::vector<encconv::CodePage> pages = encconv::code_pages();
   ASSERT_EQ(pages.size(), encconv_code_page_count());
   for (std::size_t i = 0; i < pages.size(); ++i) {
-    encconv_code_page page;
+    encconv_code_page page = ENCCONV_CODE_PAGE_INIT;
     ASSERT_EQ(encconv_code_page_at(i, &page), 1);
     EXPECT_EQ(page.number, pages[i].number);
     EXPECT_EQ(page.name, pages[i].name);
@@ -369,15 +376,18 @@ TEST(Interface, KnowsTheEncodings) {
     EXPECT_EQ(page.can_write != 0, pages[i].can_write);
     EXPECT_LT(i == 0 ? 0 : pages[i - 1].number, pages[i].number);
     EXPECT_EQ(encconv::find_code_page(pages[i].name), pages[i].number);
+    std::string aliases;
     for (const std::string_view alias : pages[i].aliases) {
       EXPECT_EQ(encconv_find_code_page(std::string(alias).c_str()), pages[i].number) << alias;
+      aliases.append(aliases.empty() ? "" : " ").append(alias);
     }
+    EXPECT_EQ(page.aliases, aliases);
     const bool canRead = encconv::to_utf8("", pages[i].number).status == Status::ok;
     const bool canWrite = encconv::from_utf8("", pages[i].number).status == Status::ok;
     EXPECT_EQ(canRead, pages[i].can_read) << pages[i].number;
     EXPECT_EQ(canWrite, pages[i].can_write) << pages[i].number;
   }
-  encconv_code_page page;
+  encconv_code_page page = ENCCONV_CODE_PAGE_INIT;
   EXPECT_EQ(encconv_code_page_at(pages.size(), &page), 0);
   EXPECT_EQ(encconv::find_code_page("nothing"), std::nullopt);
 }

@@ -93,7 +93,7 @@ TEST(PropertyTest, EachSubstitutionIsReportedOnce) {
   std::mt19937 random(7);
   int reports = 0;
   for (const EncodingRow& row : tableRows()) {
-    if (!row.isDispatched) continue;
+    if (!row.inEngine) continue;
     for (const bool decoding : {true, false}) {
       if (decoding && row.form == EncodingForm::kDoubleByte)
         continue;  // action 0 cuts those pieces differently

@@ -155,9 +155,30 @@ TEST(Stream, WritesTreatmentsAsTextOfTheTarget) {
              {kUtf8, kUtf8, "a\xE9\x63", "a" + e + "c"},
              {kUtf8, 20127, emoji, "?"}},
             "alternate=1252");
+  expectAll({{kUtf8, 1252, "a\xC5\x81\xFF", "a\xA3?"}}, "alternate=latin2");
+  expectAll({{kUtf8, kUtf8, "a\x85\xFF", "a\xC2\x85\xC3\xBF"}, {kUtf8, 1251, e, "\xE9"}},
+            "alternate=latin1");
+  expectAll({{kUtf8, 1252, "a\xE6\x97\xA5", "a~{HU~}"}}, "alternate=hz");
   expectAll(
       {{kUtf8, 20127, "a" + e + "\xFF", "a" + e + "\xFF"}, {50220, 1252, "\x1B$BF|\x1B(B.", "F|."}},
       "raw");
+}
+
+// The parts of ISO 8859 that EncConvert lacks, or has with other characters.
+TEST(Stream, ConvertsIso8859AsTheStandardsDo) {
+  std::string bytes, text;
+  for (unsigned int c = 0; c < 256; ++c) {
+    bytes += static_cast<char>(c);
+    if (c >= 0x80) text += static_cast<char>(0xC0 | c >> 6);
+    text += static_cast<char>(c < 0x80 ? c : 0x80 | (c & 0x3F));
+  }
+  expectAll({{819, kUtf8, bytes, text},
+             {kUtf8, 819, text + "\xE2\x82\xAC", bytes},
+             {28600, kUtf8, "\xA2\xBD\xFF", "\xC4\x92\xE2\x80\x95\xC4\xB8"},
+             {kUtf8, 28600, "\xC4\x92\xE2\x80\x95\xC4\xB8", "\xA2\xBD\xFF"},
+             {28601, kUtf8, "\x80\xA1\xDB\xFB", "\xC2\x80\xE0\xB8\x81\xE0\xB9\x9B"},
+             {874, 28601, "\x80\xA1", "\xA1"}},
+            "drop");
 }
 
 TEST(Stream, ReportsWhatItCouldNotConvert) {
@@ -232,7 +253,7 @@ TEST(Stream, RefusesWhatItCannotServeBeforeAnythingIsWritten) {
     const char* treatment;
     StreamStatus status;
   } cases[] = {{99, 1252, "drop", StreamStatus::kNoDecoder},
-               {28600, 1252, "drop", StreamStatus::kNoDecoder},
+               {28602, 1252, "drop", StreamStatus::kNoDecoder},
                {1252, 20936, "drop", StreamStatus::kNoEncoder},
                {1252, -1, "drop", StreamStatus::kNoEncoder},
                {kUtf8, 1252, "substitute=\xD0\x96", StreamStatus::kBadSubstitute},
@@ -247,7 +268,7 @@ TEST(Stream, RefusesWhatItCannotServeBeforeAnythingIsWritten) {
         << c.from << " to " << c.to;
   }
   StreamSettings settings = settingsFor(1252, kUtf8, "alternate=1253");
-  settings.alternate = 28600;
+  settings.alternate = 28602;
   EXPECT_EQ(stream(settings, "a").status, StreamStatus::kNoAlternate);
   for (const char* text : {"", "Stop", "alternate", "alternate=", "alternate=nothing",
                            "hex=", "substitute=0x", "substitute=0xG1", "substitute=0x1G"}) {

@@ -86,6 +86,16 @@ void expectOneLine(const ToolRun& outcome, const std::string& part) {
   EXPECT_TRUE(contains(outcome.err, part)) << outcome.err;
 }
 
+// What lacks a place in the standard's ISO-8859-1 may be in what is called so elsewhere.
+TEST_F(ToolTest, TellsLatin1FromWindows) {
+  const ToolRun euro = run("-f utf-8 -t iso-8859-1", "€");
+  expectOneLine(euro,
+                "U+20AC (E2 82 AC) has no place in ISO-8859-1 (code page 819); windows-1252 has");
+  expectOneLine(run("-f utf-8 -t iso-8859-1", "日"), "(code page 819); choose another -t");
+  EXPECT_EQ(run("-f utf-8 -t 28591", "€").out, "\x80");
+  EXPECT_TRUE(contains(run("--chart latin1").out, "ISO-8859-1 (code page 819)"));
+}
+
 TEST_F(ToolTest, ConvertsFilesAndStreamsByNameAndNumber) {
   EXPECT_EQ(run("-f latin1 -t utf-8 latin").out, "café\n");
   EXPECT_EQ(run("-f 1252 -t 65001", "\x80").out, "€");
@@ -136,8 +146,8 @@ TEST_F(ToolTest, RefusesInOneLineAndWritesNothing) {
       {"-f 37 -t 1252 --trim utf8 -o result", "--record-length"},
       {"-f 37 -t 1252 --record-length 0 utf8 -o result", "'0'"},
       {"-f utf-16 -t 1252 --record-length 3 utf8 -o result", "--record-length: 3 bytes"},
-      {"-f 28600 -t utf-8 latin -o result", "28600"},
-      {"-f utf-8 -t 28601 latin -o result", "28601"},
+      {"-f 28602 -t utf-8 latin -o result", "28602"},
+      {"-f utf-8 -t 28604 latin -o result", "28604"},
       {"-f 37 -t 1252 --record-length 1048577 utf8 -o result", "'1048577' is not a number"},
       {"-f 1252 -t utf-8 --in-place -j 257 latin", "'257'"},
       {"-f 1252 -t utf-8 --in-place=/old latin", "'/old' has a slash"},

@@ -65,7 +65,7 @@ int main(int argc, char** argv) {
   LogBase log;
   for (int i = 1; i < argc; ++i) {
     const EncodingRow* row = findEncodingRow(static_cast<int>(std::strtol(argv[i], nullptr, 10)));
-    if (row == nullptr || !hasTable(*row) || !row->isDispatched) {
+    if (row == nullptr || !hasTable(*row) || !row->inEngine) {
       std::fprintf(stderr, "mapping_dump: %s is no table-backed code page\n", argv[i]);
       return 2;
     }

@@ -2,7 +2,7 @@
 
 #include "apps/encconv/chart_command.h"
 #include "apps/encconv/error_report.h"
-#include "support/charset_naming.h"
+#include "encoding/code_page_list.h"
 
 namespace tool {
 namespace {
@@ -183,7 +183,7 @@ std::string writeOnlyHtml(const Chart& chart) {
 }  // namespace
 
 std::string chartAsHtml(const Chart& chart) {
-  const CharsetNames* names = CharsetNaming::find(chart.codePage);
+  const CharsetNames* names = findCodePage(chart.codePage);
   const std::string title = escape(describeCodePage(chart.codePage));
   const std::string description = names == nullptr ? "" : escape(names->description);
   std::string html =

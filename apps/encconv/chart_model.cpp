@@ -4,8 +4,8 @@
 #include <cstdio>
 #include <set>
 
-#include "encoding/encoding_convert.h"
-#include "support/charset_naming.h"
+#include "encoding/code_page_list.h"
+#include "encoding/stream/stream_converter.h"
 #include "support/zv_utf.h"
 
 namespace tool {
@@ -36,13 +36,16 @@ class Asker {
  private:
   bool convert(int from, int to, const unsigned char* data, unsigned int length) {
     m_out.clear();
-    return m_converter.EncConvert(from, to, data, length, m_out, m_log) &&
-           !m_converter.m_foundErrors;
+    StreamSettings settings;
+    settings.from = from;
+    settings.to = to;
+    return m_stream.begin(settings) == StreamStatus::kGood &&
+           m_stream.push(data, length, m_out) == StreamStatus::kGood &&
+           m_stream.finish(m_out) == StreamStatus::kGood;
   }
 
   int m_codePage;
-  EncodingConvert m_converter;
-  LogBase m_log;
+  StreamConverter m_stream;
   DataBuffer m_out;
 };
 
@@ -107,7 +110,7 @@ struct InvisibleName {
 }  // namespace
 
 bool buildChart(int codePage, Chart& chart) {
-  const CharsetNames* names = CharsetNaming::find(codePage);
+  const CharsetNames* names = findCodePage(codePage);
   if (names == nullptr ||
       (names->kind != CharsetKind::kSingleByte && names->kind != CharsetKind::kDoubleByte)) {
     return false;

@@ -4,7 +4,7 @@
 #include <cstdio>
 
 #include "encoding/approximations.h"
-#include "support/charset_naming.h"
+#include "encoding/code_page_list.h"
 #include "support/utf.h"
 
 namespace tool {
@@ -39,11 +39,25 @@ std::string charactersOf(std::string_view utf8) {
   return text;
 }
 
+bool hasPlace(std::int32_t codePoint, int codePage) {
+  const auto value = static_cast<std::uint32_t>(codePoint);
+  const unsigned char bytes[] = {static_cast<unsigned char>(value),
+                                 static_cast<unsigned char>(value >> 8),
+                                 static_cast<unsigned char>(value >> 16), 0};
+  StreamSettings settings;
+  settings.from = 12000;
+  settings.to = codePage;
+  StreamConverter stream;
+  DataBuffer out;
+  return stream.begin(settings) == StreamStatus::kGood &&
+         stream.push(bytes, sizeof bytes, out) == StreamStatus::kGood &&
+         stream.finish(out) == StreamStatus::kGood;
+}
+
 }  // namespace
 
 std::string describeCodePage(int codePage) {
-  if (codePage == kCodePageHz) return "HZ-GB-2312";
-  const CharsetNames* names = CharsetNaming::find(codePage);
+  const CharsetNames* names = findCodePage(codePage);
   const std::string number = "code page " + std::to_string(codePage);
   return names == nullptr ? number : std::string(names->preferredName) + " (" + number + ")";
 }
@@ -72,6 +86,13 @@ std::string describeError(const StreamError& error, const StreamSettings& settin
 std::string adviceFor(const StreamError& error, const StreamSettings& settings) {
   if (error.kind == StreamErrorKind::kMalformed) {
     return "check -f (--detect may help), or go on with --on-error";
+  }
+  // What is called ISO-8859-1 on the web, and what has its number in Windows, has more characters.
+  constexpr int kLatin1 = 819, kWindowsWestern = 1252;
+  if (settings.to == kLatin1 && error.codePoint >= 0 &&
+      hasPlace(error.codePoint, kWindowsWestern)) {
+    return "windows-1252 has it, which the web means by iso-8859-1: choose it or another -t, such "
+           "as utf-8, or go on with --on-error";
   }
   const std::string advice = "choose another -t, such as utf-8, or go on with --on-error";
   const bool hasOther = error.codePoint >= 0 && !settings.bestFit &&

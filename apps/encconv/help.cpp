@@ -113,6 +113,11 @@ mean the same. Case and punctuation do not matter. encconv --list shows every
 encoding with all its names, and encconv --list cyrillic those that have to do
 with the word.
 
+iso-8859-1 and latin1 are what the standard says (code page 819): bytes 80 to 9F
+are control characters, and there is no euro sign. Text of the web and of
+Windows that is called so is windows-1252; 28591 is Windows's number for that
+reading.
+
 utf-16 and utf-32 without le or be read the byte order mark, and are little
 endian without one. --bom writes the mark of utf-8, utf-16 and utf-32.
 )"},

@@ -38,6 +38,9 @@ struct EncodingRow {
   int number = 0;            // code page
   const char* name = "";     // preferred, as at IANA; empty for a table that nothing converts with
   const char* aliases = "";  // separated by single spaces
+  // Names besides, separated likewise, by which CharsetNaming has always known this encoding,
+  // although they are those of another one, which streams take them for.
+  const char* engineNames = "";
   CharsetKind kind = CharsetKind::kSingleByte;
   const char* description = "";  // a few words for people
   EncodingForm form = EncodingForm::kSingleByte;
@@ -55,7 +58,6 @@ struct EncodingRow {
   std::uint16_t toUnicodeSize = 0;    // buckets of the to-Unicode map
   std::uint16_t fromUnicodeSize = 0;  // buckets of the from-Unicode map
   std::uint8_t slot = 0;              // index of its TableSlots; 936 and 52936 share one
-  bool isDispatched = true;           // may be decoded and encoded
   bool isReleased = true;             // teardown empties its slots
   const char* bestFit = nullptr;      // table text of what streams may write for units it lacks
 
@@ -68,9 +70,7 @@ struct EncodingRow {
   std::uint8_t malformedWidth = 1;    // bytes that an error action takes for one bad character
   std::uint8_t threeByteShift = 0;    // begins characters of three bytes, which the table lacks
   const Codec* codec = nullptr;       // of kCodec
-  bool inEngine = true;               // false: only streams convert it
-  // The preferred name in streams, where a row that only they have goes by `name`; else null.
-  const char* streamName = nullptr;
+  bool inEngine = true;               // false: only streams convert it, not EncConvert
 };
 
 // Any thread may call these; nothing is allocated.

@@ -20,23 +20,17 @@ namespace encoding_rows {
 
 constexpr EncodingRow single(int number, const char* name, const char* aliases,
                              const char* description, const char* text) {
-  EncodingRow row{number, name, aliases, CharsetKind::kSingleByte, description};
+  EncodingRow row{number, name, aliases, "", CharsetKind::kSingleByte, description};
   row.text = text;
   row.toUnicodeSize = 283;
   row.fromUnicodeSize = 269;
   return row;
 }
 
-constexpr EncodingRow undispatched(int number, const char* text) {
-  EncodingRow row = single(number, "", "", "", text);
-  row.isDispatched = row.isReleased = false;
-  return row;
-}
-
 constexpr EncodingRow doubleByte(int number, const char* name, const char* aliases,
                                  const char* description, void (*appendText)(StringBuffer&),
                                  std::uint16_t size, std::uint8_t malformedWidth) {
-  EncodingRow row{number, name, aliases, CharsetKind::kDoubleByte, description};
+  EncodingRow row{number, name, aliases, "", CharsetKind::kDoubleByte, description};
   row.form = EncodingForm::kDoubleByte;
   row.appendText = appendText;
   row.toUnicodeSize = row.fromUnicodeSize = size;
@@ -67,20 +61,13 @@ constexpr EncodingRow with(bool EncodingRow::*flag, EncodingRow row) {
 
 constexpr EncodingRow unicode(int number, const char* name, const char* aliases,
                               const char* description, EncodingForm form, bool bigEndian) {
-  return {number, name, aliases, CharsetKind::kUnicode, description, form, bigEndian};
+  return {number, name, aliases, "", CharsetKind::kUnicode, description, form, bigEndian};
 }
 
 constexpr EncodingRow codec(int number, const char* name, const char* aliases,
                             const char* description, CharsetKind kind, const Codec* codec) {
-  EncodingRow row{number, name, aliases, kind, description, EncodingForm::kCodec};
+  EncodingRow row{number, name, aliases, "", kind, description, EncodingForm::kCodec};
   row.codec = codec;
-  return row;
-}
-
-// Of a row whose preferred name, and aliases from some one on, are those of a row that only streams
-// have: streams know it by this name and by the other aliases.
-constexpr EncodingRow namedInStreams(const char* name, EncodingRow row) {
-  row.streamName = name;
   return row;
 }
 
@@ -88,6 +75,30 @@ constexpr EncodingRow streamOnly(EncodingRow row) {
   row.inEngine = false;
   return row;
 }
+
+// The tables of the row outlive teardown, as they always have.
+constexpr EncodingRow kept(EncodingRow row) {
+  row.isReleased = false;
+  return row;
+}
+
+constexpr EncodingRow knownToEngineAs(const char* names, EncodingRow row) {
+  row.engineNames = names;
+  return row;
+}
+
+// The names of EUC-JP, which CharsetNaming takes for the code page of Windows, and those behind the
+// first.
+inline constexpr const char* kEucJpNames =
+    "EUC-JP csEUCPkdFmtJapanese Extended_UNIX_Code_Packed_Format_for_Japanese x-euc-jp ujis "
+    "IBM-eucJP";
+inline constexpr const char* kEucJpAliases = kEucJpNames + sizeof "EUC-JP";
+
+// The names of ISO 8859-1, which CharsetNaming takes for Windows's reading of it, and those behind
+// the first.
+inline constexpr const char* kLatin1Names =
+    "ISO-8859-1 ISO_8859-1:1987 csISOLatin1 latin1 l1 iso-ir-100 IBM819 cp819";
+inline constexpr const char* kLatin1Aliases = kLatin1Names + sizeof "ISO-8859-1";
 
 // In ascending order of number. The aliases are those registered with IANA, the labels of the
 // Encoding Standard where they mean this very encoding, the names that Windows and .NET give the
@@ -98,6 +109,9 @@ constexpr EncodingRow streamOnly(EncodingRow row) {
 //
 // The table of 28591 is that of 1252, that of 20261 is that of 20269, 51936's is 936's and 38598's
 // is 28598's.
+//
+// Where a name stands for one thing everywhere but was always taken for another by CharsetNaming,
+// streams read it as the rest of the world does (engineNames).
 inline constexpr EncodingRow kRows[] = {
     single(37, "IBM037", "cp037 csIBM037 ebcdic-cp-us ebcdic-cp-ca ebcdic-cp-nl ebcdic-cp-wt",
            "EBCDIC, US and Canada", _Enc_IBM037),
@@ -109,6 +123,9 @@ inline constexpr EncodingRow kRows[] = {
     single(720, "DOS-720", "IBM720", "DOS, Arabic", _Enc_DOS_720),
     single(737, "IBM737", "", "DOS, Greek", _Enc_ibm737),
     single(775, "IBM775", "cp775 csPC775Baltic", "DOS, Baltic", _Enc_ibm775),
+    // The standard's, all 256 bytes; the number is IBM's.
+    streamOnly(single(819, "ISO-8859-1", kLatin1Aliases, "ISO 8859-1, Western European (Latin-1)",
+                      _Enc_latin1)),
     single(850, "IBM850", "cp850 csPC850Multilingual", "DOS, Western European", _Enc_ibm850),
     single(852, "IBM852", "cp852 csPCp852", "DOS, Central European", _Enc_ibm852),
     single(855, "IBM855", "cp855 csIBM855", "DOS, Cyrillic (Serbia, Bulgaria)", _Enc_IBM855),
@@ -125,11 +142,12 @@ inline constexpr EncodingRow kRows[] = {
     single(869, "IBM869", "cp869 csIBM869 cp-gr", "IBM PC, modern Greek", _Enc_ibm869),
     single(870, "IBM870", "cp870 csIBM870 ebcdic-cp-roece ebcdic-cp-yu", "EBCDIC, Central European",
            _Enc_IBM870),
-    // Serves the Thai standards too, of which it is a superset.
-    single(874, "windows-874",
-           "cswindows874 ms874 DOS-874 x-windows-874 TIS-620 csTIS620 TIS620-0 TIS620.2529-1 "
-           "TIS620.2533-0 iso-ir-166 ISO-8859-11 ISO_8859-11:2001",
-           "Windows, Thai", _Enc_windows_874),
+    // Serves the Thai standard too, of which it is a superset.
+    knownToEngineAs("ISO-8859-11 ISO_8859-11:2001",
+                    single(874, "windows-874",
+                           "cswindows874 ms874 DOS-874 x-windows-874 TIS-620 csTIS620 TIS620-0 "
+                           "TIS620.2529-1 TIS620.2533-0 iso-ir-166",
+                           "Windows, Thai", _Enc_windows_874)),
     single(875, "cp875", "IBM875 x-EBCDIC-GreekModern", "EBCDIC, modern Greek", _Enc_cp875),
     readingAlso(
         _Enc_shift_jis_only_read,
@@ -296,9 +314,12 @@ inline constexpr EncodingRow kRows[] = {
            "EBCDIC, Latin 9 with euro", _Enc_IBM00924),
     single(21025, "cp1025", "IBM1025 x-EBCDIC-CyrillicSerbianBulgarian",
            "EBCDIC, Cyrillic (Serbian, Bulgarian)", _Enc_cp1025),
-    single(21866, "KOI8-U", "csKOI8U koi8-ru IBM1168 cp1168", "Ukrainian, KOI8-U", _Enc_koi8_u),
-    single(28591, "ISO-8859-1", "ISO_8859-1:1987 csISOLatin1 latin1 l1 iso-ir-100 IBM819 cp819",
-           "ISO 8859-1, Western European", _Enc_iso_8859_1),
+    // KOI8-RU has other signs at 93 to 9F.
+    knownToEngineAs("koi8-ru", single(21866, "KOI8-U", "csKOI8U IBM1168 cp1168",
+                                      "Ukrainian, KOI8-U", _Enc_koi8_u)),
+    knownToEngineAs(
+        kLatin1Names,
+        single(28591, "cp28591", "", "ISO 8859-1 as Windows reads it, as 1252", _Enc_iso_8859_1)),
     single(28592, "ISO-8859-2", "ISO_8859-2:1987 csISOLatin2 latin2 l2 iso-ir-101 IBM912 cp912",
            "ISO 8859-2, Central European", _Enc_iso_8859_2),
     single(28593, "ISO-8859-3", "ISO_8859-3:1988 csISOLatin3 latin3 l3 iso-ir-109 IBM913 cp913",
@@ -324,10 +345,13 @@ inline constexpr EncodingRow kRows[] = {
            "ISO 8859-8, Hebrew, visual order", _Enc_iso_8859_8),
     single(28599, "ISO-8859-9", "ISO_8859-9:1989 csISOLatin5 latin5 l5 iso-ir-148 IBM920 cp920",
            "ISO 8859-9, Turkish", _Enc_iso_8859_9),
-    // Parts 10 and 11 have tables that are built on request, but nothing converts with them. Parts
-    // 12 and 14 have none.
-    undispatched(28600, _Enc_iso_8859_10),
-    undispatched(28601, _Enc_iso_8859_11),
+    // EncConvert builds the tables of parts 10 and 11 on request, but converts nothing with them.
+    // Parts 12 and 14 have none.
+    kept(
+        streamOnly(single(28600, "ISO-8859-10", "ISO_8859-10:1992 csISOLatin6 latin6 l6 iso-ir-157",
+                          "ISO 8859-10, Nordic", _Enc_iso_8859_10))),
+    kept(streamOnly(
+        single(28601, "ISO-8859-11", "ISO_8859-11:2001", "ISO 8859-11, Thai", _Enc_iso_8859_11))),
     single(28603, "ISO-8859-13", "csISO885913 latin7 l7 iso-ir-179", "ISO 8859-13, Baltic",
            _Enc_iso_8859_13),
     single(28605, "ISO-8859-15",
@@ -347,17 +371,11 @@ inline constexpr EncodingRow kRows[] = {
           CharsetKind::kStateful, &kIso2022KrCodec),
     // The plain number is Windows's, whose table is Shift_JIS in the dress of EUC; streams know
     // what everybody else means by the names as 200954.
-    namedInStreams(
-        "cp51932",
-        lackingJis0212(readingAlso(
-            _Enc_euc_jp_only_read,
-            doubleByte(
-                51932,
-                "EUC-JP",
-                "x-euc iso-2022-jpeuc "
-                "csEUCPkdFmtJapanese Extended_UNIX_Code_Packed_Format_for_Japanese x-euc-jp ujis "
-                "IBM-eucJP",
-                "Japanese, EUC-JP", GetEucJP, 25873, 2)))),
+    knownToEngineAs(kEucJpNames,
+                    lackingJis0212(readingAlso(
+                        _Enc_euc_jp_only_read,
+                        doubleByte(51932, "cp51932", "x-euc iso-2022-jpeuc",
+                                   "Japanese, EUC-JP as Windows has it", GetEucJP, 25873, 2)))),
     doubleByte(51936, "EUC-CN", "x-euc-cn IBM-eucCN", "Simplified Chinese, EUC-CN", GetEucCN, 38459,
                2),
     doubleByte(51949, "EUC-KR", "csEUCKR iso-2022-kr-8 iso-2022-kr-8bit IBM-eucKR",
@@ -381,10 +399,8 @@ inline constexpr EncodingRow kRows[] = {
             true),
     // From 200000 up are numbers of our own. 954 is IBM's for this encoding, whose table has a few
     // characters more; Windows has no number for it (20932 writes JIS X 0212 in two bytes).
-    streamOnly(codec(200954, "EUC-JP",
-                     "csEUCPkdFmtJapanese Extended_UNIX_Code_Packed_Format_for_Japanese x-euc-jp "
-                     "ujis IBM-eucJP",
-                     "Japanese, EUC-JP with JIS X 0212", CharsetKind::kMultiByte, &kEucJpCodec)),
+    streamOnly(codec(200954, "EUC-JP", kEucJpAliases, "Japanese, EUC-JP with JIS X 0212",
+                     CharsetKind::kMultiByte, &kEucJpCodec)),
     streamOnly(codec(1052936, "hz-gb-2312", "hz", "Chinese simplified, HZ (RFC 1843)",
                      CharsetKind::kStateful, &kHzCodec)),
 };

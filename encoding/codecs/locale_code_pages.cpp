@@ -110,7 +110,7 @@ LocaleCodePages localeCodePages() {
 LocaleCodePages localeCodePagesOf(std::string_view locale) {
   const LocaleParts parts = partsOf(locale);
   const EncodingRow* const row = findEngineEncoding(parts.codeset);
-  const int codeset = row != nullptr && row->inEngine ? row->number : 0;
+  const int codeset = row == nullptr ? 0 : row->number;
   if (codeset == kUtf8) return {kUtf8, kUtf8};
   const LocaleGroup& group = groupOf(parts);
   if (codeset != 0) return {codeset, group.oem};

@@ -87,13 +87,9 @@ StreamStatus StreamConverter::Core::open(int from) {
   m_target.reset();
   m_isReordered = m_isCopied = false;
   if (m_plan == nullptr) {
-    const auto canConvert = [](int codePage) {
-      const EncodingRow* const row = findEncodingRow(codePage);
-      return row != nullptr && row->isDispatched;
-    };
-    if (isSame() && !canConvert(from)) return StreamStatus::kGood;
-    if (!canConvert(from)) return StreamStatus::kNoDecoder;
-    return canConvert(m_settings.to) ? StreamStatus::kNoMemory : StreamStatus::kNoEncoder;
+    if (isSame() && !isStreamCodePage(from)) return StreamStatus::kGood;
+    if (!isStreamCodePage(from)) return StreamStatus::kNoDecoder;
+    return isStreamCodePage(m_settings.to) ? StreamStatus::kNoMemory : StreamStatus::kNoEncoder;
   }
   if (!m_approximations.prepare(*m_plan, m_settings.bestFit)) return StreamStatus::kNoMemory;
   // Nothing is rewritten where nothing is converted.

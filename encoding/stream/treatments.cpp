@@ -5,7 +5,6 @@
 #include <new>
 #include <string_view>
 
-#include "encoding/encoding_convert.h"
 #include "encoding/pump.h"
 #include "encoding/special_units.h"
 #include "support/utf.h"
@@ -43,25 +42,23 @@ int hostUtf16() { return zvIsBigEndian() ? 1201 : kUtf16Le; }
 
 }  // namespace
 
-// Whole conversions between any two code pages, with everything that EncConvert does.
-class AlternateConverter : private ConversionObserver {
+// Whole conversions between any two code pages.
+class AlternateConverter {
  public:
-  AlternateConverter() { m_converter.m_observer = this; }
-
-  // False also when anything could not be converted.
+  // False when anything could not be converted; a failure for want of memory is latched in out.
   bool convert(int from, int to, const unsigned char* data, std::uint32_t length, DataBuffer& out) {
-    m_isBad = false;
-    const bool ok = m_converter.EncConvert(from, to, data, length, out, m_log);
-    m_converter.m_pivotToUtf16 = m_converter.m_pivotFromUtf16 = false;
-    return ok && !m_converter.m_foundErrors && !m_isBad;
+    StreamSettings settings;
+    settings.from = from;
+    settings.to = to;
+    StreamStatus status = m_stream.begin(settings);
+    if (status == StreamStatus::kGood) status = m_stream.push(data, length, out);
+    if (status == StreamStatus::kGood) status = m_stream.finish(out);
+    if (status == StreamStatus::kNoMemory) out.latchFailure();
+    return status == StreamStatus::kGood;
   }
 
  private:
-  void onUnconvertible(const UnconvertibleInput& /*piece*/) override { m_isBad = true; }
-
-  EncodingConvert m_converter;
-  LogBase m_log;
-  bool m_isBad = false;
+  StreamConverter m_stream;
 };
 
 Treatment::Treatment() = default;

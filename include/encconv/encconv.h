@@ -4,6 +4,12 @@
 /// Nothing here throws for bad input or unknown encodings: results say what happened and where.
 /// std::bad_alloc may come from the standard containers. Functions may be called from any thread;
 /// an object belongs to one thread at a time.
+///
+/// Marks: a byte order mark at the beginning of a Unicode source tells the byte order of UTF-16 and
+/// UTF-32, and is taken off; where source and target are the same, it stays. The output begins with
+/// one when Options::byte_order_mark asks for it. Functions that say so do otherwise.
+///
+/// Lines: end with U+000A, however the source encodes it. U+000D and U+0085 end none.
 #ifndef ENCCONV_ENCCONV_H_
 #define ENCCONV_ENCCONV_H_
 
@@ -84,7 +90,7 @@ struct Options {
   OnError on_error = OnError::stop;       ///< what to do about text that cannot be converted
   std::optional<std::string> substitute;  ///< of OnError::substitute, in UTF-8
   bool substitute_is_raw = false;         ///< it is not UTF-8 but bytes of the target
-  int alternate = 1252;                   ///< code page of OnError::alternate
+  Encoding alternate = 1252;              ///< of OnError::alternate
   bool byte_order_mark = false;           ///< begin the output with the mark of a Unicode target
   bool pdf_passthrough = false;           ///< copy input that begins "%PDF-1"
   /// Try, before on_error, the similar character that Windows writes for one that the target lacks.
@@ -146,16 +152,17 @@ using Utf16Result = BasicResult<std::u16string>;  ///< with UTF-16 in the host's
 ENCCONV_API Result convert(std::string_view bytes, Encoding from, Encoding to,
                            const Options& options = {});
 
-/// Bytes of any encoding to UTF-8. A byte order mark of the input is taken off.
+/// Bytes of any encoding to UTF-8. A byte order mark of the input is taken off, also from UTF-8.
 ENCCONV_API Result to_utf8(std::string_view bytes, Encoding from, const Options& options = {});
-/// UTF-8 to bytes of any encoding. A byte order mark of the input is taken off.
+/// UTF-8 to bytes of any encoding. A byte order mark of the input is taken off, also to UTF-8.
 ENCCONV_API Result from_utf8(std::string_view text, Encoding to, const Options& options = {});
 
 /// Bytes of any encoding to UTF-16 in the host's byte order. A byte order mark of the input is
-/// taken off.
+/// taken off, also from UTF-16.
 ENCCONV_API Utf16Result to_utf16(std::string_view bytes, Encoding from,
                                  const Options& options = {});
-/// UTF-16 in the host's byte order to bytes of any encoding. Looks for no byte order mark.
+/// UTF-16 in the host's byte order to bytes of any encoding. Looks for no byte order mark: U+FEFF
+/// at the beginning is a character of the text.
 ENCCONV_API Result from_utf16(std::u16string_view text, Encoding to, const Options& options = {});
 
 /// What became of a conversion into the caller's memory.

@@ -1,8 +1,21 @@
-/// @file
-/// The C interface of encconv: the same conversions as the C++ interface, with explicit sizes.
-///
-/// Nothing here keeps global state but the mapping tables. Functions may be called from any thread;
-/// a stream belongs to one thread at a time.
+/**
+ * @file
+ * The C interface of encconv: the same conversions as the C++ interface, with explicit sizes. C89
+ * but for the types of <stdint.h>.
+ *
+ * Nothing here keeps global state but the mapping tables. Functions may be called from any thread;
+ * a stream belongs to one thread at a time.
+ *
+ * Structures begin with their size, so that they can grow: the caller sets struct_size to sizeof,
+ * or begins with the initialiser that stands below each, and a library that knows more or fewer
+ * members keeps to those that both know.
+ *
+ * Marks: a byte order mark at the beginning of a Unicode source tells the byte order of UTF-16 and
+ * UTF-32, and is taken off; where source and target are the same, it stays. The output begins with
+ * one when byte_order_mark asks for it.
+ *
+ * Lines: end with U+000A, however the source encodes it. U+000D and U+0085 end none.
+ */
 #ifndef ENCCONV_ENCCONV_C_H_
 #define ENCCONV_ENCCONV_C_H_
 
@@ -16,106 +29,170 @@
 extern "C" {
 #endif
 
-/// How a conversion ended, or stands.
+/** How a conversion ended, or stands. */
 typedef enum encconv_status {
-  ENCCONV_OK = 0,              ///< all of the input was converted or treated
-  ENCCONV_STOPPED,             ///< by input that could not be converted, under "stop"
-  ENCCONV_UNKNOWN_SOURCE,      ///< the source encoding is not known or cannot be read
-  ENCCONV_UNKNOWN_TARGET,      ///< the target encoding is not known or cannot be written
-  ENCCONV_UNKNOWN_ALTERNATE,   ///< the alternate encoding can be neither read nor written
-  ENCCONV_INVALID_SUBSTITUTE,  ///< the substitute is not UTF-8, or the target cannot hold it
-  ENCCONV_INVALID_TREATMENT,   ///< the treatment is not one
-  ENCCONV_OUT_OF_MEMORY,       ///< the output may be incomplete
-  ENCCONV_MISUSE,              ///< a stream was used after its end, or a pointer is null
-  ENCCONV_OUTPUT_FULL          ///< there is too little room for the output
+  ENCCONV_OK = 0,             /**< all of the input was converted or treated */
+  ENCCONV_STOPPED,            /**< by input that could not be converted, under "stop" */
+  ENCCONV_UNKNOWN_SOURCE,     /**< the source encoding is not known or cannot be read */
+  ENCCONV_UNKNOWN_TARGET,     /**< the target encoding is not known or cannot be written */
+  ENCCONV_UNKNOWN_ALTERNATE,  /**< the alternate encoding can be neither read nor written */
+  ENCCONV_INVALID_SUBSTITUTE, /**< the substitute is not UTF-8, or the target cannot hold it */
+  ENCCONV_INVALID_ON_ERROR,   /**< encconv_options.on_error is not one of the treatments */
+  ENCCONV_OUT_OF_MEMORY,      /**< the output may be incomplete */
+  ENCCONV_MISUSE,             /**< a stream was used after its end, a pointer is null, or a
+                                   structure has no size that the library knows */
+  ENCCONV_OUTPUT_FULL         /**< there is too little room for the output */
 } encconv_status;
 
-/// A piece of input that could not be converted.
+/** How to convert. Null in place of it means the initialiser. */
+typedef struct encconv_options {
+  size_t struct_size;   /**< sizeof(encconv_options) */
+  const char* on_error; /**< what to do about text that cannot be converted, as behind the tool's
+                             --on-error: "stop", "drop", "substitute", "substitute=TEXT",
+                             "substitute=0xHH...", "hex", "alternate=ENCODING" or "raw"; null means
+                             "stop". Is not needed when the call is over. */
+  int byte_order_mark;  /**< 1: begin the output with the mark of a Unicode target */
+  int pdf_passthrough;  /**< 1: copy input that begins "%PDF-1" */
+} encconv_options;
+/** Stops at what cannot be converted; no mark. */
+#define ENCCONV_OPTIONS_INIT \
+  { sizeof(encconv_options), NULL, 0, 0 }
+
+/** A piece of input that could not be converted. */
 typedef struct encconv_problem {
-  uint64_t offset;          ///< where it begins, in bytes of the input
-  uint64_t line;            ///< of the text, counted from 1
-  uint32_t length;          ///< bytes
-  int32_t code_point;       ///< of the character that the target lacks; -1 when malformed
-  int malformed;            ///< 1: the input is no text of its encoding
-  uint32_t byte_count;      ///< valid entries of bytes
-  unsigned char bytes[16];  ///< the first bytes of the piece
+  size_t struct_size;      /**< sizeof(encconv_problem) */
+  uint64_t offset;         /**< where it begins, in bytes of the input */
+  uint64_t line;           /**< of the text, counted from 1 */
+  uint32_t length;         /**< bytes */
+  int32_t code_point;      /**< of the character that the target lacks; -1 when malformed */
+  int malformed;           /**< 1: the input is no text of its encoding */
+  uint32_t byte_count;     /**< valid entries of bytes */
+  unsigned char bytes[16]; /**< the first bytes of the piece */
 } encconv_problem;
+/** No problem. */
+#define ENCCONV_PROBLEM_INIT                         \
+  {                                                  \
+    sizeof(encconv_problem), 0, 0, 0, 0, 0, 0, { 0 } \
+  }
 
-/// What is known of an encoding. The texts end with NUL, are the library's own and stay valid.
+/** What became of a conversion. */
+typedef struct encconv_result {
+  size_t struct_size;             /**< sizeof(encconv_result) */
+  encconv_problem* first_problem; /**< set by the caller: where the first problem goes, or null.
+                                       Its length becomes 0 when there was none. */
+  uint64_t problem_count;         /**< pieces that could not be converted */
+} encconv_result;
+/** With no place for the first problem. */
+#define ENCCONV_RESULT_INIT \
+  { sizeof(encconv_result), NULL, 0 }
+
+/** What is known of an encoding. The texts end with NUL, are the library's own and stay valid. */
 typedef struct encconv_code_page {
-  int number;               ///< by which conversions name it: 1252, 932, 65001, ...
-  const char* name;         ///< its preferred name
-  const char* kind;         ///< "unicode", "single-byte", "double-byte" or "stateful"
-  const char* description;  ///< a few words for people
-  int can_read;             ///< 1: may be the source of a conversion
-  int can_write;            ///< 1: may be the target
+  size_t struct_size;      /**< sizeof(encconv_code_page) */
+  int number;              /**< by which conversions name it: 1252, 932, 65001, ... */
+  const char* name;        /**< its preferred name */
+  const char* aliases;     /**< its other names, separated by single spaces */
+  const char* kind;        /**< "unicode", "single-byte", "double-byte" or "stateful" */
+  const char* description; /**< a few words for people */
+  int can_read;            /**< 1: may be the source of a conversion */
+  int can_write;           /**< 1: may be the target */
 } encconv_code_page;
+/** No encoding. */
+#define ENCCONV_CODE_PAGE_INIT \
+  { sizeof(encconv_code_page), 0, NULL, NULL, NULL, NULL, 0, 0 }
 
-/// A conversion under way.
+/** A conversion under way. */
 typedef struct encconv_stream encconv_stream;
 
-/// The version of the library that runs, such as "1.0.0".
+/** The version of the library that runs, such as "2.0.0". */
 ENCCONV_API const char* encconv_version(void);
-/// A few words for people about a status.
+/** A few words for people about a status. */
 ENCCONV_API const char* encconv_describe(encconv_status status);
 
-/// The number of the encoding that a name or a number written out means; 0 when it is not known.
+/**
+ * The number of the encoding that a name means ("utf-8", "Shift_JIS", "cp1252", "1252", ...); 0
+ * when it is not known. Case, punctuation and leading zeros do not matter.
+ */
 ENCCONV_API int encconv_find_code_page(const char* name);
-/// How many encodings there are.
+/** How many encodings there are. */
 ENCCONV_API size_t encconv_code_page_count(void);
-/// Fills in the encoding at an index below the count, in ascending order of number; 0 for any other
-/// index, else 1.
+/**
+ * Fills in the encoding at an index below the count, in ascending order of number; 0 for any other
+ * index, else 1.
+ */
 ENCCONV_API int encconv_code_page_at(size_t index, encconv_code_page* page);
 
-/// Converts size bytes. treatment says what to do about text that cannot be converted, as behind
-/// the tool's --on-error: "stop", "drop", "substitute", "substitute=TEXT", "substitute=0xHH...",
-/// "hex", "alternate=CODEPAGE" or "raw"; null means "stop". *output becomes the converted bytes, to
-/// be freed with encconv_free(), and *output_size their number; both are set whatever the status,
-/// null and 0 when there is nothing. first_problem may be null; it is filled in when there was a
-/// problem, else its length becomes 0.
+/**
+ * Converts size bytes. *output becomes the converted bytes, to be freed with encconv_free(), and
+ * *output_size their number; up to the problem when stopped. Both are set whatever the status but
+ * ENCCONV_MISUSE, null and 0 when there is nothing. options and result may be null.
+ */
 ENCCONV_API encconv_status encconv_convert(int from, int to, const void* data, size_t size,
-                                           const char* treatment, unsigned char** output,
-                                           size_t* output_size, encconv_problem* first_problem);
-/// Frees the output of encconv_convert(). Null is ignored.
+                                           const encconv_options* options, unsigned char** output,
+                                           size_t* output_size, encconv_result* result);
+/** Frees the output of encconv_convert(). Null is ignored. */
 ENCCONV_API void encconv_free(unsigned char* output);
 
-/// Converts size bytes into the capacity bytes at output, which must not overlap them; treatment
-/// and first_problem as above. *output_size becomes the number of bytes written; where the status
-/// is not ENCCONV_OK they are a part of the output. Nothing is written behind the capacity;
-/// ENCCONV_OUTPUT_FULL when it is too little.
+/**
+ * Converts size bytes into the capacity bytes at output, which must not overlap them. *output_size
+ * becomes the number of bytes written; where the status is not ENCCONV_OK they are a part of the
+ * output. Nothing is written behind the capacity; ENCCONV_OUTPUT_FULL when it is too little.
+ * options and result may be null.
+ */
 ENCCONV_API encconv_status encconv_convert_into(int from, int to, const void* data, size_t size,
-                                                const char* treatment, void* output,
+                                                const encconv_options* options, void* output,
                                                 size_t capacity, size_t* output_size,
-                                                encconv_problem* first_problem);
-/// A capacity that is enough for size bytes of any text, unless "hex", "raw", "alternate" or a
-/// substitute of several characters puts more in place of what cannot be converted. 0 for an
-/// encoding that is not known.
+                                                encconv_result* result);
+/**
+ * A capacity that is enough for size bytes of any text, unless "hex", "raw", "alternate" or a
+ * substitute of several characters puts more in place of what cannot be converted. 0 for an
+ * encoding that is not known.
+ */
 ENCCONV_API size_t encconv_max_output_size(size_t size, int from, int to);
 
-/// Begins a conversion piece by piece; treatment as above. Null, with *status saying why, when it
-/// cannot be done; status may be null. To be closed with encconv_close().
-ENCCONV_API encconv_stream* encconv_open(int from, int to, const char* treatment,
+/**
+ * Begins a conversion piece by piece. Null, with *status saying why, when it cannot be done;
+ * options and status may be null. To be closed with encconv_close().
+ */
+ENCCONV_API encconv_stream* encconv_open(int from, int to, const encconv_options* options,
                                          encconv_status* status);
-/// Begins another conversion, whatever became of the one before; its memory is used again, and the
-/// output is emptied. Any status but ENCCONV_OK leaves a stream that only encconv_begin() and
-/// encconv_close() can use.
+/**
+ * Begins another conversion, whatever became of the one before; its memory is used again, the
+ * output is emptied, and the handler of encconv_on_problem() stays. Any status but ENCCONV_OK
+ * leaves a stream that only encconv_begin() and encconv_close() can use.
+ */
 ENCCONV_API encconv_status encconv_begin(encconv_stream* stream, int from, int to,
-                                         const char* treatment);
-/// Converts the next size bytes. Any status but ENCCONV_OK ends the stream; what was converted
-/// until then is in the output.
+                                         const encconv_options* options);
+
+/** Is told of a problem, which is valid during the call; context is the caller's own. */
+typedef void (*encconv_problem_handler)(const encconv_problem* problem, void* context);
+/**
+ * Has handler called for each piece that cannot be converted, in the order of the text, before its
+ * treatment is written; null: no longer. To be set before the first encconv_push(); the handler
+ * must not use the stream and must not throw or jump out.
+ */
+ENCCONV_API void encconv_on_problem(encconv_stream* stream, encconv_problem_handler handler,
+                                    void* context);
+
+/**
+ * Converts the next size bytes. Any status but ENCCONV_OK ends the stream; what was converted until
+ * then is in the output.
+ */
 ENCCONV_API encconv_status encconv_push(encconv_stream* stream, const void* data, size_t size);
-/// Ends the stream: converts what waited for more, and writes what the target ends with.
+/** Ends the stream: converts what waited for more, and writes what the target ends with. */
 ENCCONV_API encconv_status encconv_finish(encconv_stream* stream);
-/// The output that has gathered since it was last cleared: its first byte, valid until the next
-/// call for the stream, and in *size the number of bytes. Never null.
+/**
+ * The output that has gathered since it was last cleared: its first byte, valid until the next call
+ * for the stream, and in *size the number of bytes. Never null.
+ */
 ENCCONV_API const unsigned char* encconv_output(const encconv_stream* stream, size_t* size);
-/// Empties the output.
+/** Empties the output. */
 ENCCONV_API void encconv_clear_output(encconv_stream* stream);
-/// How many pieces could not be converted so far.
+/** How many pieces could not be converted so far. */
 ENCCONV_API uint64_t encconv_problem_count(const encconv_stream* stream);
-/// Fills in the first of them; 0 when there is none, else 1.
+/** Fills in the first of them; 0 when there is none, else 1. */
 ENCCONV_API int encconv_first_problem(const encconv_stream* stream, encconv_problem* problem);
-/// Frees the stream, finished or not. Null is ignored.
+/** Frees the stream, finished or not. Null is ignored. */
 ENCCONV_API void encconv_close(encconv_stream* stream);
 
 #ifdef __cplusplus

@@ -15,6 +15,14 @@ lib=$(dirname "$(find "$prefix" -name libencconv.a)")
 
 say() { echo "== $*"; }
 
+say "names that the static library shows"
+if nm -C --defined-only --extern-only "$lib/libencconv.a" | grep -E '^[0-9a-f]+ ' |
+  grep -v -E ' (encconv::|encconv_|(vtable|typeinfo|typeinfo name) for encconv::)' |
+  grep -v -E ' [VWu] .*std::'; then
+  echo "these are no names of the interface"
+  exit 1
+fi
+
 find_package() {
   kind=$1 languages=$2 tree=$work/find_$3
   say "find_package, $kind, $languages"
@@ -44,11 +52,27 @@ for kind in shared static; do
   ${CXX:-c++} -std=c++17 "$here/consumer.cpp" -o "$work/cpp_$kind" \
     $(pkg-config $static --cflags --libs encconv)
   # shellcheck disable=SC2046
-  ${CC:-cc} -std=c99 "$here/consumer.c" -o "$work/c_$kind" \
+  ${CC:-cc} -std=c89 -pedantic-errors "$here/consumer.c" -o "$work/c_$kind" \
     $(pkg-config $static --cflags --libs encconv)
   LD_LIBRARY_PATH=$lib "$work/cpp_$kind"
   LD_LIBRARY_PATH=$lib "$work/c_$kind"
 done
+
+say "pkg-config, engine"
+# shellcheck disable=SC2046
+${CXX:-c++} -std=c++20 "$here/consumer_engine.cpp" -o "$work/engine" \
+  $(PKG_CONFIG_PATH=${lib}/pkgconfig pkg-config --cflags --libs encconv-engine)
+"$work/engine"
+
+say "the program of README.md"
+readme=$here/../../README.md
+sed -n '/^    #include <encconv/,/^$/s/^    //p' "$readme" | sed '/^$/,$d' >"$work/hello.cpp"
+(
+  cd "$work"
+  PKG_CONFIG_PATH=$lib/pkgconfig LD_LIBRARY_PATH=$lib
+  export PKG_CONFIG_PATH LD_LIBRARY_PATH
+  [ "$(sh -c "$(sed -n 's/^    \(c++ .*hello\.cpp.*\)/\1/p' "$readme")")" = "café" ]
+)
 
 for fetch in OFF ON; do
   say "add_subdirectory, FetchContent $fetch (configured only)"

@@ -13,6 +13,7 @@ extern const char _Enc_ASMO_708[];
 extern const char _Enc_DOS_720[];
 extern const char _Enc_ibm737[];
 extern const char _Enc_ibm775[];
+extern const char _Enc_latin1[];
 extern const char _Enc_ibm850[];
 extern const char _Enc_ibm852[];
 extern const char _Enc_IBM855[];
