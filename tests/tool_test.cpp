@@ -1,90 +1,7 @@
-// The tool as its users run it: the program itself, on files in a directory of its own.
-#include <gtest/gtest.h>
-#include <sys/stat.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
-#include <algorithm>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <string>
-#include <vector>
+// The tool: its command line, the text that it writes, what it shows.
+#include "tests/tool_support.h"
 
 namespace {
-
-namespace fs = std::filesystem;
-
-// What one run of the tool left behind.
-struct ToolRun {
-  int status;
-  std::string out;
-  std::string err;
-};
-
-class ToolTest : public ::testing::Test {
- protected:
-  ToolTest() {
-    std::string pattern = (fs::temp_directory_path() / "encconv_test_XXXXXX").string();
-    m_directory = mkdtemp(pattern.data());
-    write("latin", "caf\xE9\n");
-    write("utf8", "café\n");
-  }
-  ~ToolTest() override { fs::remove_all(m_directory); }
-
-  fs::path path(const std::string& name) const { return m_directory / name; }
-
-  void write(const std::string& name, const std::string& content) const {
-    std::ofstream(path(name), std::ios::binary) << content;
-  }
-
-  static std::string readFile(const fs::path& file) {
-    std::ifstream stream(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
-  }
-  std::string read(const std::string& name) const { return readFile(path(name)); }
-
-  // Runs "encconv ARGUMENTS" in the directory.
-  ToolRun run(const std::string& arguments, const std::string& input = "") const {
-    return shell(std::string(ENCCONV_TOOL " ") + arguments, input);
-  }
-
-  ToolRun shell(const std::string& script, const std::string& input = "") const {
-    write(".in", input);
-    const std::string command =
-        "cd '" + m_directory.string() + "' && {\n" + script + "\n} < .in > .out 2> .err";
-    // The shell is what the tool is used from.
-    const int status = std::system(command.c_str());  // NOLINT(cert-env33-c,concurrency-mt-unsafe)
-    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, read(".out"), read(".err")};
-  }
-
-  // Files in the directory, but for those of run().
-  std::string files() const {
-    std::vector<std::string> names;
-    for (const auto& entry : fs::directory_iterator(m_directory)) {
-      const std::string name = entry.path().filename().string();
-      if (name[0] != '.') names.push_back(name);
-    }
-    std::sort(names.begin(), names.end());
-    std::string list;
-    for (const std::string& name : names) list += name + " ";
-    return list;
-  }
-
-  fs::path m_directory;
-};
-
-bool contains(const std::string& text, const std::string& part) {
-  return text.find(part) != std::string::npos;
-}
-
-// One line that names the program and the thing.
-void expectOneLine(const ToolRun& outcome, const std::string& part) {
-  EXPECT_EQ(std::count(outcome.err.begin(), outcome.err.end(), '\n'), 1) << outcome.err;
-  EXPECT_TRUE(outcome.err.starts_with("encconv: ")) << outcome.err;
-  EXPECT_TRUE(contains(outcome.err, part)) << outcome.err;
-}
 
 TEST_F(ToolTest, ConvertsFilesAndStreamsByNameAndNumber) {
   EXPECT_EQ(run("-f latin1 -t utf-8 latin").out, "café\n");
@@ -161,18 +78,6 @@ TEST_F(ToolTest, RefusesInOneLineAndWritesNothing) {
   EXPECT_EQ(read("latin"), "caf\xE9\n");
 }
 
-TEST_F(ToolTest, TroubleWithTheOutputIsReported) {
-  expectOneLine(run("-f 1252 -t utf-8 latin -o /dev/full"), "/dev/full: No space left");
-  expectOneLine(run("-f 1252 -t utf-8 latin > /dev/full"), "standard output: No space left");
-  for (const char* arguments : {"-f 1252 -t utf-8 latin", "--list", "--chart 932", "--help"}) {
-    // The reader is gone before the tool writes.
-    const ToolRun outcome = shell(std::string("{ sleep 0.1; " ENCCONV_TOOL " ") + arguments +
-                                  "; echo $? > status; } | true");
-    EXPECT_EQ(read("status"), "2\n") << arguments;
-    expectOneLine(outcome, "standard output: ");
-  }
-}
-
 TEST_F(ToolTest, StopsWithTheWholeStory) {
   write("target", "old");
   write("text", "first\nnow \u4E00\n");
@@ -229,94 +134,6 @@ TEST_F(ToolTest, TheWorstOfTheInputsTellsTheStatus) {
   const ToolRun stopped = run("-f utf-8 -t 1252 utf8 latin utf8");
   EXPECT_EQ(stopped.status, 1);
   EXPECT_EQ(stopped.out, "caf\xE9\ncaf");
-}
-
-TEST_F(ToolTest, ReplacesFilesInPlace) {
-  write("good", "\xE9t\xE9\n");
-  write("bad", "\x98\x98");
-  for (int i = 0; i < 20; ++i) write("many" + std::to_string(i), std::string(100, '\xE9'));
-  chmod(path("good").c_str(), 0640);
-  const auto time = fs::file_time_type::clock::now() - std::chrono::hours(1000);
-  fs::last_write_time(path("good"), time);
-  fs::create_symlink("good", path("link"));
-
-  // 98 is a control character that 737 lacks.
-  const ToolRun outcome = run("-f 1253 -t 737 --in-place=.old -j 4 bad link many*");
-  EXPECT_EQ(outcome.status, 1);
-  expectOneLine(outcome, "bad: byte offset 0");
-  EXPECT_EQ(read("bad"), "\x98\x98");
-  EXPECT_FALSE(fs::exists(path("bad.old")));
-  EXPECT_EQ(read("good"), "\xA0t\xA0\n");
-  EXPECT_EQ(read("good.old"), "\xE9t\xE9\n");
-  EXPECT_TRUE(fs::is_symlink(path("link")));
-  EXPECT_EQ(fs::last_write_time(path("good")), time);
-  EXPECT_EQ(fs::status(path("good")).permissions(), fs::perms(0640));
-  for (int i = 0; i < 20; ++i)
-    EXPECT_EQ(read("many" + std::to_string(i)), std::string(100, '\xA0'));
-}
-
-// A file is replaced only when its backup is there.
-TEST_F(ToolTest, LeavesAFileAloneThatItCannotBackUp) {
-  fs::create_directory(path("latin.old"));
-  write("other", "\xE9");
-  write("other.old", "an older one");
-  const ToolRun result = run("-f 1252 -t utf-8 --in-place=.old latin other");
-  EXPECT_EQ(result.status, 2);
-  expectOneLine(result, "latin: Is a directory");
-  EXPECT_EQ(read("latin"), "caf\xE9\n");
-  EXPECT_EQ(read("other"), "é");
-  EXPECT_EQ(read("other.old"), "\xE9");
-  EXPECT_EQ(files(), "latin latin.old other other.old utf8 ");
-}
-
-TEST_F(ToolTest, WritesIntoADirectory) {
-  fs::create_directory(path("from"));
-  write("from/latin", "\xE8");
-  expectOneLine(run("-f 1252 -t utf-8 --output-dir into latin from/latin"), "written twice");
-  EXPECT_EQ(run("-f 1252 -t utf-8 --output-dir into -j 0 from/latin utf8").status, 0);
-  EXPECT_EQ(read("into/latin"), "è");
-  EXPECT_EQ(read("into/utf8"), "cafÃ©\n");
-}
-
-TEST_F(ToolTest, ReplacesTheOutputOnlyAtTheEnd) {
-  write("target", "old");
-  chmod(path("target").c_str(), 0600);
-  fs::create_symlink("target", path("link"));
-  EXPECT_EQ(run("-f 1252 -t utf-8 latin -o link").status, 0);
-  EXPECT_EQ(read("target"), "café\n");
-  EXPECT_TRUE(fs::is_symlink(path("link")));
-  EXPECT_EQ(fs::status(path("target")).permissions(), fs::perms(0600));
-  EXPECT_EQ(files(), "latin link target utf8 ");
-  EXPECT_EQ(shell("umask 026; " ENCCONV_TOOL " -f 1252 -t utf-8 latin -o .new <&-").status, 0);
-  EXPECT_EQ(fs::status(path(".new")).permissions(), fs::perms(0640));
-
-  // A signal leaves the old file and no temporary one.
-  const ToolRun outcome = shell("sleep 1 | " ENCCONV_TOOL
-                                " -f 1252 -t utf-8 -o target &\n"
-                                "sleep 0.3; ls | wc -l; kill -TERM $!; wait $!; echo $?");
-  EXPECT_EQ(outcome.out, "5\n143\n");
-  EXPECT_EQ(read("target"), "café\n");
-  EXPECT_EQ(files(), "latin link target utf8 ");
-
-  // Nor does it behind more files than the signal's handler has places for.
-  for (int i = 0; i < 300; ++i) write("many" + std::to_string(i), "\xE9");
-  const ToolRun many = shell("mkfifo zzz; sleep 60 > zzz & writer=$!\n" ENCCONV_TOOL
-                             " -f 1252 -t utf-8 --output-dir into many* zzz &\n"
-                             "for try in $(seq 300); do\n"
-                             "  [ $(ls into | wc -l) = 301 ] && break; sleep 0.1\n"
-                             "done\n"
-                             "kill -TERM $!; wait $!; echo $?; kill $writer\n"
-                             "ls into | wc -l; ls into | grep zzz");
-  EXPECT_EQ(many.out, "143\n300\n");
-
-  // A signal that is ignored does nothing.
-  const ToolRun ignored =
-      shell("mkfifo .pipe; (trap '' TERM; exec " ENCCONV_TOOL
-            " -f 1252 -t utf-8 .pipe -o target) &\n"
-            "until ls target.* > .ls 2>&1; do sleep 0.05; done\n"
-            "kill -TERM $!; timeout 5 sh -c 'printf a > .pipe'; wait $!; echo $?");
-  EXPECT_EQ(ignored.out, "0\n");
-  EXPECT_EQ(read("target"), "a");
 }
 
 TEST_F(ToolTest, ShapesMainframeText) {

@@ -1,5 +1,6 @@
 #include "apps/encconv/convert_command.h"
 
+#include <sys/resource.h>
 #include <sys/stat.h>
 
 #include <algorithm>
@@ -14,6 +15,7 @@
 
 #include "apps/encconv/file_conversion.h"
 #include "apps/encconv/file_io.h"
+#include "apps/encconv/inputs.h"
 
 namespace tool {
 namespace {
@@ -23,23 +25,8 @@ using FileId = std::pair<dev_t, ino_t>;
 struct Work {
   std::string input;
   struct stat status;  // of the input
-  std::string output;
+  std::string output;  // at first the name below --output-dir
 };
-
-// Looks at all inputs before anything is written. False, after a report, when one is missing.
-bool inspectInputs(const Options& options, Console& console, std::vector<Work>& works) {
-  for (const std::string& name : options.inputs) {
-    Work work{name, {}, options.output};
-    std::string error;
-    if (!inspectInput(name, work.status, error)) {
-      console.report(error);
-      return false;
-    }
-    console.expectInput(S_ISREG(work.status.st_mode) ? work.status.st_size : -1);
-    works.push_back(std::move(work));
-  }
-  return true;
-}
 
 int convertIntoOne(const Options& options, Console& console, const std::vector<Work>& works) {
   OutputFile output;
@@ -47,10 +34,11 @@ int convertIntoOne(const Options& options, Console& console, const std::vector<W
     console.report(output.error());
     return kUsage;
   }
+  const bool isStandard = options.output.empty() || options.output == "-";
   for (const Work& work : works) {
     if (output.isFile(work.status)) {
       console.report(work.input + ": is both input and output" +
-                     (options.output.empty() ? "" : "; see --in-place"));
+                     (isStandard ? "" : "; see --in-place"));
       return kUsage;
     }
   }
@@ -73,6 +61,13 @@ int convertIntoOne(const Options& options, Console& console, const std::vector<W
   return status;
 }
 
+bool openOutput(const Options& options, const Work& work, OutputFile& output) {
+  if (options.inPlace) return output.openInPlace(work.output, options.backupSuffix);
+  std::error_code error;  // what is missing afterwards, the open tells
+  std::filesystem::create_directories(std::filesystem::path(work.output).parent_path(), error);
+  return output.open(work.output);
+}
+
 int convertOne(const Options& options, Console& console, FileConversion& conversion,
                const Work& work) {
   InputFile input;
@@ -81,18 +76,33 @@ int convertOne(const Options& options, Console& console, FileConversion& convers
     return kUsage;
   }
   OutputFile output;
-  if (!output.open(work.output)) {
+  if (!openOutput(options, work, output)) {
     console.report(output.error());
     return kUsage;
   }
   const ConversionResult result = conversion.convert(input, output, true);
   if (!result.isComplete) return result.status;
-  if (options.inPlace) output.keepOriginal(options.backupSuffix);
-  if ((options.inPlace && !output.keepTimes(input.status())) || !output.commit()) {
+  if ((options.preserveTime && !output.keepTimes(input.status())) || !output.commit()) {
     console.report(output.error());
     return kUsage;
   }
   return result.status;
+}
+
+// How many files can be converted at once with the descriptors that the process may have.
+std::size_t usableJobs(std::size_t wanted) {
+  constexpr rlim_t kOfOneJob = 4;  // input, output, the original beside it, and one to spare
+  constexpr rlim_t kOthers = 16;
+  struct rlimit limit = {};
+  if (getrlimit(RLIMIT_NOFILE, &limit) != 0) return wanted;
+  const rlim_t needed = wanted * kOfOneJob + kOthers;
+  if (limit.rlim_cur < needed) {
+    struct rlimit raised = limit;
+    raised.rlim_cur = std::min(needed, limit.rlim_max);
+    if (setrlimit(RLIMIT_NOFILE, &raised) == 0) limit = raised;
+  }
+  if (limit.rlim_cur >= needed) return wanted;
+  return limit.rlim_cur < kOthers + kOfOneJob ? 1 : (limit.rlim_cur - kOthers) / kOfOneJob;
 }
 
 int convertEach(const Options& options, Console& console, const std::vector<Work>& works) {
@@ -108,8 +118,12 @@ int convertEach(const Options& options, Console& console, const std::vector<Work
     }
   };
   std::vector<std::thread> threads;
-  const std::size_t count = std::min<std::size_t>(options.jobs, works.size());
-  for (std::size_t i = 1; i < count; ++i) threads.emplace_back(run);
+  const std::size_t count = usableJobs(std::min<std::size_t>(options.jobs, works.size()));
+  try {
+    while (threads.size() + 1 < count) threads.emplace_back(run);
+  } catch (const std::system_error&) {
+    // No more threads are to be had: those that there are do the work.
+  }
   run();
   for (std::thread& thread : threads) thread.join();
   return worst;
@@ -120,7 +134,8 @@ bool chooseOutputs(const Options& options, Console& console, std::vector<Work>& 
   std::set<FileId> inputs;
   std::set<std::string> outputs;
   for (const Work& work : works) {
-    const bool isNew = inputs.emplace(work.status.st_dev, work.status.st_ino).second;
+    const bool isNew = inputs.emplace(work.status.st_dev, work.status.st_ino).second ||
+                       work.status.st_nlink > 1;  // which is refused file by file
     if (options.inPlace && (!isNew || !S_ISREG(work.status.st_mode))) {
       console.report(work.input + (isNew ? ": is not a regular file" : ": is given twice"));
       return false;
@@ -131,8 +146,7 @@ bool chooseOutputs(const Options& options, Console& console, std::vector<Work>& 
       work.output = work.input;
       continue;
     }
-    const std::filesystem::path directory(options.outputDirectory);
-    work.output = (directory / std::filesystem::path(work.input).filename()).string();
+    work.output = (std::filesystem::path(options.outputDirectory) / work.output).string();
     struct stat status = {};
     if (!outputs.insert(work.output).second) {
       console.report(work.output + ": would be written twice");
@@ -155,20 +169,33 @@ bool makeDirectory(const std::string& name, Console& console) {
   return false;
 }
 
+// --recursive found no file.
+int reportNothing(const Options& options, Console& console) {
+  console.report(options.inputs.front() + ": there is no file to convert in it");
+  return kUsage;
+}
+
 }  // namespace
 
 int runConversion(const Options& options, Console& console) {
+  if (!FileConversion(options, console).checkSettings()) return kUsage;
+  const Inputs inputs = findInputs(options, console);
+  const bool isWhole = !inputs.hasMissing && !inputs.hasDirectory;
+  const bool isIntoOne = !options.inPlace && options.outputDirectory.empty();
+  // A directory has no text that could be missing in the one output, but a file has.
+  if (inputs.files.empty()) return isWhole ? reportNothing(options, console) : kUsage;
+  if (isIntoOne && inputs.hasMissing) return kUsage;
+
   std::vector<Work> works;
-  if (!FileConversion(options, console).checkSettings() ||
-      !inspectInputs(options, console, works)) {
-    return kUsage;
+  for (const Input& input : inputs.files) works.push_back({input.name, input.status, input.below});
+  int status = kUsage;
+  if (isIntoOne) {
+    status = convertIntoOne(options, console, works);
+  } else if (chooseOutputs(options, console, works) &&
+             (options.inPlace || makeDirectory(options.outputDirectory, console))) {
+    status = convertEach(options, console, works);
   }
-  if (!options.inPlace && options.outputDirectory.empty()) {
-    return convertIntoOne(options, console, works);
-  }
-  if (!chooseOutputs(options, console, works)) return kUsage;
-  if (!options.inPlace && !makeDirectory(options.outputDirectory, console)) return kUsage;
-  return convertEach(options, console, works);
+  return isWhole ? status : kUsage;
 }
 
 }  // namespace tool

@@ -19,6 +19,9 @@ standard input is read; without -o the result goes to standard output.
   -o, --output OUTPUT      write to a file, which is replaced only on success
       --in-place[=SUFFIX]  replace each file; SUFFIX keeps the old one
       --output-dir DIR     write each file under its name into DIR
+      --preserve-time      give what replaces a file the time of the old one
+  -r, --recursive          convert what is in directories
+      --include GLOB       of these only files with such names, like "*.txt"
   -j, --jobs N             convert up to N files at once (0: one a processor)
       --on-error TREATMENT what to do with input that cannot be converted
                            (--help errors)
@@ -74,17 +77,32 @@ Examples:
 )"},
     {"files",
      R"(Several input files are converted one after the other into one output. A file
-that is missing ends the run before anything is written.
+that is missing ends the run before anything is written there; a directory is
+reported and passed over.
 
   -o OUTPUT      The result is written beside OUTPUT under a temporary name and
                  renamed when all went well. Devices and pipes are written
-                 directly. OUTPUT must not be one of the inputs.
-  --in-place     Each FILE is replaced by its converted text; mode and times
-                 stay. A file that cannot be converted is left alone, and the
-                 others are still converted. --in-place=.old keeps the original
-                 as FILE.old.
+                 directly, - is standard output, and a symbolic link is written
+                 through. OUTPUT must not be one of the inputs.
+  --in-place     Each FILE is replaced by its converted text. Its owner, access
+                 rights, access control list and extended attributes stay, and
+                 its time of modification becomes the present one. A file that
+                 the conversion does not change is not touched. One that cannot
+                 be converted, that has other hard links, or that cannot be
+                 given what it had, is left alone with a reason, and the others
+                 are still converted.
+                 --in-place=.old keeps the original as FILE.old; where there is
+                 a FILE.old already, FILE is left alone.
   --output-dir   Each FILE is converted to DIR/NAME. DIR is made when missing.
-  -j N           With --in-place or --output-dir, N files are converted at once.
+  --preserve-time
+                 With either, files keep their time of modification.
+  -j N           With either, N files are converted at once; fewer where the
+                 limit of open files (ulimit -n) asks for it.
+  --recursive    Directories stand for the files in them and below, without
+                 symbolic links, files that end with the SUFFIX of --in-place,
+                 and what is in the DIR of --output-dir, where each gets its
+                 name below the directory. --include GLOB, any number of them,
+                 chooses files by name.
 
 Input of any length is converted in constant memory. On a terminal a progress
 line appears when that takes longer than a second.
@@ -92,6 +110,7 @@ line appears when that takes longer than a second.
 Examples:
   encconv -f 1251 -t utf-8 -o all.txt part1.txt part2.txt
   encconv -f gbk -t utf-8 --output-dir converted -j 0 *.srt
+  encconv -f 1252 -t utf-8 --in-place=.old -r --include "*.txt" notes
 )"},
     {"encodings",
      R"(FROM and TO are names or code page numbers: utf-8, UTF8, 65001 and cp65001
@@ -141,8 +160,9 @@ with one grid for each lead byte.
 
 Below the grids are the characters that are written but read as another one.
 
-encconv --chart CODEPAGE --html FILE writes a page for a browser instead, with
-code points, a search box, and light and dark colours.
+encconv --chart CODEPAGE --html FILE writes a page for a browser instead (to
+standard output for -), with code points, a search box, and light and dark
+colours.
 )"},
     {"status",
      R"(Exit status:
@@ -152,7 +172,8 @@ code points, a search box, and light and dark colours.
      nothing matches
   2  wrong usage, an unknown encoding, a file that cannot be read or written
 
-When several files fail the highest status is returned.
+When several files fail the highest status is returned. When what reads the
+output ends early, the signal SIGPIPE ends encconv quietly.
 )"},
 };
 

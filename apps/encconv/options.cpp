@@ -6,6 +6,7 @@
 #include <optional>
 #include <thread>
 
+#include "apps/encconv/console.h"
 #include "apps/encconv/ebcdic.h"
 #include "apps/encconv/help.h"
 
@@ -47,7 +48,12 @@ void declare(CLI::App& app, RawArguments& raw, Options& options) {
   app.add_option("-o,--output", options.output);
   app.add_flag("--in-place{" + std::string(kNoSuffix) + "}", raw.inPlace);
   app.add_option("--output-dir", options.outputDirectory);
+  app.add_flag("--preserve-time", options.preserveTime);
   app.add_option("-j,--jobs", raw.jobs);
+  app.add_flag("-r,--recursive", options.recursive);
+  app.add_option("--include", options.includes)
+      ->allow_extra_args(false)
+      ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
   app.add_option("--on-error", raw.onError);
   app.add_flag("--strict", options.strict);
   app.add_flag("--bom", options.writeMark);
@@ -151,6 +157,9 @@ void readDestination(const RawArguments& raw, Options& options) {
     throw UsageError{(options.inPlace ? std::string("--in-place") : std::string("--output-dir")) +
                      " needs files, not standard input"};
   }
+  if (options.preserveTime && !perFile) {
+    throw UsageError{"--preserve-time needs --in-place or --output-dir"};
+  }
   if (!raw.jobs.empty()) {
     options.jobs = readNumber("-j", raw.jobs, 0, kMaxJobs);
     if (!perFile) throw UsageError{"-j needs --in-place or --output-dir"};
@@ -196,6 +205,10 @@ void readCommand(const CLI::App& app, const RawArguments& raw, Options& options)
     readShape(raw, options);
     readDestination(raw, options);
   }
+  if (options.recursive && options.inputs.empty()) throw UsageError{"--recursive needs files"};
+  if (!options.includes.empty() && !options.recursive) {
+    throw UsageError{"--include needs --recursive"};
+  }
   if (options.inputs.empty()) options.inputs.emplace_back("-");
 }
 
@@ -238,7 +251,7 @@ ParsedArguments parseArguments(std::vector<std::string> arguments) {
   }
   parsed = {};
   parsed.status = kUsage;
-  parsed.err = "encconv: " + message + "\n";
+  parsed.err = "encconv: " + printable(message) + "\n";
   return parsed;
 }
 

@@ -30,7 +30,9 @@ inline constexpr int kCodePageAuto = -1;
 
 struct Options {
   Command command = Command::kConvert;
-  std::vector<std::string> inputs;  // never empty for kConvert and kDetect; "-": standard input
+  std::vector<std::string> inputs;    // never empty for kConvert and kDetect; "-": standard input
+  bool recursive = false;             // what is in directories is meant
+  std::vector<std::string> includes;  // patterns of the names of files there; empty: all
 
   int fromCodePage = 0;
   int toCodePage = 0;
@@ -39,10 +41,11 @@ struct Options {
   bool writeMark = false;
   bool pdfPassthrough = false;
 
-  std::string output;  // empty: standard output
+  std::string output;  // empty, or "-": standard output
   bool inPlace = false;
   std::string backupSuffix;     // of kept originals; empty: none are kept
   std::string outputDirectory;  // empty: none
+  bool preserveTime = false;    // the files have the times of their originals
   unsigned int jobs = 1;
 
   EbcdicNewline ebcdicNewline = EbcdicNewline::kKeep;
@@ -54,7 +57,7 @@ struct Options {
 
   std::string filter;  // of kList; empty: everything
   bool json = false;
-  std::string chartHtml;  // of kChart: the page to write; empty: text on standard output
+  std::string chartHtml;  // of kChart: the page to write, "-" on standard output; empty: text there
 };
 
 // What to do about a command line: run with options, or print out and err and end with status.

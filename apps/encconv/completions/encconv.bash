@@ -30,7 +30,7 @@ _encconv() {
     --on-error) words="stop drop substitute substitute= hex alternate= raw" ;;
     --ebcdic-newline) words="lf nl keep" ;;
     -h | --help) words="errors files encodings mainframe detect charts status" ;;
-    -j | --jobs | --record-length | --list | --in-place | substitute) return ;;
+    -j | --jobs | --record-length | --list | --include | --in-place | substitute) return ;;
     --output-dir)
       compopt -o filenames
       mapfile -t COMPREPLY < <(compgen -d -- "$current")
@@ -38,7 +38,8 @@ _encconv() {
       ;;
     *)
       if [[ $current == -* ]]; then
-        words="-f --from -t --to -o --output --in-place --in-place= --output-dir -j --jobs
+        words="-f --from -t --to -o --output --in-place --in-place= --output-dir
+          --preserve-time -r --recursive --include -j --jobs
           --on-error --strict --bom --pdf-passthrough --ebcdic-newline --record-length --trim
           -q --quiet -v --verbose --detect --list --json --chart --html -h --help --version"
       else
