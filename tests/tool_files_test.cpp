@@ -74,10 +74,11 @@ TEST_F(ToolTest, KeepsWhatAFileIsInPlace) {
   EXPECT_EQ(files(), "latin latin.old linked saved saved.old twin utf8 ");
 
   // Read and write for the owner and for user 1, in the form of the kernel.
-  const std::string list("\2\0\0\0\1\0\6\0\xFF\xFF\xFF\xFF\2\0\6\0\1\0\0\0"
-                         "\4\0\4\0\xFF\xFF\xFF\xFF\x10\0\6\0\xFF\xFF\xFF\xFF"
-                         "\x20\0\0\0\xFF\xFF\xFF\xFF",
-                         44);
+  const std::string list(
+      "\2\0\0\0\1\0\6\0\xFF\xFF\xFF\xFF\2\0\6\0\1\0\0\0"
+      "\4\0\4\0\xFF\xFF\xFF\xFF\x10\0\6\0\xFF\xFF\xFF\xFF"
+      "\x20\0\0\0\xFF\xFF\xFF\xFF",
+      44);
   const std::pair<const char*, std::string> attributes[] = {{"user.origin", "archive"},
                                                             {"system.posix_acl_access", list}};
   write("marked", "\xE9");
@@ -98,7 +99,8 @@ TEST_F(ToolTest, KeepsWhatAFileIsInPlace) {
 TEST_F(ToolTest, OneBadNameIsNotTheEnd) {
   fs::create_directory(path("folder"));
   write("folder/deep", "\xE9");
-  const std::string trouble = "encconv: folder: is a directory; --recursive converts what is in it\n";
+  const std::string trouble =
+      "encconv: folder: is a directory; --recursive converts what is in it\n";
   const ToolRun shown = run("-f 1252 -t utf-8 folder latin");
   EXPECT_EQ(shown.status, 2);
   EXPECT_EQ(shown.out, "café\n");

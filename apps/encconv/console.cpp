@@ -73,6 +73,7 @@ std::string printable(std::string_view text) {
 }
 
 std::string formatBytes(std::uint64_t bytes) {
+  if (bytes == 1) return "1 byte";
   static constexpr const char* kUnits[] = {"bytes", "KiB", "MiB", "GiB", "TiB", "PiB", "EiB"};
   auto value = static_cast<double>(bytes);
   std::size_t unit = 0;
@@ -83,6 +84,17 @@ std::string formatBytes(std::uint64_t bytes) {
   std::array<char, 32> text{};
   std::snprintf(text.data(), text.size(), unit == 0 || value >= 99.95 ? "%.0f %s" : "%.1f %s",
                 value, kUnits[unit]);
+  return text.data();
+}
+
+std::string formatDuration(double seconds) {
+  if (seconds >= 60) return formatTime(seconds);
+  std::array<char, 32> text{};
+  if (seconds >= 1) {
+    std::snprintf(text.data(), text.size(), "%.2f s", seconds);
+  } else {
+    std::snprintf(text.data(), text.size(), seconds < 0.01 ? "%.2f ms" : "%.0f ms", seconds * 1000);
+  }
   return text.data();
 }
 

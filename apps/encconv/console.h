@@ -13,6 +13,8 @@ namespace tool {
 
 // "1.4 GiB", "312 KiB", "17 bytes".
 std::string formatBytes(std::uint64_t bytes);
+// "0.43 ms", "1.73 s", "2 min 05 s".
+std::string formatDuration(double seconds);
 
 // A text, such as the name of a file, as it can be shown on a line and does nothing to a terminal:
 // control characters, those of the direction of writing too, become \n, \t, \r or \xHH for each

@@ -7,6 +7,7 @@
 #include <atomic>
 #include <cerrno>
 #include <filesystem>
+#include <optional>
 #include <set>
 #include <system_error>
 #include <thread>
@@ -16,6 +17,7 @@
 #include "apps/encconv/file_conversion.h"
 #include "apps/encconv/file_io.h"
 #include "apps/encconv/inputs.h"
+#include "apps/encconv/place_report.h"
 
 namespace tool {
 namespace {
@@ -28,7 +30,8 @@ struct Work {
   std::string output;  // at first the name below --output-dir
 };
 
-int convertIntoOne(const Options& options, Console& console, const std::vector<Work>& works) {
+int convertIntoOne(const Options& options, Console& console, PlaceReport* report,
+                   const std::vector<Work>& works) {
   OutputFile output;
   if (!output.open(options.output)) {
     console.report(output.error());
@@ -42,7 +45,7 @@ int convertIntoOne(const Options& options, Console& console, const std::vector<W
       return kUsage;
     }
   }
-  FileConversion conversion(options, console);
+  FileConversion conversion(options, console, report);
   int status = kDone;
   for (std::size_t i = 0; i < works.size(); ++i) {
     InputFile input;
@@ -105,11 +108,12 @@ std::size_t usableJobs(std::size_t wanted) {
   return limit.rlim_cur < kOthers + kOfOneJob ? 1 : (limit.rlim_cur - kOthers) / kOfOneJob;
 }
 
-int convertEach(const Options& options, Console& console, const std::vector<Work>& works) {
+int convertEach(const Options& options, Console& console, PlaceReport* report,
+                const std::vector<Work>& works) {
   std::atomic<std::size_t> next = 0;
   std::atomic<int> worst = kDone;
   const auto run = [&] {
-    FileConversion conversion(options, console);
+    FileConversion conversion(options, console, report);
     for (std::size_t i = next++; i < works.size(); i = next++) {
       const int status = convertOne(options, console, conversion, works[i]);
       int known = worst;
@@ -169,6 +173,25 @@ bool makeDirectory(const std::string& name, Console& console) {
   return false;
 }
 
+// Opens the report. False, after a line that says why, when it cannot be, or would take the place
+// of an input or an output.
+bool openReport(const Options& options, Console& console, const std::vector<Work>& works,
+                std::optional<PlaceReport>& report) {
+  report.emplace(options.json);
+  if (!report->open(options.report)) {
+    console.report(report->error());
+    return false;
+  }
+  for (const Work& work : works) {
+    const bool isInput = report->file().isFile(work.status);
+    if (!isInput && !report->file().isAt(work.output)) continue;
+    console.report((isInput ? work.input + ": is both input" : work.output + ": is both output") +
+                   " and --report");
+    return false;
+  }
+  return true;
+}
+
 // --recursive found no file.
 int reportNothing(const Options& options, Console& console) {
   console.report(options.inputs.front() + ": there is no file to convert in it");
@@ -178,7 +201,7 @@ int reportNothing(const Options& options, Console& console) {
 }  // namespace
 
 int runConversion(const Options& options, Console& console) {
-  if (!FileConversion(options, console).checkSettings()) return kUsage;
+  if (!FileConversion(options, console, nullptr).checkSettings()) return kUsage;
   const Inputs inputs = findInputs(options, console);
   const bool isWhole = !inputs.hasMissing && !inputs.hasDirectory;
   const bool isIntoOne = !options.inPlace && options.outputDirectory.empty();
@@ -187,13 +210,21 @@ int runConversion(const Options& options, Console& console) {
   if (isIntoOne && inputs.hasMissing) return kUsage;
 
   std::vector<Work> works;
-  for (const Input& input : inputs.files) works.push_back({input.name, input.status, input.below});
-  int status = kUsage;
-  if (isIntoOne) {
-    status = convertIntoOne(options, console, works);
-  } else if (chooseOutputs(options, console, works) &&
-             (options.inPlace || makeDirectory(options.outputDirectory, console))) {
-    status = convertEach(options, console, works);
+  for (const Input& input : inputs.files) {
+    works.push_back({input.name, input.status, isIntoOne ? options.output : input.below});
+  }
+  if (!isIntoOne && !chooseOutputs(options, console, works)) return kUsage;
+  std::optional<PlaceReport> report;
+  if (!options.report.empty() && !openReport(options, console, works, report)) return kUsage;
+  PlaceReport* const places = report ? &*report : nullptr;
+  if (!options.outputDirectory.empty() && !makeDirectory(options.outputDirectory, console)) {
+    return kUsage;
+  }
+  const int status = isIntoOne ? convertIntoOne(options, console, places, works)
+                               : convertEach(options, console, places, works);
+  if (report && !report->commit()) {
+    console.report(report->error());
+    return kUsage;
   }
   return isWhole ? status : kUsage;
 }

@@ -3,8 +3,6 @@
 #include <array>
 #include <cstdio>
 
-#include "support/charset_naming.h"
-
 namespace tool {
 namespace {
 
@@ -12,6 +10,27 @@ std::string hex(const char* format, unsigned int value) {
   std::array<char, 16> text{};
   std::snprintf(text.data(), text.size(), format, value);
   return text.data();
+}
+
+}  // namespace
+
+std::string nameOfCodePage(int codePage) {
+  const EncodingRow* const row = findEncodingRow(codePage);
+  return row == nullptr || row->name[0] == 0 ? "code page " + std::to_string(codePage) : row->name;
+}
+
+std::string describeCodePage(int codePage) {
+  const std::string number = "code page " + std::to_string(codePage);
+  const std::string name = nameOfCodePage(codePage);
+  return name == number ? number : name + " (" + number + ")";
+}
+
+std::string describeCharacter(char32_t character) {
+  return hex("U+%04X", static_cast<unsigned int>(character));
+}
+
+std::string_view kindOf(const StreamError& error) {
+  return error.kind == StreamErrorKind::kMalformed ? "malformed" : "no place";
 }
 
 std::string bytesOf(const StreamError& error) {
@@ -22,19 +41,6 @@ std::string bytesOf(const StreamError& error) {
   }
   if (error.byteCount < error.length) text += " ...";
   return text;
-}
-
-}  // namespace
-
-std::string describeCodePage(int codePage) {
-  if (codePage == kCodePageHz) return "HZ-GB-2312";
-  const CharsetNames* names = CharsetNaming::find(codePage);
-  const std::string number = "code page " + std::to_string(codePage);
-  return names == nullptr ? number : std::string(names->preferredName) + " (" + number + ")";
-}
-
-std::string describeCharacter(char32_t character) {
-  return hex("U+%04X", static_cast<unsigned int>(character));
 }
 
 std::string describeError(const StreamError& error, const StreamSettings& settings) {

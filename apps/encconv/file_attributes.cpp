@@ -85,9 +85,9 @@ std::string copyExtendedAttributes(const std::string& path, int fd) {
     rest.remove_prefix(std::string_view(name).size() + 1);
     hasAccessList = hasAccessList || std::string_view(name) == kAccessList;
     if (isKeptBySystem(name)) continue;
-    const bool isCopied = readAttribute(path, name, value) &&
-                          (hasAttribute(fd, name, value) ||
-                           fsetxattr(fd, name, value.data(), value.size(), 0) == 0);
+    const bool isCopied =
+        readAttribute(path, name, value) &&
+        (hasAttribute(fd, name, value) || fsetxattr(fd, name, value.data(), value.size(), 0) == 0);
     if (!isCopied && trouble.empty()) trouble = because(describeAttribute(name));
   }
   if (!hasAccessList && fremovexattr(fd, kAccessList) != 0 && errno != ENODATA &&
@@ -110,7 +110,8 @@ std::string copyAttributes(const std::string& path, const struct stat& status, i
   const std::string second = copyExtendedAttributes(path, fd);
   if (trouble.empty()) trouble = second;
   // Behind the owner, whose change takes special rights away, and the list, which this completes.
-  if (fchmod(fd, status.st_mode & 07777) != 0 && trouble.empty()) trouble = because("access rights");
+  if (fchmod(fd, status.st_mode & 07777) != 0 && trouble.empty())
+    trouble = because("access rights");
   return trouble;
 }
 

@@ -1,4 +1,5 @@
-// What a file has besides its text: owner, access rights, access control lists, extended attributes.
+// What a file has besides its text: owner, access rights, access control lists, extended
+// attributes.
 #ifndef APPS_ENCCONV_FILE_ATTRIBUTES_H_
 #define APPS_ENCCONV_FILE_ATTRIBUTES_H_
 

@@ -91,6 +91,7 @@ bool inspectInput(const std::string& name, struct stat& status, std::string& err
 }
 
 bool InputFile::open(const std::string& name) {
+  m_name = name;
   m_label = labelOfInput(name);
   m_fd = name == "-" ? STDIN_FILENO : ::open(name.c_str(), O_RDONLY | O_CLOEXEC);
   if (m_fd < 0 || fstat(m_fd, &m_status) != 0) {
@@ -277,9 +278,15 @@ bool OutputFile::commit() {
   return true;
 }
 
-bool OutputFile::isSameFile(const OutputFile& other) const {
-  if (m_exists != other.m_exists) return false;
-  return m_exists ? isFile(other.m_status) : !m_path.empty() && m_path == other.m_path;
+bool OutputFile::isAt(const std::string& name) const {
+  struct stat status = {};
+  if (m_exists || m_path.empty()) return stat(name.c_str(), &status) == 0 && isFile(status);
+  std::string path = name;
+  std::error_code error;
+  const auto absolute = [&](const std::string& file) {
+    return std::filesystem::weakly_canonical(std::filesystem::absolute(file, error), error);
+  };
+  return !name.empty() && followLinks(path) && absolute(path) == absolute(m_path);
 }
 
 bool OutputFile::isFile(const struct stat& status) const {

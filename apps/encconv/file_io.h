@@ -30,6 +30,8 @@ class InputFile {
   // Reads until the buffer is full or the end comes.
   bool readFully(std::span<unsigned char> buffer, std::size_t& count);
 
+  // As the command line calls it.
+  const std::string& name() const { return m_name; }
   // How messages call it: the name as it can be shown, or "standard input".
   const std::string& label() const { return m_label; }
   // Size in bytes when it is a regular file, else -1.
@@ -40,6 +42,7 @@ class InputFile {
  private:
   int m_fd = -1;
   struct stat m_status = {};
+  std::string m_name;
   std::string m_label;
   std::string m_error;
 };
@@ -79,8 +82,8 @@ class OutputFile {
   bool isUnchanged() const { return m_isUnchanged; }
   // True when this output replaces or changes the regular file with this status.
   bool isFile(const struct stat& status) const;
-  // True when both write the same regular file, be it there already or not.
-  bool isSameFile(const OutputFile& other) const;
+  // True when an output with this name would be the same file, be it there already or not.
+  bool isAt(const std::string& name) const;
   const std::string& error() const { return m_error; }
 
  private:

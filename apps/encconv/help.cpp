@@ -12,7 +12,8 @@ constexpr Topic kTopics[] = {
     {"",
      R"(Usage: encconv -f FROM -t TO [OPTION...] [FILE...]
 Convert text from one character encoding to another. Without FILE, or for -,
-standard input is read; without -o the result goes to standard output.
+standard input is read; without -o the result goes to standard output. Without
+-f or -t, but not without both, the encoding of the locale is meant.
 
   -f, --from FROM          encoding of the input; "auto" finds it out
   -t, --to TO              encoding of the output
@@ -25,21 +26,26 @@ standard input is read; without -o the result goes to standard output.
   -j, --jobs N             convert up to N files at once (0: one a processor)
       --on-error TREATMENT what to do with input that cannot be converted
                            (--help errors)
+  -c                       leave it out, as --on-error drop
       --strict             exit status 1 when input was treated
-      --bom                begin the output with a byte order mark
+      --report FILE        list every such place in a file (with --json as JSON)
+      --bom[=keep|add|remove]
+                           byte order mark: as the input has it, always, never
+      --newline lf|crlf|cr|keep
+                           make all line ends the same
       --pdf-passthrough    copy files that begin "%PDF-1"
       --ebcdic-newline lf|nl|keep
                            line ends of EBCDIC text (--help mainframe)
       --record-length N    end a line after every N bytes of input
       --trim               drop the blanks at the end of each record
-  -q, --quiet              no progress line and no closing line
-  -v, --verbose            show what the engine does, as its own log tells it
+  -q, -s, --quiet          no progress line and no closing line
+  -v, --verbose            tell of each file the encodings, sizes and speed
 
       --detect             show which encoding each FILE seems to have
-      --list [FILTER]      show the encodings; with --json for programs
+  -l, --list [FILTER]      show the encodings; with --json for programs
       --chart CODEPAGE     show a code page; with --html FILE as a page
   -h, --help [TOPIC]       show this, or a topic: errors, files, encodings,
-                           mainframe, detect, charts, status
+                           iconv, mainframe, detect, charts, status
       --version            show the version
 
 Examples:
@@ -69,6 +75,11 @@ encoding does not have.
 With any treatment but stop the whole input is converted, a closing line says
 how many places were affected and where the first one was, and the exit status
 is 0; --strict makes it 1, --quiet leaves out the line.
+
+--report FILE writes a line for every place, however many there are: file,
+offset in bytes, line, bytes, character, encoding. With --json each line is a
+JSON object; a byte of a file name that is no UTF-8 is there the escape of
+U+DC00 + byte. FILE may be - when the text itself goes elsewhere.
 
 Examples:
   encconv -f utf-8 -t windows-1252 --on-error hex page.html
@@ -119,7 +130,36 @@ encoding with all its names, and encconv --list cyrillic those that have to do
 with the word.
 
 utf-16 and utf-32 without le or be read the byte order mark, and are little
-endian without one. --bom writes the mark of utf-8, utf-16 and utf-32.
+endian without one; they write little endian without a mark. A mark is taken
+off the input, but stays where both encodings are the same.
+
+  --bom=add     the output begins with the mark of utf-8, utf-16 or utf-32;
+                --bom means the same
+  --bom=keep    it does if the input does
+  --bom=remove  it does not, even where both encodings are the same
+
+Line ends stay as they are, unless --newline lf, crlf or cr makes each CR LF, CR
+alone and LF alone the same.
+)"},
+    {"iconv",
+     R"(What users of iconv know means the same here, but for what this page says.
+
+  -f, --from-code, -t, --to-code, -o, -l, --list, -c, -s, --silent
+  -t NAME//IGNORE    leave out what cannot be converted, as -c
+  -t NAME//TRANSLIT  write what resembles a character that the output lacks, or
+                     "?"; bytes that are no text in the input end the file
+  no -f, or no -t    the encoding of the locale
+
+  -t utf-16          writes little endian without a mark, where iconv writes a
+  -t utf-32          mark in front: use --bom, or utf-16le, utf-16be
+  -o OUTPUT          is replaced only when all went well
+  -c                 has a closing line that says how much was left out, unless
+                     -s is given, and exit status 0, as in glibc 2.36 (that of
+                     //IGNORE is 0 too); --strict makes it 1
+  exit status        is 2 for wrong usage and for files that cannot be read
+
+Names are those of --list; iconv knows more. Where tables differ, those here are
+of Windows, such as cp932 for shift_jis.
 )"},
     {"mainframe",
      R"(EBCDIC has two line ends: NL (byte 15), which mainframe files use, and LF (byte

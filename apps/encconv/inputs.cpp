@@ -24,8 +24,8 @@ class Finder {
  public:
   Finder(const Options& options, Console& console) : m_options(options), m_console(console) {
     struct stat status = {};
-    m_hasOutputDirectory = !options.outputDirectory.empty() &&
-                           stat(options.outputDirectory.c_str(), &status) == 0;
+    m_hasOutputDirectory =
+        !options.outputDirectory.empty() && stat(options.outputDirectory.c_str(), &status) == 0;
     if (m_hasOutputDirectory) m_outputDirectory = idOf(status);
   }
 

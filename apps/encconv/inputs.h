@@ -14,9 +14,9 @@
 namespace tool {
 
 struct Input {
-  std::string name;      // "-": standard input
-  std::string below;     // the name that it gets below --output-dir
-  struct stat status;    // what it is
+  std::string name;    // "-": standard input
+  std::string below;   // the name that it gets below --output-dir
+  struct stat status;  // what it is
 };
 
 struct Inputs {

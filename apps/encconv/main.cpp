@@ -8,6 +8,7 @@
 #include "apps/encconv/console.h"
 #include "apps/encconv/convert_command.h"
 #include "apps/encconv/detect.h"
+#include "apps/encconv/encoding_arguments.h"
 #include "apps/encconv/inputs.h"
 #include "apps/encconv/list_command.h"
 #include "apps/encconv/options.h"
@@ -35,7 +36,10 @@ int run(const tool::Options& options) {
     case tool::Command::kList: {
       const int status = printCodePageList(std::cout, options.json, options.filter);
       if (!std::cout.flush()) return console.reportStandardOutput();
-      if (status != tool::kDone) console.report("no encoding matches '" + options.filter + "'");
+      if (status != tool::kDone) {
+        console.report("no encoding matches '" + options.filter + "'" +
+                       tool::suggestionsFor(options.filter));
+      }
       return status;
     }
     case tool::Command::kConvert:

@@ -472,13 +472,15 @@ void StreamConverter::Core::report(const StreamError& error) {
 // Writes what stands for a piece.
 void StreamConverter::Core::treat(const StreamError& error, const unsigned char* piece,
                                   std::uint32_t length) {
-  if (m_settings.treatment == StreamTreatment::kDrop) return;
-  if (m_settings.treatment == StreamTreatment::kStop) {
+  const bool stops = m_settings.treatment == StreamTreatment::kStop ||
+                     (m_settings.stopsAtMalformed && error.kind == StreamErrorKind::kMalformed);
+  if (stops) {
     // What waits for more text is text.
     if (m_target && !m_target->flush(*m_out)) fail();
     if (m_status == StreamStatus::kGood) m_status = StreamStatus::kStopped;
     return;
   }
+  if (m_settings.treatment == StreamTreatment::kDrop) return;
   const Treatment::Replacement replacement = m_treatment.replace(error, piece, length);
   bool isWritten = true;
   if (m_treatment.hasFailed()) {

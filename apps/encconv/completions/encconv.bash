@@ -28,8 +28,10 @@ _encconv() {
       return
       ;;
     --on-error) words="stop drop substitute substitute= hex alternate= raw" ;;
+    --newline) words="lf crlf cr keep" ;;
+    --bom) words="keep add remove" ;;
     --ebcdic-newline) words="lf nl keep" ;;
-    -h | --help) words="errors files encodings mainframe detect charts status" ;;
+    -h | --help) words="errors files encodings iconv mainframe detect charts status" ;;
     -j | --jobs | --record-length | --list | --include | --in-place | substitute) return ;;
     --output-dir)
       compopt -o filenames
@@ -40,8 +42,8 @@ _encconv() {
       if [[ $current == -* ]]; then
         words="-f --from -t --to -o --output --in-place --in-place= --output-dir
           --preserve-time -r --recursive --include -j --jobs
-          --on-error --strict --bom --pdf-passthrough --ebcdic-newline --record-length --trim
-          -q --quiet -v --verbose --detect --list --json --chart --html -h --help --version"
+          --on-error -c --strict --report --bom --bom= --newline --pdf-passthrough --ebcdic-newline --record-length --trim
+          -q -s --quiet -v --verbose --detect -l --list --json --chart --html -h --help --version"
       else
         compopt -o filenames
         mapfile -t COMPREPLY < <(compgen -f -- "$current")
