@@ -49,6 +49,7 @@ TEST_F(ToolTest, RefusesInOneLineAndWritesNothing) {
       {"-f utf-8 -t utf-8 --report - utf8", "--report: the text goes to standard output"},
       {"-f utf-8 -t utf-8 --report utf8 utf8 -o result", "utf8: is both input and --report"},
       {"-f utf-8 -t utf-8 --report ./result utf8 -o result", "result: is both output and --report"},
+      {"-f utf-8 -t utf-8 --report .out utf8", ".out: is both output and --report"},
       {"-f 1252 -t utf-8 --preserve-time latin -o result", "--preserve-time needs"},
       {"-f 1252 -t utf-8 --include '*' latin -o result", "--include needs --recursive"},
       {"-f utf-8 -t 1252 --on-error ignore utf8 -o result", "'ignore'"},
@@ -291,28 +292,35 @@ TEST_F(ToolTest, ConvertsFromTheEncodingThatItFindsOut) {
 
 TEST_F(ToolTest, ShowsChartsAndLists) {
   const std::string chart = run("--chart 1252").out;
-  EXPECT_TRUE(contains(chart, "8_  €    HOP  ‚ ")) << chart;
+  EXPECT_TRUE(contains(chart, "8_  €   HOP ‚   ")) << chart;
   // Columns stand below each other: wide characters, marks to combine, right to left.
   const struct {
     const char *codePage, *cells;
   } rows[] = {
-      {"932", "FB F_  靍   靏 "},
-      {"932", "82 A_  あ   ぃ   い   "},
-      {"932", "￠   ￡   "},
-      {"949", "가   각   "},
-      {"949", "！   ＂   "},
-      {"950", "︰   …    "},
-      {"874", "ะ    \u25CC\u0E31    า    "},
-      {"1255", "א\u200E    ב\u200E    "},
-      {"864", "ﻥ\u200E    ﻩ\u200E    "},
+      {"932", "FB F_  靍  靏 "},
+      {"932", "82 A_  あ  ぃ  い  "},
+      {"932", "￠  ￡  "},
+      {"949", "가  각  "},
+      {"949", "！  ＂  "},
+      {"950", "︰  …   "},
+      {"874", "ะ   \u25CC\u0E31   า   "},
+      {"1255", "א\u200E   ב\u200E   "},
+      {"864", "ﻥ\u200E   ﻩ\u200E   "},
   };
   for (const auto& row : rows) {
     EXPECT_TRUE(contains(run(std::string("--chart ") + row.codePage).out, row.cells)) << row.cells;
   }
+  std::istringstream lines(chart);
+  for (std::string line; std::getline(lines, line);) {
+    // All characters of this page are one column wide.
+    const auto columns =
+        std::count_if(line.begin(), line.end(), [](char c) { return (c & 0xC0) != 0x80; });
+    EXPECT_LE(columns, 80) << line;
+  }
   EXPECT_TRUE(contains(run("--chart 932").out, "U+00A5 ¥ as 5C"));
   const std::string gsm = run("--chart gsm").out;
-  EXPECT_TRUE(contains(gsm, "1B 6_                           €\n"));
-  EXPECT_TRUE(contains(gsm, "0_  @    £ "));
+  EXPECT_TRUE(contains(gsm, "1B 6_                      €\n"));
+  EXPECT_TRUE(contains(gsm, "0_  @   £ "));
   EXPECT_FALSE(contains(gsm, "Written, but read as something else"));
   EXPECT_EQ(run("--chart 932 --html page").status, 0);
   EXPECT_EQ(run("--chart 10004 --html arabic").status, 0);
@@ -325,11 +333,28 @@ TEST_F(ToolTest, ShowsChartsAndLists) {
   }
   EXPECT_TRUE(contains(run("--list cyrillic").out, "1251"));
   EXPECT_TRUE(run("--list koi8 --json").out.starts_with("["));
-  EXPECT_TRUE(contains(run("--list hz").out, "RFC 1843"));
+  EXPECT_TRUE(contains(run("--list hz").out, "1052936  hz-gb-2312"));
+  EXPECT_EQ(run("-f 1052936 -t utf-8", "~{R;~}").out, "一");
+  EXPECT_TRUE(contains(run("--list euc-cn").out, "EUC-CN, as 936\n"));
   const ToolRun none = run("--list klingon");
   EXPECT_EQ(none.status, 1);
   expectOneLine(none, "'klingon'");
   expectOneLine(run("--list cyrilic"), "did you mean cyrillic");
+}
+
+TEST_F(ToolTest, CompletesNamesOfEncodings) {
+  const auto complete = [&](const std::string& words, int at) {
+    return shell("bash -c 'PATH=$(dirname " ENCCONV_TOOL "):$PATH; source " ENCCONV_TEST_DATA
+                 "/../../apps/encconv/completions/encconv.bash; COMP_WORDS=(encconv " +
+                 words + "); COMP_CWORD=" + std::to_string(at) +
+                 "; _encconv; echo ${COMPREPLY[@]}'")
+        .out;
+  };
+  EXPECT_EQ(complete("-f au", 2), "auto\n");
+  EXPECT_EQ(complete("-t au", 2), "\n");
+  EXPECT_EQ(complete("--to = 125", 3), "1250 1251 1252 1253 1254 1255 1256 1257 1258\n");
+  EXPECT_EQ(complete("-t uj", 2), "ujis\n");
+  EXPECT_EQ(complete("-t csShift", 2), "csShiftJIS\n");
 }
 
 TEST_F(ToolTest, DocumentsEveryOptionEverywhere) {

@@ -1,5 +1,5 @@
-// The tool and what stands around the text: iconv's way to ask, byte order marks, line ends, and the
-// report of all places.
+// The tool and what stands around the text: iconv's way to ask, byte order marks, line ends, and
+// the report of all places.
 #include "tests/tool_support.h"
 
 namespace {
@@ -19,20 +19,31 @@ TEST_F(ToolTest, TakesWhatIconvTakes) {
       {"-f utf-8 -t latin1//IGNORE", "a\u4E00\xFFé", "a\xE9", 0, "2 places"},
       {"--from-code=utf8// --to-code=latin1//", "é", "\xE9", 0, nullptr},
       {"-f utf-8 -t us-ascii//TRANSLIT", "a\u4E00b", "a?b", 0, "1 place"},
-      {"-f utf-8 -t us-ascii//translit//ignore", "a\u4E00\xFF" "b", "ab", 0, "2 places"},
-      {"-f utf-8 -t us-ascii//TRANSLIT,IGNORE", "a\u4E00\xFF" "b", "ab", 0, "2 places"},
-      // Bytes that are no text are no matter of transliteration, also in the middle of a stream with
-      // codecs on both sides.
-      {"-f utf-8 -t us-ascii//TRANSLIT", "a\u4E00\xFF" "b", "a?", 1, "byte offset 4, line 1: FF"},
-      {"-f iso-2022-jp -t gsm//TRANSLIT", "a\x1B$B0l\x1B(B\xFF" "b", "a?", 1,
-       "byte offset 9, line 1: FF"},
+      {"-f utf-8 -t us-ascii//translit//ignore",
+       "a\u4E00\xFF"
+       "b",
+       "ab", 0, "2 places"},
+      {"-f utf-8 -t us-ascii//TRANSLIT,IGNORE",
+       "a\u4E00\xFF"
+       "b",
+       "ab", 0, "2 places"},
+      // Bytes that are no text are no matter of transliteration, also in the middle of a stream
+      // with codecs on both sides.
+      {"-f utf-8 -t us-ascii//TRANSLIT",
+       "a\u4E00\xFF"
+       "b",
+       "a?", 1, "byte offset 4, line 1: FF"},
+      {"-f iso-2022-jp -t gsm//TRANSLIT",
+       "a\x1B$B0l\x1B(B\xFF"
+       "b",
+       "a?", 1, "byte offset 9, line 1: FF"},
       {"-f utf-8", "é", "é", 0, nullptr},
       {"-t utf-16be", "é", "\0\xE9", 0, nullptr},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(std::string(c.arguments) + " " + c.input);
-    const ToolRun outcome = shell(std::string("LC_ALL=C.UTF-8 " ENCCONV_TOOL " ") + c.arguments,
-                                  c.input);
+    const ToolRun outcome =
+        shell(std::string("LC_ALL=C.UTF-8 " ENCCONV_TOOL " ") + c.arguments, c.input);
     const std::string output = c.output[0] == 0 ? std::string("\0\xE9", 2) : c.output;
     EXPECT_EQ(outcome.out, output);
     EXPECT_EQ(outcome.status, c.status) << outcome.err;
@@ -92,8 +103,7 @@ TEST_F(ToolTest, MakesLineEndsTheSame) {
     std::string input, output;
   } cases[] = {
       {"-f utf-8 -t utf-8 --newline lf", "a\r\nb\rc\nd\r\r\n\n", "a\nb\nc\nd\n\n\n"},
-      {"-f utf-8 -t utf-8 --newline crlf", "a\r\nb\rc\nd\r\r\n\n",
-       "a\r\nb\r\nc\r\nd\r\n\r\n\r\n"},
+      {"-f utf-8 -t utf-8 --newline crlf", "a\r\nb\rc\nd\r\r\n\n", "a\r\nb\r\nc\r\nd\r\n\r\n\r\n"},
       {"-f utf-8 -t utf-8 --newline cr", "a\r\nb\n", "a\rb\r"},
       {"-f utf-8 -t utf-8 --newline keep", "a\r\nb\rc\n", "a\r\nb\rc\n"},
       {"-f utf-8 -t 932 --newline crlf", "表\n", "\x95\\\r\n"},
@@ -132,11 +142,12 @@ TEST_F(ToolTest, ReportsEveryPlace) {
   write("odd\n\xE9\"", "\xFF");
   const std::string arguments = "-f utf-8 -t 1252 --on-error drop -q text odd* -o result --report ";
   EXPECT_EQ(run(arguments + "places").status, 0);
-  EXPECT_EQ(read("places"),
-            "text: byte offset 0, line 1: U+4E00 (E4 B8 80) has no place in windows-1252 (code page "
-            "1252)\n"
-            "text: byte offset 4, line 2: FF is not valid UTF-8 (code page 65001)\n"
-            "odd\\n\xE9\": byte offset 0, line 1: FF is not valid UTF-8 (code page 65001)\n");
+  EXPECT_EQ(
+      read("places"),
+      "text: byte offset 0, line 1: U+4E00 (E4 B8 80) has no place in windows-1252 (code page "
+      "1252)\n"
+      "text: byte offset 4, line 2: FF is not valid UTF-8 (code page 65001)\n"
+      "odd\\n\xE9\": byte offset 0, line 1: FF is not valid UTF-8 (code page 65001)\n");
   EXPECT_EQ(run(arguments + "- --json").out,
             R"({"file": "text", "offset": 0, "line": 1, "length": 3, "kind": "no place", )"
             R"("bytes": "E4 B8 80", "character": "U+4E00", "from": "UTF-8", "to": "windows-1252"})"
@@ -165,9 +176,10 @@ TEST_F(ToolTest, ReportsEveryPlace) {
 
 TEST_F(ToolTest, TellsWhatItDid) {
   const ToolRun told = run("-v -f utf-8 -t 1252 --on-error substitute -q -o result", "a\u4E00b");
-  expectOneLine(told,
-                "encconv: standard input: UTF-8 (code page 65001) to windows-1252 (code page 1252), "
-                "5 bytes to 3 bytes in ");
+  expectOneLine(
+      told,
+      "encconv: standard input: UTF-8 (code page 65001) to windows-1252 (code page 1252), "
+      "5 bytes to 3 bytes in ");
   EXPECT_TRUE(told.err.ends_with("/s; substitute: 1 place\n")) << told.err;
 }
 

@@ -89,6 +89,7 @@ int convertOne(const Options& options, Console& console, FileConversion& convers
     console.report(output.error());
     return kUsage;
   }
+  if (options.verbose && output.isUnchanged()) console.report(work.input + ": left as it is");
   return result.status;
 }
 
@@ -185,8 +186,8 @@ bool openReport(const Options& options, Console& console, const std::vector<Work
   for (const Work& work : works) {
     const bool isInput = report->file().isFile(work.status);
     if (!isInput && !report->file().isAt(work.output)) continue;
-    console.report((isInput ? work.input + ": is both input" : work.output + ": is both output") +
-                   " and --report");
+    console.report(isInput ? work.input + ": is both input and --report"
+                           : options.report + ": is both output and --report");
     return false;
   }
   return true;

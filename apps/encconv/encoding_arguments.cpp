@@ -119,7 +119,8 @@ std::string suggestionsFor(std::string_view name) {
   const std::string wanted = fold(name);
   // Every number is near to some other.
   if (wanted.size() < 3 || wanted.size() > 40 || isNumber(wanted)) return {};
-  const std::size_t farthest = std::max<std::size_t>(1, std::min<std::size_t>(wanted.size() / 3, 3));
+  const std::size_t farthest =
+      std::max<std::size_t>(1, std::min<std::size_t>(wanted.size() / 3, 3));
   std::vector<Suggestion> near;
   for (const CharsetNames& page : streamCodePages()) {
     const Suggestion suggestion = nearestName(page, wanted);

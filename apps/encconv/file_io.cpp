@@ -280,13 +280,14 @@ bool OutputFile::commit() {
 
 bool OutputFile::isAt(const std::string& name) const {
   struct stat status = {};
+  if (name.empty() || name == "-") return fstat(STDOUT_FILENO, &status) == 0 && isFile(status);
   if (m_exists || m_path.empty()) return stat(name.c_str(), &status) == 0 && isFile(status);
   std::string path = name;
   std::error_code error;
   const auto absolute = [&](const std::string& file) {
     return std::filesystem::weakly_canonical(std::filesystem::absolute(file, error), error);
   };
-  return !name.empty() && followLinks(path) && absolute(path) == absolute(m_path);
+  return followLinks(path) && absolute(path) == absolute(m_path);
 }
 
 bool OutputFile::isFile(const struct stat& status) const {

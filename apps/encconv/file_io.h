@@ -82,7 +82,8 @@ class OutputFile {
   bool isUnchanged() const { return m_isUnchanged; }
   // True when this output replaces or changes the regular file with this status.
   bool isFile(const struct stat& status) const;
-  // True when an output with this name would be the same file, be it there already or not.
+  // True when an output with this name, or standard output, would be the same file, be it there
+  // already or not.
   bool isAt(const std::string& name) const;
   const std::string& error() const { return m_error; }
 

@@ -196,7 +196,7 @@ high digit of the byte, the column the low one. Double-byte code pages follow
 with one grid for each lead byte.
 
   (blank)  no character         <   read, but written as another code
-  PU       private use          NUL, NBSP ...   what cannot be seen
+  PU       private use          NUL, NBS ...    what cannot be seen
 
 Below the grids are the characters that are written but read as another one.
 

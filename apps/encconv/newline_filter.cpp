@@ -16,14 +16,18 @@ std::size_t NewlineFilter::plainLength(std::string_view text) const {
   const std::size_t width = m_settings.lineFeed.size();
   std::size_t length = 0;
   if (width == 1) {
-    const char lineFeed = m_settings.lineFeed[0];
-    const char carriageReturn = m_settings.carriageReturn[0];
-    const int escape = m_settings.escape;
-    const auto isSpecial = [=](char c) {
-      return c == lineFeed || c == carriageReturn || static_cast<unsigned char>(c) == escape;
-    };
-    return static_cast<std::size_t>(std::find_if(text.begin(), text.end(), isSpecial) -
-                                    text.begin());
+    // In steps, because a search for what is rare would go to the end each time.
+    constexpr std::size_t kStep = 512;
+    for (; length < text.size(); length += kStep) {
+      const std::string_view step = text.substr(length, kStep);
+      std::size_t found = step.find(m_settings.lineFeed[0]);
+      found = std::min(found, step.substr(0, found).find(m_settings.carriageReturn[0]));
+      if (m_settings.escape >= 0) {
+        found = std::min(found, step.substr(0, found).find(static_cast<char>(m_settings.escape)));
+      }
+      if (found != std::string_view::npos) return length + found;
+    }
+    return text.size();
   }
   for (; length + width <= text.size(); length += width) {
     const std::string_view unit = text.substr(length, width);

@@ -19,7 +19,8 @@ class PlaceReport {
   bool open(const std::string& name) { return m_file.open(name); }
   // A line about one place in the input that the command line calls name.
   void add(const std::string& name, const StreamError& place, const StreamSettings& settings);
-  // Puts the file in place. False, with the reason in error(), when some of it could not be written.
+  // Puts the file in place. False, with the reason in error(), when some of it could not be
+  // written.
   bool commit();
 
   const OutputFile& file() const { return m_file; }

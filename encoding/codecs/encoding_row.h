@@ -63,6 +63,8 @@ struct EncodingRow {
   std::uint8_t malformedWidth = 1;    // bytes that an error action takes for one bad character
   const Codec* codec = nullptr;       // of kCodec
   bool inEngine = true;               // false: only streams convert it
+
+  bool operator==(const EncodingRow&) const = default;
 };
 
 // Any thread may call these; nothing is allocated.

@@ -389,8 +389,8 @@ void StreamConverter::Core::fail() {
 
 // Settles whether places are told: those of all errors, or of the first one.
 void StreamConverter::Core::noteReports() {
-  m_isReportWanted =
-      m_errorCount == 0 || m_settings.errorHandler != nullptr || m_isReordered || m_target;
+  m_isReportWanted = m_errorCount == 0 || m_settings.errorHandler != nullptr || m_isReordered ||
+                     m_target || m_settings.stopsAtMalformed;
 }
 
 void StreamConverter::Core::treatPiece(const Piece& piece) {

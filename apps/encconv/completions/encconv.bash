@@ -1,12 +1,15 @@
 # Completion of encconv for bash.
 
-# The encodings that begin as the word does, whatever the case: small letters are answered by such.
+# The names and numbers of the encodings that begin as the word does, whatever the case: small
+# letters are answered by such. Aliases are offered once their first letter is written.
 _encconv_encodings() {
-  { echo "0 auto"; encconv --list 2>/dev/null; } | awk -v word="$1" -v auto="$2" '
-    $1 !~ /^[0-9]+$/ || ($2 == "auto" && !auto) { next }
-    { name = word == tolower(word) ? tolower($2) : $2 }
-    index(tolower(name), tolower(word)) == 1 { print name }
-    $1 != 0 && index($1, word) == 1 { print $1 }'
+  { [[ -n $2 ]] && echo "0 auto"; encconv --list 2>/dev/null; } | awk -v word="$1" '
+    function offer(name) {
+      if (index(tolower(name), tolower(word)) != 1) return
+      print word == tolower(word) ? tolower(name) : name
+    }
+    $1 ~ /^[0-9]+$/ { offer($2); if ($1 != 0) offer($1) }
+    /^        / && word != "" { for (i = 1; i <= NF; ++i) offer($i) }'
 }
 
 _encconv() {
