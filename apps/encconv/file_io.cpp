@@ -225,7 +225,10 @@ bool OutputFile::backUp() {
   const std::string backup = m_path + m_backupSuffix;
   if (link(m_path.c_str(), backup.c_str()) == 0) return true;
   // A file system without hard links: for a moment there is no file under the name.
-  if (errno != EEXIST && renameToNew(m_path.c_str(), backup.c_str())) return true;
+  if (errno != EEXIST) {
+    m_isMoved = renameToNew(m_path.c_str(), backup.c_str());
+    if (m_isMoved) return true;
+  }
   if (errno != EEXIST) return fail();
   return fail(printable(backup) + " exists already and is not overwritten");
 }
@@ -272,7 +275,12 @@ bool OutputFile::commit() {
   if (close(fd) != 0) return fail();
   if (m_temporary.empty()) return true;
   if (m_exists && !m_backupSuffix.empty() && !backUp()) return false;
-  if (rename(m_temporary.c_str(), m_path.c_str()) != 0) return fail();
+  if (rename(m_temporary.c_str(), m_path.c_str()) != 0) {
+    fail();
+    // Where the backup has taken the file itself, that gets its name back.
+    if (m_isMoved) renameToNew((m_path + m_backupSuffix).c_str(), m_path.c_str());
+    return false;
+  }
   forgetTemporary(m_cleanupSlot);
   m_temporary.clear();
   return true;

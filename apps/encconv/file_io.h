@@ -101,6 +101,7 @@ class OutputFile {
   bool m_exists = false;
   bool m_isInPlace = false;
   bool m_isUnchanged = false;
+  bool m_isMoved = false;  // the original has the name of the backup only
   std::string m_label;
   std::string m_path;       // final name, links resolved
   std::string m_temporary;  // empty when written directly
