@@ -58,6 +58,8 @@ CONVERSIONS = {
     ("utf-8", "utf-16le"): (WESTERN.encode(), b"\xff\xfe" + WESTERN.encode("utf-16-le")),
     ("utf-8", "windows-1252"): (WESTERN.encode() + "\u4e00".encode(),
                                 sample("french.1252") + b"&#x4E00;"),
+    ("utf-8", "cp1252"): (WESTERN.encode() + "\u4e00".encode(), sample("french.1252")),
+    ("utf-8", "us-ascii//TRANSLIT"): ("A\u4e00\n".encode(), b"A?\n"),
     ("utf-8", "utf-8"): (WESTERN.encode(), None),  # to nowhere
 }
 
@@ -119,7 +121,8 @@ def check(command, folder, environment):
     conversion = (option(words, "-f"), option(words, "-t"))
     taken = {option(words, name) for name in ("-o", "--output", "--html", "--list", "--chart",
                                               "-f", "-t", "-j", "--ebcdic-newline", "--on-error",
-                                              "--record-length")}
+                                              "--record-length", "--newline", "--include",
+                                              "--report")}
     names = [word for word in words[1:] if not word.startswith("-") and word not in taken]
     names = [name for name in names if name != "<"]
     source, expected = b"caf\xc3\xa9\n", None
@@ -127,6 +130,8 @@ def check(command, folder, environment):
         if conversion not in CONVERSIONS:
             return f"CONVERSIONS has no sample from {conversion[0]} to {conversion[1]}"
         source, expected = CONVERSIONS[conversion]
+    if option(words, "--newline") == "crlf":
+        expected = expected.replace("\n".encode(conversion[1]), "\r\n".encode(conversion[1]))
     inputs = [folder / name.replace("*", stem) for name in names for stem in ("one", "two")]
     for path in inputs:
         path.write_bytes(source)

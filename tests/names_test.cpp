@@ -3,12 +3,15 @@
 
 #include <cctype>
 #include <cstdlib>
+#include <map>
 #include <sstream>
 #include <string>
 #include <vector>
 
 #include "apps/encconv/list_command.h"
+#include "encoding/alike_encodings.h"
 #include "encoding/code_page_list.h"
+#include "encoding/stream/stream_converter.h"
 #include "support/charset_naming.h"
 #include "support/psdk.h"
 #include "tests/test_support.h"
@@ -171,7 +174,8 @@ TEST(CodePageListTest, PrintsWhatTheFilterSelects) {
   EXPECT_EQ(
       printed(true, "10021", 0),
       "[\n {\"codePage\": 10021, \"name\": \"x-mac-thai\", \"aliases\": [\"MacThai\"], \"kind\": "
-      "\"single-byte\", \"description\": \"Mac, Thai\", \"canRead\": true, \"canWrite\": "
+      "\"single-byte\", \"description\": \"Mac, Thai\", \"sameAs\": null, \"canRead\": true, "
+      "\"canWrite\": "
       "true}\n]\n");
   EXPECT_EQ(printed(true, "klingon", 1), "[]\n");
   EXPECT_EQ(printed(false, "klingon", 1), "");
@@ -187,6 +191,48 @@ TEST(CodePageListTest, PrintsWhatTheFilterSelects) {
   }
   std::istringstream lines(all);
   for (std::string line; std::getline(lines, line);) EXPECT_LE(line.size(), 100U) << line;
+}
+
+// What an encoding makes of every byte and every pair of bytes, and of every character.
+std::string behaviourOf(int codePage) {
+  static const std::string bytes = [] {
+    std::string all;
+    for (int lead = 0; lead < 256; ++lead) {
+      all += static_cast<char>(lead);
+      for (int trail = 1; lead >= 0x80 && trail < 256; ++trail) {
+        all += {'\n', '\n', static_cast<char>(lead), static_cast<char>(trail)};
+      }
+    }
+    return all;
+  }();
+  static const std::string characters = [] {
+    std::string all;
+    for (unsigned int c = 1; c < 0x10000; ++c) {
+      if (c < 0xD800 || c > 0xDFFF) all += {static_cast<char>(c), static_cast<char>(c >> 8)};
+    }
+    return all;
+  }();
+  const auto through = [](int from, int to, const std::string& text) {
+    StreamSettings settings;
+    settings.from = from;
+    settings.to = to;
+    EXPECT_TRUE(parseStreamTreatment("substitute=0x213F", settings));
+    StreamConverter stream;
+    DataBuffer out;
+    EXPECT_EQ(stream.begin(settings), StreamStatus::kGood) << from << " to " << to;
+    stream.push(bytesOf(text), text.size(), out);
+    stream.finish(out);
+    return textOf(out);
+  };
+  return through(codePage, 65001, bytes) + through(1200, codePage, characters);
+}
+
+TEST(CodePageListTest, CallsAlikeWhatConvertsAlike) {
+  std::map<std::string, int> first;
+  for (const CharsetNames& page : streamCodePages()) {
+    const int alike = first.emplace(behaviourOf(page.codePage), page.codePage).first->second;
+    EXPECT_EQ(firstAlikeCodePage(page.codePage), alike) << page.codePage;
+  }
 }
 
 TEST(PsdkTest, CodePagesOfLocales) {

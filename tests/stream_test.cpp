@@ -109,6 +109,48 @@ TEST(Stream, PassesPdfThroughWhenAsked) {
   }
 }
 
+TEST(Stream, KeepsAndDropsMarksWhenAsked) {
+  const std::string mark = "\xEF\xBB\xBF";
+  const struct {
+    int from, to;
+    bool keeps, drops;
+    std::string input, output;
+  } cases[] = {
+      {kUtf8, kUtf8, true, false, mark + "a", mark + "a"},
+      {kUtf8, kLe, true, false, mark + "a", "\xFF\xFE\x61\0"s},
+      {kUtf8, kLe, true, false, "a", "a\0"s},
+      {kUtf8, 1252, true, false, mark + "a", "a"},
+      {kUtf8, kUtf8, false, true, mark + mark + "a", mark + "a"},
+      {kLe, kLe, false, true, "\xFE\xFF\0a"s, "a\0"s},
+      {kUtf8, kUtf8, false, true, "\xEF\xBB", "?"},
+  };
+  for (const auto& c : cases) {
+    StreamSettings settings = settingsFor(c.from, c.to, "substitute=0x3F");
+    settings.keepMark = c.keeps;
+    settings.dropMark = c.drops;
+    EXPECT_EQ(hex(stream(settings, c.input).text), hex(c.output)) << hex(c.input);
+    EXPECT_EQ(hex(stream(settings, c.input, [] { return 1; }).text), hex(c.output));
+  }
+}
+
+TEST(Stream, StopsAtMalformedInputUnderAnyTreatment) {
+  for (const auto& [treatment, output] :
+       {std::pair{"drop", "ab"s}, {"substitute=!", "a!b"s}, {"hex", "a&#x4E00;b"s}}) {
+    for (const std::size_t size : {1u, 100u}) {
+      StreamSettings settings = settingsFor(kUtf8, 1252, treatment);
+      settings.stopsAtMalformed = true;
+      const StreamResult result = stream(settings,
+                                         "a\xE4\xB8\x80"
+                                         "b\xFFzzz",
+                                         [&] { return size; });
+      EXPECT_EQ(result.status, StreamStatus::kStopped);
+      EXPECT_EQ(result.text, output);
+      ASSERT_EQ(result.errors.size(), 2u);
+      EXPECT_EQ(result.errors[1].offset, 5u);
+    }
+  }
+}
+
 TEST(Stream, WritesAMarkWhenAsked) {
   for (const Conversion& c : {Conversion{1252, kLe, "a"s, "\xFF\xFE\x61\0"s},
                               {1252, kUtf8, ""s, "\xEF\xBB\xBF"s},

@@ -7,7 +7,8 @@
 namespace tool {
 namespace {
 
-constexpr std::size_t kCellWidth = 5;
+// So that the widest line, of a lead byte, has 80 columns at most.
+constexpr std::size_t kCellWidth = 4;
 constexpr char kDigits[] = "0123456789ABCDEF";
 
 // Columns on a terminal.
@@ -31,7 +32,8 @@ std::string cellText(const ChartCell& cell) {
   std::string text;
   std::size_t width = 0;
   if (const char* name = invisibleName(cell.character)) {
-    text = name;
+    // One column stays free, for what stands beside or for the sign of one way.
+    text = std::string_view(name).substr(0, kCellWidth - 1);
     width = text.size();
   } else {
     // A combining mark is shown on a dotted circle; a mark of direction keeps the cells in order.

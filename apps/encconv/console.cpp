@@ -9,6 +9,7 @@
 #include <system_error>
 
 #include "apps/encconv/options.h"
+#include "support/zv_utf.h"
 
 namespace tool {
 namespace {
@@ -30,9 +31,49 @@ std::string formatTime(double seconds) {
   return text.data();
 }
 
+// The length of the UTF-8 character that text begins with, 1 for a byte that begins none.
+std::size_t characterLength(std::string_view text, char32_t& character) {
+  unsigned int used = 0;
+  const auto* bytes = reinterpret_cast<const unsigned char*>(text.data());
+  character = bytes[0];
+  if (bytes[0] < 0x80) return 1;
+  const unsigned int units =
+      _zvUtf::utf16FromUtf8(bytes, static_cast<unsigned int>(text.size()), used);
+  if (units == 0 || used == 0) return 1;
+  character = units;  // a pair of surrogates is no control character
+  return used;
+}
+
+bool isControl(char32_t c) {
+  return c < 0x20 || (c >= 0x7F && c < 0xA0) || c == 0x061C || (c >= 0x200E && c <= 0x200F) ||
+         (c >= 0x2028 && c <= 0x202E) || (c >= 0x2066 && c <= 0x2069);
+}
+
 }  // namespace
 
+std::string printable(std::string_view text) {
+  static constexpr char kDigits[] = "0123456789ABCDEF";
+  std::string shown;
+  while (!text.empty()) {
+    char32_t character = 0;
+    const std::size_t length = characterLength(text, character);
+    if (!isControl(character)) {
+      shown += text.substr(0, length);
+    } else if (character == '\n' || character == '\t' || character == '\r') {
+      shown += character == '\n' ? "\\n" : character == '\t' ? "\\t" : "\\r";
+    } else {
+      for (const char c : text.substr(0, length)) {
+        const auto byte = static_cast<unsigned char>(c);
+        shown += std::string("\\x") + kDigits[byte >> 4] + kDigits[byte & 15];
+      }
+    }
+    text.remove_prefix(length);
+  }
+  return shown;
+}
+
 std::string formatBytes(std::uint64_t bytes) {
+  if (bytes == 1) return "1 byte";
   static constexpr const char* kUnits[] = {"bytes", "KiB", "MiB", "GiB", "TiB", "PiB", "EiB"};
   auto value = static_cast<double>(bytes);
   std::size_t unit = 0;
@@ -46,13 +87,24 @@ std::string formatBytes(std::uint64_t bytes) {
   return text.data();
 }
 
+std::string formatDuration(double seconds) {
+  if (seconds >= 60) return formatTime(seconds);
+  std::array<char, 32> text{};
+  if (seconds >= 1) {
+    std::snprintf(text.data(), text.size(), "%.2f s", seconds);
+  } else {
+    std::snprintf(text.data(), text.size(), seconds < 0.01 ? "%.2f ms" : "%.0f ms", seconds * 1000);
+  }
+  return text.data();
+}
+
 Console::Console(bool wantsProgress)
     : m_showsProgress(wantsProgress && isatty(STDERR_FILENO) == 1),
       m_nextDraw((m_start + kBeforeFirst).time_since_epoch().count()) {}
 
 Console::~Console() { erase(); }
 
-void Console::report(const std::string& message) { write("encconv: " + message + "\n"); }
+void Console::report(const std::string& message) { write("encconv: " + printable(message) + "\n"); }
 
 int Console::reportStandardOutput() {
   report("standard output: " + std::generic_category().message(errno));

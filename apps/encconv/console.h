@@ -7,11 +7,19 @@
 #include <cstdint>
 #include <mutex>
 #include <string>
+#include <string_view>
 
 namespace tool {
 
 // "1.4 GiB", "312 KiB", "17 bytes".
 std::string formatBytes(std::uint64_t bytes);
+// "0.43 ms", "1.73 s", "2 min 05 s".
+std::string formatDuration(double seconds);
+
+// A text, such as the name of a file, as it can be shown on a line and does nothing to a terminal:
+// control characters, those of the direction of writing too, become \n, \t, \r or \xHH for each
+// byte. Bytes that are no UTF-8 stay, but for 80 to 9F.
+std::string printable(std::string_view text);
 
 // Any thread may call.
 class Console {
@@ -23,7 +31,8 @@ class Console {
   Console(const Console&) = delete;
   Console& operator=(const Console&) = delete;
 
-  // "encconv: MESSAGE" on a line of its own.
+  // "encconv: MESSAGE" on a line of its own; control characters in it are shown as printable()
+  // does.
   void report(const std::string& message);
   // That standard output could not be written, for the reason in errno. Returns the exit status.
   int reportStandardOutput();

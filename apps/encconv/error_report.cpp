@@ -16,6 +16,35 @@ std::string hex(const char* format, unsigned int value) {
   return text.data();
 }
 
+}  // namespace
+
+std::string nameOfCodePage(int codePage) {
+  const EncodingRow* const row = findEncodingRow(codePage);
+  return row == nullptr || row->name[0] == 0 ? "code page " + std::to_string(codePage) : row->name;
+}
+
+std::string describeCodePage(int codePage) {
+  const std::string number = "code page " + std::to_string(codePage);
+  const std::string name = nameOfCodePage(codePage);
+  return name == number ? number : name + " (" + number + ")";
+}
+
+std::string describeCharacter(char32_t character) {
+  return hex("U+%04X", static_cast<unsigned int>(character));
+}
+
+std::string_view kindOf(const StreamError& error) {
+  switch (error.kind) {
+    case StreamErrorKind::kMalformed:
+      return "malformed";
+    case StreamErrorKind::kNoPlace:
+      return "no place";
+    case StreamErrorKind::kApproximated:
+      break;
+  }
+  return "approximated";
+}
+
 std::string bytesOf(const StreamError& error) {
   std::string text;
   for (unsigned int i = 0; i < error.byteCount; ++i) {
@@ -55,16 +84,6 @@ bool hasPlace(std::int32_t codePoint, int codePage) {
 }
 
 }  // namespace
-
-std::string describeCodePage(int codePage) {
-  const CharsetNames* names = findCodePage(codePage);
-  const std::string number = "code page " + std::to_string(codePage);
-  return names == nullptr ? number : std::string(names->preferredName) + " (" + number + ")";
-}
-
-std::string describeCharacter(char32_t character) {
-  return hex("U+%04X", static_cast<unsigned int>(character));
-}
 
 std::string describeError(const StreamError& error, const StreamSettings& settings) {
   std::string text =

@@ -3,17 +3,23 @@
 #define APPS_ENCCONV_ERROR_REPORT_H_
 
 #include <string>
+#include <string_view>
 
 #include "encoding/stream/stream_converter.h"
 
 namespace tool {
 
-// "windows-1252 (code page 1252)".
+// "windows-1252", and "windows-1252 (code page 1252)".
+std::string nameOfCodePage(int codePage);
 std::string describeCodePage(int codePage);
 
 // "U+4E00".
 std::string describeCharacter(char32_t character);
 
+// "malformed", "no place" or "approximated".
+std::string_view kindOf(const StreamError& error);
+// "E4 B8 80".
+std::string bytesOf(const StreamError& error);
 // "byte offset 17, line 3: U+4E00 (E4 B8 80) has no place in windows-1252 (code page 1252)"; of a
 // character that another was written for "... became U+0061".
 std::string describeError(const StreamError& error, const StreamSettings& settings);

@@ -4,16 +4,14 @@
 
 #include "apps/encconv/detect.h"
 #include "apps/encconv/error_report.h"
-#include "encoding/encoding_convert.h"
-#include "support/text_log.h"
 
 namespace tool {
 namespace {
 
 constexpr std::size_t kPieceBytes = 256u << 10;
 
-// A character in an encoding; empty when it has no place there.
-std::string encode(std::string_view utf8, int codePage) {
+// A text in an encoding; empty when it has no place there.
+std::string encodeText(const std::string& utf8, int codePage) {
   StreamSettings settings;
   settings.from = 65001;
   settings.to = codePage;
@@ -28,19 +26,30 @@ std::string encode(std::string_view utf8, int codePage) {
   return {reinterpret_cast<const char*>(out.getData2()), out.getSize()};
 }
 
+// A character as it stands within a text, behind what an encoding may begin with; empty when it has
+// no place.
+std::string encode(const std::string& utf8, int codePage) {
+  const std::string once = encodeText(utf8, codePage);
+  const std::string twice = encodeText(utf8 + utf8, codePage);
+  return twice.substr(once.size());
+}
+
 }  // namespace
 
-FileConversion::FileConversion(const Options& options, Console& console)
+FileConversion::FileConversion(const Options& options, Console& console, PlaceReport* report)
     : m_options(options),
       m_console(console),
       m_settings(options.treatment),
+      m_report(report),
       m_afterWriting(mapAfterWriting(options.toCodePage, options.ebcdicNewline)),
       m_buffer(options.fromCodePage == kCodePageAuto ? kDetectionSample : kPieceBytes) {
   m_settings.from = options.fromCodePage;
   m_settings.to = options.toCodePage;
   m_settings.pdfPassthrough = options.pdfPassthrough;
   m_settings.drain = this;
-  if (options.recordLength != 0) m_settings.errorHandler = this;
+  if (report != nullptr || options.recordLength != 0 || m_settings.stopsAtMalformed) {
+    m_settings.errorHandler = this;
+  }
   m_mapsOutput = m_afterWriting != mapAfterWriting(options.toCodePage, EbcdicNewline::kKeep);
 }
 
@@ -51,12 +60,15 @@ ConversionResult FileConversion::fail(const std::string& message) {
 
 bool FileConversion::checkSettings() {
   const int from = m_options.fromCodePage == kCodePageAuto ? 65001 : m_options.fromCodePage;
-  return prepare(from, m_options.writeMark);
+  return prepare(from, true);
 }
 
-bool FileConversion::prepare(int fromCodePage, bool withMark) {
+bool FileConversion::prepare(int fromCodePage, bool isFirst) {
   m_settings.from = fromCodePage;
-  m_settings.writeMark = withMark && m_options.writeMark;
+  m_settings.writeMark = isFirst && m_options.mark == MarkUse::kAdd;
+  m_settings.keepMark = isFirst && m_options.mark == MarkUse::kKeep;
+  // Within the output a mark would be a character that nobody sees.
+  m_settings.dropMark = !isFirst || m_options.mark == MarkUse::kRemove;
   m_firstError = m_firstApproximation = {};
   const StreamStatus status = m_stream.begin(m_settings);
   if (status != StreamStatus::kGood) {
@@ -65,6 +77,10 @@ bool FileConversion::prepare(int fromCodePage, bool withMark) {
   }
   m_beforeReading = mapBeforeReading(fromCodePage, m_options.ebcdicNewline);
   m_mapsInput = m_beforeReading != mapBeforeReading(fromCodePage, EbcdicNewline::kKeep);
+  return prepareRecords(fromCodePage) && prepareNewlines();
+}
+
+bool FileConversion::prepareRecords(int fromCodePage) {
   m_records.reset();
   if (m_options.recordLength == 0) return true;
 
@@ -87,6 +103,28 @@ bool FileConversion::prepare(int fromCodePage, bool withMark) {
   return true;
 }
 
+bool FileConversion::prepareNewlines() {
+  m_newlines.reset();
+  if (m_options.newline == Newline::kKeep) return true;
+  const int to = m_options.toCodePage;
+  NewlineFilter::Settings settings;
+  settings.lineFeed = encode("\n", to);
+  settings.carriageReturn = encode("\r", to);
+  if (settings.lineFeed.empty() || settings.lineFeed.size() != settings.carriageReturn.size()) {
+    m_console.report("--newline: no line can be ended in " + describeCodePage(to));
+    return false;
+  }
+  if (m_options.newline != Newline::kLf) settings.newline = settings.carriageReturn;
+  if (m_options.newline != Newline::kCr) settings.newline += settings.lineFeed;
+  // GSM writes a form feed as an escape and a line feed.
+  const std::string formFeed = encode("\f", to);
+  if (formFeed.size() == 2 && formFeed.substr(1) == settings.lineFeed) {
+    settings.escape = static_cast<unsigned char>(formFeed[0]);
+  }
+  m_newlines.emplace(std::move(settings));
+  return true;
+}
+
 // Finds out the encoding from the beginning of the input, which is in the buffer.
 bool FileConversion::chooseSource(const InputFile& input, bool isWhole) {
   const Detection detection = detectEncoding(std::span(m_buffer).first(m_buffered), isWhole);
@@ -103,7 +141,11 @@ bool FileConversion::chooseSource(const InputFile& input, bool isWhole) {
   return true;
 }
 
-ConversionResult FileConversion::convert(InputFile& input, OutputFile& output, bool withMark) {
+ConversionResult FileConversion::convert(InputFile& input, OutputFile& output, bool isFirst) {
+  m_begin = std::chrono::steady_clock::now();
+  m_bytesRead = m_bytesWritten = 0;
+  m_input = &input;
+  m_output = &output;
   bool isWhole = false;
   m_buffered = 0;
   if (m_options.fromCodePage == kCodePageAuto) {
@@ -111,7 +153,7 @@ ConversionResult FileConversion::convert(InputFile& input, OutputFile& output, b
     isWhole = m_buffered < m_buffer.size();
     if (!chooseSource(input, isWhole)) return {kNotConverted, false};
   }
-  if (!prepare(m_settings.from, withMark)) return {kUsage, false};
+  if (!prepare(m_settings.from, isFirst)) return {kUsage, false};
   return pump(input, output, isWhole);
 }
 
@@ -129,42 +171,60 @@ StreamStatus FileConversion::convertPiece(std::span<const unsigned char> piece, 
 
 bool FileConversion::onStreamOutput(DataBuffer& out) {
   std::string_view bytes(reinterpret_cast<const char*>(out.getData2()), out.getSize());
+  if (m_newlines) {
+    m_newlines->push(bytes, m_ended);
+    bytes = {reinterpret_cast<const char*>(m_ended.data()), m_ended.size()};
+  }
+  const bool isWritten = write(bytes);
+  out.clear();
+  return isWritten;
+}
+
+bool FileConversion::write(std::string_view bytes) {
   if (m_mapsOutput) {
     m_mapped.resize(bytes.size());
     std::transform(bytes.begin(), bytes.end(), m_mapped.begin(),
                    [this](char c) { return m_afterWriting[static_cast<unsigned char>(c)]; });
     bytes = {reinterpret_cast<const char*>(m_mapped.data()), m_mapped.size()};
   }
-  const bool written = m_output->write(bytes);
-  out.clear();
-  return written;
+  m_bytesWritten += bytes.size();
+  return m_output->write(bytes);
 }
 
 // At once, while it is still known which record the place is in.
 void FileConversion::onStreamError(const StreamError& error) {
+  StreamError placed = error;
+  if (m_records != nullptr) placed.offset = m_records->inputOffset(error.offset);
   const bool isApproximation = error.kind == StreamErrorKind::kApproximated;
   FirstPlace& first = isApproximation ? m_firstApproximation : m_firstError;
-  if (error.offset >= first.inLines) return;
-  first = {error.offset, m_records->inputOffset(error.offset)};
+  if (error.offset < first.inLines) first = {error.offset, placed.offset};
+  if (!isApproximation) m_lastError = placed;
+  if (m_report != nullptr) m_report->add(m_input->name(), placed, m_settings);
 }
 
-// The stream goes its own, faster ways through the engine. What the engine says is what it does
-// when it is given the text at once.
-void FileConversion::showEngineLog(std::span<const unsigned char> piece) {
-  EncodingConvert engine;
-  TextLog log(true);
-  DataBuffer out;
-  engine.EncConvert(m_settings.from, m_settings.to, piece.data(),
-                    static_cast<unsigned int>(piece.size()), out, log);
-  m_console.write(log.text());
+// For --verbose: what was done.
+void FileConversion::tellStory(const InputFile& input) const {
+  const double seconds =
+      std::chrono::duration<double>(std::chrono::steady_clock::now() - m_begin).count();
+  std::string story = input.label() + ": " + describeCodePage(m_settings.from) + " to " +
+                      describeCodePage(m_settings.to) + ", " + formatBytes(m_bytesRead) + " to " +
+                      formatBytes(m_bytesWritten) + " in " + formatDuration(seconds);
+  if (seconds > 0) {
+    const double rate = static_cast<double>(m_bytesRead) / seconds;
+    story += ", " + formatBytes(static_cast<std::uint64_t>(rate)) + "/s";
+  }
+  const std::uint64_t count = m_stream.errorCount();
+  if (count != 0 && m_stream.status() == StreamStatus::kGood) {
+    story += "; " + m_options.treatmentName + ": " + std::to_string(count) +
+             (count == 1 ? " place" : " places");
+  }
+  m_console.report(story);
 }
 
 ConversionResult FileConversion::pump(InputFile& input, OutputFile& output, bool isWhole) {
   StreamStatus status = StreamStatus::kGood;
   std::size_t count = m_buffered;
-  bool isFirst = true;
   bool isLast = isWhole;
-  m_output = &output;
   m_converted.clear();
   while (status == StreamStatus::kGood) {
     if (count == 0 && !isWhole) {
@@ -175,8 +235,7 @@ ConversionResult FileConversion::pump(InputFile& input, OutputFile& output, bool
     if (m_mapsInput) {
       for (unsigned char& byte : piece) byte = m_beforeReading[byte];
     }
-    if (m_options.verbose && isFirst) showEngineLog(piece);
-    isFirst = false;
+    m_bytesRead += count;
     status = convertPiece(piece, isLast);
     if (status == StreamStatus::kDrainFailed || !onStreamOutput(m_converted)) {
       return fail(output.error());
@@ -185,6 +244,13 @@ ConversionResult FileConversion::pump(InputFile& input, OutputFile& output, bool
     if (isLast) break;
     count = 0;
   }
+  if (m_newlines) {
+    m_newlines->finish(m_ended);
+    if (!write({reinterpret_cast<const char*>(m_ended.data()), m_ended.size()})) {
+      return fail(output.error());
+    }
+  }
+  if (m_options.verbose) tellStory(input);
   return conclude(input, status);
 }
 
@@ -211,10 +277,11 @@ ConversionResult FileConversion::conclude(const InputFile& input, StreamStatus s
     return fail(input.label() + ": " + describeStatus(status, m_settings));
   }
   if (status == StreamStatus::kStopped) {
-    StreamError error = m_stream.firstError();
-    if (m_records != nullptr) error.offset = m_firstError.inInput;
-    m_console.report(input.label() + ": " + describeError(error, m_settings) + "; " +
-                     adviceFor(error, m_settings));
+    // With a handler the place that ended the stream is the last, and not always the first.
+    const StreamError& end =
+        m_settings.errorHandler != nullptr ? m_lastError : m_stream.firstError();
+    m_console.report(input.label() + ": " + describeError(end, m_settings) + "; " +
+                     adviceFor(end, m_settings));
     return {kNotConverted, false};
   }
   if (m_stream.errorCount() + m_stream.approximationCount() == 0) return {};

@@ -2,15 +2,19 @@
 #ifndef APPS_ENCCONV_FILE_CONVERSION_H_
 #define APPS_ENCCONV_FILE_CONVERSION_H_
 
+#include <chrono>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <span>
 #include <vector>
 
 #include "apps/encconv/console.h"
 #include "apps/encconv/ebcdic.h"
 #include "apps/encconv/file_io.h"
+#include "apps/encconv/newline_filter.h"
 #include "apps/encconv/options.h"
+#include "apps/encconv/place_report.h"
 #include "apps/encconv/record_filter.h"
 #include "encoding/stream/stream_converter.h"
 
@@ -21,28 +25,32 @@ struct ConversionResult {
   bool isComplete = true;  // all of the input is in the output, converted or treated
 };
 
-// The way of the bytes: input, EBCDIC line ends, records, stream, EBCDIC line ends, output. An
-// object serves any number of files, one after the other; each thread has its own.
+// The way of the bytes: input, EBCDIC line ends, records, stream, line ends, EBCDIC line ends,
+// output. An object serves any number of files, one after the other; each thread has its own.
 class FileConversion : private StreamDrain, private StreamErrorHandler {
  public:
-  // Both must outlive the object.
-  FileConversion(const Options& options, Console& console);
+  // All must outlive the object. Without a report, null.
+  FileConversion(const Options& options, Console& console, PlaceReport* report);
 
   // Whether the encodings and the treatment can be served; says why not. With an input encoding to
   // be found out, as far as that can be known.
   bool checkSettings();
 
-  // Converts all of input. withMark: begin with the byte order mark if one is wanted.
-  ConversionResult convert(InputFile& input, OutputFile& output, bool withMark);
+  // Converts all of input; isFirst: the output begins with it, and with a byte order mark if that
+  // is wanted.
+  ConversionResult convert(InputFile& input, OutputFile& output, bool isFirst);
 
  private:
   bool chooseSource(const InputFile& input, bool isWhole);
-  bool prepare(int fromCodePage, bool withMark);
+  bool prepare(int fromCodePage, bool isFirst);
+  bool prepareNewlines();
+  bool prepareRecords(int fromCodePage);
   ConversionResult pump(InputFile& input, OutputFile& output, bool isWhole);
   StreamStatus convertPiece(std::span<const unsigned char> piece, bool isLast);
   bool onStreamOutput(DataBuffer& out) override;
   void onStreamError(const StreamError& error) override;
-  void showEngineLog(std::span<const unsigned char> piece);
+  bool write(std::string_view bytes);
+  void tellStory(const InputFile& input) const;
   ConversionResult conclude(const InputFile& input, StreamStatus status);
   std::string describeTreated() const;
   ConversionResult fail(const std::string& message);
@@ -52,8 +60,12 @@ class FileConversion : private StreamDrain, private StreamErrorHandler {
   StreamSettings m_settings;
   StreamConverter m_stream;
   DataBuffer m_converted;
-  OutputFile* m_output = nullptr;           // of the conversion under way
+  const InputFile* m_input = nullptr;       // of the conversion under way
+  OutputFile* m_output = nullptr;           // likewise
   std::unique_ptr<RecordFilter> m_records;  // null without --record-length
+  PlaceReport* const m_report;
+  std::optional<NewlineFilter> m_newlines;
+  StreamError m_lastError;  // that the handler was told, at its place in the input
   // With records: where the first error, or approximation, is in the lines, and where in the input.
   struct FirstPlace {
     std::uint64_t inLines = UINT64_MAX;
@@ -61,6 +73,9 @@ class FileConversion : private StreamDrain, private StreamErrorHandler {
   };
   FirstPlace m_firstError;
   FirstPlace m_firstApproximation;
+  std::uint64_t m_bytesRead = 0;
+  std::uint64_t m_bytesWritten = 0;
+  std::chrono::steady_clock::time_point m_begin;
   ByteMap m_beforeReading = {};
   ByteMap m_afterWriting = {};
   bool m_mapsInput = false;
@@ -68,6 +83,7 @@ class FileConversion : private StreamDrain, private StreamErrorHandler {
   std::vector<unsigned char> m_buffer;  // of input
   std::size_t m_buffered = 0;           // bytes in it that were read to find out the encoding
   std::vector<unsigned char> m_lines;   // what the records became
+  std::vector<unsigned char> m_ended;   // with other line ends
   std::vector<unsigned char> m_mapped;  // what goes out
 };
 

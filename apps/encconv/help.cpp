@@ -12,31 +12,40 @@ constexpr Topic kTopics[] = {
     {"",
      R"(Usage: encconv -f FROM -t TO [OPTION...] [FILE...]
 Convert text from one character encoding to another. Without FILE, or for -,
-standard input is read; without -o the result goes to standard output.
+standard input is read; without -o the result goes to standard output. Without
+-f or -t, but not without both, the encoding of the locale is meant.
 
   -f, --from FROM          encoding of the input; "auto" finds it out
   -t, --to TO              encoding of the output
   -o, --output OUTPUT      write to a file, which is replaced only on success
       --in-place[=SUFFIX]  replace each file; SUFFIX keeps the old one
       --output-dir DIR     write each file under its name into DIR
+      --preserve-time      give what replaces a file the time of the old one
+  -r, --recursive          convert what is in directories
+      --include GLOB       of these only files with such names, like "*.txt"
   -j, --jobs N             convert up to N files at once (0: one a processor)
       --on-error TREATMENT what to do with input that cannot be converted
                            (--help errors)
+  -c                       leave it out, as --on-error drop
       --strict             exit status 1 when input was treated or approximated
-      --bom                begin the output with a byte order mark
+      --report FILE        list every such place in a file (with --json as JSON)
+      --bom[=keep|add|remove]
+                           byte order mark: as the input has it, always, never
+      --newline lf|crlf|cr|keep
+                           make all line ends the same
       --pdf-passthrough    copy files that begin "%PDF-1"
       --ebcdic-newline lf|nl|keep
                            line ends of EBCDIC text (--help mainframe)
       --record-length N    end a line after every N bytes of input
       --trim               drop the blanks at the end of each record
-  -q, --quiet              no progress line and no closing line
-  -v, --verbose            show what the engine does, as its own log tells it
+  -q, -s, --quiet          no progress line and no closing line
+  -v, --verbose            tell of each file the encodings, sizes and speed
 
       --detect             show which encoding each FILE seems to have
-      --list [FILTER]      show the encodings; with --json for programs
+  -l, --list [FILTER]      show the encodings; with --json for programs
       --chart CODEPAGE     show a code page; with --html FILE as a page
   -h, --help [TOPIC]       show this, or a topic: errors, files, encodings,
-                           mainframe, detect, charts, status
+                           iconv, mainframe, detect, charts, status
       --version            show the version
 
 Examples:
@@ -80,6 +89,11 @@ how many places were affected and where the first one was, and how many
 characters were approximated, and the exit status is 0; --strict makes it 1,
 --quiet leaves out the line.
 
+--report FILE writes a line for every place, however many there are: file,
+offset in bytes, line, bytes, character, encoding. With --json each line is a
+JSON object; a byte of a file name that is no UTF-8 is there the escape of
+U+DC00 + byte. FILE may be - when the text itself goes elsewhere.
+
 Examples:
   encconv -f utf-8 -t windows-1252 --on-error hex page.html
   encconv -f utf-8 -t windows-1250 --on-error best-fit,substitute notes.txt
@@ -88,17 +102,32 @@ Examples:
 )"},
     {"files",
      R"(Several input files are converted one after the other into one output. A file
-that is missing ends the run before anything is written.
+that is missing ends the run before anything is written there; a directory is
+reported and passed over.
 
   -o OUTPUT      The result is written beside OUTPUT under a temporary name and
                  renamed when all went well. Devices and pipes are written
-                 directly. OUTPUT must not be one of the inputs.
-  --in-place     Each FILE is replaced by its converted text; mode and times
-                 stay. A file that cannot be converted is left alone, and the
-                 others are still converted. --in-place=.old keeps the original
-                 as FILE.old.
+                 directly, - is standard output, and a symbolic link is written
+                 through. OUTPUT must not be one of the inputs.
+  --in-place     Each FILE is replaced by its converted text. Its owner, access
+                 rights, access control list and extended attributes stay, and
+                 its time of modification becomes the present one. A file that
+                 the conversion does not change is not touched. One that cannot
+                 be converted, that has other hard links, or that cannot be
+                 given what it had, is left alone with a reason, and the others
+                 are still converted.
+                 --in-place=.old keeps the original as FILE.old; where there is
+                 a FILE.old already, FILE is left alone.
   --output-dir   Each FILE is converted to DIR/NAME. DIR is made when missing.
-  -j N           With --in-place or --output-dir, N files are converted at once.
+  --preserve-time
+                 With either, files keep their time of modification.
+  -j N           With either, N files are converted at once; fewer where the
+                 limit of open files (ulimit -n) asks for it.
+  --recursive    Directories stand for the files in them and below, without
+                 symbolic links, files that end with the SUFFIX of --in-place,
+                 and what is in the DIR of --output-dir, where each gets its
+                 name below the directory. --include GLOB, any number of them,
+                 chooses files by name.
 
 Input of any length is converted in constant memory. On a terminal a progress
 line appears when that takes longer than a second.
@@ -106,6 +135,7 @@ line appears when that takes longer than a second.
 Examples:
   encconv -f 1251 -t utf-8 -o all.txt part1.txt part2.txt
   encconv -f gbk -t utf-8 --output-dir converted -j 0 *.srt
+  encconv -f 1252 -t utf-8 --in-place=.old -r --include "*.txt" notes
 )"},
     {"encodings",
      R"(FROM and TO are names or code page numbers: utf-8, UTF8, 65001 and cp65001
@@ -119,7 +149,36 @@ Windows that is called so is windows-1252; 28591 is Windows's number for that
 reading.
 
 utf-16 and utf-32 without le or be read the byte order mark, and are little
-endian without one. --bom writes the mark of utf-8, utf-16 and utf-32.
+endian without one; they write little endian without a mark. A mark is taken
+off the input, but stays where both encodings are the same.
+
+  --bom=add     the output begins with the mark of utf-8, utf-16 or utf-32;
+                --bom means the same
+  --bom=keep    it does if the input does
+  --bom=remove  it does not, even where both encodings are the same
+
+Line ends stay as they are, unless --newline lf, crlf or cr makes each CR LF, CR
+alone and LF alone the same.
+)"},
+    {"iconv",
+     R"(What users of iconv know means the same here, but for what this page says.
+
+  -f, --from-code, -t, --to-code, -o, -l, --list, -c, -s, --silent
+  -t NAME//IGNORE    leave out what cannot be converted, as -c
+  -t NAME//TRANSLIT  write what resembles a character that the output lacks, or
+                     "?"; bytes that are no text in the input end the file
+  no -f, or no -t    the encoding of the locale
+
+  -t utf-16          writes little endian without a mark, where iconv writes a
+  -t utf-32          mark in front: use --bom, or utf-16le, utf-16be
+  -o OUTPUT          is replaced only when all went well
+  -c                 has a closing line that says how much was left out, unless
+                     -s is given, and exit status 0, as in glibc 2.36 (that of
+                     //IGNORE is 0 too); --strict makes it 1
+  exit status        is 2 for wrong usage and for files that cannot be read
+
+Names are those of --list; iconv knows more. Where tables differ, those here are
+of Windows, such as cp932 for shift_jis.
 )"},
     {"mainframe",
      R"(EBCDIC has two line ends: NL (byte 15), which mainframe files use, and LF (byte
@@ -156,12 +215,13 @@ high digit of the byte, the column the low one. Double-byte code pages follow
 with one grid for each lead byte.
 
   (blank)  no character         <   read, but written as another code
-  PU       private use          NUL, NBSP ...   what cannot be seen
+  PU       private use          NUL, NBS ...    what cannot be seen
 
 Below the grids are the characters that are written but read as another one.
 
-encconv --chart CODEPAGE --html FILE writes a page for a browser instead, with
-code points, a search box, and light and dark colours.
+encconv --chart CODEPAGE --html FILE writes a page for a browser instead (to
+standard output for -), with code points, a search box, and light and dark
+colours.
 )"},
     {"status",
      R"(Exit status:
@@ -171,7 +231,8 @@ code points, a search box, and light and dark colours.
      nothing matches
   2  wrong usage, an unknown encoding, a file that cannot be read or written
 
-When several files fail the highest status is returned.
+When several files fail the highest status is returned. When what reads the
+output ends early, the signal SIGPIPE ends encconv quietly.
 )"},
 };
 

@@ -3,12 +3,13 @@
 #include <iomanip>
 #include <string>
 
+#include "encoding/alike_encodings.h"
 #include "encoding/code_page_list.h"
 
 namespace {
 
 constexpr std::size_t kLineWidth = 100;
-constexpr int kNumberWidth = 6;
+constexpr int kNumberWidth = 7;
 constexpr int kNameWidth = 16;
 constexpr int kKindWidth = 13;
 constexpr int kUseWidth = 4;
@@ -18,7 +19,11 @@ constexpr std::size_t kAliasIndent = 8;
 constexpr std::string_view kNotes =
     "Every code page is also known by its number alone and behind cp or windows- (1252, cp1252,\n"
     "windows-1252). Upper and lower case, punctuation and leading zeros make no difference.\n"
-    "Use: r can be read, w can be written. Further names are indented.\n\n";
+    "Use: r can be read, w can be written. Further names are indented. \"as 936\": it is "
+    "converted\n"
+    "just as that one. HZ has no number of its own elsewhere: 52936, which some give it, is GBK "
+    "here.\n"
+    "\n";
 
 void printHeader(std::ostream& out) {
   out << std::setw(kNumberWidth) << "Number"
@@ -52,8 +57,11 @@ void printText(std::ostream& out, const CharsetNames& page) {
   out << std::setw(kNumberWidth) << page.codePage << "  " << std::left << std::setw(kNameWidth)
       << page.preferredName << std::setw(kKindWidth) << kindName(page.kind) << std::setw(kUseWidth)
       << (page.canRead ? (page.canWrite ? "rw" : "r") : (page.canWrite ? "w" : "-"))
-      << page.description << '\n'
-      << std::right;
+      << page.description;
+  const int alike = firstAlikeCodePage(page.codePage);
+  const std::string asOther = "as " + std::to_string(alike);
+  if (alike != page.codePage && !page.description.ends_with(asOther)) out << ", " << asOther;
+  out << '\n' << std::right;
   printAliases(out, page.aliases);
 }
 
@@ -81,6 +89,13 @@ void printJson(std::ostream& out, const CharsetNames& page) {
   printString(out, kindName(page.kind));
   out << ", \"description\": ";
   printString(out, page.description);
+  out << ", \"sameAs\": ";
+  const int alike = firstAlikeCodePage(page.codePage);
+  if (alike == page.codePage) {
+    out << "null";
+  } else {
+    out << alike;
+  }
   out << std::boolalpha << ", \"canRead\": " << page.canRead << ", \"canWrite\": " << page.canWrite
       << std::noboolalpha << '}';
 }
@@ -88,7 +103,8 @@ void printJson(std::ostream& out, const CharsetNames& page) {
 }  // namespace
 
 int printCodePageList(std::ostream& out, bool json, std::string_view filter) {
-  bool any = false;
+  std::size_t numbers = 0;
+  std::size_t encodings = 0;  // not counting those that are converted as another one
   if (json) {
     out << '[';
   } else if (filter.empty()) {
@@ -97,14 +113,19 @@ int printCodePageList(std::ostream& out, bool json, std::string_view filter) {
   for (const CharsetNames& page : streamCodePages()) {
     if (!codePageMatches(page, filter)) continue;
     if (json) {
-      out << (any ? ",\n " : "\n ");
+      out << (numbers != 0 ? ",\n " : "\n ");
       printJson(out, page);
     } else {
-      if (!any) printHeader(out);
+      if (numbers == 0) printHeader(out);
       printText(out, page);
     }
-    any = true;
+    ++numbers;
+    if (firstAlikeCodePage(page.codePage) == page.codePage) ++encodings;
   }
-  if (json) out << (any ? "\n]\n" : "]\n");
-  return any ? 0 : 1;
+  if (json) {
+    out << (numbers != 0 ? "\n]\n" : "]\n");
+  } else if (filter.empty()) {
+    out << "\nTogether " << encodings << " encodings under " << numbers << " numbers.\n";
+  }
+  return numbers != 0 ? 0 : 1;
 }

@@ -1,6 +1,4 @@
 // encconv: converts text from one character encoding to another.
-#include <signal.h>
-
 #include <cstdio>
 #include <iostream>
 #include <string>
@@ -10,23 +8,38 @@
 #include "apps/encconv/console.h"
 #include "apps/encconv/convert_command.h"
 #include "apps/encconv/detect.h"
+#include "apps/encconv/encoding_arguments.h"
+#include "apps/encconv/inputs.h"
 #include "apps/encconv/list_command.h"
 #include "apps/encconv/options.h"
 #include "apps/encconv/temporary_files.h"
 
 namespace {
 
+// Of the files that the directories on the command line stand for.
+int detectInFiles(tool::Options options, tool::Console& console) {
+  if (!options.recursive) return tool::runDetection(options, console);
+  const tool::Inputs inputs = tool::findInputs(options, console);
+  options.inputs.clear();
+  for (const tool::Input& input : inputs.files) options.inputs.push_back(input.name);
+  const int status = tool::runDetection(options, console);
+  return inputs.hasMissing ? tool::kUsage : status;
+}
+
 int run(const tool::Options& options) {
   tool::Console console(!options.quiet);
   switch (options.command) {
     case tool::Command::kDetect:
-      return tool::runDetection(options, console);
+      return detectInFiles(options, console);
     case tool::Command::kChart:
       return tool::runChart(options, console);
     case tool::Command::kList: {
       const int status = printCodePageList(std::cout, options.json, options.filter);
       if (!std::cout.flush()) return console.reportStandardOutput();
-      if (status != tool::kDone) console.report("no encoding matches '" + options.filter + "'");
+      if (status != tool::kDone) {
+        console.report("no encoding matches '" + options.filter + "'" +
+                       tool::suggestionsFor(options.filter));
+      }
       return status;
     }
     case tool::Command::kConvert:
@@ -38,8 +51,7 @@ int run(const tool::Options& options) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  // A reader that goes away is reported like any other output that cannot be written.
-  signal(SIGPIPE, SIG_IGN);
+  // Among them that of a pipe whose reader goes away: the end comes quietly, as with other tools.
   tool::removeTemporariesOnSignals();
 
   const tool::ParsedArguments parsed =

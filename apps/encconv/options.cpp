@@ -6,7 +6,9 @@
 #include <optional>
 #include <thread>
 
+#include "apps/encconv/console.h"
 #include "apps/encconv/ebcdic.h"
+#include "apps/encconv/encoding_arguments.h"
 #include "apps/encconv/help.h"
 
 namespace tool {
@@ -22,10 +24,13 @@ struct RawArguments {
   std::string onError;
   std::string inPlace;
   std::string jobs;
+  std::string bom;
+  std::string newline;
   std::string ebcdicNewline;
   std::string recordLength;
   std::string chart;
   std::string helpTopic;
+  bool dropsAll = false;
   bool detect = false;
   bool version = false;
 };
@@ -42,23 +47,31 @@ void declare(CLI::App& app, RawArguments& raw, Options& options) {
   app.set_help_flag();
   // The last one counts, so that aliases and scripts can have defaults.
   app.option_defaults()->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
-  app.add_option("-f,--from", raw.from);
-  app.add_option("-t,--to", raw.to);
+  app.add_option("-f,--from,--from-code", raw.from);
+  app.add_option("-t,--to,--to-code", raw.to);
+  app.add_flag("-c", raw.dropsAll);
   app.add_option("-o,--output", options.output);
   app.add_flag("--in-place{" + std::string(kNoSuffix) + "}", raw.inPlace);
   app.add_option("--output-dir", options.outputDirectory);
+  app.add_flag("--preserve-time", options.preserveTime);
   app.add_option("-j,--jobs", raw.jobs);
+  app.add_flag("-r,--recursive", options.recursive);
+  app.add_option("--include", options.includes)
+      ->allow_extra_args(false)
+      ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
   app.add_option("--on-error", raw.onError);
   app.add_flag("--strict", options.strict);
-  app.add_flag("--bom", options.writeMark);
+  app.add_flag("--bom{add}", raw.bom);
+  app.add_option("--newline", raw.newline);
+  app.add_option("--report", options.report);
   app.add_flag("--pdf-passthrough", options.pdfPassthrough);
   app.add_option("--ebcdic-newline", raw.ebcdicNewline);
   app.add_option("--record-length", raw.recordLength);
   app.add_flag("--trim", options.trim);
-  app.add_flag("-q,--quiet", options.quiet);
+  app.add_flag("-q,--quiet,-s,--silent", options.quiet);
   app.add_flag("-v,--verbose", options.verbose);
   app.add_flag("--detect", raw.detect);
-  app.add_option("--list", options.filter)->expected(0, 1);
+  app.add_option("-l,--list", options.filter)->expected(0, 1);
   app.add_flag("--json", options.json);
   app.add_option("--chart", raw.chart);
   app.add_option("--html", options.chartHtml);
@@ -82,48 +95,100 @@ unsigned int readNumber(const std::string& option, const std::string& text, unsi
 int readCodePage(const std::string& name) {
   const int codePage = streamCodePage(name);
   if (codePage == 0) {
-    throw UsageError{"unknown encoding '" + name + "' (encconv --list shows the known ones)"};
+    throw UsageError{"unknown encoding '" + name + "'" + suggestionsFor(name) +
+                     " (encconv --list shows the known ones)"};
   }
   return codePage;
 }
 
-EbcdicNewline readEbcdicNewline(const std::string& text) {
-  if (text == "lf") return EbcdicNewline::kLf;
-  if (text == "nl") return EbcdicNewline::kNl;
-  if (text == "keep") return EbcdicNewline::kKeep;
-  throw UsageError{"--ebcdic-newline: '" + text + "' is none of lf, nl and keep"};
+template <typename Value>
+struct Word {
+  std::string_view name;
+  Value value;
+};
+constexpr Word<EbcdicNewline> kEbcdicNewlines[] = {
+    {"lf", EbcdicNewline::kLf}, {"nl", EbcdicNewline::kNl}, {"keep", EbcdicNewline::kKeep}};
+constexpr Word<Newline> kNewlines[] = {
+    {"lf", Newline::kLf}, {"crlf", Newline::kCrLf}, {"cr", Newline::kCr}, {"keep", Newline::kKeep}};
+constexpr Word<MarkUse> kMarkUses[] = {
+    {"keep", MarkUse::kKeep}, {"add", MarkUse::kAdd}, {"remove", MarkUse::kRemove}};
+
+// Takes the value that a word means over, if the option was given.
+template <typename Value, std::size_t count>
+void readWord(const char* option, const std::string& text, const Word<Value> (&words)[count],
+              Value& value) {
+  if (text.empty()) return;
+  std::string names;
+  for (std::size_t i = 0; i < count; ++i) {
+    if (text == words[i].name) {
+      value = words[i].value;
+      return;
+    }
+    names += i == 0 ? "" : i + 1 == count ? " and " : ", ";
+    names += words[i].name;
+  }
+  throw UsageError{std::string(option) + ": '" + text + "' is none of " + names};
 }
 
 void readTreatment(const std::string& text, Options& options) {
   constexpr std::string_view kAlternate = "alternate=";
   if (text.starts_with(kAlternate)) readCodePage(text.substr(kAlternate.size()));
+  options.treatmentName = text;
   if (!parseStreamTreatment(text, options.treatment)) {
     throw UsageError{"--on-error: '" + text +
                      "' is no treatment (encconv --help errors shows them)"};
   }
 }
 
+// The encoding of an option, or of the locale where the option is not given, with the suffixes of
+// iconv.
+EncodingArgument readEncoding(const std::string& text, const char* option) {
+  EncodingArgument encoding;
+  std::string suffix;
+  if (!parseEncodingArgument(text, encoding, suffix)) {
+    throw UsageError{std::string(option) + ": '//" + suffix +
+                     "' is neither //IGNORE nor //TRANSLIT"};
+  }
+  if (!encoding.name.empty()) return encoding;
+  encoding.name = localeEncodingName();
+  if (streamCodePage(encoding.name) == 0) {
+    throw UsageError{"the encoding of the locale " +
+                     (encoding.name.empty() ? "is not known" : "is '" + encoding.name + "'") +
+                     "; name another with " + option};
+  }
+  return encoding;
+}
+
 void readEncodings(const RawArguments& raw, Options& options) {
   if (raw.from.empty() && raw.to.empty()) {
     throw UsageError{"from which encoding to which? -f FROM -t TO (encconv --help shows more)"};
   }
-  if (raw.from.empty()) throw UsageError{"the input encoding is missing: -f FROM"};
-  if (raw.to.empty()) throw UsageError{"the output encoding is missing: -t TO"};
-  options.fromCodePage = raw.from == "auto" ? kCodePageAuto : readCodePage(raw.from);
-  options.toCodePage = readCodePage(raw.to);
-  if (options.writeMark && markOf(*findEncodingRow(options.toCodePage)).empty()) {
-    throw UsageError{"--bom: '" + raw.to + "' has no byte order mark"};
+  const EncodingArgument from = readEncoding(raw.from, "-f");
+  const EncodingArgument to = readEncoding(raw.to, "-t");
+  options.fromCodePage = from.name == "auto" ? kCodePageAuto : readCodePage(from.name);
+  options.toCodePage = readCodePage(to.name);
+  readWord("--bom", raw.bom, kMarkUses, options.mark);
+  if (options.mark == MarkUse::kAdd && markOf(*findEncodingRow(options.toCodePage)).empty()) {
+    throw UsageError{"--bom: '" + to.name + "' has no byte order mark"};
   }
-  if (!raw.onError.empty()) readTreatment(raw.onError, options);
+  const bool ignores = raw.dropsAll || from.ignores || to.ignores;
+  if (!ignores && !to.transliterates) {
+    if (!raw.onError.empty()) readTreatment(raw.onError, options);
+    return;
+  }
+  if (!raw.onError.empty()) {
+    throw UsageError{"--on-error says what -c, //IGNORE and //TRANSLIT say; give one of them"};
+  }
+  options.treatmentName = to.transliterates ? "//TRANSLIT" : "drop";
+  applySuffixes(ignores, to.transliterates, options.treatment);
 }
 
 void readShape(const RawArguments& raw, Options& options) {
-  if (!raw.ebcdicNewline.empty()) {
-    options.ebcdicNewline = readEbcdicNewline(raw.ebcdicNewline);
-    if (!isEbcdic(options.fromCodePage) && !isEbcdic(options.toCodePage)) {
-      throw UsageError{"--ebcdic-newline: neither '" + raw.from + "' nor '" + raw.to +
-                       "' is an EBCDIC encoding"};
-    }
+  readWord("--newline", raw.newline, kNewlines, options.newline);
+  readWord("--ebcdic-newline", raw.ebcdicNewline, kEbcdicNewlines, options.ebcdicNewline);
+  if (!raw.ebcdicNewline.empty() && !isEbcdic(options.fromCodePage) &&
+      !isEbcdic(options.toCodePage)) {
+    throw UsageError{"--ebcdic-newline: neither of the encodings is an EBCDIC encoding"};
   }
   if (!raw.recordLength.empty()) {
     options.recordLength = readNumber("--record-length", raw.recordLength, 1, kMaxRecordLength);
@@ -150,6 +215,12 @@ void readDestination(const RawArguments& raw, Options& options) {
                                                       "-") != options.inputs.end())) {
     throw UsageError{(options.inPlace ? std::string("--in-place") : std::string("--output-dir")) +
                      " needs files, not standard input"};
+  }
+  if (options.preserveTime && !perFile) {
+    throw UsageError{"--preserve-time needs --in-place or --output-dir"};
+  }
+  if (options.report == "-" && !perFile && (options.output.empty() || options.output == "-")) {
+    throw UsageError{"--report: the text goes to standard output; name a file"};
   }
   if (!raw.jobs.empty()) {
     options.jobs = readNumber("-j", raw.jobs, 0, kMaxJobs);
@@ -179,7 +250,12 @@ void readCommand(const CLI::App& app, const RawArguments& raw, Options& options)
   if ((lists ? 1 : 0) + (charts ? 1 : 0) + (raw.detect ? 1 : 0) > 1) {
     throw UsageError{"only one of --list, --chart and --detect can be given"};
   }
-  if (options.json && !lists) throw UsageError{"--json needs --list"};
+  if (options.json && !lists && options.report.empty()) {
+    throw UsageError{"--json needs --list or --report"};
+  }
+  if (!options.report.empty() && (lists || charts || raw.detect)) {
+    throw UsageError{"--report is about conversions"};
+  }
   if (!options.chartHtml.empty() && !charts) throw UsageError{"--html needs --chart"};
   if ((lists || charts) && !options.inputs.empty()) {
     throw UsageError{"unexpected argument '" + options.inputs.front() + "'"};
@@ -195,6 +271,10 @@ void readCommand(const CLI::App& app, const RawArguments& raw, Options& options)
     readEncodings(raw, options);
     readShape(raw, options);
     readDestination(raw, options);
+  }
+  if (options.recursive && options.inputs.empty()) throw UsageError{"--recursive needs files"};
+  if (!options.includes.empty() && !options.recursive) {
+    throw UsageError{"--include needs --recursive"};
   }
   if (options.inputs.empty()) options.inputs.emplace_back("-");
 }
@@ -238,7 +318,7 @@ ParsedArguments parseArguments(std::vector<std::string> arguments) {
   }
   parsed = {};
   parsed.status = kUsage;
-  parsed.err = "encconv: " + message + "\n";
+  parsed.err = "encconv: " + printable(message) + "\n";
   return parsed;
 }
 

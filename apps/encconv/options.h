@@ -25,36 +25,54 @@ enum class EbcdicNewline : unsigned char {
   kNl,    // every line end becomes NL
 };
 
+// What becomes of byte order marks.
+enum class MarkUse : unsigned char {
+  kUsual,   // a conversion takes the input's off, a check of one encoding keeps it
+  kKeep,    // the output has one if the input has
+  kAdd,     // the output has one
+  kRemove,  // the output has none
+};
+
+// What line ends become.
+enum class Newline : unsigned char { kKeep, kLf, kCrLf, kCr };
+
 // Stands for "-f auto".
 inline constexpr int kCodePageAuto = -1;
 
 struct Options {
   Command command = Command::kConvert;
-  std::vector<std::string> inputs;  // never empty for kConvert and kDetect; "-": standard input
+  std::vector<std::string> inputs;    // never empty for kConvert and kDetect; "-": standard input
+  bool recursive = false;             // what is in directories is meant
+  std::vector<std::string> includes;  // patterns of the names of files there; empty: all
 
   int fromCodePage = 0;
   int toCodePage = 0;
-  StreamSettings treatment;  // only the fields that --on-error sets
-  bool strict = false;       // treated input makes the status kNotConverted
-  bool writeMark = false;
+  StreamSettings treatment;            // only the fields that --on-error and its like set
+  std::string treatmentName = "stop";  // in words
+  bool strict = false;                 // treated input makes the status kNotConverted
+  MarkUse mark = MarkUse::kUsual;
+  Newline newline = Newline::kKeep;
   bool pdfPassthrough = false;
 
-  std::string output;  // empty: standard output
+  std::string output;  // empty, or "-": standard output
   bool inPlace = false;
   std::string backupSuffix;     // of kept originals; empty: none are kept
   std::string outputDirectory;  // empty: none
+  bool preserveTime = false;    // the files have the times of their originals
   unsigned int jobs = 1;
 
   EbcdicNewline ebcdicNewline = EbcdicNewline::kKeep;
   unsigned int recordLength = 0;  // bytes of the input; 0: no records
   bool trim = false;
 
+  std::string report;  // the file with every place; empty: none, "-": standard output
+
   bool quiet = false;
   bool verbose = false;
 
-  std::string filter;  // of kList; empty: everything
-  bool json = false;
-  std::string chartHtml;  // of kChart: the page to write; empty: text on standard output
+  std::string filter;     // of kList; empty: everything
+  bool json = false;      // of kList and of the report
+  std::string chartHtml;  // of kChart: the page to write, "-" on standard output; empty: text there
 };
 
 // What to do about a command line: run with options, or print out and err and end with status.

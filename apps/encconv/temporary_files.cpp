@@ -10,7 +10,7 @@ namespace tool {
 namespace {
 
 // More than files that are ever written at once.
-std::array<std::atomic<const char*>, 256> watched;
+std::array<std::atomic<const char*>, 320> watched;
 static_assert(std::atomic<const char*>::is_always_lock_free, "used in a signal handler");
 
 void onSignal(int signalNumber) {
@@ -37,7 +37,7 @@ void forgetTemporary(int slot) {
 }
 
 void removeTemporariesOnSignals() {
-  for (const int signalNumber : {SIGHUP, SIGINT, SIGTERM}) {
+  for (const int signalNumber : {SIGHUP, SIGINT, SIGPIPE, SIGTERM}) {
     struct sigaction action = {};
     if (sigaction(signalNumber, nullptr, &action) != 0 || action.sa_handler == SIG_IGN) continue;
     action = {};

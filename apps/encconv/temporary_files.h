@@ -9,8 +9,8 @@ namespace tool {
 int watchTemporary(const char* path);
 void forgetTemporary(int slot);
 
-// Installs the handlers for SIGHUP, SIGINT and SIGTERM, but for those that are ignored: they remove
-// the watched files and end the process as the signal would have. Call once at start.
+// Installs the handlers for SIGHUP, SIGINT, SIGPIPE and SIGTERM, but for those that are ignored:
+// they remove the watched files and end the process as the signal would have. Call once at start.
 void removeTemporariesOnSignals();
 
 }  // namespace tool

@@ -71,6 +71,8 @@ struct EncodingRow {
   std::uint8_t threeByteShift = 0;    // begins characters of three bytes, which the table lacks
   const Codec* codec = nullptr;       // of kCodec
   bool inEngine = true;               // false: only streams convert it, not EncConvert
+
+  bool operator==(const EncodingRow&) const = default;
 };
 
 // Any thread may call these; nothing is allocated.

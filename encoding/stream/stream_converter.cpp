@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <new>
+#include <span>
 #include <string_view>
 
 #include "encoding/stream/stream_core.h"
@@ -128,19 +129,22 @@ StreamStatus StreamConverter::Core::beginText(std::string_view head) {
   m_hasBegun = true;
   m_isPdf = m_settings.pdfPassthrough && head.size() >= kPdfMinimum && head.starts_with(kPdfMark);
   if (m_isPdf || m_plan == nullptr) return StreamStatus::kGood;
-  if (m_settings.writeMark) {
-    const std::string_view mark = markOf(*m_plan->target);
-    if (!m_out->append(mark.data(), mark.size())) fail();
+  const std::span<const Mark> marks = marksOf(*m_plan->source);
+  const auto mark =
+      std::ranges::find_if(marks, [&](const Mark& known) { return head.starts_with(known.bytes); });
+  const bool hasMark = mark != marks.end();
+  const bool writesMark = m_settings.writeMark || (m_settings.keepMark && hasMark);
+  if (writesMark) {
+    const std::string_view written = markOf(*m_plan->target);
+    if (!m_out->append(written.data(), written.size())) fail();
   }
-  for (const Mark& mark : marksOf(*m_plan->source)) {
-    if (!head.starts_with(mark.bytes)) continue;
+  if (hasMark) {
     // A copy keeps the mark as a character of the text.
-    if (!isSame() || m_settings.writeMark) m_offset = mark.bytes.size();
-    if (mark.bigEndian != isBigEndian(m_plan->source)) {
+    if (!isSame() || writesMark || m_settings.dropMark) m_offset = mark->bytes.size();
+    if (mark->bigEndian != isBigEndian(m_plan->source)) {
       const StreamStatus status = open(otherByteOrder(*m_plan->source));
       if (status != StreamStatus::kGood) return status;
     }
-    break;
   }
   if (m_offset != 0) dropWaiting(static_cast<std::size_t>(m_offset));
   return m_waiting.hasFailed() ? StreamStatus::kNoMemory : m_status;

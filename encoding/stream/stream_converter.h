@@ -83,8 +83,13 @@ struct StreamSettings {
   bool hasSubstitute = false;
   bool substituteIsRaw = false;
   std::string substitute;
-  int alternate = 0;            // code page of kAlternate
+  int alternate = 0;  // code page of kAlternate
+  // Malformed input ends the stream as under kStop, and only characters without a place are
+  // treated.
+  bool stopsAtMalformed = false;
   bool writeMark = false;       // begin the output with the byte order mark of a Unicode target
+  bool keepMark = false;        // the same if the source begins with one
+  bool dropMark = false;        // the source's goes also where both encodings are the same
   bool pdfPassthrough = false;  // copy a stream of 7 bytes or more that begins "%PDF-1"
   StreamErrorHandler* errorHandler = nullptr;  // not owned
   StreamDrain* drain = nullptr;                // not owned; without one, output gathers

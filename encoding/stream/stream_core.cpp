@@ -415,8 +415,8 @@ void StreamConverter::Core::fail() {
 
 // Settles whether places are told: those of all errors, or of the first one.
 void StreamConverter::Core::noteReports() {
-  m_isReportWanted =
-      m_errorCount == 0 || m_settings.errorHandler != nullptr || m_isReordered || m_target;
+  m_isReportWanted = m_errorCount == 0 || m_settings.errorHandler != nullptr || m_isReordered ||
+                     m_target || m_settings.stopsAtMalformed;
 }
 
 bool StreamConverter::Core::isApproximationWanted() const {
@@ -506,13 +506,15 @@ void StreamConverter::Core::report(const StreamError& error) {
 // Writes what stands for a piece.
 void StreamConverter::Core::treat(const StreamError& error, const unsigned char* piece,
                                   std::uint32_t length) {
-  if (m_settings.treatment == StreamTreatment::kDrop) return;
-  if (m_settings.treatment == StreamTreatment::kStop) {
+  const bool stops = m_settings.treatment == StreamTreatment::kStop ||
+                     (m_settings.stopsAtMalformed && error.kind == StreamErrorKind::kMalformed);
+  if (stops) {
     // What waits for more text is text.
     if (m_target && !m_target->flush(*m_out)) fail();
     if (m_status == StreamStatus::kGood) m_status = StreamStatus::kStopped;
     return;
   }
+  if (m_settings.treatment == StreamTreatment::kDrop) return;
   const Treatment::Replacement replacement = m_treatment.replace(error, piece, length);
   bool isWritten = true;
   if (m_treatment.hasFailed()) {

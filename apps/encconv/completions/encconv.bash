@@ -1,12 +1,15 @@
 # Completion of encconv for bash.
 
-# The encodings that begin as the word does, whatever the case: small letters are answered by such.
+# The names and numbers of the encodings that begin as the word does, whatever the case: small
+# letters are answered by such. Aliases are offered once their first letter is written.
 _encconv_encodings() {
-  { echo "0 auto"; encconv --list 2>/dev/null; } | awk -v word="$1" -v auto="$2" '
-    $1 !~ /^[0-9]+$/ || ($2 == "auto" && !auto) { next }
-    { name = word == tolower(word) ? tolower($2) : $2 }
-    index(tolower(name), tolower(word)) == 1 { print name }
-    $1 != 0 && index($1, word) == 1 { print $1 }'
+  { [[ -n $2 ]] && echo "0 auto"; encconv --list 2>/dev/null; } | awk -v word="$1" '
+    function offer(name) {
+      if (index(tolower(name), tolower(word)) != 1) return
+      print word == tolower(word) ? tolower(name) : name
+    }
+    $1 ~ /^[0-9]+$/ { offer($2); if ($1 != 0) offer($1) }
+    /^        / && word != "" { for (i = 1; i <= NF; ++i) offer($i) }'
 }
 
 _encconv() {
@@ -28,9 +31,11 @@ _encconv() {
       return
       ;;
     --on-error) words="stop drop substitute substitute= hex alternate= raw" ;;
+    --newline) words="lf crlf cr keep" ;;
+    --bom) words="keep add remove" ;;
     --ebcdic-newline) words="lf nl keep" ;;
-    -h | --help) words="errors files encodings mainframe detect charts status" ;;
-    -j | --jobs | --record-length | --list | --in-place | substitute) return ;;
+    -h | --help) words="errors files encodings iconv mainframe detect charts status" ;;
+    -j | --jobs | --record-length | --list | --include | --in-place | substitute) return ;;
     --output-dir)
       compopt -o filenames
       mapfile -t COMPREPLY < <(compgen -d -- "$current")
@@ -38,9 +43,10 @@ _encconv() {
       ;;
     *)
       if [[ $current == -* ]]; then
-        words="-f --from -t --to -o --output --in-place --in-place= --output-dir -j --jobs
-          --on-error --strict --bom --pdf-passthrough --ebcdic-newline --record-length --trim
-          -q --quiet -v --verbose --detect --list --json --chart --html -h --help --version"
+        words="-f --from -t --to -o --output --in-place --in-place= --output-dir
+          --preserve-time -r --recursive --include -j --jobs
+          --on-error -c --strict --report --bom --bom= --newline --pdf-passthrough --ebcdic-newline --record-length --trim
+          -q -s --quiet -v --verbose --detect -l --list --json --chart --html -h --help --version"
       else
         compopt -o filenames
         mapfile -t COMPREPLY < <(compgen -f -- "$current")
