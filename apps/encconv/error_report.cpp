@@ -55,6 +55,8 @@ std::string bytesOf(const StreamError& error) {
   return text;
 }
 
+namespace {
+
 // The code points of UTF-8.
 std::string charactersOf(std::string_view utf8) {
   std::string text;
