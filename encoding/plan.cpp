@@ -14,7 +14,7 @@
 
 namespace fast {
 
-constinit std::atomic<const Plan*> g_plans[1u << kPlanBits];
+constinit std::atomic<const Plan*> g_plans[2][1u << kPlanBits];
 
 namespace {
 
@@ -256,13 +256,13 @@ const EncodingRow* rowBehindCodec(const EncodingRow* row) {
   return hasCodec ? findEncodingRow(row->codec->codePage) : row;
 }
 
-bool openDecoding(const EncodingRow& row, Decoding& decoding) {
+bool openDecoding(const EncodingRow& row, Reader reader, Decoding& decoding) {
   LogBase silent;
   decoding.form = row.form;
   decoding.bigEndian = row.bigEndian;
   if (!hasTable(row)) return true;
   if (!row.isDispatched || !ensureToUnicode(row, silent)) return false;
-  decoding.table = decoderFor(row);
+  decoding.table = decoderFor(row, reader);
   return decoding.table.singleByte != nullptr || decoding.table.doubleByte != nullptr;
 }
 
@@ -302,7 +302,7 @@ bool fill(Plan& plan) {
   const EncodingRow* const target = rowBehindCodec(plan.target);
   plan.kernels = &kernels();
   plan.isCopy = source == target;
-  if (!openDecoding(*source, plan.decoding)) return false;
+  if (!openDecoding(*source, plan.reader, plan.decoding)) return false;
   if (!plan.isCopy && !openEncoding(*target, plan.encoding)) return false;
   if (plan.isCopy) {
     plan.encoding.form = plan.decoding.form;
@@ -339,27 +339,29 @@ bool isPlainPair(int from, int to) {
   return isOrdinaryPair(from, to) && !isAsciiCopy && !findEncodingRow(from)->reordersMacArabic;
 }
 
-const Plan* openPlan(int from, int to) {
-  if (const Plan* const plan = findPlan(from, to)) return plan;
+const Plan* openPlan(int from, int to, Reader reader) {
+  if (const Plan* const plan = findPlan(from, to, reader)) return plan;
   onKernelsChanged(forgetPlans);
   std::unique_ptr<Plan> made(new (std::nothrow) Plan());
   if (made == nullptr) return nullptr;
   made->from = from;
   made->to = to;
+  made->reader = reader;
   made->source = findEncodingRow(from);
   made->target = findEncodingRow(to);
   if (made->source == nullptr || made->target == nullptr || !fill(*made)) return nullptr;
-  std::atomic<const Plan*>& chain = planChain(from, to);
+  std::atomic<const Plan*>& chain = planChain(from, to, reader);
   made->next = chain.load(std::memory_order_acquire);
   while (!chain.compare_exchange_weak(made->next, made.get(), std::memory_order_acq_rel)) {
-    if (const Plan* const other = findPlan(from, to)) return other;  // another thread was faster
+    // Another thread was faster.
+    if (const Plan* const other = findPlan(from, to, reader)) return other;
   }
   return made.release();
 }
 
 unsigned char* convertShort(int from, int to, const char* data, std::size_t length,
                             unsigned char* out) {
-  const Plan* const plan = findPlan(from, to);
+  const Plan* const plan = findPlan(from, to, Reader::kStream);
   if (plan == nullptr || plan->whole == nullptr || length - 1 >= kShortBytes) return nullptr;
   const auto* const in = reinterpret_cast<const unsigned char*>(data);
   if (plan->mayBeginWithMark(in, length)) return nullptr;
@@ -388,12 +390,14 @@ std::uint64_t maxOutputSize(std::size_t length, int from, int to) {
 }
 
 void forgetPlans() {
-  for (std::atomic<const Plan*>& chain : g_plans) {
-    const Plan* plan = chain.exchange(nullptr, std::memory_order_acq_rel);
-    while (plan != nullptr) {
-      const Plan* const next = plan->next;
-      delete plan;
-      plan = next;
+  for (auto& chains : g_plans) {
+    for (std::atomic<const Plan*>& chain : chains) {
+      const Plan* plan = chain.exchange(nullptr, std::memory_order_acq_rel);
+      while (plan != nullptr) {
+        const Plan* const next = plan->next;
+        delete plan;
+        plan = next;
+      }
     }
   }
 }

@@ -43,6 +43,7 @@ inline constexpr unsigned int kWorstFactor = 4;
 struct Plan {
   int from = 0;
   int to = 0;
+  Reader reader = Reader::kEngine;
   const Plan* next = nullptr;  // of the same chain
   const EncodingRow* source = nullptr;
   const EncodingRow* target = nullptr;
@@ -74,19 +75,19 @@ struct Plan {
   }
 };
 
-// The plans of all threads, in chains by pair: put in front, complete, and kept until
-// forgetPlans().
+// The plans of all threads, for each reader in chains by pair: put in front, complete, and kept
+// until forgetPlans().
 inline constexpr unsigned int kPlanBits = 10;
-extern std::atomic<const Plan*> g_plans[1u << kPlanBits];
+extern std::atomic<const Plan*> g_plans[2][1u << kPlanBits];
 
-inline std::atomic<const Plan*>& planChain(int from, int to) {
+inline std::atomic<const Plan*>& planChain(int from, int to, Reader reader) {
   const unsigned int pair = static_cast<unsigned int>(from) << 16 ^ static_cast<unsigned int>(to);
-  return g_plans[pair * 0x9E3779B1u >> (32 - kPlanBits)];
+  return g_plans[static_cast<unsigned int>(reader)][pair * 0x9E3779B1u >> (32 - kPlanBits)];
 }
 
 // The plan of a pair that was seen before, or null. Any thread may call.
-inline const Plan* findPlan(int from, int to) {
-  const Plan* plan = planChain(from, to).load(std::memory_order_acquire);
+inline const Plan* findPlan(int from, int to, Reader reader = Reader::kEngine) {
+  const Plan* plan = planChain(from, to, reader).load(std::memory_order_acquire);
   while (plan != nullptr && (plan->from != from || plan->to != to)) plan = plan->next;
   return plan;
 }
@@ -98,11 +99,12 @@ bool isPlainPair(int from, int to);
 
 // The plan of any pair: found, or made, with the tables that are missing. Null when one of the two
 // cannot be converted, or when memory is short. Any thread may call.
-const Plan* openPlan(int from, int to);
+const Plan* openPlan(int from, int to, Reader reader = Reader::kEngine);
 
-// Converts a short text that is clean and begins with no mark, between two encodings of which
-// nothing has to be remembered. Returns the end of the output, for which out has kShortOutput
-// bytes; null, with nothing done, for any other text, and for a pair that was not opened yet.
+// Converts a short text as a stream does, that is clean and begins with no mark, between two
+// encodings of which nothing has to be remembered. Returns the end of the output, for which out has
+// kShortOutput bytes; null, with nothing done, for any other text, and for a pair that no stream
+// opened yet.
 inline constexpr std::size_t kShortOutput = kWorstFactor * kShortBytes + kKernelSlack;
 unsigned char* convertShort(int from, int to, const char* data, std::size_t length,
                             unsigned char* out);

@@ -169,7 +169,7 @@ TEST(TableText, PrintedPairsPackToTheSameSource) {
     EXPECT_EQ(printSource(table, text), source) << entry.path();
     ++count;
   }
-  EXPECT_EQ(count, 105);
+  EXPECT_EQ(count, 109);
 }
 
 TEST(TableText, RefusesPairsThatCannotBeStated) {

@@ -22,6 +22,7 @@ std::string describe(const PairTable& table) {
   std::string line = "code page " + std::to_string(table.codePage) + ", " + table.name;
   if (table.baseCodePage != 0) line += ", applied over " + std::to_string(table.baseCodePage);
   line += table.isAscii ? "; ascii yes" : "; ascii no";
+  if (table.isOnlyRead) line += "; only read";
   if (table.isStored) line += "; stored";
   return line;
 }
@@ -45,6 +46,7 @@ std::string parseDescription(const std::string& line, PairTable& table) {
   const std::string ascii = wordBehind(line, "; ascii ");
   table.isAscii = ascii == "yes";
   table.isStored = line.find("; stored") != std::string::npos;
+  table.isOnlyRead = line.find("; only read") != std::string::npos;
   if (table.codePage <= 0 || table.name.empty() || (ascii != "yes" && ascii != "no")) {
     return "the first line must be like \"# code page 1252, _Enc_windows_1252; ascii yes\"";
   }
@@ -92,14 +94,14 @@ void appendU16(std::string& image, unsigned int value) {
 }
 
 // The records of one section with codes of codeSize bytes, and the terminator. isListed: units
-// met so far.
-std::string packSection(std::vector<CodePair> pairs, unsigned int codeSize,
+// met so far, which must not be met again unless they may repeat.
+std::string packSection(std::vector<CodePair> pairs, unsigned int codeSize, bool mayRepeat,
                         std::vector<bool>& isListed, std::string& image) {
   std::stable_sort(pairs.begin(), pairs.end(),
                    [](const CodePair& a, const CodePair& b) { return a.unit < b.unit; });
   CodePair previous{0, 0};
   for (const CodePair& pair : pairs) {
-    if (isListed[pair.unit]) return "unit " + hex(pair.unit, 4) + " listed twice";
+    if (isListed[pair.unit] && !mayRepeat) return "unit " + hex(pair.unit, 4) + " listed twice";
     isListed[pair.unit] = true;
     // A difference of zero would end the section.
     if (pair.code == previous.code) {
@@ -227,11 +229,12 @@ std::string parsePairs(const std::string& pairs, PairTable& table) {
 
 std::string packImage(const PairTable& table, std::string& image) {
   image.assign(1, table.isAscii ? 'a' : 'x');
-  image += table.baseCodePage != 0 ? 'd' : 'u';
+  image += table.baseCodePage != 0 ? 'd' : table.isOnlyRead ? 'r' : 'u';
   if (table.baseCodePage != 0) return packDifferences(table, image);
   std::vector<bool> isListed(0x10000);
-  const std::string problem = packSection(table.singles, 1, isListed, image);
-  return problem.empty() ? packSection(table.doubles, 2, isListed, image) : problem;
+  const std::string problem = packSection(table.singles, 1, table.isOnlyRead, isListed, image);
+  if (!problem.empty()) return problem;
+  return packSection(table.doubles, 2, table.isOnlyRead, isListed, image);
 }
 
 std::string unpackImage(const std::string& image, PairTable& table) {

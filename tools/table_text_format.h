@@ -14,10 +14,11 @@ struct CodePair {
 // One table as a maintainer sees it.
 struct PairTable {
   int codePage = 0;
-  int baseCodePage = 0;   // of a table of differences: what they are applied over; else 0
-  std::string name;       // of the text's constant, or of the function that appends its pieces
-  bool isAscii = false;   // 00 to 7F are the identity and not listed
-  bool isStored = false;  // the image stands in the text as it is, not compressed
+  int baseCodePage = 0;     // of a table of differences: what they are applied over; else 0
+  std::string name;         // of the text's constant, or of the function that appends its pieces
+  bool isAscii = false;     // 00 to 7F are the identity and not listed
+  bool isStored = false;    // the image stands in the text as it is, not compressed
+  bool isOnlyRead = false;  // codes of units that are written as another code: these may repeat
   std::vector<std::uint16_t> removals;  // differences only: units without a code
   std::vector<CodePair> singles;
   std::vector<CodePair> doubles;

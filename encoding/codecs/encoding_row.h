@@ -48,6 +48,9 @@ struct EncodingRow {
   // others. 10001 has both: its own text is a table of differences over Shift_JIS.
   const char* text = nullptr;
   void (*appendText)(StringBuffer& out) = nullptr;
+  // Table text of codes that streams read besides, as units that are written as another code; null
+  // for none.
+  const char* onlyReadText = nullptr;
   std::uint16_t toUnicodeSize = 0;    // buckets of the to-Unicode map
   std::uint16_t fromUnicodeSize = 0;  // buckets of the from-Unicode map
   std::uint8_t slot = 0;              // index of its TableSlots; 936 and 52936 share one
@@ -61,6 +64,7 @@ struct EncodingRow {
                                       // of a whole conversion, whatever table its parts use
   bool reordersMacArabic = false;     // right-to-left runs are turned round before decoding
   std::uint8_t malformedWidth = 1;    // bytes that an error action takes for one bad character
+  std::uint8_t threeByteShift = 0;    // begins characters of three bytes, which the table lacks
   const Codec* codec = nullptr;       // of kCodec
   bool inEngine = true;               // false: only streams convert it
 };

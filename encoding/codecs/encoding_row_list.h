@@ -48,6 +48,17 @@ constexpr EncodingRow over(const char* differences, EncodingRow row) {
   return row;
 }
 
+constexpr EncodingRow readingAlso(const char* onlyReadText, EncodingRow row) {
+  row.onlyReadText = onlyReadText;
+  return row;
+}
+
+// Of EUC-JP: behind 8F a character of JIS X 0212 has two bytes.
+constexpr EncodingRow lackingJis0212(EncodingRow row) {
+  row.threeByteShift = 0x8F;
+  return row;
+}
+
 constexpr EncodingRow with(bool EncodingRow::*flag, EncodingRow row) {
   row.*flag = true;
   return row;
@@ -112,11 +123,12 @@ inline constexpr EncodingRow kRows[] = {
            "TIS620.2533-0 iso-ir-166 ISO-8859-11 ISO_8859-11:2001",
            "Windows, Thai", _Enc_windows_874),
     single(875, "cp875", "IBM875 x-EBCDIC-GreekModern", "EBCDIC, modern Greek", _Enc_cp875),
-    doubleByte(
-        932, "Shift_JIS",
-        "csShiftJIS MS_Kanji SJIS x-sjis Windows-31J csWindows31J windows-932 ms932 x-ms-cp932 "
-        "PCK",
-        "Windows, Japanese (Shift_JIS)", GetEncShiftJis, 25183, 2),
+    readingAlso(
+        _Enc_shift_jis_only_read,
+        doubleByte(932, "Shift_JIS",
+                   "csShiftJIS MS_Kanji SJIS x-sjis Windows-31J csWindows31J windows-932 ms932 "
+                   "x-ms-cp932 PCK",
+                   "Windows, Japanese (Shift_JIS)", GetEncShiftJis, 25183, 2)),
     // The Windows code page is read wherever GB 2312 is announced, as browsers do.
     doubleByte(936, "GBK",
                "csGBK cp936 ms936 windows-936 x-gbk GB2312 csGB2312 GB_2312-80 csISO58GB231280 "
@@ -126,8 +138,10 @@ inline constexpr EncodingRow kRows[] = {
                "csKSC56011987 KS_C_5601 KS_C_5601-1989 iso-ir-149 korean windows-949 ms949 mscp949 "
                "x-windows-949 UHC",
                "Windows, Korean (Unified Hangul Code)", GetKorean, 32749, 2),
-    doubleByte(950, "Big5", "csBig5 cn-big5 x-x-big5 Big-Five windows-950 ms950 x-windows-950",
-               "Windows, traditional Chinese (Big5)", GetBig5, 38459, 2),
+    readingAlso(
+        _Enc_big5_only_read,
+        doubleByte(950, "Big5", "csBig5 cn-big5 x-x-big5 Big-Five windows-950 ms950 x-windows-950",
+                   "Windows, traditional Chinese (Big5)", GetBig5, 38459, 2)),
     single(1026, "IBM1026", "cp1026 csIBM1026", "EBCDIC, Turkish (Latin 5)", _Enc_IBM1026),
     single(1047, "IBM1047", "cp1047 csIBM1047", "EBCDIC, Latin 1 open systems", _Enc_IBM01047),
     single(1140, "IBM01140", "CCSID01140 CP01140 csIBM01140 ebcdic-us-37+euro x-ebcdic-cp-us-euro",
@@ -236,7 +250,9 @@ inline constexpr EncodingRow kRows[] = {
            "7-bit, US-ASCII", _Enc_us_ascii),
     // No names of T.61 and ISO 6937: their accents stand before the letter, which a table of single
     // characters does not turn round.
-    single(20261, "x-cp20261", "", "T.61, accents as separate characters", _Enc_x_cp20261),
+    readingAlso(
+        _Enc_x_cp20261_only_read,
+        single(20261, "x-cp20261", "", "T.61, accents as separate characters", _Enc_x_cp20261)),
     single(20269, "x-cp20269", "", "ISO 6937, accents as separate characters", _Enc_x_cp20269),
     single(20273, "IBM273", "cp273 csIBM273 x-EBCDIC-Germany", "EBCDIC, German", _Enc_IBM273),
     single(20277, "IBM277", "cp277 csIBM277 EBCDIC-CP-DK EBCDIC-CP-NO x-EBCDIC-DenmarkNorway",
@@ -321,10 +337,14 @@ inline constexpr EncodingRow kRows[] = {
           CharsetKind::kStateful, &kIso2022JpCodec),
     codec(50225, "ISO-2022-KR", "csISO2022KR iso-2022-kr-7 iso-2022-kr-7bit", "Korean, ISO-2022-KR",
           CharsetKind::kStateful, &kIso2022KrCodec),
-    doubleByte(51932, "EUC-JP",
-               "csEUCPkdFmtJapanese Extended_UNIX_Code_Packed_Format_for_Japanese x-euc-jp x-euc "
-               "iso-2022-jpeuc ujis IBM-eucJP",
-               "Japanese, EUC-JP", GetEucJP, 25873, 2),
+    lackingJis0212(readingAlso(
+        _Enc_euc_jp_only_read,
+        doubleByte(
+            51932,
+            "EUC-JP",
+            "csEUCPkdFmtJapanese Extended_UNIX_Code_Packed_Format_for_Japanese x-euc-jp x-euc "
+            "iso-2022-jpeuc ujis IBM-eucJP",
+            "Japanese, EUC-JP", GetEucJP, 25873, 2))),
     doubleByte(51936, "EUC-CN", "x-euc-cn IBM-eucCN", "Simplified Chinese, EUC-CN", GetEucCN, 38459,
                2),
     doubleByte(51949, "EUC-KR", "csEUCKR iso-2022-kr-8 iso-2022-kr-8bit IBM-eucKR",

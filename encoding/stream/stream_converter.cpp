@@ -82,7 +82,7 @@ StreamStatus StreamConverter::Core::begin(const StreamSettings& settings) {
 // Finds the way from one encoding, which may be another than that of the settings in its byte
 // order.
 StreamStatus StreamConverter::Core::open(int from) {
-  m_plan = fast::openPlan(from, m_settings.to);
+  m_plan = fast::openPlan(from, m_settings.to, fast::Reader::kStream);
   m_stage.reset();
   m_target.reset();
   m_isReordered = m_isCopied = false;
@@ -105,7 +105,7 @@ StreamStatus StreamConverter::Core::open(int from) {
     m_isCopied = isSame() && m_plan->target->codec->isStateless;
     const Codec& codec = *m_plan->target->codec;
     m_target.emplace(codec, static_cast<CodecTarget::Client&>(*this));
-    const fast::Plan* const back = fast::openPlan(codec.codePage, 1200);
+    const fast::Plan* const back = fast::openPlan(codec.codePage, 1200, fast::Reader::kStream);
     if (back == nullptr) return StreamStatus::kNoMemory;
     m_segmentTable = back->decoding.table.doubleByte;
   }

@@ -230,9 +230,12 @@ bool StreamConverter::Core::decideMalformed(bool last) {
       if (value < 0x10000) piece.codePoint = static_cast<std::int32_t>(value);
       break;
     }
-    case EncodingForm::kDoubleByte:
-      if (left == 1 && !last) return false;
+    case EncodingForm::kDoubleByte: {
+      const fast::DoubleByteDecoder& table = *m_plan->decoding.table.doubleByte;
+      if (left < table.decisiveLength(*at) && !last) return false;
+      piece.length = table.lackingLength(at, left);
       break;
+    }
     default:
       break;
   }

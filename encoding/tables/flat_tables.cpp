@@ -1,18 +1,23 @@
 #include "encoding/tables/flat_tables.h"
 
+#include <algorithm>
+#include <iterator>
 #include <memory>
 #include <new>
 
 #include "encoding/codecs/vietnamese.h"
+#include "encoding/tables/table_builder.h"
 #include "encoding/tables/table_registry.h"
 #include "support/zv_base.h"
 
 namespace fast {
 namespace {
 
+constexpr unsigned int kReaders = 2;
+
 struct FlatSlots {
-  std::atomic<const SingleByteDecoder*> singleDecoder;
-  std::atomic<const DoubleByteDecoder*> doubleDecoder;
+  std::atomic<const SingleByteDecoder*> singleDecoders[kReaders];  // by Reader, where they differ
+  std::atomic<const DoubleByteDecoder*> doubleDecoders[kReaders];
   std::atomic<const SingleByteEncoder*> singleEncoder;
   std::atomic<const DoubleByteEncoder*> doubleEncoder;
 };
@@ -42,6 +47,28 @@ const Table* publish(std::atomic<const Table*>& slot, const EncodingRow& row,
   return expected;
 }
 
+// Calls putSingle(byte, unit) and putPair(bytes, unit) for the codes of a row that are only read.
+// False when memory is short.
+template <class PutSingle, class PutPair>
+bool forEachOnlyRead(const EncodingRow& row, PutSingle putSingle, PutPair putPair) {
+  constexpr int kBuckets = 1009;
+  const bool bigEndian = zvIsBigEndian();
+  const std::unique_ptr<HashConvert> map(HashConvert::createNewObject(row.number));
+  if (map == nullptr) return false;
+  LogBase silent;
+  map->hcInitialize(kBuckets);
+  buildHash(row.onlyReadText, *map, false, silent);
+  if (map->hasFailed()) return false;
+  for (unsigned int byte = 0; byte < 256; ++byte) {
+    const auto* const entry = reinterpret_cast<const unsigned char*>(&map->m_singleBytes[byte]);
+    if (const std::uint16_t unit = zvLoadHostUnit(entry, bigEndian)) putSingle(byte, unit);
+  }
+  map->forEachEntry([&](const HashConvert::Bucket& entry) {
+    putPair(entry.key, zvLoadHostUnit(entry.value, bigEndian));
+  });
+  return true;
+}
+
 bool fillSingleByteDecoder(const EncodingRow& /*row*/, const UnicodeLookup& lookup,
                            SingleByteDecoder& table) {
   for (int byte = 0; byte < 256; ++byte) table.units[byte] = lookup.m_units[byte];
@@ -50,8 +77,9 @@ bool fillSingleByteDecoder(const EncodingRow& /*row*/, const UnicodeLookup& look
   return true;
 }
 
-bool fillDoubleByteDecoder(const EncodingRow& /*row*/, const HashConvert& map,
+bool fillDoubleByteDecoder(const EncodingRow& row, const HashConvert& map,
                            DoubleByteDecoder& table) {
+  table.threeByteShift = row.threeByteShift;
   const bool bigEndian = zvIsBigEndian();
   for (int byte = 0; byte < 256; ++byte) {
     const auto* entry = reinterpret_cast<const unsigned char*>(&map.m_singleBytes[byte]);
@@ -65,6 +93,26 @@ bool fillDoubleByteDecoder(const EncodingRow& /*row*/, const HashConvert& map,
   });
   table.prepare();
   return flat;
+}
+
+// Of a single-byte code page the bytes that are only read; its pairs are no matter of the table.
+bool fillSingleByteReader(const EncodingRow& row, const UnicodeLookup& lookup,
+                          SingleByteDecoder& table) {
+  UnicodeLookup all;
+  std::copy(std::begin(lookup.m_units), std::end(lookup.m_units), all.m_units);
+  const auto put = [&](unsigned int byte, std::uint16_t unit) { all.m_units[byte] = unit; };
+  return forEachOnlyRead(row, put, [](const unsigned char*, std::uint16_t) {}) &&
+         fillSingleByteDecoder(row, all, table);
+}
+
+bool fillDoubleByteReader(const EncodingRow& row, const HashConvert& map,
+                          DoubleByteDecoder& table) {
+  const auto put = [&](const unsigned char* pair, std::uint16_t unit) {
+    table.units[pair[0] + 256u * pair[1]] = unit;
+  };
+  return forEachOnlyRead(
+             row, [](unsigned int, std::uint16_t) {}, put) &&
+         fillDoubleByteDecoder(row, map, table);
 }
 
 // Calls put(unit, code) for everything that the encoder of a code page writes without an error.
@@ -119,15 +167,17 @@ bool fillDoubleByteEncoder(const EncodingRow& row, const HashConvert& map,
 
 }  // namespace
 
-Decoder decoderFor(const EncodingRow& row) {
+Decoder decoderFor(const EncodingRow& row, Reader reader) {
   FlatSlots& slots = g_slots[row.slot];
   const TableSlots& tables = tableSlots(row);
+  const bool readsMore = reader == Reader::kStream && row.onlyReadText != nullptr;
+  const unsigned int kind = readsMore ? 1 : 0;
   if (row.form == EncodingForm::kDoubleByte) {
-    return {.doubleByte =
-                publish(slots.doubleDecoder, row, tables.multiToUnicode, fillDoubleByteDecoder)};
+    return {.doubleByte = publish(slots.doubleDecoders[kind], row, tables.multiToUnicode,
+                                  readsMore ? fillDoubleByteReader : fillDoubleByteDecoder)};
   }
-  return {.singleByte =
-              publish(slots.singleDecoder, row, tables.singleToUnicode, fillSingleByteDecoder)};
+  return {.singleByte = publish(slots.singleDecoders[kind], row, tables.singleToUnicode,
+                                readsMore ? fillSingleByteReader : fillSingleByteDecoder)};
 }
 
 Encoder encoderFor(const EncodingRow& row) {
@@ -141,8 +191,8 @@ Encoder encoderFor(const EncodingRow& row) {
 
 void releaseFlatTables() {
   for (FlatSlots& slots : g_slots) {
-    release(slots.singleDecoder);
-    release(slots.doubleDecoder);
+    for (auto& slot : slots.singleDecoders) release(slot);
+    for (auto& slot : slots.doubleDecoders) release(slot);
     release(slots.singleEncoder);
     release(slots.doubleEncoder);
   }

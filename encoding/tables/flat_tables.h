@@ -7,6 +7,10 @@
 
 namespace fast {
 
+// Who decodes: the engine knows the codes that tables list for both directions; streams read,
+// besides, those that rows list as only read.
+enum class Reader : unsigned char { kEngine, kStream };
+
 // The unit that an encoder of EncConvert reads as an escape when it comes out of a pivot.
 inline constexpr std::uint16_t kEscapeUnit = 0xEFFD;
 
@@ -22,10 +26,11 @@ struct Encoder {
 };
 
 // The tables of a row that has its to-Unicode, or from-Unicode, table published. Built on first use
-// and published like those; at most 257 KiB a code page for both. Units are numbers, whatever the
+// and published like those; at most 257 KiB a code page for both, and 129 KiB for what streams read
+// besides. Units are numbers, whatever the
 // byte order of the host. What the encoder of a code page does besides looking up (Arabic digits,
 // Vietnamese letters) is in its table; kEscapeUnit is in none. Any thread may call.
-Decoder decoderFor(const EncodingRow& row);
+Decoder decoderFor(const EncodingRow& row, Reader reader = Reader::kEngine);
 Encoder encoderFor(const EncodingRow& row);
 
 // Releases all of them. Must not overlap any conversion.

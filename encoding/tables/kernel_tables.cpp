@@ -51,12 +51,20 @@ void SingleByteEncoder::prepare() {
 }
 
 void DoubleByteDecoder::prepare() {
-  for (std::uint8_t& upperHalves : leads) upperHalves = 0;
+  unsigned int firstLead = 0x100, lastLead = 0, firstTrail = 0x100, lastTrail = 0;
   for (unsigned int i = 0; i < 0x10000; ++i) {
-    const unsigned int lead = i & 0xFF;
-    if (lead >= 0x80 && units[i] != 0) {
-      leads[lead & 0x0F] = static_cast<std::uint8_t>(leads[lead & 0x0F] | 1u << (lead >> 4 & 7));
-    }
+    const unsigned int lead = i & 0xFF, trail = i >> 8;
+    if (lead < 0x80 || units[i] == 0) continue;
+    leads[lead & 0x0F] = static_cast<std::uint8_t>(leads[lead & 0x0F] | 1u << (lead >> 4 & 7));
+    firstLead = std::min(firstLead, lead);
+    lastLead = std::max(lastLead, lead);
+    if (trail < 0x80) continue;
+    firstTrail = std::min(firstTrail, trail);
+    lastTrail = std::max(lastTrail, trail);
+  }
+  for (unsigned int byte = 0x80; byte < 0x100; ++byte) {
+    mayBegin[byte] = byte >= firstLead && byte <= lastLead && (isLead(byte) || singles[byte] == 0);
+    mayEnd[byte] = byte >= firstTrail && byte <= lastTrail;
   }
   for (unsigned int i = 0; i < 0x10000; ++i) {
     const unsigned int byte = i & 0xFF;

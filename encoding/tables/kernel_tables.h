@@ -3,6 +3,7 @@
 #ifndef ENCODING_TABLES_KERNEL_TABLES_H_
 #define ENCODING_TABLES_KERNEL_TABLES_H_
 
+#include <cstddef>
 #include <cstdint>
 
 namespace fast {
@@ -51,9 +52,26 @@ struct DoubleByteDecoder {
   // Into the places of bytes that begin no pair prepare() writes their single units.
   std::uint16_t units[65536];
   std::uint16_t singles[256];  // unit of each byte from 80 up; 0: unmapped
+  // Begins characters of three bytes, all of which the code page lacks; 0: no byte does.
+  std::uint8_t threeByteShift;
   // Derived by prepare(): by the lower half of a byte from 80 up, the upper halves of those that
   // begin a pair: bit 0 for 8, bit 7 for F.
   alignas(16) std::uint8_t leads[16];
+  // Derived likewise: of bytes from 80 up, those within the range of first bytes, unless they stand
+  // for a character, and those within the range of second bytes.
+  bool mayBegin[256];
+  bool mayEnd[256];
+
+  // How many of the bytes at p, left of them and from 80 up the first, are one character that the
+  // code page lacks. A byte below 80 is never taken along: it may be a quote or a line end.
+  std::size_t lackingLength(const std::uint8_t* p, std::size_t left) const {
+    if (p[0] != 0 && p[0] == threeByteShift) {
+      return left > 2 && mayEnd[p[1]] && mayEnd[p[2]] ? 3 : 1;
+    }
+    return left > 1 && mayBegin[p[0]] && mayEnd[p[1]] ? 2 : 1;
+  }
+  // How many bytes have to be seen to tell.
+  std::size_t decisiveLength(unsigned int first) const { return first == threeByteShift ? 3 : 2; }
 
   bool isLead(unsigned int byte) const {  // a byte from 80 up
     return (leads[byte & 0x0F] >> (byte >> 4 & 7) & 1) != 0;

@@ -106,6 +106,13 @@ extern const char _Enc_iso_8859_8_i[];
 // The differences of code page 10001 over Shift_JIS.
 extern const char _Enc_x_mac_japanese[];
 
+// Codes that are only read: their units are written as other codes. The table of the code page has
+// none of them.
+extern const char _Enc_shift_jis_only_read[];
+extern const char _Enc_big5_only_read[];
+extern const char _Enc_x_cp20261_only_read[];
+extern const char _Enc_euc_jp_only_read[];
+
 // Multi-byte code pages. Their texts are longer than a string literal may portably be, so they are
 // kept in pieces; each function appends its pieces in order.
 void GetEncShiftJis(StringBuffer& out);

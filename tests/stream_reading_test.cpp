@@ -1,0 +1,80 @@
+// Tests of what streams read that EncConvert does not, and of how much they take for one bad piece.
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "tests/stream_support.h"
+
+using namespace std::string_literals;
+
+namespace {
+
+constexpr int kUtf8 = 65001;
+
+struct Reading {
+  int from;
+  std::string input, output;
+};
+
+}  // namespace
+
+// Second codes of characters: what other converters write, and what is written here.
+TEST(StreamReading, KnowsCodesThatAreOnlyRead) {
+  const struct {
+    int page;
+    std::string codes, text, written;
+  } cases[] = {
+      {932, "EE E0 8B B4 20 EE EF ED 95", "髙橋 ⅰ﨑", "FB FC 8B B4 20 FA 40 FA B1"},
+      {932, "87 90 87 9C FA 54 EE F9 FA 4A", "≒∪￢￢Ⅰ", "81 E0 81 BE 81 CA 81 CA 87 54"},
+      {950, "A2 A4 A2 A7 A2 CC F9 FA", "═╡十╭", "F9 F9 F9 EB A4 51 A2 7E"},
+      {51932, "A4 A2 AD F0 FC FB", "あ≒￢", "A4 A2 A2 E2 A2 CC"},
+      {20261, "41 9E 9F", "A\u009E\u009F", ""},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.page);
+    const std::string codes = unhex(c.codes);
+    const StreamResult read = stream(settingsFor(c.page, kUtf8), codes);
+    EXPECT_EQ(read.text, c.text);
+    EXPECT_EQ(read, stream(settingsFor(c.page, kUtf8), codes, [] { return 1; }));
+    EXPECT_TRUE(convert(c.page, kUtf8, codes).foundErrors);
+    if (c.written.empty()) continue;
+    EXPECT_EQ(hex(stream(settingsFor(kUtf8, c.page), c.text).text), c.written);
+    // A copy keeps the codes; text that reaches the target by its own code page is the same text.
+    EXPECT_EQ(stream(settingsFor(c.page, c.page), codes).text, codes);
+    if (c.page != 932) continue;
+    const std::string mail = stream(settingsFor(932, 50220), codes).text;
+    EXPECT_EQ(stream(settingsFor(50220, kUtf8), mail).text, c.text);
+  }
+}
+
+// A pair that is not assigned is one piece when its second byte is of the upper half, and never
+// takes along what may be a quote, a bracket or a line end.
+TEST(StreamReading, TakesAnUnassignedPairForOnePiece) {
+  const Reading cases[] = {
+      {932, "a\x85\x9F\x82\xA0\x81\xAD\x82\xA0z", "a!あ!あz"},
+      {932, "<a title=\"\x81\">\x82\n\x85", "<a title=\"!\">!\n!"},
+      {932, "\xFC\xFC\x82\xA0\xEB\x80!", "!あ!!"},
+      {932, "\x81\xFD\x82\xA0", "!\uF8F1あ"},  // FD is beyond the second bytes, and a character
+      {936, "\x81\xFF\x81\x40\xFE\x7F\xB0\xA1", "!\uF8F5丂!\x7F啊"},
+      {949, "\xC9\x80\xA2\xE8\xFE\x9C\xB0\xA1", "!\u0080!!가"},
+      {950, "\xA3\xFE\xA4\x40\xF9\x80\xA4\x40", "!一!\u0080一"},
+      {1361, "\x84\x82\x88\x61\xD4\x88\x61", "!가\uF8EC가"},
+      {51949, "\xC9\xFF\xB0\xA1\xAD\xA1\xB0\xA1", "!\uF8F7가!가"},
+      {51932, "\x8F\xB0\xA1\xB0\xA1\x8F\xB0z\x8F\xA4", "!亜!!z!!"},
+  };
+  for (const Reading& c : cases) {
+    SCOPED_TRACE(std::to_string(c.from) + " " + hex(c.input));
+    const StreamSettings settings = settingsFor(c.from, kUtf8, "substitute=!");
+    const StreamResult result = stream(settings, c.input);
+    EXPECT_EQ(result.text, c.output);
+    EXPECT_EQ(result, stream(settings, c.input, [] { return 1; }));
+  }
+  const StreamResult told = stream(settingsFor(932, kUtf8, "drop"), "a\x85\x9F\x81\"\x85");
+  ASSERT_EQ(told.errors.size(), 3u);
+  EXPECT_EQ(told.text, "a\"");
+  for (const auto& [i, offset, length] : {std::tuple{0u, 1u, 2u}, {1u, 3u, 1u}, {2u, 5u, 1u}}) {
+    EXPECT_EQ(told.errors[i].offset, offset);
+    EXPECT_EQ(told.errors[i].length, length);
+  }
+}
