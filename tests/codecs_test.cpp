@@ -455,6 +455,7 @@ const std::string kRuns = "++++---AAOknQZeVLIqe09/ az\n\x80";
 const std::string kUnits = "\0\0\0\0\0\0az +-/~\n\xE9\xD8\xDC\xD8\xDC\x20\xAC"s;
 const Direction kDirections[] = {
     {kJpRead, 932, 2, kShifts},
+    {kIso2022JpCodec.readStrictly, 932, 2, kShifts + "AOZ+"},
     {kJpWrite, 0, 5, kShifts},
     {kKrRead, 949, 2, kShifts},
     {kKrWrite, 0, 4, kShifts},

@@ -78,3 +78,30 @@ TEST(StreamReading, TakesAnUnassignedPairForOnePiece) {
     EXPECT_EQ(told.errors[i].length, length);
   }
 }
+
+// What follows an unknown designation is in a set of which nothing is known, up to the next known
+// one or the end of the line.
+TEST(StreamReading, TakesUnknownDesignationsForMalformed) {
+  const Reading cases[] = {
+      {50220, "a\x1B$(O\x2E\x22 \x2E!\x1B(Bb", "a!! !b"},
+      {50221, "\x1B$A0!0\x1B$B$\"\x1B(B", "!!!あ"},
+      {50222, "a\x1B(Zbc\nd\x1B+Be\x1B(Bf", "a!!!\nd!ef"},
+      {50220, "\x1B$B$\"\x1B.A$\"\x1B(B", "あ!あ"},
+      {50220, "\x1B$B$\"\x1B(I1\x1B$)C1", "あｱ!ｱ"},
+      {50220, "\x1B\x1B[1mx\x1B$\x1B(", "\x1B\x1B[1mx\x1B$\x1B("},  // no designations
+      {50220, "\x1B$(Dz0!\x1B(B", "!!"},  // a known one, without characters in 932
+  };
+  for (const Reading& c : cases) {
+    SCOPED_TRACE(hex(c.input));
+    const StreamSettings settings = settingsFor(c.from, kUtf8, "substitute=!");
+    const StreamResult result = stream(settings, c.input);
+    EXPECT_EQ(result.text, c.output);
+    EXPECT_EQ(result, stream(settings, c.input, [] { return 1; }));
+  }
+  const StreamResult told = stream(settingsFor(50220, kUtf8, "drop"), "ab\x1B$(O\x2E\x22\x1B(B");
+  ASSERT_EQ(told.errors.size(), 2u);
+  EXPECT_EQ(told.errors[0].offset, 2u);
+  EXPECT_EQ(told.errors[0].length, 4u);
+  EXPECT_EQ(told.errors[1].offset, 6u);
+  EXPECT_EQ(told.errors[1].length, 2u);
+}

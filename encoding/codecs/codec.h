@@ -45,6 +45,8 @@ struct Codec {
   void (*resume)(const CodecState& left, bool wrote, CodecState& state);
   // Every piece of a text means the same wherever it stands.
   bool isStateless = false;
+  // Reading by streams, where these take for malformed what read() copies; null: as read().
+  Convert readStrictly = nullptr;
 };
 
 // Converts a whole text. False when something had no form or memory is short; a length of 0 or less

@@ -11,6 +11,9 @@ enum Set : std::uint8_t {
   kKatakana,  // ESC ( I, half-width
   kJis0208,   // ESC $ @ and ESC $ B
   kJis0212,   // ESC $ ( D, only read: nothing in it has a Shift_JIS form
+  // Where unknown designations are malformed: of the text in these sets nothing can be read.
+  kUnknown94,     // ESC ( and any other
+  kUnknown94x94,  // ESC $ and any other
 };
 
 // ---- Codes outside the plane: IBM's extension, and NEC's selection of it in rows 89 to 92. ----
@@ -114,14 +117,16 @@ struct ReadTurns : JisToShiftJis {
 
 // Every byte of the output belongs to a code of 932, whatever the input: a lead byte that got
 // through on its own would take the next character with it when the text is decoded. So a code of
-// JIS where 932 has none, and every byte above 7F that is not katakana, becomes the mark.
+// JIS where 932 has none, and every byte above 7F that is not katakana, becomes the mark. A
+// designation that is not known is copied; or malformed, isStrict, and so is the text in its set.
+template <bool isStrict>
 struct Reader : CodecRun {
   using CodecRun::CodecRun;
 
   bool step() {
     if (state.shiftedOut || state.set == kKatakana) {
       copyKatakana();
-    } else if (state.set != kJis0212) {
+    } else if (state.set == kAscii || state.set == kJis0208) {
       const bool inPairs =
           copyTurns<ReadTurns, kEscape, kShiftOut, kShiftIn>(*this, state.set == kJis0208);
       state.set = inPairs ? kJis0208 : kAscii;
@@ -152,8 +157,8 @@ struct Reader : CodecRun {
     if (byte == kShiftOut || byte == kShiftIn) return readShift();
     if (byte == '\r' || byte == '\n') finish();  // whoever forgot to return has returned
     if (!isPlaneByte(byte) || (state.set == kAscii && !state.shiftedOut)) return pass(1);
-    if (state.shiftedOut || state.set == kKatakana) return geta(1);
-    return readPair();
+    const bool isOneByte = state.set == kKatakana || state.set == kUnknown94;
+    return state.shiftedOut || isOneByte ? geta(1) : readPair();
   }
 
   bool readPair() {
@@ -183,7 +188,17 @@ struct Reader : CodecRun {
     }
     const unsigned int unknown = designationLength(p + 1, end, atEnd);
     if (atEnd && !last) return false;
-    return pass(1 + unknown);
+    return isStrict && unknown != 0 ? refuseDesignation(1 + unknown) : pass(1 + unknown);
+  }
+
+  // What is designated as G1 and above is not in use.
+  bool refuseDesignation(unsigned int length) {
+    const bool isMultiple = p[1] == '$';
+    if (isMultiple ? length == 3 || p[2] == '(' : p[1] == '(') {
+      state.set = isMultiple ? kUnknown94x94 : kUnknown94;
+      state.shiftedOut = false;
+    }
+    return geta(length);
   }
 
   // A shift that would change nothing, or for no character at all, is a control character of the
@@ -312,4 +327,5 @@ struct Writer : CodecRun {
 
 }  // namespace
 
-extern const Codec kIso2022JpCodec = {932, runCodec<Reader>, runCodec<Writer>, nullptr};
+extern const Codec kIso2022JpCodec = {932,   runCodec<Reader<false>>, runCodec<Writer>, nullptr,
+                                      false, runCodec<Reader<true>>};

@@ -10,7 +10,8 @@ constexpr int kUtf16Le = 1200;
 
 class CodecStage final : public SourceStage {
  public:
-  explicit CodecStage(const Codec& codec) : m_codec(codec) {}
+  explicit CodecStage(const Codec& codec)
+      : m_codec(codec), m_read(codec.readStrictly != nullptr ? codec.readStrictly : codec.read) {}
 
   std::uint32_t read(const unsigned char* data, std::uint32_t length, bool last) override {
     m_data = data;
@@ -21,7 +22,7 @@ class CodecStage final : public SourceStage {
     m_text.clear();
     m_marks.clear();
     ReplacementRows marks(m_marks);
-    m_used = m_codec.read(data, length, last, m_state, m_text, &marks);
+    m_used = m_read(data, length, last, m_state, m_text, &marks);
     return m_used;
   }
 
@@ -83,7 +84,7 @@ class CodecStage final : public SourceStage {
       m_scratch.clear();
       CodecState state = m_walk.stateBefore;
       state.replaced = false;
-      m_codec.read(m_data + m_walk.offset, ++length, true, state, m_scratch, nullptr);
+      m_read(m_data + m_walk.offset, ++length, true, state, m_scratch, nullptr);
       const bool isMark = state.replaced && m_scratch.getSize() == 2;
       isUnit =
           !isMark && m_scratch.getSize() >= 2 && std::equal(unit, unit + 2, m_scratch.getData2());
@@ -114,8 +115,8 @@ class CodecStage final : public SourceStage {
       const std::uint32_t left = m_length - m_walk.offset;  // what decides may stand behind m_used
       for (std::uint32_t length = 1; length <= left && m_walk.length == 0; ++length) {
         m_scratch.clear();
-        m_walk.length = m_codec.read(m_data + m_walk.offset, length, m_last && length == left,
-                                     m_walk.state, m_scratch, nullptr);
+        m_walk.length = m_read(m_data + m_walk.offset, length, m_last && length == left,
+                               m_walk.state, m_scratch, nullptr);
         m_walk.bytes += m_scratch.getSize();
       }
       if (m_walk.length == 0) return;  // not reached: what was used once can be used again
@@ -123,6 +124,7 @@ class CodecStage final : public SourceStage {
   }
 
   const Codec& m_codec;
+  const Codec::Convert m_read;
   CodecState m_state;
   Walk m_walk;
   DataBuffer m_scratch;
