@@ -10,6 +10,8 @@ std::string_view kindName(CharsetKind kind) {
       return "single-byte";
     case CharsetKind::kDoubleByte:
       return "double-byte";
+    case CharsetKind::kMultiByte:
+      return "multi-byte";
     case CharsetKind::kStateful:
       return "stateful";
   }
@@ -19,7 +21,7 @@ std::string_view kindName(CharsetKind kind) {
 bool codePageMatches(const CharsetNames& page, std::string_view filter) {
   if (filter.empty()) return true;
   const bool isNumber = filter.find_first_not_of("0123456789") == std::string_view::npos;
-  const EncodingRow* const numbered = isNumber ? findEncoding(filter) : nullptr;
+  const EncodingRow* const numbered = isNumber ? findStreamEncoding(filter) : nullptr;
   if (numbered != nullptr) return page.codePage == numbered->number;
   const auto contains = [&](std::string_view text) { return containsName(text, filter); };
   return contains(page.preferredName) || contains(kindName(page.kind)) ||

@@ -8,16 +8,19 @@
 
 #include "encoding/codecs/encoding_names.h"
 
-// HZ (RFC 1843, "hz-gb-2312") is converted by streams only.
+// HZ (RFC 1843, "hz-gb-2312") and EUC-JP with JIS X 0212 are converted by streams only.
 inline constexpr int kCodePageHz = 1052936;
+inline constexpr int kCodePageEucJp = 200954;
 
 // Any thread may call these; nothing is allocated and no table is built.
 
-// What streams convert: the code pages of the engine, and HZ. In ascending order of number.
-inline std::span<const CharsetNames> streamCodePages() { return encodingNames(); }
-// The code page of a charset name or number: what CharsetNaming knows, and HZ. 0 when unknown.
+// What streams convert: the code pages of the engine, and those above. In ascending order of
+// number.
+inline std::span<const CharsetNames> streamCodePages() { return streamNames(); }
+// The code page of a charset name or number to streams; 0 when unknown. That is what CharsetNaming
+// says, but for the names of the above.
 inline int streamCodePage(std::string_view name) {
-  const EncodingRow* const row = findEncoding(name);
+  const EncodingRow* const row = findStreamEncoding(name);
   return row == nullptr ? 0 : row->number;
 }
 // Whether streams convert it. StreamConverter copies text from any other code page to itself.
@@ -26,7 +29,7 @@ inline bool isStreamCodePage(int codePage) {
   return row != nullptr && row->isDispatched;
 }
 
-// "unicode", "single-byte", "double-byte" or "stateful"; NUL-terminated.
+// "unicode", "single-byte", "double-byte", "multi-byte" or "stateful"; NUL-terminated.
 std::string_view kindName(CharsetKind kind);
 // Whether a filter selects a code page: it is part of one of its names, of its kind or of its
 // description, compared as names are. The number of a code page selects that one only; an empty

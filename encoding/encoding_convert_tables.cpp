@@ -1,4 +1,5 @@
 // The operations of EncodingConvert on the process-wide tables.
+#include "encoding/codecs/euc_jp.h"
 #include "encoding/encoding_convert.h"
 #include "encoding/plan.h"
 #include "encoding/tables/flat_tables.h"
@@ -70,6 +71,7 @@ void EncodingConvert::buildFromDiffs(const unsigned char* records, HashConvert& 
 
 void EncodingConvert::cleanupMemory() {
   Japanese::releaseLastBlock();
+  releaseEucJpTables();
   fast::forgetPlans();
   fast::releaseFlatTables();
   releaseTables();

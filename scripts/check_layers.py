@@ -21,7 +21,7 @@ LAYERS = [
     ("names", [f"support/{name}." for name in
                ("charset_naming", "japanese", "korean", "psdk", "zv_utf")],
      ["support", "codecs"]),
-    ("tables", ["encoding/tables/"], ["support", "kernel tables", "codecs"]),
+    ("tables", ["encoding/tables/"], ["support", "kernel tables", "texts", "codecs"]),
     ("engine", ["encoding/"], ["support", "kernel tables", "kernels", "codecs", "names", "tables"]),
     ("stream", ["encoding/stream/"], ["support", "kernels", "codecs", "engine"]),
     ("include", ["include/encconv/"], []),

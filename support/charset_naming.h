@@ -20,16 +20,12 @@ class CharsetNaming {
   }
   // The same for callers without a StringBuffer.
   static int codePageOf(std::string_view name) {
-    const EncodingRow* const row = findEncoding(name);
-    return row != nullptr && row->inEngine ? row->number : 0;
+    const EncodingRow* const row = findEngineEncoding(name);
+    return row != nullptr ? row->number : 0;
   }
 
   // All encodings that the engine converts, in ascending order of code page.
-  static std::span<const CharsetNames> all() {
-    std::span<const CharsetNames> names = encodingNames();
-    while (!findEncodingRow(names.back().codePage)->inEngine) names = names.first(names.size() - 1);
-    return names;
-  }
+  static std::span<const CharsetNames> all() { return engineNames(); }
   // The names of one of them, or null for any other number.
   static const CharsetNames* find(int codePage) {
     const auto names = all();

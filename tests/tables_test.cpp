@@ -157,7 +157,8 @@ TEST(NorvaneBzip2, RefusesEveryDamage) {
 TEST(TableText, PrintedPairsPackToTheSameSource) {
   int count = 0;
   for (const auto& entry : std::filesystem::directory_iterator(ENCCONV_TABLE_TEXTS)) {
-    if (entry.path().extension() != ".cpp") continue;
+    const std::string name = entry.path().filename();
+    if (entry.path().extension() != ".cpp" || name == "table_image.cpp") continue;
     std::ifstream file(entry.path());
     const std::string source{std::istreambuf_iterator<char>(file), {}};
     PairTable printed, table;
@@ -169,7 +170,7 @@ TEST(TableText, PrintedPairsPackToTheSameSource) {
     EXPECT_EQ(printSource(table, text), source) << entry.path();
     ++count;
   }
-  EXPECT_EQ(count, 109);
+  EXPECT_EQ(count, 111);
 }
 
 TEST(TableText, RefusesPairsThatCannotBeStated) {

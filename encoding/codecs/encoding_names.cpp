@@ -60,7 +60,7 @@ constexpr void forEachName(const EncodingRow& row, Visit visit) {
 }
 
 constexpr bool isNamed(const EncodingRow& row) { return row.name[0] != 0; }
-constexpr std::size_t kNamedCount = std::ranges::count_if(kEncodings, isNamed);
+constexpr bool isNamedInEngine(const EncodingRow& row) { return isNamed(row) && row.inEngine; }
 constexpr std::size_t kNameCount = [] {
   std::size_t count = 0;
   for (const EncodingRow& row : kEncodings) forEachName(row, [&](std::string_view) { ++count; });
@@ -84,24 +84,6 @@ constexpr NameList kNameList = [] {
     });
   }
   return list;
-}();
-
-constexpr std::array<CharsetNames, kNamedCount> kCharsets = [] {
-  std::array<CharsetNames, kNamedCount> charsets{};
-  std::size_t count = 0, name = 0;
-  for (const EncodingRow& row : kEncodings) {
-    const std::size_t first = name;
-    forEachName(row, [&](std::string_view) { ++name; });
-    if (name == first) continue;
-    charsets[count++] = {row.number,
-                         row.name,
-                         std::span(kNameList.names).subspan(first + 1, name - first - 1),
-                         row.kind,
-                         row.description,
-                         row.isDispatched,
-                         row.isDispatched};
-  }
-  return charsets;
 }();
 
 // A hash table of all names with open addressing, half full at most; a slot holds the index of a
@@ -145,12 +127,19 @@ constexpr NormalizedNames kNormalized = [] {
   return names;
 }();
 
+constexpr bool isOfEngine(std::size_t name) {
+  return kEncodings[kNameList.rowOfName[name]].inEngine;
+}
+
 constexpr std::array<std::uint16_t, kIndexSize> kIndex = [] {
   std::array<std::uint16_t, kIndexSize> index{};
   for (std::size_t i = 0; i < kNameCount; ++i) {
     std::size_t slot = firstSlot(kNormalized[i]);
     while (index[slot] != 0) {
-      if (kNormalized[index[slot] - 1U] == kNormalized[i]) throw "two names match each other";
+      const std::size_t other = index[slot] - 1U;
+      if (kNormalized[other] == kNormalized[i] && isOfEngine(other) == isOfEngine(i)) {
+        throw "two names match each other";
+      }
       slot = (slot + 1) % kIndexSize;
     }
     index[slot] = static_cast<std::uint16_t>(i + 1);
@@ -158,14 +147,60 @@ constexpr std::array<std::uint16_t, kIndexSize> kIndex = [] {
   return index;
 }();
 
-const EncodingRow* findListedName(std::string_view normalized) {
+// A row that the engine has, or that only streams have.
+constexpr const EncodingRow* findListedName(std::string_view normalized, bool ofEngine) {
   for (std::size_t slot = firstSlot(normalized); kIndex[slot] != 0;
        slot = (slot + 1) % kIndexSize) {
     const std::size_t name = kIndex[slot] - 1U;
-    if (kNormalized[name] == normalized) return &kEncodings[kNameList.rowOfName[name]];
+    if (isOfEngine(name) == ofEngine && kNormalized[name] == normalized) {
+      return &kEncodings[kNameList.rowOfName[name]];
+    }
   }
   return nullptr;
 }
+
+// ---- Lists. ----
+
+// How many of its listed names a row has in streams: all up to the first alias that is a name of a
+// row which only streams have. Its preferred name counts, whether it is one or not.
+constexpr std::size_t countNamesInStreams(const EncodingRow& row, std::size_t first,
+                                          std::size_t end) {
+  if (!row.inEngine) return end - first;
+  const auto isTaken = [](std::size_t name) {
+    return findListedName(kNormalized[name], false) != nullptr;
+  };
+  if (isTaken(first) != (row.streamName != nullptr)) throw "a row needs a name in streams";
+  std::size_t name = first + 1;
+  while (name < end && !isTaken(name)) ++name;
+  for (std::size_t i = name; i < end; ++i) {
+    if (!isTaken(i)) throw "names that streams give to another row stand last";
+  }
+  return name - first;
+}
+
+template <std::size_t kCount>
+constexpr std::array<CharsetNames, kCount> makeList(bool ofEngine) {
+  std::array<CharsetNames, kCount> list{};
+  std::size_t count = 0, name = 0;
+  for (const EncodingRow& row : kEncodings) {
+    const std::size_t first = name;
+    forEachName(row, [&](std::string_view) { ++name; });
+    if (name == first || (ofEngine && !row.inEngine)) continue;
+    const bool isRenamed = !ofEngine && row.streamName != nullptr;
+    const std::size_t names = ofEngine ? name - first : countNamesInStreams(row, first, name);
+    list[count++] = {row.number,
+                     isRenamed ? row.streamName : row.name,
+                     std::span(kNameList.names).subspan(first + 1, names - 1),
+                     row.kind,
+                     row.description,
+                     row.isDispatched,
+                     row.isDispatched};
+  }
+  return list;
+}
+
+constexpr auto kEngineNames = makeList<std::ranges::count_if(kEncodings, isNamedInEngine)>(true);
+constexpr auto kStreamNames = makeList<std::ranges::count_if(kEncodings, isNamed)>(false);
 
 // "1252", "cp1252" and "windows1252", for encodings that have a name as well.
 const EncodingRow* findNumberedName(std::string_view normalized) {
@@ -175,7 +210,7 @@ const EncodingRow* findNumberedName(std::string_view normalized) {
       break;
     }
   }
-  constexpr std::size_t kMaxDigits = 5;
+  constexpr std::size_t kMaxDigits = 7;
   if (normalized.size() > kMaxDigits || !std::ranges::all_of(normalized, isDigit)) return nullptr;
   int number = 0;
   for (const char c : normalized) number = number * 10 + (c - '0');
@@ -185,13 +220,25 @@ const EncodingRow* findNumberedName(std::string_view normalized) {
 
 }  // namespace
 
-std::span<const CharsetNames> encodingNames() { return kCharsets; }
+std::span<const CharsetNames> engineNames() { return kEngineNames; }
+std::span<const CharsetNames> streamNames() { return kStreamNames; }
 
-const EncodingRow* findEncoding(std::string_view name) {
+const EncodingRow* findEngineEncoding(std::string_view name) {
   const NormalizedName normalized(name);
   if (!normalized.fits || normalized.length == 0) return nullptr;
-  const EncodingRow* const listed = findListedName(normalized.view());
-  return listed != nullptr ? listed : findNumberedName(normalized.view());
+  const EncodingRow* row = findListedName(normalized.view(), true);
+  if (row == nullptr) row = findNumberedName(normalized.view());
+  return row != nullptr && row->inEngine ? row : nullptr;
+}
+
+const EncodingRow* findStreamEncoding(std::string_view name) {
+  const NormalizedName normalized(name);
+  if (!normalized.fits || normalized.length == 0) return nullptr;
+  for (const bool ofEngine : {false, true}) {
+    const EncodingRow* const row = findListedName(normalized.view(), ofEngine);
+    if (row != nullptr) return row;
+  }
+  return findNumberedName(normalized.view());
 }
 
 bool containsName(std::string_view text, std::string_view part) {

@@ -1,5 +1,8 @@
 // The names of the encodings: looking them up, and listing them.
 //
+// A name may mean one encoding to the engine, whose names stay what they are, and another to
+// streams, where a row that only they have goes by it.
+//
 // The names are those of the rows; besides, each encoding is known by its number alone, and by its
 // number behind "cp" or "windows". Names match as Unicode Technical Standard #22 describes:
 // everything but ASCII letters and digits, case, and leading zeros of a number are ignored, so that
@@ -25,11 +28,13 @@ struct CharsetNames {
 
 // Any thread may call these; nothing is allocated.
 
-// All encodings that have names, in ascending order of code page; those that only streams convert
-// stand last.
-std::span<const CharsetNames> encodingNames();
-// The row of a name, or null when the name is not known.
-const EncodingRow* findEncoding(std::string_view name);
+// All encodings that the engine, or that streams convert, with the names that they have there, in
+// ascending order of code page.
+std::span<const CharsetNames> engineNames();
+std::span<const CharsetNames> streamNames();
+// The row of a name to the engine, or to streams; null when the name is not known.
+const EncodingRow* findEngineEncoding(std::string_view name);
+const EncodingRow* findStreamEncoding(std::string_view name);
 // Whether part occurs in text when both are compared as names are. A part without letters and
 // digits occurs nowhere.
 bool containsName(std::string_view text, std::string_view part);

@@ -19,7 +19,7 @@ enum class EncodingForm : unsigned char {
   kUtf32,
   kSingleByte,  // these two have a mapping table
   kDoubleByte,
-  kCodec,  // a codec in front of the code page that it names: UTF-7, GSM, ISO-2022, HZ
+  kCodec,  // a codec in front of the code page that it names: UTF-7, GSM, ISO-2022, HZ, EUC-JP
 };
 
 // What an encoding is, for listings.
@@ -27,6 +27,7 @@ enum class CharsetKind : unsigned char {
   kUnicode,     // a UTF
   kSingleByte,  // one byte a character
   kDoubleByte,  // one or two bytes a character
+  kMultiByte,   // one byte or more a character
   kStateful,    // seven bits, with escape sequences or shifts
 };
 
@@ -67,6 +68,8 @@ struct EncodingRow {
   std::uint8_t threeByteShift = 0;    // begins characters of three bytes, which the table lacks
   const Codec* codec = nullptr;       // of kCodec
   bool inEngine = true;               // false: only streams convert it
+  // The preferred name in streams, where a row that only they have goes by `name`; else null.
+  const char* streamName = nullptr;
 };
 
 // Any thread may call these; nothing is allocated.

@@ -13,7 +13,7 @@
 #include "encoding/tables/texts/table_texts.h"
 
 // The codecs, each defined in a file of its own; read through the rows.
-extern const Codec kGsmCodec, kHzCodec, kIso2022JpCodec, kIso2022KrCodec, kUtf7Codec;
+extern const Codec kEucJpCodec, kGsmCodec, kHzCodec, kIso2022JpCodec, kIso2022KrCodec, kUtf7Codec;
 
 namespace encoding_rows {
 
@@ -73,6 +73,13 @@ constexpr EncodingRow codec(int number, const char* name, const char* aliases,
                             const char* description, CharsetKind kind, const Codec* codec) {
   EncodingRow row{number, name, aliases, kind, description, EncodingForm::kCodec};
   row.codec = codec;
+  return row;
+}
+
+// Of a row whose preferred name, and aliases from some one on, are those of a row that only streams
+// have: streams know it by this name and by the other aliases.
+constexpr EncodingRow namedInStreams(const char* name, EncodingRow row) {
+  row.streamName = name;
   return row;
 }
 
@@ -337,14 +344,19 @@ inline constexpr EncodingRow kRows[] = {
           CharsetKind::kStateful, &kIso2022JpCodec),
     codec(50225, "ISO-2022-KR", "csISO2022KR iso-2022-kr-7 iso-2022-kr-7bit", "Korean, ISO-2022-KR",
           CharsetKind::kStateful, &kIso2022KrCodec),
-    lackingJis0212(readingAlso(
-        _Enc_euc_jp_only_read,
-        doubleByte(
-            51932,
-            "EUC-JP",
-            "csEUCPkdFmtJapanese Extended_UNIX_Code_Packed_Format_for_Japanese x-euc-jp x-euc "
-            "iso-2022-jpeuc ujis IBM-eucJP",
-            "Japanese, EUC-JP", GetEucJP, 25873, 2))),
+    // The plain number is Windows's, whose table is Shift_JIS in the dress of EUC; streams know
+    // what everybody else means by the names as 200954.
+    namedInStreams(
+        "cp51932",
+        lackingJis0212(readingAlso(
+            _Enc_euc_jp_only_read,
+            doubleByte(
+                51932,
+                "EUC-JP",
+                "x-euc iso-2022-jpeuc "
+                "csEUCPkdFmtJapanese Extended_UNIX_Code_Packed_Format_for_Japanese x-euc-jp ujis "
+                "IBM-eucJP",
+                "Japanese, EUC-JP", GetEucJP, 25873, 2)))),
     doubleByte(51936, "EUC-CN", "x-euc-cn IBM-eucCN", "Simplified Chinese, EUC-CN", GetEucCN, 38459,
                2),
     doubleByte(51949, "EUC-KR", "csEUCKR iso-2022-kr-8 iso-2022-kr-8bit IBM-eucKR",
@@ -366,7 +378,13 @@ inline constexpr EncodingRow kRows[] = {
             false),
     unicode(65006, "cp65006", "", "Unicode, UTF-32 big endian, as 12001", EncodingForm::kUtf32,
             true),
-    streamOnly(codec(1052936, "hz-gb-2312", "hz 1052936", "Chinese simplified, HZ (RFC 1843)",
+    // From 200000 up are numbers of our own. 954 is IBM's for this encoding, whose table has a few
+    // characters more; Windows has no number for it (20932 writes JIS X 0212 in two bytes).
+    streamOnly(codec(200954, "EUC-JP",
+                     "csEUCPkdFmtJapanese Extended_UNIX_Code_Packed_Format_for_Japanese x-euc-jp "
+                     "ujis IBM-eucJP",
+                     "Japanese, EUC-JP with JIS X 0212", CharsetKind::kMultiByte, &kEucJpCodec)),
+    streamOnly(codec(1052936, "hz-gb-2312", "hz", "Chinese simplified, HZ (RFC 1843)",
                      CharsetKind::kStateful, &kHzCodec)),
 };
 

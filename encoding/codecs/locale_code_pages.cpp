@@ -109,7 +109,7 @@ LocaleCodePages localeCodePages() {
 
 LocaleCodePages localeCodePagesOf(std::string_view locale) {
   const LocaleParts parts = partsOf(locale);
-  const EncodingRow* const row = findEncoding(parts.codeset);
+  const EncodingRow* const row = findEngineEncoding(parts.codeset);
   const int codeset = row != nullptr && row->inEngine ? row->number : 0;
   if (codeset == kUtf8) return {kUtf8, kUtf8};
   const LocaleGroup& group = groupOf(parts);

@@ -4,46 +4,13 @@
 #include <cstring>
 #include <new>
 
-#include "support/content_coding.h"
-#include "support/norvane_bzip2.h"
+#include "encoding/tables/texts/table_image.h"
 #include "support/zv_base.h"
-
-namespace {
-
-// Zero bytes behind the image. The builders read up to the terminators of its sections; in an image
-// without them the last record reaches at most 3 bytes past the end, and the terminators that
-// follow it take at most 5 more.
-constexpr unsigned char kPadding[8] = {};
-
-// The padded image of a text; empty when the text does not decode. Lack of memory is latched in
-// image.
-void unpackImage(const char* tableText, DataBuffer& image) {
-  DataBuffer decoded;
-  const char format = tableText[0];
-  const char* base64 = tableText + 1;
-  if (!ContentCoding().decodeBase64ToDb(base64, static_cast<unsigned int>(zvStrLen(base64)),
-                                        decoded)) {
-    if (decoded.hasFailed()) image.latchFailure();
-    return;
-  }
-  if (format == 'x') {
-    image.append(decoded);
-  } else {
-    NorvaneBzip2().unBzipWithHeader(decoded, image, nullptr);
-  }
-  if (image.getSize() != 0) image.append(kPadding, sizeof kPadding);
-}
-
-unsigned int loadU16(const unsigned char* p) {
-  return p[0] | (static_cast<unsigned int>(p[1]) << 8);
-}
-
-}  // namespace
 
 void buildHash(const char* tableText, HashConvert& map, bool fromUnicode, LogBase& log) {
   if (tableText == nullptr || tableText[0] == 0) return;
   DataBuffer buffer;
-  unpackImage(tableText, buffer);
+  unpackTableImage(tableText, buffer);
   if (buffer.hasFailed()) {
     map.latchFailure();
     return;
@@ -68,7 +35,7 @@ void buildFromComplete(const unsigned char* records, HashConvert& map, bool from
   unsigned int code = 0, unit = 0;
   for (; p[0] != 0; p += 3) {
     code += p[0];
-    unit += loadU16(p + 1);
+    unit += loadImageU16(p + 1);
     zvStoreHostUnit(unitBytes, static_cast<std::uint16_t>(unit), bigEndian);
     const auto byte = static_cast<unsigned char>(code);
     if (fromUnicode) {
@@ -78,9 +45,9 @@ void buildFromComplete(const unsigned char* records, HashConvert& map, bool from
     }
   }
   code = unit = 0;
-  for (++p; loadU16(p) != 0; p += 4) {
-    code += loadU16(p);
-    unit += loadU16(p + 2);
+  for (++p; loadImageU16(p) != 0; p += 4) {
+    code += loadImageU16(p);
+    unit += loadImageU16(p + 2);
     zvStoreHostUnit(unitBytes, static_cast<std::uint16_t>(unit), bigEndian);
     const unsigned char codeBytes[2] = {static_cast<unsigned char>(code >> 8),
                                         static_cast<unsigned char>(code)};
@@ -96,12 +63,12 @@ void buildFromDiffs(const unsigned char* records, HashConvert& map, LogBase& log
   // The keys are used as they lie in the image, low byte first, whatever the host's order.
   map.m_overflow = 1;
   const unsigned char* p = records;
-  for (; loadU16(p) != 0; p += 2) map.hcRemove(p);
+  for (; loadImageU16(p) != 0; p += 2) map.hcRemove(p);
   for (p += 2; p[0] != 0; p += 3) {
     map.hcRemove(p + 1);
     map.hcInsert(p + 1, p, 21, log);
   }
-  for (++p; loadU16(p) != 0; p += 4) {
+  for (++p; loadImageU16(p) != 0; p += 4) {
     map.hcRemove(p + 2);
     map.hcInsert(p + 2, p, 22, log);
   }

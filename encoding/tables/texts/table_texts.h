@@ -124,4 +124,8 @@ void GetEucCN(StringBuffer& out);
 void GetEucKR(StringBuffer& out);
 void GetJohab(StringBuffer& out);
 
+// The planes of EUC-JP, by the bytes of JIS (21 to 7E).
+void GetJisX0208(StringBuffer& out);
+void GetJisX0212(StringBuffer& out);
+
 #endif  // ENCODING_TABLES_TEXTS_TABLE_TEXTS_H_
