@@ -91,8 +91,9 @@ void gsm(Bytes text) {
   check(coded.getSize() <= 2 * text.size(), "at most two septets a byte");
 }
 
-const Codec* const kCodecs[] = {&codecOf(50220), &codecOf(50225), &codecOf(1052936),
-                                &codecOf(65000), &codecOf(55000), &kGsmUtf8Codec};
+const Codec* const kCodecs[] = {&codecOf(50220),  &codecOf(50225), &codecOf(1052936),
+                                &codecOf(200954), &codecOf(65000), &codecOf(55000),
+                                &kGsmUtf8Codec};
 
 }  // namespace
 

@@ -73,20 +73,21 @@ Bytes bytesOf(const std::string& text) {
   return {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()};
 }
 
-// One EncConvert of everything; HZ by its codec and 936, and what EncConvert cannot do by UTF-8.
+// One EncConvert of everything; what that does not know by its codec, and what EncConvert cannot do
+// by UTF-8.
 std::string whole(int from, int to, const std::string& text) {
   const auto* data = bytesOf(text).data();
   const unsigned int size = sizeOf(bytesOf(text));
   DataBuffer out;
   LogBase log;
   if (from == to) return text;
-  if (from == kCodePageHz) {
-    convertWhole(codecOf(kCodePageHz).read, data, size, out);
-    return whole(936, to, std::string(viewOf(out)));
+  if (!findEncodingRow(from)->inEngine) {
+    convertWhole(codecOf(from).read, data, size, out);
+    return whole(codecOf(from).codePage, to, std::string(viewOf(out)));
   }
-  if (to == kCodePageHz) {
-    const std::string gbk = whole(from, 936, text);
-    convertWhole(codecOf(kCodePageHz).write, bytesOf(gbk).data(), sizeOf(bytesOf(gbk)), out);
+  if (!findEncodingRow(to)->inEngine) {
+    const std::string behind = whole(from, codecOf(to).codePage, text);
+    convertWhole(codecOf(to).write, bytesOf(behind).data(), sizeOf(bytesOf(behind)), out);
     return std::string(viewOf(out));
   }
   if ((from == 1201 || from == 65000) && (to == 1200 || to == 1201 || to == 65000)) {
@@ -163,6 +164,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const unsigned int flags = input.byte();
   if ((flags & 1) != 0) settings.from = kCodePageHz;
   if ((flags & 2) != 0) settings.to = kCodePageHz;
+  if ((flags & 64) != 0) settings.from = kCodePageEucJp;
+  if ((flags & 128) != 0) settings.to = kCodePageEucJp;
   settings.writeMark = (flags & 4) != 0;
   settings.pdfPassthrough = (flags & 8) != 0;
   settings.hasSubstitute = (flags & 16) != 0;

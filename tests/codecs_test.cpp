@@ -463,6 +463,8 @@ const Direction kDirections[] = {
     {kHzWrite, 0, 4, kShifts},
     {kUtf7Read, -1, 2, kRuns},
     {kUtf7Write, 0, 3, kUnits},
+    {codecOf(200954).read, -1, 2, "\x8E\x8F\x8F\xA1\xA4\xB0\xDF\xFE\xFF\x80z\n"},
+    {codecOf(200954).write, -1, 2, kUnits},
     {kGsmRead, 1200, 2, "\x1B\x1B\x65(aA \x80"},
     {kGsmWrite, 0, 1, kUnits},
     {kGsmUtf8Codec.read, 65001, 3, "\x1B\x1B\x65(aA \x80"},

@@ -126,7 +126,7 @@ TEST(CodePageListTest, HoldsExactlyWhatConverts) {
     const ConversionResult written = convert(65001, row.number, "Aa1");
     EXPECT_EQ(names != nullptr, written.ok) << row.number;
     EXPECT_EQ(names != nullptr, convert(row.number, 65001, written.out).out == "Aa1") << row.number;
-    EXPECT_EQ(isStreamCodePage(row.number), names != nullptr || row.number == kCodePageHz);
+    EXPECT_EQ(isStreamCodePage(row.number), names != nullptr || !row.inEngine);
     if (!isStreamCodePage(row.number)) continue;
     ASSERT_LT(count, listed.size());
     const CharsetNames& page = listed[count++];
@@ -141,6 +141,30 @@ TEST(CodePageListTest, HoldsExactlyWhatConverts) {
     }
   }
   EXPECT_EQ(count, listed.size());
+}
+
+// Where streams have an encoding that the engine lacks, its names mean that one to them; the engine
+// means by them what it always did, and lists show a name once.
+TEST(CodePageListTest, GivesStreamsTheirOwnMeaningOfNames) {
+  const struct {
+    const char* name;
+    int engine, streams;
+  } cases[] = {{"euc-jp", 51932, kCodePageEucJp},
+               {"EUCJP", 51932, kCodePageEucJp},
+               {"ujis", 51932, kCodePageEucJp},
+               {"ibm-eucjp", 51932, kCodePageEucJp},
+               {"cp51932", 51932, 51932},
+               {"51932", 51932, 51932},
+               {"x-euc", 51932, 51932},
+               {"200954", 0, kCodePageEucJp},
+               {"hz", 0, kCodePageHz},
+               {"1052936", 0, kCodePageHz},
+               {"euc-kr", 51949, 51949}};
+  for (const auto& c : cases) {
+    EXPECT_EQ(CharsetNaming::codePageOf(c.name), c.engine) << c.name;
+    EXPECT_EQ(streamCodePage(c.name), c.streams) << c.name;
+  }
+  EXPECT_EQ(CharsetNaming::find(51932)->preferredName, "EUC-JP");
 }
 
 TEST(CodePageListTest, PrintsWhatTheFilterSelects) {

@@ -105,3 +105,44 @@ TEST(StreamReading, TakesUnknownDesignationsForMalformed) {
   EXPECT_EQ(told.errors[1].offset, 6u);
   EXPECT_EQ(told.errors[1].length, 2u);
 }
+
+TEST(StreamReading, ReadsAndWritesEucJp) {
+  const Reading cases[] = {
+      {kCodePageEucJp, "a\xA4\xA2\x8E\xB1\x8F\xB0\xA1\x85\n", "aあｱ丂\u0085\n"},
+      {kCodePageEucJp, "\xA1\xC1\xA1\xC2\xA1\xDD\xA1\xC0\x8F\xA2\xB7", "〜‖−＼～"},
+      // One piece each: pairs and three bytes that are not assigned, a byte that cannot begin.
+      {kCodePageEucJp, "\xA9\xA1\xA4\xA2\x8E\xE0\xA4\xA2\x8F\xA1\xA1\xA4\xA2\xA0\xFFz",
+       "!あ!あ!あ!!z"},
+      {kCodePageEucJp, "\xA4\"\x8F\xB0<\x8E\n\x8F\xB0", "!\"!!<!\n!!"},
+  };
+  for (const Reading& c : cases) {
+    SCOPED_TRACE(hex(c.input));
+    const StreamSettings settings = settingsFor(c.from, kUtf8, "substitute=!");
+    const StreamResult result = stream(settings, c.input);
+    EXPECT_EQ(result.text, c.output);
+    EXPECT_EQ(result, stream(settings, c.input, [] { return 1; }));
+    const StreamSettings writing = settingsFor(kUtf8, c.from);
+    if (result.errors.empty()) {
+      EXPECT_EQ(hex(stream(writing, c.output).text), hex(c.input));
+    }
+  }
+  // Nothing is written for something else: the yen sign is no backslash.
+  const StreamResult told =
+      stream(settingsFor(kUtf8, kCodePageEucJp, "substitute=?"), "a¥‾\u00A0한\U0001F600あ");
+  EXPECT_EQ(told.text, "a?????\xA4\xA2");
+  ASSERT_EQ(told.errors.size(), 5u);
+  EXPECT_EQ(told.errors[4].codePoint, 0x1F600);
+  EXPECT_EQ(told.errors[4].offset, 11u);
+  EXPECT_EQ(told.errors[4].length, 4u);
+  // A copy is looked at as well, and characters that the target lacks are told with their place.
+  const StreamResult copy =
+      stream(settingsFor(kCodePageEucJp, kCodePageEucJp, "drop"), "\xA4\xA2\xA5\n\x8F\xB0\xA1");
+  EXPECT_EQ(copy.text, "\xA4\xA2\n\x8F\xB0\xA1");
+  const StreamResult latin =
+      stream(settingsFor(kCodePageEucJp, 1252, "hex"), "a\x8F\xB0\xA1\n\xA4\xA2z");
+  EXPECT_EQ(latin.text, "a&#x4E02;\n&#x3042;z");
+  ASSERT_EQ(latin.errors.size(), 2u);
+  EXPECT_EQ(latin.errors[0].length, 3u);
+  EXPECT_EQ(latin.errors[1].offset, 5u);
+  EXPECT_EQ(latin.errors[1].line, 2u);
+}
