@@ -99,6 +99,9 @@ mean the same. Case and punctuation do not matter. encconv --list shows every
 encoding with all its names, and encconv --list cyrillic those that have to do
 with the word.
 
+euc-jp has JIS X 0212 in three bytes; the table that Windows has under the name
+is cp51932.
+
 utf-16 and utf-32 without le or be read the byte order mark, and are little
 endian without one. --bom writes the mark of utf-8, utf-16 and utf-32.
 )"},

@@ -97,7 +97,9 @@ StreamStatus StreamConverter::Core::open(int from) {
   }
   // Nothing is rewritten where nothing is converted.
   m_isReordered = m_plan->source->reordersMacArabic && !isSame();
-  if (m_plan->source->form == EncodingForm::kCodec || m_isReordered) {
+  // What the plan decodes may be another text than that of the source.
+  const bool isOther = m_plan->source->form != m_plan->decoding.form;
+  if (isOther || m_isReordered) {
     m_stage = SourceStage::make(*m_plan->source);
     if (m_stage == nullptr) return StreamStatus::kNoMemory;
   }
