@@ -164,7 +164,12 @@ constexpr Case kCases[] = {
     {.from = 932, .to = 12001, .action = 1, .input = "\x93\xFA\x96\x7B \xB1 \xFF\x81"},
     {.from = 65001, .to = 12000, .input = kMixed},
     {.from = 55000, .to = 1201, .input = "GSM \x1B\x65\x80"},
-    {.from = 949, .to = 50221, .action = 1, .input = "text \xB0\xA1 \xC9 \x81 end"}};
+    {.from = 949, .to = 50221, .action = 1, .input = "text \xB0\xA1 \xC9 \x81 end"},
+    {.from = 20261, .to = 65001, .input = "text \xC2o \x5E\xC8u\xC2"}};
+// What only streams convert.
+constexpr Case kStreamCases[] = {
+    {.from = 200954, .to = 65001, .input = "text \xA4\xA2\x8F\xB0\xA1 \x8F\xA1\xA1 end"},
+    {.from = 65001, .to = 200954, .input = kMixed}};
 
 // What is known to be lost, and kept so: the lookup of a single-byte code page whose map cannot be
 // built. (The other known state, a to-Unicode map of 10001 that is not there although the registry
@@ -365,6 +370,11 @@ std::string nameOf(const testing::TestParamInfo<std::tuple<Case, Run>>& info) {
 INSTANTIATE_TEST_SUITE_P(EveryPath, FaultInjection,
                          testing::Combine(testing::ValuesIn(kCases),
                                           testing::Values(runWithFault, streamWithFault)),
+                         nameOf);
+
+INSTANTIATE_TEST_SUITE_P(StreamsOnly, FaultInjection,
+                         testing::Combine(testing::ValuesIn(kStreamCases),
+                                          testing::Values(streamWithFault)),
                          nameOf);
 
 // Buffers beyond a megabyte, which grow in another way.

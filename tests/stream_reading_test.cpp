@@ -146,4 +146,10 @@ TEST(StreamReading, ReadsAndWritesEucJp) {
   EXPECT_EQ(latin.errors[0].length, 3u);
   EXPECT_EQ(latin.errors[1].offset, 5u);
   EXPECT_EQ(latin.errors[1].line, 2u);
+  const StreamResult control =
+      stream(settingsFor(kCodePageEucJp, 1252, "drop"), "\x8F\x8AIK\x8F\xB0\x8AI");
+  EXPECT_EQ(control.text, "IKI");
+  ASSERT_EQ(control.errors.size(), 5u);
+  EXPECT_EQ(control.errors[1].offset, 1u);
+  EXPECT_EQ(control.errors[4].offset, 6u);
 }

@@ -145,9 +145,10 @@ struct Reader : CodecRun {
       putUnit(*p++);
       return true;
     }
-    const std::ptrdiff_t longest = *p == kJis0212Shift ? 3 : 2;
-    if (left() < longest && !last && (isCell(*p) || *p < 0xA0)) return false;
-    if (left() < longest || *p == 0xA0 || *p == 0xFF || !isCell(p[1])) return refuse(1);
+    // No more is waited for than decides, so that a caller can find out where a unit came from.
+    const bool isCut = left() < 2 || (*p == kJis0212Shift && left() < 3 && isCell(p[1]));
+    if (isCut && !last && (isCell(*p) || *p < 0xA0)) return false;
+    if (isCut || *p == 0xA0 || *p == 0xFF || !isCell(p[1])) return refuse(1);
     if (*p == kJis0212Shift) {
       if (!isCell(p[2])) return refuse(1);
       return accept(3, tables.jis0212[cellIndex(p + 1)]);
