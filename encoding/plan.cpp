@@ -276,7 +276,7 @@ bool openDecoding(const EncodingRow& row, Reader reader, Decoding& decoding) {
   return decoding.table.singleByte != nullptr || decoding.table.doubleByte != nullptr;
 }
 
-bool openEncoding(const EncodingRow& row, Encoding& encoding) {
+bool openEncoding(const EncodingRow& row, Reader reader, Encoding& encoding) {
   LogBase silent;
   encoding.form = row.form;
   encoding.bigEndian = row.bigEndian;
@@ -285,6 +285,12 @@ bool openEncoding(const EncodingRow& row, Encoding& encoding) {
   encoding.table = encoderFor(row);
   encoding.tableRow = &row;
   if (encoding.table.doubleByte != nullptr) encoding.form = EncodingForm::kDoubleByte;
+  if (reader == Reader::kStream && mayApproximate(encoding.table)) {
+    if (!ensureToUnicode(row, silent)) return false;
+    encoding.approximating = encoding.table;
+    encoding.reading = decoderFor(row);
+    encoding.table = exactEncoderFor(row);
+  }
   return encoding.table.singleByte != nullptr || encoding.table.doubleByte != nullptr;
 }
 
@@ -315,7 +321,7 @@ bool fill(Plan& plan) {
   LogBase silent;
   if (source != plan.source && !ensureToUnicode(*plan.source, silent)) return false;
   if (!openDecoding(*source, plan.reader, plan.decoding)) return false;
-  if (!plan.isCopy && !openEncoding(*target, plan.encoding)) return false;
+  if (!plan.isCopy && !openEncoding(*target, plan.reader, plan.encoding)) return false;
   if (plan.isCopy) {
     plan.encoding.form = plan.decoding.form;
     plan.encoding.bigEndian = plan.decoding.bigEndian;

@@ -24,6 +24,10 @@ struct Encoding {
   bool bigEndian = false;
   Encoder table;
   const EncodingRow* tableRow = nullptr;  // of the table
+  // Of streams, where the table leaves out what would be written as something else: the table with
+  // all of it, and what is read for its codes. Else empty.
+  Encoder approximating;
+  Decoder reading;
 };
 
 struct Plan;

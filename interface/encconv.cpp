@@ -36,6 +36,7 @@ StreamSettings settingsOf(Encoding from, Encoding to, const Options& options) {
   settings.alternate = options.alternate;
   settings.writeMark = options.byte_order_mark;
   settings.pdfPassthrough = options.pdf_passthrough;
+  settings.bestFit = options.best_fit;
   return settings;
 }
 
@@ -69,7 +70,20 @@ Problem problemOf(const StreamError& error) {
           error.length,
           error.codePoint,
           error.kind == StreamErrorKind::kMalformed,
-          std::string(reinterpret_cast<const char*>(error.bytes), error.byteCount)};
+          std::string(reinterpret_cast<const char*>(error.bytes), error.byteCount),
+          error.kind == StreamErrorKind::kApproximated,
+          error.written};
+}
+
+// What a stream has to tell of its text.
+template <typename Outcome>
+void tellProblems(const ::StreamConverter& stream, Outcome& outcome) {
+  outcome.problem_count = stream.errorCount();
+  if (outcome.problem_count != 0) outcome.first_problem = problemOf(stream.firstError());
+  outcome.approximation_count = stream.approximationCount();
+  if (outcome.approximation_count != 0) {
+    outcome.first_approximation = problemOf(stream.firstApproximation());
+  }
 }
 
 // Begins a stream. Two encodings that are not known are no pair of equal ones, and none is no other
@@ -102,8 +116,7 @@ void convertTo(std::string_view front, std::string_view text, const StreamSettin
     status = out.isFull ? StreamStatus::kDrainFailed : StreamStatus::kNoMemory;
   }
   outcome.status = statusOf(status);
-  outcome.problem_count = stream.errorCount();
-  if (outcome.problem_count != 0) outcome.first_problem = problemOf(stream.firstError());
+  tellProblems(stream, outcome);
 }
 
 template <typename Text>
@@ -124,7 +137,9 @@ BasicResult<Text> convertText(std::string_view bytes, int from, int to, const Op
     const unsigned char* const end = fast::convertShort(from, to, bytes.data(), bytes.size(), text);
     if (end != nullptr) {
       const auto count = static_cast<std::size_t>(end - text) / sizeof(Unit);
-      return {Text(reinterpret_cast<const Unit*>(text), count), Status::ok, 0, std::nullopt};
+      BasicResult<Text> result;
+      result.text.assign(reinterpret_cast<const Unit*>(text), count);
+      return result;
     }
   }
   return convertLong<Text>({}, bytes, settingsOf(from, to, options));
@@ -163,6 +178,7 @@ bool parse_on_error(std::string_view text, Options& options) {
   options.on_error = static_cast<OnError>(settings.treatment);
   options.substitute = settings.hasSubstitute ? std::optional(settings.substitute) : std::nullopt;
   options.substitute_is_raw = settings.substituteIsRaw;
+  options.best_fit = settings.bestFit;
   if (settings.alternate != 0) options.alternate = settings.alternate;
   return true;
 }
@@ -332,6 +348,15 @@ std::uint64_t StreamConverter::problem_count() const {
 std::optional<Problem> StreamConverter::first_problem() const {
   if (problem_count() == 0) return std::nullopt;
   return problemOf(m_state->stream.firstError());
+}
+
+std::uint64_t StreamConverter::approximation_count() const {
+  return m_state == nullptr ? 0 : m_state->stream.approximationCount();
+}
+
+std::optional<Problem> StreamConverter::first_approximation() const {
+  if (approximation_count() == 0) return std::nullopt;
+  return problemOf(m_state->stream.firstApproximation());
 }
 
 }  // namespace encconv

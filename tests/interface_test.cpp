@@ -24,7 +24,7 @@ TEST(Interface, ConvertsWholeTexts) {
   hex.on_error = OnError::hex;
   const encconv::Result treated = encconv::from_utf8("a\n\xD0\x96\xFF", 1252, hex);
   EXPECT_TRUE(treated);
-  EXPECT_EQ(treated.text, "a\n&#x0416;&#xFF;");
+  EXPECT_EQ(treated.text, "a\n&#x0416;<0xFF>");
   EXPECT_EQ(treated.problem_count, 2u);
   ASSERT_TRUE(treated.first_problem);
   EXPECT_EQ(treated.first_problem->offset, 2u);
@@ -33,6 +33,18 @@ TEST(Interface, ConvertsWholeTexts) {
   EXPECT_EQ(treated.first_problem->code_point, 0x416);
   EXPECT_FALSE(treated.first_problem->malformed);
   EXPECT_EQ(treated.first_problem->bytes, "\xD0\x96");
+
+  Options fit;
+  ASSERT_TRUE(encconv::parse_on_error("best-fit,drop", fit));
+  const encconv::Result fitted = encconv::from_utf8("x\u00A0\u0105\u4E00", 932, fit);
+  EXPECT_EQ(fitted.text, "x \x88\xEA");
+  EXPECT_EQ(fitted.problem_count, 1u);
+  EXPECT_EQ(fitted.approximation_count, 1u);
+  ASSERT_TRUE(fitted.first_approximation);
+  EXPECT_TRUE(fitted.first_approximation->approximated);
+  EXPECT_EQ(fitted.first_approximation->offset, 1u);
+  EXPECT_EQ(fitted.first_approximation->written, " ");
+  EXPECT_FALSE(fitted.first_problem->approximated);
 
   const encconv::Result stopped = encconv::from_utf8("ab\xD0\x96\x63", 1252);
   EXPECT_FALSE(stopped);

@@ -12,12 +12,17 @@
 struct StreamResult {
   StreamStatus status = StreamStatus::kGood;
   std::string text;
-  std::vector<StreamError> errors;
+  std::vector<StreamError> errors;          // what could not be converted
+  std::vector<StreamError> approximations;  // what others were written for
 
   bool operator==(const StreamResult&) const = default;
 };
 inline std::ostream& operator<<(std::ostream& stream, const StreamResult& r) {
   stream << "status " << static_cast<int>(r.status) << " " << ::testing::PrintToString(r.text);
+  for (const StreamError& e : r.approximations) {
+    stream << " " << e.offset << "+" << e.length << " line " << e.line << " U+" << e.codePoint
+           << " as " << e.written;
+  }
   for (const StreamError& e : r.errors) {
     stream << " " << e.offset << "+" << e.length << " line " << e.line
            << (e.kind == StreamErrorKind::kMalformed ? " malformed" : " U+") << e.codePoint;
@@ -27,18 +32,28 @@ inline std::ostream& operator<<(std::ostream& stream, const StreamResult& r) {
 
 class ErrorList : public StreamErrorHandler {
  public:
-  explicit ErrorList(std::vector<StreamError>& errors) : m_errors(errors) {}
-  void onStreamError(const StreamError& error) override { m_errors.push_back(error); }
+  explicit ErrorList(StreamResult& result) : m_result(result) {}
+  void onStreamError(const StreamError& error) override {
+    const bool isApproximation = error.kind == StreamErrorKind::kApproximated;
+    (isApproximation ? m_result.approximations : m_result.errors).push_back(error);
+  }
 
  private:
-  std::vector<StreamError>& m_errors;
+  StreamResult& m_result;
 };
+
+inline void expectCounted(std::uint64_t count, const StreamError& first,
+                          const std::vector<StreamError>& told) {
+  EXPECT_EQ(count, told.size());
+  if (told.empty()) return;
+  EXPECT_EQ(first, *std::ranges::min_element(told, {}, &StreamError::offset));
+}
 
 // Streams a text in pieces whose sizes nextSize() gives.
 template <typename NextSize>
 StreamResult stream(StreamSettings settings, const std::string& text, NextSize nextSize) {
   StreamResult result;
-  ErrorList errors(result.errors);
+  ErrorList errors(result);
   settings.errorHandler = &errors;
   StreamConverter converter;
   DataBuffer out;
@@ -50,11 +65,9 @@ StreamResult stream(StreamSettings settings, const std::string& text, NextSize n
     done += size;
   }
   if (result.status == StreamStatus::kGood) result.status = converter.finish(out);
-  EXPECT_EQ(converter.errorCount(), result.errors.size());
-  if (!result.errors.empty()) {
-    EXPECT_EQ(converter.firstError(),
-              *std::ranges::min_element(result.errors, {}, &StreamError::offset));
-  }
+  expectCounted(converter.errorCount(), converter.firstError(), result.errors);
+  expectCounted(converter.approximationCount(), converter.firstApproximation(),
+                result.approximations);
   result.text = textOf(out);
   return result;
 }

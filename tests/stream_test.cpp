@@ -123,19 +123,21 @@ TEST(Stream, WritesAMarkWhenAsked) {
 
 TEST(Stream, WritesTreatmentsAsTextOfTheTarget) {
   const std::string e = "\xC3\xA9", emoji = "\xF0\x9F\x98\x80";
-  expectAll({{kUtf8, 1251, "a" + e + "b" + emoji + "\xFF\x63", "a&#x00E9;b&#x1F600;&#xFF;c"},
-             {kUtf8, 37, "\xFF\x31", "\x50\x7B\xA7\xC6\xC6\x5E\xF1"},
+  expectAll({{kUtf8, 1251, "a" + e + "b" + emoji + "\xFF\x63", "a&#x00E9;b&#x1F600;<0xFF>c"},
+             {kUtf8, 37, "\xFF\x31", "\x4C\xF0\xA7\xC6\xC6\x6E\xF1"},
              {kUtf8, 1251, "\xF4\x8F\xBF\xBD", "&#x10FFFD;"},
              {kUtf8, 20108, "a\xFF", "a?"},  // which lacks the number sign
-             {10021, kLe, "\xFC", "&\0#\0x\0F\0C\0;\0"s},
-             {kUtf8, 50220, "\xE6\x97\xA5\xFF\xE6\x97\xA5", "\x1B$BF|\x1B(B&#xFF;\x1B$BF|\x1B(B"},
-             {50220, kUtf8, "\x1B$BF|\x1B$(D\"/\x1B(B.", "\xE6\x97\xA5&#x222F;."},
+             {10021, kLe, "\xFC",
+              "<\0"
+              "0\0x\0F\0C\0>\0"s},
+             {kUtf8, 50220, "\xE6\x97\xA5\xFF\xE6\x97\xA5", "\x1B$BF|\x1B(B<0xFF>\x1B$BF|\x1B(B"},
+             {50220, kUtf8, "\x1B$BF|\x1B$(D\"/\x1B(B.", "\xE6\x97\xA5<0x222F>."},
              {kUtf8, kCodePageHz, "\xE6\x97\xA5" + emoji, "~{HU~}&#x1F600;"},
              {kUtf8, 55000, "~\xC3\xB1" + emoji, "\x1B\x3D\x7D&#x1F600;"},
-             {kLe, kUtf8, "\x3D\xD8\x61\0\x00\xDE"s, "&#xD83D;a&#xDE00;"},
-             {932, 932, "\x93\xFA\xFF\x85\x40", "\x93\xFA\xFF&#x85;@"},
-             {kUtf7, kUtf8, "a+IK-b", "a&#x494B;b"},
-             {20127, 1252, "a\xE9", "a&#xE9;"}},
+             {kLe, kUtf8, "\x3D\xD8\x61\0\x00\xDE"s, "<0x3DD8>a<0x00DE>"},
+             {932, 932, "\x93\xFA\xFF\x85\x40", "\x93\xFA\xFF<0x85>@"},
+             {kUtf7, kUtf8, "a+IK-b", "a<0x494B>b"},
+             {20127, 1252, "a\xE9", "a<0xE9>"}},
             "hex");
   expectAll({{kUtf8, 1252, "a\xFF\xD0\x96", "a??"},
              {kUtf8, kUtf8, "a\xFF\x62", "a\xEF\xBF\xBD\x62"},

@@ -222,6 +222,27 @@ TEST_F(ToolTest, TreatsWhatCannotBeConverted) {
   }
 }
 
+TEST_F(ToolTest, TellsWhatItWroteForSomethingElse) {
+  const ToolRun spaces = run("-f utf-8 -t 932", "a\u00A0\u00A0b");
+  EXPECT_EQ(spaces.out, "a  b");
+  EXPECT_EQ(spaces.status, 0);
+  expectOneLine(spaces,
+                "standard input: 2 characters were approximated; the first at byte offset 1, line "
+                "1: U+00A0 (C2 A0) became U+0020");
+  EXPECT_EQ(run("-f utf-8 -t 932 --strict --quiet", "a\u00A0").status, 1);
+  EXPECT_EQ(run("-f utf-8 -t 932 --quiet", "a\u00A0").err, "");
+
+  expectOneLine(run("-f utf-8 -t 1252", "ą"), "go on with --on-error best-fit");
+  const ToolRun fitted = run("-f utf-8 -t 1252 --on-error best-fit,hex", "ąą\u4E00");
+  EXPECT_EQ(fitted.out, "aa&#x4E00;");
+  expectOneLine(fitted,
+                "1 place was not convertible; the first at byte offset 4, line 1: U+4E00 (E4 B8 "
+                "80) has no place in windows-1252 (code page 1252); 2 characters were "
+                "approximated; the first at byte offset 0, line 1: U+0105 (C4 85) became U+0061");
+  expectOneLine(run("-f utf-8 -t 932 --record-length 4 --on-error drop", "aaaabb\u00A0"),
+                "the first at byte offset 6, line 2");
+}
+
 TEST_F(ToolTest, TheWorstOfTheInputsTellsTheStatus) {
   EXPECT_EQ(run("-f utf-8 -t 1252 --on-error drop --strict latin utf8").status, 1);
   EXPECT_EQ(run("-f utf-8 -t 1252 --on-error drop --strict utf8 latin").status, 1);

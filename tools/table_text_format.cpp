@@ -21,7 +21,11 @@ constexpr std::size_t kSourceLineSize = 80;
 std::string describe(const PairTable& table) {
   std::string line = "code page " + std::to_string(table.codePage) + ", " + table.name;
   if (table.baseCodePage != 0) line += ", applied over " + std::to_string(table.baseCodePage);
-  line += table.isAscii ? "; ascii yes" : "; ascii no";
+  if (table.isBestFit) {
+    line += "; best fit";
+  } else {
+    line += table.isAscii ? "; ascii yes" : "; ascii no";
+  }
   if (table.isOnlyRead) line += "; only read";
   if (table.isStored) line += "; stored";
   return line;
@@ -47,7 +51,9 @@ std::string parseDescription(const std::string& line, PairTable& table) {
   table.isAscii = ascii == "yes";
   table.isStored = line.find("; stored") != std::string::npos;
   table.isOnlyRead = line.find("; only read") != std::string::npos;
-  if (table.codePage <= 0 || table.name.empty() || (ascii != "yes" && ascii != "no")) {
+  table.isBestFit = line.find("; best fit") != std::string::npos;
+  const bool isKind = table.isBestFit || ascii == "yes" || ascii == "no";
+  if (table.codePage <= 0 || table.name.empty() || !isKind) {
     return "the first line must be like \"# code page 1252, _Enc_windows_1252; ascii yes\"";
   }
   return "";
@@ -69,7 +75,10 @@ std::string parseRecord(const std::string& line, PairTable& table) {
   words >> bytes >> unitWord;
   std::uint16_t unit = 0, code = 0;
   if (!parseHex(unitWord, 4, unit) || words >> rest) return "expected BYTES UNIT";
-  if (bytes == "-") {
+  if (table.isBestFit) {
+    if (!parseHex(bytes, 4, code)) return "expected UNIT UNIT";
+    table.replacements.push_back({code, unit});
+  } else if (bytes == "-") {
     if (table.baseCodePage == 0) return "only a table of differences has removals";
     table.removals.push_back(unit);
   } else if (parseHex(bytes, 2, code)) {
@@ -140,6 +149,19 @@ std::string packDifferences(const PairTable& table, std::string& image) {
   return "";
 }
 
+std::string packReplacements(std::vector<UnitPair> pairs, std::string& image) {
+  std::ranges::stable_sort(pairs, {}, &UnitPair::unit);
+  UnitPair previous{0, 0};
+  for (const UnitPair& pair : pairs) {
+    if (pair.unit == previous.unit) return "unit " + hex(pair.unit, 4) + " listed twice, or 0000";
+    appendU16(image, static_cast<unsigned int>(pair.unit - previous.unit));
+    appendU16(image, static_cast<unsigned int>(pair.replacement - previous.replacement));
+    previous = pair;
+  }
+  appendU16(image, 0);
+  return "";
+}
+
 // Reads an image front to back; behind its end there are zero bytes, as for the engine.
 class ImageReader {
  public:
@@ -179,6 +201,15 @@ void unpackDifferences(ImageReader& reader, PairTable& table) {
   while (const unsigned int stored = reader.u16()) {
     table.doubles.push_back({static_cast<std::uint16_t>((stored << 8 & 0xFF00) | stored >> 8),
                              static_cast<std::uint16_t>(reader.u16())});
+  }
+}
+
+void unpackReplacements(ImageReader& reader, PairTable& table) {
+  UnitPair pair{0, 0};
+  while (const unsigned int delta = reader.u16()) {
+    pair.unit = static_cast<std::uint16_t>(pair.unit + delta);
+    pair.replacement = static_cast<std::uint16_t>(pair.replacement + reader.u16());
+    table.replacements.push_back(pair);
   }
 }
 
@@ -229,6 +260,7 @@ std::string parsePairs(const std::string& pairs, PairTable& table) {
 
 std::string packImage(const PairTable& table, std::string& image) {
   image.assign(1, table.isAscii ? 'a' : 'x');
+  if (table.isBestFit) return packReplacements(table.replacements, image += 'f');
   image += table.baseCodePage != 0 ? 'd' : table.isOnlyRead ? 'r' : 'u';
   if (table.baseCodePage != 0) return packDifferences(table, image);
   std::vector<bool> isListed(0x10000);
@@ -240,7 +272,11 @@ std::string packImage(const PairTable& table, std::string& image) {
 std::string unpackImage(const std::string& image, PairTable& table) {
   ImageReader reader(image);
   table.isAscii = reader.u8() == 'a';
-  if (reader.u8() == 'd') {
+  const unsigned int kind = reader.u8();
+  table.isBestFit = kind == 'f';
+  if (table.isBestFit) {
+    unpackReplacements(reader, table);
+  } else if (kind == 'd') {
     unpackDifferences(reader, table);
   } else {
     unpackSection(reader, 1, table.singles);
@@ -289,6 +325,13 @@ std::string parseSource(const std::string& source, PairTable& table) {
 
 std::string printPairs(const PairTable& table) {
   std::string out = "# " + describe(table) + "; ";
+  if (table.isBestFit) {
+    out += std::to_string(table.replacements.size()) + " pairs\n";
+    for (const UnitPair& pair : table.replacements) {
+      out += hex(pair.unit, 4) + " " + hex(pair.replacement, 4) + "\n";
+    }
+    return out;
+  }
   if (table.baseCodePage != 0) out += std::to_string(table.removals.size()) + " removals (-), ";
   out += std::to_string(table.singles.size()) + " single-byte and " +
          std::to_string(table.doubles.size()) + " double-byte pairs\n";

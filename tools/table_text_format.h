@@ -11,6 +11,11 @@ struct CodePair {
   std::uint16_t unit;  // UTF-16 code unit
 };
 
+struct UnitPair {
+  std::uint16_t unit;         // one that a code page lacks
+  std::uint16_t replacement;  // and the one that is written for it
+};
+
 // One table as a maintainer sees it.
 struct PairTable {
   int codePage = 0;
@@ -22,6 +27,8 @@ struct PairTable {
   std::vector<std::uint16_t> removals;  // differences only: units without a code
   std::vector<CodePair> singles;
   std::vector<CodePair> doubles;
+  bool isBestFit = false;  // the table has replacements and nothing else
+  std::vector<UnitPair> replacements;
 };
 
 // Each returns an empty string for success, else what is wrong with the input, with the line

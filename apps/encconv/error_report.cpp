@@ -3,7 +3,9 @@
 #include <array>
 #include <cstdio>
 
+#include "encoding/approximations.h"
 #include "support/charset_naming.h"
+#include "support/utf.h"
 
 namespace tool {
 namespace {
@@ -21,6 +23,19 @@ std::string bytesOf(const StreamError& error) {
     text += hex("%02X", error.bytes[i]);
   }
   if (error.byteCount < error.length) text += " ...";
+  return text;
+}
+
+// The code points of UTF-8.
+std::string charactersOf(std::string_view utf8) {
+  std::string text;
+  while (!utf8.empty()) {
+    const Utf8Sequence sequence =
+        decodeScalar(reinterpret_cast<const unsigned char*>(utf8.data()), utf8.size());
+    if (!text.empty()) text += ' ';
+    text += describeCharacter(static_cast<char32_t>(sequence.value));
+    utf8.remove_prefix(sequence.length);
+  }
   return text;
 }
 
@@ -48,13 +63,20 @@ std::string describeError(const StreamError& error, const StreamSettings& settin
   } else {
     text += bytesOf(error);
   }
+  if (error.kind == StreamErrorKind::kApproximated) {
+    return text + " became " + charactersOf(error.written);
+  }
   return text + " has no place in " + describeCodePage(settings.to);
 }
 
-std::string adviceFor(const StreamError& error) {
-  return error.kind == StreamErrorKind::kMalformed
-             ? "check -f (--detect may help), or go on with --on-error"
-             : "choose another -t, such as utf-8, or go on with --on-error";
+std::string adviceFor(const StreamError& error, const StreamSettings& settings) {
+  if (error.kind == StreamErrorKind::kMalformed) {
+    return "check -f (--detect may help), or go on with --on-error";
+  }
+  const std::string advice = "choose another -t, such as utf-8, or go on with --on-error";
+  const bool hasOther = error.codePoint >= 0 && !settings.bestFit &&
+                        fast::hasBestFit(settings.to, static_cast<char32_t>(error.codePoint));
+  return hasOther ? advice + " best-fit, which writes a similar character" : advice;
 }
 
 std::string describeStatus(StreamStatus status, const StreamSettings& settings) {

@@ -14,10 +14,11 @@ std::string describeCodePage(int codePage);
 // "U+4E00".
 std::string describeCharacter(char32_t character);
 
-// "byte offset 17, line 3: U+4E00 (E4 B8 80) has no place in windows-1252 (code page 1252)".
+// "byte offset 17, line 3: U+4E00 (E4 B8 80) has no place in windows-1252 (code page 1252)"; of a
+// character that another was written for "... became U+0061".
 std::string describeError(const StreamError& error, const StreamSettings& settings);
 // What the user may do about it.
-std::string adviceFor(const StreamError& error);
+std::string adviceFor(const StreamError& error, const StreamSettings& settings);
 
 // Why a stream refused its settings or ended; for every status but kGood and kStopped.
 std::string describeStatus(StreamStatus status, const StreamSettings& settings);

@@ -57,7 +57,7 @@ bool FileConversion::checkSettings() {
 bool FileConversion::prepare(int fromCodePage, bool withMark) {
   m_settings.from = fromCodePage;
   m_settings.writeMark = withMark && m_options.writeMark;
-  m_firstError = UINT64_MAX;
+  m_firstError = m_firstApproximation = {};
   const StreamStatus status = m_stream.begin(m_settings);
   if (status != StreamStatus::kGood) {
     m_console.report(describeStatus(status, m_settings));
@@ -142,9 +142,10 @@ bool FileConversion::onStreamOutput(DataBuffer& out) {
 
 // At once, while it is still known which record the place is in.
 void FileConversion::onStreamError(const StreamError& error) {
-  if (error.offset >= m_firstError) return;
-  m_firstError = error.offset;
-  m_firstOffset = m_records->inputOffset(error.offset);
+  const bool isApproximation = error.kind == StreamErrorKind::kApproximated;
+  FirstPlace& first = isApproximation ? m_firstApproximation : m_firstError;
+  if (error.offset >= first.inLines) return;
+  first = {error.offset, m_records->inputOffset(error.offset)};
 }
 
 // The stream goes its own, faster ways through the engine. What the engine says is what it does
@@ -187,29 +188,37 @@ ConversionResult FileConversion::pump(InputFile& input, OutputFile& output, bool
   return conclude(input, status);
 }
 
-StreamError FileConversion::firstError() const {
-  StreamError error = m_stream.firstError();
-  if (m_records != nullptr) error.offset = m_firstOffset;
-  return error;
+// What the closing line says: how many places were treated or approximated, and the first of each.
+std::string FileConversion::describeTreated() const {
+  std::string text;
+  const auto add = [&](std::uint64_t count, const char* one, const char* several, StreamError first,
+                       const FirstPlace& place) {
+    if (count == 0) return;
+    if (m_records != nullptr) first.offset = place.inInput;
+    if (!text.empty()) text += "; ";
+    text += std::to_string(count) + (count == 1 ? one : several) + "; the first at " +
+            describeError(first, m_settings);
+  };
+  add(m_stream.errorCount(), " place was not convertible", " places were not convertible",
+      m_stream.firstError(), m_firstError);
+  add(m_stream.approximationCount(), " character was approximated", " characters were approximated",
+      m_stream.firstApproximation(), m_firstApproximation);
+  return text;
 }
 
 ConversionResult FileConversion::conclude(const InputFile& input, StreamStatus status) {
   if (status != StreamStatus::kGood && status != StreamStatus::kStopped) {
     return fail(input.label() + ": " + describeStatus(status, m_settings));
   }
-  if (m_stream.errorCount() == 0) return {};
-  const StreamError error = firstError();
   if (status == StreamStatus::kStopped) {
+    StreamError error = m_stream.firstError();
+    if (m_records != nullptr) error.offset = m_firstError.inInput;
     m_console.report(input.label() + ": " + describeError(error, m_settings) + "; " +
-                     adviceFor(error));
+                     adviceFor(error, m_settings));
     return {kNotConverted, false};
   }
-  if (!m_options.quiet) {
-    const std::uint64_t count = m_stream.errorCount();
-    m_console.report(input.label() + ": " + std::to_string(count) +
-                     (count == 1 ? " place was" : " places were") +
-                     " not convertible; the first at " + describeError(error, m_settings));
-  }
+  if (m_stream.errorCount() + m_stream.approximationCount() == 0) return {};
+  if (!m_options.quiet) m_console.report(input.label() + ": " + describeTreated());
   return {m_options.strict ? kNotConverted : kDone, true};
 }
 

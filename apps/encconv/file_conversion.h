@@ -44,7 +44,7 @@ class FileConversion : private StreamDrain, private StreamErrorHandler {
   void onStreamError(const StreamError& error) override;
   void showEngineLog(std::span<const unsigned char> piece);
   ConversionResult conclude(const InputFile& input, StreamStatus status);
-  StreamError firstError() const;
+  std::string describeTreated() const;
   ConversionResult fail(const std::string& message);
 
   const Options& m_options;
@@ -54,8 +54,13 @@ class FileConversion : private StreamDrain, private StreamErrorHandler {
   DataBuffer m_converted;
   OutputFile* m_output = nullptr;           // of the conversion under way
   std::unique_ptr<RecordFilter> m_records;  // null without --record-length
-  std::uint64_t m_firstError = 0;           // with records: where the first error is in the lines,
-  std::uint64_t m_firstOffset = 0;          // and where in the input
+  // With records: where the first error, or approximation, is in the lines, and where in the input.
+  struct FirstPlace {
+    std::uint64_t inLines = UINT64_MAX;
+    std::uint64_t inInput = 0;
+  };
+  FirstPlace m_firstError;
+  FirstPlace m_firstApproximation;
   ByteMap m_beforeReading = {};
   ByteMap m_afterWriting = {};
   bool m_mapsInput = false;

@@ -22,7 +22,7 @@ standard input is read; without -o the result goes to standard output.
   -j, --jobs N             convert up to N files at once (0: one a processor)
       --on-error TREATMENT what to do with input that cannot be converted
                            (--help errors)
-      --strict             exit status 1 when input was treated
+      --strict             exit status 1 when input was treated or approximated
       --bom                begin the output with a byte order mark
       --pdf-passthrough    copy files that begin "%PDF-1"
       --ebcdic-newline lf|nl|keep
@@ -57,18 +57,32 @@ encoding does not have.
   substitute        write U+FFFD, or "?" where the output encoding lacks it
   substitute=TEXT   write TEXT (UTF-8)
   substitute=0xHH.. write these bytes
-  hex               write &#xHHHH; with the code point, or with the bytes if
-                    there is none
+  hex               write a character as &#xHHHH; with its code point, and bytes
+                    that are no text as <0xHH>, which is no character reference
   alternate=NAME    read malformed bytes in the encoding NAME; write characters
                     that the output lacks as their bytes in NAME
   raw               copy the bytes of the input
 
+In front of a treatment may stand, each with a comma behind it, what to try
+first for a character that the output encoding does not have:
+
+  best-fit          the similar character that Windows writes in that encoding:
+                    a for a with ogonek, an ASCII letter for a full-width one
+
+Alone it means that nothing else is done: best-fit is best-fit,stop.
+
+Some encodings have no place for a character but write another for it without
+being asked: Shift_JIS a backslash for the yen sign, a space for a no-break
+space. These and best fits are characters that were approximated.
+
 With any treatment but stop the whole input is converted, a closing line says
-how many places were affected and where the first one was, and the exit status
-is 0; --strict makes it 1, --quiet leaves out the line.
+how many places were affected and where the first one was, and how many
+characters were approximated, and the exit status is 0; --strict makes it 1,
+--quiet leaves out the line.
 
 Examples:
   encconv -f utf-8 -t windows-1252 --on-error hex page.html
+  encconv -f utf-8 -t windows-1250 --on-error best-fit,substitute notes.txt
   encconv -f utf-8 -t utf-8 --on-error substitute --strict log.txt
   encconv -f utf-8 -t utf-8 --on-error alternate=windows-1252 mixed.txt
 )"},

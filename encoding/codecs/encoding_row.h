@@ -57,6 +57,7 @@ struct EncodingRow {
   std::uint8_t slot = 0;              // index of its TableSlots; 936 and 52936 share one
   bool isDispatched = true;           // may be decoded and encoded
   bool isReleased = true;             // teardown empties its slots
+  const char* bestFit = nullptr;      // table text of what streams may write for units it lacks
 
   // ---- What converters do besides looking up. ----
 

@@ -9,6 +9,7 @@
 #include <functional>
 #include <iterator>
 
+#include "encoding/codecs/best_fit_list.h"
 #include "encoding/codecs/encoding_row.h"
 #include "encoding/tables/texts/table_texts.h"
 
@@ -388,7 +389,7 @@ inline constexpr EncodingRow kRows[] = {
                      CharsetKind::kStateful, &kHzCodec)),
 };
 
-// With a slot for the tables of each row; 52936 has those of 936.
+// With a slot for the tables of each row, and its best fits; 52936 has the tables of 936.
 inline constexpr auto kEncodings = [] {
   auto rows = std::to_array(kRows);
   const auto find = [&](int number) {
@@ -399,6 +400,7 @@ inline constexpr auto kEncodings = [] {
     if (hasTable(row)) row.slot = slots++;
   }
   find(52936)->slot = find(936)->slot;
+  for (const BestFit& bestFit : kBestFits) find(bestFit.number)->bestFit = bestFit.text;
   return rows;
 }();
 static_assert(std::ranges::max(kEncodings, {}, &EncodingRow::slot).slot < kMaxTableSlots);

@@ -72,8 +72,8 @@ StreamStatus StreamConverter::Core::begin(const StreamSettings& settings) {
   if (m_settings.from == 0) m_settings.from = m_settings.to;
   m_isPdf = m_hasBegun = m_isEnd = false;
   m_waiting.clear();
-  m_offset = m_sourceBytes = m_errorCount = 0;
-  m_firstError = {};
+  m_offset = m_sourceBytes = m_errorCount = m_approximationCount = 0;
+  m_firstError = m_firstApproximation = {};
   m_lines = 1;
   m_status = open(m_settings.from);
   return m_status;
@@ -95,6 +95,7 @@ StreamStatus StreamConverter::Core::open(int from) {
     if (!canConvert(from)) return StreamStatus::kNoDecoder;
     return canConvert(m_settings.to) ? StreamStatus::kNoMemory : StreamStatus::kNoEncoder;
   }
+  if (!m_approximations.prepare(*m_plan, m_settings.bestFit)) return StreamStatus::kNoMemory;
   // Nothing is rewritten where nothing is converted.
   m_isReordered = m_plan->source->reordersMacArabic && !isSame();
   // What the plan decodes may be another text than that of the source.
@@ -303,6 +304,15 @@ std::uint64_t StreamConverter::errorCount() const {
 const StreamError& StreamConverter::firstError() const {
   static constexpr StreamError kNone;
   return m_core == nullptr ? kNone : m_core->firstError();
+}
+
+std::uint64_t StreamConverter::approximationCount() const {
+  return m_core == nullptr ? 0 : m_core->approximationCount();
+}
+
+const StreamError& StreamConverter::firstApproximation() const {
+  static constexpr StreamError kNone;
+  return m_core == nullptr ? kNone : m_core->firstApproximation();
 }
 
 std::uint64_t StreamConverter::sourceBytes() const {

@@ -17,21 +17,23 @@ enum class StreamTreatment : unsigned char {
   kStop,        // nothing: the stream ends before the first such input
   kDrop,        // nothing
   kSubstitute,  // StreamSettings::substitute; by default U+FFFD, or "?" where the target lacks it
-  kHex,         // "&#xHHHH;": the code point where there is one, else the bytes
+  kHex,         // "&#xHHHH;", the code point; of malformed bytes "<0xHH...>"
   kAlternate,   // bytes that are malformed in the source are read as text of the alternate code
                 // page; a character that the target lacks is written as its bytes in that code
                 // page; where that fails too, the default substitute
   kRaw,         // the bytes of the source as they are
 };
 
-// Why input could not be converted.
+// Why input could not be converted, or not as it is.
 enum class StreamErrorKind : unsigned char {
-  kMalformed,  // the bytes are no text of the source encoding
-  kNoPlace,    // the character has no place in the target encoding
+  kMalformed,     // the bytes are no text of the source encoding
+  kNoPlace,       // the character has no place in the target encoding
+  kApproximated,  // the same, and another one was written for it: nothing is left to be treated
 };
 
 struct StreamError {
   static constexpr unsigned int kMaxBytes = 16;
+  static constexpr unsigned int kMaxWritten = 15;
 
   std::uint64_t offset = 0;     // bytes, from the beginning of the stream
   std::uint64_t line = 0;       // of the text, counted from 1; lines end with U+000A
@@ -40,11 +42,13 @@ struct StreamError {
   StreamErrorKind kind = StreamErrorKind::kMalformed;
   std::uint8_t byteCount = 0;           // valid entries of bytes: length, but at most kMaxBytes
   unsigned char bytes[kMaxBytes] = {};  // the first bytes of the piece
+  char written[kMaxWritten + 1] = {};  // of kApproximated: what was written, UTF-8 that ends with 0
 
   bool operator==(const StreamError&) const = default;
 };
 
-// Is told of each piece that could not be converted, before its treatment is written, in the order
+// Is told of each piece that could not be converted, before its treatment is written, and of each
+// character that another one is written for, in the order
 // of the converted text. That is the order of the source but for Mac Arabic, whose right-to-left
 // runs are turned round, and but for ESC, SO and SI on the way to ISO-2022: whether they have a
 // place is told when what follows them is known. Called from within push() and finish(); must not
@@ -71,6 +75,8 @@ class StreamDrain {
 struct StreamSettings {
   int from = 0;  // code page of the source; 0 means the target's
   int to = 0;    // code page of the target; 0 means the source's
+  // What is tried for a character without a place before the treatment.
+  bool bestFit = false;  // the similar character that Windows writes in such a code page
   StreamTreatment treatment = StreamTreatment::kStop;
   // Of kSubstitute: UTF-8 text that the target must be able to hold, or raw bytes of the target.
   // Without hasSubstitute the default serves.
@@ -85,8 +91,9 @@ struct StreamSettings {
 };
 
 // Reads "stop", "drop", "substitute", "substitute=TEXT", "substitute=0xHH...", "hex",
-// "alternate=CODEPAGE" or "raw" into the fields of settings that concern treatments. False, with
-// settings unchanged, when text is none of these.
+// "alternate=CODEPAGE" or "raw" into the fields of settings that concern treatments; in front of
+// it, each with a comma behind it, may stand what is tried first: "best-fit". That alone means
+// "stop" behind it. False, with settings unchanged, when text is none of these.
 bool parseStreamTreatment(std::string_view text, StreamSettings& settings);
 
 enum class StreamStatus : unsigned char {
@@ -105,7 +112,8 @@ enum class StreamStatus : unsigned char {
 // does not depend on how the source is cut into pieces. It is that of one EncConvert of the whole
 // stream with what cannot be converted taken out; docs/differences.md lists where the two differ
 // and why. Input that cannot be converted is treated as the settings say and reported, with its
-// place in the stream; that includes what EncConvert replaces silently.
+// place in the stream; that includes what EncConvert replaces silently. Characters that the
+// target's table writes as others, such as a no-break space as a space, are counted apart.
 //
 //   StreamConverter stream;
 //   if (stream.begin(settings) != StreamStatus::kGood) ...
@@ -147,8 +155,10 @@ class StreamConverter {
   StreamStatus status() const;
   std::uint64_t errorCount() const;  // pieces that could not be converted so far
   const StreamError& firstError()
-      const;                          // the one that stands first; meaningless while there is none
-  std::uint64_t sourceBytes() const;  // pushed so far
+      const;  // the one that stands first; meaningless while there is none
+  std::uint64_t approximationCount() const;       // characters that others were written for so far
+  const StreamError& firstApproximation() const;  // as firstError()
+  std::uint64_t sourceBytes() const;              // pushed so far
 
  private:
   class Core;

@@ -316,7 +316,7 @@ bool StreamConverter::Core::decideUnmappable(bool last) {
     } else {
       piece.kind = StreamErrorKind::kMalformed;
     }
-  } else if (writeSpecialUnit(unit)) {
+  } else if (writeSpecialUnit(unit) || writeApproximation(unit)) {
     return true;
   }
   const bool isRead = m_isReportWanted || m_treatment.readsPieces(piece.kind);
@@ -337,6 +337,7 @@ bool StreamConverter::Core::dropRun() {
   for (; m_pump.unitEnd() - unit >= 2; unit += 2) {
     const std::uint32_t value = unitAt(unit, false);
     if (fast::mayBeSpecialUnit(value) || isSurrogate(value)) break;
+    if (m_approximations.find(value) != 0) break;
     const bool isLacking = table.singleByte != nullptr   ? table.singleByte->bytes[value] == 0
                            : table.doubleByte != nullptr ? table.doubleByte->codes[value] == 0
                                                          : false;
@@ -362,6 +363,28 @@ bool StreamConverter::Core::writeSpecialUnit(const unsigned char* unit) {
   m_pump.skipUnits(2);
   m_segmentUnit = m_pump.unit();
   return true;
+}
+
+// Writes another character for the one at unit(), if there is one.
+bool StreamConverter::Core::writeApproximation(const unsigned char* unit) {
+  const std::uint32_t value = unitAt(unit, false);
+  const std::uint16_t other = m_approximations.find(value);
+  if (other == 0) return false;
+  Piece piece{StreamErrorKind::kApproximated, nullptr, 2, static_cast<std::int32_t>(value)};
+  if (isApproximationWanted()) {
+    piece.at = m_pump.sourceOf(unit);
+    piece.length = m_pump.sourceLength(unit, 2);
+    StreamError error = errorAt(piece);
+    *writeUtf8(reinterpret_cast<unsigned char*>(error.written), other) = 0;
+    report(error);
+  } else {
+    ++m_approximationCount;
+  }
+  m_pump.skipUnits(2);
+  if (m_target) m_segmentUnit = m_pump.unit();
+  const unsigned char units[2] = {static_cast<unsigned char>(other),
+                                  static_cast<unsigned char>(other >> 8)};
+  return writeUnits(units, sizeof units, piece);
 }
 
 // Gives what the pump wrote last to the target's codec.
@@ -394,6 +417,11 @@ void StreamConverter::Core::fail() {
 void StreamConverter::Core::noteReports() {
   m_isReportWanted =
       m_errorCount == 0 || m_settings.errorHandler != nullptr || m_isReordered || m_target;
+}
+
+bool StreamConverter::Core::isApproximationWanted() const {
+  return m_approximationCount == 0 || m_settings.errorHandler != nullptr || m_isReordered ||
+         m_target;
 }
 
 void StreamConverter::Core::treatPiece(const Piece& piece) {
@@ -467,8 +495,11 @@ std::uint64_t StreamConverter::Core::lineOf(const unsigned char* at) {
 }
 
 void StreamConverter::Core::report(const StreamError& error) {
-  if (m_errorCount++ == 0 || error.offset < m_firstError.offset) m_firstError = error;
-  if (m_errorCount == 1) noteReports();
+  const bool isApproximation = error.kind == StreamErrorKind::kApproximated;
+  std::uint64_t& count = isApproximation ? m_approximationCount : m_errorCount;
+  StreamError& first = isApproximation ? m_firstApproximation : m_firstError;
+  if (count++ == 0 || error.offset < first.offset) first = error;
+  if (count == 1) noteReports();
   if (m_settings.errorHandler != nullptr) m_settings.errorHandler->onStreamError(error);
 }
 

@@ -7,6 +7,7 @@
 #include <memory>
 #include <optional>
 
+#include "encoding/approximations.h"
 #include "encoding/output.h"
 #include "encoding/pump.h"
 #include "encoding/stream/codec_target.h"
@@ -27,6 +28,8 @@ class StreamConverter::Core final : private CodecTarget::Client {
   }
   std::uint64_t errorCount() const { return m_errorCount; }
   const StreamError& firstError() const { return m_firstError; }
+  std::uint64_t approximationCount() const { return m_approximationCount; }
+  const StreamError& firstApproximation() const { return m_firstApproximation; }
   std::uint64_t sourceBytes() const { return m_sourceBytes; }
 
  private:
@@ -57,6 +60,7 @@ class StreamConverter::Core final : private CodecTarget::Client {
   bool writeSegment(Stop stop);
   bool dropRun();
   bool writeSpecialUnit(const unsigned char* unit);
+  bool writeApproximation(const unsigned char* unit);
   void finish();
   void fail();
 
@@ -80,6 +84,7 @@ class StreamConverter::Core final : private CodecTarget::Client {
   void noteReports();
   StreamError pieceOf(const Piece& piece);
   void treatSilently(const Piece& piece);
+  bool isApproximationWanted() const;
 
   StreamError placeAt(std::uint32_t byte) override;
   bool treatMisfit(const StreamError& error) override;
@@ -94,6 +99,7 @@ class StreamConverter::Core final : private CodecTarget::Client {
   bool m_isCopied = false;     // the stage only checks text that is copied
   bool m_isReordered = false;  // errors may come in another order than that of the source
   std::optional<CodecTarget> m_target;
+  fast::Approximations m_approximations;
   Treatment m_treatment;
   DataBuffer m_waiting;        // of the source: what could not be converted yet
   std::uint64_t m_offset = 0;  // where that begins in the stream
@@ -120,6 +126,8 @@ class StreamConverter::Core final : private CodecTarget::Client {
   StreamError m_firstError;
   bool m_isReportWanted =
       true;  // somebody wants to know more of the next error than that it is one
+  std::uint64_t m_approximationCount = 0;
+  StreamError m_firstApproximation;
   fast::Pump m_pump;
   std::unique_ptr<fast::PumpBlock> m_block;  // of the pump; made when first needed
 };

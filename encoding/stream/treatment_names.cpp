@@ -1,4 +1,6 @@
 // Treatments as users write them.
+#include <algorithm>
+#include <iterator>
 #include <string>
 
 #include "encoding/code_page_list.h"
@@ -58,9 +60,29 @@ constexpr TreatmentName kNames[] = {
     {"raw", StreamTreatment::kRaw},
 };
 
-}  // namespace
+// What may stand in front of a treatment.
+struct AttemptName {
+  std::string_view name;
+  bool StreamSettings::*field;
+};
+constexpr AttemptName kAttempts[] = {{"best-fit", &StreamSettings::bestFit}};
 
-bool parseStreamTreatment(std::string_view text, StreamSettings& settings) {
+// Takes the attempts off the front of text; false when nothing stands behind them.
+bool readAttempts(std::string_view& text, StreamSettings& settings) {
+  for (const AttemptName& attempt : kAttempts) settings.*attempt.field = false;
+  while (true) {
+    const auto isNamed = [&](const AttemptName& attempt) {
+      return text.substr(0, text.find(',')) == attempt.name;
+    };
+    const auto* const found = std::ranges::find_if(kAttempts, isNamed);
+    if (found == std::end(kAttempts)) return true;
+    settings.*found->field = true;
+    if (text.size() == found->name.size()) return false;
+    text.remove_prefix(found->name.size() + 1);
+  }
+}
+
+bool readFinalTreatment(std::string_view text, StreamSettings& settings) {
   for (const TreatmentName& known : kNames) {
     if (text != known.name) continue;
     settings.treatment = known.treatment;
@@ -72,4 +94,13 @@ bool parseStreamTreatment(std::string_view text, StreamSettings& settings) {
   const std::string_view value = text.substr(equals + 1);
   if (text.substr(0, equals) == "alternate") return readAlternate(value, settings);
   return text.substr(0, equals) == "substitute" && readSubstitute(value, settings);
+}
+
+}  // namespace
+
+bool parseStreamTreatment(std::string_view text, StreamSettings& settings) {
+  StreamSettings read = settings;
+  if (!readFinalTreatment(readAttempts(text, read) ? text : "stop", read)) return false;
+  settings = read;
+  return true;
 }

@@ -16,9 +16,10 @@ namespace {
 constexpr int kUtf16Le = 1200;
 
 // What references are made of: digits at the places of their values, and the rest.
-constexpr std::string_view kHexAlphabet = "0123456789ABCDEF&#x;";
-constexpr std::uint32_t kAmpersand = 16;
-constexpr std::uint32_t kSemicolon = 19;
+constexpr std::string_view kHexAlphabet = "0123456789ABCDEF&#x;<>";
+constexpr std::uint32_t placeInAlphabet(char c) {
+  return static_cast<std::uint32_t>(kHexAlphabet.find(c));
+}
 
 void appendScalar(std::uint32_t scalar, Rows<std::uint16_t>& units) {
   if (scalar < 0x10000) {
@@ -191,8 +192,7 @@ Treatment::Replacement Treatment::rememberedOrMade(const StreamError& error,
                                                    const unsigned char* piece,
                                                    std::uint32_t length) {
   const bool isHex = m_kind == StreamTreatment::kHex;
-  const bool isOfCharacter =
-      error.codePoint >= 0 && (isHex || error.kind == StreamErrorKind::kNoPlace);
+  const bool isOfCharacter = error.kind == StreamErrorKind::kNoPlace && error.codePoint >= 0;
   const std::uint64_t key =
       isOfCharacter ? keyOf(static_cast<std::uint32_t>(error.codePoint)) : keyOf(piece, length);
   Known* const known = knownFor(key);
@@ -243,7 +243,7 @@ bool Treatment::prepareHex() {
 
 Treatment::Replacement Treatment::hexReference(const StreamError& error) {
   if (!prepareHex()) return defaultSubstitute();
-  // "&#x", two digits for each byte or eight for a code point, and ";".
+  // "&#x" or "<0x", two digits for each byte or eight for a code point, and ";" or ">".
   constexpr unsigned int kMaxPlaces = 4 + 2 * StreamError::kMaxBytes;
   m_bytes.clear();
   const auto width = static_cast<unsigned int>(m_hexWidth);
@@ -259,13 +259,19 @@ Treatment::Replacement Treatment::hexReference(const StreamError& error) {
     while (count < 8 && (value >> (4 * count)) != 0) ++count;
     while (--count >= 0) put(value >> (4 * count) & 0xF);
   };
-  for (const std::uint32_t place : {kAmpersand, kAmpersand + 1, kAmpersand + 2}) put(place);
-  if (error.codePoint >= 0) {
-    putDigits(static_cast<std::uint32_t>(error.codePoint), 4);
-  } else {
+  const auto putText = [&](std::string_view text) {
+    for (const char c : text) put(placeInAlphabet(c));
+  };
+  if (error.kind == StreamErrorKind::kMalformed || error.codePoint < 0) {
+    // No reference: that would be read as a character, which nobody wrote.
+    putText("<0x");
     for (unsigned int i = 0; i < error.byteCount; ++i) putDigits(error.bytes[i], 2);
+    putText(">");
+  } else {
+    putText("&#x");
+    putDigits(static_cast<std::uint32_t>(error.codePoint), 4);
+    putText(";");
   }
-  put(kSemicolon);
   m_bytes.commitTail(static_cast<unsigned int>(out - begin));
   return {m_bytes.getData2(), m_bytes.getSize(), false};
 }

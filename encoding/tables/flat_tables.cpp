@@ -1,6 +1,7 @@
 #include "encoding/tables/flat_tables.h"
 
 #include <algorithm>
+#include <bitset>
 #include <iterator>
 #include <memory>
 #include <new>
@@ -20,6 +21,8 @@ struct FlatSlots {
   std::atomic<const DoubleByteDecoder*> doubleDecoders[kReaders];
   std::atomic<const SingleByteEncoder*> singleEncoder;
   std::atomic<const DoubleByteEncoder*> doubleEncoder;
+  std::atomic<const SingleByteEncoder*> exactSingleEncoder;
+  std::atomic<const DoubleByteEncoder*> exactDoubleEncoder;
 };
 FlatSlots g_slots[kMaxTableSlots];
 
@@ -165,7 +168,53 @@ bool fillDoubleByteEncoder(const EncodingRow& row, const HashConvert& map,
   return flat;
 }
 
+// Whether two units have the same code in a table of codes by unit.
+template <class Code>
+bool hasTwins(const Code (&codes)[65536]) {
+  std::bitset<65536> isSeen;
+  for (const Code code : codes) {
+    if (code != 0 && isSeen[code]) return true;
+    isSeen[code] = true;
+  }
+  return false;
+}
+
+bool fillExactSingleByteEncoder(const EncodingRow& row, const HashConvert& /*map*/,
+                                SingleByteEncoder& table) {
+  const SingleByteEncoder* const whole = encoderFor(row).singleByte;
+  const SingleByteDecoder* const decoder = decoderFor(row).singleByte;
+  if (whole == nullptr || decoder == nullptr) return false;
+  for (unsigned int unit = 0; unit < 0x10000; ++unit) {
+    const std::uint8_t byte = whole->bytes[unit];
+    table.bytes[unit] = decoder->units[byte] == unit ? byte : std::uint8_t{0};
+  }
+  table.prepare();
+  return true;
+}
+
+bool fillExactDoubleByteEncoder(const EncodingRow& row, const HashConvert& /*map*/,
+                                DoubleByteEncoder& table) {
+  const DoubleByteEncoder* const whole = encoderFor(row).doubleByte;
+  const Decoder decoder = decoderFor(row);
+  if (whole == nullptr || (decoder.singleByte == nullptr && decoder.doubleByte == nullptr)) {
+    return false;
+  }
+  for (unsigned int unit = 0; unit < 0x10000; ++unit) {
+    const std::uint16_t code = whole->codes[unit];
+    const bool isTakenApart = row.decomposesVietnamese && code > 0xFF;
+    table.codes[unit] = isTakenApart || readUnit(decoder, code) == unit ? code : std::uint16_t{0};
+  }
+  table.prepare();
+  return true;
+}
+
 }  // namespace
+
+std::uint16_t readUnit(const Decoder& decoder, std::uint16_t code) {
+  if (decoder.singleByte != nullptr) return code > 0xFF ? 0 : decoder.singleByte->units[code];
+  if (code > 0xFF) return decoder.doubleByte->units[code];
+  return code < 0x80 ? code : decoder.doubleByte->singles[code];
+}
 
 Decoder decoderFor(const EncodingRow& row, Reader reader) {
   FlatSlots& slots = g_slots[row.slot];
@@ -189,12 +238,29 @@ Encoder encoderFor(const EncodingRow& row) {
   return {.singleByte = publish(slots.singleEncoder, row, map, fillSingleByteEncoder)};
 }
 
+bool mayApproximate(const Encoder& encoder) {
+  return encoder.doubleByte != nullptr
+             ? hasTwins(encoder.doubleByte->codes)
+             : encoder.singleByte != nullptr && hasTwins(encoder.singleByte->bytes);
+}
+
+Encoder exactEncoderFor(const EncodingRow& row) {
+  FlatSlots& slots = g_slots[row.slot];
+  const std::atomic<HashConvert*>& map = tableSlots(row).fromUnicode;
+  if (row.form == EncodingForm::kDoubleByte || row.decomposesVietnamese) {
+    return {.doubleByte = publish(slots.exactDoubleEncoder, row, map, fillExactDoubleByteEncoder)};
+  }
+  return {.singleByte = publish(slots.exactSingleEncoder, row, map, fillExactSingleByteEncoder)};
+}
+
 void releaseFlatTables() {
   for (FlatSlots& slots : g_slots) {
     for (auto& slot : slots.singleDecoders) release(slot);
     for (auto& slot : slots.doubleDecoders) release(slot);
     release(slots.singleEncoder);
     release(slots.doubleEncoder);
+    release(slots.exactSingleEncoder);
+    release(slots.exactDoubleEncoder);
   }
 }
 

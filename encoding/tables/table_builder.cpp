@@ -74,6 +74,23 @@ void buildFromDiffs(const unsigned char* records, HashConvert& map, LogBase& log
   }
 }
 
+void buildBestFit(const char* tableText, HashConvert& map, LogBase& log) {
+  DataBuffer image;
+  unpackTableImage(tableText, image);
+  if (image.hasFailed()) map.latchFailure();
+  if (image.getSize() == 0 || image.getData2()[1] != 'f') return;
+  unsigned int unit = 0, replacement = 0;
+  for (const unsigned char* p = image.getData2() + 2; loadImageU16(p) != 0; p += 4) {
+    unit += loadImageU16(p);
+    replacement += loadImageU16(p + 2);
+    const unsigned char key[2] = {static_cast<unsigned char>(unit),
+                                  static_cast<unsigned char>(unit >> 8)};
+    const unsigned char value[2] = {static_cast<unsigned char>(replacement),
+                                    static_cast<unsigned char>(replacement >> 8)};
+    map.hcInsert(key, value, 22, log);
+  }
+}
+
 UnicodeLookup::UnicodeLookup() { std::fill_n(m_units, 128, std::uint16_t{0}); }
 
 UnicodeLookup* UnicodeLookup::createNewObject() { return new (std::nothrow) UnicodeLookup; }

@@ -14,6 +14,10 @@ void buildHash(const char* tableText, HashConvert& map, bool fromUnicode, LogBas
 void buildFromComplete(const unsigned char* records, HashConvert& map, bool fromUnicode,
                        LogBase& log);
 void buildFromDiffs(const unsigned char* records, HashConvert& map, LogBase& log);
+// Fills a map with the units that a code page lacks as keys, and with those that are written for
+// them as values, both low byte first whatever the host's order. Lack of memory is latched in the
+// map; a text that is no table of best fits adds nothing.
+void buildBestFit(const char* tableText, HashConvert& map, LogBase& log);
 // Copies a single-byte map into a lookup, entries 1 to 255. True when the ASCII flag is clear.
 bool buildSingleByteLookup(const HashConvert& map, UnicodeLookup& lookup);
 

@@ -111,6 +111,23 @@ bool ensureFromUnicode(const EncodingRow& row, LogBase& log) {
   return !hasTable(row) || ensureMap(tableSlots(row).fromUnicode, row, true, log);
 }
 
+bool ensureBestFit(const EncodingRow& row, LogBase& log) {
+  if (!hasTable(row) || row.bestFit == nullptr) return true;
+  std::atomic<HashConvert*>& slot = tableSlots(row).bestFit;
+  if (isPublished(slot)) return true;
+  HashConvert* map = HashConvert::createNewObject(row.number);
+  if (map == nullptr) return false;
+  constexpr int kBestFitSize = 499;
+  map->hcInitialize(kBestFitSize);
+  buildBestFit(row.bestFit, *map, log);
+  if (map->hasFailed()) {
+    delete map;
+    return false;
+  }
+  publishTable(slot, map);
+  return true;
+}
+
 void releaseTables() {
   for (const EncodingRow& row : encodingRows()) {
     if (!hasTable(row) || !row.isReleased) continue;
@@ -118,5 +135,6 @@ void releaseTables() {
     releaseTable(slots.fromUnicode);
     releaseTable(slots.singleToUnicode);
     releaseTable(slots.multiToUnicode);
+    releaseTable(slots.bestFit);
   }
 }

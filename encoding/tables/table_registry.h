@@ -16,6 +16,7 @@ struct TableSlots {
   std::atomic<UnicodeLookup*> singleToUnicode;  // _Lcp_<cp>_tU, of single-byte code pages
   std::atomic<HashConvert*> multiToUnicode;     // _Hcp_<cp>_tU, of double-byte code pages
   std::atomic<HashConvert*> fromUnicode;        // _Hcp_<cp>_fU
+  std::atomic<HashConvert*> bestFit;            // see buildBestFit()
 };
 
 // The slots of a row that has a table.
@@ -25,6 +26,8 @@ TableSlots& tableSlots(const EncodingRow& row);
 // memory is short. log is handed to the builders. Any thread may call.
 bool ensureToUnicode(const EncodingRow& row, LogBase& log);
 bool ensureFromUnicode(const EncodingRow& row, LogBase& log);
+// The best fits of a row, which may have none: that is true as well.
+bool ensureBestFit(const EncodingRow& row, LogBase& log);
 
 // Destroys all tables whose rows say so. Must not overlap anything that reads a table.
 void releaseTables();

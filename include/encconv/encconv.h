@@ -73,7 +73,7 @@ enum class OnError {
   stop,        ///< nothing: the conversion ends before it
   drop,        ///< nothing
   substitute,  ///< Options::substitute; by default U+FFFD, or "?" where the target lacks it
-  hex,         ///< "&#xHHHH;": the code point where there is one, else the bytes
+  hex,         ///< "&#xHHHH;", the code point; of malformed bytes "<0xHH...>"
   alternate,   ///< malformed bytes are read, and characters that the target lacks are written, in
                ///< Options::alternate
   raw,         ///< the bytes of the source as they are
@@ -87,14 +87,16 @@ struct Options {
   int alternate = 1252;                   ///< code page of OnError::alternate
   bool byte_order_mark = false;           ///< begin the output with the mark of a Unicode target
   bool pdf_passthrough = false;           ///< copy input that begins "%PDF-1"
+  /// Try, before on_error, the similar character that Windows writes for one that the target lacks.
+  bool best_fit = false;
 };
 
 /// Reads what the tool takes behind --on-error ("stop", "hex", "substitute=TEXT",
-/// "substitute=0x1A", "alternate=windows-1252", ...) into options. False, with options unchanged,
-/// for anything else.
+/// "substitute=0x1A", "alternate=windows-1252", "best-fit,hex", ...) into options. False, with
+/// options unchanged, for anything else.
 ENCCONV_API bool parse_on_error(std::string_view text, Options& options);
 
-/// A piece of input that could not be converted.
+/// A piece of input that could not be converted, or not as it is.
 struct Problem {
   std::uint64_t offset;     ///< where it begins, in bytes (in from_utf16: units) of the input
   std::uint64_t line;       ///< of the text, counted from 1
@@ -102,6 +104,8 @@ struct Problem {
   std::int32_t code_point;  ///< of the character that the target lacks; -1 when malformed
   bool malformed;           ///< the input is no text of its encoding
   std::string bytes;        ///< the first bytes of the piece, 16 at most
+  bool approximated;        ///< the target lacks the character, and another was written for it
+  std::string written;      ///< that one, in UTF-8
 };
 
 /// How a conversion ended.
@@ -123,10 +127,12 @@ ENCCONV_API std::string_view describe(Status status);
 /// What became of a conversion.
 template <typename Text>
 struct BasicResult {
-  Text text;                             ///< the output; up to the problem when stopped
-  Status status = Status::ok;            ///< how it ended
-  std::uint64_t problem_count = 0;       ///< pieces that could not be converted
-  std::optional<Problem> first_problem;  ///< the first of them
+  Text text;                                   ///< the output; up to the problem when stopped
+  Status status = Status::ok;                  ///< how it ended
+  std::uint64_t problem_count = 0;             ///< pieces that could not be converted
+  std::optional<Problem> first_problem;        ///< the first of them
+  std::uint64_t approximation_count = 0;       ///< characters that others were written for
+  std::optional<Problem> first_approximation;  ///< the first of them
 
   /// True when the conversion came to its end, with or without problems that were treated.
   explicit operator bool() const { return status == Status::ok; }
@@ -154,10 +160,12 @@ ENCCONV_API Result from_utf16(std::u16string_view text, Encoding to, const Optio
 
 /// What became of a conversion into the caller's memory.
 struct IntoResult {
-  std::size_t size = 0;                  ///< bytes written; of a part of the output where not ok
-  Status status = Status::ok;            ///< how it ended
-  std::uint64_t problem_count = 0;       ///< pieces that could not be converted
-  std::optional<Problem> first_problem;  ///< the first of them
+  std::size_t size = 0;                   ///< bytes written; of a part of the output where not ok
+  Status status = Status::ok;             ///< how it ended
+  std::uint64_t problem_count = 0;        ///< pieces that could not be converted
+  std::optional<Problem> first_problem;   ///< the first of them
+  std::uint64_t approximation_count = 0;  ///< characters that others were written for
+  std::optional<Problem> first_approximation;  ///< the first of them
 
   /// True when the conversion came to its end, with or without problems that were treated.
   explicit operator bool() const { return status == Status::ok; }
@@ -198,8 +206,8 @@ class ENCCONV_API StreamConverter {
   bool begin(Encoding from, Encoding to, const Options& options = {});
 
   /// Has handler called for each piece that cannot be converted, in the order of the text, before
-  /// its treatment is written. To be set before the first push(); the handler must not use the
-  /// stream and must not throw.
+  /// its treatment is written, and for each character that another one is written for. To be set
+  /// before the first push(); the handler must not use the stream and must not throw.
   void on_problem(std::function<void(const Problem&)> handler);
 
   /// Converts the next piece and appends to output. False when the stream ended, as status() says;
@@ -211,6 +219,8 @@ class ENCCONV_API StreamConverter {
   Status status() const;                         ///< how things stand
   std::uint64_t problem_count() const;           ///< pieces that could not be converted so far
   std::optional<Problem> first_problem() const;  ///< the first of them
+  std::uint64_t approximation_count() const;     ///< characters that others were written for so far
+  std::optional<Problem> first_approximation() const;  ///< the first of them
 
  private:
   struct State;

@@ -1,0 +1,15 @@
+// Table text of code page 28603, _BestFit_28603; best fit. Packed by table_text; see docs/code-pages.md.
+#include "encoding/tables/texts/table_texts.h"
+
+const char _BestFit_28603[] =
+    "c4aeUs3QLAABCWmgzMUFZJlNZmLLJsQAE0H/////znvQgVCACIRCSI4AkdhAQAQgBEQEAWG9UL/3Z/5n"
+    "AAnKiApBpqaJojSG1MgAAaDQMgAAAA0AADQ9QJNSRJtRAA9QAZANAAANGgAADQA9QNDgAaA0DQANNMgA"
+    "NGmQAaMmCAxAABwANAaBoAGmmQAGjTIANGTBAYgABCUIQuqhHft0hDVSXmbWAhehoMCpjSQAvc5kkIZm"
+    "91LZ7en619GjpWLAYKgG3jElNpMFrZKQ5gjLyhIo1aosIYaj4jdmgUIAOiWHK42BcaKSBMjAhi0CqUU2"
+    "PATJYZVAptTABilIEK0GqkDldlKiIoLrogK4Fcdzmh8wPDXJOmjCVsJMC0cyjBjlHYkSxThave6lVnQo"
+    "3PWNQ9zAiIiCFjNSgqog2Z7EEWoy2mMGZReosjsGa1hqMg7cl0lLOtoRnEJIYmAGDJKGRV2DrNKoS4zq"
+    "JUxPQtLNsMeO4uYTdtW/diaVig33UxFsiXmddYwTo7mAqICwBYEJFgLIRQkFioIsgjJFCCrAUFBCIyEF"
+    "hDVZIChKZCMQBSDAFCBBEMrCUMBRFYKSTqpKVBVILCKAs8j12yRQWKGmgQJQ5rCabIcJmmwJ5AAASQol"
+    "gUQe9eXj68H0I5vyhJKKzI+r2vlbWi+/OSHl94/Zdly0GVNov0vtJelJLhBE2yFXNrQr3UFJZIU59Y8y"
+    "497jFv+FpQ42rqs2VmpVAplKNI+Cgg3pipXPsREQUnRKApArlgs2/Ta8z7WpKP38ursYAfHef1Nv6yWK"
+    "X+m5qD/F3JFOFCQmLLJsQ";

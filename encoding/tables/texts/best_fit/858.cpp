@@ -1,0 +1,16 @@
+// Table text of code page 858, _BestFit_858; best fit. Packed by table_text; see docs/code-pages.md.
+#include "encoding/tables/texts/table_texts.h"
+
+const char _BestFit_858[] =
+    "c4aeUs1wHAABCWmgzMUFZJlNZ6eGTgAADDX////7bvf7E48ImReCWIRc4XydjoQhA9gSMsGUSPP9KPv/"
+    "AAjxZqBgiZIKaeoMeohoeoAxAA0AD1AAAAAAHqBoDRptRo8U9QiaNT1JlNqekyGgeo0DQANNABoA9Q0B"
+    "oAAANBkAAAEGmJiYmAmAmAAAAATAABMAAJgAAAAJoEmpRJqNPUaAAAAGgAANAAAAADQAAAAABkpsYBQl"
+    "IXrlS4EgtxzWMuyWGjQq+kpkhIXUhYkxaZBuaGg3OFWqc9fYmynH28bG7/L32C8nU4i/YSGSZA1OR5Ny"
+    "9u61uOvGYbQKvrCwTj8ay99cK7dtDQVVq6ygAE8mWVcPgVG2QqaKmwoweMK1eUeQqmOOQLDBsDxFKCzf"
+    "wmpF09kRom9EbjLxVBiPgaWJwibYWBCEABkkhFQOWZAK5NwcPVZo12GFJ6n1hQtXzS5DQC9GFDZUDAgI"
+    "mIP1PLy9WpIKRwE4ruXsx2L21/xLnCwDKp4W04jTimEBSFIX7SWJLLNNAJDgzJpIQOUlJgLx1JR5yEo2"
+    "TU6VipbMN+Rqj/1MgUCgVVxjJKYSSCMgrBGMjGIigIQUFkgKqkQppH0NRBmaaiAAsi4KehkljGKixSRO"
+    "U1IMuV/kLEUgsWS5Vt62YhLUFWYKU2NIC1VSJeStgwrKUSEK9N34d63mc27JYjeoA6boELUkFDASBnkM"
+    "PDrwZzpdS0ITEpCCgYKB4V2OLpfGkzodLbAdTpRWWZr3dD7xktIBaMQHA4EIDCIxiE4kAgAJCAfQgAHS"
+    "IwHFKaSYmD5kyv2QvLlTPeY/uvRfrbhy6ylXaWacoUTrsSf/Hy7jn8h2A2jDFx6C89AvTB/i7kinChId"
+    "PDJwA";

@@ -1,0 +1,16 @@
+// Table text of code page 860, _BestFit_860; best fit. Packed by table_text; see docs/code-pages.md.
+#include "encoding/tables/texts/table_texts.h"
+
+const char _BestFit_860[] =
+    "c4aeUs/QFAABCWmgzMUFZJlNZfUyGtgACWv/////I/16HrOKmFbQWYRYxQTEBQUJGdCgFIGWzXP9qt8/"
+    "AAl1i2gahE0jU00h4p5T1Nqeo0yaPSABoGgDRoAAAD1AZAAekNPBQamQgibJqDIA9QADQ9TQ0AMg0AAA"
+    "AAAAAAcAAAAAAAAAAAAAAAAAAAAAEmpJKNBpoNBoABoAAAAADQyAAAAABo0AkpAswoVJaST/MwMC6xo7"
+    "42ViYd4lySZVAiYmtSlYKsIZrRbcZaEZU84V5CrMQ2ijcWZ82qZTQoWBTCAEIDJCAHo8clgq11NrHqHU"
+    "OMPvhKmgUoqpLsptaUPE1IZpmHgkNIZQsKWoMg3SVNgak07DRQwUJ5NJIbDgJgTWUtxn4cUlVNC5BCE+"
+    "y5J0VqBQ9B6QtGKSSwDO2nmoqgAECIJ0zZk2KgyBvBixgno0DzKjHnyUhPmLtKrITq2KfLy6xAwCIySh"
+    "KFYQ8NDDye/vZbXUXCr4HQWwORVyZdkAWQplzSWScW0FAoiCSMjlmZdJA3xLSksiIa6IxMJERwwWU2+p"
+    "aRMjUsRBFSKAjIKCosYDFiosPSysFoQIpICirBUHMtT+MphfMpJAFUUFPUwpIoiKFmLCkuaX5Y1peZcq"
+    "peZWJiYmLeCXhIskQVv2hWG8SkU/rIVEBEUXrsKwqhCGzbdxxbSSkXaMJzmWZBZjMwmEsgV2thp7oQCG"
+    "EgABL8SE6W6RwYYgDaEF28NH46p3FEfOCAYf6V9JUaRVLp3Ix8Ev8irFikx87RnmXK3mhkyTD8slrqhZ"
+    "u3NAYSA5609JGm99uSF33lI7FkhV16LbkDJ5KiUV1mo+nMhaVdNYscJykL8EM0Cf4u5IpwoSD6mQ1sA="
+    "=";

@@ -1,0 +1,26 @@
+// Table text of code page 936, _BestFit_936; best fit. Packed by table_text; see docs/code-pages.md.
+#include "encoding/tables/texts/table_texts.h"
+
+const char _BestFit_936[] =
+    "c4aeUs3QGAABCWmgzMUFZJlNZCJE3OAACnn////////////9K+/+fv37/ak3//fy/va+///f/////f//"
+    "QAz4ODrgcQGpqBSek0NA9QyZNDT1D0jT1NDRkMmjTQMQeU0Mm1GQ00eo0Gh6T0mmhmoMjGoDTTTQZNqB"
+    "ppoZGI0Ghk9T0EHqPNTRMhlB6QBoBoAA0AaBo0yNAAAAAAAZAxGgAAGgAAAAAGQAAAABk0AACqnoeiae"
+    "kNE9SfqbSZNNTTyn5IynoRnqGg0gaDIPSGjEAAAGjCMIyAAGIyYgA0GJkYmmmmmhkGmmh6TRpo2ogaaa"
+    "GmgDQaAABoAyBhAAAAAAAGmgABoGmgADTQAAABoxAAAAGg0A0BIpImoyA0AACZoAAAAAAAZAAAAAAAAA"
+    "CMmTBojATTAIwARkwjAAAA3GkREiPt8ZGSz/qkTuZyt4k5f+ZqVy+TrIytdtMxWdzTZ8TkYwTbHSdb/E"
+    "YKI7o6E1LUmCCVLpRYlGloKS00FHYpw02q/XIChIgc6PAQiUaJZpU5iWnYBNXExSTQmxNqBCAE7YpDVE"
+    "aSp7CO0m0DaE2SrBVJoiasTAMI0kSbAjNJbVik2km0gv8ofRn2YfJgB0ZcRgWilJFM5b7qh2YGRsZeSU"
+    "EVKwJDYSW9avJMow70N1eZtSgEEfx1cidqFkBCy4yhsU57yS7E3IiFq5iBZ7kyg4+9GuRs5ivk6pUubj"
+    "aPQgxyAhfJXMGShfgTaR460DlP6b9eYiA1o1PnB4X9Y66BjgJ0ikWsSjpU2zyLhxOYRLIlq7bzQodpjI"
+    "IoGMMABaIgmsBoYEH7YmPNTqjLtQBxdBHLYyq+6UsYaIyxl5wfgtxQvV7IZ/UkDZUZJsoAG4aYQYv3tU"
+    "JZZp9yf88+rkgPgR2Qjd+Elc4iQ4Jn0g0mdGKAmUEhWBLdxBNBhfoIjClqZQPMeAMChl5lQwAQ4RChIg"
+    "AMDACADo+Ud6nLmPXwRM9QrPR/Kv6FijFp5cacSazWvS0II7AmgYkWdD54oxgXoooMNSIu2bVpwutWXn"
+    "R4ifZ5nFk72BU4uAIDUEYGfl8PpEFarMZG+ILfjG07RdM/SdqY7JUtNE2z3ZrMY+viMtlbJN9oNBqWFp"
+    "2MtWVGH6pPZYi9OHIn6Rk5Quk+Gkzb2TH1b3g/17EptLGcoVcLRv1pcNnoUxGr2TGGar1jGMWupz0Vqz"
+    "DAQd/MXEPQQWbelCohQX0rWJfbxo+ujs3kSCivl/hLarBB8UvIbWEx1Lc6bkc9XcB5A8H4ijzKZPWaZA"
+    "PE9Q5rxHP8Jhd8oECRvfcz8khNNItTLogN38LTzUsrdtkG0RbSXX3aQqy+ZC6atXNSjRr4Q8ORO8o8yM"
+    "SIW7mkRp32qlUDOLkYQ+LKSmfpFvrBDGMI7vUzBZRkwzO4bexBfNxAP2pB6YkWv8YB7Wlj3fmvR4oCqr"
+    "Jd+pgsGNJXVmqYGSYHNYkvAwQuMwAsjPwaBZpqfP1stDPjJVSIVUZZKRMxSj7eigtvw4LeSNgeIgFoWp"
+    "HBWRo8gJutOEoQFPHMzwOWX3Iw9LpheJ3yTgv0CcqmA/kUiBYi7ooROobPDu9OxsYdVk3J/JQTojSEEc"
+    "YyZB2QcQY77tABcRh7CNXLHcehcprsT5IBITzHS4AQn78HGZJQbJDw5fan2VrREe2urXAzmtvxgLY2qV"
+    "vVugcP+LuSKcKEgESJucA";

@@ -1,0 +1,131 @@
+// Tests of what streams write for characters that the target lacks: other characters, of which they
+// tell.
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "encoding/approximations.h"
+#include "tests/stream_support.h"
+
+using namespace std::string_literals;
+
+namespace {
+
+constexpr int kUtf8 = 65001;
+
+// "offset+length line U+hex as text", for each.
+std::string describe(const std::vector<StreamError>& approximations) {
+  std::string text;
+  for (const StreamError& a : approximations) {
+    char place[64];
+    std::snprintf(place, sizeof place, "%llu+%u line %llu U+%04X as ",
+                  static_cast<unsigned long long>(a.offset), a.length,
+                  static_cast<unsigned long long>(a.line), static_cast<unsigned int>(a.codePoint));
+    text += (text.empty() ? "" : ", ") + (place + std::string(a.written));
+  }
+  return text;
+}
+
+struct Writing {
+  int from, to;
+  std::string treatment, input, output, approximations;
+  std::size_t errors = 0;
+};
+
+void expectAll(const std::vector<Writing>& writings) {
+  for (const Writing& w : writings) {
+    SCOPED_TRACE(std::to_string(w.to) + " " + w.treatment + " of " + hex(w.input));
+    const StreamSettings settings = settingsFor(w.from, w.to, w.treatment);
+    const StreamResult result = stream(settings, w.input);
+    EXPECT_EQ(hex(result.text), hex(w.output));
+    EXPECT_EQ(describe(result.approximations), w.approximations);
+    EXPECT_EQ(result.errors.size(), w.errors);
+    EXPECT_EQ(result, stream(settings, w.input, [] { return 1; }));
+    // Without a handler the same is written and counted.
+    StreamConverter quiet;
+    DataBuffer out;
+    EXPECT_EQ(quiet.begin(settings), StreamStatus::kGood);
+    StreamStatus status = quiet.push(bytesOf(w.input), w.input.size(), out);
+    if (status == StreamStatus::kGood) status = quiet.finish(out);
+    EXPECT_EQ(status, result.status);
+    EXPECT_EQ(textOf(out), result.text);
+    EXPECT_EQ(quiet.approximationCount(), result.approximations.size());
+    if (!result.approximations.empty()) {
+      EXPECT_EQ(quiet.firstApproximation(), result.approximations[0]);
+    }
+  }
+}
+
+}  // namespace
+
+TEST(StreamWriting, TellsOfWhatATableWritesAsSomethingElse) {
+  expectAll({
+      {kUtf8, 932, "stop", "a\u00A0b\n¥日", "a b\n\\\x93\xFA",
+       "1+2 line 1 U+00A0 as  , 5+2 line 2 U+00A5 as \\"},
+      {kUtf8, 50220, "stop", "日\u00A0本", "\x1B$BF|\x1B(B \x1B$BK\\\x1B(B",
+       "3+2 line 1 U+00A0 as  "},
+      {1252, 20127, "drop", "\xA0x\xA0\xE9", " x ",
+       "0+1 line 1 U+00A0 as  , 2+1 line 1 U+00A0 as  ", 1},
+      {1200, 28596, "hex", "\x61\x06\xF9\x06\x31\0"s, "191",
+       "0+2 line 1 U+0661 as 1, 2+2 line 1 U+06F9 as 9"},
+      {kUtf8, 51932, "stop", "\uE060", "\xF0\xA1", "0+3 line 1 U+E060 as \u965D"},
+      // What reads back as it was, or as text that means the same, is no approximation.
+      {kUtf8, 1258, "stop", "Ắ\u00A0", "\xC3\xEC\xA0", ""},
+      {932, 932, "stop", "\x5C\xA0", "\x5C\xA0", ""},
+  });
+}
+
+TEST(StreamWriting, TriesBestFits) {
+  expectAll({
+      {kUtf8, 1252, "best-fit,substitute=?", "ąＡ？\u2212\u4E00", "aA?-?",
+       "0+2 line 1 U+0105 as a, 2+3 line 1 U+FF21 as A, 5+3 line 1 U+FF1F as ?, 8+3 line 1 U+2212 "
+       "as -",
+       1},
+      {kUtf8, 1252, "best-fit", "ą\u4E00x", "a", "0+2 line 1 U+0105 as a", 1},
+      {kUtf8, 1252, "best-fit,drop", "\u4E00ą\xFF\U0001F600z", "az", "3+2 line 1 U+0105 as a", 3},
+      {kUtf8, 932, "best-fit,hex", "〜‖−—¢£¬‾ą",
+       "\x81\x60\x81\x61\x81\x7C\x81\x5C\x81\x91\x81\x92\x81\xCA~&#x0105;",
+       "0+3 line 1 U+301C as ～, 3+3 line 1 U+2016 as ∥, 6+3 line 1 U+2212 as －, 9+3 line 1 "
+       "U+2014 as ―, 12+2 line 1 U+00A2 as ￠, 14+2 line 1 U+00A3 as ￡, 16+2 line 1 U+00AC as ￢, "
+       "18+3 line 1 U+203E as ~",
+       1},
+      {kUtf8, 50221, "best-fit", "日〜", "\x1B$BF|!A\x1B(B", "3+3 line 1 U+301C as ～"},
+      {1252, 51932, "best-fit", "\xAC", "\xA2\xCC", "0+1 line 1 U+00AC as ￢"},
+      {1252, 866, "best-fit", "\xAB", "<", "0+1 line 1 U+00AB as <"},
+      {kUtf8, kUtf8, "best-fit", "ą", "ą", ""},
+      {kUtf8, 10000, "best-fit,substitute", "Ą", "?", "", 1},  // which has none
+  });
+}
+
+// Every best fit is a character of its code page, for one that it lacks.
+TEST(StreamWriting, HasBestFitsForWhatIsLackingOnly) {
+  std::size_t pages = 0;
+  for (const EncodingRow& row : encodingRows()) {
+    if (row.bestFit == nullptr) continue;
+    SCOPED_TRACE(row.number);
+    ++pages;
+    std::size_t fits = 0;
+    for (char32_t unit = 1; unit < 0x10000; ++unit) fits += fast::hasBestFit(row.number, unit) ? 1 : 0;
+    EXPECT_GE(fits, 7u);
+  }
+  EXPECT_GT(pages, 80u);
+}
+
+TEST(StreamWriting, ReadsWhatIsTriedInFrontOfATreatment) {
+  StreamSettings settings;
+  for (const auto& [text, treatment] :
+       {std::pair{"best-fit", StreamTreatment::kStop},
+        {"best-fit,best-fit,drop", StreamTreatment::kDrop},
+        {"best-fit,substitute=a,best-fit", StreamTreatment::kSubstitute}}) {
+    ASSERT_TRUE(parseStreamTreatment(text, settings)) << text;
+    EXPECT_TRUE(settings.bestFit);
+    EXPECT_EQ(settings.treatment, treatment);
+  }
+  EXPECT_EQ(settings.substitute, "a,best-fit");
+  for (const char* text : {"best-fit,", ",best-fit", "drop,best-fit", "best-fit=a", "bestfit"}) {
+    EXPECT_FALSE(parseStreamTreatment(text, settings)) << text;
+  }
+  ASSERT_TRUE(parseStreamTreatment("hex", settings));
+  EXPECT_FALSE(settings.bestFit);
+}
