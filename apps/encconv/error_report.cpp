@@ -4,6 +4,7 @@
 #include <cstdio>
 
 #include "encoding/approximations.h"
+#include "encoding/composer.h"
 #include "support/charset_naming.h"
 #include "support/utf.h"
 
@@ -74,6 +75,10 @@ std::string adviceFor(const StreamError& error, const StreamSettings& settings) 
     return "check -f (--detect may help), or go on with --on-error";
   }
   const std::string advice = "choose another -t, such as utf-8, or go on with --on-error";
+  const auto character = static_cast<std::uint32_t>(error.codePoint);
+  if (!settings.compose && error.codePoint >= 0 && fast::isTakenApart(character)) {
+    return advice + " compose, which joins letters and marks";
+  }
   const bool hasOther = error.codePoint >= 0 && !settings.bestFit &&
                         fast::hasBestFit(settings.to, static_cast<char32_t>(error.codePoint));
   return hasOther ? advice + " best-fit, which writes a similar character" : advice;

@@ -66,10 +66,13 @@ encoding does not have.
 In front of a treatment may stand, each with a comma behind it, what to try
 first for a character that the output encoding does not have:
 
+  compose           the one character that a letter and the marks behind it make,
+                    as for file names of Macs; not from encodings with shifts
   best-fit          the similar character that Windows writes in that encoding:
                     a for a with ogonek, an ASCII letter for a full-width one
 
-Alone it means that nothing else is done: best-fit is best-fit,stop.
+They are tried in this order; alone they mean that nothing else is done:
+best-fit is best-fit,stop.
 
 Some encodings have no place for a character but write another for it without
 being asked: Shift_JIS a backslash for the yen sign, a space for a no-break
@@ -83,6 +86,7 @@ characters were approximated, and the exit status is 0; --strict makes it 1,
 Examples:
   encconv -f utf-8 -t windows-1252 --on-error hex page.html
   encconv -f utf-8 -t windows-1250 --on-error best-fit,substitute notes.txt
+  encconv -f utf-8 -t euc-jp --on-error compose,best-fit names.txt
   encconv -f utf-8 -t utf-8 --on-error substitute --strict log.txt
   encconv -f utf-8 -t utf-8 --on-error alternate=windows-1252 mixed.txt
 )"},

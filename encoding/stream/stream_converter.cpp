@@ -104,6 +104,12 @@ StreamStatus StreamConverter::Core::open(int from) {
     m_stage = SourceStage::make(*m_plan->source);
     if (m_stage == nullptr) return StreamStatus::kNoMemory;
   }
+  // A stage cannot take single characters back that wait for marks.
+  m_composer.reset();
+  if (m_settings.compose && m_stage == nullptr && m_plan->encoding.tableRow != nullptr) {
+    m_composer.reset(new (std::nothrow) fast::Composer);
+    if (m_composer == nullptr) return StreamStatus::kNoMemory;
+  }
   if (m_plan->target->form == EncodingForm::kCodec) {
     m_isCopied = isSame() && m_plan->target->codec->isStateless;
     const Codec& codec = *m_plan->target->codec;
