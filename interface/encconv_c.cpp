@@ -55,6 +55,9 @@ void fillProblem(const StreamError& error, encconv_problem& problem) {
   problem.byte_count = error.byteCount;
   static_assert(sizeof problem.bytes == sizeof error.bytes);
   std::copy(std::begin(error.bytes), std::end(error.bytes), problem.bytes);
+  problem.approximated = error.kind == StreamErrorKind::kApproximated ? 1 : 0;
+  static_assert(sizeof problem.written == sizeof error.written);
+  std::copy(std::begin(error.written), std::end(error.written), problem.written);
 }
 
 std::string_view treatmentOf(const char* text) {
@@ -99,6 +102,8 @@ encconv_status convert(int from, int to, const void* data, std::size_t size, con
   }
   if (firstProblem != nullptr && stream.errorCount() != 0) {
     fillProblem(stream.firstError(), *firstProblem);
+  } else if (firstProblem != nullptr && stream.approximationCount() != 0) {
+    fillProblem(stream.firstApproximation(), *firstProblem);
   }
   return status;
 }
@@ -225,6 +230,16 @@ uint64_t encconv_problem_count(const encconv_stream* stream) {
 int encconv_first_problem(const encconv_stream* stream, encconv_problem* problem) {
   if (problem == nullptr || encconv_problem_count(stream) == 0) return 0;
   fillProblem(stream->stream.firstError(), *problem);
+  return 1;
+}
+
+uint64_t encconv_approximation_count(const encconv_stream* stream) {
+  return stream == nullptr ? 0 : stream->stream.approximationCount();
+}
+
+int encconv_first_approximation(const encconv_stream* stream, encconv_problem* problem) {
+  if (problem == nullptr || encconv_approximation_count(stream) == 0) return 0;
+  fillProblem(stream->stream.firstApproximation(), *problem);
   return 1;
 }
 

@@ -39,6 +39,8 @@ typedef struct encconv_problem {
   int malformed;            ///< 1: the input is no text of its encoding
   uint32_t byte_count;      ///< valid entries of bytes
   unsigned char bytes[16];  ///< the first bytes of the piece
+  int approximated;         ///< 1: the target lacks the character, and another was written for it
+  char written[16];         ///< that one, in UTF-8 that ends with NUL
 } encconv_problem;
 
 /// What is known of an encoding. The texts end with NUL, are the library's own and stay valid.
@@ -69,10 +71,11 @@ ENCCONV_API int encconv_code_page_at(size_t index, encconv_code_page* page);
 
 /// Converts size bytes. treatment says what to do about text that cannot be converted, as behind
 /// the tool's --on-error: "stop", "drop", "substitute", "substitute=TEXT", "substitute=0xHH...",
-/// "hex", "alternate=CODEPAGE" or "raw"; null means "stop". *output becomes the converted bytes, to
+/// "hex", "alternate=CODEPAGE" or "raw", each also behind "compose," and "best-fit,"; null means
+/// "stop". *output becomes the converted bytes, to
 /// be freed with encconv_free(), and *output_size their number; both are set whatever the status,
 /// null and 0 when there is nothing. first_problem may be null; it is filled in when there was a
-/// problem, else its length becomes 0.
+/// problem, else with the first character that another was written for; else its length becomes 0.
 ENCCONV_API encconv_status encconv_convert(int from, int to, const void* data, size_t size,
                                            const char* treatment, unsigned char** output,
                                            size_t* output_size, encconv_problem* first_problem);
@@ -115,6 +118,10 @@ ENCCONV_API void encconv_clear_output(encconv_stream* stream);
 ENCCONV_API uint64_t encconv_problem_count(const encconv_stream* stream);
 /// Fills in the first of them; 0 when there is none, else 1.
 ENCCONV_API int encconv_first_problem(const encconv_stream* stream, encconv_problem* problem);
+/// How many characters others were written for so far.
+ENCCONV_API uint64_t encconv_approximation_count(const encconv_stream* stream);
+/// Fills in the first of them; 0 when there is none, else 1.
+ENCCONV_API int encconv_first_approximation(const encconv_stream* stream, encconv_problem* problem);
 /// Frees the stream, finished or not. Null is ignored.
 ENCCONV_API void encconv_close(encconv_stream* stream);
 
