@@ -86,7 +86,7 @@ characters were approximated, and the exit status is 0; --strict makes it 1,
 Examples:
   encconv -f utf-8 -t windows-1252 --on-error hex page.html
   encconv -f utf-8 -t windows-1250 --on-error best-fit,substitute notes.txt
-  encconv -f utf-8 -t euc-jp --on-error compose,best-fit names.txt
+  encconv -f utf-8 -t shift_jis --on-error compose,best-fit names.txt
   encconv -f utf-8 -t utf-8 --on-error substitute --strict log.txt
   encconv -f utf-8 -t utf-8 --on-error alternate=windows-1252 mixed.txt
 )"},
