@@ -6,6 +6,7 @@
 #include <memory>
 #include <new>
 
+#include "encoding/accent_pairs.h"
 #include "encoding/codecs/codec.h"
 #include "encoding/kernels/cpu_dispatch.h"
 #include "encoding/special_code_pages.h"
@@ -244,6 +245,7 @@ ShortConvert* findWhole(const Plan& plan) {
   // What must be read in order, and marks of four bytes, are a stream's business.
   if (from == EncodingForm::kCodec || plan.target->form == EncodingForm::kCodec) return nullptr;
   if (from == EncodingForm::kUtf32 || plan.source->reordersMacArabic) return nullptr;
+  if (from != plan.decoding.form) return nullptr;
   if (plan.direct != nullptr) return wholeDirect;
   const bool isPivot = from == EncodingForm::kUtf16 && !plan.decoding.bigEndian;
   return isPivot ? wholeEncode : wholeTwoSteps;
@@ -254,6 +256,14 @@ ShortConvert* findWhole(const Plan& plan) {
 const EncodingRow* rowBehindCodec(const EncodingRow* row) {
   const bool hasCodec = row != nullptr && row->form == EncodingForm::kCodec;
   return hasCodec ? findEncodingRow(row->codec->codePage) : row;
+}
+
+// The row of the text that the decoder reads. Streams join accents and letters first.
+const EncodingRow* decodedRow(const Plan& plan) {
+  constexpr int kUtf16 = 1200;
+  const bool isJoined =
+      plan.reader == Reader::kStream && plan.from != plan.to && hasAccentPairs(*plan.source);
+  return isJoined ? findEncodingRow(kUtf16) : rowBehindCodec(plan.source);
 }
 
 bool openDecoding(const EncodingRow& row, Reader reader, Decoding& decoding) {
@@ -304,10 +314,12 @@ void findLineFeed(Plan& plan) {
 }
 
 bool fill(Plan& plan) {
-  const EncodingRow* const source = rowBehindCodec(plan.source);
+  const EncodingRow* const source = decodedRow(plan);
   const EncodingRow* const target = rowBehindCodec(plan.target);
   plan.kernels = &kernels();
   plan.isCopy = source == target;
+  LogBase silent;
+  if (source != plan.source && !ensureToUnicode(*plan.source, silent)) return false;
   if (!openDecoding(*source, plan.reader, plan.decoding)) return false;
   if (!plan.isCopy && !openEncoding(*target, plan.reader, plan.encoding)) return false;
   if (plan.isCopy) {

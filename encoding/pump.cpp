@@ -18,8 +18,8 @@ std::size_t utf8Bytes(unsigned int unit) {
   return 1u + (unit >= 0x80 ? 1u : 0u) + (unit >= 0x800 && !isSurrogate(unit) ? 1u : 0u);
 }
 
-// The bytes that the source has for each unit of well-formed text: of a pair, for its first unit
-// all or half of them.
+}  // namespace
+
 std::size_t sourceBytes(const Plan& plan, unsigned int unit, const unsigned char* in) {
   switch (plan.decoding.form) {
     case EncodingForm::kUtf8:
@@ -37,8 +37,6 @@ std::size_t sourceBytes(const Plan& plan, unsigned int unit, const unsigned char
       return 1;
   }
 }
-
-}  // namespace
 
 // The first piece of a long text tells how much the rest will take.
 std::uint64_t Pump::expected() const {
@@ -64,7 +62,7 @@ Pump::Stop Pump::run(Output& out) {
       out.next = r.out;
       if (m_unit != m_unitEnd && out.room() >= kKernelSlack) return Stop::kUnmappable;
     }
-    if (m_plan->direct != nullptr) return runDirect(out);
+    if (m_plan->direct != nullptr && m_composer == nullptr) return runDirect(out);
     if (m_tellsBlocks && m_hasBlock) {
       m_hasBlock = false;
       return Stop::kBlock;
@@ -73,6 +71,7 @@ Pump::Stop Pump::run(Output& out) {
       m_isStopped = false;
       return Stop::kMalformed;
     }
+    if (m_isHeld) return Stop::kEnd;
     if (m_in == m_end) return Stop::kEnd;
     decodeBlock();
   }
@@ -89,7 +88,27 @@ void Pump::decodeBlock() {
   m_hasBlock = m_unit != m_unitEnd;
   // UTF-16 is left in front of half a pair as well, which may be whole in the next block.
   const bool mayBeCut = m_plan->decoding.form == EncodingForm::kUtf16 && m_hasBlock;
-  m_isStopped = m_in != m_end && bytesBetween(r.out, blockEnd) >= kKernelSlack && !mayBeCut;
+  const bool isFull = bytesBetween(r.out, blockEnd) < kKernelSlack;
+  m_isStopped = m_in != m_end && !isFull && !mayBeCut;
+  if (m_composer != nullptr) composeBlock(isFull);
+}
+
+// Composes the block. The character that it ends with is decoded again where more may belong to it:
+// with the next block, or with the next text.
+void Pump::composeBlock(bool isFull) {
+  constexpr std::size_t kMaxCut = 8;  // of a character that the end of the text cuts
+  const std::size_t left = bytesBetween(m_in, m_end);
+  const bool isEnd = left == 0 || (left < kMaxCut && !isFull);
+  const bool waits = isEnd && !m_composer->isLast();
+  m_blockIn = m_walkedIn;
+  m_anchor = 0;
+  std::size_t size = bytesBetween(m_block, m_unitEnd);
+  const bool isHeld = m_composer->run(m_block, size, m_blockIn, waits || (isFull && left != 0));
+  m_unitEnd = m_block + size;
+  if (!isHeld) return;
+  m_in = m_blockIn + m_composer->sourceUsed();
+  m_isStopped = false;
+  m_isHeld = waits;
 }
 
 Pump::Stop Pump::runDirect(Output& out) {
@@ -124,7 +143,18 @@ std::size_t Pump::pivotOffset() const {
   return m_pivotBytes - bytesBetween(m_unit, m_unitEnd);
 }
 
+// Goes on to behind the composed units in front of one.
+void Pump::passAnchors(const unsigned char* unit) {
+  for (; m_anchor < m_composer->anchorCount(); ++m_anchor) {
+    const Composer::Anchor& anchor = m_composer->anchors()[m_anchor];
+    if (m_block + anchor.unit >= unit) return;
+    m_walkedUnit = m_block + anchor.unit + 2;
+    m_walkedIn = m_blockIn + anchor.offset + anchor.length;
+  }
+}
+
 const unsigned char* Pump::sourceOf(const unsigned char* unit) {
+  if (m_composer != nullptr) passAnchors(unit);
   if (unit <= m_walkedUnit) return m_walkedIn;
   const unsigned char* walked = m_walkedUnit;
   const unsigned char* in = m_walkedIn;
@@ -146,6 +176,10 @@ const unsigned char* Pump::sourceOf(const unsigned char* unit) {
 }
 
 std::size_t Pump::sourceLength(const unsigned char* unit, std::size_t bytes) const {
+  if (m_composer != nullptr && m_anchor < m_composer->anchorCount() &&
+      m_block + m_composer->anchors()[m_anchor].unit == unit) {
+    return m_composer->anchors()[m_anchor].length;
+  }
   std::size_t length = 0;
   for (std::size_t i = 0; i < bytes; i += 2) {
     length += sourceBytes(*m_plan, loadUnit(unit + i), m_walkedIn + length);

@@ -6,16 +6,12 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "encoding/composer.h"
 #include "encoding/output.h"
 #include "encoding/plan.h"
+#include "encoding/pump_block.h"
 
 namespace fast {
-
-// Where text lies between the two steps; it stays in the first-level cache. What it holds does not
-// matter before and after a text.
-struct PumpBlock {
-  alignas(32) unsigned char bytes[8192 + kKernelSlack];
-};
 
 // One text, or one part of a text. The source and the block must stay where they are.
 class Pump {
@@ -29,18 +25,21 @@ class Pump {
   };
 
   // Begins a text. tellsBlocks: run() returns for each block, while the units of it can be seen.
+  // With a composer, which was started, and a plan with a table for its target, characters are put
+  // together; at the end in() may then be in front of a character that what follows may change.
   void start(const Plan& plan, PumpBlock& block, const unsigned char* in,
-             const unsigned char* inEnd, bool tellsBlocks = false) {
+             const unsigned char* inEnd, bool tellsBlocks = false, Composer* composer = nullptr) {
     m_plan = &plan;
+    m_composer = composer;
     m_block = block.bytes;
     m_begin = m_in = m_walkedIn = in;
     m_end = inEnd;
     m_unit = m_unitEnd = m_walkedUnit = m_block;
     m_pivotBytes = m_written = 0;
-    m_isStopped = m_hasBlock = false;
+    m_isStopped = m_isHeld = m_hasBlock = false;
     m_tellsBlocks = tellsBlocks;
     m_isPivot = plan.decoding.form == EncodingForm::kUtf16 && plan.direct == nullptr &&
-                !plan.decoding.bigEndian;
+                !plan.decoding.bigEndian && composer == nullptr;
     if (!m_isPivot) return;
     m_unit = m_walkedUnit = in;
     m_in = m_unitEnd = inEnd;
@@ -75,6 +74,8 @@ class Pump {
  private:
   bool makeRoom(Output& out);
   void decodeBlock();
+  void composeBlock(bool isFull);
+  void passAnchors(const unsigned char* unit);
   Stop runDirect(Output& out);
   Stop stopDirect();
   std::uint64_t expected() const;
@@ -94,6 +95,11 @@ class Pump {
   bool m_isStopped = false;  // the decoder stopped behind the block at hand
   bool m_hasBlock = false;   // which was not told yet
   bool m_tellsBlocks = false;
+  Composer* m_composer = nullptr;
+  const unsigned char* m_blockIn =
+      nullptr;               // with a composer: where the block begins in the source
+  std::size_t m_anchor = 0;  // the first anchor that sourceOf() has not come past
+  bool m_isHeld = false;     // the text behind the block at hand waits for more
 };
 
 }  // namespace fast

@@ -36,6 +36,8 @@ class Problem(Sized):
         ("malformed", ctypes.c_int),
         ("byte_count", ctypes.c_uint32),
         ("bytes", ctypes.c_ubyte * 16),
+        ("approximated", ctypes.c_int),
+        ("written", ctypes.c_char * 16),
     ]
 
 

@@ -30,7 +30,10 @@ class Errors : public StreamErrorHandler {
       check(error.offset >= m_last, "errors come in the order of the source");
       m_last = error.offset;
     }
-    pieces.push_back({error.offset, error.length});
+    // What another character is written for is not left out.
+    if (error.kind != StreamErrorKind::kApproximated) {
+      pieces.push_back({error.offset, error.length});
+    }
     digest = digest * 31 + error.offset * 5 + error.length * 3 + error.line * 7 +
              static_cast<std::uint32_t>(error.codePoint);
   }
@@ -159,7 +162,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   StreamSettings settings;
   settings.from = input.choice(kFuzzCodePages);
   settings.to = input.choice(kFuzzCodePages);
-  settings.treatment = static_cast<StreamTreatment>(input.byte() % 6);
+  const unsigned int treatment = input.byte();
+  settings.treatment = static_cast<StreamTreatment>(treatment % 6);
+  settings.compose = (treatment & 0x40) != 0;
+  settings.bestFit = (treatment & 0x80) != 0;
   settings.alternate = input.choice(kFuzzCodePages);
   const unsigned int flags = input.byte();
   if ((flags & 1) != 0) settings.from = kCodePageHz;

@@ -36,6 +36,7 @@ StreamSettings settingsOf(Encoding from, Encoding to, const Options& options) {
   settings.alternate = options.alternate.code_page();
   settings.writeMark = options.byte_order_mark;
   settings.pdfPassthrough = options.pdf_passthrough;
+  settings.compose = options.compose;
   settings.bestFit = options.best_fit;
   return settings;
 }
@@ -178,6 +179,7 @@ bool parse_on_error(std::string_view text, Options& options) {
   options.on_error = static_cast<OnError>(settings.treatment);
   options.substitute = settings.hasSubstitute ? std::optional(settings.substitute) : std::nullopt;
   options.substitute_is_raw = settings.substituteIsRaw;
+  options.compose = settings.compose;
   options.best_fit = settings.bestFit;
   if (settings.alternate != 0) options.alternate = settings.alternate;
   return true;

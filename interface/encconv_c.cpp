@@ -48,13 +48,20 @@ void fill(Struct* given, Struct known) {
   std::memcpy(given, &known, std::min(known.struct_size, sizeof known));
 }
 
+// What the caller's structure says, and what the initialiser does where it says nothing.
+template <typename Struct>
+Struct read(const Struct* given, Struct initial) {
+  std::memcpy(&initial, given, std::min(given->struct_size, sizeof initial));
+  return initial;
+}
+
 // The caller's options, with nothing asked for that the caller did not know of. False when the
 // structure has no size, or asks for something that this library does not know of.
 bool readOptions(const encconv_options* given, encconv_options& options) {
   options = ENCCONV_OPTIONS_INIT;
   if (given == nullptr) return true;
   if (!isSized(given)) return false;
-  std::memcpy(&options, given, std::min(given->struct_size, sizeof options));
+  options = read(given, options);
   const auto* const bytes = reinterpret_cast<const unsigned char*>(given);
   return given->struct_size <= sizeof options ||
          std::all_of(bytes + sizeof options, bytes + given->struct_size,
@@ -62,8 +69,13 @@ bool readOptions(const encconv_options* given, encconv_options& options) {
 }
 
 bool isUsable(const encconv_result* result) {
-  return result == nullptr ||
-         (isSized(result) && (result->first_problem == nullptr || isSized(result->first_problem)));
+  const auto isNoneOrSized = [](const encconv_problem* problem) {
+    return problem == nullptr || isSized(problem);
+  };
+  if (result == nullptr) return true;
+  if (!isSized(result)) return false;
+  const encconv_result known = read<encconv_result>(result, ENCCONV_RESULT_INIT);
+  return isNoneOrSized(known.first_problem) && isNoneOrSized(known.first_approximation);
 }
 
 // ---- Words of the stream in words of C. ----
@@ -102,6 +114,9 @@ encconv_problem problemOf(const StreamError& error) {
   problem.byte_count = error.byteCount;
   static_assert(sizeof problem.bytes == sizeof error.bytes);
   std::copy(std::begin(error.bytes), std::end(error.bytes), problem.bytes);
+  problem.approximated = error.kind == StreamErrorKind::kApproximated ? 1 : 0;
+  static_assert(sizeof problem.written == sizeof error.written);
+  std::copy(std::begin(error.written), std::end(error.written), problem.written);
   return problem;
 }
 
@@ -138,11 +153,14 @@ bool areForProblems(const encconv_options& options) {
 
 void report(const StreamConverter& stream, encconv_result* result) {
   if (result == nullptr) return;
-  encconv_result known = ENCCONV_RESULT_INIT;
-  known.first_problem = result->first_problem;
+  encconv_result known = read<encconv_result>(result, ENCCONV_RESULT_INIT);
   known.problem_count = stream.errorCount();
+  known.approximation_count = stream.approximationCount();
   if (known.first_problem != nullptr && known.problem_count != 0) {
     fill(known.first_problem, problemOf(stream.firstError()));
+  }
+  if (known.first_approximation != nullptr && known.approximation_count != 0) {
+    fill(known.first_approximation, problemOf(stream.firstApproximation()));
   }
   fill(result, known);
 }
@@ -154,8 +172,12 @@ encconv_status convert(int from, int to, const void* data, std::size_t size,
   encconv_options options;
   if (!readOptions(given, options)) return ENCCONV_MISUSE;
   if (result != nullptr) {
-    result->problem_count = 0;
-    if (result->first_problem != nullptr) fill(result->first_problem, ENCCONV_PROBLEM_INIT);
+    encconv_result nothing = read<encconv_result>(result, ENCCONV_RESULT_INIT);
+    nothing.problem_count = nothing.approximation_count = 0;
+    for (encconv_problem* const first : {nothing.first_problem, nothing.first_approximation}) {
+      if (first != nullptr) fill<encconv_problem>(first, ENCCONV_PROBLEM_INIT);
+    }
+    fill(result, nothing);
   }
   if (areForProblems(options)) {
     unsigned char written[fast::kShortOutput];
@@ -332,6 +354,16 @@ uint64_t encconv_problem_count(const encconv_stream* stream) {
 int encconv_first_problem(const encconv_stream* stream, encconv_problem* problem) {
   if (!isSized(problem) || encconv_problem_count(stream) == 0) return 0;
   fill(problem, problemOf(stream->stream.firstError()));
+  return 1;
+}
+
+uint64_t encconv_approximation_count(const encconv_stream* stream) {
+  return stream == nullptr ? 0 : stream->stream.approximationCount();
+}
+
+int encconv_first_approximation(const encconv_stream* stream, encconv_problem* problem) {
+  if (!isSized(problem) || encconv_approximation_count(stream) == 0) return 0;
+  fill(problem, problemOf(stream->stream.firstApproximation()));
   return 1;
 }
 

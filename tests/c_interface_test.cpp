@@ -33,6 +33,8 @@ std::string describe(const encconv_problem& problem) {
     std::snprintf(text, sizeof text, " %02X", problem.bytes[i]);
     all += text;
   }
+  EXPECT_EQ(problem.approximated == 1, problem.written[0] != 0);
+  if (problem.approximated != 0) all += std::string(" as ") + problem.written;
   return all;
 }
 
@@ -59,6 +61,12 @@ TEST(Interface, ServesC) {
        .status = ENCCONV_STOPPED,
        .output = "a",
        .problem = "1+1, line 1, malformed: FF"},
+      {.from = 65001,
+       .to = 932,
+       .input = "a\u00A0\u301C",
+       .treatment = "compose,best-fit",
+       .output = "a \x81\x60",
+       .problem = "1+2, line 1, U+00A0: C2 A0 as  "},
       {.from = 1252, .to = 1252, .input = large, .output = large},
       {.from = 65001, .to = 1251, .input = ""},
       {.from = 65001, .to = 1200, .input = "a", .output = "\xFF\xFE\x61\0"s, .mark = true},
@@ -102,6 +110,19 @@ TEST(Interface, ServesC) {
     EXPECT_EQ(status, canBegin ? ENCCONV_OK : c.status);
     encconv_close(stream);
   }
+}
+
+TEST(Interface, CountsApproximationsForC) {
+  encconv_stream* const stream = encconv_open(65001, 932, "drop", nullptr);
+  encconv_problem problem;
+  EXPECT_EQ(encconv_first_approximation(stream, &problem), 0);
+  EXPECT_EQ(encconv_push(stream, "\xC2\xA5\xC2\xA0", 4), ENCCONV_OK);
+  EXPECT_EQ(encconv_finish(stream), ENCCONV_OK);
+  EXPECT_EQ(encconv_problem_count(stream), 0u);
+  EXPECT_EQ(encconv_approximation_count(stream), 2u);
+  ASSERT_EQ(encconv_first_approximation(stream, &problem), 1);
+  EXPECT_EQ(describe(problem), "0+2, line 1, U+00A5: C2 A5 as \\");
+  encconv_close(stream);
 }
 
 // What is null is an error or nothing, never a crash.

@@ -227,7 +227,8 @@ ConversionResult runWithFault(EncodingConvert& converter, const Case& c, const s
 // The treatment that comes next to the error action.
 std::string treatmentOf(const Case& c) {
   static constexpr const char* kTreatments[] = {
-      "drop", "substitute=0x3F21", "hex", "drop", "drop", "drop", "raw", "raw", "substitute=[?]"};
+      "drop", "substitute=0x3F21", "compose,best-fit,hex", "drop", "drop", "drop", "raw",
+      "raw",  "substitute=[?]"};
   return c.action == 6 ? "alternate=" + std::to_string(c.alternate) : kTreatments[c.action];
 }
 

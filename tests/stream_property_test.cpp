@@ -115,7 +115,7 @@ std::string describe(int from, int to, const std::string& text) {
 
 const std::string kTreatments[] = {
     "stop", "drop",           "substitute", "substitute=[?]", "substitute=0x3F21",
-    "hex",  "alternate=1252", "raw",        "best-fit,hex"};
+    "hex",  "alternate=1252", "raw",        "best-fit,hex",   "compose,hex"};
 
 }  // namespace
 

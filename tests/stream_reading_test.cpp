@@ -29,7 +29,8 @@ TEST(StreamReading, KnowsCodesThatAreOnlyRead) {
       {932, "87 90 87 9C FA 54 EE F9 FA 4A", "≒∪￢￢Ⅰ", "81 E0 81 BE 81 CA 81 CA 87 54"},
       {950, "A2 A4 A2 A7 A2 CC F9 FA", "═╡十╭", "F9 F9 F9 EB A4 51 A2 7E"},
       {51932, "A4 A2 AD F0 FC FB", "あ≒￢", "A4 A2 A2 E2 A2 CC"},
-      {20261, "41 9E 9F", "A\u009E\u009F", ""},
+      // Accents stand before their letters, and before a space by themselves.
+      {20261, "41 9E 9F C2 65 C8 75 C2 20 C2 C2 65 C2", "A\u009E\u009Féü´´é´", ""},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.page);

@@ -106,10 +106,52 @@ TEST(StreamWriting, HasBestFitsForWhatIsLackingOnly) {
     SCOPED_TRACE(row.number);
     ++pages;
     std::size_t fits = 0;
-    for (char32_t unit = 1; unit < 0x10000; ++unit) fits += fast::hasBestFit(row.number, unit) ? 1 : 0;
+    for (char32_t unit = 1; unit < 0x10000; ++unit)
+      fits += fast::hasBestFit(row.number, unit) ? 1 : 0;
     EXPECT_GE(fits, 7u);
   }
   EXPECT_GT(pages, 80u);
+}
+
+TEST(StreamWriting, ComposesWhatItsTargetLacksTakenApart) {
+  expectAll({
+      {kUtf8, 1252, "compose", "Re\u0301sume\u0301 u\u0308\n", "R\xE9sum\xE9 \xFC\n", ""},
+      {kUtf8, 932, "compose", "か\u3099き\u3099く\n", "\x82\xAA\x82\xAC\x82\xAD\n", ""},
+      {kUtf8, 50220, "compose", "は\u309A", "\x1B$B$Q\x1B(B", ""},
+      {kUtf8, 949, "compose", "\u1112\u1161\u11AB\u1100\u1173\u11AF", "\xC7\xD1\xB1\xDB", ""},
+      {kUtf8, 51949, "compose", "\u1100\u1161x", "\xB0\xA1x", ""},
+      {1201, 1252, "compose", "\0\x65\x03\x01\0\x65"s, "\xE9\x65", ""},
+      {12000, 1252, "compose", "e\0\0\0\x01\x03\0\0"s, "\xE9", ""},
+      // Encodings with a codec are not composed from.
+      {65000, 1252, "compose,drop", "e+AwE-", "e", "", 1},
+      // A letter and a mark of 1258, on the way to a page that has them as one.
+      {1258, 1252, "compose", "o\xCC", "\xF2", ""},
+      // What the target has as it is stays; what it does not have composed is told.
+      {kUtf8, 1258, "compose", "e\u0301", "e\xEC", ""},
+      {kUtf8, 1252, "compose,hex", "x\u0301a\u0302\u0301", "x&#x0301;\xE2&#x0301;", "", 2},
+      {kUtf8, 1252, "compose,best-fit,drop", "e\u0301\u0105\u0301e\u0301\xFFz", "\xE9\x61\xB4\xE9z",
+       "3+2 line 1 U+0105 as a, 5+2 line 1 U+0301 as ´", 1},
+      {kUtf8, 1252, "compose", "\U0001F600", "", "", 1},
+  });
+  const StreamResult stopped =
+      stream(settingsFor(kUtf8, 1252, "compose"), "e\u0301\n e\u0301\u0431");
+  ASSERT_EQ(stopped.errors.size(), 1u);
+  EXPECT_EQ(stopped.errors[0].offset, 8u);
+  EXPECT_EQ(stopped.errors[0].line, 2u);
+  EXPECT_EQ(stopped.text, "\xE9\n \xE9");
+}
+
+// A long text, of which blocks and pieces end anywhere.
+TEST(StreamWriting, ComposesAcrossBlocksAndPieces) {
+  std::string text, composed;
+  for (int i = 0; i < 9000; ++i) {
+    text += std::string(static_cast<std::size_t>(i % 5), 'x') + "e\u0301";
+    composed += std::string(static_cast<std::size_t>(i % 5), 'x') + "\xE9";
+  }
+  const StreamSettings settings = settingsFor(kUtf8, 1252, "compose");
+  for (const std::size_t size : {text.size(), std::size_t{1}, std::size_t{7}, std::size_t{4099}}) {
+    EXPECT_TRUE(stream(settings, text, [&] { return size; }).text == composed) << size;
+  }
 }
 
 TEST(StreamWriting, ReadsWhatIsTriedInFrontOfATreatment) {

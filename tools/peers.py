@@ -1,4 +1,4 @@
-"""The converters that compare_peers sets beside the engine: ICU, the C library, Python.
+"""The converters that compare_peers sets beside the engine: ICU, the C library, Python, nkf.
 
 Each peer has decode(code) and encode(unit), for one code (bytes) and one UTF-16 code unit (int).
 They give the text as a string, or the bytes, and None where the peer refuses.
@@ -8,6 +8,7 @@ import ctypes
 import ctypes.util
 import glob
 import re
+import subprocess
 
 
 class PythonPeer:
@@ -109,3 +110,20 @@ class IcuPeer:
         target = ctypes.create_string_buffer(16)
         count = self._from_units(self._converter, target, 16, source, 1, ctypes.byref(error))
         return None if error.value > 0 or count == 0 else target.raw[:count]
+
+
+class NkfPeer:
+    """Writes only, and whole texts: a line for each character."""
+    name = "nkf"
+
+    def __init__(self, charset):
+        self._charset = charset
+
+    def encode_lines(self, characters):
+        text = "\n".join(characters).encode()
+        result = subprocess.run(["nkf", "-W", f"--oc={self._charset}", "-x", "-m0"], input=text,
+                                capture_output=True, check=True)
+        lines = result.stdout.split(b"\n")
+        if len(lines) != len(characters):
+            raise ValueError(f"nkf made {len(lines)} lines of {len(characters)}")
+        return lines

@@ -5,6 +5,7 @@
 
 #include "encoding/approximations.h"
 #include "encoding/code_page_list.h"
+#include "encoding/composer.h"
 #include "support/utf.h"
 
 namespace tool {
@@ -116,6 +117,10 @@ std::string adviceFor(const StreamError& error, const StreamSettings& settings) 
            "as utf-8, or go on with --on-error";
   }
   const std::string advice = "choose another -t, such as utf-8, or go on with --on-error";
+  const auto character = static_cast<std::uint32_t>(error.codePoint);
+  if (!settings.compose && error.codePoint >= 0 && fast::isTakenApart(character)) {
+    return advice + " compose, which joins letters and marks";
+  }
   const bool hasOther = error.codePoint >= 0 && !settings.bestFit &&
                         fast::hasBestFit(settings.to, static_cast<char32_t>(error.codePoint));
   return hasOther ? advice + " best-fit, which writes a similar character" : advice;

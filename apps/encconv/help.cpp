@@ -75,10 +75,13 @@ encoding does not have.
 In front of a treatment may stand, each with a comma behind it, what to try
 first for a character that the output encoding does not have:
 
+  compose           the one character that a letter and the marks behind it make,
+                    as for file names of Macs; not from encodings with shifts
   best-fit          the similar character that Windows writes in that encoding:
                     a for a with ogonek, an ASCII letter for a full-width one
 
-Alone it means that nothing else is done: best-fit is best-fit,stop.
+They are tried in this order; alone they mean that nothing else is done:
+best-fit is best-fit,stop.
 
 Some encodings have no place for a character but write another for it without
 being asked: Shift_JIS a backslash for the yen sign, a space for a no-break
@@ -97,6 +100,7 @@ U+DC00 + byte. FILE may be - when the text itself goes elsewhere.
 Examples:
   encconv -f utf-8 -t windows-1252 --on-error hex page.html
   encconv -f utf-8 -t windows-1250 --on-error best-fit,substitute notes.txt
+  encconv -f utf-8 -t euc-jp --on-error compose,best-fit names.txt
   encconv -f utf-8 -t utf-8 --on-error substitute --strict log.txt
   encconv -f utf-8 -t utf-8 --on-error alternate=windows-1252 mixed.txt
 )"},
@@ -147,6 +151,8 @@ iso-8859-1 and latin1 are what the standard says (code page 819): bytes 80 to 9F
 are control characters, and there is no euro sign. Text of the web and of
 Windows that is called so is windows-1252; 28591 is Windows's number for that
 reading.
+euc-jp has JIS X 0212 in three bytes; the table that Windows has under the name
+is cp51932.
 
 utf-16 and utf-32 without le or be read the byte order mark, and are little
 endian without one; they write little endian without a mark. A mark is taken

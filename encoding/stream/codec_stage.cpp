@@ -139,5 +139,6 @@ class CodecStage final : public SourceStage {
 
 std::unique_ptr<SourceStage> SourceStage::make(const EncodingRow& row) {
   if (row.reordersMacArabic) return makeMacArabicStage();
+  if (row.codec == nullptr) return makeAccentStage(row);
   return std::unique_ptr<SourceStage>(new (std::nothrow) CodecStage(*row.codec));
 }

@@ -57,5 +57,6 @@ class SourceStage {
 
 // For make().
 std::unique_ptr<SourceStage> makeMacArabicStage();
+std::unique_ptr<SourceStage> makeAccentStage(const EncodingRow& row);
 
 #endif  // ENCODING_STREAM_SOURCE_STAGE_H_

@@ -95,9 +95,17 @@ StreamStatus StreamConverter::Core::open(int from) {
   if (!m_approximations.prepare(*m_plan, m_settings.bestFit)) return StreamStatus::kNoMemory;
   // Nothing is rewritten where nothing is converted.
   m_isReordered = m_plan->source->reordersMacArabic && !isSame();
-  if (m_plan->source->form == EncodingForm::kCodec || m_isReordered) {
+  // What the plan decodes may be another text than that of the source.
+  const bool isOther = m_plan->source->form != m_plan->decoding.form;
+  if (isOther || m_isReordered) {
     m_stage = SourceStage::make(*m_plan->source);
     if (m_stage == nullptr) return StreamStatus::kNoMemory;
+  }
+  // A stage cannot take single characters back that wait for marks.
+  m_composer.reset();
+  if (m_settings.compose && m_stage == nullptr && m_plan->encoding.tableRow != nullptr) {
+    m_composer.reset(new (std::nothrow) fast::Composer);
+    if (m_composer == nullptr) return StreamStatus::kNoMemory;
   }
   if (m_plan->target->form == EncodingForm::kCodec) {
     m_isCopied = isSame() && m_plan->target->codec->isStateless;

@@ -75,7 +75,8 @@ class StreamDrain {
 struct StreamSettings {
   int from = 0;  // code page of the source; 0 means the target's
   int to = 0;    // code page of the target; 0 means the source's
-  // What is tried for a character without a place before the treatment.
+  // What is tried for a character without a place before the treatment, in this order.
+  bool compose = false;  // the one that a letter and its marks make
   bool bestFit = false;  // the similar character that Windows writes in such a code page
   StreamTreatment treatment = StreamTreatment::kStop;
   // Of kSubstitute: UTF-8 text that the target must be able to hold, or raw bytes of the target.
@@ -97,8 +98,8 @@ struct StreamSettings {
 
 // Reads "stop", "drop", "substitute", "substitute=TEXT", "substitute=0xHH...", "hex",
 // "alternate=CODEPAGE" or "raw" into the fields of settings that concern treatments; in front of
-// it, each with a comma behind it, may stand what is tried first: "best-fit". That alone means
-// "stop" behind it. False, with settings unchanged, when text is none of these.
+// it, each with a comma behind it, may stand what is tried first: "compose", "best-fit". These
+// alone mean "stop" behind them. False, with settings unchanged, when text is none of these.
 bool parseStreamTreatment(std::string_view text, StreamSettings& settings);
 
 enum class StreamStatus : unsigned char {

@@ -60,8 +60,8 @@ std::uint64_t countLineEnds(const fast::Plan& plan, const unsigned char* begin,
 // with nothing done, for any other.
 bool StreamConverter::Core::convertShort(const unsigned char* data, std::size_t length,
                                          Output& out) {
-  if (m_plan == nullptr || m_plan->whole == nullptr || length > fast::kShortBytes ||
-      m_waiting.getSize() != 0 || m_isPdf) {
+  if (m_plan == nullptr || m_plan->whole == nullptr || m_composer != nullptr ||
+      length > fast::kShortBytes || m_waiting.getSize() != 0 || m_isPdf) {
     return false;
   }
   const bool isPlain = m_hasBegun || (!m_settings.writeMark && !m_settings.pdfPassthrough &&
@@ -174,7 +174,8 @@ const unsigned char* StreamConverter::Core::convertText(const unsigned char* beg
     fail();
     return begin;
   }
-  m_pump.start(*m_plan, *m_block, begin, end, m_target.has_value());
+  if (m_composer != nullptr) m_composer->start(*m_plan, last);
+  m_pump.start(*m_plan, *m_block, begin, end, m_target.has_value(), m_composer.get());
   m_segmentUnit = nullptr;
   const unsigned char* reached = end;
   while (m_status == StreamStatus::kGood) {
@@ -188,7 +189,10 @@ const unsigned char* StreamConverter::Core::convertText(const unsigned char* beg
       stop = m_pump.run(*m_out);
     }
     if (m_target && !writeSegment(stop)) break;
-    if (stop == Stop::kEnd) break;
+    if (stop == Stop::kEnd) {
+      reached = m_pump.in();
+      break;
+    }
     if (stop == Stop::kFull) fail();
     if (stop == Stop::kMalformed && !decideMalformed(last)) {
       reached = m_pump.in();

@@ -8,6 +8,7 @@
 #include <optional>
 
 #include "encoding/approximations.h"
+#include "encoding/composer.h"
 #include "encoding/output.h"
 #include "encoding/pump.h"
 #include "encoding/stream/codec_target.h"
@@ -128,6 +129,7 @@ class StreamConverter::Core final : private CodecTarget::Client {
       true;  // somebody wants to know more of the next error than that it is one
   std::uint64_t m_approximationCount = 0;
   StreamError m_firstApproximation;
+  std::unique_ptr<fast::Composer> m_composer;  // null where nothing is to be composed
   fast::Pump m_pump;
   std::unique_ptr<fast::PumpBlock> m_block;  // of the pump; made when first needed
 };

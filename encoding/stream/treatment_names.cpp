@@ -65,7 +65,8 @@ struct AttemptName {
   std::string_view name;
   bool StreamSettings::*field;
 };
-constexpr AttemptName kAttempts[] = {{"best-fit", &StreamSettings::bestFit}};
+constexpr AttemptName kAttempts[] = {{"compose", &StreamSettings::compose},
+                                     {"best-fit", &StreamSettings::bestFit}};
 
 // Takes the attempts off the front of text; false when nothing stands behind them.
 bool readAttempts(std::string_view& text, StreamSettings& settings) {

@@ -93,13 +93,16 @@ struct Options {
   Encoding alternate = 1252;              ///< of OnError::alternate
   bool byte_order_mark = false;           ///< begin the output with the mark of a Unicode target
   bool pdf_passthrough = false;           ///< copy input that begins "%PDF-1"
+  /// Try, before anything else, the composed character for a letter and marks of which the target
+  /// lacks one: text as in file names of Macs.
+  bool compose = false;
   /// Try, before on_error, the similar character that Windows writes for one that the target lacks.
   bool best_fit = false;
 };
 
 /// Reads what the tool takes behind --on-error ("stop", "hex", "substitute=TEXT",
-/// "substitute=0x1A", "alternate=windows-1252", "best-fit,hex", ...) into options. False, with
-/// options unchanged, for anything else.
+/// "substitute=0x1A", "alternate=windows-1252", "compose,best-fit,hex", ...) into options. False,
+/// with options unchanged, for anything else.
 ENCCONV_API bool parse_on_error(std::string_view text, Options& options);
 
 /// A piece of input that could not be converted, or not as it is.

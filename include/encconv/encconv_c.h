@@ -49,7 +49,8 @@ typedef struct encconv_options {
   size_t struct_size;   /**< sizeof(encconv_options) */
   const char* on_error; /**< what to do about text that cannot be converted, as behind the tool's
                              --on-error: "stop", "drop", "substitute", "substitute=TEXT",
-                             "substitute=0xHH...", "hex", "alternate=ENCODING" or "raw"; null means
+                             "substitute=0xHH...", "hex", "alternate=ENCODING" or "raw", each also
+                             behind "compose," and "best-fit,"; null means
                              "stop". Is not needed when the call is over. */
   int byte_order_mark;  /**< 1: begin the output with the mark of a Unicode target */
   int pdf_passthrough;  /**< 1: copy input that begins "%PDF-1" */
@@ -68,11 +69,13 @@ typedef struct encconv_problem {
   int malformed;           /**< 1: the input is no text of its encoding */
   uint32_t byte_count;     /**< valid entries of bytes */
   unsigned char bytes[16]; /**< the first bytes of the piece */
+  int approximated;        /**< 1: the target lacks the character, and another was written for it */
+  char written[16];        /**< that one, in UTF-8 that ends with NUL */
 } encconv_problem;
 /** No problem. */
-#define ENCCONV_PROBLEM_INIT                         \
-  {                                                  \
-    sizeof(encconv_problem), 0, 0, 0, 0, 0, 0, { 0 } \
+#define ENCCONV_PROBLEM_INIT                                 \
+  {                                                          \
+    sizeof(encconv_problem), 0, 0, 0, 0, 0, 0, {0}, 0, { 0 } \
   }
 
 /** What became of a conversion. */
@@ -81,10 +84,13 @@ typedef struct encconv_result {
   encconv_problem* first_problem; /**< set by the caller: where the first problem goes, or null.
                                        Its length becomes 0 when there was none. */
   uint64_t problem_count;         /**< pieces that could not be converted */
+  encconv_problem* first_approximation; /**< likewise for the first character that another was
+                                             written for */
+  uint64_t approximation_count;         /**< such characters */
 } encconv_result;
 /** With no place for the first problem. */
 #define ENCCONV_RESULT_INIT \
-  { sizeof(encconv_result), NULL, 0 }
+  { sizeof(encconv_result), NULL, 0, NULL, 0 }
 
 /** What is known of an encoding. The texts end with NUL, are the library's own and stay valid. */
 typedef struct encconv_code_page {
@@ -192,6 +198,10 @@ ENCCONV_API void encconv_clear_output(encconv_stream* stream);
 ENCCONV_API uint64_t encconv_problem_count(const encconv_stream* stream);
 /** Fills in the first of them; 0 when there is none, else 1. */
 ENCCONV_API int encconv_first_problem(const encconv_stream* stream, encconv_problem* problem);
+/** How many characters others were written for so far. */
+ENCCONV_API uint64_t encconv_approximation_count(const encconv_stream* stream);
+/** Fills in the first of them; 0 when there is none, else 1. */
+ENCCONV_API int encconv_first_approximation(const encconv_stream* stream, encconv_problem* problem);
 /** Frees the stream, finished or not. Null is ignored. */
 ENCCONV_API void encconv_close(encconv_stream* stream);
 
