@@ -11,7 +11,7 @@ namespace {
 EncodingRow essenceOf(EncodingRow row) {
   row.number = 0;
   row.name = row.aliases = row.engineNames = row.description = "";
-  row.text = nullptr;
+  row.text = row.bestFit = nullptr;
   row.appendText = nullptr;
   row.toUnicodeSize = row.fromUnicodeSize = 0;
   row.slot = 0;

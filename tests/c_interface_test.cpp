@@ -61,12 +61,6 @@ TEST(Interface, ServesC) {
        .status = ENCCONV_STOPPED,
        .output = "a",
        .problem = "1+1, line 1, malformed: FF"},
-      {.from = 65001,
-       .to = 932,
-       .input = "a\u00A0\u301C",
-       .treatment = "compose,best-fit",
-       .output = "a \x81\x60",
-       .problem = "1+2, line 1, U+00A0: C2 A0 as  "},
       {.from = 1252, .to = 1252, .input = large, .output = large},
       {.from = 65001, .to = 1251, .input = ""},
       {.from = 65001, .to = 1200, .input = "a", .output = "\xFF\xFE\x61\0"s, .mark = true},
@@ -113,8 +107,21 @@ TEST(Interface, ServesC) {
 }
 
 TEST(Interface, CountsApproximationsForC) {
-  encconv_stream* const stream = encconv_open(65001, 932, "drop", nullptr);
-  encconv_problem problem;
+  const encconv_options fit = optionsOf("compose,best-fit");
+  encconv_problem problem = ENCCONV_PROBLEM_INIT;
+  encconv_result result = ENCCONV_RESULT_INIT;
+  result.first_approximation = &problem;
+  char output[16];
+  std::size_t size = 0;
+  EXPECT_EQ(encconv_convert_into(65001, 932, "a\u00A0\u301C", 6, &fit, output, sizeof output, &size,
+                                 &result),
+            ENCCONV_OK);
+  EXPECT_EQ(std::string(output, size), "a \x81\x60");
+  EXPECT_EQ(result.approximation_count, 2u);
+  EXPECT_EQ(describe(problem), "1+2, line 1, U+00A0: C2 A0 as  ");
+
+  const encconv_options drop = optionsOf("drop");
+  encconv_stream* const stream = encconv_open(65001, 932, &drop, nullptr);
   EXPECT_EQ(encconv_first_approximation(stream, &problem), 0);
   EXPECT_EQ(encconv_push(stream, "\xC2\xA5\xC2\xA0", 4), ENCCONV_OK);
   EXPECT_EQ(encconv_finish(stream), ENCCONV_OK);

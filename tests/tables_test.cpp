@@ -170,7 +170,7 @@ TEST(TableText, PrintedPairsPackToTheSameSource) {
     EXPECT_EQ(printSource(table, text), source) << entry.path();
     ++count;
   }
-  EXPECT_EQ(count, 111);
+  EXPECT_EQ(count, 112);
 }
 
 TEST(TableText, RefusesPairsThatCannotBeStated) {

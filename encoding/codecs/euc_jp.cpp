@@ -145,10 +145,12 @@ struct Reader : CodecRun {
       putUnit(*p++);
       return true;
     }
-    const std::ptrdiff_t longest = *p == kJis0212Shift ? 3 : 2;
-    if (left() < longest && !last && (isCell(*p) || *p < 0xA0)) return false;
-    if (left() < longest || *p == 0xA0 || *p == 0xFF || !isCell(p[1])) return refuse(1);
+    if (*p == 0xA0 || *p == 0xFF) return refuse(1);
+    // Decided as early as it can be: what is read together has no more than one place.
+    if (left() < 2) return last && refuse(1);
+    if (!isCell(p[1])) return refuse(1);
     if (*p == kJis0212Shift) {
+      if (left() < 3) return last && refuse(1);
       if (!isCell(p[2])) return refuse(1);
       return accept(3, tables.jis0212[cellIndex(p + 1)]);
     }
