@@ -59,6 +59,10 @@ install(FILES
 # The prefix of the pkg-config file is where it is found, so that the tree can be moved.
 file(RELATIVE_PATH pc_prefix /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
 set(ENCCONV_PC_PREFIX "\${pcfiledir}/${pc_prefix}")
+set(ENCCONV_PC_UCHARDET "")
+if(ENCCONV_UCHARDET_LIBRARIES)
+  set(ENCCONV_PC_UCHARDET "-luchardet ")
+endif()
 configure_file(cmake/encconv.pc.in ${PROJECT_BINARY_DIR}/encconv.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/encconv.pc
   DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)

@@ -36,7 +36,7 @@ class FileConversion : private StreamDrain, private StreamErrorHandler {
   ConversionResult convert(InputFile& input, OutputFile& output, bool withMark);
 
  private:
-  bool chooseSource(const InputFile& input, bool isWhole);
+  bool chooseEncoding(const InputFile& input, bool isWhole);
   bool prepare(int fromCodePage, bool withMark);
   ConversionResult pump(InputFile& input, OutputFile& output, bool isWhole);
   StreamStatus convertPiece(std::span<const unsigned char> piece, bool isLast);

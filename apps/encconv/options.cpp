@@ -58,6 +58,8 @@ void declare(CLI::App& app, RawArguments& raw, Options& options) {
   app.add_flag("-q,--quiet", options.quiet);
   app.add_flag("-v,--verbose", options.verbose);
   app.add_flag("--detect", raw.detect);
+  app.add_flag("--brief", options.brief);
+  app.add_flag("--guess", options.guess);
   app.add_option("--list", options.filter)->expected(0, 1);
   app.add_flag("--json", options.json);
   app.add_option("--chart", raw.chart);
@@ -111,6 +113,9 @@ void readEncodings(const RawArguments& raw, Options& options) {
   if (raw.to.empty()) throw UsageError{"the output encoding is missing: -t TO"};
   options.fromCodePage = raw.from == "auto" ? kCodePageAuto : readCodePage(raw.from);
   options.toCodePage = readCodePage(raw.to);
+  if (options.guess && options.fromCodePage != kCodePageAuto) {
+    throw UsageError{"--guess needs -f auto"};
+  }
   if (options.writeMark && markOf(*findEncodingRow(options.toCodePage)).empty()) {
     throw UsageError{"--bom: '" + raw.to + "' has no byte order mark"};
   }
@@ -179,7 +184,10 @@ void readCommand(const CLI::App& app, const RawArguments& raw, Options& options)
   if ((lists ? 1 : 0) + (charts ? 1 : 0) + (raw.detect ? 1 : 0) > 1) {
     throw UsageError{"only one of --list, --chart and --detect can be given"};
   }
-  if (options.json && !lists) throw UsageError{"--json needs --list"};
+  if (options.json && !lists && !raw.detect) throw UsageError{"--json needs --list or --detect"};
+  if (options.brief && !raw.detect) throw UsageError{"--brief needs --detect"};
+  if (options.brief && options.json)
+    throw UsageError{"only one of --brief and --json can be given"};
   if (!options.chartHtml.empty() && !charts) throw UsageError{"--html needs --chart"};
   if ((lists || charts) && !options.inputs.empty()) {
     throw UsageError{"unexpected argument '" + options.inputs.front() + "'"};

@@ -49,11 +49,14 @@ struct Options {
   unsigned int recordLength = 0;  // bytes of the input; 0: no records
   bool trim = false;
 
+  bool guess = false;  // of kCodePageAuto: the likeliest encoding will do
+  bool brief = false;  // of kDetect: the name alone
+
   bool quiet = false;
   bool verbose = false;
 
-  std::string filter;  // of kList; empty: everything
-  bool json = false;
+  std::string filter;     // of kList; empty: everything
+  bool json = false;      // of kList and kDetect
   std::string chartHtml;  // of kChart: the page to write; empty: text on standard output
 };
 

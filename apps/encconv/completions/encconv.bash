@@ -40,7 +40,7 @@ _encconv() {
       if [[ $current == -* ]]; then
         words="-f --from -t --to -o --output --in-place --in-place= --output-dir -j --jobs
           --on-error --strict --bom --pdf-passthrough --ebcdic-newline --record-length --trim
-          -q --quiet -v --verbose --detect --list --json --chart --html -h --help --version"
+          -q --quiet -v --verbose --detect --brief --guess --list --json --chart --html -h --help --version"
       else
         compopt -o filenames
         mapfile -t COMPREPLY < <(compgen -f -- "$current")
