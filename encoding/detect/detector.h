@@ -51,7 +51,7 @@ inline constexpr std::size_t kMaxCandidates = 4;
 inline constexpr double kSufficientConfidence = 0.5;
 
 // bytes are the text, or its beginning when isWhole is false. Looks at the first MiB, and at
-// samples of what follows; only statistics take more than a glance, at 128 KiB at most. Any thread
+// samples of what follows; only statistics take more than a glance, at 64 KiB at most. Any thread
 // may call it. Throws std::bad_alloc only.
 Finding detect(std::span<const unsigned char> bytes, bool isWhole);
 

@@ -89,7 +89,7 @@ constexpr Language kLanguages[] = {
 // What all languages have among their letters.
 constexpr std::string_view kPunctuation = "\u00A0«»“”’„–—…•§°©‘·№‚€™®\u00AD";
 // Mathematics and the like, in half of the text beside.
-constexpr std::string_view kSeldom = "±×÷£¢¥²³½¼¾¹ºª¶µ¬¤‹›†‡";
+constexpr std::u16string_view kSeldom = u"±×÷£¢¥²³½¼¾¹ºª¶µ¬¤‹›†‡";
 
 constexpr float kLogOfSeldom = -8.0F;
 
@@ -102,12 +102,6 @@ void forEachCharacter(std::string_view utf8, const Use& use) {
     use(static_cast<char16_t>(sequence.value));
     at += sequence.length;
   }
-}
-
-bool isIn(std::string_view utf8, char16_t unit) {
-  bool isFound = false;
-  forEachCharacter(utf8, [&](char16_t other) { isFound = isFound || other == unit; });
-  return isFound;
 }
 
 bool isEastAsian(Script script) {
@@ -183,7 +177,8 @@ float LetterProfile::logOf(char16_t unit) const {
   const auto found = std::ranges::lower_bound(m_letters, unit, {}, &Letter::unit);
   if (found != m_letters.end() && found->unit == unit) return found->log;
   const Script script = scriptOf(unit);
-  if (script == Script::kNone && isIn(kSeldom, unit)) return kLogOfSeldom;
+  if (script == Script::kNone && kSeldom.find(unit) != std::u16string_view::npos)
+    return kLogOfSeldom;
   return logOfOther(m_script, script);
 }
 
@@ -197,6 +192,18 @@ std::span<const LetterProfile> letterProfiles() {
     return made;
   }();
   return profiles;
+}
+
+std::span<const LetterProfile> eastAsianProfiles() {
+  const std::span<const LetterProfile> all = letterProfiles();
+  const auto first = std::ranges::find_if(
+      all, [](const LetterProfile& profile) { return isEastAsian(profile.script()); });
+  return all.subspan(static_cast<std::size_t>(first - all.begin()));
+}
+
+void ProfileLogs::addRow(char16_t unit) {
+  for (const LetterProfile& profile : m_profiles) m_logs.push_back(profile.logOf(unit));
+  m_rows[unit] = static_cast<std::uint32_t>(m_logs.size() / m_profiles.size());
 }
 
 float logOfAscii(char16_t unit) {

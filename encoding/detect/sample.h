@@ -20,8 +20,8 @@ struct Piece {
 struct Sample {
   static constexpr std::size_t kHead = 1u << 20;
   static constexpr std::size_t kFurtherPieces = 8;
-  static constexpr std::size_t kFurtherBytes = 16u << 10;
-  static constexpr std::size_t kStatisticsBytes = 64u << 10;  // of the head
+  static constexpr std::size_t kFurtherBytes = 4u << 10;
+  static constexpr std::size_t kStatisticsBytes = 32u << 10;  // of the head
 
   Sample(Bytes text, bool isWhole);
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <new>
 
 #include "encoding/code_page_list.h"
 
@@ -107,28 +108,30 @@ bool decodeBytes(int codePage, std::array<char16_t, 256>& units) {
   for (unsigned int i = 0; i < 256; ++i) bytes[i] = static_cast<unsigned char>(i);
   StreamConverter stream;
   DataBuffer out;
-  if (stream.begin(settings) != StreamStatus::kGood ||
-      stream.push(bytes, sizeof bytes, out) != StreamStatus::kGood ||
-      stream.finish(out) != StreamStatus::kGood || out.getSize() != 2 * units.size()) {
-    return false;
-  }
+  StreamStatus status = stream.begin(settings);
+  if (status == StreamStatus::kGood) status = stream.push(bytes, sizeof bytes, out);
+  if (status == StreamStatus::kGood) status = stream.finish(out);
+  if (status == StreamStatus::kNoMemory) throw std::bad_alloc();
+  if (status != StreamStatus::kGood || out.getSize() != 2 * units.size()) return false;
   for (unsigned int i = 0; i < 256; ++i) {
     units[i] = static_cast<char16_t>(out.getData2()[2 * i] | out.getData2()[2 * i + 1] << 8);
   }
   return true;
 }
 
-// The best of the profiles for characters that are counted.
-struct BestProfile {
-  double score = -1e300;
-  std::string_view language;
+void addTo(std::vector<double>& sums, std::span<const float> logs, std::uint32_t count) {
+  for (std::size_t i = 0; i < sums.size(); ++i) sums[i] += static_cast<double>(logs[i]) * count;
+}
 
-  void offer(const LetterProfile& profile, double offered) {
-    if (offered <= score) return;
-    score = offered;
-    language = profile.language();
-  }
+struct BestProfile {
+  double score;
+  std::string_view language;
 };
+
+BestProfile bestOf(std::span<const LetterProfile> profiles, const std::vector<double>& sums) {
+  const auto best = std::ranges::max_element(sums);
+  return {*best, profiles[static_cast<std::size_t>(best - sums.begin())].language()};
+}
 
 }  // namespace
 
@@ -186,47 +189,43 @@ bool Statistics::readSingleByte(int codePage, Reading& reading) {
     ofNeighbours += log * pair.count;
   }
   common += logOfShares(ascii, reading.characters);
-  BestProfile best;
-  for (const LetterProfile& profile : letterProfiles()) {
-    double sum = 0;
-    for (const unsigned char byte : high) {
-      sum += static_cast<double>(profile.logOf(units[byte])) * m_counts[byte];
-    }
-    best.offer(profile, sum);
-  }
+  std::vector<double> sums(m_letterLogs.profiles().size());
+  for (const unsigned char byte : high) addTo(sums, m_letterLogs.of(units[byte]), m_counts[byte]);
+  const BestProfile best = bestOf(m_letterLogs.profiles(), sums);
   reading.score = common + ofNeighbours + best.score;
-  reading.fit = (ofNeighbours + best.score) / static_cast<double>(std::max<std::size_t>(1, reading.characters));
+  reading.fit = (ofNeighbours + best.score) /
+                static_cast<double>(std::max<std::size_t>(1, reading.characters));
   reading.language = best.language;
   return true;
 }
 
+// Whether the beginning already is malformed throughout.
+bool Statistics::isHopeless(int codePage) {
+  constexpr std::size_t kBeginning = 2048;
+  Bytes beginning = m_pieces[0].bytes;
+  if (beginning.size() <= 2 * kBeginning) return false;
+  const Piece piece{beginning.first(kBeginning), true};
+  return m_trial.read(std::span(&piece, 1), codePage) && m_trial.malformed() > 20;
+}
+
 bool Statistics::readOther(int codePage, Reading& reading) {
-  if (!m_trial.read(m_pieces, codePage)) return false;
+  if (isHopeless(codePage) || !m_trial.read(m_pieces, codePage)) return false;
   reading.isOfPairs = true;
   reading.malformed = m_trial.malformed();
   double common = kMalformed * static_cast<double>(reading.malformed);
-  const std::span<const LetterProfile> profiles = letterProfiles();
-  std::vector<double> sums(profiles.size());
+  std::vector<double> sums(m_eastAsianLogs.profiles().size());
   for (std::size_t i = 0; i < m_trial.unitCount(); ++i) {
     const char16_t unit = m_trial.unit(i);
     mix(reading.fingerprint, unit);
     if (unit < 0x80) {
       common += static_cast<double>(logOfAscii(unit));
-      continue;
-    }
-    ++reading.characters;
-    // Only East Asian languages are written in these.
-    for (std::size_t p = 0; p < profiles.size(); ++p) {
-      const Script script = profiles[p].script();
-      if (script < Script::kHangul) continue;
-      sums[p] += static_cast<double>(profiles[p].logOf(unit));
+    } else {
+      ++reading.characters;
+      addTo(sums, m_eastAsianLogs.of(unit), 1);
     }
   }
   common += logOfShares(m_trial.unitCount() - reading.characters, reading.characters);
-  BestProfile best;
-  for (std::size_t p = 0; p < profiles.size(); ++p) {
-    if (profiles[p].script() >= Script::kHangul) best.offer(profiles[p], sums[p]);
-  }
+  const BestProfile best = bestOf(m_eastAsianLogs.profiles(), sums);
   reading.score = common + best.score;
   reading.fit = best.score / static_cast<double>(std::max<std::size_t>(1, reading.characters));
   reading.language = best.language;

@@ -15,11 +15,11 @@ namespace detection {
 
 // What reading the text in one encoding gives.
 struct Reading {
-  int codePage = 0;       // 0: cannot be converted
-  std::string_view name;  // preferred
-  double fit = 0;         // mean logarithm of a character beyond ASCII
+  int codePage = 0;        // 0: cannot be converted
+  std::string_view name;   // preferred
+  double fit = 0;          // mean logarithm of a character beyond ASCII
   bool isOfPairs = false;  // two bytes a character
-  double score = 0;       // logarithm of the probability, but for a term that all readings share
+  double score = 0;        // logarithm of the probability, but for a term that all readings share
   std::uint64_t malformed = 0;
   std::uint64_t characters = 0;   // beyond ASCII
   std::uint64_t fingerprint = 0;  // equal for readings that give the same text
@@ -48,6 +48,7 @@ class Statistics {
     unsigned char first, second;
     std::uint32_t count;
   };
+  bool isHopeless(int codePage);
   bool readSingleByte(int codePage, Reading& reading);
   bool readOther(int codePage, Reading& reading);
 
@@ -56,6 +57,8 @@ class Statistics {
   std::uint32_t m_counts[256] = {};
   std::vector<Pair> m_pairs;  // of neighbours that are not both ASCII
   std::uint64_t m_beyondAscii = 0;
+  ProfileLogs m_letterLogs{letterProfiles()};
+  ProfileLogs m_eastAsianLogs{eastAsianProfiles()};
 };
 
 // The encodings that texts of bytes are judged in, and those with the letters of EBCDIC; of those

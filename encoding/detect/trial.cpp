@@ -13,12 +13,12 @@ bool Trial::read(std::span<const Piece> pieces, int codePage) {
   m_malformed = 0;
   for (const Piece& piece : pieces) {
     StreamStatus status = m_stream.begin(settings);
-    if (status != StreamStatus::kGood && status != StreamStatus::kNoMemory) return false;
+    if (status == StreamStatus::kNoDecoder) return false;
     if (status == StreamStatus::kGood) {
       status = m_stream.push(piece.bytes.data(), piece.bytes.size(), m_out);
     }
     if (status == StreamStatus::kGood && !piece.isCut) status = m_stream.finish(m_out);
-    if (status != StreamStatus::kGood) throw std::bad_alloc();
+    if (status != StreamStatus::kGood) throw std::bad_alloc();  // nothing else can be in the way
     m_malformed += m_stream.errorCount();
   }
   return true;

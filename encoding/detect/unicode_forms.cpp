@@ -112,7 +112,8 @@ int pageOfWideForm(const Sample& sample, Trial& trial, bool& isByZeros) {
   for (const int codePage : {1200, 1201}) {
     if (sample.head.size() < 2 || !readsAs(sample, trial, codePage, 2, look)) continue;
     const auto merit = [](const Look& l) {
-      return static_cast<double>(l.blanks * 2 + l.ascii) - static_cast<double>(l.odd + l.rare + l.changes);
+      return static_cast<double>(l.blanks * 2 + l.ascii) -
+             static_cast<double>(l.odd + l.rare + l.changes);
     };
     if (best == 0 || merit(look) > merit(bestLook)) {
       best = codePage;
