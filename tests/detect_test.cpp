@@ -116,7 +116,7 @@ TEST(Detect, ReadsDeclarations) {
        Evidence::declaration},
       {"msgid \"\"\nmsgstr \"\"\n\"Content-Type: text/plain; charset=ISO-8859-2\\n\"\n" + latin2,
        "ISO-8859-2", Evidence::declaration},
-      {"#!/usr/bin/python\n# -*- coding: latin-2 -*-\n#" + latin2, "ISO-8859-2",
+      {"#!/usr/bin/python\n# -*- coding: latin-2-unix -*-\n#" + latin2, "ISO-8859-2",
        Evidence::declaration},
       {"# coding=iso8859-2\n#" + latin2, "ISO-8859-2", Evidence::declaration},
       {latin2 + "\n# vim: set fileencoding=latin2 :\n", "ISO-8859-2", Evidence::declaration},
@@ -194,6 +194,24 @@ TEST(Detect, LooksAtSamplesOfLongTexts) {
   // A sequence that the end cuts off is no fault; in a whole text it is.
   EXPECT_EQ(nameOf(encconv::detect("caf\xC3\xA9 \xE2\x82", options)), "UTF-8");
   EXPECT_EQ(encconv::detect("caf\xC3\xA9 \xE2\x82").sure(), nullptr);
+}
+
+TEST(Detect, NamesWhatDoesNotFitInPlaces) {
+  const struct {
+    std::string bytes;
+    const char* name;
+  } cases[] = {{readFile("mail.50220") + "\xA0", "ISO-2022-JP"},
+               {readFile("japanese.txt") + "\xA0", "UTF-8"}};
+  for (const auto& c : cases) {
+    const Detection found = encconv::detect(c.bytes);
+    EXPECT_EQ(nameOf(found), c.name);
+    EXPECT_EQ(found.sure(), nullptr);
+    EXPECT_NE(found.candidates.at(0).reason.find("but for 1 place"), std::string::npos);
+  }
+  // Controls of ISO 8859-2 that no text has, whatever is declared.
+  EXPECT_EQ(nameOf(encconv::detect("<meta charset=iso-8859-2>\x84Za\xBF\xF3\xB3\xE6 g\xEA\x9Cl\xB9 "
+                                   "ja\x9F\xF1\x94")),
+            "windows-1250");
 }
 
 TEST(Detect, NamesWhatCannotBeConverted) {

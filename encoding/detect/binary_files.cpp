@@ -39,7 +39,7 @@ constexpr Signature kSignatures[] = {
     {"PK\5\6"sv, "ZIP"},
     {"\x1F\x8B\x08"sv, "gzip"},
     {"\x1F\x9D"sv, "compress"},
-    {"BZh"sv, "bzip2"},
+    {"1AY&SY"sv, "bzip2", 4},
     {"\xFD"
      "7zXZ\0"sv,
      "xz"},
@@ -50,8 +50,6 @@ constexpr Signature kSignatures[] = {
     {"Rar!\x1A\x07"sv, "RAR"},
     {"MSCF\0"sv, "cabinet"},
     {"ustar"sv, "tar", 257},
-    {"070701"sv, "cpio"},
-    {"070707"sv, "cpio"},
     {"!<arch>\n"sv, "ar archive"},
     {"\xED\xAB\xEE\xDB"sv, "RPM"},
     {"SQLite format 3\0"sv, "SQLite"},

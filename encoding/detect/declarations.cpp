@@ -92,7 +92,12 @@ Declaration inHeader(std::string_view text) {
 std::string_view codingIn(std::string_view line) {
   for (std::size_t at = find(line, "coding"); at != kNpos; at = find(line, "coding", at + 1)) {
     const std::string_view name = nameBehind(line, at + 6, ":=");
-    if (!name.empty() && (line[at + 6] == ':' || line[at + 6] == '=')) return name;
+    if (name.empty() || (line[at + 6] != ':' && line[at + 6] != '=')) continue;
+    // Emacs says how lines end, too.
+    for (const std::string_view lineEnd : {"-unix", "-dos", "-mac"}) {
+      if (name.ends_with(lineEnd)) return name.substr(0, name.size() - lineEnd.size());
+    }
+    return name;
   }
   return {};
 }

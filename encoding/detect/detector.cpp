@@ -79,7 +79,17 @@ class Detector {
       return text();
     }
     judgeByLetters();
-    if (utf8.sequences > utf8.malformed * 50) {
+    // A stray byte or two in text of seven bits.
+    std::uint64_t high = 0;
+    for (unsigned int byte = 0x80; byte < 0x100; ++byte) high += m_sample.counts[byte];
+    if (high * 100 < m_sample.size) {
+      const SevenBitLook look = lookForSevenBitText(m_sample, m_trial);
+      if (look.mayConvert) {
+        insertFirst(streamCodePage(look.name), look.name, 0.45, Evidence::kStructure,
+                    describe(look));
+      }
+    }
+    if (utf8.sequences > utf8.malformed * 10) {
       insertFirst(65001, "UTF-8", 0.45, Evidence::kStructure,
                   "UTF-8 but for " + count(utf8.malformed));
     }
@@ -89,10 +99,14 @@ class Detector {
   Finding findInAscii() {
     const SevenBitLook look = lookForSevenBitText(m_sample, m_trial);
     if (!look.name.empty()) {
-      const bool isUtf7 = look.name == "UTF-7";
-      const int page = look.mayConvert ? streamCodePage(look.name) : 0;
-      addNamed(page, look.name, isUtf7 ? 0.8 : 0.95, Evidence::kStructure,
-               std::string(look.reason));
+      const int page = streamCodePage(look.name);
+      const bool isRead = look.mayConvert || page == 0;
+      const double whenWhole = look.name == "UTF-7" ? 0.8 : 0.95;
+      addNamed(page, look.name,
+               !isRead               ? 0.3
+               : look.malformed != 0 ? 0.6
+                                     : whenWhole,
+               Evidence::kStructure, describe(look));
       return text();
     }
     m_finding.kind = Kind::kAscii;
@@ -194,6 +208,10 @@ class Detector {
     const double behind = readings.size() > 1 ? readings[1].score - readings[0].score : 0;
     const bool isBelievable = behind < static_cast<double>(statistics.beyondAscii());
     if (isBelievable) {
+      // Another name for the same text is none.
+      if (readings.size() > 1 && readings[0].fingerprint == readings[1].fingerprint) {
+        std::erase_if(m_finding.candidates, [&](const Candidate& c) { return c.name == first; });
+      }
       insertFirst(declared.number, declared.name, 0.95, Evidence::kDeclaration,
                   describeDeclaration());
     } else if (!m_finding.candidates.empty()) {
@@ -202,6 +220,10 @@ class Detector {
     }
   }
 
+  static std::string describe(const SevenBitLook& look) {
+    return std::string(look.reason) +
+           (look.malformed == 0 ? "" : ", but for " + count(look.malformed));
+  }
   std::string describeDeclaration() const {
     return "declared in its " + std::string(m_declaration.kind) + " as " +
            std::string(m_declaration.name);
@@ -224,7 +246,7 @@ class Detector {
                    std::string reason) {
     std::erase_if(m_finding.candidates, [&](const Candidate& c) { return c.name == name; });
     for (Candidate& other : m_finding.candidates) {
-      other.confidence = std::min(other.confidence, (1 - confidence) * 0.9);
+      other.confidence = std::min({other.confidence, confidence, (1 - confidence) * 0.9});
     }
     m_finding.candidates.insert(m_finding.candidates.begin(),
                                 {page, name, confidence, evidence, std::move(reason)});

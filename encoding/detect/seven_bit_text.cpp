@@ -133,19 +133,22 @@ bool isUtf7(const Sample& sample) {
 SevenBitLook lookForSevenBitText(const Sample& sample, Trial& trial) {
   const auto reads = [&](std::string_view name) {
     const int codePage = streamCodePage(name);
-    return codePage != 0 && trial.read(sample.forStatistics(), codePage) && trial.malformed() == 0;
+    return codePage != 0 && trial.read(sample.forStatistics(), codePage) &&
+           trial.malformed() * 100 <= trial.unitCount();
   };
   std::string_view name = iso2022Of(sample);
   if (!name.empty()) {
     // Many a text has codes of an extension in it that the plain form has a place for.
     const std::string_view plain = name.starts_with("ISO-2022-JP") ? "ISO-2022-JP" : name;
-    if (reads(plain)) return {plain, true, "its escape sequences"};
-    return {name, false, "its escape sequences"};
+    if (reads(plain)) return {plain, true, "its escape sequences", trial.malformed()};
+    return {name, false, "its escape sequences", trial.malformed()};
   }
   if (hasRunsOfHz(sample) && reads("hz-gb-2312")) {
-    return {"hz-gb-2312", true, "runs of pairs between ~{ and ~}"};
+    return {"hz-gb-2312", true, "runs of pairs between ~{ and ~}", trial.malformed()};
   }
-  if (isUtf7(sample) && reads("UTF-7")) return {"UTF-7", true, "runs of base64 behind +"};
+  if (isUtf7(sample) && reads("UTF-7")) {
+    return {"UTF-7", true, "runs of base64 behind +", trial.malformed()};
+  }
   return {};
 }
 

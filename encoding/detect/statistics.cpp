@@ -171,7 +171,9 @@ bool Statistics::readSingleByte(int codePage, Reading& reading) {
     neighbours.set(byte, units[byte]);
     if (m_counts[byte] == 0) continue;
     mix(reading.fingerprint, byte << 16 | units[byte]);
-    if (units[byte] == 0xFFFD) {
+    // Text has no C1 controls; where they are, it is in the page of Windows beside.
+    const bool isC1 = !isEbcdic && units[byte] >= 0x80 && units[byte] < 0xA0 && units[byte] != 0x85;
+    if (units[byte] == 0xFFFD || isC1) {
       reading.malformed += m_counts[byte];
       common += kMalformed * m_counts[byte];
     } else if (units[byte] < 0x80) {
