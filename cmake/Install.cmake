@@ -51,6 +51,10 @@ install(FILES
 # The prefix of the pkg-config files is where they are found, so that the tree can be moved.
 file(RELATIVE_PATH pc_prefix /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
 set(ENCCONV_PC_PREFIX "\${pcfiledir}/${pc_prefix}")
+set(ENCCONV_PC_UCHARDET "")
+if(ENCCONV_UCHARDET_LIBRARIES)
+  set(ENCCONV_PC_UCHARDET "-luchardet ")
+endif()
 foreach(name IN ITEMS encconv encconv-engine)
   configure_file(cmake/${name}.pc.in ${PROJECT_BINARY_DIR}/${name}.pc @ONLY)
   install(FILES ${PROJECT_BINARY_DIR}/${name}.pc

@@ -32,6 +32,9 @@ set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME libencconv-dev)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS
   "libencconv${PROJECT_VERSION_MAJOR} (= ${PROJECT_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE}), libbz2-dev")
+if(ENCCONV_UCHARDET_LIBRARIES)
+  string(APPEND CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS ", libuchardet-dev")
+endif()
 
 set(about "Unicode, Windows, DOS, Mac, EBCDIC, East Asian and GSM encodings, in constant
 memory, with a report of what cannot be converted.")

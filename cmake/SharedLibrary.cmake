@@ -14,7 +14,8 @@ target_include_directories(encconv_shared INTERFACE
   $<BUILD_INTERFACE:${PROJECT_BINARY_DIR}/include>
   $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
 target_link_libraries(encconv_shared PRIVATE
-  $<BUILD_INTERFACE:encconv_settings> $<BUILD_INTERFACE:encconv_hardening> BZip2::BZip2 Threads::Threads)
+  $<BUILD_INTERFACE:encconv_settings> $<BUILD_INTERFACE:encconv_hardening> BZip2::BZip2 Threads::Threads
+  ${ENCCONV_UCHARDET_LIBRARIES})
 if(UNIX AND NOT APPLE)
   configure_file(${PROJECT_SOURCE_DIR}/cmake/encconv.map.in ${PROJECT_BINARY_DIR}/encconv.map @ONLY)
   target_link_options(encconv_shared PRIVATE

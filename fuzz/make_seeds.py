@@ -126,6 +126,17 @@ stream("10004-1256", 10004, 1256, 3, 0, 0, 0, b"", b"\xc7\xb1\xb2\xc8 \xa1\xa2")
 stream("55000-37", 55000, 37, 2, 0, 48, 1, b"ab", b"\x00\x1b\x65abc\x1b\x80")
 stream("pdf", 1252, 65001, 0, 0, 8, 2, b"", b"%PDF-1.4 \xe9")
 
+DECLARED = {"xml": "<?xml version='1.0' encoding='%s'?>", "html": "<meta charset=%s>",
+            "mail": "Content-Type: text/plain; charset=\"%s\"\n\n", "python": "# coding: %s\n",
+            "vim": "vim: set fenc=%s:\n", "emacs": "-*- coding: %s -*-\n"}
+for name, form in DECLARED.items():
+    write("detect", name, b"\0" + (form % "koi8-r").encode() + "текст и ещё текст".encode("koi8-r"))
+for codec in ["utf-8", "utf-16", "utf-16-be", "utf-32-le", "utf-7", "hz", "iso2022_jp", "gb18030",
+              "cp932", "cp1251", "cp1253", "cp949", "cp037", "cp875"]:
+    for part, text in enumerate(["Ein Satz, 日本語 и русский\n", "καλημέρα 한국어 中文，"]):
+        write("detect", f"{codec}-{part}", b"\0" + text.encode(codec, "ignore") * 2)
+write("detect", "png", b"\x01\x89PNG\r\n\x1a\n")
+
 for number, line in enumerate([
         "-f 1252 -t utf-8 a.txt", "--from=auto --to=shift_jis --on-error=substitute=0x3F -",
         "--list greek --json", "--chart 932 --html out.html", "--detect a b c", "--help errors",

@@ -24,9 +24,10 @@ LAYERS = [
     ("tables", ["encoding/tables/"], ["support", "kernel tables", "texts", "codecs"]),
     ("engine", ["encoding/"], ["support", "kernel tables", "kernels", "codecs", "names", "tables"]),
     ("stream", ["encoding/stream/"], ["support", "kernels", "codecs", "engine"]),
+    ("detect", ["encoding/detect/"], ["support", "codecs", "engine", "stream"]),
     ("include", ["include/encconv/"], []),
-    ("interface", ["interface/"], ["include", "support", "codecs", "engine", "stream"]),
-    ("apps", ["apps/"], ["include", "support", "names", "engine", "stream"]),
+    ("interface", ["interface/"], ["include", "support", "codecs", "engine", "stream", "detect"]),
+    ("apps", ["apps/"], ["include", "support", "names", "engine", "stream", "detect"]),
     ("tools", ["tools/"], ["support", "codecs", "engine"]),
     ("examples", ["examples/"], ["include"]),
 ]

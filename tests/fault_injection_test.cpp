@@ -2,6 +2,7 @@
 // nothing leaks, and the next call works.
 #include <algorithm>
 #include <cstdlib>
+#include <cstring>
 #include <new>
 #include <string_view>
 
@@ -397,6 +398,35 @@ TEST(FaultInjectionElsewhere, Interfaces) {
     }
   }
   EXPECT_EQ(countLeaks(), 0);
+}
+
+// What is found is found with all judges, or not at all.
+TEST(FaultInjectionElsewhere, Detection) {
+  for (const char* text : {"\xCF\xF0\xE8\xE2\xE5\xF2, \xEC\xE8\xF0!", "\x93\xFA\x96{\x8C\xEA",
+                           "caf\xC3\xA9", "+AOkA6Q-"}) {
+    SCOPED_TRACE(text);
+    const encconv::Detection expected = encconv::detect(text);
+    ASSERT_FALSE(expected.candidates.empty());
+    bool hasFailed = true;
+    for (long n = 1; hasFailed; ++n) {
+      encconv_detection* found = nullptr;
+      {
+        const Watch watch(n, false);
+        found = encconv_detect(text, std::strlen(text), 0);
+      }
+      hasFailed = Watch::hasFailed();
+      ASSERT_TRUE(found != nullptr || hasFailed);
+      if (found == nullptr) continue;
+      ASSERT_EQ(encconv_candidate_count(found), expected.candidates.size());
+      for (std::size_t i = 0; i < expected.candidates.size(); ++i) {
+        encconv_candidate candidate = ENCCONV_CANDIDATE_INIT;
+        encconv_candidate_at(found, i, &candidate);
+        EXPECT_EQ(candidate.name, expected.candidates[i].name);
+        EXPECT_EQ(candidate.confidence, expected.candidates[i].confidence);
+      }
+      encconv_detection_free(found);
+    }
+  }
 }
 
 // With a drain a stream keeps little, however large the pieces.

@@ -7,170 +7,129 @@
 
 #include "apps/encconv/error_report.h"
 #include "apps/encconv/file_io.h"
-#include "encoding/stream/stream_converter.h"
-#include "support/zv_utf.h"
-#ifdef ENCCONV_HAVE_UCHARDET
-#include <uchardet/uchardet.h>
-#endif
+#include "encoding/detect/detector.h"
+#include "support/utf.h"
 
 namespace tool {
 namespace {
 
-struct Utf8Look {
-  bool isValid = true;
-  bool hasBeyondAscii = false;
-};
+using detection::Candidate;
+using detection::Finding;
+using detection::Kind;
 
-// A sequence that the end of a sample cuts off is no fault.
-Utf8Look lookForUtf8(std::span<const unsigned char> sample, bool isWhole) {
-  Utf8Look look;
-  std::size_t at = 0;
-  while (at < sample.size()) {
-    if (sample[at] < 0x80) {
-      ++at;
-      continue;
+constexpr int kUtf8 = 65001;
+
+std::string_view wordFor(double confidence) {
+  return confidence >= 1                                  ? "certain"
+         : confidence >= 0.8                              ? "likely"
+         : confidence >= detection::kSufficientConfidence ? "guess"
+                                                          : "doubtful";
+}
+
+std::string percent(double confidence) {
+  return std::to_string(static_cast<int>(confidence * 100 + 0.5)) + " %";
+}
+
+std::string describe(const Candidate& candidate) {
+  return candidate.codePage == 0 ? std::string(candidate.name) + " (which cannot be converted)"
+                                 : describeCodePage(candidate.codePage);
+}
+
+std::string inWords(const Finding& finding) {
+  if (finding.candidates.empty()) {
+    const std::string kind(detection::nameOf(finding.kind));
+    return kind == finding.reason ? kind : kind + ": " + finding.reason;
+  }
+  const Candidate& first = finding.candidates.front();
+  std::string text = describe(first) + ", ";
+  text += wordFor(first.confidence);
+  text += ": " + first.reason;
+  std::string_view separator = "; else ";
+  for (const Candidate& other : std::span(finding.candidates).subspan(1)) {
+    text += separator;
+    text += describe(other) + " " + percent(other.confidence);
+    separator = ", ";
+  }
+  return text;
+}
+
+std::string_view inBrief(const Finding& finding) {
+  return finding.candidates.empty() ? detection::nameOf(finding.kind)
+                                    : finding.candidates.front().name;
+}
+
+// A JSON string. Names of files are bytes; those that are no UTF-8 become U+FFFD.
+std::string quoted(std::string_view text) {
+  std::string result = "\"";
+  const auto* at = reinterpret_cast<const unsigned char*>(text.data());
+  const unsigned char* const end = at + text.size();
+  while (at < end) {
+    const Utf8Sequence piece = decodeScalar(at, static_cast<std::size_t>(end - at));
+    if (!piece.valid) {
+      result += "\uFFFD";
+    } else if (piece.value < 0x20) {
+      char escape[8];
+      std::snprintf(escape, sizeof escape, "\\u%04X", static_cast<unsigned int>(piece.value));
+      result += escape;
+    } else {
+      if (piece.value == '"' || piece.value == '\\') result += '\\';
+      result.append(reinterpret_cast<const char*>(at), piece.length);
     }
-    look.hasBeyondAscii = true;
-    const auto left = static_cast<unsigned int>(sample.size() - at);
-    unsigned int used = 0;
-    const bool isSurrogate = sample[at] == 0xED && left > 1 && sample[at + 1] >= 0xA0;
-    if (isSurrogate || _zvUtf::utf16FromUtf8(&sample[at], left, used) == 0) {
-      look.isValid = !isWhole && used == left;
-      return look;
-    }
-    at += used;
+    at += piece.length;
   }
-  return look;
+  return result + '"';
 }
 
-// UTF-16 text without a mark gives itself away when it has ASCII in it: zero bytes at every other
-// place and nowhere else.
-int looksLikeUtf16(std::span<const unsigned char> sample) {
-  std::size_t zeros[2] = {0, 0};
-  for (std::size_t i = 0; i < sample.size(); ++i) {
-    if (sample[i] == 0) ++zeros[i % 2];
+std::string inJson(std::string_view file, const Finding& finding) {
+  std::string text = "{\"file\": " + quoted(file) +
+                     ", \"kind\": " + quoted(detection::nameOf(finding.kind)) +
+                     ", \"reason\": " + quoted(finding.reason) + ", \"candidates\": [";
+  std::string_view separator;
+  for (const Candidate& candidate : finding.candidates) {
+    char confidence[16];
+    std::snprintf(confidence, sizeof confidence, "%.2f", candidate.confidence);
+    text += separator;
+    text += "{\"name\": " + quoted(candidate.name) + ", \"codePage\": " +
+            (candidate.codePage == 0 ? "null" : std::to_string(candidate.codePage)) +
+            ", \"confidence\": " + confidence +
+            ", \"evidence\": " + quoted(detection::nameOf(candidate.evidence)) +
+            ", \"reason\": " + quoted(candidate.reason) + "}";
+    separator = ", ";
   }
-  const std::size_t enough = sample.size() / 20 + 1;
-  if (zeros[1] >= enough && zeros[0] == 0) return 1200;
-  if (zeros[0] >= enough && zeros[1] == 0) return 1201;
-  return 0;
+  return text + "]}";
 }
 
-// Letters, digits, blanks and line ends of all EBCDIC code pages; which of them it is, the bytes do
-// not tell.
-bool looksLikeEbcdic(std::span<const unsigned char> sample) {
-  std::size_t counts[256] = {};
-  for (const unsigned char byte : sample) ++counts[byte];
-  constexpr unsigned char kRanges[][2] = {{0x15, 0x15}, {0x25, 0x25}, {0x40, 0x40}, {0x81, 0x89},
-                                          {0x91, 0x99}, {0xA2, 0xA9}, {0xC1, 0xC9}, {0xD1, 0xD9},
-                                          {0xE2, 0xE9}, {0xF0, 0xF9}};
-  std::size_t usual = 0;
-  for (const auto& range : kRanges) {
-    for (unsigned int byte = range[0]; byte <= range[1]; ++byte) usual += counts[byte];
-  }
-  return counts[0x40] * 20 > sample.size() && counts[0x20] * 50 < counts[0x40] &&
-         usual * 4 > sample.size() * 3;
-}
-
-// Control characters that text files do not have.
-bool hasOddControls(std::string_view text) {
-  constexpr std::string_view kUsual = "\t\n\v\f\r\b\x1A\x1B\x0E\x0F";
-  return std::any_of(text.begin(), text.end(), [&](char c) {
-    return static_cast<unsigned char>(c) < 0x20 && kUsual.find(c) == std::string_view::npos;
-  });
-}
-
-bool hasShiftSequences(std::string_view text) {
-  return text.find('\x1B') != std::string_view::npos ||
-         text.find('\x0E') != std::string_view::npos || text.find("~{") != std::string_view::npos;
-}
-
-#ifdef ENCCONV_HAVE_UCHARDET
-// A guess that does not even fit is worth little.
-std::string countMisfits(std::span<const unsigned char> sample, int codePage) {
-  StreamSettings settings;
-  settings.from = codePage;
-  settings.to = 65001;
-  settings.treatment = StreamTreatment::kDrop;
-  StreamConverter stream;
-  DataBuffer out;
-  if (stream.begin(settings) != StreamStatus::kGood ||
-      stream.push(sample.data(), sample.size(), out) != StreamStatus::kGood ||
-      stream.errorCount() == 0) {
-    return {};
-  }
-  const std::uint64_t count = stream.errorCount();
-  return ", but " + std::to_string(count) + (count == 1 ? " place does" : " places do") +
-         " not fit";
-}
-
-Detection guess(std::span<const unsigned char> sample) {
-  const uchardet_t detector = uchardet_new();
-  const bool isFed = uchardet_handle_data(detector, reinterpret_cast<const char*>(sample.data()),
-                                          sample.size()) == 0;
-  uchardet_data_end(detector);
-  std::string name = isFed ? uchardet_get_charset(detector) : "";
-  uchardet_delete(detector);
-
-  Detection detection;
-  if (name.empty()) {
-    detection.reason = "the bytes suggest nothing";
-    return detection;
-  }
-  // What is called GB18030 there is nearly always its older part.
-  detection.codePage = streamCodePage(name == "GB18030" ? "GBK" : name);
-  if (detection.codePage == 0) {
-    detection.reason = "looks like " + name + ", which cannot be converted";
-    return detection;
-  }
-  detection.sureness = Sureness::kGuess;
-  detection.reason = "by the statistics of the bytes" + countMisfits(sample, detection.codePage);
-  return detection;
-}
-#else
-Detection guess(std::span<const unsigned char>) {
-  Detection detection;
-  detection.reason = "built without uchardet, which could guess";
-  return detection;
-}
-#endif
-
-const char* wordFor(Sureness sureness) {
-  static constexpr const char* kWords[] = {"unknown", "guess", "likely", "certain"};
-  return kWords[static_cast<int>(sureness)];
+// Whether --detect has an answer.
+bool isAnswered(const Finding& finding) {
+  return finding.candidates.empty() ? finding.kind != Kind::kUnknown
+                                    : finding.candidates.front().codePage != 0;
 }
 
 }  // namespace
 
-Detection detectEncoding(std::span<const unsigned char> sample, bool isWhole) {
-  const std::string_view text(reinterpret_cast<const char*>(sample.data()), sample.size());
-  // UTF-32 first: its little-endian mark begins with that of UTF-16.
-  for (const int codePage : {12000, 12001, 65001, 1200, 1201}) {
-    if (text.starts_with(markOf(*findEncodingRow(codePage)))) {
-      return {codePage, Sureness::kCertain, "byte order mark"};
-    }
+ChosenSource chooseSource(std::span<const unsigned char> sample, bool isWhole, bool acceptsGuess) {
+  const Finding finding = detection::detect(sample, isWhole);
+  if (finding.kind == Kind::kEmpty) return {kUtf8, finding.reason};
+  if (finding.kind == Kind::kAscii) {
+    // Behind the sample may be what the text declares, or else what nearly all text is in.
+    const bool isDeclared = finding.candidates.size() > 1;
+    return {isDeclared ? finding.candidates[1].codePage : kUtf8,
+            finding.reason + (isDeclared ? ", " + finding.candidates[1].reason : "")};
   }
-  const int utf16 = looksLikeUtf16(sample);
-  if (utf16 != 0) return {utf16, Sureness::kLikely, "zero bytes of UTF-16"};
-  if (looksLikeEbcdic(sample)) {
-    return {37, Sureness::kGuess, "letters and blanks of EBCDIC, in one of its code pages"};
+  if (finding.kind == Kind::kBinary) return {0, "is not text but binary: " + finding.reason};
+  const std::string refusal = "cannot find out the encoding: ";
+  if (finding.candidates.empty()) return {0, refusal + finding.reason + "; name it with -f"};
+  const Candidate& first = finding.candidates.front();
+  if (first.codePage == 0) return {0, refusal + "it looks like " + describe(first)};
+  if (first.confidence >= detection::kSufficientConfidence || acceptsGuess) {
+    return {first.codePage, first.reason};
   }
-  const Utf8Look look = lookForUtf8(sample, isWhole);
-  if (look.isValid && look.hasBeyondAscii) {
-    return {65001, Sureness::kLikely, "valid UTF-8 with characters beyond ASCII"};
+  std::string names;
+  for (const Candidate& candidate : finding.candidates) {
+    names +=
+        (names.empty() ? "" : ", ") + describe(candidate) + " " + percent(candidate.confidence);
   }
-  if (look.isValid) {
-    if (hasShiftSequences(text)) {
-      Detection shifted = guess(sample);
-      if (shifted.codePage != 0 && shifted.codePage != 20127) return shifted;
-    }
-    if (hasOddControls(text)) {
-      return {65001, Sureness::kGuess, "only ASCII, but with control characters"};
-    }
-    if (sample.empty()) return {65001, Sureness::kCertain, "empty"};
-    return {65001, Sureness::kCertain, isWhole ? "only ASCII" : "only ASCII at the beginning"};
-  }
-  return guess(sample);
+  return {0, refusal + "perhaps " + names + "; name one with -f, or take the first with --guess"};
 }
 
 int runDetection(const Options& options, Console& console) {
@@ -184,13 +143,13 @@ int runDetection(const Options& options, Console& console) {
       status = kUsage;
       continue;
     }
-    const Detection detection =
-        detectEncoding(std::span(sample).first(count), count < sample.size());
-    const std::string encoding = detection.codePage == 0 ? std::string(wordFor(Sureness::kUnknown))
-                                                         : describeCodePage(detection.codePage) +
-                                                               ", " + wordFor(detection.sureness);
-    if (detection.codePage == 0) status = std::max<int>(status, kNotConverted);
-    std::printf("%s: %s: %s\n", input.label().c_str(), encoding.c_str(), detection.reason.c_str());
+    const Finding finding =
+        detection::detect(std::span(sample).first(count), count < sample.size());
+    if (!isAnswered(finding)) status = std::max<int>(status, kNotConverted);
+    const std::string line = options.json    ? inJson(input.label(), finding)
+                             : options.brief ? std::string(inBrief(finding))
+                                             : input.label() + ": " + inWords(finding);
+    std::puts(line.c_str());
   }
   return std::fflush(stdout) == 0 ? status : console.reportStandardOutput();
 }

@@ -1,4 +1,4 @@
-// Finding out which encoding a text is in.
+// Finding out which encoding a file is in, for --detect and -f auto.
 #ifndef APPS_ENCCONV_DETECT_H_
 #define APPS_ENCCONV_DETECT_H_
 
@@ -10,19 +10,18 @@
 
 namespace tool {
 
-// Bytes that are looked at.
+// Bytes of a file that are looked at.
 inline constexpr std::size_t kDetectionSample = 1u << 20;
 
-enum class Sureness : unsigned char { kUnknown, kGuess, kLikely, kCertain };
-
-struct Detection {
-  int codePage = 0;  // 0: unknown, or an encoding that cannot be converted
-  Sureness sureness = Sureness::kUnknown;
+// The encoding that -f auto reads a file from.
+struct ChosenSource {
+  int codePage = 0;    // 0: none; the file is left alone
   std::string reason;  // a few words
 };
 
-// sample is the beginning of the text, and all of it if isWhole.
-Detection detectEncoding(std::span<const unsigned char> sample, bool isWhole);
+// sample is the beginning of the file, and all of it if isWhole. Refused is what is no text, and,
+// unless acceptsGuess, what no encoding is likely enough for.
+ChosenSource chooseSource(std::span<const unsigned char> sample, bool isWhole, bool acceptsGuess);
 
 // --detect: one line for each input on standard output. Returns the exit status.
 int runDetection(const Options& options, Console& console);

@@ -126,18 +126,22 @@ bool FileConversion::prepareNewlines() {
 }
 
 // Finds out the encoding from the beginning of the input, which is in the buffer.
-bool FileConversion::chooseSource(const InputFile& input, bool isWhole) {
-  const Detection detection = detectEncoding(std::span(m_buffer).first(m_buffered), isWhole);
-  if (detection.codePage == 0) {
-    m_console.report(input.label() + ": cannot find out the encoding: " + detection.reason +
-                     "; name it with -f");
+bool FileConversion::chooseEncoding(const InputFile& input, bool isWhole) {
+  const std::span<const unsigned char> sample = std::span(m_buffer).first(m_buffered);
+  constexpr std::string_view kPdf = "%PDF-1";
+  const std::string_view text(reinterpret_cast<const char*>(sample.data()), sample.size());
+  m_settings.from = 65001;
+  if (m_options.pdfPassthrough && text.starts_with(kPdf)) return true;
+  const ChosenSource source = chooseSource(sample, isWhole, m_options.guess);
+  if (source.codePage == 0) {
+    m_console.report(input.label() + ": " + source.reason);
     return false;
   }
   if (m_options.verbose) {
-    m_console.report(input.label() + ": read as " + describeCodePage(detection.codePage) + ": " +
-                     detection.reason);
+    m_console.report(input.label() + ": read as " + describeCodePage(source.codePage) + ": " +
+                     source.reason);
   }
-  m_settings.from = detection.codePage;
+  m_settings.from = source.codePage;
   return true;
 }
 
@@ -151,7 +155,7 @@ ConversionResult FileConversion::convert(InputFile& input, OutputFile& output, b
   if (m_options.fromCodePage == kCodePageAuto) {
     if (!input.readFully(m_buffer, m_buffered)) return fail(input.error());
     isWhole = m_buffered < m_buffer.size();
-    if (!chooseSource(input, isWhole)) return {kNotConverted, false};
+    if (!chooseEncoding(input, isWhole)) return {kNotConverted, false};
   }
   if (!prepare(m_settings.from, isFirst)) return {kUsage, false};
   return pump(input, output, isWhole);

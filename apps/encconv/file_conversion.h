@@ -41,7 +41,7 @@ class FileConversion : private StreamDrain, private StreamErrorHandler {
   ConversionResult convert(InputFile& input, OutputFile& output, bool isFirst);
 
  private:
-  bool chooseSource(const InputFile& input, bool isWhole);
+  bool chooseEncoding(const InputFile& input, bool isWhole);
   bool prepare(int fromCodePage, bool isFirst);
   bool prepareNewlines();
   bool prepareRecords(int fromCodePage);

@@ -16,6 +16,7 @@ standard input is read; without -o the result goes to standard output. Without
 -f or -t, but not without both, the encoding of the locale is meant.
 
   -f, --from FROM          encoding of the input; "auto" finds it out
+      --guess              with -f auto: be content with a doubtful encoding
   -t, --to TO              encoding of the output
   -o, --output OUTPUT      write to a file, which is replaced only on success
       --in-place[=SUFFIX]  replace each file; SUFFIX keeps the old one
@@ -41,7 +42,8 @@ standard input is read; without -o the result goes to standard output. Without
   -q, -s, --quiet          no progress line and no closing line
   -v, --verbose            tell of each file the encodings, sizes and speed
 
-      --detect             show which encoding each FILE seems to have
+      --detect             show which encoding each FILE seems to have;
+                           --brief the name alone, --json for programs
   -l, --list [FILTER]      show the encodings; with --json for programs
       --chart CODEPAGE     show a code page; with --html FILE as a page
   -h, --help [TOPIC]       show this, or a topic: errors, files, encodings,
@@ -205,15 +207,25 @@ Example:
   encconv -f ibm1047 -t utf-8 --record-length 80 --trim cards.dat
 )"},
     {"detect",
-     R"(encconv --detect FILE... shows for each file the encoding that it seems to have
-and how sure that is; -f auto converts from it. Looked at is the first MiB:
+     R"(encconv --detect FILE... shows for each file the encoding that it seems to have,
+how sure that is, why, and which others it may be. Looked at is the first MiB.
 
-  certain   a byte order mark; or ASCII and nothing else
-  likely    valid UTF-8 with characters beyond ASCII; the zero bytes of UTF-16
-  guess     what the statistics of the bytes suggest (if built with uchardet)
-  unknown   none of these; the exit status is 1
+  certain    a byte order mark; or ASCII and nothing else
+  likely     UTF-8, UTF-16, UTF-32 and ISO-2022 by their form; what the text
+             declares (XML, HTML, mail, .po, Python, editors), if it fits; and
+             letters that fit one encoding much better than all others
+  guess      the letters fit one encoding better than others
+  doubtful   there are others that fit nearly as well
+  binary     no text: a picture, a program, compressed data
+  unknown    none of these; the exit status is 1
 
 A guess can be wrong, above all for short texts and among related encodings.
+
+-f auto converts from what is found out, but leaves binary files alone, and those
+whose encoding is doubtful; --guess takes the first encoding then.
+
+--brief shows nothing but the name, for -f, or binary, empty or unknown; --json
+an object for each file, on a line of its own.
 )"},
     {"charts",
      R"(encconv --chart CODEPAGE shows a code page as a grid of 16 by 16: the row is the

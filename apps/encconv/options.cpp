@@ -72,6 +72,8 @@ void declare(CLI::App& app, RawArguments& raw, Options& options) {
   app.add_flag("-v,--verbose", options.verbose);
   app.add_flag("--detect", raw.detect);
   app.add_option("-l,--list", options.filter)->expected(0, 1);
+  app.add_flag("--brief", options.brief);
+  app.add_flag("--guess", options.guess);
   app.add_flag("--json", options.json);
   app.add_option("--chart", raw.chart);
   app.add_option("--html", options.chartHtml);
@@ -167,6 +169,9 @@ void readEncodings(const RawArguments& raw, Options& options) {
   const EncodingArgument to = readEncoding(raw.to, "-t");
   options.fromCodePage = from.name == "auto" ? kCodePageAuto : readCodePage(from.name);
   options.toCodePage = readCodePage(to.name);
+  if (options.guess && options.fromCodePage != kCodePageAuto) {
+    throw UsageError{"--guess needs -f auto"};
+  }
   readWord("--bom", raw.bom, kMarkUses, options.mark);
   if (options.mark == MarkUse::kAdd && markOf(*findEncodingRow(options.toCodePage)).empty()) {
     throw UsageError{"--bom: '" + to.name + "' has no byte order mark"};
@@ -250,12 +255,15 @@ void readCommand(const CLI::App& app, const RawArguments& raw, Options& options)
   if ((lists ? 1 : 0) + (charts ? 1 : 0) + (raw.detect ? 1 : 0) > 1) {
     throw UsageError{"only one of --list, --chart and --detect can be given"};
   }
-  if (options.json && !lists && options.report.empty()) {
-    throw UsageError{"--json needs --list or --report"};
+  if (options.json && !lists && !raw.detect && options.report.empty()) {
+    throw UsageError{"--json needs --list, --detect or --report"};
   }
   if (!options.report.empty() && (lists || charts || raw.detect)) {
     throw UsageError{"--report is about conversions"};
   }
+  if (options.brief && !raw.detect) throw UsageError{"--brief needs --detect"};
+  if (options.brief && options.json)
+    throw UsageError{"only one of --brief and --json can be given"};
   if (!options.chartHtml.empty() && !charts) throw UsageError{"--html needs --chart"};
   if ((lists || charts) && !options.inputs.empty()) {
     throw UsageError{"unexpected argument '" + options.inputs.front() + "'"};

@@ -66,12 +66,14 @@ struct Options {
   bool trim = false;
 
   std::string report;  // the file with every place; empty: none, "-": standard output
+  bool guess = false;  // of kCodePageAuto: the likeliest encoding will do
+  bool brief = false;  // of kDetect: the name alone
 
   bool quiet = false;
   bool verbose = false;
 
   std::string filter;     // of kList; empty: everything
-  bool json = false;      // of kList and of the report
+  bool json = false;      // of kList, kDetect and the report
   std::string chartHtml;  // of kChart: the page to write, "-" on standard output; empty: text there
 };
 

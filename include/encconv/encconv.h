@@ -191,6 +191,62 @@ ENCCONV_API IntoResult convert_into(std::string_view bytes, Encoding from, Encod
 /// encoding that is not known.
 ENCCONV_API std::size_t max_output_size(std::size_t size, Encoding from, Encoding to);
 
+// ---- Finding out an encoding. ----
+
+/// What bytes turned out to be.
+enum class DetectedKind {
+  empty,    ///< there are none
+  ascii,    ///< nothing but ASCII: the same text in nearly every encoding
+  text,     ///< text, in the encoding of the first candidate as far as its confidence goes
+  binary,   ///< no text: a picture, a program, compressed data
+  unknown,  ///< perhaps text, but no encoding suggests itself
+};
+
+/// What speaks for a candidate most.
+enum class Evidence {
+  mark,         ///< a byte order mark
+  declaration,  ///< the text names its encoding (XML, HTML, MIME header, .po, PEP 263, modeline),
+                ///< and is well formed in it
+  structure,    ///< the bytes have a form that hardly anything else has, as UTF-8 has
+  statistics,   ///< the frequencies of letters
+};
+
+/// An encoding that a text may be in.
+struct Candidate {
+  int code_page;          ///< by which conversions name it; 0 for one that cannot be converted
+  std::string_view name;  ///< its preferred name; the library's own
+  double confidence;      ///< from 0 to 1
+  Evidence evidence;      ///< what speaks for it most
+  std::string reason;     ///< a few words for people
+};
+
+/// The confidence from which a candidate may be taken without asking anybody.
+inline constexpr double sufficient_confidence = 0.5;
+
+/// What detect() found.
+struct Detection {
+  DetectedKind kind = DetectedKind::unknown;
+  std::vector<Candidate> candidates;  ///< the likeliest first, a few at most; each reads the bytes
+                                      ///< as another text. US-ASCII for DetectedKind::ascii.
+  std::string reason;                 ///< where there are no candidates: why, for people
+
+  /// The likeliest, or null when it is not sufficient_confidence, or cannot be converted.
+  const Candidate* sure() const {
+    const bool is_sure = !candidates.empty() && candidates.front().code_page != 0 &&
+                         candidates.front().confidence >= sufficient_confidence;
+    return is_sure ? &candidates.front() : nullptr;
+  }
+};
+
+/// How to look at bytes.
+struct DetectOptions {
+  bool is_beginning = false;  ///< the text goes on behind the bytes, perhaps within a character
+};
+
+/// Finds out which encoding a text is in, or that it is no text. Looks at the first MiB, and at
+/// samples of what follows.
+ENCCONV_API Detection detect(std::string_view bytes, const DetectOptions& options = {});
+
 // ---- Streams. ----
 
 /// Converts input of any length piece by piece, in constant memory. The output does not depend on

@@ -205,6 +205,65 @@ ENCCONV_API int encconv_first_approximation(const encconv_stream* stream, enccon
 /** Frees the stream, finished or not. Null is ignored. */
 ENCCONV_API void encconv_close(encconv_stream* stream);
 
+/** What bytes turned out to be. */
+typedef enum encconv_detected_kind {
+  ENCCONV_DETECTED_EMPTY = 0, /**< there are none */
+  ENCCONV_DETECTED_ASCII,     /**< nothing but ASCII: the same text in nearly every encoding */
+  ENCCONV_DETECTED_TEXT,      /**< text, in the encoding of the first candidate as far as its
+                                   confidence goes */
+  ENCCONV_DETECTED_BINARY,    /**< no text: a picture, a program, compressed data */
+  ENCCONV_DETECTED_UNKNOWN    /**< perhaps text, but no encoding suggests itself */
+} encconv_detected_kind;
+
+/** What speaks for a candidate most. */
+typedef enum encconv_evidence {
+  ENCCONV_EVIDENCE_MARK = 0,    /**< a byte order mark */
+  ENCCONV_EVIDENCE_DECLARATION, /**< the text names its encoding, and is well formed in it */
+  ENCCONV_EVIDENCE_STRUCTURE,   /**< the bytes have a form that hardly anything else has */
+  ENCCONV_EVIDENCE_STATISTICS   /**< the frequencies of letters */
+} encconv_evidence;
+
+/** An encoding that a text may be in. Its texts are the detection's own. */
+typedef struct encconv_candidate {
+  size_t struct_size; /**< sizeof(encconv_candidate) */
+  int code_page;      /**< by which conversions name it; 0 for one that cannot be converted */
+  const char* name;   /**< its preferred name */
+  double confidence;  /**< from 0 to 1 */
+  encconv_evidence evidence; /**< what speaks for it most */
+  const char* reason;        /**< a few words for people */
+} encconv_candidate;
+/** No encoding. */
+#define ENCCONV_CANDIDATE_INIT \
+  { sizeof(encconv_candidate), 0, NULL, 0, ENCCONV_EVIDENCE_STATISTICS, NULL }
+
+/** The confidence from which a candidate may be taken without asking anybody. */
+#define ENCCONV_SUFFICIENT_CONFIDENCE 0.5
+
+/** What encconv_detect() found. */
+typedef struct encconv_detection encconv_detection;
+
+/**
+ * Finds out which encoding size bytes of text are in, or that they are no text. is_beginning: 1
+ * when the text goes on behind them, perhaps within a character. Looks at the first MiB, and at
+ * samples of what follows. Null when memory is short, or when data is null and size is not 0. To be
+ * freed with encconv_detection_free().
+ */
+ENCCONV_API encconv_detection* encconv_detect(const void* data, size_t size, int is_beginning);
+/** What the bytes are. */
+ENCCONV_API encconv_detected_kind encconv_detection_kind(const encconv_detection* detection);
+/** Why there are no candidates, in a few words for people; valid as long as the detection. */
+ENCCONV_API const char* encconv_detection_reason(const encconv_detection* detection);
+/** How many candidates there are; each reads the bytes as another text. */
+ENCCONV_API size_t encconv_candidate_count(const encconv_detection* detection);
+/**
+ * Fills in the candidate at an index below the count, the likeliest first; 0 for any other index or
+ * when candidate has no size, else 1.
+ */
+ENCCONV_API int encconv_candidate_at(const encconv_detection* detection, size_t index,
+                                     encconv_candidate* candidate);
+/** Frees a detection. Null is ignored. */
+ENCCONV_API void encconv_detection_free(encconv_detection* detection);
+
 #ifdef __cplusplus
 }
 #endif

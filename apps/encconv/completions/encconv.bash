@@ -46,7 +46,7 @@ _encconv() {
         words="-f --from -t --to -o --output --in-place --in-place= --output-dir
           --preserve-time -r --recursive --include -j --jobs
           --on-error -c --strict --report --bom --bom= --newline --pdf-passthrough --ebcdic-newline --record-length --trim
-          -q -s --quiet -v --verbose --detect -l --list --json --chart --html -h --help --version"
+          -q -s --quiet -v --verbose --detect --brief --guess -l --list --json --chart --html -h --help --version"
       else
         compopt -o filenames
         mapfile -t COMPREPLY < <(compgen -f -- "$current")
