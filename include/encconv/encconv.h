@@ -225,7 +225,7 @@ inline constexpr double sufficient_confidence = 0.5;
 
 /// What detect() found.
 struct Detection {
-  DetectedKind kind = DetectedKind::unknown;
+  DetectedKind kind = DetectedKind::unknown;  ///< of the bytes as a whole
   std::vector<Candidate> candidates;  ///< the likeliest first, a few at most; each reads the bytes
                                       ///< as another text. US-ASCII for DetectedKind::ascii.
   std::string reason;                 ///< where there are no candidates: why, for people
