@@ -16,6 +16,13 @@
 #include "encoding/stream/stream_converter.h"
 #include "encoding/stream/treatments.h"
 
+inline std::size_t bytesBetween(const unsigned char* begin, const unsigned char* end) {
+  return static_cast<std::size_t>(end - begin);
+}
+inline std::uint32_t unitAt(const unsigned char* p, bool bigEndian) {
+  return bigEndian ? p[0] * 256u | p[1] : p[0] | p[1] * 256u;
+}
+
 class StreamConverter::Core final : private CodecTarget::Client {
  public:
   // Starts a stream, and forgets an earlier one; what was allocated for that is used again.
@@ -81,6 +88,8 @@ class StreamConverter::Core final : private CodecTarget::Client {
   void report(const StreamError& error);
   StreamError errorAt(const Piece& piece);
   void fillBytes(StreamError& error, std::uint32_t offset) const;
+  // The line ends in a part of the text.
+  std::uint64_t countLineEnds(const unsigned char* begin, const unsigned char* end) const;
   std::uint64_t lineOf(const unsigned char* at);
   void noteReports();
   StreamError pieceOf(const Piece& piece);
