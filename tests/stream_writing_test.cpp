@@ -82,6 +82,7 @@ TEST(StreamWriting, TriesBestFits) {
        "0+2 line 1 U+0105 as a, 2+3 line 1 U+FF21 as A, 5+3 line 1 U+FF1F as ?, 8+3 line 1 U+2212 "
        "as -",
        1},
+      {kUtf8, 819, "best-fit", "“é", "\"\xE9", "0+3 line 1 U+201C as \""},
       {kUtf8, 1252, "best-fit", "ą\u4E00x", "a", "0+2 line 1 U+0105 as a", 1},
       {kUtf8, 1252, "best-fit,drop", "\u4E00ą\xFF\U0001F600z", "az", "3+2 line 1 U+0105 as a", 3},
       {kUtf8, 932, "best-fit,hex", "〜‖−—¢£¬‾ą",
