@@ -132,10 +132,17 @@ bool differsOnPurpose(int from, const std::string& text) {
   return false;
 }
 
+// Whether whole() can convert: EncConvert knows the code page, or the one behind its codec.
+bool isKnownToWhole(int page) {
+  const EncodingRow* const row = findEncodingRow(page);
+  return row != nullptr && (row->inEngine || row->codec != nullptr);
+}
+
 // What a stream drops is all that parts it from EncConvert.
 void compareWithEncConvert(int from, int to, std::string text) {
   if (from == 0) from = to;
   if (to == 0) to = from;
+  if (!isKnownToWhole(from) || !isKnownToWhole(to)) return;
   Result result = dropped(from, to, text);
   if (result.status != StreamStatus::kGood || differsOnPurpose(from, text)) return;
   // Taking pieces out changes what stands behind a shift, or in a run that is turned round.
