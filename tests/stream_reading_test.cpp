@@ -1,6 +1,7 @@
 // Tests of what streams read that EncConvert does not, and of how much they take for one bad piece.
 #include <gtest/gtest.h>
 
+#include <span>
 #include <string>
 #include <vector>
 
@@ -16,6 +17,17 @@ struct Reading {
   int from;
   std::string input, output;
 };
+
+// What is malformed becomes "!", however the text is cut.
+void expectReadings(std::span<const Reading> cases) {
+  for (const Reading& c : cases) {
+    SCOPED_TRACE(std::to_string(c.from) + " " + hex(c.input));
+    const StreamSettings settings = settingsFor(c.from, kUtf8, "substitute=!");
+    const StreamResult result = stream(settings, c.input);
+    EXPECT_EQ(result.text, c.output);
+    EXPECT_EQ(result, stream(settings, c.input, [] { return 1; }));
+  }
+}
 
 }  // namespace
 
@@ -64,13 +76,11 @@ TEST(StreamReading, TakesAnUnassignedPairForOnePiece) {
       {51949, "\xC9\xFF\xB0\xA1\xAD\xA1\xB0\xA1", "!\uF8F7가!가"},
       {51932, "\x8F\xB0\xA1\xB0\xA1\x8F\xB0z\x8F\xA4", "!亜!!z!!"},
   };
-  for (const Reading& c : cases) {
-    SCOPED_TRACE(std::to_string(c.from) + " " + hex(c.input));
-    const StreamSettings settings = settingsFor(c.from, kUtf8, "substitute=!");
-    const StreamResult result = stream(settings, c.input);
-    EXPECT_EQ(result.text, c.output);
-    EXPECT_EQ(result, stream(settings, c.input, [] { return 1; }));
-  }
+  expectReadings(cases);
+  // A character behind a shift that goes with nothing has a place of its own.
+  const StreamResult shifted = stream(settingsFor(kCodePageEucJp, 1252, "drop"), "\x8F\x8AI");
+  ASSERT_EQ(shifted.errors.size(), 2u);
+  EXPECT_EQ(shifted.errors[1].offset, 1u);
   const StreamResult told = stream(settingsFor(932, kUtf8, "drop"), "a\x85\x9F\x81\"\x85");
   ASSERT_EQ(told.errors.size(), 3u);
   EXPECT_EQ(told.text, "a\"");
@@ -92,13 +102,7 @@ TEST(StreamReading, TakesUnknownDesignationsForMalformed) {
       {50220, "\x1B\x1B[1mx\x1B$\x1B(", "\x1B\x1B[1mx\x1B$\x1B("},  // no designations
       {50220, "\x1B$(Dz0!\x1B(B", "!!"},  // a known one, without characters in 932
   };
-  for (const Reading& c : cases) {
-    SCOPED_TRACE(hex(c.input));
-    const StreamSettings settings = settingsFor(c.from, kUtf8, "substitute=!");
-    const StreamResult result = stream(settings, c.input);
-    EXPECT_EQ(result.text, c.output);
-    EXPECT_EQ(result, stream(settings, c.input, [] { return 1; }));
-  }
+  expectReadings(cases);
   const StreamResult told = stream(settingsFor(50220, kUtf8, "drop"), "ab\x1B$(O\x2E\x22\x1B(B");
   ASSERT_EQ(told.errors.size(), 2u);
   EXPECT_EQ(told.errors[0].offset, 2u);
