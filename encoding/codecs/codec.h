@@ -32,8 +32,29 @@ struct CodecState {
 // state: any thread may call.
 struct Codec {
   static constexpr unsigned int kMaxRest = 8;
-  using Convert = unsigned int (*)(const unsigned char* data, unsigned int length, bool last,
-                                   CodecState& state, DataBuffer& out, ReplacementSink* sink);
+
+  // One direction: an algorithm, and what drives it, which is constant and of a type that the
+  // algorithm knows (the mapping tables of this encoding, its escape sequences), or null.
+  class Convert {
+   public:
+    using Function = unsigned int (*)(const void* parameters, const unsigned char* data,
+                                      unsigned int length, bool last, CodecState& state,
+                                      DataBuffer& out, ReplacementSink* sink);
+    constexpr Convert() = default;
+    constexpr Convert(Function function, const void* parameters = nullptr)
+        : m_function(function), m_parameters(parameters) {}
+
+    unsigned int operator()(const unsigned char* data, unsigned int length, bool last,
+                            CodecState& state, DataBuffer& out, ReplacementSink* sink) const {
+      return m_function(m_parameters, data, length, last, state, out, sink);
+    }
+    constexpr explicit operator bool() const { return m_function != nullptr; }
+    bool operator==(const Convert&) const = default;
+
+   private:
+    Function m_function = nullptr;
+    const void* m_parameters = nullptr;
+  };
 
   // Of the text on the other side: 932, 949, 936, 1200 (UTF-16 little endian, on every host, whose
   // surrogates need not be pairs) or 65001.
@@ -42,11 +63,11 @@ struct Codec {
   Convert write;  // into the encoding
   // Writing: makes the state behind an ended text fit to go on behind it, in the same output. left
   // is the state before its last piece, wrote says whether that had any content. May be null.
-  void (*resume)(const CodecState& left, bool wrote, CodecState& state);
+  void (*resume)(const CodecState& left, bool wrote, CodecState& state) = nullptr;
   // Every piece of a text means the same wherever it stands.
   bool isStateless = false;
-  // Reading by streams, where these take for malformed what read() copies; null: as read().
-  Convert readStrictly = nullptr;
+  // Reading by streams, where these take for malformed what read() copies; none: as read().
+  Convert readStrictly = {};
 };
 
 // Converts a whole text. False when something had no form or memory is short; a length of 0 or less

@@ -19,9 +19,10 @@ struct CodecRun {
   // How many eighths of the input the output usually is.
   static constexpr unsigned int kGrowth = 9;
 
-  CodecRun(const unsigned char* data, unsigned int length, bool isLast, CodecState& carried,
-           DataBuffer& output, ReplacementSink* replacementSink)
-      : begin(data),
+  CodecRun(const void* drivenBy, const unsigned char* data, unsigned int length, bool isLast,
+           CodecState& carried, DataBuffer& output, ReplacementSink* replacementSink)
+      : parameters(drivenBy),
+        begin(data),
         p(data),
         end(data + length),
         last(isLast),
@@ -87,6 +88,7 @@ struct CodecRun {
     return true;
   }
 
+  const void* const parameters;  // of the codec
   const unsigned char* const begin;
   const unsigned char* p;
   const unsigned char* const end;
@@ -104,9 +106,9 @@ struct CodecRun {
 // something, with at least kMinRoom bytes of room, and returns false when it cannot go on without
 // what follows the piece (never when the piece is the last); finish() ends the text.
 template <typename Direction>
-unsigned int runCodec(const unsigned char* data, unsigned int length, bool last, CodecState& state,
-                      DataBuffer& out, ReplacementSink* sink) {
-  Direction run(data, length, last, state, out, sink);
+unsigned int runCodec(const void* parameters, const unsigned char* data, unsigned int length,
+                      bool last, CodecState& state, DataBuffer& out, ReplacementSink* sink) {
+  Direction run(parameters, data, length, last, state, out, sink);
   out.expect(std::uint64_t{length} * Direction::kGrowth / 8 + CodecRun::kMinRoom);
   while (run.p != run.end) {
     if (!run.makeRoom()) return length;

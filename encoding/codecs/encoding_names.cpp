@@ -72,16 +72,15 @@ constexpr std::size_t kNameCount = [] {
 // All names, row after row, and the row that each belongs to.
 struct NameList {
   std::array<std::string_view, kNameCount> names;
-  std::array<std::uint8_t, kNameCount> rowOfName;
+  std::array<std::uint16_t, kNameCount> rowOfName;
 };
-static_assert(kEncodings.size() <= 256);
 
 constexpr NameList kNameList = [] {
   NameList list{};
   std::size_t count = 0;
   for (std::size_t row = 0; row < kEncodings.size(); ++row) {
     forEachName(kEncodings[row], [&](std::string_view name) {
-      list.rowOfName[count] = static_cast<std::uint8_t>(row);
+      list.rowOfName[count] = static_cast<std::uint16_t>(row);
       list.names[count++] = name;
     });
   }
@@ -116,7 +115,7 @@ constexpr auto kEngineCharsets = [] {
 
 // A hash table of all names with open addressing, half full at most; a slot holds the index of a
 // name plus 1, or 0.
-constexpr std::size_t kIndexSize = 2048;
+constexpr std::size_t kIndexSize = 8192;
 static_assert(kNameCount * 2 <= kIndexSize);
 
 constexpr std::size_t firstSlot(std::string_view normalized) {
@@ -196,7 +195,7 @@ const EncodingRow* findNumberedName(std::string_view normalized) {
 struct EngineName {
   std::array<char, NormalizedName::kCapacity> chars{};
   std::size_t length = 0;
-  std::uint8_t row = 0;
+  std::uint16_t row = 0;
 
   constexpr std::string_view view() const { return {chars.data(), length}; }
 };
@@ -214,7 +213,7 @@ constexpr auto kEngineNames = [] {
     forEachIn(kEncodings[row].engineNames, [&](std::string_view name) {
       const NormalizedName normalized(name);
       for (const char c : normalized.view()) names[count].chars[names[count].length++] = c;
-      names[count++].row = static_cast<std::uint8_t>(row);
+      names[count++].row = static_cast<std::uint16_t>(row);
     });
   }
   return names;

@@ -8,13 +8,13 @@ using encoding_rows::kEncodings;
 
 // A perfect hash from number to row: each row has a place of its own, so that finding one costs a
 // multiplication and two loads.
-constexpr int kIndexBits = 11;
-constexpr std::uint8_t kNoRow = 0xFF;
+constexpr int kIndexBits = 14;
+constexpr std::uint16_t kNoRow = 0xFFFF;
 static_assert(kEncodings.size() < kNoRow);
 
 struct RowIndex {
   std::uint32_t multiplier;
-  std::uint8_t rows[1 << kIndexBits];
+  std::uint16_t rows[1 << kIndexBits];
 
   constexpr std::size_t placeOf(int number) const {
     return static_cast<std::uint32_t>(number) * multiplier >> (32 - kIndexBits);
@@ -28,9 +28,9 @@ constexpr RowIndex kRowIndex = [] {
     std::ranges::fill(index.rows, kNoRow);
     std::size_t i = 0;
     for (; i < kEncodings.size(); ++i) {
-      std::uint8_t& row = index.rows[index.placeOf(kEncodings[i].number)];
+      std::uint16_t& row = index.rows[index.placeOf(kEncodings[i].number)];
       if (row != kNoRow) break;
-      row = static_cast<std::uint8_t>(i);
+      row = static_cast<std::uint16_t>(i);
     }
     if (i == kEncodings.size()) return index;
   }
@@ -46,7 +46,7 @@ constexpr Mark kUtf32Marks[] = {{"\xFF\xFE\0\0"sv, false}, {"\0\0\xFE\xFF"sv, tr
 std::span<const EncodingRow> encodingRows() { return kEncodings; }
 
 const EncodingRow* findEncodingRow(int number) {
-  const std::uint8_t row = kRowIndex.rows[kRowIndex.placeOf(number)];
+  const std::uint16_t row = kRowIndex.rows[kRowIndex.placeOf(number)];
   return row != kNoRow && kEncodings[row].number == number ? &kEncodings[row] : nullptr;
 }
 

@@ -32,7 +32,7 @@ enum class CharsetKind : unsigned char {
 };
 
 // Mapping tables that rows may have at most.
-inline constexpr unsigned int kMaxTableSlots = 128;
+inline constexpr unsigned int kMaxTableSlots = 512;
 
 struct EncodingRow {
   int number = 0;            // code page
@@ -57,7 +57,7 @@ struct EncodingRow {
   const char* onlyReadText = nullptr;
   std::uint16_t toUnicodeSize = 0;    // buckets of the to-Unicode map
   std::uint16_t fromUnicodeSize = 0;  // buckets of the from-Unicode map
-  std::uint8_t slot = 0;              // index of its TableSlots; 936 and 52936 share one
+  std::uint16_t slot = 0;             // index of its TableSlots; 936 and 52936 share one
   bool isReleased = true;             // teardown empties its slots
   const char* bestFit = nullptr;      // table text of what streams may write for units it lacks
 

@@ -1,6 +1,7 @@
-// The rows of all encodings: data only. Read through encoding/codecs/encoding_row.h; the names are
-// looked up by encoding/codecs/encoding_names.cpp, which fails to compile if two of them mean the
-// same.
+// The rows of all encodings: data only. Here are those of the Windows code pages, whose tables are
+// texts; encoding/codecs/rows has the others, family by family. Read through
+// encoding/codecs/encoding_row.h; the names are looked up by encoding/codecs/encoding_names.cpp,
+// which fails to compile if two of them mean the same.
 #ifndef ENCODING_CODECS_ENCODING_ROW_LIST_H_
 #define ENCODING_CODECS_ENCODING_ROW_LIST_H_
 
@@ -10,82 +11,13 @@
 #include <iterator>
 
 #include "encoding/codecs/best_fit_list.h"
-#include "encoding/codecs/encoding_row.h"
+#include "encoding/codecs/row_makers.h"
 #include "encoding/tables/texts/table_texts.h"
 
 // The codecs, each defined in a file of its own; read through the rows.
 extern const Codec kEucJpCodec, kGsmCodec, kHzCodec, kIso2022JpCodec, kIso2022KrCodec, kUtf7Codec;
 
 namespace encoding_rows {
-
-constexpr EncodingRow single(int number, const char* name, const char* aliases,
-                             const char* description, const char* text) {
-  EncodingRow row{number, name, aliases, "", CharsetKind::kSingleByte, description};
-  row.text = text;
-  row.toUnicodeSize = 283;
-  row.fromUnicodeSize = 269;
-  return row;
-}
-
-constexpr EncodingRow doubleByte(int number, const char* name, const char* aliases,
-                                 const char* description, void (*appendText)(StringBuffer&),
-                                 std::uint16_t size, std::uint8_t malformedWidth) {
-  EncodingRow row{number, name, aliases, "", CharsetKind::kDoubleByte, description};
-  row.form = EncodingForm::kDoubleByte;
-  row.appendText = appendText;
-  row.toUnicodeSize = row.fromUnicodeSize = size;
-  row.malformedWidth = malformedWidth;
-  return row;
-}
-
-constexpr EncodingRow over(const char* differences, EncodingRow row) {
-  row.text = differences;
-  return row;
-}
-
-constexpr EncodingRow readingAlso(const char* onlyReadText, EncodingRow row) {
-  row.onlyReadText = onlyReadText;
-  return row;
-}
-
-// Of EUC-JP: behind 8F a character of JIS X 0212 has two bytes.
-constexpr EncodingRow lackingJis0212(EncodingRow row) {
-  row.threeByteShift = 0x8F;
-  return row;
-}
-
-constexpr EncodingRow with(bool EncodingRow::*flag, EncodingRow row) {
-  row.*flag = true;
-  return row;
-}
-
-constexpr EncodingRow unicode(int number, const char* name, const char* aliases,
-                              const char* description, EncodingForm form, bool bigEndian) {
-  return {number, name, aliases, "", CharsetKind::kUnicode, description, form, bigEndian};
-}
-
-constexpr EncodingRow codec(int number, const char* name, const char* aliases,
-                            const char* description, CharsetKind kind, const Codec* codec) {
-  EncodingRow row{number, name, aliases, "", kind, description, EncodingForm::kCodec};
-  row.codec = codec;
-  return row;
-}
-
-constexpr EncodingRow streamOnly(EncodingRow row) {
-  row.inEngine = false;
-  return row;
-}
-
-// The tables of the row outlive teardown, as they always have.
-constexpr EncodingRow kept(EncodingRow row) {
-  row.isReleased = false;
-  return row;
-}
-
-constexpr EncodingRow knownToEngineAs(const char* names, EncodingRow row) {
-  row.engineNames = names;
-  return row;
-}
 
 // The names of EUC-JP, which CharsetNaming takes for the code page of Windows, and those behind the
 // first.
@@ -405,13 +337,24 @@ inline constexpr EncodingRow kRows[] = {
                      CharsetKind::kStateful, &kHzCodec)),
 };
 
-// With a slot for the tables of each row, and its best fits; 52936 has the tables of 936.
+// The families one behind the other.
+template <std::size_t... sizes>
+constexpr auto joined(const EncodingRow (&... families)[sizes]) {
+  std::array<EncodingRow, (sizes + ...)> rows;
+  auto place = rows.begin();
+  ((place = std::ranges::copy(families, place).out), ...);
+  return rows;
+}
+
+// In ascending order of number, with a slot for the tables of each row, and its best fits; 52936 has
+// the tables of 936.
 inline constexpr auto kEncodings = [] {
-  auto rows = std::to_array(kRows);
+  auto rows = joined(kRows);
+  std::ranges::sort(rows, {}, &EncodingRow::number);
   const auto find = [&](int number) {
     return std::ranges::find(rows, number, &EncodingRow::number);
   };
-  std::uint8_t slots = 0;
+  std::uint16_t slots = 0;
   for (EncodingRow& row : rows) {
     if (hasTable(row)) row.slot = slots++;
   }
@@ -420,6 +363,7 @@ inline constexpr auto kEncodings = [] {
   return rows;
 }();
 static_assert(std::ranges::max(kEncodings, {}, &EncodingRow::slot).slot < kMaxTableSlots);
+// No two rows have one number.
 static_assert(std::ranges::is_sorted(kEncodings, std::less_equal<>{}, &EncodingRow::number));
 
 }  // namespace encoding_rows

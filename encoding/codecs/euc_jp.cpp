@@ -229,10 +229,10 @@ struct Writer : CodecRun {
 };
 
 template <typename Direction>
-unsigned int run(const unsigned char* data, unsigned int length, bool last, CodecState& state,
-                 DataBuffer& out, ReplacementSink* sink) {
+unsigned int run(const void* parameters, const unsigned char* data, unsigned int length, bool last,
+                 CodecState& state, DataBuffer& out, ReplacementSink* sink) {
   if (openTables() != nullptr) {
-    return runCodec<Direction>(data, length, last, state, out, sink);
+    return runCodec<Direction>(parameters, data, length, last, state, out, sink);
   }
   out.latchFailure();
   return length;

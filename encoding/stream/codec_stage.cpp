@@ -11,7 +11,7 @@ constexpr int kUtf16Le = 1200;
 class CodecStage final : public SourceStage {
  public:
   explicit CodecStage(const Codec& codec)
-      : m_codec(codec), m_read(codec.readStrictly != nullptr ? codec.readStrictly : codec.read) {}
+      : m_codec(codec), m_read(codec.readStrictly ? codec.readStrictly : codec.read) {}
 
   std::uint32_t read(const unsigned char* data, std::uint32_t length, bool last) override {
     m_data = data;

@@ -1,0 +1,81 @@
+// What rows are made with: a function for each kind of encoding, and for what a row may have
+// besides. They are applied one inside the other: streamOnly(with(&EncodingRow::x, single(...))).
+#ifndef ENCODING_CODECS_ROW_MAKERS_H_
+#define ENCODING_CODECS_ROW_MAKERS_H_
+
+#include "encoding/codecs/encoding_row.h"
+
+namespace encoding_rows {
+
+constexpr EncodingRow single(int number, const char* name, const char* aliases,
+                             const char* description, const char* text) {
+  EncodingRow row{number, name, aliases, "", CharsetKind::kSingleByte, description};
+  row.text = text;
+  row.toUnicodeSize = 283;
+  row.fromUnicodeSize = 269;
+  return row;
+}
+
+constexpr EncodingRow doubleByte(int number, const char* name, const char* aliases,
+                                 const char* description, void (*appendText)(StringBuffer&),
+                                 std::uint16_t size, std::uint8_t malformedWidth) {
+  EncodingRow row{number, name, aliases, "", CharsetKind::kDoubleByte, description};
+  row.form = EncodingForm::kDoubleByte;
+  row.appendText = appendText;
+  row.toUnicodeSize = row.fromUnicodeSize = size;
+  row.malformedWidth = malformedWidth;
+  return row;
+}
+
+constexpr EncodingRow over(const char* differences, EncodingRow row) {
+  row.text = differences;
+  return row;
+}
+
+constexpr EncodingRow readingAlso(const char* onlyReadText, EncodingRow row) {
+  row.onlyReadText = onlyReadText;
+  return row;
+}
+
+// Of EUC-JP: behind 8F a character of JIS X 0212 has two bytes.
+constexpr EncodingRow lackingJis0212(EncodingRow row) {
+  row.threeByteShift = 0x8F;
+  return row;
+}
+
+constexpr EncodingRow with(bool EncodingRow::*flag, EncodingRow row) {
+  row.*flag = true;
+  return row;
+}
+
+constexpr EncodingRow unicode(int number, const char* name, const char* aliases,
+                              const char* description, EncodingForm form, bool bigEndian) {
+  return {number, name, aliases, "", CharsetKind::kUnicode, description, form, bigEndian};
+}
+
+constexpr EncodingRow codec(int number, const char* name, const char* aliases,
+                            const char* description, CharsetKind kind, const Codec* codec) {
+  EncodingRow row{number, name, aliases, "", kind, description, EncodingForm::kCodec};
+  row.codec = codec;
+  return row;
+}
+
+constexpr EncodingRow streamOnly(EncodingRow row) {
+  row.inEngine = false;
+  return row;
+}
+
+// The tables of the row outlive teardown, as they always have.
+constexpr EncodingRow kept(EncodingRow row) {
+  row.isReleased = false;
+  return row;
+}
+
+constexpr EncodingRow knownToEngineAs(const char* names, EncodingRow row) {
+  row.engineNames = names;
+  return row;
+}
+
+}  // namespace encoding_rows
+
+#endif  // ENCODING_CODECS_ROW_MAKERS_H_
