@@ -11,6 +11,7 @@
 #include "support/string_buffer.h"
 
 struct Codec;
+struct Mapping;
 
 // How an encoding is converted.
 enum class EncodingForm : unsigned char {
@@ -55,6 +56,8 @@ struct EncodingRow {
   // Table text of codes that streams read besides, as units that are written as another code; null
   // for none.
   const char* onlyReadText = nullptr;
+  // Instead of a text, a mapping file. EncConvert knows no such encoding.
+  const Mapping* mapping = nullptr;
   std::uint16_t toUnicodeSize = 0;    // buckets of the to-Unicode map
   std::uint16_t fromUnicodeSize = 0;  // buckets of the from-Unicode map
   std::uint16_t slot = 0;             // index of its TableSlots; 936 and 52936 share one

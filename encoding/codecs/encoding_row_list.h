@@ -346,8 +346,8 @@ constexpr auto joined(const EncodingRow (&... families)[sizes]) {
   return rows;
 }
 
-// In ascending order of number, with a slot for the tables of each row, and its best fits; 52936 has
-// the tables of 936.
+// In ascending order of number, with a slot for the tables of each row, and its best fits; 52936
+// has the tables of 936.
 inline constexpr auto kEncodings = [] {
   auto rows = joined(kRows);
   std::ranges::sort(rows, {}, &EncodingRow::number);

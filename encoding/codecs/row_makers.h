@@ -27,6 +27,25 @@ constexpr EncodingRow doubleByte(int number, const char* name, const char* alias
   return row;
 }
 
+// Encodings with a mapping file: of one byte a character, all of them within the first 65,536 and
+// byte 00 alone U+0000; and of one or two bytes, with ASCII.
+constexpr EncodingRow mapped(int number, const char* name, const char* aliases,
+                             const char* description, const Mapping* mapping) {
+  EncodingRow row{number, name, aliases, "", CharsetKind::kSingleByte, description};
+  row.mapping = mapping;
+  row.inEngine = false;
+  return row;
+}
+
+constexpr EncodingRow mappedDoubleByte(int number, const char* name, const char* aliases,
+                                       const char* description, const Mapping* mapping) {
+  EncodingRow row = mapped(number, name, aliases, description, mapping);
+  row.kind = CharsetKind::kDoubleByte;
+  row.form = EncodingForm::kDoubleByte;
+  row.malformedWidth = 2;
+  return row;
+}
+
 constexpr EncodingRow over(const char* differences, EncodingRow row) {
   row.text = differences;
   return row;

@@ -7,8 +7,8 @@
 
 #include "encoding/codecs/codec.h"
 #include "encoding/output.h"
-#include "encoding/stream/rows.h"
 #include "encoding/stream/stream_converter.h"
+#include "support/rows.h"
 
 // What stands behind a text that is to be written.
 enum class Behind : unsigned char {

@@ -8,7 +8,7 @@
 
 #include "encoding/codecs/codec.h"
 #include "encoding/codecs/encoding_row.h"
-#include "encoding/stream/rows.h"
+#include "support/rows.h"
 
 // A part of the source, in bytes of the data that read() was given.
 struct SourcePlace {

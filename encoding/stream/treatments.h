@@ -7,8 +7,8 @@
 
 #include "encoding/plan.h"
 #include "encoding/stream/codec_target.h"
-#include "encoding/stream/rows.h"
 #include "encoding/stream/stream_converter.h"
+#include "support/rows.h"
 
 class AlternateConverter;
 

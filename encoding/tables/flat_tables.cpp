@@ -7,6 +7,7 @@
 #include <new>
 
 #include "encoding/codecs/vietnamese.h"
+#include "encoding/tables/mapped_tables.h"
 #include "encoding/tables/table_builder.h"
 #include "encoding/tables/table_registry.h"
 #include "support/zv_base.h"
@@ -31,23 +32,35 @@ void release(std::atomic<const Table*>& slot) {
   delete slot.exchange(nullptr, std::memory_order_acq_rel);
 }
 
-// The published table of a slot, made by fill(row, base table, Table&) when there is none yet: made
-// outside, one compare-exchange, and the loser destroys its own. Null when there is no base table,
-// when memory is short, or when fill says that a flat table will not do.
-template <class Table, class Base, class Fill>
-const Table* publish(std::atomic<const Table*>& slot, const EncodingRow& row,
-                     const std::atomic<Base*>& base, Fill fill) {
+// The published table of a slot, made by fill(table) when there is none yet: made outside, one
+// compare-exchange, and the loser destroys its own. Null when memory is short, or when fill says
+// that there is nothing to make it of or that a flat table will not do.
+template <class Table, class Fill>
+const Table* publish(std::atomic<const Table*>& slot, Fill fill) {
   if (const Table* table = slot.load(std::memory_order_acquire)) return table;
-  const Base* source = base.load(std::memory_order_acquire);
-  if (source == nullptr) return nullptr;
   std::unique_ptr<Table> made(new (std::nothrow) Table());
-  if (made == nullptr || !fill(row, *source, *made)) return nullptr;
+  if (made == nullptr || !fill(*made)) return nullptr;
   const Table* expected = nullptr;
   if (slot.compare_exchange_strong(expected, made.get(), std::memory_order_acq_rel,
                                    std::memory_order_acquire)) {
     return made.release();
   }
   return expected;
+}
+
+// The same of a row: by fillMapped(mapping, table) where it has a mapping, else by fill(row, base
+// table, table).
+template <class Table, class Base, class Fill>
+const Table* publish(std::atomic<const Table*>& slot, const EncodingRow& row,
+                     const std::atomic<Base*>& base, Fill fill) {
+  return publish(slot, [&](Table& table) {
+    if (row.mapping != nullptr) {
+      const CodeTable* const mapping = CodeTable::open(*row.mapping);
+      return mapping != nullptr && fillFromMapping(*mapping, table);
+    }
+    const Base* const source = base.load(std::memory_order_acquire);
+    return source != nullptr && fill(row, *source, table);
+  });
 }
 
 // Calls putSingle(byte, unit) and putPair(bytes, unit) for the codes of a row that are only read.
@@ -179,8 +192,7 @@ bool hasTwins(const Code (&codes)[65536]) {
   return false;
 }
 
-bool fillExactSingleByteEncoder(const EncodingRow& row, const HashConvert& /*map*/,
-                                SingleByteEncoder& table) {
+bool fillExactSingleByteEncoder(const EncodingRow& row, SingleByteEncoder& table) {
   const SingleByteEncoder* const whole = encoderFor(row).singleByte;
   const SingleByteDecoder* const decoder = decoderFor(row).singleByte;
   if (whole == nullptr || decoder == nullptr) return false;
@@ -192,8 +204,7 @@ bool fillExactSingleByteEncoder(const EncodingRow& row, const HashConvert& /*map
   return true;
 }
 
-bool fillExactDoubleByteEncoder(const EncodingRow& row, const HashConvert& /*map*/,
-                                DoubleByteEncoder& table) {
+bool fillExactDoubleByteEncoder(const EncodingRow& row, DoubleByteEncoder& table) {
   const DoubleByteEncoder* const whole = encoderFor(row).doubleByte;
   const Decoder decoder = decoderFor(row);
   if (whole == nullptr || (decoder.singleByte == nullptr && decoder.doubleByte == nullptr)) {
@@ -246,11 +257,14 @@ bool mayApproximate(const Encoder& encoder) {
 
 Encoder exactEncoderFor(const EncodingRow& row) {
   FlatSlots& slots = g_slots[row.slot];
-  const std::atomic<HashConvert*>& map = tableSlots(row).fromUnicode;
   if (row.form == EncodingForm::kDoubleByte || row.decomposesVietnamese) {
-    return {.doubleByte = publish(slots.exactDoubleEncoder, row, map, fillExactDoubleByteEncoder)};
+    return {.doubleByte = publish(slots.exactDoubleEncoder, [&](DoubleByteEncoder& table) {
+              return fillExactDoubleByteEncoder(row, table);
+            })};
   }
-  return {.singleByte = publish(slots.exactSingleEncoder, row, map, fillExactSingleByteEncoder)};
+  return {.singleByte = publish(slots.exactSingleEncoder, [&](SingleByteEncoder& table) {
+            return fillExactSingleByteEncoder(row, table);
+          })};
 }
 
 void releaseFlatTables() {

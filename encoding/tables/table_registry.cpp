@@ -3,6 +3,7 @@
 #include <memory>
 #include <utility>
 
+#include "encoding/codecs/code_table.h"
 #include "encoding/tables/table_builder.h"
 #include "support/string_buffer.h"
 
@@ -102,13 +103,16 @@ TableSlots& tableSlots(const EncodingRow& row) { return g_slots[row.slot]; }
 
 bool ensureToUnicode(const EncodingRow& row, LogBase& log) {
   if (!hasTable(row)) return true;
+  if (row.mapping != nullptr) return CodeTable::open(*row.mapping) != nullptr;
   if (row.form == EncodingForm::kSingleByte) return ensureLookup(row, log);
   if (row.text != nullptr) return ensureReversedMap(row, log);
   return ensureMap(tableSlots(row).multiToUnicode, row, false, log);
 }
 
 bool ensureFromUnicode(const EncodingRow& row, LogBase& log) {
-  return !hasTable(row) || ensureMap(tableSlots(row).fromUnicode, row, true, log);
+  if (!hasTable(row)) return true;
+  if (row.mapping != nullptr) return CodeTable::open(*row.mapping) != nullptr;
+  return ensureMap(tableSlots(row).fromUnicode, row, true, log);
 }
 
 bool ensureBestFit(const EncodingRow& row, LogBase& log) {

@@ -1,6 +1,6 @@
 // Rows: a growable array of plain values that fails by latch instead of throwing.
-#ifndef ENCODING_STREAM_ROWS_H_
-#define ENCODING_STREAM_ROWS_H_
+#ifndef SUPPORT_ROWS_H_
+#define SUPPORT_ROWS_H_
 
 #include <cstdint>
 #include <type_traits>
@@ -55,4 +55,4 @@ class ReplacementRows final : public ReplacementSink {
   Rows<ReplacedInput>& m_rows;
 };
 
-#endif  // ENCODING_STREAM_ROWS_H_
+#endif  // SUPPORT_ROWS_H_

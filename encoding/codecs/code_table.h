@@ -1,0 +1,135 @@
+// CodeTable: a mapping, unpacked for looking up in both directions.
+#ifndef ENCODING_CODECS_CODE_TABLE_H_
+#define ENCODING_CODECS_CODE_TABLE_H_
+
+#include <cstddef>
+#include <cstdint>
+
+#include "support/rows.h"
+
+struct EncodingRow;
+
+// A mapping file as the build packed it (tools/pack_mappings.cpp).
+//
+// The image consists of sections and a byte FF. A section begins with a byte: the kind of its
+// entries in bits 0 and 1 (both ways, only read, only written, removed), the bytes of a code in bits
+// 2 to 4, the values of a code in bits 5 and 6. Numbers follow, seven bits a byte, low ones first,
+// the high bit set in all but the last byte: how many runs there are; for each run the distance of
+// its first code from the last one of the run before, and how many codes it has, each one higher
+// than the one before; for each value its distance from the value before plus 1, folded so that
+// small ones of either sign are small.
+struct Mapping {
+  const char* image;
+  std::uint16_t index;  // among all mappings
+  const Mapping* base;  // what this one changes, or null
+  int basePage;         // the code page that it changes, or 0
+  bool hasGb18030Rest;  // scalar values without a code have one of four bytes, by counting
+};
+
+// Built complete, then read by any number of threads.
+class CodeTable {
+ public:
+  // What the bytes of a code so far stand for: nothing, a value, several values, or the number of
+  // the node that says what the next byte makes of it.
+  using Entry = std::uint32_t;
+  static constexpr Entry kNothing = 0;
+  static constexpr Entry kKind = 0xC0000000u;
+  static constexpr Entry kScalar = 0x40000000u;
+  static constexpr Entry kSequence = 0x80000000u;  // an index of sequences()
+  static constexpr Entry kNode = 0xC0000000u;
+  // A node's entry where four bytes count up: the two that follow make the value.
+  static constexpr Entry kCounted = 0x80000000u | 0x3FFFFFFFu;
+
+  static constexpr std::size_t kMaxScalars = 3;
+  struct Sequence {
+    char32_t scalars[kMaxScalars];  // filled up with 0
+    std::uint32_t code;
+  };
+  struct OneWay {
+    char32_t scalar;
+    std::uint32_t code;
+  };
+  // Of the bytes at one place in codes of one length.
+  struct ByteRange {
+    std::uint8_t first = 0xFF, last = 0;
+    bool contains(unsigned int byte) const { return byte >= first && byte <= last; }
+  };
+  static constexpr unsigned int kMaxBytes = 4;
+
+  // Null when memory is short, or when the image does not make a table. Built on first use and kept
+  // until releaseCodeTables(). Any thread may call.
+  static const CodeTable* open(const Mapping& mapping);
+
+  // The 256 entries of a node; the first one is for the first byte of a code.
+  const Entry* node(Entry index) const { return m_nodes.data() + (index & ~kKind) * 256; }
+  const Entry* root() const { return m_nodes.data(); }
+  // The entry of a whole code.
+  Entry find(std::uint32_t code) const;
+
+  // The code of a scalar value, its bytes from the highest that is not 0 on; 0 for none, and for
+  // U+0000 where its code is 0.
+  std::uint32_t codeOf(char32_t scalar) const { return loadCode(scalar) & m_codeBits; }
+  // The same, with kBegins for values that begin a sequence, which has a code of its own.
+  static constexpr std::uint32_t kBegins = 0x80000000u;
+  std::uint32_t loadCode(char32_t scalar) const {
+    return m_codes.data()[m_rowOf[scalar >> 8] * 256u + (scalar & 0xFF)];
+  }
+  // Whether some of the 256 values from block * 256 on may have a code.
+  bool hasBlock(std::uint32_t block) const { return m_rowOf[block] != 0; }
+  // The value that is written for one without a code; 0 for none.
+  char32_t approximationOf(char32_t scalar) const;
+  const Rows<OneWay>& approximations() const { return m_approximations; }
+
+  // Codes that stand for several values. There are few. Tables that have some have no codes of four
+  // bytes.
+  const Rows<Sequence>& sequences() const { return m_sequences; }
+  // The longest sequence that these values begin with, which is written; null for none. isCut says
+  // whether there may be a longer one when more values follow.
+  const Sequence* findSequence(const char32_t* scalars, std::size_t count, bool& isCut) const;
+
+  // The value of a code of four bytes that is found by counting; 0 for none.
+  char32_t countedScalar(const unsigned char* code) const;
+  // And the code of a value beyond U+FFFF.
+  static std::uint32_t countedCode(char32_t scalar);
+  bool hasCounted() const { return m_hasCounted; }
+
+  bool isAscii() const { return m_isAscii; }
+  // How many bytes the malformed piece has that begins with these, of which `known` can be seen: all
+  // bytes of a form that some code has, as far as no byte below 80 is lost, or one.
+  unsigned int malformedLength(const unsigned char* bytes, std::size_t known) const;
+  // Whether it might be longer if more could be seen.
+  bool mayBeLonger(const unsigned char* bytes, std::size_t known) const;
+
+ private:
+  bool isForm(const unsigned char* bytes, std::size_t count, unsigned int length) const;
+  bool build(const Mapping& mapping);
+  bool applyPage(int number);
+  bool applyText(const char* tableText, bool isOnlyRead);
+  bool apply(const char* image);
+  void applyEntry(unsigned int kind, unsigned int length, std::uint32_t code,
+                  const char32_t* scalars, std::size_t count);
+  void forget(unsigned int length, std::uint32_t code);
+  void setEntry(unsigned int length, std::uint32_t code, Entry entry);
+  void setCode(char32_t scalar, std::uint32_t code);
+  Entry& place(unsigned int length, std::uint32_t code);
+  void countRest();
+  void derive();
+  void noteForms(Entry node, unsigned int depth, std::uint8_t (&bytes)[kMaxBytes]);
+  bool hasFailed() const;
+
+  Rows<Entry> m_nodes;
+  std::uint16_t m_rowOf[0x1100] = {};
+  Rows<std::uint32_t> m_codes;  // rows of 256; the first one is empty
+  Rows<Sequence> m_sequences;
+  Rows<OneWay> m_approximations;  // in ascending order of scalar
+  Rows<std::uint16_t> m_counted;  // values of the counted codes up to U+FFFF
+  ByteRange m_forms[kMaxBytes][kMaxBytes];  // by length - 1 and place
+  std::uint32_t m_codeBits = 0xFFFFFFFFu;  // of m_codes
+  bool m_hasCounted = false;
+  bool m_isAscii = false;
+};
+
+// Destroys all tables. Must not overlap any conversion.
+void releaseCodeTables();
+
+#endif  // ENCODING_CODECS_CODE_TABLE_H_

@@ -1,0 +1,187 @@
+#include "encoding/codecs/multi_byte.h"
+
+#include "encoding/codecs/unit_text.h"
+
+namespace {
+
+using Entry = CodeTable::Entry;
+
+struct Reader : UnitReader {
+  using UnitReader::UnitReader;
+  const CodeTable& table = *static_cast<const CodeTable*>(parameters);
+
+  bool step() {
+    const unsigned char* const stop = readable();
+    while (p < stop) {
+      if (table.isAscii()) copyAscii(stop);
+      copyCodes(stop);
+      if (p < stop && (*p >= 0x80 || !table.isAscii())) return readOne();
+    }
+    return true;
+  }
+  void finish() {}
+
+  // Codes of one or two bytes that are one unit.
+  void copyCodes(const unsigned char* stop) {
+    const Entry* const root = table.root();
+    const bool isAscii = table.isAscii();
+    const unsigned char* in = p;
+    unsigned char* to = dest;
+    for (; in < stop && end - in > 1; to += 2) {
+      if (isAscii && *in < 0x80) break;
+      Entry entry = root[in[0]];
+      const bool isPair = (entry & CodeTable::kKind) == CodeTable::kNode;
+      if (isPair) entry = table.node(entry)[in[1]];
+      if (entry - CodeTable::kScalar > 0xFFFF) break;
+      storeLow(to, static_cast<std::uint16_t>(entry));
+      in += isPair ? 2 : 1;
+    }
+    p = in;
+    dest = to;
+  }
+
+  // What the loops leave: one code of any kind. False when what follows decides.
+  bool readOne() {
+    const auto known = static_cast<std::size_t>(
+        std::min<std::ptrdiff_t>(left(), CodeTable::kMaxBytes));
+    Entry entry = CodeTable::kNode;
+    for (unsigned int i = 0; i < CodeTable::kMaxBytes; ++i) {
+      if (i == known) return last && refuse(1);
+      entry = table.node(entry)[p[i]];
+      if (entry == CodeTable::kCounted) return readCounted(known);
+      if (entry == CodeTable::kNothing) break;
+      if ((entry & CodeTable::kKind) == CodeTable::kNode) continue;
+      putEntry(table, entry);
+      p += i + 1;
+      return true;
+    }
+    // All that can belong to the piece has to be seen before its length can be told.
+    if (!last && table.mayBeLonger(p, known)) return false;
+    return refuse(table.malformedLength(p, known));
+  }
+
+  bool readCounted(std::size_t known) {
+    const auto isSecondLead = [](unsigned char byte) { return byte >= 0x81 && byte <= 0xFE; };
+    if (known > 2 && !isSecondLead(p[2])) return refuse(1);
+    if (known < 4) return last && refuse(1);
+    if (p[3] < 0x30 || p[3] > 0x39) return refuse(1);
+    const char32_t scalar = table.countedScalar(p);
+    if (scalar == 0) return refuse(4);
+    p += 4;
+    putScalar(scalar);
+    return true;
+  }
+};
+
+struct Writer : UnitWriter {
+  using UnitWriter::UnitWriter;
+  const CodeTable& table = *static_cast<const CodeTable*>(parameters);
+
+  bool step() {
+    const unsigned char* const stop = writable();
+    while (p < stop) {
+      if (table.isAscii()) copyAscii(stop);
+      copyCodes(stop);
+      const bool isAscii = left() >= 2 && p[1] == 0 && p[0] < 0x80 && table.isAscii();
+      if (p < stop && !isAscii) return writeOne();
+    }
+    return true;
+  }
+  void finish() {}
+
+  // Units that have a code of one or two bytes and begin no sequence.
+  void copyCodes(const unsigned char* stop) {
+    const bool isAscii = table.isAscii();
+    const unsigned char* in = p;
+    unsigned char* to = dest;
+    for (; stop - in >= 2; in += 2) {
+      const std::uint32_t unit = loadLow<std::uint16_t>(in);
+      const std::uint32_t code = table.loadCode(unit);
+      if (code - 1 >= 0xFFFF || (isAscii && unit < 0x80)) break;
+      const unsigned int isPair = code > 0xFF ? 1 : 0;
+      to[0] = static_cast<unsigned char>(code >> 8 * isPair);
+      to[1] = static_cast<unsigned char>(code);
+      to += 1 + isPair;
+    }
+    p = in;
+    dest = to;
+  }
+
+  // One character, or sequence. False when what follows decides.
+  bool writeOne() {
+    const Character character = characterAt(p);
+    if (character.length == 0) return false;
+    if (!character.isScalar) return refuse(character.length, table.codeOf('?'));
+    const std::uint32_t code = table.loadCode(character.scalar);
+    if (!table.sequences().isEmpty() && (code & CodeTable::kBegins) != 0) {
+      bool isCut = false;
+      unsigned int length = 0;
+      const CodeTable::Sequence* const sequence = sequenceAt(length, isCut);
+      if (isCut && !last) return false;
+      if (sequence != nullptr) {
+        p += length;
+        putCode(sequence->code);
+        return true;
+      }
+    }
+    return writeCode(character, table.codeOf(character.scalar));
+  }
+
+  bool writeCode(const Character& character, std::uint32_t code) {
+    if (code == 0 && character.scalar != 0) {
+      if (!table.hasCounted() || character.scalar <= 0xFFFF) {
+        return refuse(character.length, table.codeOf('?'));
+      }
+      code = CodeTable::countedCode(character.scalar);
+    }
+    p += character.length;
+    putCode(code);
+    return true;
+  }
+
+  // The sequence that stands here, and its length in bytes.
+  const CodeTable::Sequence* sequenceAt(unsigned int& length, bool& isCut) const {
+    char32_t scalars[CodeTable::kMaxScalars];
+    unsigned int lengths[CodeTable::kMaxScalars];
+    std::size_t count = 0;
+    const unsigned char* at = p;
+    for (; count < CodeTable::kMaxScalars && at != end; ++count) {
+      const Character character = characterAt(at);
+      if (!character.isScalar) {
+        if (character.length != 0) scalars[count] = 0xD800, lengths[count] = 0, ++count;
+        break;
+      }
+      scalars[count] = character.scalar;
+      lengths[count] = character.length;
+      at += character.length;
+    }
+    const CodeTable::Sequence* const found = table.findSequence(scalars, count, isCut);
+    if (found == nullptr) return nullptr;
+    const std::size_t used = found->scalars[2] != 0 ? 3 : 2;
+    for (std::size_t i = 0; i < used; ++i) length += lengths[i];
+    return found;
+  }
+};
+
+template <typename Direction>
+unsigned int run(const void* mapping, const unsigned char* data, unsigned int length, bool last,
+                 CodecState& state, DataBuffer& out, ReplacementSink* sink) {
+  const CodeTable* const table = CodeTable::open(*static_cast<const Mapping*>(mapping));
+  if (table != nullptr) {
+    return runCodec<Direction>(table, data, length, last, state, out, sink);
+  }
+  out.latchFailure();
+  return length;
+}
+
+}  // namespace
+
+unsigned int readMultiByte(const void* parameters, const unsigned char* data, unsigned int length,
+                           bool last, CodecState& state, DataBuffer& out, ReplacementSink* sink) {
+  return run<Reader>(parameters, data, length, last, state, out, sink);
+}
+
+unsigned int writeMultiByte(const void* parameters, const unsigned char* data, unsigned int length,
+                            bool last, CodecState& state, DataBuffer& out, ReplacementSink* sink) {
+  return run<Writer>(parameters, data, length, last, state, out, sink);
+}

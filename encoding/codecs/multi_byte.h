@@ -1,0 +1,20 @@
+// The codecs of encodings without a state whose characters have one to four bytes: GB18030, EUC-TW,
+// Big5-HKSCS, Shift_JISX0213, ... One algorithm, driven by a mapping.
+#ifndef ENCODING_CODECS_MULTI_BYTE_H_
+#define ENCODING_CODECS_MULTI_BYTE_H_
+
+#include "encoding/codecs/code_table.h"
+#include "encoding/codecs/codec.h"
+
+// The parameters are a Mapping. A code that is not assigned is one malformed piece, unless a byte
+// below 80 stands in it: a delimiter is never taken along.
+unsigned int readMultiByte(const void* parameters, const unsigned char* data, unsigned int length,
+                           bool last, CodecState& state, DataBuffer& out, ReplacementSink* sink);
+unsigned int writeMultiByte(const void* parameters, const unsigned char* data, unsigned int length,
+                            bool last, CodecState& state, DataBuffer& out, ReplacementSink* sink);
+
+template <const Mapping& mapping>
+inline constexpr Codec kMultiByteCodec = {
+    1200, {readMultiByte, &mapping}, {writeMultiByte, &mapping}, nullptr, true};
+
+#endif  // ENCODING_CODECS_MULTI_BYTE_H_

@@ -1,0 +1,122 @@
+// UTF-16 text, little endian, as the codecs over mappings read and write it.
+#ifndef ENCODING_CODECS_UNIT_TEXT_H_
+#define ENCODING_CODECS_UNIT_TEXT_H_
+
+#include <algorithm>
+
+#include "encoding/codecs/code_table.h"
+#include "encoding/codecs/codec_run.h"
+#include "encoding/codecs/text_bytes.h"
+#include "support/utf.h"
+
+namespace {  // NOLINT(cert-dcl59-cpp): internal linkage, see lanes.h
+
+// Reading into UTF-16.
+struct UnitReader : CodecRun {
+  using CodecRun::CodecRun;
+  static constexpr unsigned int kGrowth = 10;
+
+  // Up to where bytes of the input can be read, each of which becomes one unit at most, so that
+  // there is still the least room behind them.
+  const unsigned char* readable() const {
+    return p + std::min(left(), (room() - kMinRoom) / 2 + 1);
+  }
+
+  void putUnit(std::uint32_t unit) {
+    put(static_cast<unsigned char>(unit), static_cast<unsigned char>(unit >> 8));
+  }
+  void putScalar(char32_t scalar) {
+    if (scalar > 0xFFFF) putUnit(highSurrogateOf(scalar));
+    putUnit(scalar > 0xFFFF ? lowSurrogateOf(scalar) : scalar);
+  }
+  // What an entry of a table stands for, which is not a node.
+  void putEntry(const CodeTable& table, CodeTable::Entry entry) {
+    const CodeTable::Entry value = entry & ~CodeTable::kKind;
+    if ((entry & CodeTable::kKind) == CodeTable::kScalar) return putScalar(value);
+    for (const char32_t scalar : table.sequences()[value].scalars) {
+      if (scalar != 0) putScalar(scalar);
+    }
+  }
+
+  void copyAscii(const unsigned char* stop) {
+    while (stop - p >= std::ptrdiff_t{kVector}) {
+      const Bytes16 text = Bytes16::load(p);
+      const unsigned int count = countLow(text);
+      if (count == 0) return;
+      storeAsUnits(text, dest);
+      p += count;
+      dest += 2 * count;
+      if (count != kVector) return;
+    }
+    while (p < stop && *p < 0x80) putUnit(*p++);
+  }
+
+  bool refuse(unsigned int length) {
+    return mark(length, kReplacementCharacter & 0xFF, kReplacementCharacter >> 8);
+  }
+};
+
+// Writing from UTF-16.
+struct UnitWriter : CodecRun {
+  using CodecRun::CodecRun;
+  static constexpr unsigned int kGrowth = 9;
+
+  // Up to where units can be written that become four bytes at most, so that there is still the
+  // least room behind them.
+  const unsigned char* writable() const {
+    return p + std::min(left(), (room() - kMinRoom) / 2 + 1);
+  }
+
+  void copyAscii(const unsigned char* stop) {
+    while (stop - p >= std::ptrdiff_t{2 * kVector}) {
+      const Bytes16 text = loadUnits(p);
+      const unsigned int count = countLow(text);
+      if (count == 0) return;
+      text.store(dest);
+      p += 2 * count;
+      dest += count;
+      if (count != kVector) return;
+    }
+    for (; stop - p >= 2 && p[1] == 0 && p[0] < 0x80; p += 2) put(*p);
+  }
+
+  // The bytes of a code of a table.
+  void putCode(std::uint32_t code) {
+    for (unsigned int shift = code > 0xFFFFFF ? 24 : code > 0xFFFF ? 16 : code > 0xFF ? 8 : 0;;
+         shift -= 8) {
+      put(static_cast<unsigned char>(code >> shift));
+      if (shift == 0) return;
+    }
+  }
+
+  // A character of the text: its value and how many bytes it has. Length 0: what follows the piece
+  // decides. No scalar: half a unit, or half a pair of surrogates.
+  struct Character {
+    char32_t scalar;
+    unsigned int length;
+    bool isScalar;
+  };
+  Character characterAt(const unsigned char* at) const {
+    const auto known = static_cast<unsigned int>(std::min<std::ptrdiff_t>(end - at, 4));
+    if (known < 2) return {0, last ? known : 0, false};
+    const std::uint32_t unit = loadLow<std::uint16_t>(at);
+    if (!isSurrogate(unit)) return {unit, 2, true};
+    if (!isHighSurrogate(unit)) return {unit, 2, false};
+    if (known < 4) return {unit, last ? 2u : 0u, false};
+    const std::uint32_t second = loadLow<std::uint16_t>(at + 2);
+    if (!isLowSurrogate(second)) return {unit, 2, false};
+    return {joinSurrogates(unit, second), 4, true};
+  }
+
+  // Writes a mark of one byte, a code of a table, in place of the next length bytes.
+  bool refuse(unsigned int length, std::uint32_t code) {
+    report(p, length);
+    p += length;
+    putCode(code != 0 ? code : '?');
+    return true;
+  }
+};
+
+}  // namespace
+
+#endif  // ENCODING_CODECS_UNIT_TEXT_H_

@@ -1,0 +1,279 @@
+// pack_mappings: makes sources of mapping files (encoding/tables/mappings/README.md), for the build.
+//
+//   pack_mappings SOURCE HEADER FILE.map...
+//
+// Each mapping becomes a packed image, laid out as encoding/codecs/code_table.h says. Runs on the
+// host, and uses nothing of the library.
+#include <algorithm>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <iostream>
+#include <map>
+#include <optional>
+#include <set>
+#include <sstream>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace {
+
+using Scalars = std::vector<std::uint32_t>;
+// A code by its length and value, which is the order that images have.
+using Code = std::pair<unsigned int, std::uint32_t>;
+
+constexpr std::size_t kMaxScalars = 3;
+
+enum Kind : std::uint8_t { kBoth, kRead, kWrite, kRemove, kKinds };
+
+struct MappingFile {
+  std::string name;
+  std::string over;
+  bool hasGb18030Rest = false;
+  std::multimap<Code, Scalars> entries[kKinds];
+};
+
+struct Fault {
+  std::string what;
+};
+
+std::uint32_t parseHex(std::string_view digits, const char* what) {
+  std::uint32_t value = 0;
+  if (digits.empty() || digits.size() > 8) throw Fault{std::string("bad ") + what};
+  for (const char c : digits) {
+    const bool isDigit = (c >= '0' && c <= '9') || (c >= 'A' && c <= 'F');
+    if (!isDigit) throw Fault{std::string("bad ") + what};
+    value = value << 4 | static_cast<std::uint32_t>(c <= '9' ? c - '0' : c - 'A' + 10);
+  }
+  return value;
+}
+
+Code parseCode(const std::string& word) {
+  if (word.size() % 2 != 0) throw Fault{"a code has two digits a byte"};
+  return {static_cast<unsigned int>(word.size() / 2), parseHex(word, "code")};
+}
+
+Scalars parseScalars(const std::string& word) {
+  Scalars scalars;
+  std::istringstream parts(word);
+  for (std::string part; std::getline(parts, part, '+');) {
+    const std::uint32_t scalar = parseHex(part, "scalar value");
+    if (scalar > 0x10FFFF || (scalar >= 0xD800 && scalar < 0xE000)) throw Fault{"no scalar value"};
+    scalars.push_back(scalar);
+  }
+  if (scalars.empty() || scalars.size() > kMaxScalars) throw Fault{"too many scalar values"};
+  return scalars;
+}
+
+void parseCodes(std::istringstream& words, Kind kind, const std::string& first,
+                MappingFile& mapping) {
+  auto& entries = mapping.entries[kind];
+  Code code = parseCode(first);
+  if (kind == kRemove) {
+    entries.emplace(code, Scalars{});
+    for (std::string word; words >> word;) entries.emplace(parseCode(word), Scalars{});
+    return;
+  }
+  bool hasPassedLast = false;
+  for (std::string word; words >> word;) {
+    if (hasPassedLast) throw Fault{"the last byte of the code passes FF"};
+    if (word != "-") entries.emplace(code, parseScalars(word));
+    hasPassedLast = (code.second++ & 0xFF) == 0xFF;
+  }
+}
+
+void parseLine(const std::string& line, MappingFile& mapping) {
+  std::istringstream words(line);
+  std::string word;
+  if (!(words >> word) || word[0] == '#') return;
+  if (word == "over") {
+    if (!(words >> mapping.over)) throw Fault{"over what?"};
+  } else if (word == "gb18030-rest") {
+    mapping.hasGb18030Rest = true;
+  } else if (word == ">" || word == "<" || word == "remove") {
+    const Kind kind = word == ">" ? kRead : word == "<" ? kWrite : kRemove;
+    if (kind == kRemove && mapping.over.empty()) throw Fault{"nothing to remove from"};
+    if (!(words >> word)) throw Fault{"no code"};
+    parseCodes(words, kind, word, mapping);
+  } else {
+    parseCodes(words, kBoth, word, mapping);
+  }
+}
+
+// Each code is read as one thing, and each value written as one.
+void check(const MappingFile& mapping) {
+  std::set<Code> isRead;
+  std::set<Scalars> isWritten;
+  for (const Kind kind : {kBoth, kRead, kRemove}) {
+    for (const auto& [code, scalars] : mapping.entries[kind]) {
+      if (!isRead.insert(code).second) {
+        std::ostringstream what;
+        what << "code " << std::hex << std::uppercase << code.second << " stands there twice";
+        throw Fault{what.str()};
+      }
+    }
+  }
+  for (const Kind kind : {kBoth, kWrite}) {
+    for (const auto& [code, scalars] : mapping.entries[kind]) {
+      if (!isWritten.insert(scalars).second) {
+        std::ostringstream what;
+        what << "value " << std::hex << std::uppercase << scalars[0] << " is written twice";
+        throw Fault{what.str()};
+      }
+    }
+  }
+}
+
+MappingFile load(const std::string& path) {
+  MappingFile mapping;
+  const std::size_t begin = path.find_last_of('/') + 1;
+  mapping.name = path.substr(begin, path.rfind('.') - begin);
+  std::ifstream file(path);
+  if (!file) throw Fault{path + ": cannot be read"};
+  unsigned int number = 0;
+  try {
+    for (std::string line; std::getline(file, line);) {
+      ++number;
+      parseLine(line, mapping);
+    }
+    check(mapping);
+  } catch (const Fault& fault) {
+    throw Fault{path + ":" + std::to_string(number) + ": " + fault.what};
+  }
+  return mapping;
+}
+
+// ---- Packing ----
+
+void putNumber(std::uint32_t number, std::string& image) {
+  for (; number >= 0x80; number >>= 7) image += static_cast<char>((number & 0x7F) | 0x80);
+  image += static_cast<char>(number);
+}
+
+// Small numbers of either sign as small ones without.
+std::uint32_t folded(std::uint32_t difference) {
+  return difference << 1 ^ ((difference >> 31) != 0 ? 0xFFFFFFFFu : 0);
+}
+
+// Codes of one kind and length, and values of one count.
+using Section = std::vector<std::pair<std::uint32_t, Scalars>>;
+
+void putSection(Kind kind, unsigned int length, std::size_t count, const Section& section,
+                std::string& image) {
+  std::size_t runs = 0;
+  std::string body;
+  std::uint32_t following = 0, expected = 0;
+  for (std::size_t i = 0; i < section.size();) {
+    std::size_t end = i + 1;
+    while (end < section.size() && section[end].first == section[end - 1].first + 1) ++end;
+    putNumber(section[i].first - following, body);
+    putNumber(static_cast<std::uint32_t>(end - i), body);
+    following = section[end - 1].first;
+    for (; i < end; ++i) {
+      for (const std::uint32_t scalar : section[i].second) {
+        putNumber(folded(scalar - expected), body);
+        expected = scalar + 1;
+      }
+    }
+    ++runs;
+  }
+  image += static_cast<char>(kind | length << 2 | count << 5);
+  putNumber(static_cast<std::uint32_t>(runs), image);
+  image += body;
+}
+
+std::string pack(const MappingFile& mapping) {
+  std::string image;
+  for (const Kind kind : {kBoth, kRead, kWrite, kRemove}) {
+    std::map<std::pair<unsigned int, std::size_t>, Section> sections;
+    for (const auto& [code, scalars] : mapping.entries[kind]) {
+      sections[{code.first, scalars.size()}].emplace_back(code.second, scalars);
+    }
+    for (const auto& [key, section] : sections) {
+      putSection(kind, key.first, key.second, section, image);
+    }
+  }
+  return image += '\xFF';
+}
+
+// ---- Sources ----
+
+std::string identifier(std::string name) {
+  std::replace_if(
+      name.begin(), name.end(),
+      [](char c) { return c == '-' || c == '.'; }, '_');
+  return "kMap_" + name;
+}
+
+bool isNumber(const std::string& text) {
+  return !text.empty() && text.find_first_not_of("0123456789") == std::string::npos;
+}
+
+void writeImage(const std::string& image, std::ostream& out) {
+  constexpr std::size_t kPerLine = 96;
+  for (std::size_t i = 0; i < image.size(); ++i) {
+    if (i % kPerLine == 0) out << (i == 0 ? "\n    \"" : "\"\n    \"");
+    char octal[5];
+    std::snprintf(octal, sizeof octal, "\\%03o", static_cast<unsigned char>(image[i]));
+    out << octal;
+  }
+  out << '"';
+}
+
+void writeSource(const std::vector<MappingFile>& mappings, std::ostream& out) {
+  out << "// Made by pack_mappings.\n#include \"encoding/codecs/mapping_list.h\"\n\n";
+  for (std::size_t i = 0; i < mappings.size(); ++i) {
+    const MappingFile& mapping = mappings[i];
+    const bool isOverPage = isNumber(mapping.over);
+    const std::string image = pack(mapping);
+    out << "const Mapping " << identifier(mapping.name) << " = {";
+    writeImage(image, out);
+    out << ", " << i << ", "
+        << (mapping.over.empty() || isOverPage ? "nullptr" : '&' + identifier(mapping.over)) << ", "
+        << (isOverPage ? mapping.over : "0") << ", "
+        << (mapping.hasGb18030Rest ? "true" : "false") << "};\n";
+  }
+}
+
+void writeHeader(const std::vector<MappingFile>& mappings, std::ostream& out) {
+  out << "// Made by pack_mappings: all mappings.\n"
+         "#ifndef ENCODING_CODECS_MAPPING_LIST_H_\n#define ENCODING_CODECS_MAPPING_LIST_H_\n\n"
+         "#include \"encoding/codecs/code_table.h\"\n\n";
+  for (const MappingFile& mapping : mappings) {
+    out << "extern const Mapping " << identifier(mapping.name) << ";\n";
+  }
+  out << "\n#endif  // ENCODING_CODECS_MAPPING_LIST_H_\n";
+}
+
+int run(int count, char** arguments) {
+  if (count < 3) throw Fault{"usage: pack_mappings SOURCE HEADER FILE.map..."};
+  std::vector<MappingFile> mappings;
+  for (int i = 3; i < count; ++i) mappings.push_back(load(arguments[i]));
+  for (const MappingFile& mapping : mappings) {
+    const bool isKnown = mapping.over.empty() || isNumber(mapping.over) ||
+                         std::any_of(mappings.begin(), mappings.end(),
+                                     [&](const MappingFile& other) {
+                                       return other.name == mapping.over && &other != &mapping;
+                                     });
+    if (!isKnown) throw Fault{mapping.name + ": over " + mapping.over + ", which is not there"};
+  }
+  std::ofstream source(arguments[1]), header(arguments[2]);
+  writeSource(mappings, source);
+  writeHeader(mappings, header);
+  if (!source.flush() || !header.flush()) throw Fault{"the output cannot be written"};
+  return 0;
+}
+
+}  // namespace
+
+int main(int count, char** arguments) {
+  try {
+    return run(count, arguments);
+  } catch (const Fault& fault) {
+    std::cerr << "pack_mappings: " << fault.what << '\n';
+    return 1;
+  }
+}
