@@ -1,4 +1,5 @@
-// pack_mappings: makes sources of mapping files (encoding/tables/mappings/README.md), for the build.
+// pack_mappings: makes sources of mapping files (encoding/tables/mappings/README.md), for the
+// build.
 //
 //   pack_mappings SOURCE HEADER FILE.map...
 //
@@ -203,8 +204,7 @@ std::string pack(const MappingFile& mapping) {
 
 std::string identifier(std::string name) {
   std::replace_if(
-      name.begin(), name.end(),
-      [](char c) { return c == '-' || c == '.'; }, '_');
+      name.begin(), name.end(), [](char c) { return c == '-' || c == '.'; }, '_');
   return "kMap_" + name;
 }
 
@@ -233,8 +233,8 @@ void writeSource(const std::vector<MappingFile>& mappings, std::ostream& out) {
     writeImage(image, out);
     out << ", " << i << ", "
         << (mapping.over.empty() || isOverPage ? "nullptr" : '&' + identifier(mapping.over)) << ", "
-        << (isOverPage ? mapping.over : "0") << ", "
-        << (mapping.hasGb18030Rest ? "true" : "false") << "};\n";
+        << (isOverPage ? mapping.over : "0") << ", " << (mapping.hasGb18030Rest ? "true" : "false")
+        << "};\n";
   }
 }
 
@@ -253,11 +253,11 @@ int run(int count, char** arguments) {
   std::vector<MappingFile> mappings;
   for (int i = 3; i < count; ++i) mappings.push_back(load(arguments[i]));
   for (const MappingFile& mapping : mappings) {
-    const bool isKnown = mapping.over.empty() || isNumber(mapping.over) ||
-                         std::any_of(mappings.begin(), mappings.end(),
-                                     [&](const MappingFile& other) {
-                                       return other.name == mapping.over && &other != &mapping;
-                                     });
+    const bool isKnown =
+        mapping.over.empty() || isNumber(mapping.over) ||
+        std::any_of(mappings.begin(), mappings.end(), [&](const MappingFile& other) {
+          return other.name == mapping.over && &other != &mapping;
+        });
     if (!isKnown) throw Fault{mapping.name + ": over " + mapping.over + ", which is not there"};
   }
   std::ofstream source(arguments[1]), header(arguments[2]);

@@ -84,9 +84,9 @@ CodeTable::Entry CodeTable::find(std::uint32_t code) const {
 
 char32_t CodeTable::approximationOf(char32_t scalar) const {
   const OneWay* const end = m_approximations.data() + m_approximations.size();
-  const OneWay* const found = std::lower_bound(
-      m_approximations.data(), end, scalar,
-      [](const OneWay& row, char32_t wanted) { return row.scalar < wanted; });
+  const OneWay* const found =
+      std::lower_bound(m_approximations.data(), end, scalar,
+                       [](const OneWay& row, char32_t wanted) { return row.scalar < wanted; });
   if (found == end || found->scalar != scalar) return 0;
   const Entry entry = find(found->code);
   return (entry & kKind) == kScalar ? static_cast<char32_t>(entry & ~kKind) : char32_t{0};
@@ -134,7 +134,8 @@ bool CodeTable::isForm(const unsigned char* bytes, std::size_t count, unsigned i
 
 unsigned int CodeTable::malformedLength(const unsigned char* bytes, std::size_t known) const {
   for (unsigned int length = kMaxBytes; length > 1; --length) {
-    if (known >= length && bytes[length - 1] >= 0x80 && isForm(bytes, length, length)) return length;
+    if (known >= length && bytes[length - 1] >= 0x80 && isForm(bytes, length, length))
+      return length;
   }
   return 1;
 }
@@ -157,9 +158,8 @@ const CodeTable* CodeTable::open(const Mapping& mapping) {
   made->derive();
   if (made->hasFailed()) return nullptr;
   // Of two threads that come here together one publishes its table and the other takes that.
-  const bool isFirst = slot.compare_exchange_strong(published, made.get(),
-                                                    std::memory_order_acq_rel,
-                                                    std::memory_order_acquire);
+  const bool isFirst = slot.compare_exchange_strong(
+      published, made.get(), std::memory_order_acq_rel, std::memory_order_acquire);
   return isFirst ? made.release() : published;
 }
 
@@ -220,8 +220,8 @@ bool CodeTable::applyText(const char* tableText, bool isOnlyRead) {
     const auto former = static_cast<char32_t>(entry & ~kKind);
     const bool isPrivateNow = scalar >= 0xE000 && scalar <= 0xF8FF;
     const bool wasPrivate = former >= 0xE000 && former <= 0xF8FF;
-    const bool isBetter = length == 1 ? !(isAsciiPage && code < 0x80)
-                                      : !isTaken || (wasPrivate && !isPrivateNow);
+    const bool isBetter =
+        length == 1 ? !(isAsciiPage && code < 0x80) : !isTaken || (wasPrivate && !isPrivateNow);
     if (isBetter) setEntry(length, code, kScalar | scalar);
     if (!isOnlyRead) setCode(scalar, code);
   };

@@ -12,12 +12,12 @@ struct EncodingRow;
 // A mapping file as the build packed it (tools/pack_mappings.cpp).
 //
 // The image consists of sections and a byte FF. A section begins with a byte: the kind of its
-// entries in bits 0 and 1 (both ways, only read, only written, removed), the bytes of a code in bits
-// 2 to 4, the values of a code in bits 5 and 6. Numbers follow, seven bits a byte, low ones first,
-// the high bit set in all but the last byte: how many runs there are; for each run the distance of
-// its first code from the last one of the run before, and how many codes it has, each one higher
-// than the one before; for each value its distance from the value before plus 1, folded so that
-// small ones of either sign are small.
+// entries in bits 0 and 1 (both ways, only read, only written, removed), the bytes of a code in
+// bits 2 to 4, the values of a code in bits 5 and 6. Numbers follow, seven bits a byte, low ones
+// first, the high bit set in all but the last byte: how many runs there are; for each run the
+// distance of its first code from the last one of the run before, and how many codes it has, each
+// one higher than the one before; for each value its distance from the value before plus 1, folded
+// so that small ones of either sign are small.
 struct Mapping {
   const char* image;
   std::uint16_t index;  // among all mappings
@@ -94,8 +94,8 @@ class CodeTable {
   bool hasCounted() const { return m_hasCounted; }
 
   bool isAscii() const { return m_isAscii; }
-  // How many bytes the malformed piece has that begins with these, of which `known` can be seen: all
-  // bytes of a form that some code has, as far as no byte below 80 is lost, or one.
+  // How many bytes the malformed piece has that begins with these, of which `known` can be seen:
+  // all bytes of a form that some code has, as far as no byte below 80 is lost, or one.
   unsigned int malformedLength(const unsigned char* bytes, std::size_t known) const;
   // Whether it might be longer if more could be seen.
   bool mayBeLonger(const unsigned char* bytes, std::size_t known) const;
@@ -121,10 +121,10 @@ class CodeTable {
   std::uint16_t m_rowOf[0x1100] = {};
   Rows<std::uint32_t> m_codes;  // rows of 256; the first one is empty
   Rows<Sequence> m_sequences;
-  Rows<OneWay> m_approximations;  // in ascending order of scalar
-  Rows<std::uint16_t> m_counted;  // values of the counted codes up to U+FFFF
+  Rows<OneWay> m_approximations;            // in ascending order of scalar
+  Rows<std::uint16_t> m_counted;            // values of the counted codes up to U+FFFF
   ByteRange m_forms[kMaxBytes][kMaxBytes];  // by length - 1 and place
-  std::uint32_t m_codeBits = 0xFFFFFFFFu;  // of m_codes
+  std::uint32_t m_codeBits = 0xFFFFFFFFu;   // of m_codes
   bool m_hasCounted = false;
   bool m_isAscii = false;
 };

@@ -42,8 +42,8 @@ struct Reader : UnitReader {
 
   // What the loops leave: one code of any kind. False when what follows decides.
   bool readOne() {
-    const auto known = static_cast<std::size_t>(
-        std::min<std::ptrdiff_t>(left(), CodeTable::kMaxBytes));
+    const auto known =
+        static_cast<std::size_t>(std::min<std::ptrdiff_t>(left(), CodeTable::kMaxBytes));
     Entry entry = CodeTable::kNode;
     for (unsigned int i = 0; i < CodeTable::kMaxBytes; ++i) {
       if (i == known) return last && refuse(1);
@@ -112,19 +112,14 @@ struct Writer : UnitWriter {
     const Character character = characterAt(p);
     if (character.length == 0) return false;
     if (!character.isScalar) return refuse(character.length, table.codeOf('?'));
-    const std::uint32_t code = table.loadCode(character.scalar);
-    if (!table.sequences().isEmpty() && (code & CodeTable::kBegins) != 0) {
-      bool isCut = false;
-      unsigned int length = 0;
-      const CodeTable::Sequence* const sequence = sequenceAt(length, isCut);
-      if (isCut && !last) return false;
-      if (sequence != nullptr) {
-        p += length;
-        putCode(sequence->code);
-        return true;
-      }
-    }
-    return writeCode(character, table.codeOf(character.scalar));
+    bool isCut = false;
+    unsigned int length = 0;
+    const CodeTable::Sequence* const sequence = sequenceAt(table, length, isCut);
+    if (isCut && !last) return false;
+    if (sequence == nullptr) return writeCode(character, table.codeOf(character.scalar));
+    p += length;
+    putCode(sequence->code);
+    return true;
   }
 
   bool writeCode(const Character& character, std::uint32_t code) {
@@ -137,29 +132,6 @@ struct Writer : UnitWriter {
     p += character.length;
     putCode(code);
     return true;
-  }
-
-  // The sequence that stands here, and its length in bytes.
-  const CodeTable::Sequence* sequenceAt(unsigned int& length, bool& isCut) const {
-    char32_t scalars[CodeTable::kMaxScalars];
-    unsigned int lengths[CodeTable::kMaxScalars];
-    std::size_t count = 0;
-    const unsigned char* at = p;
-    for (; count < CodeTable::kMaxScalars && at != end; ++count) {
-      const Character character = characterAt(at);
-      if (!character.isScalar) {
-        if (character.length != 0) scalars[count] = 0xD800, lengths[count] = 0, ++count;
-        break;
-      }
-      scalars[count] = character.scalar;
-      lengths[count] = character.length;
-      at += character.length;
-    }
-    const CodeTable::Sequence* const found = table.findSequence(scalars, count, isCut);
-    if (found == nullptr) return nullptr;
-    const std::size_t used = found->scalars[2] != 0 ? 3 : 2;
-    for (std::size_t i = 0; i < used; ++i) length += lengths[i];
-    return found;
   }
 };
 

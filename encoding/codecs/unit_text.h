@@ -82,8 +82,11 @@ struct UnitWriter : CodecRun {
 
   // The bytes of a code of a table.
   void putCode(std::uint32_t code) {
-    for (unsigned int shift = code > 0xFFFFFF ? 24 : code > 0xFFFF ? 16 : code > 0xFF ? 8 : 0;;
-         shift -= 8) {
+    for (unsigned int shift = code > 0xFFFFFF ? 24
+                              : code > 0xFFFF ? 16
+                              : code > 0xFF   ? 8
+                                              : 0;
+         ; shift -= 8) {
       put(static_cast<unsigned char>(code >> shift));
       if (shift == 0) return;
     }
@@ -106,6 +109,35 @@ struct UnitWriter : CodecRun {
     const std::uint32_t second = loadLow<std::uint16_t>(at + 2);
     if (!isLowSurrogate(second)) return {unit, 2, false};
     return {joinSurrogates(unit, second), 4, true};
+  }
+
+  // The longest sequence of a table that stands here, and its length in bytes; null for none.
+  // isCut: what follows the piece may belong to one.
+  const CodeTable::Sequence* sequenceAt(const CodeTable& table, unsigned int& length,
+                                        bool& isCut) const {
+    isCut = false;
+    if (table.sequences().isEmpty()) return nullptr;
+    if ((table.loadCode(characterAt(p).scalar) & CodeTable::kBegins) == 0) return nullptr;
+    char32_t scalars[CodeTable::kMaxScalars];
+    unsigned int lengths[CodeTable::kMaxScalars];
+    std::size_t count = 0;
+    const unsigned char* at = p;
+    for (; count < CodeTable::kMaxScalars && at != end; ++count) {
+      const Character character = characterAt(at);
+      if (!character.isScalar) {
+        // Half a pair, which ends what may be a sequence.
+        if (character.length != 0) scalars[count++] = character.scalar;
+        break;
+      }
+      scalars[count] = character.scalar;
+      lengths[count] = character.length;
+      at += character.length;
+    }
+    const CodeTable::Sequence* const found = table.findSequence(scalars, count, isCut);
+    if (found == nullptr) return nullptr;
+    const std::size_t used = found->scalars[2] != 0 ? 3 : 2;
+    for (std::size_t i = 0; i < used; ++i) length += lengths[i];
+    return found;
   }
 
   // Writes a mark of one byte, a code of a table, in place of the next length bytes.

@@ -73,8 +73,7 @@ bool fillFromMapping(const CodeTable& mapping, DoubleByteDecoder& table) {
 bool fillFromMapping(const CodeTable& mapping, DoubleByteEncoder& table) {
   const bool isFlat = forEachCode(mapping, [&](char32_t unit, std::uint32_t code) {
     const bool isPair = code > 0xFF;
-    table.codes[unit] =
-        static_cast<std::uint16_t>(isPair ? code >> 8 | (code & 0xFF) << 8 : code);
+    table.codes[unit] = static_cast<std::uint16_t>(isPair ? code >> 8 | (code & 0xFF) << 8 : code);
     return code <= 0xFFFF && (!isPair || (code & 0xFF) != 0);
   });
   table.prepare();

@@ -1,0 +1,225 @@
+#include "encoding/codecs/ebcdic_shifts.h"
+
+#include "encoding/codecs/unit_text.h"
+
+namespace {
+
+using Entry = CodeTable::Entry;
+
+constexpr unsigned char kShiftOut = 0x0E;
+constexpr unsigned char kShiftIn = 0x0F;
+constexpr unsigned char kFirstOfPairs = 0x40;  // bytes below are controls
+
+constexpr bool isShift(unsigned int byte) { return (byte | 1) == kShiftIn; }
+constexpr bool isInPair(unsigned int byte) { return byte >= kFirstOfPairs && byte != 0xFF; }
+
+struct Tables {
+  const CodeTable* singles;  // null: all is pairs
+  const CodeTable* pairs;
+};
+
+struct Reader : UnitReader {
+  using UnitReader::UnitReader;
+  const Tables& tables = *static_cast<const Tables*>(parameters);
+
+  bool step() {
+    const unsigned char* const stop = readable();
+    while (p < stop) {
+      const bool isAmongPairs = tables.singles == nullptr || state.shiftedOut;
+      isAmongPairs ? copyPairs(stop) : copySingles(stop);
+      if (p < stop) {
+        if (tables.singles != nullptr && isShift(*p)) {
+          if (!readShift()) return refuse(1);
+          continue;
+        }
+        return isAmongPairs ? readPair() : readSingle();
+      }
+    }
+    return true;
+  }
+  void finish() {}
+
+  void copySingles(const unsigned char* stop) {
+    const Entry* const root = tables.singles->root();
+    const unsigned char* in = p;
+    unsigned char* to = dest;
+    for (; in < stop; ++in, to += 2) {
+      const Entry entry = root[*in];
+      if (entry - CodeTable::kScalar > 0xFFFF || isShift(*in)) break;
+      storeLow(to, static_cast<std::uint16_t>(entry));
+    }
+    p = in;
+    dest = to;
+  }
+
+  void copyPairs(const unsigned char* stop) {
+    const Entry* const root = tables.pairs->root();
+    const unsigned char* in = p;
+    unsigned char* to = dest;
+    for (; in < stop && end - in > 1; in += 2, to += 2) {
+      const Entry first = root[in[0]];
+      if ((first & CodeTable::kKind) != CodeTable::kNode) break;
+      const Entry entry = tables.pairs->node(first)[in[1]];
+      if (entry - CodeTable::kScalar > 0xFFFF) break;
+      storeLow(to, static_cast<std::uint16_t>(entry));
+    }
+    p = in;
+    dest = to;
+  }
+
+  // False for a shift to where the text is.
+  bool readShift() {
+    const bool isOut = *p == kShiftOut;
+    if (state.shiftedOut == isOut) return false;
+    state.shiftedOut = isOut;
+    ++p;
+    return true;
+  }
+
+  bool readSingle() {
+    const Entry entry = tables.singles->root()[*p];
+    if (entry == CodeTable::kNothing) return refuse(1);
+    ++p;
+    putEntry(*tables.singles, entry);
+    return true;
+  }
+
+  // False when what follows decides.
+  bool readPair() {
+    if (tables.singles != nullptr && !isInPair(*p)) {
+      if (isLineEnd(*p)) state.shiftedOut = false;
+      return refuse(1);
+    }
+    if (left() < 2) return last && refuse(1);
+    // Where all is pairs, the next one begins behind the second byte in any case.
+    if (tables.singles != nullptr && !isInPair(p[1])) return refuse(1);
+    const Entry first = tables.pairs->root()[*p];
+    const bool isNode = (first & CodeTable::kKind) == CodeTable::kNode;
+    const Entry entry = isNode ? tables.pairs->node(first)[p[1]] : CodeTable::kNothing;
+    if (entry == CodeTable::kNothing) return refuse(2);
+    p += 2;
+    putEntry(*tables.pairs, entry);
+    return true;
+  }
+
+  bool isLineEnd(unsigned char byte) const {
+    const Entry entry = tables.singles->root()[byte];
+    return entry == (CodeTable::kScalar | 0x0A) || entry == (CodeTable::kScalar | 0x0D) ||
+           entry == (CodeTable::kScalar | 0x85);
+  }
+};
+
+struct Writer : UnitWriter {
+  using UnitWriter::UnitWriter;
+  const Tables& tables = *static_cast<const Tables*>(parameters);
+
+  bool step() {
+    const unsigned char* const stop = writable();
+    while (p < stop) {
+      const bool isAmongPairs = tables.singles == nullptr || state.shiftedOut;
+      isAmongPairs ? copyPairs(stop) : copySingles(stop);
+      if (p < stop) return writeOne();
+    }
+    return true;
+  }
+  void finish() { shift(false); }
+
+  void copySingles(const unsigned char* stop) {
+    const unsigned char* in = p;
+    unsigned char* to = dest;
+    for (; stop - in >= 2; in += 2) {
+      const std::uint32_t code = tables.singles->loadCode(loadLow<std::uint16_t>(in));
+      if (code - 1 >= 0xFF || isShift(code)) break;
+      *to++ = static_cast<unsigned char>(code);
+    }
+    p = in;
+    dest = to;
+  }
+
+  void copyPairs(const unsigned char* stop) {
+    const unsigned char* in = p;
+    unsigned char* to = dest;
+    for (; stop - in >= 2; in += 2, to += 2) {
+      const std::uint32_t code = tables.pairs->loadCode(loadLow<std::uint16_t>(in));
+      if (code - 1 >= 0xFFFF) break;
+      to[0] = static_cast<unsigned char>(code >> 8);
+      to[1] = static_cast<unsigned char>(code);
+    }
+    p = in;
+    dest = to;
+  }
+
+  void shift(bool isOut) {
+    if (tables.singles == nullptr || state.shiftedOut == isOut) return;
+    state.shiftedOut = isOut;
+    put(isOut ? kShiftOut : kShiftIn);
+  }
+
+  // One character, or sequence, with the shift in front of it. False when what follows decides.
+  bool writeOne() {
+    const Character character = characterAt(p);
+    if (character.length == 0) return false;
+    if (!character.isScalar) return refuse(character.length);
+    if (tables.singles != nullptr) {
+      const std::uint32_t code = tables.singles->codeOf(character.scalar);
+      const bool isThere = code != 0 || character.scalar == 0;
+      if (isThere && !isShift(code)) {
+        shift(false);
+        p += character.length;
+        put(static_cast<unsigned char>(code));
+        return true;
+      }
+    }
+    bool isCut = false;
+    unsigned int length = 0;
+    const CodeTable::Sequence* const sequence = sequenceAt(*tables.pairs, length, isCut);
+    if (isCut && !last) return false;
+    const std::uint32_t code =
+        sequence != nullptr ? sequence->code : tables.pairs->codeOf(character.scalar);
+    if (code == 0) return refuse(character.length);
+    shift(true);
+    p += sequence != nullptr ? length : character.length;
+    put(static_cast<unsigned char>(code >> 8), static_cast<unsigned char>(code));
+    return true;
+  }
+
+  // The mark is SUB, as a single byte, or the pair that stands for it.
+  bool refuse(unsigned int length) {
+    constexpr unsigned char kSubstitute = 0x3F;
+    constexpr unsigned char kSubstitutePair = 0xFE;
+    shift(false);
+    report(p, length);
+    p += length;
+    if (tables.singles != nullptr) {
+      put(kSubstitute);
+    } else {
+      put(kSubstitutePair, kSubstitutePair);
+    }
+    return true;
+  }
+};
+
+template <typename Direction>
+unsigned int run(const void* parameters, const unsigned char* data, unsigned int length, bool last,
+                 CodecState& state, DataBuffer& out, ReplacementSink* sink) {
+  const auto& sets = *static_cast<const ShiftedSets*>(parameters);
+  const Tables tables = {sets.singles != nullptr ? CodeTable::open(*sets.singles) : nullptr,
+                         CodeTable::open(*sets.pairs)};
+  if (tables.pairs != nullptr && (tables.singles != nullptr || sets.singles == nullptr)) {
+    return runCodec<Direction>(&tables, data, length, last, state, out, sink);
+  }
+  out.latchFailure();
+  return length;
+}
+
+}  // namespace
+
+unsigned int readShifted(const void* parameters, const unsigned char* data, unsigned int length,
+                         bool last, CodecState& state, DataBuffer& out, ReplacementSink* sink) {
+  return run<Reader>(parameters, data, length, last, state, out, sink);
+}
+
+unsigned int writeShifted(const void* parameters, const unsigned char* data, unsigned int length,
+                          bool last, CodecState& state, DataBuffer& out, ReplacementSink* sink) {
+  return run<Writer>(parameters, data, length, last, state, out, sink);
+}

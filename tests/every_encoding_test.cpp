@@ -1,0 +1,120 @@
+// Tests of what holds for every encoding that streams know.
+#include <gtest/gtest.h>
+
+#include <random>
+#include <string>
+#include <vector>
+
+#include "encoding/accent_pairs.h"
+#include "encoding/codecs/encoding_row.h"
+#include "tests/stream_support.h"
+
+namespace {
+
+using Random = std::minstd_rand0;
+
+std::string utf32(const std::vector<char32_t>& scalars) {
+  std::string text;
+  for (const char32_t scalar : scalars) {
+    for (int shift = 0; shift < 32; shift += 8) text += static_cast<char>(scalar >> shift);
+  }
+  return text;
+}
+
+// Where encodings have characters: the basic plane, symbols, and the ideographs of plane 2.
+const std::vector<char32_t>& allScalars() {
+  static const std::vector<char32_t> scalars = [] {
+    std::vector<char32_t> made;
+    const auto add = [&](char32_t first, char32_t last) {
+      for (char32_t scalar = first; scalar <= last; ++scalar) made.push_back(scalar);
+    };
+    add(0, 0xD7FF);
+    add(0xE000, 0xFEFE);  // behind that comes the mark, which is no text everywhere
+    add(0xFF00, 0xFFFF);
+    add(0x1F000, 0x1FAFF);
+    add(0x20000, 0x2FA1F);
+    return made;
+  }();
+  return scalars;
+}
+
+// The characters that an encoding has as they are, in UTF-32.
+std::string heldBy(int number) {
+  std::vector<char32_t> held = allScalars();
+  const StreamResult all = stream(settingsFor(12000, number, "drop"), utf32(held));
+  EXPECT_EQ(StreamStatus::kGood, all.status);
+  for (const auto* misfits : {&all.errors, &all.approximations}) {
+    std::vector<char32_t> lacking;
+    for (const StreamError& error : *misfits) {
+      lacking.push_back(static_cast<char32_t>(error.codePoint));
+    }
+    std::ranges::sort(lacking);
+    std::erase_if(held, [&](char32_t c) { return std::ranges::binary_search(lacking, c); });
+  }
+  return utf32(held);
+}
+
+// Not those that turn text round or take letters apart, and so give back another text.
+bool keepsText(const EncodingRow& row) {
+  return row.number != 0 && !row.reordersMacArabic && !row.decomposesVietnamese &&
+         !fast::hasAccentPairs(row);
+}
+
+}  // namespace
+
+TEST(EveryEncoding, GivesBackWhatItHolds) {
+  constexpr std::size_t kCutText = 100000;
+  Random random(3);
+  for (const EncodingRow& row : encodingRows()) {
+    if (!keepsText(row)) continue;
+    SCOPED_TRACE(row.number);
+    const std::string text = heldBy(row.number);
+    ASSERT_GT(text.size(), 4 * 10u);
+    const StreamSettings writing = settingsFor(12000, row.number);
+    const StreamSettings reading = settingsFor(row.number, 12000);
+    const StreamResult written = stream(writing, text);
+    ASSERT_EQ(StreamStatus::kGood, written.status);
+    const StreamResult read = stream(reading, written.text);
+    ASSERT_EQ(StreamStatus::kGood, read.status);
+    ASSERT_TRUE(read.text == text);
+    const std::string part = text.substr(0, kCutText);
+    const StreamResult atOnce = stream(writing, part);
+    const auto randomSize = [&] { return 1 + random() % 11; };
+    for (int round = 0; round < 2; ++round) {
+      const auto size = [&] { return round == 0 ? 1 : randomSize(); };
+      ASSERT_EQ(atOnce, stream(writing, part, size));
+      ASSERT_TRUE(stream(reading, atOnce.text, size).text == part);
+    }
+  }
+}
+
+// Texts that end anywhere, and bytes of any kind among those of text.
+TEST(EveryEncoding, ReadsTheSameWhereverTheInputIsCut) {
+  Random random(5);
+  for (const EncodingRow& row : encodingRows()) {
+    SCOPED_TRACE(row.number);
+    const std::string held = keepsText(row) ? heldBy(row.number) : utf32({'A', 'b', ' ', '1', '2'});
+    std::vector<char32_t> sample;
+    for (int i = 0; i < 24; ++i) {
+      const std::size_t at = random() % (held.size() / 4) * 4;
+      sample.push_back(static_cast<unsigned char>(held[at]) |
+                       static_cast<char32_t>(static_cast<unsigned char>(held[at + 1])) << 8 |
+                       static_cast<char32_t>(static_cast<unsigned char>(held[at + 2])) << 16);
+    }
+    const std::string text = stream(settingsFor(12000, row.number, "drop"), utf32(sample)).text;
+    const StreamSettings settings = settingsFor(row.number, 65001, "hex");
+    for (std::size_t length = 0; length <= text.size(); ++length) {
+      std::string cut = text.substr(0, length);
+      for (int round = 0; round < 2; ++round) {
+        SCOPED_TRACE(::testing::PrintToString(cut));
+        const StreamResult atOnce = stream(settings, cut);
+        ASSERT_EQ(StreamStatus::kGood, atOnce.status);
+        ASSERT_EQ(atOnce, stream(settings, cut, [] { return 1; }));
+        ASSERT_EQ(atOnce, stream(settings, cut, [&] { return 1 + random() % 5; }));
+        for (int i = 0; i < 4; ++i) {
+          cut.insert(random() % (cut.size() + 1), 1, static_cast<char>(random()));
+        }
+      }
+    }
+  }
+}
