@@ -1,5 +1,6 @@
 #include "list_command.h"
 
+#include <algorithm>
 #include <iomanip>
 #include <string>
 
@@ -15,6 +16,58 @@ constexpr int kKindWidth = 13;
 constexpr int kUseWidth = 4;
 constexpr std::size_t kAliasIndent = 8;
 
+// What an encoding belongs to, told by what its description begins with, or has in it, and which of
+// a family to choose. The first that fits counts.
+struct Family {
+  std::string_view heading;
+  std::string_view advice;
+  std::string_view beginnings;  // separated by '|'; empty: any
+  std::string_view word;        // in the description; empty: none needed
+};
+constexpr Family kFamilies[] = {
+    {"Unicode", "For anything new: UTF-8.", "Unicode", ""},
+    {"The web", "What browsers do with each label, errors included.", "Web", ""},
+    {"EBCDIC",
+     "Mainframes. US and Canada: 37, with euro 1140; Unix services and C: 1047; Germany: 273, "
+     "1141;\n"
+     "international: 500, 1148; Japan: 930 (katakana) or 939 (Latin), newer 1390 and 1399.",
+     "EBCDIC", ""},
+    {"Japanese", "Files: 932, Unix EUC-JP, mail ISO-2022-JP. JIS X 0213 for names and rare kanji.",
+     "", "Japanese"},
+    {"Chinese",
+     "Mainland China: GB18030, which holds GBK (936) and GB2312. Taiwan: 950; Hong Kong: "
+     "Big5-HKSCS.",
+     "", "Chinese"},
+    {"Korean", "949, which holds EUC-KR.", "", "Korean"},
+    {"Windows", "Western 1252, Central European 1250, Cyrillic 1251, and so on.", "Windows", ""},
+    {"DOS and PC", "Western 850, with euro 858; United States 437; Russian 866.", "DOS|IBM PC|PC",
+     ""},
+    {"Mac", "Files and disks of Macs before OS X.", "Mac", ""},
+    {"ISO 8859",
+     "Mail and Unix before Unicode. Text that says ISO-8859-1 is nearly always windows-1252.",
+     "ISO 8859|ISO-8859", ""},
+    {"Seven bits", "National variants of ASCII: brackets and braces are letters there.", "7-bit",
+     ""},
+    {"Others", "National standards, makers of computers, telephones, libraries.", "", ""},
+};
+
+bool belongsTo(const CharsetNames& page, const Family& family) {
+  if (page.description.find(family.word) == std::string_view::npos) return false;
+  std::string_view rest = family.beginnings;
+  if (rest.empty()) return true;
+  while (true) {
+    const std::size_t end = std::min(rest.find('|'), rest.size());
+    if (page.description.starts_with(rest.substr(0, end))) return true;
+    if (end == rest.size()) return false;
+    rest.remove_prefix(end + 1);
+  }
+}
+
+const Family& familyOf(const CharsetNames& page) {
+  return *std::ranges::find_if(kFamilies,
+                               [&](const Family& family) { return belongsTo(page, family); });
+}
+
 // What no row of the list says, because it holds for all.
 constexpr std::string_view kNotes =
     "Every code page is also known by its number alone and behind cp or windows- (1252, cp1252,\n"
@@ -25,7 +78,9 @@ constexpr std::string_view kNotes =
     "here.\n"
     "\n";
 
-void printHeader(std::ostream& out) {
+void printHeader(std::ostream& out, const Family& family, bool isFirst) {
+  if (!isFirst) out << '\n';
+  out << "== " << family.heading << " ==\n" << family.advice << "\n\n";
   out << std::setw(kNumberWidth) << "Number"
       << "  " << std::left << std::setw(kNameWidth) << "Name" << std::setw(kKindWidth) << "Kind"
       << std::setw(kUseWidth) << "Use"
@@ -89,6 +144,8 @@ void printJson(std::ostream& out, const CharsetNames& page) {
   printString(out, kindName(page.kind));
   out << ", \"description\": ";
   printString(out, page.description);
+  out << ", \"family\": ";
+  printString(out, familyOf(page).heading);
   out << ", \"sameAs\": ";
   const int alike = firstAlikeCodePage(page.codePage);
   if (alike == page.codePage) {
@@ -110,17 +167,21 @@ int printCodePageList(std::ostream& out, bool json, std::string_view filter) {
   } else if (filter.empty()) {
     out << kNotes;
   }
-  for (const CharsetNames& page : streamCodePages()) {
-    if (!codePageMatches(page, filter)) continue;
-    if (json) {
-      out << (numbers != 0 ? ",\n " : "\n ");
-      printJson(out, page);
-    } else {
-      if (numbers == 0) printHeader(out);
-      printText(out, page);
+  for (const Family& family : kFamilies) {
+    bool isFirst = true;
+    for (const CharsetNames& page : streamCodePages()) {
+      if (&familyOf(page) != &family || !codePageMatches(page, filter)) continue;
+      if (json) {
+        out << (numbers != 0 ? ",\n " : "\n ");
+        printJson(out, page);
+      } else {
+        if (isFirst) printHeader(out, family, numbers == 0);
+        printText(out, page);
+      }
+      isFirst = false;
+      ++numbers;
+      if (firstAlikeCodePage(page.codePage) == page.codePage) ++encodings;
     }
-    ++numbers;
-    if (firstAlikeCodePage(page.codePage) == page.codePage) ++encodings;
   }
   if (json) {
     out << (numbers != 0 ? "\n]\n" : "]\n");
