@@ -174,9 +174,8 @@ TEST(CodePageListTest, PrintsWhatTheFilterSelects) {
   EXPECT_EQ(
       printed(true, "10021", 0),
       "[\n {\"codePage\": 10021, \"name\": \"x-mac-thai\", \"aliases\": [\"MacThai\"], \"kind\": "
-      "\"single-byte\", \"description\": \"Mac, Thai\", \"sameAs\": null, \"canRead\": true, "
-      "\"canWrite\": "
-      "true}\n]\n");
+      "\"single-byte\", \"description\": \"Mac, Thai\", \"family\": \"Mac\", \"sameAs\": null, "
+      "\"canRead\": true, \"canWrite\": true}\n]\n");
   EXPECT_EQ(printed(true, "klingon", 1), "[]\n");
   EXPECT_EQ(printed(false, "klingon", 1), "");
   const std::string all = printed(false, "", 0);
