@@ -16,6 +16,7 @@ class Mapping:
     def __init__(self, comment="", over=None):
         self.comment = comment
         self.over = over
+        self.has_gb18030_rest = False
         self.both = {}
         self.read = {}
         self.write = {}
@@ -25,13 +26,21 @@ class Mapping:
         lines = [f"# {line}".rstrip() for line in self.comment.splitlines()]
         if self.over is not None:
             lines.append(f"over {self.over}")
-        lines += _lines("remove ", {code: None for code in self.removed})
+        if self.has_gb18030_rest:
+            lines.append("gb18030-rest")
+        removed = [code.hex().upper() for code in sorted(self.removed, key=_order)]
+        lines += [f"remove {' '.join(removed[i:i + PER_LINE])}"
+                  for i in range(0, len(removed), PER_LINE)]
         lines += _lines("", self.both)
         lines += _lines("> ", self.read)
         for code, several in sorted(self.write.items()):
             for values in sorted(several):
                 lines.append(f"< {code.hex().upper()} {_text(values)}")
         (DIRECTORY / f"{name}.map").write_text("\n".join(lines) + "\n", encoding="ascii")
+
+
+def _order(code):
+    return len(code), code
 
 
 def _text(values):
@@ -42,17 +51,14 @@ def _lines(prefix, codes):
     """Lines of neighbouring codes."""
     lines = []
     line, following = None, None
-    for code, values in sorted(codes.items(), key=lambda item: (len(item[0]), item[0])):
-        if values is None:
-            lines.append(f"{prefix}{code.hex().upper()}")
-            continue
+    for code, values in sorted(codes.items(), key=lambda item: _order(item[0])):
         if code == following and len(line) < PER_LINE:
             line.append(_text(values))
         else:
             line = [_text(values)]
             lines.append((f"{prefix}{code.hex().upper()}", line))
         following = code[:-1] + bytes([code[-1] + 1]) if code[-1] < 0xFF else None
-    return [entry if isinstance(entry, str) else " ".join([entry[0], *entry[1]]) for entry in lines]
+    return [" ".join([code, *texts]) for code, texts in lines]
 
 
 def load(name):
@@ -68,6 +74,9 @@ def load(name):
             continue
         if words[0] == "over":
             mapping.over = words[1]
+            continue
+        if words[0] == "gb18030-rest":
+            mapping.has_gb18030_rest = True
             continue
         kind = words.pop(0) if words[0] in ("remove", "<", ">") else ""
         code = bytes.fromhex(words[0])

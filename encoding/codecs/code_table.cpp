@@ -56,6 +56,10 @@ constexpr std::uint32_t countedAt(std::uint32_t count) {
 constexpr std::uint32_t kSupplementaryCount = (0x90 - 0x81) * 12600;
 constexpr std::uint32_t kCountedBmp = 39420;  // codes up to 8431A439
 
+bool isBefore(const CodeTable::OneWay& a, const CodeTable::OneWay& b) {
+  return a.scalar < b.scalar;
+}
+
 void splitCode(std::uint32_t code, unsigned int length, unsigned char* bytes) {
   for (unsigned int i = 0; i < length; ++i) {
     bytes[i] = static_cast<unsigned char>(code >> 8 * (length - 1 - i));
@@ -237,11 +241,27 @@ bool CodeTable::applyText(const char* tableText, bool isOnlyRead) {
     unit += loadImageU16(p + 2);
     add(2);
   }
+  if (!isOnlyRead) setOneWaysApart();
   return !hasFailed();
+}
+
+// In a table text, values that are written as the code of another one look like any others.
+void CodeTable::setOneWaysApart() {
+  for (std::uint32_t block = 0; block < 0x100; ++block) {
+    if (!hasBlock(block)) continue;
+    for (char32_t scalar = block * 256; scalar <= block * 256 + 255; ++scalar) {
+      const std::uint32_t code = codeOf(scalar);
+      if (code == 0 || find(code) == (kScalar | scalar)) continue;
+      m_approximations.add({scalar, code});
+      setCode(scalar, 0);
+    }
+  }
 }
 
 bool CodeTable::apply(const char* image) {
   ImageReader in(image);
+  const std::uint32_t former = m_approximations.size();
+  Rows<std::uint32_t> stated;  // codes with a line, which takes the place of all that they were
   for (unsigned char head = in.byte(); head != kImageEnd; head = in.byte()) {
     const unsigned int kind = head & 3, length = head >> 2 & 7, count = head >> 5;
     std::uint32_t code = 0, expected = 0;
@@ -254,16 +274,36 @@ bool CodeTable::apply(const char* image) {
           expected = scalars[i] + 1;
         }
         applyEntry(kind, length, code, scalars, count);
+        if (former != 0 && kind != kWrite) stated.add(code);
       }
       --code;
     }
   }
-  return !hasFailed();
+  if (former != 0) keepOneWays(former, stated);
+  return !stated.hasFailed() && !hasFailed();
+}
+
+// Keeps those of the former one-way entries whose code has no line now, and whose value no code.
+void CodeTable::keepOneWays(std::uint32_t former, Rows<std::uint32_t>& stated) {
+  std::uint32_t* const codes = stated.isEmpty() ? nullptr : &stated.at(0);
+  std::sort(codes, codes + stated.size());
+  OneWay* const all = &m_approximations.at(0);
+  const std::uint32_t size = m_approximations.size();
+  std::sort(all + former, all + size, isBefore);
+  std::uint32_t kept = 0;
+  for (std::uint32_t i = 0; i < size; ++i) {
+    const OneWay& oneWay = all[i];
+    const bool isReplaced = std::binary_search(codes, codes + stated.size(), oneWay.code) ||
+                            std::binary_search(all + former, all + size, oneWay, isBefore);
+    if (i >= former || (!isReplaced && codeOf(oneWay.scalar) == 0)) all[kept++] = oneWay;
+  }
+  m_approximations.truncate(kept);
 }
 
 void CodeTable::applyEntry(unsigned int kind, unsigned int length, std::uint32_t code,
                            const char32_t* scalars, std::size_t count) {
   if (kind == kWrite) {
+    setCode(scalars[0], 0);
     m_approximations.add({scalars[0], code});
     return;
   }
@@ -361,8 +401,7 @@ void CodeTable::derive() {
   }
   if (!m_approximations.isEmpty()) {
     OneWay* const oneWays = &m_approximations.at(0);
-    std::sort(oneWays, oneWays + m_approximations.size(),
-              [](const OneWay& a, const OneWay& b) { return a.scalar < b.scalar; });
+    std::sort(oneWays, oneWays + m_approximations.size(), isBefore);
   }
   std::uint8_t bytes[kMaxBytes];
   noteForms(kNode, 0, bytes);

@@ -105,7 +105,9 @@ class CodeTable {
   bool build(const Mapping& mapping);
   bool applyPage(int number);
   bool applyText(const char* tableText, bool isOnlyRead);
+  void setOneWaysApart();
   bool apply(const char* image);
+  void keepOneWays(std::uint32_t former, Rows<std::uint32_t>& stated);
   void applyEntry(unsigned int kind, unsigned int length, std::uint32_t code,
                   const char32_t* scalars, std::size_t count);
   void forget(unsigned int length, std::uint32_t code);

@@ -1,0 +1,144 @@
+#!/usr/bin/env python3
+"""Makes the mappings of the multi-byte encodings from independent converters, or checks them.
+
+    scripts/make_multibyte_mappings.py [--check | --record] [NAME...]
+
+multibyte_mappings.py has the list: for each mapping the converter that it is made from, and those
+that it is compared with. --check makes nothing: it compares the mapping with the first, which must
+be the same, and with each other one, whose differences must be those that are recorded in
+multibyte_differences.txt; --record writes them there. docs/mappings.md has the reasons.
+"""
+
+import argparse
+import functools
+import sys
+import textwrap
+from pathlib import Path
+
+sys.dont_write_bytecode = True
+from mapping_resolve import Resolved, resolve, stated
+from multibyte_mappings import MAPPINGS, open_peer
+
+RECORD = Path(__file__).with_name("multibyte_differences.txt")
+
+
+@functools.lru_cache(maxsize=4)
+def all_of_peer(title, structure):
+    peer = open_peer(title)
+    read = peer.read_all(structure)
+    sequences = {values for values in read.values() if len(values) > 1}
+    write = peer.write_all(structure, sequences)
+    return Resolved(read, {values: code for values, code in write.items() if len(code) <= 4})
+
+
+def what_peer_has(mapping, title):
+    result = all_of_peer(title, mapping.structure)
+    if mapping.part:
+        result = result.part(mapping.part)
+    for adjust in mapping.adjustments:
+        result = adjust(result)
+    return result
+
+
+def ranges(keys, different, text):
+    """The different ones among keys, in order, neighbours as a range."""
+    result, run = [], []
+    for key in [*keys, None]:
+        if key is not None and key in different:
+            run.append(text(key))
+        elif run:
+            result.append(run[0] if len(run) == 1 else f"{run[0]}-{run[-1]}")
+            run = []
+    return " ".join(result) or "none"
+
+
+def differences(ours, theirs):
+    """Two lines: which codes are read and which values are written in another way."""
+    codes = sorted(ours.read.keys() | theirs.read.keys(), key=lambda code: (len(code), code))
+    values = sorted(ours.write.keys() | theirs.write.keys())
+    return [
+        "read " + ranges(codes, {c for c in codes if ours.read.get(c) != theirs.read.get(c)},
+                         lambda code: code.hex().upper()),
+        "write " + ranges(values, {v for v in values if ours.write.get(v) != theirs.write.get(v)},
+                          lambda several: "+".join(f"{value:04X}" for value in several)),
+    ]
+
+
+def load_record():
+    record = {}
+    for line in RECORD.read_text(encoding="ascii").splitlines() if RECORD.exists() else []:
+        if line.startswith("    "):
+            record[head][-1] += " " + line.strip()
+        elif line.startswith("read ") or line.startswith("write "):
+            record[head].append(line)
+        elif line and not line.startswith("#"):
+            head = line
+            record[head] = []
+    return record
+
+
+def save_record(record):
+    lines = ["# What converters map otherwise: the mapping, the converter and its name for it; the",
+             "# codes that it reads as something else or not at all, or alone; the values that it",
+             "# writes so. Made by make_multibyte_mappings.py --record; docs/mappings.md has the",
+             "# reasons."]
+    for head in sorted(record):
+        lines += ["", head, *record[head]]
+    lines = [part for line in lines for part in textwrap.wrap(line, 100, subsequent_indent="    ",
+                                                             break_on_hyphens=False) or [""]]
+    RECORD.write_text("\n".join(lines) + "\n", encoding="ascii")
+
+
+def make(mapping):
+    target = what_peer_has(mapping, mapping.first)
+    result = stated(target, mapping.over)
+    result.comment = mapping.comment()
+    result.has_gb18030_rest = mapping.name == "gb18030"  # what lies over it has the rest, too
+    result.save(mapping.name)
+    if resolve(mapping.name) != target:
+        raise ValueError(f"{mapping.name}: what is stated is not what {mapping.first} has")
+    print(mapping.name, "%d both, %d read, %d written" % target.count(), flush=True)
+
+
+def check(mapping, record, is_recording):
+    ours = resolve(mapping.name)
+    faults = []
+    if mapping.first and ours != what_peer_has(mapping, mapping.first):
+        faults.append(f"{mapping.name} is not what {mapping.first} has")
+    for title in mapping.others:
+        found = differences(ours, what_peer_has(mapping, title))
+        head = f"{mapping.name} {title}"
+        if is_recording:
+            record[head] = found
+        elif record.get(head) != found:
+            faults.append(f"{head} differs otherwise than is recorded")
+            faults += found
+    return faults
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__.partition("\n")[0])
+    parser.add_argument("--check", action="store_true", help="compare with the converters")
+    parser.add_argument("--record", action="store_true", help="record the differences")
+    parser.add_argument("names", nargs="*", metavar="NAME", help="mappings; all without")
+    options = parser.parse_args()
+    unknown = set(options.names) - {mapping.name for mapping in MAPPINGS}
+    if unknown:
+        parser.error(f"no such mapping: {' '.join(sorted(unknown))}")
+    chosen = [m for m in MAPPINGS if not options.names or m.name in options.names]
+    record = load_record()
+    faults = []
+    for mapping in chosen:
+        if options.check or options.record:
+            faults += check(mapping, record, options.record)
+        elif mapping.first:
+            make(mapping)
+    if options.record:
+        save_record(record)
+    for fault in faults:
+        print(fault)
+    return 1 if faults else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
