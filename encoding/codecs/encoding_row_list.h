@@ -12,6 +12,7 @@
 
 #include "encoding/codecs/best_fit_list.h"
 #include "encoding/codecs/row_makers.h"
+#include "encoding/codecs/rows/ebcdic_shifts.h"
 #include "encoding/tables/texts/table_texts.h"
 
 // The codecs, each defined in a file of its own; read through the rows.
@@ -349,7 +350,7 @@ constexpr auto joined(const EncodingRow (&... families)[sizes]) {
 // In ascending order of number, with a slot for the tables of each row, and its best fits; 52936
 // has the tables of 936.
 inline constexpr auto kEncodings = [] {
-  auto rows = joined(kRows);
+  auto rows = joined(kRows, kEbcdicShiftRows);
   std::ranges::sort(rows, {}, &EncodingRow::number);
   const auto find = [&](int number) {
     return std::ranges::find(rows, number, &EncodingRow::number);
