@@ -1,0 +1,81 @@
+// Encodings of single bytes of other makers, and of user communities, that have a mapping.
+#ifndef ENCODING_CODECS_ROWS_VENDOR_H_
+#define ENCODING_CODECS_ROWS_VENDOR_H_
+
+#include "encoding/codecs/mapping_list.h"
+#include "encoding/codecs/row_makers.h"
+
+namespace encoding_rows {
+
+inline constexpr EncodingRow kVendorRows[] = {
+    mapped(154, "PTCP154", "PT154 csptcp154 cyrillic_asian", "Cyrillic Asian (ParaType)",
+           &kMap_pt154),
+    mapped(901, "IBM901", "ibm-901_P100-1999 CSIBM901", "Baltic with euro, ISO", &kMap_ibm901),
+    mapped(902, "IBM902", "ibm-902_P100-1999 CSIBM902", "Estonian with euro, ISO", &kMap_ibm902),
+    mapped(922, "IBM922", "ibm-922_P100-1999 x-IBM922 CSIBM922", "Estonian, ISO", &kMap_ibm922),
+    mapped(1004, "IBM1004", "OS2LATIN1", "OS/2, extended Latin 1", &kMap_ibm1004),
+    mapped(1006, "IBM1006", "ibm-1006_P100-1995 x-IBM1006", "Urdu, ISO", &kMap_ibm1006),
+    mapped(1008, "IBM1008", "CSIBM1008", "Arabic, ISO, with Latin letters", &kMap_ibm1008),
+    mapped(1046, "IBM1046", "x-IBM1046", "Arabic with presentation forms", &kMap_ibm1046),
+    mapped(1051, "hp-roman8", "ibm-1051 roman8 r8 csHPRoman8 x-roman8 OSF10010001", "HP Roman-8",
+           &kMap_ibm1051),
+    mapped(1124, "IBM1124", "ibm-1124_P100-1996 x-IBM1124 CSIBM1124", "Cyrillic (Ukrainian), ISO",
+           &kMap_ibm1124),
+    mapped(1129, "IBM1129", "ibm-1129_P100-1997 CSIBM1129 x-IBM1129", "Vietnamese, ISO",
+           &kMap_ibm1129),
+    mapped(1133, "IBM1133", "ibm-1133_P100-1997 CSIBM1133", "Lao, ISO", &kMap_ibm1133),
+    mapped(1162, "IBM1162", "ibm-1162_P100-1999 CSIBM11621162", "Windows, Thai with euro",
+           &kMap_ibm1162),
+    mapped(1163, "IBM1163", "CSIBM1163", "Vietnamese with euro, ISO", &kMap_ibm1163),
+    mapped(1167, "KOI8-RU", "IBM1167 CSIBM1167", "KOI8-RU, Belarusian, Russian and Ukrainian",
+           &kMap_koi8_ru),
+    mapped(1276, "Adobe-Standard-Encoding", "ibm-1276_P100-1995 ibm-1276 csAdobeStandardEncoding",
+           "Adobe Standard", &kMap_ibm1276),
+    mapped(5349, "ibm-5349_P100-1998", "ibm-5349", "Windows, Greek as IBM has it", &kMap_ibm5349),
+    mapped(5351, "ibm-5351_P100-1998", "ibm-5351", "Windows, Hebrew as IBM has it", &kMap_ibm5351),
+    mapped(5352, "ibm-5352_P100-1998", "ibm-5352", "Windows, Arabic as IBM has it", &kMap_ibm5352),
+    mapped(5353, "ibm-5353_P100-1998", "ibm-5353", "Windows, Baltic as IBM has it", &kMap_ibm5353),
+    mapped(9447, "ibm-9447_P100-2002", "ibm-9447", "Windows, Hebrew without private use",
+           &kMap_ibm9447),
+    mapped(9449, "ibm-9449_P100-2002", "ibm-9449", "Windows, Baltic without private use",
+           &kMap_ibm9449),
+    mapped(101051, "ibm-1051_P100-1995", "", "HP Roman-8 as IBM has it", &kMap_ibm1051_p100),
+    mapped(101168, "ibm-1168_P100-2002", "", "KOI8-U of RFC 2319, Ukrainian", &kMap_ibm1168_p100),
+    mapped(101250, "ibm-1250_P100-1995", "", "Windows, Central European before the euro",
+           &kMap_ibm1250_p100),
+    mapped(101251, "ibm-1251_P100-1995", "", "Windows, Cyrillic before the euro",
+           &kMap_ibm1251_p100),
+    mapped(101252, "ibm-1252_P100-2000", "", "Windows, Western European before the euro",
+           &kMap_ibm1252_p100),
+    mapped(101253, "ibm-1253_P100-1995", "", "Windows, Greek before the euro", &kMap_ibm1253_p100),
+    mapped(101254, "ibm-1254_P100-1995", "", "Windows, Turkish before the euro",
+           &kMap_ibm1254_p100),
+    mapped(101255, "ibm-1255_P100-1995", "", "Windows, Hebrew before the euro", &kMap_ibm1255_p100),
+    mapped(101256, "ibm-1256_P110-1997", "", "Windows, Arabic before the euro", &kMap_ibm1256_p110),
+    mapped(101257, "ibm-1257_P100-1995", "", "Windows, Baltic before the euro", &kMap_ibm1257_p100),
+    mapped(101258, "ibm-1258_P100-1997", "", "Windows, Vietnamese before the euro",
+           &kMap_ibm1258_p100),
+    mapped(200500, "ARMSCII-8", "", "Armenian", &kMap_armscii_8),
+    mapped(200501, "DEC-MCS", "DEC CSDECMCS", "DEC, multinational", &kMap_dec_mcs),
+    mapped(200502, "GEORGIAN-ACADEMY", "", "Georgian, Academy of Sciences", &kMap_georgian_academy),
+    mapped(200503, "GEORGIAN-PS", "", "Georgian, Parliament", &kMap_georgian_ps),
+    mapped(200504, "HP-GREEK8", "OSF10010004", "HP Greek-8", &kMap_hp_greek8),
+    mapped(200505, "HP-ROMAN9", "ROMAN9 R9", "HP Roman-9", &kMap_hp_roman9),
+    mapped(200506, "HP-TURKISH8", "turkish8 OSF10010006", "HP Turkish-8", &kMap_hp_turkish8),
+    mapped(200507, "GOST-KOI8", "", "KOI-8 of GOST 19768-74", &kMap_koi_8),
+    mapped(200508, "KOI8-T", "", "KOI8-T, Tajik", &kMap_koi8_t),
+    mapped(200509, "KOI8-F", "", "KOI8-F, unified Cyrillic", &kMap_koi8_f),
+    mapped(200510, "NEXTSTEP", "NEXT", "NeXT", &kMap_nextstep),
+    mapped(200511, "RK1048", "STRK1048-2002 kz1048", "Kazakh, STRK1048-2002", &kMap_rk1048),
+    mapped(200512, "VISCII", "", "Vietnamese, VISCII", &kMap_viscii),
+    mapped(200513, "WIN-SAMI-2", "WS2 SAMI-WS2 WINDOWS-SAMI2", "Windows, Sami", &kMap_win_sami_2),
+    mapped(200514, "palmos", "", "Palm OS", &kMap_palmos),
+    mapped(200515, "AdobeSymbol", "", "Adobe Symbol", &kMap_adobe_symbol),
+    mapped(200516, "AdobeZdingbat", "", "Adobe Zapf Dingbats", &kMap_adobe_zdingbat),
+    mapped(200517, "dingbats", "", "Zapf Dingbats of Perl", &kMap_dingbats),
+    mapped(200518, "symbol", "", "Symbol font of Perl", &kMap_symbol),
+};
+
+}  // namespace encoding_rows
+
+#endif  // ENCODING_CODECS_ROWS_VENDOR_H_
