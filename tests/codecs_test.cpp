@@ -11,7 +11,7 @@
 #include "encoding/codecs/codec.h"
 #include "encoding/codecs/encoding_row.h"
 #include "encoding/codecs/gsm.h"
-#include "tests/test_support.h"
+#include "tests/codec_support.h"
 
 namespace {
 
@@ -24,65 +24,6 @@ std::string code(unsigned int value) {
   return text;
 }
 
-struct Place {
-  std::size_t offset, length, mark;
-  bool operator==(const Place&) const = default;
-};
-// What became of a text, or of the beginning of one.
-struct Result {
-  std::string text;
-  std::vector<Place> places;
-  std::size_t used = 0;
-  CodecState state;
-  bool operator==(const Result&) const = default;
-};
-std::string describe(const Result& result) {
-  std::string text = hex(result.text) + (result.state.replaced ? " replaced" : " whole");
-  for (const Place& place : result.places) {
-    for (const std::size_t number : {place.offset, place.length, place.mark}) {
-      text += ' ';
-      text += std::to_string(number);
-    }
-    text += ',';
-  }
-  return text;
-}
-
-// Feeds a codec as a stream would, with the input cut at the given places.
-Result inPieces(Codec::Convert convert, std::string_view in, const std::vector<std::size_t>& cuts,
-                bool isEnded = true) {
-  struct Sink : ReplacementSink {
-    void onReplaced(const ReplacedInput& piece) override {
-      result.places.push_back({result.used + piece.offset, piece.length, piece.markOffset});
-    }
-    Result result;
-  } sink;
-  Result& result = sink.result;
-  DataBuffer out;
-  for (std::size_t i = 0; i <= cuts.size(); ++i) {
-    const bool last = isEnded && i == cuts.size();
-    // A copy of exactly the piece, so that a sanitizer sees a read behind its end.
-    const std::vector<unsigned char> piece(bytesOf(in) + result.used,
-                                           bytesOf(in) + (i == cuts.size() ? in.size() : cuts[i]));
-    const auto length = static_cast<unsigned int>(piece.size());
-    const unsigned int used = convert(piece.data(), length, last, result.state, out, &sink);
-    EXPECT_TRUE(used <= length && length - used < Codec::kMaxRest && (!last || used == length));
-    result.used += used;
-  }
-  result.text = textOf(out);
-  return result;
-}
-Result wholly(Codec::Convert convert, std::string_view in) { return inPieces(convert, in, {}); }
-
-std::string utf16(std::u16string_view units) {
-  std::string bytes;
-  for (const char16_t unit : units) {
-    bytes.push_back(static_cast<char>(unit & 0xFF));
-    bytes.push_back(static_cast<char>(unit >> 8));
-  }
-  return bytes;
-}
-
 const Codec& kIso2022JpCodec = codecOf(50220);
 const Codec& kIso2022KrCodec = codecOf(50225);
 const Codec& kHzCodec = codecOf(1052936);
@@ -93,12 +34,6 @@ const Codec::Convert kKrRead = kIso2022KrCodec.read, kKrWrite = kIso2022KrCodec.
 const Codec::Convert kHzRead = kHzCodec.read, kHzWrite = kHzCodec.write;
 const Codec::Convert kUtf7Read = kUtf7Codec.read, kUtf7Write = kUtf7Codec.write;
 const Codec::Convert kGsmRead = kGsmCodec.read, kGsmWrite = kGsmCodec.write;
-
-struct Case {
-  Codec::Convert convert;
-  std::string in, out;
-  std::vector<Place> places;
-};
 
 const Case kCases[] = {
     {kJpRead, "a\x1B$B$\"\x1B(Jb\x1B$@0!\x1B(Bc", "a\x82\xA0\x62\x88\x9F\x63", {}},
@@ -270,18 +205,7 @@ const Case kCases[] = {
 };
 
 TEST(Codecs, ConvertAndReportHoweverTheTextIsCut) {
-  for (const Case& c : kCases) {
-    Result expected{c.out, c.places, c.in.size(), {}};
-    expected.state.replaced = !c.places.empty();
-    EXPECT_EQ(describe(wholly(c.convert, c.in)), describe(expected)) << hex(c.in);
-    std::vector<std::size_t> everywhere;
-    for (std::size_t i = 1; i < c.in.size(); ++i) {
-      ASSERT_EQ(describe(inPieces(c.convert, c.in, {i})), describe(expected))
-          << hex(c.in) << " cut at " << i;
-      everywhere.push_back(i);
-    }
-    ASSERT_TRUE(inPieces(c.convert, c.in, everywhere) == expected) << hex(c.in);
-  }
+  for (const Case& c : kCases) checkCase(c);
 }
 
 // What other converters wrote for a text, as of nkf 2.1.5, glibc 2.36 and Python 3.11.
@@ -356,11 +280,6 @@ TEST(Codecs, AgreeWithOtherConvertersOnEveryCharacter) {
     EXPECT_TRUE(wholly(plane.codec.read, coded).text == other.out) << plane.coded;
     EXPECT_TRUE(wholly(plane.codec.write, other.out).text == coded) << plane.coded;
   }
-}
-
-// Whether a table-driven code page maps all of a text.
-bool decodes(int codePage, std::string_view text) {
-  return !convert(codePage, 1200, text).foundErrors;
 }
 
 std::vector<unsigned int> codesOf(int codePage) {
@@ -443,12 +362,6 @@ TEST(Codecs, ReadsEveryPairToACode) {
   }
 }
 
-struct Direction {
-  Codec::Convert convert;
-  int codePage;  // of the output, 0: it is 7-bit, -1: anything goes
-  std::size_t growth;
-  std::string frequent;  // what random texts are made of
-};
 const std::string kShifts =
     "\x1B\x1B$(&)@BCDIJ\x0E\x0F\r\n~{}0!$\"-y\x81\x85\xAC\xB0\xC7\xED\xFA\xFF"s;
 const std::string kRuns = "++++---AAOknQZeVLIqe09/ az\n\x80";
@@ -471,42 +384,7 @@ const Direction kDirections[] = {
     {kGsmUtf8Codec.write, 0, 2, "az\xC3\xA9\xE2\x82\xAC\xED\xA0\xBD\xED\xB8\x80\xF0"},
 };
 
-// Random texts: short ones of frequent bytes, and longer ones that the vector loops take as well.
-TEST(Codecs, StandAnyBytesHoweverTheyAreCut) {
-  std::mt19937 random(2022);
-  for (int round = 0; round < 600; ++round) {
-    const std::size_t run = round % 4 == 0 ? 40 : 1;
-    for (const Direction& direction : kDirections) {
-      std::string in;
-      const std::size_t size = random() % 90 * run;
-      while (in.size() < size) {
-        const auto byte = random() % 4 == 0
-                              ? static_cast<char>(random())
-                              : direction.frequent[random() % direction.frequent.size()];
-        in.append(random() % run + 1, byte);
-      }
-      const Result whole = wholly(direction.convert, in);
-      ASSERT_LE(whole.text.size(), direction.growth * in.size() + 8);
-      if (direction.codePage >= 0) {
-        ASSERT_TRUE(decodes(direction.codePage != 0 ? direction.codePage : 20127, whole.text))
-            << hex(in);
-      }
-      std::size_t behind = 0;
-      for (const Place& place : whole.places) {
-        ASSERT_TRUE(place.offset >= behind && place.length >= 1 && place.mark < whole.text.size());
-        behind = place.offset + place.length;
-      }
-      ASSERT_LE(behind, in.size());
-      std::vector<std::size_t> cuts{in.size() / 3, in.size() / 2};
-      ASSERT_TRUE(inPieces(direction.convert, in, cuts) == whole) << hex(in);
-      const Result begun = inPieces(direction.convert, in, {}, false);
-      cuts.clear();
-      for (std::size_t i = 1; i < in.size(); i += random() % run + 1) cuts.push_back(i);
-      ASSERT_TRUE(inPieces(direction.convert, in, cuts) == whole) << hex(in);
-      ASSERT_TRUE(inPieces(direction.convert, in, cuts, false) == begun) << hex(in);
-    }
-  }
-}
+TEST(Codecs, StandAnyBytesHoweverTheyAreCut) { checkAnyBytes(kDirections, 600); }
 
 // Offered a byte more each time, UTF-7 is used a unit at a time, so that a caller can find out
 // which bytes a unit came from.
