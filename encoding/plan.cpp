@@ -245,7 +245,7 @@ ShortConvert* findWhole(const Plan& plan) {
   // What must be read in order, and marks of four bytes, are a stream's business.
   if (from == EncodingForm::kCodec || plan.target->form == EncodingForm::kCodec) return nullptr;
   if (from == EncodingForm::kUtf32 || plan.source->reordersMacArabic) return nullptr;
-  if (from != plan.decoding.form) return nullptr;
+  if (from != plan.decoding.form || plan.target->writesMark) return nullptr;
   if (plan.direct != nullptr) return wholeDirect;
   const bool isPivot = from == EncodingForm::kUtf16 && !plan.decoding.bigEndian;
   return isPivot ? wholeEncode : wholeTwoSteps;

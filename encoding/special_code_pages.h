@@ -18,9 +18,10 @@ inline constexpr int kUtf7 = 65000;
 inline constexpr int kUtf8 = 65001;
 
 constexpr bool isIso2022Jp(int codePage) { return codePage >= 50220 && codePage <= 50222; }
+// Of what EncConvert converts.
 inline bool hasForm(int codePage, EncodingForm form) {
   const EncodingRow* const row = findEncodingRow(codePage);
-  return row != nullptr && row->form == form;
+  return row != nullptr && row->inEngine && row->form == form;
 }
 inline bool isUtf16(int codePage) { return hasForm(codePage, EncodingForm::kUtf16); }
 inline bool isUtf32(int codePage) { return hasForm(codePage, EncodingForm::kUtf32); }

@@ -15,6 +15,8 @@ namespace {
 
 using namespace std::string_literals;
 
+const Codec& kBocu1 = codecOf(1214);
+const Codec& kScsu = codecOf(1212);
 const Codec& kCesu8 = codecOf(9400);
 const Codec& kModifiedUtf8 = codecOf(200800);
 const Codec& kWtf8 = codecOf(200801);
@@ -56,11 +58,38 @@ const Case kCases[] = {
      utf16(u"\xDE00\xD83D\xD83D\xDE00\xD83D"),
      "\xED\xB8\x80\xED\xA0\xBD\xF0\x9F\x98\x80\xED\xA0\xBD",
      {}},
+    // Every tag; windows that are reserved, and a tag of each mode; ends within a form.
+    {kScsu.read,
+     "\x01\x80\x08\x06\x13\xA7\x1A\x08\x84\x0B\x8B\xFF\x80\x0E\x30\x42\x0F\x30\x42\xE2\x84\x10z",
+     utf16(u"\x80\x3006\x627\x404\xD97F\xDF80ああ\x404z"),
+     {}},
+    {kScsu.read,
+     "\x18\x00\x18\xA8\x0Cz\x0F\xF2\xF0\xE1\x23\xE9\xF8\xF1\x20\x01\x81\x0E\x30"s,
+     utf16(u"\xFFFD\xFFFD\xFFFDz\xFFFD\xE123\xFFFD\xD800\xDC81\xFFFD"),
+     {{0, 2, 0}, {2, 2, 2}, {4, 1, 4}, {7, 1, 8}, {11, 2, 12}, {17, 2, 18}}},
+    {kScsu.read, "\x0F\xF1\x20", utf16(u"\xFFFD"), {{1, 2, 0}}},
+    {kScsu.read, "\x0F\x30", utf16(u"\xFFFD"), {{1, 1, 0}}},
+    {kScsu.write, utf16(u"a\xD83Dz") + "z", "a\x0E\xD8\x3Dz\x0E\xFF\xFD", {{6, 1, 5}}},
+    // A byte that follows nothing is itself; what lies outside of Unicode, or is a surrogate; FF.
+    {kBocu1.read,
+     "\xD0\x0A\xFB\x21\x00\xB1\x21\x21\x21\x21\xFB\xC5\x11\xCA\xFF\xFB"s,
+     utf16(u"\xFFFD\n\xFFFD\0a\xFFFD\xFFFDz\xFFFD"s),
+     {{0, 1, 0}, {2, 2, 4}, {6, 4, 10}, {10, 3, 12}, {15, 1, 16}}},
+    {kBocu1.write,
+     utf16(u"a\xDE00z\xD83D") + "z",
+     "\xB1\xFB\xEF\x33\x24\x1D\x5E\xFB\xEF\x33\xCD",
+     {{2, 2, 1}, {6, 2, 7}, {8, 1, 10}}},
 };
 
 TEST(UnicodeForms, ConvertAndReportHoweverTheTextIsCut) {
   for (const Case& c : kCases) checkCase(c);
 }
+
+// Through many scripts and back.
+const std::u16string kTour =
+    u"Øl, «Ä»! Привет, мир – καλημέρα; 日本語のテキスト、漢字 ｱ 한국어. "
+    u"\xD83D\xDE00\xD83D\xDE01z…\n"
+    u"\x01\xE123ﬁ \xDBFF\xDFFFşĞ";
 
 // What other converters wrote, as of ICU 72 and JDK 17.
 const struct {
@@ -68,7 +97,21 @@ const struct {
   const Codec& codec;
   std::u16string text;
   const char* coded;
+  bool isWritten = true;
 } kPeers[] = {
+    {"the standard's examples; uconv SCSU", kScsu, u"Öl fließt", "D6 6C 20 66 6C 69 65 DF 74"},
+    {"the standard's examples; uconv SCSU", kScsu, u"Москва", "12 9C BE C1 BA B2 B0"},
+    {"uconv SCSU", kScsu, kTour,
+     "D8 6C 2C 20 AB C4 BB 21 20 12 9F C0 B8 B2 B5 C2 2C 20 BC B8 C0 20 05 13 20 1F FB CA C1 CB C7 "
+     "CC BD D1 C1 3B 20 0F 65 E5 67 2C 8A 9E E5 AE 16 A6 8D 99 A8 08 01 0F 6F 22 5B 57 00 20 E8 FF "
+     "91 20 0F D5 5C AD 6D C5 B4 00 2E 00 20 F1 61 EC 80 81 7A 05 26 0A 01 01 1C 6A A3 19 9E 81 20 "
+     "0F DB FF DF FF EA 02 DF 9E",
+     false},
+    {"uconv BOCU-1", kBocu1, kTour,
+     "D0 65 4F EC 7C 20 D0 38 94 8B 4F A1 20 D3 D3 90 88 82 85 92 4B F8 20 D3 F0 88 90 20 ED 16 20 "
+     "32 41 81 8B 87 8C 7D 91 81 4C 94 20 FB 4C D4 3F 8B E4 5E 24 E0 DB D0 23 7D 89 98 4F 81 FB 23 "
+     "FC 33 17 20 FB 71 70 20 24 FF 2D 3A CB D3 D7 24 5F 4E 20 FC FF 5D 51 23 01 AA F1 60 0A 01 FB "
+     "CE AC EA E0 20 FE 18 9E DF 21 F0 5A 31 6E"},
     {"uconv CESU-8; JDK CESU-8", kCesu8, u"Aé€\xD83D\xDE00\0z\xDBFF\xDFFFя日\x7FF\x800\xFFFF"s,
      "41 C3 A9 E2 82 AC ED A0 BD ED B8 80 00 7A ED AF BF ED BF BF D1 8F E6 97 A5 DF BF E0 A0 80 EF "
      "BF BF"},
@@ -81,7 +124,9 @@ const struct {
 TEST(UnicodeForms, AgreeWithOtherConverters) {
   for (const auto& peer : kPeers) {
     const std::string text = utf16(peer.text);
-    EXPECT_EQ(hex(wholly(peer.codec.write, text).text), peer.coded) << peer.tool;
+    if (peer.isWritten) {
+      EXPECT_EQ(hex(wholly(peer.codec.write, text).text), peer.coded) << peer.tool;
+    }
     const std::string coded = unhex(peer.coded);
     EXPECT_EQ(hex(wholly(peer.codec.read, coded).text), hex(text)) << peer.tool;
     // Every truncation is read alike whole and in pieces, and up to its end as the whole text is.
@@ -93,6 +138,45 @@ TEST(UnicodeForms, AgreeWithOtherConverters) {
       EXPECT_TRUE(ended == inPieces(peer.codec.read, cut, {length / 2})) << peer.tool;
       EXPECT_TRUE(ended.text.starts_with(begun.text)) << peer.tool << ' ' << length;
     }
+  }
+}
+
+std::string streamed(int from, int to, std::string_view text, bool dropMark = false) {
+  StreamSettings settings;
+  settings.from = from;
+  settings.to = to;
+  settings.dropMark = dropMark;
+  StreamConverter stream;
+  DataBuffer out;
+  EXPECT_EQ(stream.begin(settings), StreamStatus::kGood) << from << ' ' << to;
+  for (const char& byte : text) stream.push(bytesOf({&byte, 1}), 1, out);
+  EXPECT_EQ(stream.finish(out), StreamStatus::kGood);
+  return hex(out);
+}
+
+// A mark decides, and else the byte order of the row; what is written begins with one, unless it is
+// nothing. As the JDK has UTF-16, x-UTF-16LE-BOM, X-UTF-32BE-BOM and X-UTF-32LE-BOM.
+TEST(UnicodeForms, BeginWithAMark) {
+  const struct {
+    int number;
+    const char *bare, *big, *little;  // the letter e with an acute accent
+    bool isBig;
+  } forms[] = {
+      {1204, "00 E9", "FE FF 00 E9", "FF FE E9 00", true},
+      {200802, "E9 00", "FE FF 00 E9", "FF FE E9 00", false},
+      {1236, "00 00 00 E9", "00 00 FE FF 00 00 00 E9", "FF FE 00 00 E9 00 00 00", true},
+      {200803, "E9 00 00 00", "00 00 FE FF 00 00 00 E9", "FF FE 00 00 E9 00 00 00", false}};
+  for (const auto& form : forms) {
+    const std::string marked = form.isBig ? form.big : form.little;
+    EXPECT_EQ(streamed(65001, form.number, "é"), marked);
+    EXPECT_EQ(streamed(65001, form.number, ""), "");
+    EXPECT_EQ(streamed(65001, form.number, "é", true), form.bare);
+    for (const char* text : {form.bare, form.big, form.little}) {
+      EXPECT_EQ(streamed(form.number, 65001, unhex(text)), "C3 A9") << form.number << ' ' << text;
+      EXPECT_EQ(streamed(form.number, form.number, unhex(text)), marked) << form.number;
+    }
+    EXPECT_FALSE(convert(65001, form.number, "a").ok) << "the engine refuses it";
+    EXPECT_FALSE(convert(form.number, 65001, "\0a\0a"s).ok);
   }
 }
 
@@ -125,7 +209,7 @@ TEST(UnicodeForms, HoldAllOfUnicode) {
   std::mt19937 random(16);
   for (int round = 0; round < 4000; ++round) {
     const std::string text = utf16(randomText(random));
-    for (const Codec* codec : {&kCesu8, &kModifiedUtf8, &kWtf8}) {
+    for (const Codec* codec : {&kScsu, &kBocu1, &kCesu8, &kModifiedUtf8, &kWtf8}) {
       const Result coded = wholly(codec->write, text);
       ASSERT_FALSE(coded.state.replaced) << hex(text);
       const Result again = inPieces(codec->read, coded.text, {coded.text.size() / 2});
@@ -138,9 +222,16 @@ TEST(UnicodeForms, HoldAllOfUnicode) {
 const std::string kUnits = "\0\0\0\0az\n\xE9\xD8\xDC\xD8\xDC\xDB\xDF\x04\x30\x20\xAC"s;
 const std::string kForms = "az\xC3\xA9\xC0\x80\xE2\x82\xAC\xED\xA0\xBD\xED\xB8\x80\xF0\x9F\x98\x80";
 const Direction kDirections[] = {
-    {kCesu8.read, -1, 2, kForms},        {kCesu8.write, -1, 3, kUnits},
-    {kModifiedUtf8.read, -1, 2, kForms}, {kModifiedUtf8.write, -1, 3, kUnits},
-    {kWtf8.read, -1, 2, kForms},         {kWtf8.write, -1, 3, kUnits},
+    {kCesu8.read, -1, 2, kForms},
+    {kCesu8.write, -1, 3, kUnits},
+    {kModifiedUtf8.read, -1, 2, kForms},
+    {kModifiedUtf8.write, -1, 3, kUnits},
+    {kWtf8.read, -1, 2, kForms},
+    {kWtf8.write, -1, 3, kUnits},
+    {kBocu1.read, -1, 4, "\x50\x60\xFD\xD1\xFB\xFE\xFF\x21\x25\x4F \n\x01\x90"},
+    {kBocu1.write, -1, 3, kUnits},
+    {kScsu.read, -1, 4, "\x01\x05\x0B\x0E\x0F\x12\x18\x1F\x45\xFA\xFF\xE1\xE9\xF0\xF1 az\x90"},
+    {kScsu.write, -1, 3, kUnits},
 };
 
 TEST(UnicodeForms, StandAnyBytesHoweverTheyAreCut) { checkAnyBytes(kDirections, 800); }

@@ -2,6 +2,7 @@
 #ifndef ENCODING_CODECS_CODEC_H_
 #define ENCODING_CODECS_CODEC_H_
 
+#include <array>
 #include <cstdint>
 
 #include "support/data_buffer.h"
@@ -15,7 +16,8 @@ struct CodecState {
   bool headerWritten = false;  // writing ISO-2022-KR: the designation is out
   bool replaced = false;       // something had no form in the output; only ever set
   std::uint8_t bitCount = 0;   // base64: how many bits are pending
-  std::uint32_t bits = 0;      // and which
+  std::uint32_t bits = 0;      // and which; or what else the codec says
+  std::array<std::uint32_t, 8> windows{};  // SCSU: where they begin
   bool operator==(const CodecState&) const = default;
 };
 

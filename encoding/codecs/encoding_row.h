@@ -45,7 +45,8 @@ struct EncodingRow {
   CharsetKind kind = CharsetKind::kSingleByte;
   const char* description = "";  // a few words for people
   EncodingForm form = EncodingForm::kSingleByte;
-  bool bigEndian = false;  // UTF-16 and UTF-32
+  bool bigEndian = false;   // UTF-16 and UTF-32
+  bool writesMark = false;  // these: what is written begins with the byte order mark
 
   // ---- Mapping tables. ----
 

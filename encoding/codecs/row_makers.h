@@ -67,20 +67,27 @@ constexpr EncodingRow with(bool EncodingRow::*flag, EncodingRow row) {
   return row;
 }
 
+constexpr EncodingRow streamOnly(EncodingRow row) {
+  row.inEngine = false;
+  return row;
+}
+
 constexpr EncodingRow unicode(int number, const char* name, const char* aliases,
                               const char* description, EncodingForm form, bool bigEndian) {
   return {number, name, aliases, "", CharsetKind::kUnicode, description, form, bigEndian};
+}
+
+// UTF-16 and UTF-32 of which a byte order mark is part; the row's byte order is that of text
+// without one, and of what is written.
+constexpr EncodingRow marked(EncodingRow row) {
+  row.writesMark = true;
+  return streamOnly(row);
 }
 
 constexpr EncodingRow codec(int number, const char* name, const char* aliases,
                             const char* description, CharsetKind kind, const Codec* codec) {
   EncodingRow row{number, name, aliases, "", kind, description, EncodingForm::kCodec};
   row.codec = codec;
-  return row;
-}
-
-constexpr EncodingRow streamOnly(EncodingRow row) {
-  row.inEngine = false;
   return row;
 }
 

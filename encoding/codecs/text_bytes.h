@@ -36,18 +36,24 @@ using fast::Bytes16;
 
 constexpr unsigned int kVector = 16;
 
-// The low bytes of sixteen UTF-16 units, little endian, and FF for units above U+00FF.
-inline Bytes16 loadUnits(const unsigned char* p) {
+// The low bytes of sixteen UTF-16 units, little endian, and the high ones.
+inline Bytes16 loadLowBytes(const unsigned char* p) {
   const auto first = Bytes16::load(p).native(), second = Bytes16::load(p + kVector).native();
-  const Bytes16 low(__builtin_shufflevector(first, second, 0, 2, 4, 6, 8, 10, 12, 14, 16, 18, 20,
-                                            22, 24, 26, 28, 30));
-  const Bytes16 high(__builtin_shufflevector(first, second, 1, 3, 5, 7, 9, 11, 13, 15, 17, 19, 21,
-                                             23, 25, 27, 29, 31));
-  return low | ~equal(high, 0);
+  return Bytes16(__builtin_shufflevector(first, second, 0, 2, 4, 6, 8, 10, 12, 14, 16, 18, 20, 22,
+                                         24, 26, 28, 30));
 }
-// Sixteen units with these low bytes and high bytes of 0.
-inline void storeAsUnits(Bytes16 text, unsigned char* dest) {
-  const auto low = text.native(), high = Bytes16(0).native();
+inline Bytes16 loadHighBytes(const unsigned char* p) {
+  const auto first = Bytes16::load(p).native(), second = Bytes16::load(p + kVector).native();
+  return Bytes16(__builtin_shufflevector(first, second, 1, 3, 5, 7, 9, 11, 13, 15, 17, 19, 21, 23,
+                                         25, 27, 29, 31));
+}
+// The low bytes, and FF for units above U+00FF.
+inline Bytes16 loadUnits(const unsigned char* p) {
+  return loadLowBytes(p) | ~equal(loadHighBytes(p), 0);
+}
+// Sixteen units with these low bytes and high bytes.
+inline void storeAsUnits(Bytes16 lowBytes, Bytes16 highBytes, unsigned char* dest) {
+  const auto low = lowBytes.native(), high = highBytes.native();
   Bytes16(
       __builtin_shufflevector(low, high, 0, 16, 1, 17, 2, 18, 3, 19, 4, 20, 5, 21, 6, 22, 7, 23))
       .store(dest);
@@ -55,6 +61,7 @@ inline void storeAsUnits(Bytes16 text, unsigned char* dest) {
                                   15, 31))
       .store(dest + kVector);
 }
+inline void storeAsUnits(Bytes16 text, unsigned char* dest) { storeAsUnits(text, 0, dest); }
 
 // The bytes of which the test holds.
 inline fast::Mask<Bytes16> isBetween(Bytes16 text, unsigned char first, unsigned char last) {

@@ -141,7 +141,8 @@ StreamStatus StreamConverter::Core::beginText(std::string_view head) {
   const auto mark =
       std::ranges::find_if(marks, [&](const Mark& known) { return head.starts_with(known.bytes); });
   const bool hasMark = mark != marks.end();
-  const bool writesMark = m_settings.writeMark || (m_settings.keepMark && hasMark);
+  const bool isMarked = m_plan->target->writesMark && !m_settings.dropMark && !head.empty();
+  const bool writesMark = m_settings.writeMark || (m_settings.keepMark && hasMark) || isMarked;
   if (writesMark) {
     const std::string_view written = markOf(*m_plan->target);
     if (!m_out->append(written.data(), written.size())) fail();

@@ -90,7 +90,8 @@ struct StreamSettings {
   bool stopsAtMalformed = false;
   bool writeMark = false;       // begin the output with the byte order mark of a Unicode target
   bool keepMark = false;        // the same if the source begins with one
-  bool dropMark = false;        // the source's goes also where both encodings are the same
+  bool dropMark = false;        // the source's goes also where both encodings are the same, and a
+                                // target that begins with one by itself does not
   bool pdfPassthrough = false;  // copy a stream of 7 bytes or more that begins "%PDF-1"
   StreamErrorHandler* errorHandler = nullptr;  // not owned
   StreamDrain* drain = nullptr;                // not owned; without one, output gathers

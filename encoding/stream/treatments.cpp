@@ -50,6 +50,7 @@ class AlternateConverter {
     StreamSettings settings;
     settings.from = from;
     settings.to = to;
+    settings.dropMark = true;  // what is converted stands within a text
     StreamStatus status = m_stream.begin(settings);
     if (status == StreamStatus::kGood) status = m_stream.push(data, length, out);
     if (status == StreamStatus::kGood) status = m_stream.finish(out);

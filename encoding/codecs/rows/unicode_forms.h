@@ -4,7 +4,7 @@
 
 #include "encoding/codecs/row_makers.h"
 
-extern const Codec kCesu8Codec, kModifiedUtf8Codec, kWtf8Codec;
+extern const Codec kBocu1Codec, kCesu8Codec, kModifiedUtf8Codec, kScsuCodec, kWtf8Codec;
 
 namespace encoding_rows {
 
@@ -16,6 +16,24 @@ constexpr EncodingRow unicodeForm(int number, const char* name, const char* alia
 // Numbers below 100000 are IBM's, which gives each form one number for all of Unicode and one for
 // Unicode with the private use characters as its own products have them; the first of the two.
 inline constexpr EncodingRow kUnicodeFormRows[] = {
+    // As IANA has "UTF-16" and "UTF-32", names that stand for 1200 and 12000 here: a mark decides,
+    // and without one it is big endian. The other two are the JDK's.
+    marked(unicode(1204, "UTF-16-BOM", "IBM1204 IBM1205 x-UTF-16BE-BOM UnicodeBig UTF-16,version=2",
+                   "Unicode, UTF-16 with a byte order mark, else big endian", EncodingForm::kUtf16,
+                   true)),
+    marked(unicode(1236, "UTF-32-BOM", "IBM1236 IBM1237 x-UTF-32BE-BOM",
+                   "Unicode, UTF-32 with a byte order mark, else big endian", EncodingForm::kUtf32,
+                   true)),
+    marked(unicode(200802, "x-UTF-16LE-BOM", "UnicodeLittle UTF-16LE,version=1",
+                   "Unicode, UTF-16 with a byte order mark, else little endian",
+                   EncodingForm::kUtf16, false)),
+    marked(unicode(200803, "x-UTF-32LE-BOM", "",
+                   "Unicode, UTF-32 with a byte order mark, else little endian",
+                   EncodingForm::kUtf32, false)),
+    unicodeForm(1212, "SCSU", "csSCSU IBM1212 IBM1213",
+                "Unicode, SCSU: compressed, a byte for a letter", &kScsuCodec),
+    unicodeForm(1214, "BOCU-1", "csBOCU1 IBM1214 IBM1215",
+                "Unicode, BOCU-1: compressed, sorts like UTF-8", &kBocu1Codec),
     unicodeForm(9400, "CESU-8", "csCESU8 IBM9400", "Unicode, CESU-8: UTF-16 in the dress of UTF-8",
                 &kCesu8Codec),
     unicodeForm(200800, "x-modified-utf-8", "modified-utf-8 mutf-8 java-utf-8",
