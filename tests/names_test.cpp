@@ -192,7 +192,8 @@ TEST(CodePageListTest, PrintsWhatTheFilterSelects) {
   for (std::string line; std::getline(lines, line);) EXPECT_LE(line.size(), 100U) << line;
 }
 
-// What an encoding makes of every byte and every pair of bytes, and of every character.
+// What an encoding makes of every byte and every pair of bytes, and of every character of the BMP;
+// and of one beyond, and of its surrogates in the dress of UTF-8.
 std::string behaviourOf(int codePage) {
   static const std::string bytes = [] {
     std::string all;
@@ -202,14 +203,14 @@ std::string behaviourOf(int codePage) {
         all += {'\n', '\n', static_cast<char>(lead), static_cast<char>(trail)};
       }
     }
-    return all;
+    return all + "\n\xED\xA0\xBD\xED\xB8\x80\n";
   }();
   static const std::string characters = [] {
     std::string all;
     for (unsigned int c = 1; c < 0x10000; ++c) {
       if (c < 0xD800 || c > 0xDFFF) all += {static_cast<char>(c), static_cast<char>(c >> 8)};
     }
-    return all;
+    return all + "\x3D\xD8\x01\xDE";
   }();
   const auto through = [](int from, int to, const std::string& text) {
     StreamSettings settings;
