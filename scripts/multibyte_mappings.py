@@ -157,7 +157,6 @@ MAPPINGS = [
     MultiByte("ibm964", "IBM's 964, CNS 11643 in EUC.", EUC_TW, "ICU: ibm-964", ["JDK: x-IBM964"]),
 
     # Japanese.
-    MultiByte("jis-x-0201", "JIS X 0201 in eight bits.", BYTES, "JDK: JIS_X0201", []),
     MultiByte("sjis", "Shift_JIS of JIS X 0208, the single bytes of JIS X 0201.", PAIRS,
               "C library: SJIS", ["Python: shift_jis", "Perl: shiftjis"], over="932"),
     MultiByte("sjis-ascii", "Shift_JIS of JIS X 0208, the single bytes ASCII.", PAIRS,
