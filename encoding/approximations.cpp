@@ -15,31 +15,52 @@ bool openBestFits(const EncodingRow& row, const HashConvert*& fits) {
 
 }  // namespace
 
-bool Approximations::prepare(const Plan& plan, bool withBestFit) {
-  m_encoding = &plan.encoding;
+bool Approximations::prepare(Repertoire& target, bool withBestFit) {
+  m_target = &target;
   m_bestFits = nullptr;
-  if (!withBestFit || plan.encoding.tableRow == nullptr) return true;
-  return openBestFits(*plan.encoding.tableRow, m_bestFits);
+  if (!withBestFit) return true;
+  // An encoding with a codec has its own, or those of the code page behind the codec.
+  const EncodingRow* const row =
+      target.target().bestFit != nullptr ? &target.target() : target.encoding().tableRow;
+  return row == nullptr || openBestFits(*row, m_bestFits);
 }
 
-std::uint16_t Approximations::find(std::uint32_t unit) const {
-  if (const std::uint16_t code = codeOf(m_encoding->approximating, unit); code != 0) {
-    return readUnit(m_encoding->reading, code);
+std::uint32_t Approximations::find(std::uint32_t scalar) {
+  const Codec* const codec = m_target->codec();
+  if (const std::uint32_t other = findInTable(scalar)) {
+    if (codec == nullptr || m_target->has(other)) return other;
   }
-  if (m_bestFits == nullptr) return 0;
-  const unsigned char key[2] = {static_cast<unsigned char>(unit),
-                                static_cast<unsigned char>(unit >> 8)};
+  if (codec != nullptr && codec->approximate != nullptr) {
+    const std::uint32_t other = codec->approximate(codec->write.parameters(), scalar);
+    if (other != 0) return other;
+  }
+  const std::uint32_t other = m_bestFits == nullptr ? 0 : findBestFit(scalar);
+  return other != 0 && m_target->has(other) ? other : 0;
+}
+
+std::uint32_t Approximations::findInTable(std::uint32_t scalar) const {
+  const Encoding& encoding = m_target->encoding();
+  const std::uint16_t code = scalar > 0xFFFF ? 0 : codeOf(encoding.approximating, scalar);
+  // What the table has as it is may be lacking in the codec.
+  if (code == 0 || codeOf(encoding.table, scalar) != 0) return 0;
+  return readUnit(encoding.reading, code);
+}
+
+std::uint32_t Approximations::findBestFit(std::uint32_t scalar) const {
+  if (scalar > 0xFFFF) return 0;
+  const unsigned char key[2] = {static_cast<unsigned char>(scalar),
+                                static_cast<unsigned char>(scalar >> 8)};
   unsigned char value[2];
   if (m_bestFits->probe(key, value) != 2) return 0;
-  const auto other = static_cast<std::uint16_t>(value[0] | value[1] << 8);
-  return codeOf(m_encoding->table, other) != 0 ? other : std::uint16_t{0};
+  return value[0] | value[1] * 256u;
 }
 
 bool hasBestFit(int to, char32_t character) {
-  if (character > 0xFFFF) return false;
-  const Plan* const plan = openPlan(1200, to, Reader::kStream);
+  constexpr int kUtf16Le = 1200;
+  const Plan* const plan = openPlan(kUtf16Le, to, Reader::kStream);
+  Repertoire target;
   Approximations approximations;
-  return plan != nullptr && approximations.prepare(*plan, true) &&
+  return plan != nullptr && target.open(*plan) && approximations.prepare(target, true) &&
          approximations.find(character) != 0;
 }
 

@@ -65,10 +65,23 @@ bool isTakenApart(std::uint32_t unit) {
   return isAmong(unit, kLeads, kLeadCount) || mayCompose(unit);
 }
 
+void Composer::open(Repertoire& target) {
+  m_target = &target;
+  m_isKnown.reset();
+}
+
+bool Composer::isLackingInCodec(std::uint32_t unit) {
+  if (!m_isKnown[unit]) {
+    m_isLacking[unit] = !m_target->has(unit);
+    m_isKnown.set(unit);
+  }
+  return m_isLacking[unit];
+}
+
 // How many of the units, a letter and marks, the target has as one character and lacks otherwise;
 // 0 for none.
 std::size_t Composer::composable(const unsigned char* units, std::size_t count,
-                                 std::uint16_t& composed) const {
+                                 std::uint16_t& composed) {
   std::size_t best = 0;
   std::uint32_t whole = loadUnit(units);
   bool isOneLacking = isLacking(whole);

@@ -3,11 +3,13 @@
 #ifndef ENCODING_COMPOSER_H_
 #define ENCODING_COMPOSER_H_
 
+#include <bitset>
 #include <cstddef>
 #include <cstdint>
 
 #include "encoding/plan.h"
 #include "encoding/pump_block.h"
+#include "encoding/repertoire.h"
 
 namespace fast {
 
@@ -29,7 +31,9 @@ class Composer {
     std::uint32_t offset;  // in the source, from where the block begins there
   };
 
-  // target has a table. last: nothing follows the text of the blocks.
+  // Begins a stream. target stays while the object is used.
+  void open(Repertoire& target);
+  // Begins a text. last: nothing follows the text of the blocks.
   void start(const Plan& plan, bool last) {
     m_plan = &plan;
     m_isLast = last;
@@ -51,10 +55,16 @@ class Composer {
   // Marks behind a letter that are looked at together with it.
   static constexpr std::size_t kMaxMarks = 15;
 
-  bool isLacking(std::uint32_t unit) const { return codeOf(m_plan->encoding.table, unit) == 0; }
-  std::size_t composable(const unsigned char* units, std::size_t count,
-                         std::uint16_t& composed) const;
+  bool isLacking(std::uint32_t unit) {
+    return m_target->codec() == nullptr ? !m_target->isInTable(unit) : isLackingInCodec(unit);
+  }
+  bool isLackingInCodec(std::uint32_t unit);
+  std::size_t composable(const unsigned char* units, std::size_t count, std::uint16_t& composed);
 
+  Repertoire* m_target = nullptr;
+  // By unit: whether the codec was asked, and what it said.
+  std::bitset<0x10000> m_isKnown;
+  std::bitset<0x10000> m_isLacking;
   const Plan* m_plan = nullptr;
   bool m_isLast = false;
   std::size_t m_sourceUsed = 0;

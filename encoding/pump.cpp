@@ -52,11 +52,21 @@ inline bool Pump::makeRoom(Output& out) {
   return out.room() >= kKernelSlack || out.require(kKernelSlack, expected());
 }
 
+inline KernelResult Pump::encodeUnits(Output& out) const {
+  const unsigned char* end = m_unitEnd;
+  // Where both steps are of UTF-16, neither looks for surrogates without their other half.
+  if (m_composer != nullptr && m_plan->decoding.form == EncodingForm::kUtf16 &&
+      m_plan->encoding.form == EncodingForm::kUtf16) {
+    end = m_plan->kernels->pairedUtf16(m_unit, m_unitEnd);
+  }
+  return encode(*m_plan, m_unit, end, out.next, out.end);
+}
+
 Pump::Stop Pump::run(Output& out) {
   while (true) {
     while (m_unit != m_unitEnd) {
       if (!makeRoom(out)) return Stop::kFull;
-      const KernelResult r = encode(*m_plan, m_unit, m_unitEnd, out.next, out.end);
+      const KernelResult r = encodeUnits(out);
       m_written += bytesBetween(out.next, r.out);
       m_unit = r.in;
       out.next = r.out;
@@ -86,9 +96,11 @@ void Pump::decodeBlock() {
   m_unitEnd = r.out;
   m_pivotBytes += bytesBetween(m_block, r.out);
   m_hasBlock = m_unit != m_unitEnd;
-  // UTF-16 is left in front of half a pair as well, which may be whole in the next block.
-  const bool mayBeCut = m_plan->decoding.form == EncodingForm::kUtf16 && m_hasBlock;
-  const bool isFull = bytesBetween(r.out, blockEnd) < kKernelSlack;
+  // UTF-16 fills a block to the slack, and is left in front of half a pair as well, which may be
+  // whole in the next one.
+  const bool isUtf16 = m_plan->decoding.form == EncodingForm::kUtf16;
+  const bool mayBeCut = isUtf16 && m_hasBlock;
+  const bool isFull = bytesBetween(r.out, blockEnd) < kKernelSlack + (isUtf16 ? 4 : 0);
   m_isStopped = m_in != m_end && !isFull && !mayBeCut;
   if (m_composer != nullptr) composeBlock(isFull);
 }

@@ -25,8 +25,8 @@ class Pump {
   };
 
   // Begins a text. tellsBlocks: run() returns for each block, while the units of it can be seen.
-  // With a composer, which was started, and a plan with a table for its target, characters are put
-  // together; at the end in() may then be in front of a character that what follows may change.
+  // With a composer, which was started, characters are put together; at the end in() may then be in
+  // front of a character that what follows may change.
   void start(const Plan& plan, PumpBlock& block, const unsigned char* in,
              const unsigned char* inEnd, bool tellsBlocks = false, Composer* composer = nullptr) {
     m_plan = &plan;
@@ -76,6 +76,7 @@ class Pump {
   void decodeBlock();
   void composeBlock(bool isFull);
   void passAnchors(const unsigned char* unit);
+  KernelResult encodeUnits(Output& out) const;
   Stop runDirect(Output& out);
   Stop stopDirect();
   std::uint64_t expected() const;

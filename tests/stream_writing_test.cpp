@@ -59,7 +59,7 @@ void expectAll(const std::vector<Writing>& writings) {
 
 }  // namespace
 
-TEST(StreamWriting, TellsOfWhatATableWritesAsSomethingElse) {
+TEST(StreamWriting, TellsOfWhatIsAlwaysWrittenAsSomethingElse) {
   expectAll({
       {kUtf8, 932, "stop", "a\u00A0b\n¥日", "a b\n\\\x93\xFA",
        "1+2 line 1 U+00A0 as  , 5+2 line 2 U+00A5 as \\"},
@@ -70,6 +70,11 @@ TEST(StreamWriting, TellsOfWhatATableWritesAsSomethingElse) {
       {1200, 28596, "hex", "\x61\x06\xF9\x06\x31\0"s, "191",
        "0+2 line 1 U+0661 as 1, 2+2 line 1 U+06F9 as 9"},
       {kUtf8, 51932, "stop", "\uE060", "\xF0\xA1", "0+3 line 1 U+E060 as \u965D"},
+      {kUtf8, kCodePageEucJp, "stop", "日¥\n‾é", "\xC6\xFC\\\n~\x8F\xAB\xB1",
+       "3+2 line 1 U+00A5 as \\, 6+3 line 2 U+203E as ~"},
+      {1201, kCodePageEucJp, "drop", "\0\xA5\xD8\0\x20\x3E"s, "\\~",
+       "0+2 line 1 U+00A5 as \\, 4+2 line 1 U+203E as ~", 1},
+      {65000, kCodePageEucJp, "stop", "a+AKU-b", "a\\b", "2+3 line 1 U+00A5 as \\"},
       // What reads back as it was, or as text that means the same, is no approximation.
       {kUtf8, 1258, "stop", "Ắ\u00A0", "\xC3\xEC\xA0", ""},
       {932, 932, "stop", "\x5C\xA0", "\x5C\xA0", ""},
@@ -94,6 +99,19 @@ TEST(StreamWriting, TriesBestFits) {
       {kUtf8, 50221, "best-fit", "日〜", "\x1B$BF|!A\x1B(B", "3+3 line 1 U+301C as ～"},
       {1252, 51932, "best-fit", "\xAC", "\xA2\xCC", "0+1 line 1 U+00AC as ￢"},
       {1252, 866, "best-fit", "\xAB", "<", "0+1 line 1 U+00AB as <"},
+      {kUtf8, kCodePageEucJp, "best-fit,hex", "～\u2225\uFF0D—￠ạ\uFA19ą①",
+       "\x8F\xA2\xB7\xA1\xC2\xA1\xDD\xA1\xBD\xA1\xF1\x61\xBF\xC0\x8F\xAB\xA8&#x2460;",
+       "3+3 line 1 U+2225 as ‖, 6+3 line 1 U+FF0D as −, 9+3 line 1 U+2014 as ―, 12+3 line 1 U+FFE0 "
+       "as ¢, 15+3 line 1 U+1EA1 as a, 18+3 line 1 U+FA19 as 神",
+       1},
+      {932, kCodePageEucJp, "best-fit", "\x81\x7C\x88\xA0", "\xA1\xDD\xB0\xA2",
+       "0+2 line 1 U+FF0D as −"},
+      {kUtf8, 55000, "best-fit,substitute", "ça“1”ά–ж", "ca\"1\"A-?",
+       "0+2 line 1 U+00E7 as c, 3+3 line 1 U+201C as \", 7+3 line 1 U+201D as \", 10+2 line 1 "
+       "U+03AC as A, 12+3 line 1 U+2013 as -",
+       1},
+      // The best fit of a code page is none where the codec in front of it lacks that too.
+      {kUtf8, kCodePageHz, "best-fit,drop", "\uF900\uF901", "~{8|~}", "3+3 line 1 U+F901 as 更", 1},
       {kUtf8, kUtf8, "best-fit", "ą", "ą", ""},
       {kUtf8, 10000, "best-fit,substitute", "Ą", "?", "", 1},  // which has none
   });
@@ -123,8 +141,16 @@ TEST(StreamWriting, ComposesWhatItsTargetLacksTakenApart) {
       {kUtf8, 51949, "compose", "\u1100\u1161x", "\xB0\xA1x", ""},
       {1201, 1252, "compose", "\0\x65\x03\x01\0\x65"s, "\xE9\x65", ""},
       {12000, 1252, "compose", "e\0\0\0\x01\x03\0\0"s, "\xE9", ""},
-      // Encodings with a codec are not composed from.
-      {65000, 1252, "compose,drop", "e+AwE-", "e", "", 1},
+      {65000, 1252, "compose,drop", "e+AwEAZQMB-e+AwEDAg-", "\xE9\xE9\xE9", "", 1},
+      {20261, 1252, "compose,drop", "a\xCA\x65", "ae", "", 1},  // an accent of what follows it
+      {kUtf8, kCodePageEucJp, "compose", "か\u3099e\u0301a", "\xA4\xAC\x8F\xAB\xB1\x61", ""},
+      {1200, 55000, "compose", "e\0\0\x03n\0\x03\x03"s, "\x04\x7D", ""},
+      {1201, kCodePageEucJp, "compose,drop", "\0e\x03\x01\xD8\0\0e\x03\x01"s,
+       "\x8F\xAB\xB1\x8F\xAB\xB1", "", 1},
+      {65000, 55000, "compose,best-fit,drop", "e+AwAAZQMBAGEDAdg9AGEDAA-",
+       "\x04\x05"
+       "a\x7F",
+       "", 2},
       // A letter and a mark of 1258, on the way to a page that has them as one.
       {1258, 1252, "compose", "o\xCC", "\xF2", ""},
       // What the target has as it is stays; what it does not have composed is told.
@@ -147,11 +173,19 @@ TEST(StreamWriting, ComposesAcrossBlocksAndPieces) {
   std::string text, composed;
   for (int i = 0; i < 9000; ++i) {
     text += std::string(static_cast<std::size_t>(i % 5), 'x') + "e\u0301";
-    composed += std::string(static_cast<std::size_t>(i % 5), 'x') + "\xE9";
+    composed += std::string(static_cast<std::size_t>(i % 5), 'x') + "é";
   }
-  const StreamSettings settings = settingsFor(kUtf8, 1252, "compose");
-  for (const std::size_t size : {text.size(), std::size_t{1}, std::size_t{7}, std::size_t{4099}}) {
-    EXPECT_TRUE(stream(settings, text, [&] { return size; }).text == composed) << size;
+  for (const int from : {kUtf8, 1201, 65000}) {
+    const std::string apart = stream(settingsFor(kUtf8, from), text).text;
+    for (const int to : {1252, 55000, kCodePageEucJp}) {
+      const std::string expected = stream(settingsFor(kUtf8, to), composed).text;
+      const StreamSettings settings = settingsFor(from, to, "compose");
+      for (const std::size_t size :
+           {apart.size(), std::size_t{1}, std::size_t{7}, std::size_t{4099}}) {
+        EXPECT_TRUE(stream(settings, apart, [&] { return size; }).text == expected)
+            << from << " to " << to << " by " << size;
+      }
+    }
   }
 }
 

@@ -11,7 +11,8 @@ struct BestFit {
   const char* text;
 };
 
-// Code pages of Macs, but for the Japanese and the Arabic one, have none: nobody published any.
+// Where nobody published any, tools/best_fit_pairs made them. Code pages of Macs, but for the
+// Japanese and the Arabic one, have none: nobody published any.
 inline constexpr BestFit kBestFits[] = {
     {37, _BestFit_37},       {437, _BestFit_437},     {500, _BestFit_37},
     {708, _BestFit_708},     {720, _BestFit_720},     {737, _BestFit_737},
@@ -44,7 +45,7 @@ inline constexpr BestFit kBestFits[] = {
     {28597, _BestFit_28597}, {28598, _BestFit_28598}, {28599, _BestFit_28599},
     {28603, _BestFit_28603}, {28605, _BestFit_28605}, {38598, _BestFit_28598},
     {51932, _BestFit_932},   {51936, _BestFit_936},   {51949, _BestFit_949},
-    {52936, _BestFit_936},
+    {52936, _BestFit_936},   {55000, _BestFit_55000}, {200954, _BestFit_200954},
 };
 
 }  // namespace encoding_rows

@@ -50,6 +50,7 @@ struct Codec {
                             CodecState& state, DataBuffer& out, ReplacementSink* sink) const {
       return m_function(m_parameters, data, length, last, state, out, sink);
     }
+    constexpr const void* parameters() const { return m_parameters; }
     constexpr explicit operator bool() const { return m_function != nullptr; }
     bool operator==(const Convert&) const = default;
 
@@ -70,6 +71,9 @@ struct Codec {
   bool isStateless = false;
   // Reading by streams, where these take for malformed what read() copies; none: as read().
   Convert readStrictly = {};
+  // Writing: the character that streams write for one without a form, and tell of; it has a form.
+  // 0 for none. Parameters are those of write. May be null.
+  std::uint32_t (*approximate)(const void* parameters, std::uint32_t scalar) = nullptr;
 };
 
 // Converts a whole text. False when something had no form or memory is short; a length of 0 or less
@@ -80,6 +84,14 @@ inline bool convertWhole(Codec::Convert convert, const unsigned char* data, std:
   CodecState state;
   convert(data, static_cast<unsigned int>(length), true, state, out, nullptr);
   return !state.replaced && !out.hasFailed();
+}
+
+// Whether a text can be written whole. scratch is overwritten; false, latched there, when memory is
+// short.
+inline bool codecHolds(const Codec& codec, const unsigned char* data, std::uint32_t length,
+                       DataBuffer& scratch) {
+  scratch.clear();
+  return convertWhole(codec.write, data, length, scratch);
 }
 
 #endif  // ENCODING_CODECS_CODEC_H_

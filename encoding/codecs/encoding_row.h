@@ -91,6 +91,9 @@ inline const Codec& codecOf(int number) { return *findEncodingRow(number)->codec
 constexpr bool hasTable(const EncodingRow& row) {
   return row.form == EncodingForm::kSingleByte || row.form == EncodingForm::kDoubleByte;
 }
+constexpr bool hasTableSlots(const EncodingRow& row) {
+  return hasTable(row) || row.bestFit != nullptr;
+}
 
 // A byte order mark, and the byte order that it means.
 struct Mark {

@@ -431,12 +431,12 @@ inline constexpr auto kEncodings = [] {
   const auto find = [&](int number) {
     return std::ranges::find(rows, number, &EncodingRow::number);
   };
+  for (const BestFit& bestFit : kBestFits) find(bestFit.number)->bestFit = bestFit.text;
   std::uint16_t slots = 0;
   for (EncodingRow& row : rows) {
-    if (hasTable(row)) row.slot = slots++;
+    if (hasTableSlots(row)) row.slot = slots++;
   }
   find(52936)->slot = find(936)->slot;
-  for (const BestFit& bestFit : kBestFits) find(bestFit.number)->bestFit = bestFit.text;
   return rows;
 }();
 static_assert(std::ranges::max(kEncodings, {}, &EncodingRow::slot).slot < kMaxTableSlots);

@@ -228,6 +228,12 @@ struct Writer : CodecRun {
   bool geta(unsigned int length) { return mark(length, 0xA2, 0xAE); }
 };
 
+// The characters of JIS X 0201 for which ASCII has others.
+std::uint32_t approximate(const void* /*parameters*/, std::uint32_t scalar) {
+  constexpr std::uint32_t kYenSign = 0xA5, kOverline = 0x203E;
+  return scalar == kYenSign ? '\\' : scalar == kOverline ? '~' : 0;
+}
+
 template <typename Direction>
 unsigned int run(const void* parameters, const unsigned char* data, unsigned int length, bool last,
                  CodecState& state, DataBuffer& out, ReplacementSink* sink) {
@@ -240,6 +246,10 @@ unsigned int run(const void* parameters, const unsigned char* data, unsigned int
 
 }  // namespace
 
-extern const Codec kEucJpCodec = {1200, run<Reader>, run<Writer>, nullptr, true};
+extern const Codec kEucJpCodec = {.codePage = 1200,
+                                  .read = run<Reader>,
+                                  .write = run<Writer>,
+                                  .isStateless = true,
+                                  .approximate = approximate};
 
 void releaseEucJpTables() { delete g_tables.exchange(nullptr, std::memory_order_acq_rel); }

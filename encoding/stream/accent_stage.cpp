@@ -40,7 +40,7 @@ class AccentStage final : public SourceStage {
     const std::uint32_t in = walkTo(byte);
     return {in, pairAt(in) != 0 ? 2u : 1u};
   }
-  std::uint32_t giveBack(std::uint32_t byte) override { return walkTo(byte); }
+  TakenBack giveBack(std::uint32_t byte) override { return {walkTo(byte), 0}; }
 
  private:
   std::uint16_t pairAt(std::uint32_t in) const {

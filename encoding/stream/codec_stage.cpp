@@ -17,18 +17,21 @@ class CodecStage final : public SourceStage {
     m_data = data;
     m_length = length;
     m_last = last;
-    m_walk = {};
-    m_walk.state = m_state;
+    m_used = 0;
     m_text.clear();
     m_marks.clear();
-    ReplacementRows marks(m_marks);
-    m_used = m_read(data, length, last, m_state, m_text, &marks);
+    m_begin = m_walk = walkFromHere();
+    // What is given back stands at the end: that much is not to be walked through from the begin.
+    constexpr std::uint32_t kEnd = 256;
+    if (length > 2 * kEnd) readOn(length - kEnd, false);
+    m_nearEnd = walkFromHere();
+    readOn(length, last);
     return m_used;
   }
 
   SourcePlace locate(std::uint32_t byte, std::uint32_t length) override {
     if (m_codec.codePage == kUtf16Le) return locateUnits(byte, length);
-    walkTo(byte);
+    walkTo(byte, m_walk);
     std::uint32_t begin = m_walk.offset;
     std::uint32_t firstByte = m_walk.firstByte;
     std::uint32_t end = m_walk.offset + m_walk.length;
@@ -57,25 +60,26 @@ class CodecStage final : public SourceStage {
     return {begin, end - begin};
   }
 
-  std::uint32_t giveBack(std::uint32_t byte) override {
-    walkTo(byte);
-    m_state = m_walk.stateBefore;
-    return m_walk.offset;
+  TakenBack giveBack(std::uint32_t byte) override {
+    Walk walk = byte < m_nearEnd.bytes ? m_begin : m_nearEnd;
+    walkTo(byte, walk);
+    m_state = walk.stateBefore;
+    return {walk.offset, byte - walk.firstByte};
   }
 
  private:
-  // Of UTF-16, a unit or a pair.
+  // Of UTF-16, a unit, a pair, or what was composed.
   SourcePlace locateUnits(std::uint32_t byte, std::uint32_t length) {
     const SourcePlace first = locateUnit(byte);
     if (length == 2) return first;
-    const SourcePlace second = locateUnit(byte + 2);
-    return {first.offset, second.offset + second.length - first.offset};
+    const SourcePlace last = locateUnit(byte + length - 2);
+    return {first.offset, last.offset + last.length - first.offset};
   }
 
   // A piece is one unit, and where that can only be told from what follows it, one byte more: no
   // unit, or the next one.
   SourcePlace locateUnit(std::uint32_t byte) {
-    walkTo(byte);
+    walkTo(byte, m_walk);
     if (byte != m_walk.firstByte) return {m_walk.offset + m_walk.length - 1, 1};
     const unsigned char* const unit = m_text.getDataAt2(byte);
     std::uint32_t length = 0;
@@ -105,28 +109,48 @@ class CodecStage final : public SourceStage {
     std::uint32_t bytesBehindMark = 0;  // and in the text
   };
 
+  // One that goes on behind what was read.
+  Walk walkFromHere() const {
+    Walk walk;
+    walk.state = walk.stateBefore = m_state;
+    walk.offset = m_used;
+    walk.bytes = walk.firstByte = m_text.getSize();
+    return walk;
+  }
+
   // Goes on to the piece of the source that a byte of the text came from.
-  void walkTo(std::uint32_t byte) {
-    while (m_walk.bytes <= byte && m_walk.offset + m_walk.length < m_used) {
-      m_walk.offset += m_walk.length;
-      m_walk.length = 0;
-      m_walk.firstByte = m_walk.bytes;
-      m_walk.stateBefore = m_walk.state;
-      const std::uint32_t left = m_length - m_walk.offset;  // what decides may stand behind m_used
-      for (std::uint32_t length = 1; length <= left && m_walk.length == 0; ++length) {
+  void walkTo(std::uint32_t byte, Walk& walk) {
+    while (walk.bytes <= byte && walk.offset + walk.length < m_used) {
+      walk.offset += walk.length;
+      walk.length = 0;
+      walk.firstByte = walk.bytes;
+      walk.stateBefore = walk.state;
+      const std::uint32_t left = m_length - walk.offset;  // what decides may stand behind m_used
+      for (std::uint32_t length = 1; length <= left && walk.length == 0; ++length) {
         m_scratch.clear();
-        m_walk.length = m_read(m_data + m_walk.offset, length, m_last && length == left,
-                               m_walk.state, m_scratch, nullptr);
-        m_walk.bytes += m_scratch.getSize();
+        walk.length = m_read(m_data + walk.offset, length, m_last && length == left, walk.state,
+                             m_scratch, nullptr);
+        walk.bytes += m_scratch.getSize();
       }
-      if (m_walk.length == 0) return;  // not reached: what was used once can be used again
+      if (walk.length == 0) return;  // not reached: what was used once can be used again
     }
+  }
+
+  // Reads on from m_used to an end.
+  void readOn(std::uint32_t end, bool last) {
+    const std::uint32_t before = m_marks.size();
+    ReplacementRows marks(m_marks);
+    const std::uint32_t begin = m_used;
+    m_used += m_read(m_data + begin, end - begin, last, m_state, m_text, &marks);
+    for (std::uint32_t i = before; i < m_marks.size(); ++i) m_marks.at(i).offset += begin;
   }
 
   const Codec& m_codec;
   const Codec::Convert m_read;
   CodecState m_state;
-  Walk m_walk;
+  Walk m_walk;   // of locate()
+  Walk m_begin;  // at the beginning of the text, and near its end
+  Walk m_nearEnd;
   DataBuffer m_scratch;
   // Of the last read().
   const unsigned char* m_data = nullptr;

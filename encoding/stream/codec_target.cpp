@@ -98,9 +98,7 @@ bool CodecTarget::leave(Output& out) {
 
 bool CodecTarget::holds(const unsigned char* bytes, std::uint32_t count, bool& fits) const {
   DataBuffer scratch;
-  CodecState state;
-  m_codec.write(bytes, count, true, state, scratch, nullptr);
-  fits = !state.replaced;
+  fits = codecHolds(m_codec, bytes, count, scratch);
   return !scratch.hasFailed();
 }
 

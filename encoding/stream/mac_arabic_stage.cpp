@@ -32,7 +32,7 @@ class MacArabicStage final : public SourceStage {
   SourcePlace locate(std::uint32_t byte, std::uint32_t length) override {
     return {sourceOf(byte), length};
   }
-  std::uint32_t giveBack(std::uint32_t byte) override { return sourceOf(byte); }
+  TakenBack giveBack(std::uint32_t byte) override { return {sourceOf(byte), 0}; }
   std::uint32_t reach() const override { return kMaxRun; }
 
  private:

@@ -16,6 +16,13 @@ struct SourcePlace {
   std::uint32_t length;
 };
 
+// Where the source begins of text that was taken back, and how much text in front of that comes of
+// the same bytes: it will be read again.
+struct TakenBack {
+  std::uint32_t offset;
+  std::uint32_t repeated;
+};
+
 // Keeps what the encoding carries from one part to the next. One virtual call serves a block.
 class SourceStage {
  public:
@@ -43,9 +50,8 @@ class SourceStage {
   // Where the character at a byte of text(), of length bytes, came from. To be asked in ascending
   // order, with the data still there.
   virtual SourcePlace locate(std::uint32_t byte, std::uint32_t length) = 0;
-  // Takes the text from a byte on back, as if it had not been read; returns where in the data that
-  // is.
-  virtual std::uint32_t giveBack(std::uint32_t byte) = 0;
+  // Takes the text from a byte on back, as if it had not been read.
+  virtual TakenBack giveBack(std::uint32_t byte) = 0;
 
   // How much data a call of read() may need to see.
   virtual std::uint32_t reach() const { return kBlock; }

@@ -85,6 +85,7 @@ StreamStatus StreamConverter::Core::begin(const StreamSettings& settings) {
 StreamStatus StreamConverter::Core::open(int from) {
   m_plan = fast::openPlan(from, m_settings.to, fast::Reader::kStream);
   m_stage.reset();
+  m_repeated = 0;
   m_target.reset();
   m_isReordered = m_isCopied = false;
   if (m_plan == nullptr) {
@@ -92,7 +93,9 @@ StreamStatus StreamConverter::Core::open(int from) {
     if (!isStreamCodePage(from)) return StreamStatus::kNoDecoder;
     return isStreamCodePage(m_settings.to) ? StreamStatus::kNoMemory : StreamStatus::kNoEncoder;
   }
-  if (!m_approximations.prepare(*m_plan, m_settings.bestFit)) return StreamStatus::kNoMemory;
+  if (!m_repertoire.open(*m_plan) || !m_approximations.prepare(m_repertoire, m_settings.bestFit)) {
+    return StreamStatus::kNoMemory;
+  }
   // Nothing is rewritten where nothing is converted.
   m_isReordered = m_plan->source->reordersMacArabic && !isSame();
   // What the plan decodes may be another text than that of the source.
@@ -101,12 +104,7 @@ StreamStatus StreamConverter::Core::open(int from) {
     m_stage = SourceStage::make(*m_plan->source);
     if (m_stage == nullptr) return StreamStatus::kNoMemory;
   }
-  // A stage cannot take single characters back that wait for marks.
-  m_composer.reset();
-  if (m_settings.compose && m_stage == nullptr && m_plan->encoding.tableRow != nullptr) {
-    m_composer.reset(new (std::nothrow) fast::Composer);
-    if (m_composer == nullptr) return StreamStatus::kNoMemory;
-  }
+  if (!openComposer()) return StreamStatus::kNoMemory;
   if (m_plan->target->form == EncodingForm::kCodec) {
     m_isCopied = isSame() && m_plan->target->codec->isStateless;
     const Codec& codec = *m_plan->target->codec;
@@ -117,6 +115,23 @@ StreamStatus StreamConverter::Core::open(int from) {
   }
   noteReports();
   return m_treatment.prepare(m_settings, m_target ? &*m_target : nullptr);
+}
+
+// False when memory is short.
+bool StreamConverter::Core::openComposer() {
+  m_composer.reset();
+  // Neither Mac Arabic nor a code page behind a codec has marks that compose, but for UTF-16; an
+  // accent in front of its letter belongs to no other. And no Unicode encoding lacks what is taken
+  // apart.
+  const bool isUtf16 = m_plan->decoding.form == EncodingForm::kUtf16;
+  const bool mayHaveParts =
+      m_stage == nullptr ? isUtf16 || !m_plan->isCopy : isUtf16 && m_plan->source->codec != nullptr;
+  const bool mayLack = !isSame() && m_plan->target->kind != CharsetKind::kUnicode;
+  if (!m_settings.compose || !mayHaveParts || !mayLack) return true;
+  m_composer.reset(new (std::nothrow) fast::Composer);
+  if (m_composer == nullptr) return false;
+  m_composer->open(m_repertoire);
+  return true;
 }
 
 // Whether more of the stream must be seen to tell how it begins.

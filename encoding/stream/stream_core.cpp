@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <limits>
 #include <new>
+#include <utility>
 
 #include "encoding/special_units.h"
 #include "support/utf.h"
@@ -100,8 +101,10 @@ std::size_t StreamConverter::Core::convert(const unsigned char* data, std::size_
   return done;
 }
 
-// The same for a part of the data, through the stage. waits: more must be seen to go on.
-std::uint32_t StreamConverter::Core::convertStaged(std::uint32_t length, bool last, bool& waits) {
+// The same for a part of the data, through the stage. waits: more must be seen to go on. isAll: the
+// last character is as it is, whatever follows.
+std::uint32_t StreamConverter::Core::convertStaged(std::uint32_t length, bool last, bool& waits,
+                                                   bool isAll) {
   const std::uint32_t used = m_stage->read(m_data, length, last);
   waits = used == 0 && m_stage->text().getSize() == 0;
   if (m_stage->hasFailed()) {
@@ -110,11 +113,13 @@ std::uint32_t StreamConverter::Core::convertStaged(std::uint32_t length, bool la
   }
   const unsigned char* const begin = m_stage->text().getData2();
   const unsigned char* const end = begin + m_stage->text().getSize();
-  m_text = m_counted = begin;
-  const unsigned char* done = begin;
+  m_text = begin;
+  const unsigned char* done = begin + std::exchange(m_repeated, 0);
+  m_counted = done;
   std::uint32_t copied = 0;
   for (std::uint32_t i = 0; i < m_stage->marks().size(); ++i) {
     const ReplacedInput mark = m_stage->marks()[i];
+    if (begin + mark.markOffset < done) continue;
     if (m_isCopied) {
       copySource(copied, mark.offset);
       copied = mark.offset + mark.length;
@@ -131,11 +136,14 @@ std::uint32_t StreamConverter::Core::convertStaged(std::uint32_t length, bool la
     lineOf(end);
     return used;
   }
-  const unsigned char* const reached = convertText(done, end, last && used == length);
+  const unsigned char* const reached = convertText(done, end, isAll || (last && used == length));
   if (m_status != StreamStatus::kGood || reached == end) return used;
-  const std::uint32_t kept = m_stage->giveBack(static_cast<std::uint32_t>(reached - begin));
-  waits = kept == 0;
-  return kept;
+  const TakenBack back = m_stage->giveBack(static_cast<std::uint32_t>(reached - begin));
+  m_repeated = back.repeated;
+  waits = back.offset == 0;
+  // Behind the character may be shifts without end.
+  const bool isStuck = waits && length >= m_stage->reach();
+  return isStuck ? convertStaged(length, last, waits, true) : back.offset;
 }
 
 // Writes a part of the data as it is.
@@ -165,6 +173,7 @@ const unsigned char* StreamConverter::Core::convertText(const unsigned char* beg
     } else {
       stop = m_pump.run(*m_out);
     }
+    if (m_composer != nullptr && m_repertoire.hasFailed()) fail();
     if (m_target && !writeSegment(stop)) break;
     if (stop == Stop::kEnd) {
       reached = m_pump.in();
@@ -349,7 +358,11 @@ bool StreamConverter::Core::writeSpecialUnit(const unsigned char* unit) {
 // Writes another character for the one at unit(), if there is one.
 bool StreamConverter::Core::writeApproximation(const unsigned char* unit) {
   const std::uint32_t value = unitAt(unit, false);
-  const std::uint16_t other = m_approximations.find(value);
+  const std::uint32_t other = m_approximations.find(value);
+  if (m_repertoire.hasFailed()) {
+    fail();
+    return true;
+  }
   if (other == 0) return false;
   Piece piece{StreamErrorKind::kApproximated, nullptr, 2, static_cast<std::int32_t>(value)};
   if (isApproximationWanted()) {
@@ -363,9 +376,20 @@ bool StreamConverter::Core::writeApproximation(const unsigned char* unit) {
   }
   m_pump.skipUnits(2);
   if (m_target) m_segmentUnit = m_pump.unit();
-  const unsigned char units[2] = {static_cast<unsigned char>(other),
-                                  static_cast<unsigned char>(other >> 8)};
-  return writeUnits(units, sizeof units, piece);
+  unsigned char bytes[fast::Repertoire::kMaxBytes];
+  writeCharacter(bytes, m_repertoire.write(other, bytes), piece);
+  return true;
+}
+
+// The same for one that only the target's codec lacks.
+bool StreamConverter::Core::writeInstead(const StreamError& error, std::uint32_t other) {
+  StreamError told = error;
+  told.kind = StreamErrorKind::kApproximated;
+  *writeUtf8(reinterpret_cast<unsigned char*>(told.written), other) = 0;
+  report(told);
+  unsigned char bytes[fast::Repertoire::kMaxBytes];
+  if (!m_target->writeTreatment(bytes, m_repertoire.write(other, bytes), *m_out)) fail();
+  return m_status == StreamStatus::kGood;
 }
 
 // Gives what the pump wrote last to the target's codec.

@@ -11,6 +11,7 @@
 #include "encoding/composer.h"
 #include "encoding/output.h"
 #include "encoding/pump.h"
+#include "encoding/repertoire.h"
 #include "encoding/stream/codec_target.h"
 #include "encoding/stream/source_stage.h"
 #include "encoding/stream/stream_converter.h"
@@ -46,6 +47,7 @@ class StreamConverter::Core final : private CodecTarget::Client {
   // ---- The beginning. ----
   bool isSame() const { return m_settings.from == m_settings.to; }
   StreamStatus open(int from);
+  bool openComposer();
   bool isUndecided(std::string_view head, bool last) const;
   StreamStatus beginText(std::string_view head);
 
@@ -59,7 +61,7 @@ class StreamConverter::Core final : private CodecTarget::Client {
   // it. ----
   bool convertShort(const unsigned char* data, std::size_t length, Output& out);
   std::size_t convert(const unsigned char* data, std::size_t length, bool last);
-  std::uint32_t convertStaged(std::uint32_t length, bool last, bool& waits);
+  std::uint32_t convertStaged(std::uint32_t length, bool last, bool& waits, bool isAll = false);
   void copySource(std::uint32_t begin, std::uint32_t end);
   const unsigned char* convertText(const unsigned char* begin, const unsigned char* end, bool last);
   bool decideMalformed(bool last);
@@ -69,6 +71,7 @@ class StreamConverter::Core final : private CodecTarget::Client {
   bool dropRun();
   bool writeSpecialUnit(const unsigned char* unit);
   bool writeApproximation(const unsigned char* unit);
+  bool writeInstead(const StreamError& error, std::uint32_t other);
   void finish();
   void fail();
 
@@ -106,9 +109,11 @@ class StreamConverter::Core final : private CodecTarget::Client {
   StreamStatus m_status = StreamStatus::kGood;
   Output* m_out = nullptr;  // of the call at hand
   std::unique_ptr<SourceStage> m_stage;
-  bool m_isCopied = false;     // the stage only checks text that is copied
-  bool m_isReordered = false;  // errors may come in another order than that of the source
+  std::uint32_t m_repeated = 0;  // bytes of the stage's next text that were converted before
+  bool m_isCopied = false;       // the stage only checks text that is copied
+  bool m_isReordered = false;    // errors may come in another order than that of the source
   std::optional<CodecTarget> m_target;
+  fast::Repertoire m_repertoire;
   fast::Approximations m_approximations;
   Treatment m_treatment;
   DataBuffer m_waiting;        // of the source: what could not be converted yet

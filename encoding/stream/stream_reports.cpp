@@ -141,7 +141,8 @@ void StreamConverter::Core::treat(const StreamError& error, const unsigned char*
 
 StreamError StreamConverter::Core::placeAt(std::uint32_t byte) {
   if (m_fixedPiece != nullptr) return errorAt(*m_fixedPiece);
-  if (m_plan->direct != nullptr) return errorAt(characterAt(m_segmentIn + byte));
+  const bool isDirect = m_plan->direct != nullptr && m_composer == nullptr;
+  if (isDirect) return errorAt(characterAt(m_segmentIn + byte));
   while (m_walkedByte < byte) {
     const unsigned char lead = m_segment.getData2()[m_walkedByte];
     const bool isSingle =
@@ -174,6 +175,13 @@ StreamConverter::Core::Piece StreamConverter::Core::characterAt(const unsigned c
 }
 
 bool StreamConverter::Core::treatMisfit(const StreamError& error) {
+  const std::uint32_t other =
+      error.codePoint < 0 ? 0 : m_approximations.find(static_cast<std::uint32_t>(error.codePoint));
+  if (m_repertoire.hasFailed()) {
+    fail();
+    return false;
+  }
+  if (other != 0) return writeInstead(error, other);
   report(error);
   treat(error, error.bytes, error.byteCount);
   return m_status == StreamStatus::kGood;

@@ -116,7 +116,7 @@ bool ensureFromUnicode(const EncodingRow& row, LogBase& log) {
 }
 
 bool ensureBestFit(const EncodingRow& row, LogBase& log) {
-  if (!hasTable(row) || row.bestFit == nullptr) return true;
+  if (row.bestFit == nullptr) return true;
   std::atomic<HashConvert*>& slot = tableSlots(row).bestFit;
   if (isPublished(slot)) return true;
   HashConvert* map = HashConvert::createNewObject(row.number);
@@ -134,7 +134,7 @@ bool ensureBestFit(const EncodingRow& row, LogBase& log) {
 
 void releaseTables() {
   for (const EncodingRow& row : encodingRows()) {
-    if (!hasTable(row) || !row.isReleased) continue;
+    if (!hasTableSlots(row) || !row.isReleased) continue;
     TableSlots& slots = tableSlots(row);
     releaseTable(slots.fromUnicode);
     releaseTable(slots.singleToUnicode);

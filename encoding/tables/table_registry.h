@@ -19,7 +19,7 @@ struct TableSlots {
   std::atomic<HashConvert*> bestFit;            // see buildBestFit()
 };
 
-// The slots of a row that has a table.
+// The slots of a row that has any; the best fits of an encoding with a codec are a table too.
 TableSlots& tableSlots(const EncodingRow& row);
 
 // Make sure that the table of a row is there: published complete, or not at all. False only when

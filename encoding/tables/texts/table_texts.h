@@ -141,6 +141,8 @@ extern const char _BestFit_932[];
 extern const char _BestFit_936[];
 extern const char _BestFit_949[];
 extern const char _BestFit_950[];
+extern const char _BestFit_55000[];
+extern const char _BestFit_200954[];
 extern const char _BestFit_1047[];
 extern const char _BestFit_1149[];
 extern const char _BestFit_1250[];

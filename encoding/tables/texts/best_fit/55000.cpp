@@ -1,0 +1,16 @@
+// Table text of code page 55000, _BestFit_55000; best fit. Packed by table_text; see docs/code-pages.md.
+#include "encoding/tables/texts/table_texts.h"
+
+const char _BestFit_55000[] =
+    "c4aeUs9AOAABCWmgzMUFZJlNZQUKw2wAGUH+///7DseshEMNJJmrwM0Ag0ABEVQBwAEDkhC990bX/wAL"
+    "UAgFEMSaCmhPUmhsk9TR6h+pqaA0AA0aDR6gAGgAbGqCTUkQoAADQABoaAN6UNAAAAAAPKBw0AANBoNA"
+    "YIAaGmmQDQ0aZADEDQAcNAADQaDQGCAGhppkA0NGmQAxA0AMgBTAtEACmCwUgCgDEiwl0HAJBLtOAIJq"
+    "QIFSlcYX0SDWnQvoXEakCXVSEUS82IaLGSpUwJu7DEAcmQmhAIkgxRAJNNKEFBiAyDLViJDgPJy6IhLi"
+    "djrPtUad3XTCt4s0Q4QCE4MFLJr45gkAHAEcQU4UOmgsLJMgdjUrExiQZSlhQgGbr42F6xSWo5us5DVP"
+    "AIxiiywuIp00kJPzOQ1JTAwPRX2snIabwkHlQa0RejKLTUWg0GmtmbkbzcGT2IgAE2KiyXbulVXLDKkK"
+    "0Ab6uX2Akhc3mlNqIiGRponqts3ngFODDovSAvSEkUkNFklmXMC5IbPXVFhOtdfaKHLta2JhpXURZdsP"
+    "8528ZAKQkikCzAUgWSmQpJTLMpWkLMIKBAskJIlmxaFJCzJKKaIi0UUIgBFCEpgSkkBEUGFNIUIChZRG"
+    "IEgWSSSyUkBQixVgKAMVYkUy9LDLhYwVmGWsgBrNXRFgpBGRE0aoCYJIElIXIEpgaiB1EhPqyQkF0B70"
+    "SdzcQ3cuUbqeDZfNGg9ObP8tGb8b/3Hazq25ozZ9GGqMzm+9a/N8s90mNKS5BkYVWNsMaGkFJdVA4rrE"
+    "NuyaV9LchSjCKot7jT5uTnNKRSYkgpFHPktAzML2ZHbfqjIqpoI5loyauD+77YhbaOLjcYZ9CFtrWa21"
+    "gtrt5v/F3JFOFCQQUKw2w";
