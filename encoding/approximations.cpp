@@ -32,7 +32,7 @@ std::uint32_t Approximations::find(std::uint32_t scalar) {
   }
   if (codec != nullptr && codec->approximate != nullptr) {
     const std::uint32_t other = codec->approximate(codec->write.parameters(), scalar);
-    if (other != 0) return other;
+    if (other != 0 && m_target->has(other)) return other;
   }
   const std::uint32_t other = m_bestFits == nullptr ? 0 : findBestFit(scalar);
   return other != 0 && m_target->has(other) ? other : 0;

@@ -75,6 +75,8 @@ TEST(StreamWriting, TellsOfWhatIsAlwaysWrittenAsSomethingElse) {
       {1201, kCodePageEucJp, "drop", "\0\xA5\xD8\0\x20\x3E"s, "\\~",
        "0+2 line 1 U+00A5 as \\, 4+2 line 1 U+203E as ~", 1},
       {65000, kCodePageEucJp, "stop", "a+AKU-b", "a\\b", "2+3 line 1 U+00A5 as \\"},
+      {kUtf8, 930, "stop", "a～日∥", "\x62\x0E\x43\xA1\x45\x62\x44\x7C\x0F",
+       "1+3 line 1 U+FF5E as 〜, 7+3 line 1 U+2225 as ‖"},
       // What reads back as it was, or as text that means the same, is no approximation.
       {kUtf8, 1258, "stop", "Ắ\u00A0", "\xC3\xEC\xA0", ""},
       {932, 932, "stop", "\x5C\xA0", "\x5C\xA0", ""},

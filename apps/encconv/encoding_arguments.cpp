@@ -90,10 +90,9 @@ bool parseEncodingArgument(std::string_view text, EncodingArgument& argument,
 }
 
 void applySuffixes(bool ignores, bool transliterates, StreamSettings& settings) {
-  const std::string rest = ignores ? "drop" : "substitute=?";
   settings.stopsAtMalformed = !ignores;
-  if (transliterates && parseStreamTreatment("best-fit," + rest, settings)) return;
-  parseStreamTreatment(rest, settings);
+  parseStreamTreatment(ignores ? "drop" : "substitute=?", settings);
+  settings.bestFit = transliterates;
 }
 
 std::string localeEncodingName() {

@@ -78,9 +78,10 @@ In front of a treatment may stand, each with a comma behind it, what to try
 first for a character that the output encoding does not have:
 
   compose           the one character that a letter and the marks behind it make,
-                    as for file names of Macs; not from encodings with shifts
+                    as for file names of Macs
   best-fit          the similar character that Windows writes in that encoding:
-                    a for a with ogonek, an ASCII letter for a full-width one
+                    a for a with ogonek, an ASCII letter for a full-width one;
+                    for EUC-JP and GSM, which Windows lacks, a list of our own
 
 They are tried in this order; alone they mean that nothing else is done:
 best-fit is best-fit,stop.

@@ -223,3 +223,13 @@ unsigned int writeShifted(const void* parameters, const unsigned char* data, uns
                           bool last, CodecState& state, DataBuffer& out, ReplacementSink* sink) {
   return run<Writer>(parameters, data, length, last, state, out, sink);
 }
+
+std::uint32_t approximateShifted(const void* parameters, std::uint32_t scalar) {
+  const auto& sets = *static_cast<const ShiftedSets*>(parameters);
+  for (const Mapping* const mapping : {sets.singles, sets.pairs}) {
+    const CodeTable* const table = mapping == nullptr ? nullptr : CodeTable::open(*mapping);
+    const char32_t other = table == nullptr ? char32_t{0} : table->approximationOf(scalar);
+    if (other != 0) return other;
+  }
+  return 0;
+}

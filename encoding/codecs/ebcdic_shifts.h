@@ -19,18 +19,24 @@ unsigned int readShifted(const void* parameters, const unsigned char* data, unsi
                          bool last, CodecState& state, DataBuffer& out, ReplacementSink* sink);
 unsigned int writeShifted(const void* parameters, const unsigned char* data, unsigned int length,
                           bool last, CodecState& state, DataBuffer& out, ReplacementSink* sink);
+// What one of the sets only writes; see Codec::approximate.
+std::uint32_t approximateShifted(const void* parameters, std::uint32_t scalar);
 
 template <const Mapping& singles, const Mapping& pairs>
 inline constexpr ShiftedSets kShiftedSets = {&singles, &pairs};
 template <const Mapping& singles, const Mapping& pairs>
-inline constexpr Codec kShiftedCodec = {1200,
-                                        {readShifted, &kShiftedSets<singles, pairs>},
-                                        {writeShifted, &kShiftedSets<singles, pairs>}};
+inline constexpr Codec kShiftedCodec = {.codePage = 1200,
+                                        .read = {readShifted, &kShiftedSets<singles, pairs>},
+                                        .write = {writeShifted, &kShiftedSets<singles, pairs>},
+                                        .approximate = approximateShifted};
 
 template <const Mapping& pairs>
 inline constexpr ShiftedSets kPairsOnly = {nullptr, &pairs};
 template <const Mapping& pairs>
-inline constexpr Codec kPairsCodec = {
-    1200, {readShifted, &kPairsOnly<pairs>}, {writeShifted, &kPairsOnly<pairs>}, nullptr, true};
+inline constexpr Codec kPairsCodec = {.codePage = 1200,
+                                      .read = {readShifted, &kPairsOnly<pairs>},
+                                      .write = {writeShifted, &kPairsOnly<pairs>},
+                                      .isStateless = true,
+                                      .approximate = approximateShifted};
 
 #endif  // ENCODING_CODECS_EBCDIC_SHIFTS_H_

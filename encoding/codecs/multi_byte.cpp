@@ -157,3 +157,8 @@ unsigned int writeMultiByte(const void* parameters, const unsigned char* data, u
                             bool last, CodecState& state, DataBuffer& out, ReplacementSink* sink) {
   return run<Writer>(parameters, data, length, last, state, out, sink);
 }
+
+std::uint32_t approximateMultiByte(const void* parameters, std::uint32_t scalar) {
+  const CodeTable* const table = CodeTable::open(*static_cast<const Mapping*>(parameters));
+  return table == nullptr ? 0 : table->approximationOf(scalar);
+}

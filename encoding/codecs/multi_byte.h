@@ -12,9 +12,14 @@ unsigned int readMultiByte(const void* parameters, const unsigned char* data, un
                            bool last, CodecState& state, DataBuffer& out, ReplacementSink* sink);
 unsigned int writeMultiByte(const void* parameters, const unsigned char* data, unsigned int length,
                             bool last, CodecState& state, DataBuffer& out, ReplacementSink* sink);
+// What the mapping only writes; see Codec::approximate.
+std::uint32_t approximateMultiByte(const void* parameters, std::uint32_t scalar);
 
 template <const Mapping& mapping>
-inline constexpr Codec kMultiByteCodec = {
-    1200, {readMultiByte, &mapping}, {writeMultiByte, &mapping}, nullptr, true};
+inline constexpr Codec kMultiByteCodec = {.codePage = 1200,
+                                          .read = {readMultiByte, &mapping},
+                                          .write = {writeMultiByte, &mapping},
+                                          .isStateless = true,
+                                          .approximate = approximateMultiByte};
 
 #endif  // ENCODING_CODECS_MULTI_BYTE_H_
