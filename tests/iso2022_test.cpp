@@ -1,3 +1,5 @@
+#include <algorithm>
+#include <random>
 #include <string>
 #include <thread>
 #include <tuple>
@@ -6,7 +8,9 @@
 #include "encoding/clean_conversion.h"
 #include "support/japanese.h"
 #include "support/korean.h"
-#include "tests/test_support.h"
+#include "support/utf.h"
+#include "tests/codec_support.h"
+#include "tests/stream_support.h"
 
 namespace {
 
@@ -103,6 +107,211 @@ TEST(Iso2022, LastBlockIsSharedAndComesBack) {
   Japanese::releaseLastBlock();
   const auto* again = reinterpret_cast<const char*>(Japanese::GetSjisFrom2022_LastBlock());
   EXPECT_EQ(std::string(again, before.size()), before);
+}
+
+// ---- The encodings that are driven by a table of designations ----
+
+constexpr int kCn = 50227, kCnTraditional = 50229, kCnExt = 200850, kJp1 = 200851, kJp2 = 200852,
+              kJp3 = 200853, kJp2004 = 200854, kJpExt = 200855;
+constexpr int kSchemes[] = {kCn, kCnTraditional, kCnExt, kJp1, kJp2, kJp3, kJp2004, kJpExt};
+
+// What other converters wrote, as of glibc 2.36, Python 3.11 and ICU 72.
+const struct {
+  const char* tool;
+  int number;
+  const char *text, *coded;
+  bool isWritten = true;
+} kPeers[] = {
+    {"iconv ISO-2022-JP-2", kJp2, "件名：丂 é Ωabc\n¥100 ～ ｱｲ 俱你 한글 ·\r\n",
+     "\x1B$B7oL>!'\x1B$(D0!\x1B(B \x1B$(D+1\x1B(B \x1B$B&8\x1B(Babc\n\x1B(J\\100\x1B(B \x1B$(D\"7"
+     "\x1B(B \x1B(I12\x1B(B \x1B$A>cDc\x1B(B \x1B$(CGQ1[\x1B(B \x1B.A\x1BN7\r\n"},
+    {"uconv ISO_2022,locale=ja,version=2", kJp2, "é¥a ¥\n¥ Ω 漢字é\r\nά",
+     "\x1B.A\x1BNi\x1BN%a \x1BN%\n\x1B(J\\ \x1B$B&8\x1B(B \x1B$B4A;z\x1B.A\x1BNi\x1B(B\r\n\x1B.F"
+     "\x1BN\\",
+     false},
+    {"iconv ISO-2022-JP-3", kJp3, "俱 か゚き 𠀋〘丂é̀\nｱ¥ 亜\n",
+     "\x1B$(Q.!\x1B(B \x1B$(O$w$-\x1B(B \x1B$(O.\"\"X\x1B$(P!\"\x1B$(O)_+\\\x1B(B\n\x1B(I1\x1B(J\\"
+     "\x1B(B \x1B$B0!\x1B(B\n"},
+    {"Python iso2022_jp_3", kJp3, "か゚き 𠀋〘丂é̀\n亜\n",
+     "\x1B$(O$w\x1B$B$-\x1B(B \x1B$(O.\"\"X\x1B$(P!\"\x1B$(O)_+\\\x1B(B\n\x1B$B0!\x1B(B\n", false},
+    {"Python iso2022_jp_2004", kJp2004, "俱 か゚き 𠀋〘丂é̀\n亜\n",
+     "\x1B$(Q.!\x1B(B \x1B$(Q$w\x1B$B$-\x1B(B \x1B$(Q.\"\"X\x1B$(P!\"\x1B$(Q)_+\\\x1B(B\n\x1B$B0!"
+     "\x1B(B\n",
+     false},
+    {"Python iso2022_jp_1", kJp1, "丂é¥ ~\\漢\n", "\x1B$(D0!+1\x1B(J\\\x1B(B ~\\\x1B$B4A\x1B(B\n"},
+    {"Python iso2022_jp_ext", kJpExt, "丂ｱ¥漢\n", "\x1B$(D0!\x1B(I1\x1B(J\\\x1B$B4A\x1B(B\n"},
+    {"iconv ISO-2022-CN and -CN-EXT", kCn, "中文 abc 個仉個\n中仉囀龘\r\n",
+     "\x1B$)A\x0EVPND\x0F abc \x1B$)G\x0ET6\x1B$*H\x1BN!3T6\x0F\n\x1B$)A\x0EVPXk\x1B$)Gze\x1B$*H"
+     "\x1BNrD\x0F\r\n"},
+    {"iconv ISO-2022-CN-EXT", kCnExt, "中文 abc 個丂㐀\n𠀋",
+     "\x1B$)A\x0EVPND\x0F abc \x1B$)G\x0ET6\x1B$+J\x1BO!&\x1B$+L\x1BO\",\x0F\n\x1B$+I\x1BO!D"},
+    {"by hand", kCnTraditional, "中文 仉亚\n",
+     "\x1B$)G\x0E"
+     "DcEF\x0F \x1B$*H\x1BN!3\x1B$)A\x0EQG\x0F\n"},
+};
+
+TEST(Iso2022Sets, AgreeWithOtherConverters) {
+  for (const auto& peer : kPeers) {
+    const Codec& codec = codecOf(peer.number);
+    const std::string text = convert(65001, 1200, peer.text).out, coded = peer.coded;
+    const Result read = wholly(codec.read, coded);
+    EXPECT_EQ(hex(read.text), hex(text)) << peer.tool;
+    EXPECT_FALSE(read.state.replaced) << peer.tool;
+    if (peer.isWritten) {
+      EXPECT_EQ(hex(wholly(codec.write, text).text), hex(coded)) << peer.tool;
+    }
+    // Every truncation is read up to its end as the whole text is, and alike in pieces.
+    for (std::size_t length = 0; length < coded.size(); ++length) {
+      const std::string_view cut(coded.data(), length);
+      const Result begun = inPieces(codec.read, cut, {}, false), ended = wholly(codec.read, cut);
+      EXPECT_TRUE(text.starts_with(begun.text)) << peer.tool << ' ' << length;
+      EXPECT_TRUE(ended.text.starts_with(begun.text)) << peer.tool << ' ' << length;
+      EXPECT_TRUE(ended == inPieces(codec.read, cut, {length / 2})) << peer.tool << ' ' << length;
+    }
+  }
+}
+
+TEST(Iso2022Sets, ConvertAndReportHoweverTheTextIsCut) {
+  const Codec &cn = codecOf(kCn), &jp2 = codecOf(kJp2), &jp3 = codecOf(kJp3);
+  const Case cases[] = {
+      // All forms of a designation; what the end of a line forgets, and what it keeps.
+      {jp2.read,
+       "\x1B$@0!\x1B$(B0!\x1B&@\x1B$B0!\x1B$(A>c\n0!\x1B(J\\\r\n\\\x1B(I1\n1",
+       utf16(u"亜亜亜俱\n0!¥\r\n¥ｱ\n1"),
+       {}},
+      {cn.read,
+       "\x1B$)A\x0EVP VP\nVP\x0EVP\x0F\x1B$)G\x1B$*H\x0E!\"\x1BN!3!\"\r\x0E!\"\n\x1BN!3",
+       utf16(u"中 中\nVP\xFFFD\xFFFD，仉，\r，\n\xFFFD"),
+       {{13, 1, 12}, {14, 2, 14}, {39, 4, 28}}},
+      // Half a pair, an unassigned one, bytes of 8 bits; half a character behind a single shift.
+      {cn.read,
+       "\x1B$)A\x0EV V\x0FV\x0E)!V\x80\xD6\xD0\x1B$*H\x1BN!\n\x1BN",
+       utf16(u"\xFFFD \xFFFDV\xFFFD\xFFFD\xFFFD\xFFFD\xFFFD\xFFFD\n\xFFFD"),
+       {{5, 1, 0},
+        {7, 1, 4},
+        {11, 2, 8},
+        {13, 1, 10},
+        {14, 1, 12},
+        {15, 1, 14},
+        {16, 1, 16},
+        {21, 3, 18},
+        {25, 2, 22}}},
+      {jp2.read,
+       "\x1BNi\x1B.A\x1BNi\x1BN\x1BN\x7F\x1B.Z\x1BNiz",
+       utf16(u"\xFFFDéÿ\xFFFD\xFFFDz"),
+       {}},
+      // Sets that are not known, until one is or the line ends; other controls are text.
+      {jp3.read,
+       "\x1B$(D0!0!\x1B(Zab c\x1B$B0!\x1B$)C\x1B$AVP\nVP\x1B[m\x1B\x0E\x1B(",
+       utf16(u"\xFFFD\xFFFD\xFFFD\xFFFD\xFFFD\xFFFD "
+             u"\xFFFD亜\xFFFD\xFFFD\xFFFD\nVP\x1B[m\x1B\x0E\x1B("),
+       {{0, 4, 0},
+        {4, 2, 2},
+        {6, 2, 4},
+        {8, 3, 6},
+        {11, 1, 8},
+        {12, 1, 10},
+        {14, 1, 14},
+        {20, 4, 18},
+        {24, 3, 20},
+        {27, 2, 22}}},
+      // A letter that begins a sequence, at the end of one; and the sequence that is none.
+      {jp3.write,
+       utf16(u"かか゚かæ̀æ") + std::string("\x4B\x30", 2),
+       "\x1B$B$+\x1B$(O$w$++D)\\$+\x1B(B",
+       {}},
+      {jp3.write,
+       utf16(u"か゚") + std::string("\x4B\x30\xCA", 3),
+       "\x1B$(O$w$+\x1B(B?",
+       {{6, 1, 11}}},
+      // Controls that would be read as shifts, and those that would not; no character; no place.
+      {cn.write,
+       utf16(u"\x1B$\x1BN\x1B(\x1B[\x1B\x1B\x0E中\x0F\x1B"),
+       "?$?N?(\x1B[\x1B\x1B?\x1B$)A\x0EVP\x0F?\x1B",
+       {{0, 2, 0}, {4, 2, 2}, {8, 2, 4}, {20, 2, 10}, {24, 2, 19}}},
+      {jp2.write, utf16(u"\x1BN\x1BO\xDE00丏\xD83D\xDE00亜¥a €") + "z", "?N?O?\x1B$A\x1B(B?", {}},
+  };
+  for (const Case& c : cases) {
+    if (!c.places.empty() || !wholly(c.convert, c.in).state.replaced) checkCase(c);
+  }
+}
+
+TEST(Iso2022Sets, StandAnyBytesHoweverTheyAreCut) {
+  const std::string shifts =
+      "\x1B\x1B\x1B$$()*+.&@ABCDEGHIJFOPQMNO\x0E\x0F\r\n0!$\"VPi~+\x20\x7F\x80";
+  // Letters that begin sequences and their second halves among them, both bytes of which are here.
+  const std::string units(
+      "\0\0\0\0az\x1B$(\n\x0E\x0F\x4B\x30\x4B\x30\x9A\x30\xE9\x02\xE5\x4E\xD8\xDC", 28);
+  std::vector<Direction> directions;
+  for (const int number : kSchemes) {
+    directions.push_back({codecOf(number).read, -1, 4, shifts});
+    directions.push_back({codecOf(number).write, 0, 6, units});
+  }
+  checkAnyBytes(directions, 300);
+}
+
+// Everything that is written comes back, each on a line of its own and in one text. As many
+// characters have a place as with the peers, character for character: glibc for -JP-2, -JP-3 and
+// -CN-EXT, and -CN; Python for the others, but for FF5E, and 0xFF5F, FF60, 2014 of -JP-2004.
+TEST(Iso2022Sets, KeepEveryCharacterThatHasAPlace) {
+  const struct {
+    int number;
+    int written;
+  } counts[] = {{kCn, 16299},  {kCnTraditional, 16299}, {kCnExt, 51284},  {kJp1, 12948},
+                {kJp2, 18670}, {kJp3, 11274},           {kJp2004, 11209}, {kJpExt, 13011}};
+  for (const auto& c : counts) {
+    const Codec& codec = codecOf(c.number);
+    std::string lines, text;
+    int written = 0;
+    for (char32_t scalar = 0xA0; scalar < 0x30000; ++scalar) {
+      if (isSurrogate(scalar) || (scalar > 0xFFFF && scalar < 0x20000)) continue;
+      const std::u16string units =
+          scalar < 0x10000 ? std::u16string(1, static_cast<char16_t>(scalar))
+                           : std::u16string{static_cast<char16_t>(highSurrogateOf(scalar)),
+                                            static_cast<char16_t>(lowSurrogateOf(scalar))};
+      const std::string alone = utf16(units);
+      const Result coded = wholly(codec.write, alone);
+      if (coded.state.replaced) continue;
+      ++written;
+      ASSERT_EQ(hex(wholly(codec.read, coded.text).text), hex(alone));
+      lines += alone + std::string("\n", 2);
+      text += alone;
+    }
+    EXPECT_EQ(written, c.written) << c.number;
+    EXPECT_TRUE(wholly(codec.read, wholly(codec.write, lines).text).text == lines) << c.number;
+    EXPECT_TRUE(wholly(codec.read, wholly(codec.write, text).text).text == text) << c.number;
+  }
+}
+
+// Texts that can be written come back, as streams cut them; EncConvert converts none of these.
+TEST(Iso2022Sets, ComeBackFromStreams) {
+  std::mt19937 random(2022);
+  const char32_t parts[] = {U'a', U' ', U'\n', U'中', U'個', U'仉', U'丏',   U'か', 0x309A, U'ｱ',
+                            U'é', U'α', U'한', U'¥',  0x1B,  U'(',  0x2000B, U'㐀', U'龘',  U'ǎ'};
+  for (int round = 0; round < 200; ++round) {
+    for (const int number : kSchemes) {
+      std::u32string scalars;
+      for (std::size_t size = random() % 60; size != 0; --size) {
+        scalars += parts[random() % std::size(parts)];
+      }
+      const std::string text(reinterpret_cast<const char*>(scalars.data()), 4 * scalars.size());
+      const auto pieces = [&] { return random() % 7 + 1; };
+      StreamResult coded = stream(settingsFor(12000, number, "drop"), text, pieces);
+      std::ranges::sort(coded.errors, {}, &StreamError::offset);
+      const StreamResult back = stream(settingsFor(number, 12000), coded.text, pieces);
+      std::string kept;
+      std::size_t done = 0;
+      for (const StreamError& error : coded.errors) {
+        kept += text.substr(done, error.offset - done);
+        done = error.offset + error.length;
+      }
+      ASSERT_EQ(hex(back.text), hex(kept + text.substr(done))) << number << hex(coded.text);
+      ASSERT_TRUE(back.errors.empty()) << number;
+    }
+  }
+  for (const int number : kSchemes) {
+    EXPECT_FALSE(convert(number, 65001, "a").ok && convert(65001, number, "a").ok);
+  }
 }
 
 }  // namespace

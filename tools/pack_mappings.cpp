@@ -208,6 +208,9 @@ std::string identifier(std::string name) {
   return "kMap_" + name;
 }
 
+// The base is a table text in pieces, which a function appends.
+bool isText(const std::string& base) { return base.compare(0, 3, "Get") == 0; }
+
 bool isNumber(const std::string& text) {
   return !text.empty() && text.find_first_not_of("0123456789") == std::string::npos;
 }
@@ -224,17 +227,20 @@ void writeImage(const std::string& image, std::ostream& out) {
 }
 
 void writeSource(const std::vector<MappingFile>& mappings, std::ostream& out) {
-  out << "// Made by pack_mappings.\n#include \"encoding/codecs/mapping_list.h\"\n\n";
+  out << "// Made by pack_mappings.\n#include \"encoding/codecs/mapping_list.h\"\n\n"
+         "#include \"encoding/tables/texts/table_texts.h\"\n\n";
   for (std::size_t i = 0; i < mappings.size(); ++i) {
     const MappingFile& mapping = mappings[i];
-    const bool isOverPage = isNumber(mapping.over);
+    const bool isOverPage = isNumber(mapping.over), isOverText = isText(mapping.over);
     const std::string image = pack(mapping);
     out << "const Mapping " << identifier(mapping.name) << " = {";
     writeImage(image, out);
     out << ", " << i << ", "
-        << (mapping.over.empty() || isOverPage ? "nullptr" : '&' + identifier(mapping.over)) << ", "
-        << (isOverPage ? mapping.over : "0") << ", " << (mapping.hasGb18030Rest ? "true" : "false")
-        << "};\n";
+        << (mapping.over.empty() || isOverPage || isOverText ? "nullptr"
+                                                             : '&' + identifier(mapping.over))
+        << ", " << (isOverPage ? mapping.over : "0") << ", "
+        << (mapping.hasGb18030Rest ? "true" : "false") << ", "
+        << (isOverText ? mapping.over : "nullptr") << "};\n";
   }
 }
 
@@ -254,7 +260,7 @@ int run(int count, char** arguments) {
   for (int i = 3; i < count; ++i) mappings.push_back(load(arguments[i]));
   for (const MappingFile& mapping : mappings) {
     const bool isKnown =
-        mapping.over.empty() || isNumber(mapping.over) ||
+        mapping.over.empty() || isNumber(mapping.over) || isText(mapping.over) ||
         std::any_of(mappings.begin(), mappings.end(), [&](const MappingFile& other) {
           return other.name == mapping.over && &other != &mapping;
         });

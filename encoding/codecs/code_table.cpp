@@ -184,6 +184,7 @@ bool CodeTable::build(const Mapping& mapping) {
     m_nodes.add(kEmpty.data(), kEmpty.size());
     m_codes.add(kEmpty.data(), kEmpty.size());
     if (hasFailed() || (mapping.basePage != 0 && !applyPage(mapping.basePage))) return false;
+    if (mapping.baseText != nullptr && !applyPieces(mapping.baseText)) return false;
   }
   if (!apply(mapping.image)) return false;
   m_hasCounted = m_hasCounted || mapping.hasGb18030Rest;
@@ -193,15 +194,15 @@ bool CodeTable::build(const Mapping& mapping) {
 bool CodeTable::applyPage(int number) {
   const EncodingRow* const row = findEncodingRow(number);
   if (row == nullptr || !hasTable(*row)) return false;
-  bool isGood = true;
-  if (row->appendText != nullptr) {
-    StringBuffer text;
-    row->appendText(text);
-    isGood = !text.hasFailed() && applyText(text.getString(), false);
-  } else {
-    isGood = applyText(row->text, false);
-  }
+  const bool isGood =
+      row->appendText != nullptr ? applyPieces(row->appendText) : applyText(row->text, false);
   return isGood && (row->onlyReadText == nullptr || applyText(row->onlyReadText, true));
+}
+
+bool CodeTable::applyPieces(void (*appendText)(StringBuffer& out)) {
+  StringBuffer text;
+  appendText(text);
+  return !text.hasFailed() && applyText(text.getString(), false);
 }
 
 // The pairs of a table text (docs/code-pages.md).

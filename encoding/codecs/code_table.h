@@ -7,6 +7,7 @@
 
 #include "support/rows.h"
 
+class StringBuffer;
 struct EncodingRow;
 
 // A mapping file as the build packed it (tools/pack_mappings.cpp).
@@ -24,6 +25,7 @@ struct Mapping {
   const Mapping* base;  // what this one changes, or null
   int basePage;         // the code page that it changes, or 0
   bool hasGb18030Rest;  // scalar values without a code have one of four bytes, by counting
+  void (*baseText)(StringBuffer& out);  // appends the table text that it changes, or null
 };
 
 // Built complete, then read by any number of threads.
@@ -104,6 +106,7 @@ class CodeTable {
   bool isForm(const unsigned char* bytes, std::size_t count, unsigned int length) const;
   bool build(const Mapping& mapping);
   bool applyPage(int number);
+  bool applyPieces(void (*appendText)(StringBuffer& out));
   bool applyText(const char* tableText, bool isOnlyRead);
   void setOneWaysApart();
   bool apply(const char* image);

@@ -1,0 +1,496 @@
+#include "encoding/codecs/iso2022.h"
+
+#include "encoding/codecs/escape_sequence.h"
+#include "encoding/codecs/unit_text.h"
+
+namespace {
+
+using Entry = CodeTable::Entry;
+
+constexpr std::uint8_t kPlaces = 4;
+
+// What stands in a place: the number of a designation plus 1, or one of these.
+using InPlace = std::uint8_t;
+constexpr InPlace kInitial = 0;     // ASCII in G0, nothing in the others
+constexpr InPlace kUnknown = 0xFE;  // a set of single bytes that is not known
+constexpr InPlace kUnknownPairs = 0xFF;
+
+constexpr bool isLineEnd(unsigned int character) { return character == '\n' || character == '\r'; }
+constexpr bool isControl(unsigned int character) { return character < 0x20 || character == 0x7F; }
+
+// A set with its table.
+struct OpenSet {
+  const GraphicSet* set = nullptr;  // null: unknown
+  const CodeTable* table = nullptr;
+  Entry node = CodeTable::kNode;  // of the first byte of a character
+  unsigned char high = 0;         // the high bit of its bytes in the table
+  std::uint32_t mask = 0;         // of the 7 bits of its bytes
+  std::uint32_t least = 0;        // which are this or more
+
+  bool isAscii() const { return set != nullptr && set->mapping == nullptr; }
+  bool isGraphic(unsigned char byte) const {
+    return (byte > 0x20 && byte < 0x7F) || (set != nullptr && set->has96 && byte >= 0x20);
+  }
+  // The code of a scalar value that the table has, in 7 bits; 0 where it is none of the set.
+  std::uint32_t codeIn(std::uint32_t code) const {
+    const std::uint32_t own = code & mask;
+    return (code & ~mask) == set->bits && own >= least ? own : 0;
+  }
+};
+
+// What both directions do. CodecState::bits has what stands in the places, G0 in its low byte;
+// shiftedOut says that G1 is called.
+template <class Base>
+struct Direction : Base {
+  using Base::Base;
+  using Base::state;
+  const Iso2022& scheme = *static_cast<const Iso2022*>(Base::parameters);
+  bool isOutOfMemory = false;
+
+  InPlace inPlace(unsigned int place) const {
+    return static_cast<InPlace>(state.bits >> 8 * place);
+  }
+  void designate(unsigned int place, InPlace what) {
+    state.bits &= ~(0xFFu << 8 * place);
+    state.bits |= std::uint32_t{what} << 8 * place;
+  }
+  // Whether something stands in G1 to G3.
+  bool hasOthers() const { return state.bits > 0xFF; }
+  void forgetOthers() { state.bits &= 0xFF; }
+
+  const GraphicSet* setIn(unsigned int place) const {
+    constexpr static GraphicSet kAscii = {nullptr, 1, false, 0, true};
+    const InPlace what = inPlace(place);
+    if (what == kInitial) return place == 0 ? &kAscii : nullptr;
+    return what >= kUnknown ? nullptr : scheme.designations[what - 1].set;
+  }
+  OpenSet open(const GraphicSet* set) {
+    OpenSet opened;
+    opened.set = set;
+    if (set == nullptr || set->mapping == nullptr) return opened;
+    opened.table = CodeTable::open(*set->mapping);
+    opened.high = static_cast<unsigned char>(set->bits & 0x80);
+    opened.mask = set->length == 2 ? 0x7F7F : 0x7F;
+    opened.least = set->length == 2 ? 0x2121 : set->has96 ? 0x20 : 0x21;
+    if (opened.table == nullptr) {
+      isOutOfMemory = true;
+      opened.set = nullptr;
+      return opened;
+    }
+    // Bytes that stand in front of those of the character.
+    for (unsigned int shift = 24; shift >= 8u * set->length; shift -= 8) {
+      const std::uint32_t byte = set->bits >> shift & 0xFF;
+      if (byte != 0) opened.node = opened.table->node(opened.node)[byte];
+    }
+    return opened;
+  }
+  // The set that is called.
+  OpenSet openCalled() { return open(setIn(state.shiftedOut ? 1 : 0)); }
+
+  void endText() {
+    state.bits = 0;
+    state.shiftedOut = false;
+  }
+};
+
+// ---- Reading ----
+
+struct Reader : Direction<UnitReader> {
+  using Direction::Direction;
+  OpenSet called = openCalled();
+
+  bool step() {
+    if (isOutOfMemory) return fail();
+    const unsigned char* const stop = readable();
+    while (p < stop) {
+      const unsigned char* const before = p;
+      if (called.isAscii()) {
+        copyText(stop);
+      } else if (called.set != nullptr && called.set->length == 2) {
+        copyPairs(stop);
+      }
+      if (p == before || room() < kMinRoom) return p == end || readUnit();
+    }
+    return true;
+  }
+  void finish() { Direction::endText(); }
+
+  bool fail() {
+    out.latchFailure();
+    p = end;
+    return true;
+  }
+
+  // ASCII, with a look at the ends of lines only where they mean something.
+  void copyText(const unsigned char* stop) {
+    const unsigned char newline = hasOthers() ? '\n' : kEscape;
+    const unsigned char shiftOut = scheme.hasShifts ? kShiftOut : kEscape;
+    const unsigned char shiftIn = scheme.hasShifts ? kShiftIn : kEscape;
+    while (stop - p >= std::ptrdiff_t{kVector}) {
+      const Bytes16 text = Bytes16::load(p);
+      const unsigned int count = countLow(text | equal(text, kEscape) | equal(text, shiftOut) |
+                                          equal(text, shiftIn) | equal(text, newline));
+      if (count == 0) return;
+      storeAsUnits(text, dest);
+      p += count;
+      dest += 2 * count;
+      if (count != kVector) return;
+    }
+    for (; p < stop && *p < 0x80; ++p) {
+      if (*p == kEscape || *p == shiftOut || *p == shiftIn || *p == newline) return;
+      putUnit(*p);
+    }
+  }
+
+  // Characters of two bytes that are one unit.
+  void copyPairs(const unsigned char* stop) {
+    const CodeTable& table = *called.table;
+    const Entry* const rows = table.node(called.node);
+    const unsigned char high = called.high;
+    const unsigned char* in = p;
+    unsigned char* to = dest;
+    for (; in < stop && end - in > 1; in += 2, to += 2) {
+      if (in[0] <= 0x20 || in[0] >= 0x7F || in[1] <= 0x20 || in[1] >= 0x7F) break;
+      Entry entry = rows[in[0] | high];
+      if ((entry & CodeTable::kKind) != CodeTable::kNode) break;
+      entry = table.node(entry)[in[1] | high];
+      if (entry - CodeTable::kScalar > 0xFFFF) break;
+      storeLow(to, static_cast<std::uint16_t>(entry));
+    }
+    p = in;
+    dest = to;
+  }
+
+  // What the loops leave. False when what follows decides.
+  bool readUnit() {
+    const unsigned char byte = *p;
+    if (byte >= 0x80) return refuse(1);
+    if (byte == kEscape) return readEscape();
+    if (scheme.hasShifts && (byte == kShiftOut || byte == kShiftIn)) return readShift();
+    if (isLineEnd(byte)) return readLineEnd();
+    if (!called.isGraphic(byte)) return passUnit();
+    return readGraphic();
+  }
+  bool passUnit() {
+    putUnit(*p++);
+    return true;
+  }
+
+  // Lines begin in a set of letters, whatever the one before has forgotten.
+  bool readLineEnd() {
+    if (*p == '\n') forgetOthers();
+    state.shiftedOut = false;
+    const GraphicSet* const first = setIn(0);
+    if (first == nullptr || !first->isLatin) designate(0, kInitial);
+    called = openCalled();
+    return passUnit();
+  }
+
+  bool readGraphic() {
+    if (called.isAscii()) return passUnit();
+    const bool isPair = called.set != nullptr ? called.set->length == 2
+                                              : inPlace(state.shiftedOut ? 1 : 0) != kUnknown;
+    if (isPair && left() < 2 && !last) return false;
+    if (isPair && (left() < 2 || !called.isGraphic(p[1]))) return refuse(1);
+    return readCharacter(called, 0, isPair ? 2 : 1);
+  }
+
+  // A character whose bytes follow a shift.
+  bool readCharacter(const OpenSet& from, unsigned int shift, unsigned int length) {
+    Entry entry = CodeTable::kNothing;
+    if (from.set != nullptr && from.set->length == length) {
+      entry = from.node;
+      for (unsigned int i = 0; i < length; ++i) {
+        if ((entry & CodeTable::kKind) != CodeTable::kNode) return refuse(shift + length);
+        entry = from.table->node(entry)[p[shift + i] | from.high];
+      }
+    }
+    const Entry kind = entry & CodeTable::kKind;
+    if (entry == CodeTable::kNothing || kind == CodeTable::kNode) return refuse(shift + length);
+    putEntry(*from.table, entry);
+    p += shift + length;
+    return true;
+  }
+
+  // What is called without a designation is not known.
+  bool readShift() {
+    const bool isOut = *p == kShiftOut;
+    const bool isLacking = isOut && inPlace(1) == kInitial;
+    if (isLacking) designate(1, kUnknownPairs);
+    state.shiftedOut = isOut;
+    called = openCalled();
+    if (isLacking) return refuse(1);
+    ++p;
+    return true;
+  }
+
+  bool readEscape() {
+    bool isCut = left() < 2;
+    for (std::size_t i = 0; i < scheme.designationCount; ++i) {
+      const Designation& designation = scheme.designations[i];
+      const unsigned int length = matchDesignation(designation.escape, isCut);
+      if (length == 0) continue;
+      designate(designation.place, static_cast<InPlace>(i + 1));
+      called = openCalled();
+      p += 1 + length;
+      return true;
+    }
+    if (scheme.singleShiftBytes != 0 && !isCut && (p[1] == 'N' || p[1] == 'O')) {
+      return readSingleShift(p[1] == 'N' ? 2 : 3);
+    }
+    // The edition of the set that is designated next, which changes nothing.
+    if (left() > 2 && p[1] == '&' && p[2] >= 0x40 && p[2] < 0x7F) {
+      p += 3;
+      return true;
+    }
+    isCut = isCut || (left() == 2 && p[1] == '&');
+    const unsigned int unknown = designationLength(p + 1, end, isCut);
+    if (isCut && !last) return false;
+    return unknown == 0 ? passUnit() : readUnknown(unknown);
+  }
+  // How many bytes behind the ESC are a designation, which sets of pairs in G0 have two forms of.
+  unsigned int matchDesignation(std::string_view escape, bool& isCut) const {
+    const auto match = [&](std::string_view tail) {
+      const EscapeMatch result = matchEscape(p + 1, end, tail);
+      isCut = isCut || result == EscapeMatch::kMaybe;
+      return result == EscapeMatch::kYes;
+    };
+    if (match(escape)) return static_cast<unsigned int>(escape.size());
+    if (escape.size() != 2 || escape[0] != '$') return 0;
+    const char regular[] = {'$', '(', escape[1]};
+    return match({regular, sizeof regular}) ? sizeof regular : 0;
+  }
+  // A designation of a set that is not known: what follows must not be taken for another's.
+  bool readUnknown(unsigned int length) {
+    const bool isPairs = p[1] == '$';
+    const unsigned char intermediate = p[length - 1];
+    const bool is96 = intermediate >= 0x2D;
+    const unsigned int place = intermediate < 0x28 ? 0
+                               : is96              ? intermediate - 0x2Cu
+                                                   : (intermediate - 0x28u) % kPlaces;
+    designate(place, isPairs ? kUnknownPairs : kUnknown);
+    called = openCalled();
+    return refuse(1 + length);
+  }
+
+  bool readSingleShift(unsigned int place) {
+    const OpenSet from = open(setIn(place));
+    if (isOutOfMemory) return fail();
+    const unsigned int length = scheme.singleShiftBytes;
+    unsigned int known = 0;
+    while (known < length && known + 2 < left() && from.isGraphic(p[2 + known])) ++known;
+    if (known < length && known + 2 == left() && !last) return false;
+    return known < length ? refuse(2 + known) : readCharacter(from, 2, length);
+  }
+};
+
+// ---- Writing ----
+
+struct Writer : Direction<UnitWriter> {
+  using Direction::Direction;
+  OpenSet called = openCalled();
+  const OpenSet composing = openComposing();
+
+  bool step() {
+    if (isOutOfMemory) {
+      out.latchFailure();
+      p = end;
+      return true;
+    }
+    const unsigned char* const stop = writable();
+    while (p < stop) {
+      const unsigned char* const before = p;
+      if (called.isAscii()) {
+        copyText(stop);
+      } else if (called.set->length == 2) {
+        copyPairs(stop);
+      }
+      if (p == before || room() < kMinRoom) return p == end || writeUnit();
+    }
+    return true;
+  }
+  void finish() {
+    enterAscii();
+    Direction::endText();
+  }
+
+  // The set whose table has the sequences, if any.
+  OpenSet openComposing() {
+    for (std::size_t i = 0; i < scheme.designationCount; ++i) {
+      if (scheme.designations[i].set->hasSequences) return open(scheme.designations[i].set);
+    }
+    return {};
+  }
+  bool beginsSequence(char32_t scalar) const {
+    return composing.table != nullptr &&
+           (composing.table->loadCode(scalar) & CodeTable::kBegins) != 0;
+  }
+
+  // ASCII, with a look at the ends of lines only where they mean something.
+  void copyText(const unsigned char* stop) {
+    const bool isLineLoud = hasOthers();
+    const unsigned char lineFeed = isLineLoud ? '\n' : kEscape;
+    const unsigned char carriageReturn = isLineLoud ? '\r' : kEscape;
+    const unsigned char shiftOut = scheme.hasShifts ? kShiftOut : kEscape;
+    const unsigned char shiftIn = scheme.hasShifts ? kShiftIn : kEscape;
+    while (stop - p >= std::ptrdiff_t{2 * kVector}) {
+      const Bytes16 text = loadUnits(p);
+      const unsigned int count =
+          countLow(text | equal(text, kEscape) | equal(text, shiftOut) | equal(text, shiftIn) |
+                   equal(text, lineFeed) | equal(text, carriageReturn));
+      if (count == 0) return;
+      text.store(dest);
+      p += 2 * count;
+      dest += count;
+      if (count != kVector) return;
+    }
+    for (; stop - p >= 2 && p[1] == 0 && p[0] < 0x80; p += 2) {
+      const unsigned char byte = p[0];
+      if (byte == kEscape || byte == shiftOut || byte == shiftIn || byte == lineFeed ||
+          byte == carriageReturn) {
+        return;
+      }
+      put(byte);
+    }
+  }
+
+  // Units that the set at hand has.
+  void copyPairs(const unsigned char* stop) {
+    const unsigned char* in = p;
+    unsigned char* to = dest;
+    for (; stop - in >= 2; in += 2, to += 2) {
+      const std::uint32_t unit = loadLow<std::uint16_t>(in);
+      const std::uint32_t code = called.codeIn(called.table->loadCode(unit));
+      if (code == 0 || beginsSequence(unit)) break;
+      to[0] = static_cast<unsigned char>(code >> 8);
+      to[1] = static_cast<unsigned char>(code);
+    }
+    p = in;
+    dest = to;
+  }
+
+  // False when what follows decides.
+  bool writeUnit() {
+    const Character character = characterAt(p);
+    if (character.length == 0) return false;
+    if (!character.isScalar) return refuseAs(character.length);
+    if (isControl(character.scalar)) return writeControl(static_cast<unsigned char>(*p));
+    if (character.scalar < 0x80) return writeAscii(static_cast<unsigned char>(*p));
+    if (beginsSequence(character.scalar)) {
+      bool isCut = false;
+      unsigned int length = 0;
+      const auto* const sequence = sequenceAt(*composing.table, length, isCut);
+      if (isCut && !last) return false;
+      if (sequence != nullptr) return writeSequence(sequence->code, length);
+    }
+    return writeScalar(character.scalar, character.length);
+  }
+
+  // In the set that is called if that has the character, else in another of its standard, else in
+  // the first one that has it.
+  bool writeScalar(char32_t scalar, unsigned int length) {
+    if (writeIn(called, scalar, length)) return true;
+    for (const bool isAkin : {true, false}) {
+      for (std::size_t i = 0; i < scheme.designationCount; ++i) {
+        const Designation& designation = scheme.designations[i];
+        if (!designation.isWritten) continue;
+        if (isAkin && designation.set->mapping != called.set->mapping) continue;
+        const OpenSet set = open(designation.set);
+        if (isOutOfMemory) return true;
+        if (set.table == nullptr || set.codeIn(set.table->codeOf(scalar)) == 0) continue;
+        call(static_cast<InPlace>(i + 1), set);
+        return writeIn(set, scalar, length);
+      }
+    }
+    return refuseAs(length);
+  }
+  bool writeIn(const OpenSet& set, char32_t scalar, unsigned int length) {
+    const std::uint32_t code =
+        set.table != nullptr ? set.codeIn(set.table->codeOf(scalar)) : std::uint32_t{0};
+    if (code == 0) return false;
+    putCode(code);
+    p += length;
+    return true;
+  }
+  bool writeSequence(std::uint32_t code, unsigned int length) {
+    for (std::size_t i = 0; i < scheme.designationCount && !called.set->hasSequences; ++i) {
+      const Designation& designation = scheme.designations[i];
+      if (designation.set->hasSequences) call(static_cast<InPlace>(i + 1), open(designation.set));
+    }
+    putCode(called.codeIn(code));
+    p += length;
+    return true;
+  }
+
+  // Makes the next bytes mean a character of the set of a designation.
+  void call(InPlace what, const OpenSet& set) {
+    const Designation& designation = scheme.designations[what - 1];
+    const unsigned int place = designation.place;
+    if (place == 0) shift(false);
+    if (inPlace(place) != what) {
+      put(kEscape);
+      for (const char byte : designation.escape) put(static_cast<unsigned char>(byte));
+      designate(place, what);
+    }
+    if (place == 1) shift(true);
+    if (place >= 2) return put(kEscape, place == 2 ? 'N' : 'O');
+    called = set;
+  }
+  void shift(bool isOut) {
+    if (state.shiftedOut == isOut) return;
+    put(isOut ? kShiftOut : kShiftIn);
+    state.shiftedOut = isOut;
+  }
+  void enterAscii() {
+    shift(false);
+    if (!open(setIn(0)).isAscii()) put(kEscape), put('(', 'B');
+    designate(0, kInitial);
+    called = openCalled();
+  }
+
+  bool writeAscii(unsigned char byte) {
+    const bool isSame = !state.shiftedOut && called.set->isLatin && called.table != nullptr &&
+                        byte != ' ' && called.table->codeOf(byte) == byte;
+    if (!isSame) enterAscii();
+    put(byte);
+    p += 2;
+    return true;
+  }
+
+  // Text must not turn into shifts on the way.
+  bool writeControl(unsigned char byte) {
+    if (scheme.hasShifts && (byte == kShiftOut || byte == kShiftIn)) return refuseAs(2);
+    if (byte == kEscape) {
+      const Character next = characterAt(p + 2);
+      if (next.length == 0 && !last) return false;
+      const bool isCode = next.length != 0 && next.isScalar;
+      if (isCode && mayFollowEscape(next.scalar)) return refuseAs(2);
+    }
+    enterAscii();
+    put(byte);
+    p += 2;
+    if (isLineEnd(byte)) forgetOthers();
+    return true;
+  }
+  bool mayFollowEscape(char32_t scalar) const {
+    if (scalar == 'N' || scalar == 'O') return scheme.singleShiftBytes != 0;
+    return scalar == '$' || scalar == '&' || (scalar >= '(' && scalar <= '/');
+  }
+
+  bool refuseAs(unsigned int length) {
+    enterAscii();
+    return refuse(length, '?');
+  }
+};
+
+}  // namespace
+
+unsigned int readIso2022(const void* parameters, const unsigned char* data, unsigned int length,
+                         bool last, CodecState& state, DataBuffer& out, ReplacementSink* sink) {
+  return runCodec<Reader>(parameters, data, length, last, state, out, sink);
+}
+
+unsigned int writeIso2022(const void* parameters, const unsigned char* data, unsigned int length,
+                          bool last, CodecState& state, DataBuffer& out, ReplacementSink* sink) {
+  return runCodec<Writer>(parameters, data, length, last, state, out, sink);
+}
