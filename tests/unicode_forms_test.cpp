@@ -16,6 +16,7 @@ namespace {
 using namespace std::string_literals;
 
 const Codec& kBocu1 = codecOf(1214);
+const Codec& kImap = codecOf(200804);
 const Codec& kScsu = codecOf(1212);
 const Codec& kCesu8 = codecOf(9400);
 const Codec& kModifiedUtf8 = codecOf(200800);
@@ -70,6 +71,13 @@ const Case kCases[] = {
     {kScsu.read, "\x0F\xF1\x20", utf16(u"\xFFFD"), {{1, 2, 0}}},
     {kScsu.read, "\x0F\x30", utf16(u"\xFFFD"), {{1, 1, 0}}},
     {kScsu.write, utf16(u"a\xD83Dz") + "z", "a\x0E\xD8\x3Dz\x0E\xFF\xFD", {{6, 1, 5}}},
+    // As UTF-7, with other characters; a run that ends without "-", and text that need not be in
+    // one.
+    {kImap.read, "a&-&AOk-&AGEA6Q b&ZeVnLIqe-\n", utf16(u"a&éaé b日本語\n"), {}},
+    {kImap.read,
+     "&&AOk/-&AOn-\x80+&",
+     utf16(u"\xFFFDé/-é\xFFFD\xFFFD+\xFFFD"),
+     {{0, 1, 0}, {10, 1, 10}, {12, 1, 12}, {14, 1, 16}}},
     // A byte that follows nothing is itself; what lies outside of Unicode, or is a surrogate; FF.
     {kBocu1.read,
      "\xD0\x0A\xFB\x21\x00\xB1\x21\x21\x21\x21\xFB\xC5\x11\xCA\xFF\xFB"s,
@@ -107,6 +115,9 @@ const struct {
      "91 20 0F D5 5C AD 6D C5 B4 00 2E 00 20 F1 61 EC 80 81 7A 05 26 0A 01 01 1C 6A A3 19 9E 81 20 "
      "0F DB FF DF FF EA 02 DF 9E",
      false},
+    {"uconv IMAP-mailbox-name; iconv UTF-7-IMAP", kImap, u"a\nb\té&x~日本/語-z+&é& é\xD83D\xDE00"s,
+     "61 26 41 41 6F 2D 62 26 41 41 6B 41 36 51 2D 26 2D 78 7E 26 5A 65 56 6E 4C 41 2D 2F 26 69 70 "
+     "34 2D 2D 7A 2B 26 2D 26 41 4F 6B 2D 26 2D 20 26 41 4F 6E 59 50 64 34 41 2D"},
     {"uconv BOCU-1", kBocu1, kTour,
      "D0 65 4F EC 7C 20 D0 38 94 8B 4F A1 20 D3 D3 90 88 82 85 92 4B F8 20 D3 F0 88 90 20 ED 16 20 "
      "32 41 81 8B 87 8C 7D 91 81 4C 94 20 FB 4C D4 3F 8B E4 5E 24 E0 DB D0 23 7D 89 98 4F 81 FB 23 "
@@ -209,7 +220,7 @@ TEST(UnicodeForms, HoldAllOfUnicode) {
   std::mt19937 random(16);
   for (int round = 0; round < 4000; ++round) {
     const std::string text = utf16(randomText(random));
-    for (const Codec* codec : {&kScsu, &kBocu1, &kCesu8, &kModifiedUtf8, &kWtf8}) {
+    for (const Codec* codec : {&kImap, &kScsu, &kBocu1, &kCesu8, &kModifiedUtf8, &kWtf8}) {
       const Result coded = wholly(codec->write, text);
       ASSERT_FALSE(coded.state.replaced) << hex(text);
       const Result again = inPieces(codec->read, coded.text, {coded.text.size() / 2});
@@ -228,6 +239,8 @@ const Direction kDirections[] = {
     {kModifiedUtf8.write, -1, 3, kUnits},
     {kWtf8.read, -1, 2, kForms},
     {kWtf8.write, -1, 3, kUnits},
+    {kImap.read, -1, 2, "&&&&---AAOknQZeVLIqe09, az\n\x80"},
+    {kImap.write, 0, 3, kUnits + "&&-~az"},
     {kBocu1.read, -1, 4, "\x50\x60\xFD\xD1\xFB\xFE\xFF\x21\x25\x4F \n\x01\x90"},
     {kBocu1.write, -1, 3, kUnits},
     {kScsu.read, -1, 4, "\x01\x05\x0B\x0E\x0F\x12\x18\x1F\x45\xFA\xFF\xE1\xE9\xF0\xF1 az\x90"},

@@ -1,4 +1,5 @@
-// UTF-7 (RFC 2152) to and from UTF-16.
+// UTF-7 (RFC 2152), and its variant for the names of IMAP folders (RFC 3501, 5.1.3), to and from
+// UTF-16: one set of loops, and what drives them.
 //
 // Written directly are the set D characters, space, tab, CR and LF; a "+" outside a run as "+-",
 // everything else in base64, unpaired surrogates included. A run ends with "-" only before a
@@ -10,6 +11,10 @@
 // bits behind the last unit that are not 0 (one byte, the last digit of that unit). Each becomes
 // U+FFFD. Surrogates are units like others, paired or not. A unit is used together with its digits
 // as soon as it can be told, the "+" of a run before the first of them.
+//
+// IMAP has "&" for "+" and "," for the digit "/". Written directly are all printable characters of
+// ASCII, "&" as "&-", of which none ever stands in base64, and every run ends with "-". What is
+// malformed is the same: names that only break a rule of writing are read.
 #include <array>
 #include <string_view>
 
@@ -24,46 +29,71 @@ namespace {
 constexpr std::uint8_t kDirect = 0;
 constexpr std::uint8_t kRun = 1;  // behind a "+", in base64
 
-constexpr std::string_view kBase64 =
-    "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-// Set D and the white space that may be written as it is; letters and digits are in both lists.
-constexpr std::string_view kDirectMarks = "'(),-./:? \t\r\n";
-
 // The value of each base64 character, and a value with the high bit set for all other bytes.
 constexpr unsigned char kNoBase64 = 0x80;
-constexpr auto kBase64Values = [] {
+constexpr std::array<unsigned char, 256> valuesOf(std::string_view digits) {
   std::array<unsigned char, 256> table{};
   for (unsigned char& value : table) value = kNoBase64;
-  for (unsigned int i = 0; i != kBase64.size(); ++i) {
-    table[static_cast<unsigned char>(kBase64[i])] = static_cast<unsigned char>(i);
+  for (unsigned int i = 0; i != digits.size(); ++i) {
+    table[static_cast<unsigned char>(digits[i])] = static_cast<unsigned char>(i);
   }
   return table;
-}();
-
-constexpr bool isBase64(unsigned char byte) { return kBase64Values[byte] != kNoBase64; }
-
-// The characters that are written directly.
-constexpr auto kIsDirect = [] {
-  std::array<bool, 128> table{};
-  for (const char c : kBase64) table[static_cast<unsigned char>(c)] = true;
-  table['+'] = false;
-  for (const char c : kDirectMarks) table[static_cast<unsigned char>(c)] = true;
-  return table;
-}();
-
-Bytes16 areDirect(Bytes16 text) {
-  return isAsciiLetter(text) | isBetween(text, ',', ':') | isBetween(text, '\'', ')') |
-         equal(text, ' ') | equal(text, '?') | isBetween(text, '\t', '\n') | equal(text, '\r');
-}
-bool isDirect(std::uint32_t unit) { return unit < kIsDirect.size() && kIsDirect[unit]; }
-
-// Whether a run has to be closed before a direct character, which could belong to it otherwise.
-bool needsRunClosed(std::uint32_t direct) {
-  return direct == '-' || isBase64(static_cast<unsigned char>(direct));
 }
 
+struct Utf7 {
+  static constexpr unsigned char kShift = '+';
+  static constexpr std::string_view kBase64 =
+      "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+  static constexpr auto kBase64Values = valuesOf(kBase64);
+  // Set D and the white space that may be written as it is; letters and digits are in both lists.
+  static constexpr std::string_view kDirectMarks = "'(),-./:? \t\r\n";
+  static constexpr auto kIsDirect = [] {
+    std::array<bool, 128> table{};
+    for (const char c : kBase64) table[static_cast<unsigned char>(c)] = true;
+    table['+'] = false;
+    for (const char c : kDirectMarks) table[static_cast<unsigned char>(c)] = true;
+    return table;
+  }();
+  static Bytes16 areDirect(Bytes16 text) {
+    return isAsciiLetter(text) | isBetween(text, ',', ':') | isBetween(text, '\'', ')') |
+           equal(text, ' ') | equal(text, '?') | isBetween(text, '\t', '\n') | equal(text, '\r');
+  }
+  // Whether a run has to be closed before a direct character, which could belong to it otherwise.
+  static bool needsRunClosed(std::uint32_t direct) {
+    return direct == '-' || kBase64Values[direct] != kNoBase64;
+  }
+  static bool endsRun(std::uint32_t unit) { return unit < kIsDirect.size() && kIsDirect[unit]; }
+};
+
+struct ImapUtf7 {
+  static constexpr unsigned char kShift = '&';
+  static constexpr std::string_view kBase64 =
+      "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+,";
+  static constexpr auto kBase64Values = valuesOf(kBase64);
+  static constexpr auto kIsDirect = [] {
+    std::array<bool, 128> table{};
+    for (unsigned char c = ' '; c <= '~'; ++c) table[c] = c != kShift;
+    return table;
+  }();
+  static Bytes16 areDirect(Bytes16 text) {
+    return isBetween(text, ' ', '~') & ~equal(text, kShift);
+  }
+  static bool needsRunClosed(std::uint32_t) { return true; }
+  static bool endsRun(std::uint32_t unit) { return unit >= ' ' && unit <= '~'; }
+};
+
+template <typename Scheme>
+bool isBase64(unsigned char byte) {
+  return Scheme::kBase64Values[byte] != kNoBase64;
+}
+template <typename Scheme>
+bool isDirect(std::uint32_t unit) {
+  return unit < Scheme::kIsDirect.size() && Scheme::kIsDirect[unit];
+}
+
+template <typename Scheme>
 unsigned char base64Digit(std::uint32_t bits) {
-  return static_cast<unsigned char>(kBase64[bits & 0x3F]);
+  return static_cast<unsigned char>(Scheme::kBase64[bits & 0x3F]);
 }
 
 // Three units are eight base64 digits: the loops of both directions do that many at once where they
@@ -74,27 +104,32 @@ unsigned char base64Digit(std::uint32_t bits) {
 constexpr unsigned int kGroupUnits = 3;
 constexpr unsigned int kGroupDigits = 8;
 
+template <typename Scheme>
 constexpr auto kDigitPairs = [] {
   std::array<std::uint16_t, 4096> table{};
   for (unsigned int i = 0; i != table.size(); ++i) {
-    table[i] = static_cast<std::uint16_t>(kBase64[i >> 6] | (kBase64[i & 0x3F] << 8));
+    table[i] =
+        static_cast<std::uint16_t>(Scheme::kBase64[i >> 6] | (Scheme::kBase64[i & 0x3F] << 8));
   }
   return table;
 }();
 
+template <typename Scheme>
 constexpr auto kDigitBits = [] {
   std::array<std::array<std::uint32_t, 256>, 4> tables{};
   for (unsigned int place = 0; place != tables.size(); ++place) {
     for (unsigned int byte = 0; byte < 256; ++byte) {
-      const std::uint32_t value = kBase64Values[byte];
+      const std::uint32_t value = Scheme::kBase64Values[byte];
       tables[place][byte] = value == kNoBase64 ? 1u << (24 + place) : value << (18 - 6 * place);
     }
   }
   return tables;
 }();
 
+template <typename Scheme>
 std::uint32_t bitsOfFour(const unsigned char* p) {
-  return kDigitBits[0][p[0]] | kDigitBits[1][p[1]] | kDigitBits[2][p[2]] | kDigitBits[3][p[3]];
+  const auto& bits = kDigitBits<Scheme>;
+  return bits[0][p[0]] | bits[1][p[1]] | bits[2][p[2]] | bits[3][p[3]];
 }
 
 // How a run may end, by the digits of its last, unfinished group: the whole units there, and the
@@ -120,6 +155,7 @@ unsigned char* putUnit(unsigned char* dest, std::uint32_t unit) {
 std::uint32_t loadUnit(const unsigned char* p) { return loadLow<std::uint16_t>(p); }
 
 // No byte becomes more than two, marks included.
+template <typename Scheme>
 struct Reader : CodecRun {
   using CodecRun::CodecRun;
   static constexpr unsigned int kGrowth = 16;
@@ -149,15 +185,18 @@ struct Reader : CodecRun {
     for (; stop - in >= std::ptrdiff_t{kVector}; in += kVector) {
       const auto text = Bytes16::load(in);
       storeAsUnits(text, to);
-      const unsigned int count = countLow(text | equal(text, '+'));
+      const unsigned int count = countLow(text | equal(text, Scheme::kShift));
       to += 2 * count;
       if (count != kVector) {
         in += count;
         break;
       }
     }
-    for (; in < stop && *in < 0x80 && *in != '+'; ++in) to = putUnit(to, *in);
-    if (stop - in <= std::ptrdiff_t{kGroupDigits} || *in != '+' || !isBase64(in[1])) return false;
+    for (; in < stop && *in < 0x80 && *in != Scheme::kShift; ++in) to = putUnit(to, *in);
+    if (stop - in <= std::ptrdiff_t{kGroupDigits} || *in != Scheme::kShift ||
+        !isBase64<Scheme>(in[1])) {
+      return false;
+    }
     ++in;
     return true;
   }
@@ -166,8 +205,8 @@ struct Reader : CodecRun {
   // badly.
   static bool copyGroups(const unsigned char*& in, const unsigned char* stop, unsigned char*& to) {
     for (; stop - in >= std::ptrdiff_t{kGroupDigits}; in += kGroupDigits) {
-      const std::uint32_t first = bitsOfFour(in);
-      const std::uint32_t second = bitsOfFour(in + 4);
+      const std::uint32_t first = bitsOfFour<Scheme>(in);
+      const std::uint32_t second = bitsOfFour<Scheme>(in + 4);
       putUnit(to, first >> 8);
       putUnit(to + 2, (first << 8) | ((second >> 16) & 0xFF));
       const std::uint32_t noDigits = (first >> 24) | (second >> 24 << 4);
@@ -187,16 +226,16 @@ struct Reader : CodecRun {
     return false;
   }
 
-  // A "+", or a byte that is no text.
+  // The shift, or a byte that is no text.
   bool readSpecial() {
     if (*p >= 0x80) return malformed(1);
     if (left() < 2 && !last) return false;
     if (left() >= 2 && p[1] == '-') {
-      put('+', 0);
+      put(Scheme::kShift, 0);
       p += 2;
       return true;
     }
-    if (left() < 2 || !isBase64(p[1])) return malformed(1);
+    if (left() < 2 || !isBase64<Scheme>(p[1])) return malformed(1);
     ++p;
     state.set = kRun;
     return true;
@@ -208,8 +247,8 @@ struct Reader : CodecRun {
     const unsigned int wanted = (21u - state.bitCount) / 6;
     std::uint32_t bits = state.bits;
     unsigned int digits = 0;
-    for (; digits < wanted && digits < left() && isBase64(p[digits]); ++digits) {
-      bits = (bits << 6) | kBase64Values[p[digits]];
+    for (; digits < wanted && digits < left() && isBase64<Scheme>(p[digits]); ++digits) {
+      bits = (bits << 6) | Scheme::kBase64Values[p[digits]];
     }
     const bool isCut = digits == left() && !last;
     const unsigned int bitCount = state.bitCount + 6 * digits - 16;
@@ -243,6 +282,7 @@ struct Reader : CodecRun {
 };
 
 // No unit becomes more than five bytes, and two no more than eight.
+template <typename Scheme>
 struct Writer : CodecRun {
   using CodecRun::CodecRun;
   static constexpr unsigned int kGrowth = 12;
@@ -282,19 +322,19 @@ struct Writer : CodecRun {
       for (; stop - in >= 2 * std::ptrdiff_t{kVector}; in += 2 * kVector) {
         const auto text = loadUnits(in);
         text.store(to);
-        const unsigned int count = countHigh(areDirect(text));
+        const unsigned int count = countHigh(Scheme::areDirect(text));
         to += count;
         if (count != kVector) {
           in += 2 * count;
           break;
         }
       }
-      for (; in < stop && isDirect(loadUnit(in)); in += 2) *to++ = *in;
+      for (; in < stop && isDirect<Scheme>(loadUnit(in)); in += 2) *to++ = *in;
       if (in == stop) break;
-      *to++ = '+';
-      if (loadUnit(in) == '+') {
+      *to++ = Scheme::kShift;
+      if (loadUnit(in) == Scheme::kShift) {
         *to++ = '-';
-      } else if (stop - in < 4 || !isDirect(loadUnit(in + 2))) {
+      } else if (stop - in < 4 || !isDirect<Scheme>(loadUnit(in + 2))) {
         state.set = kRun;
         break;
       } else {
@@ -309,10 +349,10 @@ struct Writer : CodecRun {
   // Most runs in Latin text hold one unit, that is three digits. next is the direct character
   // behind it.
   static unsigned char* writeSingle(std::uint32_t unit, std::uint32_t next, unsigned char* to) {
-    storeLow(to, kDigitPairs[unit >> 4]);
-    to[2] = base64Digit(unit << 2);
+    storeLow(to, kDigitPairs<Scheme>[unit >> 4]);
+    to[2] = base64Digit<Scheme>(unit << 2);
     to[3] = '-';
-    return to + (needsRunClosed(next) ? 4 : 3);
+    return to + (Scheme::needsRunClosed(next) ? 4 : 3);
   }
 
   void continueRun(const unsigned char* stop) {
@@ -324,15 +364,15 @@ struct Writer : CodecRun {
         if (in == stop) break;
       }
       const std::uint32_t unit = loadUnit(in);
-      if (isDirect(unit)) {
+      if (Scheme::endsRun(unit)) {
         flushBits(to);
-        if (needsRunClosed(unit)) *to++ = '-';
+        if (Scheme::needsRunClosed(unit)) *to++ = '-';
         state.set = kDirect;
         break;
       }
       std::uint32_t bits = (state.bits << 16) | unit;
       unsigned int count = state.bitCount + 16u;
-      for (; count >= 6; count -= 6) *to++ = base64Digit(bits >> (count - 6));
+      for (; count >= 6; count -= 6) *to++ = base64Digit<Scheme>(bits >> (count - 6));
       state.bits = bits & ((1u << count) - 1);
       state.bitCount = static_cast<std::uint8_t>(count);
       in += 2;
@@ -354,18 +394,20 @@ struct Writer : CodecRun {
       }
       if (isAscii) break;
       for (unsigned int i = 0; i < kGroupDigits / 2; ++i, to += 2) {
-        storeLow(to, kDigitPairs[(bits >> (36 - 12 * i)) & 0xFFF]);
+        storeLow(to, kDigitPairs<Scheme>[(bits >> (36 - 12 * i)) & 0xFFF]);
       }
     }
     return to;
   }
 
   void flushBits(unsigned char*& to) {
-    if (state.bitCount != 0) *to++ = base64Digit(state.bits << (6 - state.bitCount));
+    if (state.bitCount != 0) *to++ = base64Digit<Scheme>(state.bits << (6 - state.bitCount));
     state.bits = state.bitCount = 0;
   }
 };
 
 }  // namespace
 
-extern const Codec kUtf7Codec = {1200, runCodec<Reader>, runCodec<Writer>, nullptr};
+extern const Codec kUtf7Codec = {1200, runCodec<Reader<Utf7>>, runCodec<Writer<Utf7>>, nullptr};
+extern const Codec kImapUtf7Codec = {1200, runCodec<Reader<ImapUtf7>>, runCodec<Writer<ImapUtf7>>,
+                                     nullptr};

@@ -4,7 +4,8 @@
 
 #include "encoding/codecs/row_makers.h"
 
-extern const Codec kBocu1Codec, kCesu8Codec, kModifiedUtf8Codec, kScsuCodec, kWtf8Codec;
+extern const Codec kBocu1Codec, kCesu8Codec, kImapUtf7Codec, kModifiedUtf8Codec, kScsuCodec,
+    kWtf8Codec;
 
 namespace encoding_rows {
 
@@ -39,6 +40,8 @@ inline constexpr EncodingRow kUnicodeFormRows[] = {
     unicodeForm(200800, "x-modified-utf-8", "modified-utf-8 mutf-8 java-utf-8",
                 "Unicode, modified UTF-8 of Java class files and JNI", &kModifiedUtf8Codec),
     unicodeForm(200801, "WTF-8", "", "Unicode, WTF-8: UTF-8 with unpaired surrogates", &kWtf8Codec),
+    unicodeForm(200804, "UTF-7-IMAP", "IMAP-mailbox-name imap4-utf-7 x-imap4-modified-utf7",
+                "Unicode, UTF-7 of the names of IMAP folders", &kImapUtf7Codec),
 };
 
 }  // namespace encoding_rows
