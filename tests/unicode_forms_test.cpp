@@ -17,6 +17,9 @@ using namespace std::string_literals;
 
 const Codec& kBocu1 = codecOf(1214);
 const Codec& kImap = codecOf(200804);
+const Codec& kGsmPacked = codecOf(200810);
+const Codec& kTurkish = codecOf(200811);
+const Codec& kTurkishPacked = codecOf(200821);
 const Codec& kScsu = codecOf(1212);
 const Codec& kCesu8 = codecOf(9400);
 const Codec& kModifiedUtf8 = codecOf(200800);
@@ -78,6 +81,23 @@ const Case kCases[] = {
      "&&AOk/-&AOn-\x80+&",
      utf16(u"\xFFFDé/-é\xFFFD\xFFFD+\xFFFD"),
      {{0, 1, 0}, {10, 1, 10}, {12, 1, 12}, {14, 1, 16}}},
+    // Seven bits left over, with CR as padding or, of others, without; CR as the end of a last
+    // byte.
+    {kGsmPacked.read, "\x31\xD9\x8C\x56\xB3\xDD\x1A", utf16(u"1234567"), {}},
+    {kGsmPacked.read, "\x31\xD9\x8C\x56\xB3\x01", utf16(u"123456"), {}},
+    {kGsmPacked.read, "\x31\xD9\x8C\x56\xB3\xDD\x00"s, utf16(u"1234567@"), {}},
+    {kGsmPacked.write, utf16(u"1234567"), "\x31\xD9\x8C\x56\xB3\xDD\x1A", {}},
+    {kGsmPacked.write, utf16(u"1234567\r"), "\x31\xD9\x8C\x56\xB3\xDD\x1A\x0D", {}},
+    // An escape that ends the text, bits that are left over, both; an escape before a last CR.
+    {kGsmPacked.read, "\x31\xDB\x06", utf16(u"16\xFFFD"), {{2, 1, 4}}},
+    {kGsmPacked.read, "\x31\xD9\xCC", utf16(u"123\xFFFD"), {{2, 1, 6}}},
+    {kGsmPacked.read, "\x1B", utf16(u"\xFFFD"), {{0, 1, 0}}},
+    {kGsmPacked.read, "\x31\xD9\x8C\x56\xB3\x6D\x1A", utf16(u"123456\r"), {}},
+    {kGsmPacked.write,
+     utf16(u"12日\xD83D\xDE00\xD83Dz[") + "z",
+     "\x31\xD9\xEF\xF7\xD3\x6F\x78\x3F",
+     {{4, 2, 1}, {6, 4, 2}, {10, 2, 3}, {16, 1, 7}}},
+    {kTurkish.read, "\x0B\x1B\x49\x1BG\x1B\x24\x1B\x1B\x80", utf16(u"ĞİĞ¤ \xFFFD"), {{9, 1, 10}}},
     // A byte that follows nothing is itself; what lies outside of Unicode, or is a surrogate; FF.
     {kBocu1.read,
      "\xD0\x0A\xFB\x21\x00\xB1\x21\x21\x21\x21\xFB\xC5\x11\xCA\xFF\xFB"s,
@@ -241,6 +261,10 @@ const Direction kDirections[] = {
     {kWtf8.write, -1, 3, kUnits},
     {kImap.read, -1, 2, "&&&&---AAOknQZeVLIqe09, az\n\x80"},
     {kImap.write, 0, 3, kUnits + "&&-~az"},
+    {kGsmPacked.read, -1, 3, "\x1B\x8D\x46\xA3\xD1\x68\x34\x1A\r\x00"s},
+    {kGsmPacked.write, -1, 1, kUnits + "\r[\r["},
+    {kTurkish.read, -1, 2, "\x1B\x1B\x65(aAGs \x80"},
+    {kTurkishPacked.write, -1, 1, kUnits + "\x1E\x01\x31\x01"},
     {kBocu1.read, -1, 4, "\x50\x60\xFD\xD1\xFB\xFE\xFF\x21\x25\x4F \n\x01\x90"},
     {kBocu1.write, -1, 3, kUnits},
     {kScsu.read, -1, 4, "\x01\x05\x0B\x0E\x0F\x12\x18\x1F\x45\xFA\xFF\xE1\xE9\xF0\xF1 az\x90"},

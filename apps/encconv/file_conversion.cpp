@@ -27,8 +27,10 @@ std::string encodeText(const std::string& utf8, int codePage) {
 }
 
 // A character as it stands within a text, behind what an encoding may begin with; empty when it has
-// no place.
+// no place, or none that can be found again.
 std::string encode(const std::string& utf8, int codePage) {
+  const EncodingRow* const row = findEncodingRow(codePage);
+  if (row != nullptr && row->hidesLineEnds) return {};
   const std::string once = encodeText(utf8, codePage);
   const std::string twice = encodeText(utf8 + utf8, codePage);
   return twice.substr(once.size());

@@ -74,6 +74,7 @@ struct EncodingRow {
   std::uint8_t malformedWidth = 1;    // bytes that an error action takes for one bad character
   std::uint8_t threeByteShift = 0;    // begins characters of three bytes, which the table lacks
   const Codec* codec = nullptr;       // of kCodec
+  bool hidesLineEnds = false;         // the bytes of a line end also stand for other characters
   bool inEngine = true;               // false: only streams convert it, not EncConvert
 
   bool operator==(const EncodingRow&) const = default;

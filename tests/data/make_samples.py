@@ -31,6 +31,23 @@ def next_line(converter):
     return lambda text: converter(text.replace("\n", "\x85"))
 
 
+def line_by_line(converter):
+    """For what is a text of its own in each line."""
+    return lambda text: b"".join(converter(line) + b"\n" for line in text.splitlines())
+
+
+def packed_turkish(text):
+    """GSM 03.38 in packed septets, with the Turkish tables, as 3GPP TS 23.038 describes them."""
+    alphabet = "@£$¥€éùıòÇ\nĞğ\rÅåΔ_ΦΓΛΩΠΨΣΘΞ\x1bŞşßÉ" + " !\"#¤%&'()*+,-./0123456789:;<=>?"
+    alphabet += "İABCDEFGHIJKLMNOPQRSTUVWXYZÄÖÑÜ§" + "çabcdefghijklmnopqrstuvwxyzäöñüà"
+    septets = [alphabet.index(character) for character in text]
+    spare = -7 * len(septets) % 8
+    number = sum(septet << 7 * i for i, septet in enumerate(septets))
+    if spare == 7:
+        number |= 0x0D << 7 * len(septets)
+    return number.to_bytes((7 * len(septets) + spare) // 8, "little")
+
+
 def in_864(character):
     try:
         return bool(character.encode("cp864"))
@@ -125,6 +142,8 @@ SAMPLES = [
     ("listing", "500", next_line(python("cp500"))),
     ("invoice", "1140", next_line(python("cp1140"))),
     ("sms", "55000", program("uconv", "-f", "UTF-8", "-t", "gsm-03.38")),
+    ("sms-turkish", "200821", packed_turkish),
+    ("folders", "200804", line_by_line(program("uconv", "-f", "UTF-8", "-t", "IMAP-mailbox-name"))),
     ("header", "65000", python("utf_7")),
     ("emoji", "1200", python("utf_16")),
     ("emoji", "1201", lambda text: b"\xfe\xff" + text.encode("utf_16_be")),
