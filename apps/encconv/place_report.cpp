@@ -4,10 +4,12 @@
 
 #include "apps/encconv/console.h"
 #include "apps/encconv/error_report.h"
-#include "apps/encconv/json.h"
+#include "support/json.h"
 
 namespace tool {
 namespace {
+
+using encconv::jsonString;
 
 constexpr std::size_t kBuffered = 64u << 10;
 
