@@ -16,6 +16,7 @@ install(FILES
   include/encconv/encconv.h
   include/encconv/encconv_c.h
   include/encconv/export.h
+  include/encconv/records.h
   ${PROJECT_BINARY_DIR}/include/encconv/version.h
   DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/encconv COMPONENT development)
 foreach(header IN ITEMS

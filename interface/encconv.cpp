@@ -10,71 +10,11 @@
 #include "encoding/special_code_pages.h"
 #include "encoding/stream/stream_converter.h"
 #include "interface/outputs.h"
+#include "interface/stream_settings.h"
 #include "support/zv_base.h"
 
 namespace encconv {
 namespace {
-
-constexpr bool areEqual(OnError error, StreamTreatment treatment) {
-  return static_cast<int>(error) == static_cast<int>(treatment);
-}
-static_assert(areEqual(OnError::stop, StreamTreatment::kStop) &&
-              areEqual(OnError::drop, StreamTreatment::kDrop) &&
-              areEqual(OnError::substitute, StreamTreatment::kSubstitute) &&
-              areEqual(OnError::hex, StreamTreatment::kHex) &&
-              areEqual(OnError::alternate, StreamTreatment::kAlternate) &&
-              areEqual(OnError::raw, StreamTreatment::kRaw));
-
-StreamSettings settingsOf(Encoding from, Encoding to, const Options& options) {
-  StreamSettings settings;
-  settings.from = from.code_page();
-  settings.to = to.code_page();
-  settings.treatment = static_cast<StreamTreatment>(options.on_error);
-  settings.hasSubstitute = options.substitute.has_value();
-  settings.substituteIsRaw = options.substitute_is_raw;
-  settings.substitute = options.substitute.value_or(std::string());
-  settings.alternate = options.alternate.code_page();
-  settings.writeMark = options.byte_order_mark;
-  settings.pdfPassthrough = options.pdf_passthrough;
-  settings.compose = options.compose;
-  settings.bestFit = options.best_fit;
-  return settings;
-}
-
-Status statusOf(StreamStatus status) {
-  switch (status) {
-    case StreamStatus::kGood:
-      return Status::ok;
-    case StreamStatus::kStopped:
-      return Status::stopped;
-    case StreamStatus::kNoDecoder:
-      return Status::unknown_source;
-    case StreamStatus::kNoEncoder:
-      return Status::unknown_target;
-    case StreamStatus::kNoAlternate:
-      return Status::unknown_alternate;
-    case StreamStatus::kBadSubstitute:
-      return Status::invalid_substitute;
-    case StreamStatus::kMisuse:
-      return Status::misuse;
-    case StreamStatus::kDrainFailed:
-      return Status::output_full;
-    case StreamStatus::kNoMemory:
-      break;
-  }
-  return Status::out_of_memory;
-}
-
-Problem problemOf(const StreamError& error) {
-  return {error.offset,
-          error.line,
-          error.length,
-          error.codePoint,
-          error.kind == StreamErrorKind::kMalformed,
-          std::string(reinterpret_cast<const char*>(error.bytes), error.byteCount),
-          error.kind == StreamErrorKind::kApproximated,
-          error.written};
-}
 
 // What a stream has to tell of its text.
 template <typename Outcome>
@@ -85,15 +25,6 @@ void tellProblems(const ::StreamConverter& stream, Outcome& outcome) {
   if (outcome.approximation_count != 0) {
     outcome.first_approximation = problemOf(stream.firstApproximation());
   }
-}
-
-// Begins a stream. Two encodings that are not known are no pair of equal ones, and none is no other
-// name of the other.
-StreamStatus begin(::StreamConverter& stream, const StreamSettings& settings) {
-  const bool isPair = settings.from != settings.to && settings.from != 0 && settings.to != 0;
-  if (!isPair && !isStreamCodePage(settings.from)) return StreamStatus::kNoDecoder;
-  if (!isPair && !isStreamCodePage(settings.to)) return StreamStatus::kNoEncoder;
-  return stream.begin(settings);
 }
 
 // Whether the options ask for nothing of a text that is clean, and are no mistake in themselves.
@@ -110,7 +41,7 @@ void convertTo(std::string_view front, std::string_view text, const StreamSettin
     return reinterpret_cast<const unsigned char*>(piece.data());
   };
   ::StreamConverter stream;
-  StreamStatus status = begin(stream, settings);
+  StreamStatus status = beginStream(stream, settings);
   if (status == StreamStatus::kGood) status = stream.push(bytesOf(front), front.size(), out);
   if (status == StreamStatus::kGood) status = stream.finish(bytesOf(text), text.size(), out);
   if (!out.flush() && status == StreamStatus::kGood) {
@@ -316,7 +247,7 @@ bool StreamConverter::begin(Encoding from, Encoding to, const Options& options) 
   if (m_state == nullptr) m_state = std::make_unique<State>();
   StreamSettings settings = settingsOf(from, to, options);
   if (m_state->handler) settings.errorHandler = m_state.get();
-  m_state->status = statusOf(encconv::begin(m_state->stream, settings));
+  m_state->status = statusOf(beginStream(m_state->stream, settings));
   return m_state->status == Status::ok;
 }
 
