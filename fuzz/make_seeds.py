@@ -141,6 +141,23 @@ for number, line in enumerate([
         "-f 1252 -t utf-8 a.txt", "--from=auto --to=shift_jis --on-error=substitute=0x3F -",
         "--list greek --json", "--chart 932 --html out.html", "--detect a b c", "--help errors",
         "-f 37 -t 1252 --record-length 80 --trim --ebcdic-newline nl --in-place=.bak x",
+        "-f 37 -t utf-8 --records bdw:27998 --fields @layout --as json x",
         "-f utf-16 -t 1201 --bom --strict -q -v --output-dir d -j 4 a b", "--version"
 ]):
-    write("options", f"line-{number}", b"\x50" + line.replace(" ", "\n").encode())
+    write("options", f"line-{number}", line.replace(" ", "\n").encode())
+
+
+def records(name, form, layout, table, text):
+    write("records", name, bytes([form, layout, table, 2]) + text)
+
+
+RECORD = bytes.fromhex("C1C2C3C4 12345C F1F2D3 FFFE 82A0B12020".replace(" ", ""))
+records("rdw", 0, 0, 0, b"\x00\x15\x00\x00" + RECORD + b"\x00\x08\x00\x00ABCD")
+records("spanned", 0, 0, 1, b"\x00\x09\x01\x00" + RECORD[:5] + b"\x00\x10\x02\x00" + RECORD[5:])
+records("bdw", 1, 0, 2, b"\x00\x19\x00\x00\x00\x15\x00\x00" + RECORD)
+records("bdw-extended", 1, 1, 2, b"\x80\x00\x00\x19\x00\x15\x00\x00" + RECORD)
+records("bdw-damaged", 1, 0, 0, b"\x00\x19\x00\x00\x00\x03\x00\x00" + RECORD)
+records("fixed", 3, 2, 0, RECORD * 3)
+records("csv", 3, 0, 0, b'a,c\r\n"x, ""y""",1\r\n,-2.5\n"",\n')
+records("json", 3, 0, 1, b'{"a": "\\u00e9\\ud83d\\ude00", "c": -1.5e1, "b": null}\n{}\n')
+records("layout", 3, 0, 1, b"id 1 5 zoned:unsigned # number\nname + 20 text:encoding=932, n 3 2 binary")

@@ -20,7 +20,7 @@ DATA = PROJECT / "tests" / "data"
 # What the blocks hold besides commands of the tool, by how it begins.
 INSTALLS = ("scripts/", "cmake ", "sudo ", "(cd build/")  # needs a network, or other rights
 # The program that README.md builds, which tests/consumer/run.sh builds too; results and messages.
-NOT_COMMANDS = ("#include ", "int main() ", "c++ ", "encconv::", "encconv: ", "(code page ")
+NOT_COMMANDS = ("#include ", "int main() ", "c++ ", "encconv::", "encconv: ", "(code page ", "(00 ")
 
 
 def sample(name):
@@ -66,14 +66,56 @@ CONVERSIONS = {
     ("utf-8", "utf-8"): (WESTERN.encode(), None),  # to nowhere
 }
 
+REPORT = text("record")
+IN_VB = sample("accounts.vb.37")
+
+
+def in_blocks(lines):
+    """Variable-length records in one block, in code page 37."""
+    data = b"".join((len(line) + 4).to_bytes(2, "big") + b"\0\0" + line
+                    for line in (line.encode("cp037") for line in lines))
+    return (len(data) + 4).to_bytes(2, "big") + b"\0\0" + data
+
+
+# The same of records, for what is behind --records or --to-records, and the form of the table.
+RECORDS = {
+    ("fixed:80", ""): (in_records(sample("listing.1047"), 80), text("listing").encode()),
+    ("bdw", ""): (in_blocks(REPORT.splitlines()), REPORT.encode()),
+    ("bdw:27998", ""): (REPORT.encode(), in_blocks(REPORT.splitlines())),
+    ("bdw", "csv"): (IN_VB, sample("accounts.csv")),
+    ("bdw", "json"): (IN_VB, sample("accounts.json")),
+    ("bdw:300", "csv"): (sample("accounts.csv"), IN_VB),
+}
+
+
+def of_records(words):
+    """What a command about records reads and writes; nothing for other commands."""
+    records, to_records = option(words, "--records"), option(words, "--to-records")
+    if not records + to_records:
+        return None
+    table = (option(words, "--as") or "csv") if "--fields" in words else ""
+    source, expected = RECORDS[records or to_records, table]
+    # A fixed record is the same in both directions.
+    return (expected, source) if to_records == "fixed:80" else (source, expected)
+
+
+def layout():
+    """The fields that the guide shows: those of the sample."""
+    shown = re.search(r"```text\n(.*?)```", (PROJECT / "docs/guide.md").read_text(), re.DOTALL)[1]
+    assert shown.encode() == sample("accounts.fields"), "the guide shows another layout"
+    return shown
+
 
 def blocks_and_code(document):
     """The lines of the blocks, with their comments, and the code in sentences."""
-    is_fenced = False
+    is_fenced = is_text = False
     before = ""
     for line in (PROJECT / document).read_text().splitlines():
         if line.startswith("```"):
             is_fenced = not is_fenced
+            is_text = line == "```text"
+        elif is_fenced and is_text:
+            pass
         elif is_fenced or (line.startswith("    ") and (not before or before.startswith("    "))):
             yield line.strip()
         else:
@@ -124,12 +166,15 @@ def check(command, folder, environment):
     conversion = (option(words, "-f"), option(words, "-t"))
     taken = {option(words, name) for name in ("-o", "--output", "--html", "--list", "--chart",
                                               "-f", "-t", "-j", "--ebcdic-newline", "--on-error",
-                                              "--record-length", "--newline", "--include",
-                                              "--report")}
+                                              "--records", "--to-records", "--fields", "--as",
+                                              "--newline", "--include", "--report")}
     names = [word for word in words[1:] if not word.startswith("-") and word not in taken]
     names = [name for name in names if name != "<"]
     source, expected = b"caf\xc3\xa9\n", None
-    if any(conversion):
+    if of_records(words):
+        source, expected = of_records(words)
+        (folder / "accounts.fields").write_text(layout())
+    elif any(conversion):
         if conversion not in CONVERSIONS:
             return f"CONVERSIONS has no sample from {conversion[0]} to {conversion[1]}"
         source, expected = CONVERSIONS[conversion]
@@ -164,8 +209,26 @@ def check(command, folder, environment):
     return ""
 
 
+def check_messages(environment, folder):
+    """The messages that the guide shows are those that the tool gives."""
+    return check_message(environment, folder) or check_damage(environment, folder)
+
+
+def check_damage(environment, folder):
+    shown = re.search(r"    (encconv: accounts\.vb: byte offset (\d+), .*)\n    (.*)\n",
+                      (PROJECT / "docs/guide.md").read_text())
+    damaged = bytearray(IN_VB)
+    damaged[int(shown[2]) + 5] = 4  # the sign
+    (folder / "accounts.vb").write_bytes(damaged)
+    (folder / "accounts.fields").write_text(layout())
+    run = subprocess.run(["encconv", "-f", "ibm037", "-t", "utf-8", "--records", "bdw", "--fields",
+                          "@accounts.fields", "accounts.vb"], cwd=folder, env=environment,
+                         capture_output=True, check=False)
+    said = run.stderr.decode()
+    return "" if said == shown[1] + " " + shown[3] + "\n" else f"the tool says: {said}"
+
+
 def check_message(environment, folder):
-    """The message that the guide shows is the one that the tool gives."""
     shown = re.search(r"    (encconv: letter\.txt: byte offset (\d+), line (\d+): .*)\n    (.*)\n",
                       (PROJECT / "docs/guide.md").read_text())
     offset, line = int(shown[2]), int(shown[3])
@@ -184,13 +247,13 @@ def main():
     for document, command in commands() + [("docs/guide.md", None)]:
         with tempfile.TemporaryDirectory(prefix="encconv_test_") as name:
             folder = pathlib.Path(name)
-            wrong = (check_message(environment, folder) if command is None
+            wrong = (check_messages(environment, folder) if command is None
                      else check(command, folder, environment))
         if wrong:
             failures += 1
-            print(f"{document}: {command or 'the message'}\n    {wrong}")
+            print(f"{document}: {command or 'the messages'}\n    {wrong}")
         else:
-            print(f"{document}: {command or 'the message'}: good")
+            print(f"{document}: {command or 'the messages'}: good")
     return 1 if failures else 0
 
 

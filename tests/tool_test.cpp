@@ -70,9 +70,9 @@ TEST_F(ToolTest, RefusesInOneLineAndWritesNothing) {
       {"utf8", "-f FROM -t TO"},
       {"-f utf-8 -t 1252 --on-error substitute=\u4E00 utf8 -o result", "windows-1252"},
       {"-f utf-8 -t 1252 --ebcdic-newline lf utf8 -o result", "EBCDIC"},
-      {"-f 37 -t 1252 --trim utf8 -o result", "--record-length"},
+      {"-f 37 -t 1252 --trim utf8 -o result", "--trim needs --records"},
       {"-f 37 -t 1252 --record-length 0 utf8 -o result", "'0'"},
-      {"-f utf-16 -t 1252 --record-length 3 utf8 -o result", "--record-length: 3 bytes"},
+      {"-f utf-16 -t 1252 --record-length 3 utf8 -o result", "--records: 3 bytes"},
       {"-f 28602 -t utf-8 latin -o result", "28602"},
       {"-f utf-8 -t 28604 latin -o result", "28604"},
       {"-f 37 -t 1252 --record-length 1048577 utf8 -o result", "'1048577' is not a number"},
@@ -169,7 +169,7 @@ TEST_F(ToolTest, TellsWhatItWroteForSomethingElse) {
                 "80) has no place in windows-1252 (code page 1252); 2 characters were "
                 "approximated; the first at byte offset 0, line 1: U+0105 (C4 85) became U+0061");
   expectOneLine(run("-f utf-8 -t 932 --record-length 4 --on-error drop", "aaaabb\u00A0"),
-                "the first at byte offset 6, line 2");
+                "the first at byte offset 6, record 2");
 }
 
 TEST_F(ToolTest, TheWorstOfTheInputsTellsTheStatus) {
@@ -211,14 +211,14 @@ TEST_F(ToolTest, ShapesMainframeText) {
   }
   // Places are those of the input, not of the lines.
   expectOneLine(run("-f utf-8 -t 1252 --record-length 4 --trim", "A   B   \xFF"),
-                "byte offset 8, line 3");
+                "byte offset 8, record 3");
   // The first of them however long ago.
   std::string records;
   for (int i = 0; i < 1000; ++i) records += "A   ";
   records += "\xFF   ";
   while (records.size() < 16u << 20) records += "B   ";
   expectOneLine(run("-f utf-8 -t 1252 --record-length 4 --trim --on-error drop", records),
-                "1 place was not convertible; the first at byte offset 4000, line 1001");
+                "1 place was not convertible; the first at byte offset 4000, record 1001");
 }
 
 TEST_F(ToolTest, FindsOutEncodings) {

@@ -161,7 +161,7 @@ TEST_F(ToolTest, ReportsEveryPlace) {
             "\n");
   // Of records, in the input; of a file that stops, the place; of many files at once, all.
   EXPECT_EQ(run("-f utf-8 -t 1252 --record-length 2 -o result --report -", "a \xFF ").out,
-            "standard input: byte offset 2, line 2: FF is not valid UTF-8 (code page 65001)\n");
+            "standard input: byte offset 2, record 2: FF is not valid UTF-8 (code page 65001)\n");
   std::string many;
   for (int i = 0; i < 200000; ++i) many += "\xFF";
   for (int i = 0; i < 4; ++i) write("many" + std::to_string(i), many);

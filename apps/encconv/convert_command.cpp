@@ -18,6 +18,7 @@
 #include "apps/encconv/file_io.h"
 #include "apps/encconv/inputs.h"
 #include "apps/encconv/place_report.h"
+#include "apps/encconv/record_conversion.h"
 
 namespace tool {
 namespace {
@@ -201,7 +202,13 @@ int reportNothing(const Options& options, Console& console) {
 
 }  // namespace
 
-int runConversion(const Options& options, Console& console) {
+int runConversion(const Options& asked, Console& console) {
+  Options options = asked;
+  std::string why;
+  if (!options.fields.empty() && !readLayout(options, why)) {
+    console.report(why);
+    return kUsage;
+  }
   if (!FileConversion(options, console, nullptr).checkSettings()) return kUsage;
   const Inputs inputs = findInputs(options, console);
   const bool isWhole = !inputs.hasMissing && !inputs.hasDirectory;

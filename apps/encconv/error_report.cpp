@@ -46,14 +46,22 @@ std::string_view kindOf(const StreamError& error) {
   return "approximated";
 }
 
-std::string bytesOf(const StreamError& error) {
+namespace {
+
+std::string hexBytes(std::string_view bytes, std::uint64_t length) {
   std::string text;
-  for (unsigned int i = 0; i < error.byteCount; ++i) {
-    if (i != 0) text += ' ';
-    text += hex("%02X", error.bytes[i]);
+  for (const char byte : bytes) {
+    if (!text.empty()) text += ' ';
+    text += hex("%02X", static_cast<unsigned char>(byte));
   }
-  if (error.byteCount < error.length) text += " ...";
+  if (bytes.size() < length) text += " ...";
   return text;
+}
+
+}  // namespace
+
+std::string bytesOf(const StreamError& error) {
+  return hexBytes({reinterpret_cast<const char*>(error.bytes), error.byteCount}, error.length);
 }
 
 namespace {
@@ -88,11 +96,13 @@ bool hasPlace(std::int32_t codePoint, int codePage) {
 
 }  // namespace
 
-std::string describeError(const StreamError& error, const StreamSettings& settings) {
-  std::string text =
-      "byte offset " + std::to_string(error.offset) + ", line " + std::to_string(error.line) + ": ";
+namespace {
+
+// What is wrong, without the place.
+std::string describeText(const StreamError& error, const StreamSettings& settings) {
+  std::string text;
   if (error.kind == StreamErrorKind::kMalformed) {
-    return text + bytesOf(error) + " is not valid " + describeCodePage(settings.from);
+    return bytesOf(error) + " is not valid " + describeCodePage(settings.from);
   }
   if (error.codePoint >= 0) {
     text += describeCharacter(static_cast<char32_t>(error.codePoint)) + " (" + bytesOf(error) + ")";
@@ -103,6 +113,67 @@ std::string describeError(const StreamError& error, const StreamSettings& settin
     return text + " became " + charactersOf(error.written);
   }
   return text + " has no place in " + describeCodePage(settings.to);
+}
+
+// The same in the words of the engine.
+StreamError errorOf(const encconv::Problem& problem) {
+  StreamError error;
+  error.offset = problem.offset;
+  error.line = problem.line;
+  error.length = problem.length;
+  error.codePoint = problem.code_point;
+  error.kind = problem.malformed      ? StreamErrorKind::kMalformed
+               : problem.approximated ? StreamErrorKind::kApproximated
+                                      : StreamErrorKind::kNoPlace;
+  error.byteCount = static_cast<std::uint8_t>(
+      problem.bytes.copy(reinterpret_cast<char*>(error.bytes), StreamError::kMaxBytes));
+  problem.written.copy(error.written, StreamError::kMaxWritten);
+  return error;
+}
+
+}  // namespace
+
+std::string describeError(const StreamError& error, const StreamSettings& settings) {
+  return "byte offset " + std::to_string(error.offset) + ", line " + std::to_string(error.line) +
+         ": " + describeText(error, settings);
+}
+
+std::string_view kindOf(const encconv::RecordProblem& problem) {
+  switch (problem.kind) {
+    case encconv::RecordProblemKind::text:
+      return kindOf(errorOf(*problem.text));
+    case encconv::RecordProblemKind::descriptor:
+      return "descriptor";
+    case encconv::RecordProblemKind::cut:
+      return "cut";
+    case encconv::RecordProblemKind::number:
+      return "number";
+    case encconv::RecordProblemKind::too_long:
+      return "too long";
+    case encconv::RecordProblemKind::missing:
+      return "missing";
+    case encconv::RecordProblemKind::row:
+      break;
+  }
+  return "row";
+}
+
+std::string bytesOf(const encconv::RecordProblem& problem) {
+  return hexBytes(problem.bytes, problem.length);
+}
+
+std::string describeProblem(const encconv::RecordProblem& problem, const StreamSettings& settings) {
+  std::string text = "byte offset " + std::to_string(problem.offset);
+  if (problem.record != 0) {
+    text += ", record " + std::to_string(problem.record);
+  } else if (problem.text) {
+    text += ", line " + std::to_string(problem.text->line);
+  }
+  if (!problem.field.empty()) text += ", field '" + problem.field + "'";
+  text += ": ";
+  if (problem.text) return text + describeText(errorOf(*problem.text), settings);
+  text += problem.reason;
+  return problem.bytes.empty() ? text : text + " (" + bytesOf(problem) + ")";
 }
 
 std::string adviceFor(const StreamError& error, const StreamSettings& settings) {
@@ -124,6 +195,29 @@ std::string adviceFor(const StreamError& error, const StreamSettings& settings) 
   const bool hasOther = error.codePoint >= 0 && !settings.bestFit &&
                         fast::hasBestFit(settings.to, static_cast<char32_t>(error.codePoint));
   return hasOther ? advice + " best-fit, which writes a similar character" : advice;
+}
+
+std::string adviceFor(const encconv::RecordProblem& problem, const StreamSettings& settings) {
+  const std::string_view goOn = "go on with --on-error";
+  const auto advice = [&](const char* before, const char* behind) {
+    return before + std::string(goOn) + behind;
+  };
+  switch (problem.kind) {
+    case encconv::RecordProblemKind::text:
+      return adviceFor(errorOf(*problem.text), settings);
+    case encconv::RecordProblemKind::descriptor:
+    case encconv::RecordProblemKind::cut:
+      return advice("check --records, or ", ", which takes what can be told apart");
+    case encconv::RecordProblemKind::number:
+      return advice("check --fields, or ", ", which takes no number");
+    case encconv::RecordProblemKind::too_long:
+      return advice("", ", which cuts it between two characters");
+    case encconv::RecordProblemKind::missing:
+      return advice("", ", which writes blanks");
+    case encconv::RecordProblemKind::row:
+      break;
+  }
+  return advice("", ", which leaves it out");
 }
 
 std::string describeStatus(StreamStatus status, const StreamSettings& settings) {

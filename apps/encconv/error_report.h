@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "encconv/records.h"
 #include "encoding/stream/stream_converter.h"
 
 namespace tool {
@@ -25,6 +26,13 @@ std::string bytesOf(const StreamError& error);
 std::string describeError(const StreamError& error, const StreamSettings& settings);
 // What the user may do about it.
 std::string adviceFor(const StreamError& error, const StreamSettings& settings);
+
+// The same of records: "byte offset 17, record 3, field 'balance': no packed number: no sign is 5
+// (12 34 55)". The encodings of settings are those of the text that the problem is about.
+std::string_view kindOf(const encconv::RecordProblem& problem);
+std::string bytesOf(const encconv::RecordProblem& problem);
+std::string describeProblem(const encconv::RecordProblem& problem, const StreamSettings& settings);
+std::string adviceFor(const encconv::RecordProblem& problem, const StreamSettings& settings);
 
 // Why a stream refused its settings or ended; for every status but kGood and kStopped.
 std::string describeStatus(StreamStatus status, const StreamSettings& settings);

@@ -49,9 +49,7 @@ FileConversion::FileConversion(const Options& options, Console& console, PlaceRe
   m_settings.to = options.toCodePage;
   m_settings.pdfPassthrough = options.pdfPassthrough;
   m_settings.drain = this;
-  if (report != nullptr || options.recordLength != 0 || m_settings.stopsAtMalformed) {
-    m_settings.errorHandler = this;
-  }
+  if (report != nullptr || m_settings.stopsAtMalformed) m_settings.errorHandler = this;
   m_mapsOutput = m_afterWriting != mapAfterWriting(options.toCodePage, EbcdicNewline::kKeep);
 }
 
@@ -71,38 +69,26 @@ bool FileConversion::prepare(int fromCodePage, bool isFirst) {
   m_settings.keepMark = isFirst && m_options.mark == MarkUse::kKeep;
   // Within the output a mark would be a character that nobody sees.
   m_settings.dropMark = !isFirst || m_options.mark == MarkUse::kRemove;
-  m_firstError = m_firstApproximation = {};
+  m_inconvertible = m_approximated = m_damaged = {};
   const StreamStatus status = m_stream.begin(m_settings);
   if (status != StreamStatus::kGood) {
     m_console.report(describeStatus(status, m_settings));
     return false;
   }
   m_beforeReading = mapBeforeReading(fromCodePage, m_options.ebcdicNewline);
-  m_mapsInput = m_beforeReading != mapBeforeReading(fromCodePage, EbcdicNewline::kKeep);
-  return prepareRecords(fromCodePage) && prepareNewlines();
+  // Records are mapped one by one: not all of their bytes are text.
+  m_mapsInput =
+      !m_options.records && m_beforeReading != mapBeforeReading(fromCodePage, EbcdicNewline::kKeep);
+  return prepareRecords(fromCodePage, isFirst) && prepareNewlines();
 }
 
-bool FileConversion::prepareRecords(int fromCodePage) {
-  m_records.reset();
-  if (m_options.recordLength == 0) return true;
-
-  RecordFilter::Settings records{m_options.recordLength, m_options.trim, encode("\n", fromCodePage),
-                                 encode(" ", fromCodePage)};
-  EbcdicLineEnds lineEnds;
-  if (m_options.ebcdicNewline == EbcdicNewline::kNl && findEbcdicLineEnds(fromCodePage, lineEnds)) {
-    records.newline.assign(1, static_cast<char>(lineEnds.nextLine));
-  }
-  if (records.newline.empty() || records.blank.empty()) {
-    m_console.report("--record-length: no line can be ended in " + describeCodePage(fromCodePage));
-    return false;
-  }
-  if (m_options.recordLength % records.newline.size() != 0) {
-    m_console.report("--record-length: " + std::to_string(m_options.recordLength) +
-                     " bytes cut a character of " + describeCodePage(fromCodePage) + " in two");
-    return false;
-  }
-  m_records = std::make_unique<RecordFilter>(std::move(records));
-  return true;
+bool FileConversion::prepareRecords(int fromCodePage, bool isFirst) {
+  if (!m_options.usesRecords()) return true;
+  const auto tell = [this](const encconv::RecordProblem& problem) { onRecordProblem(problem); };
+  std::string why;
+  m_records = RecordConversion::make(m_options, fromCodePage, isFirst, tell, why);
+  if (m_records == nullptr) m_console.report(why);
+  return m_records != nullptr;
 }
 
 bool FileConversion::prepareNewlines() {
@@ -165,10 +151,11 @@ ConversionResult FileConversion::convert(InputFile& input, OutputFile& output, b
 
 StreamStatus FileConversion::convertPiece(std::span<const unsigned char> piece, bool isLast) {
   if (m_records != nullptr) {
-    m_lines.clear();
-    m_records->push(piece, m_lines);
-    if (isLast) m_records->finish(m_lines);
-    piece = m_lines;
+    const std::string_view bytes(reinterpret_cast<const char*>(piece.data()), piece.size());
+    m_fromRecords.clear();
+    const bool goesOn = m_records->push(bytes, isLast, m_fromRecords);
+    if (!emit(m_fromRecords)) return StreamStatus::kDrainFailed;
+    return goesOn ? StreamStatus::kGood : StreamStatus::kStopped;
   }
   StreamStatus status = m_stream.push(piece.data(), piece.size(), m_converted);
   if (status == StreamStatus::kGood && isLast) status = m_stream.finish(m_converted);
@@ -176,18 +163,19 @@ StreamStatus FileConversion::convertPiece(std::span<const unsigned char> piece, 
 }
 
 bool FileConversion::onStreamOutput(DataBuffer& out) {
-  std::string_view bytes(reinterpret_cast<const char*>(out.getData2()), out.getSize());
-  if (m_newlines) {
-    m_newlines->push(bytes, m_ended);
-    bytes = {reinterpret_cast<const char*>(m_ended.data()), m_ended.size()};
-  }
-  const bool isWritten = write(bytes);
+  const bool isWritten = emit({reinterpret_cast<const char*>(out.getData2()), out.getSize()});
   out.clear();
   return isWritten;
 }
 
+bool FileConversion::emit(std::string_view bytes) {
+  if (!m_newlines) return write(bytes);
+  m_newlines->push(bytes, m_ended);
+  return write({reinterpret_cast<const char*>(m_ended.data()), m_ended.size()});
+}
+
 bool FileConversion::write(std::string_view bytes) {
-  if (m_mapsOutput) {
+  if (m_mapsOutput && !m_options.toRecords) {
     m_mapped.resize(bytes.size());
     std::transform(bytes.begin(), bytes.end(), m_mapped.begin(),
                    [this](char c) { return m_afterWriting[static_cast<unsigned char>(c)]; });
@@ -197,19 +185,44 @@ bool FileConversion::write(std::string_view bytes) {
   return m_output->write(bytes);
 }
 
-// At once, while it is still known which record the place is in.
 void FileConversion::onStreamError(const StreamError& error) {
-  StreamError placed = error;
-  if (m_records != nullptr) placed.offset = m_records->inputOffset(error.offset);
-  const bool isApproximation = error.kind == StreamErrorKind::kApproximated;
-  FirstPlace& first = isApproximation ? m_firstApproximation : m_firstError;
-  if (error.offset < first.inLines) first = {error.offset, placed.offset};
-  if (!isApproximation) m_lastError = placed;
-  if (m_report != nullptr) m_report->add(m_input->name(), placed, m_settings);
+  if (error.kind != StreamErrorKind::kApproximated) m_lastError = error;
+  if (m_report != nullptr) m_report->add(m_input->name(), error, m_settings);
+}
+
+// The encodings that a problem is about: a field may have one of its own.
+StreamSettings FileConversion::settingsFor(const encconv::RecordProblem& problem) const {
+  StreamSettings settings = m_settings;
+  for (const encconv::Field& field : m_options.layout.fields) {
+    if (field.name != problem.field || !field.code_page) continue;
+    (m_options.records ? settings.from : settings.to) = *field.code_page;
+  }
+  return settings;
+}
+
+void FileConversion::onRecordProblem(const encconv::RecordProblem& problem) {
+  const bool isApproximated = problem.text && problem.text->approximated;
+  const StreamSettings settings = settingsFor(problem);
+  Tally& tally = isApproximated ? m_approximated : problem.text ? m_inconvertible : m_damaged;
+  if (tally.count++ == 0) tally.first = describeProblem(problem, settings);
+  if (!isApproximated) m_lastProblem = problem;
+  if (m_report != nullptr) m_report->add(m_input->name(), problem, settings);
+}
+
+// Takes over what the stream counted.
+void FileConversion::tellStream() {
+  m_inconvertible.count = m_stream.errorCount();
+  m_approximated.count = m_stream.approximationCount();
+  if (m_inconvertible.count != 0) {
+    m_inconvertible.first = describeError(m_stream.firstError(), m_settings);
+  }
+  if (m_approximated.count != 0) {
+    m_approximated.first = describeError(m_stream.firstApproximation(), m_settings);
+  }
 }
 
 // For --verbose: what was done.
-void FileConversion::tellStory(const InputFile& input) const {
+void FileConversion::tellStory(const InputFile& input, bool isComplete) const {
   const double seconds =
       std::chrono::duration<double>(std::chrono::steady_clock::now() - m_begin).count();
   std::string story = input.label() + ": " + describeCodePage(m_settings.from) + " to " +
@@ -219,8 +232,8 @@ void FileConversion::tellStory(const InputFile& input) const {
     const double rate = static_cast<double>(m_bytesRead) / seconds;
     story += ", " + formatBytes(static_cast<std::uint64_t>(rate)) + "/s";
   }
-  const std::uint64_t count = m_stream.errorCount();
-  if (count != 0 && m_stream.status() == StreamStatus::kGood) {
+  const std::uint64_t count = m_inconvertible.count + m_damaged.count;
+  if (count != 0 && isComplete) {
     story += "; " + m_options.treatmentName + ": " + std::to_string(count) +
              (count == 1 ? " place" : " places");
   }
@@ -256,26 +269,35 @@ ConversionResult FileConversion::pump(InputFile& input, OutputFile& output, bool
       return fail(output.error());
     }
   }
-  if (m_options.verbose) tellStory(input);
+  if (m_records == nullptr) tellStream();
+  if (m_options.verbose) tellStory(input, status == StreamStatus::kGood);
   return conclude(input, status);
 }
 
 // What the closing line says: how many places were treated or approximated, and the first of each.
 std::string FileConversion::describeTreated() const {
   std::string text;
-  const auto add = [&](std::uint64_t count, const char* one, const char* several, StreamError first,
-                       const FirstPlace& place) {
-    if (count == 0) return;
-    if (m_records != nullptr) first.offset = place.inInput;
+  const auto add = [&](const Tally& tally, const char* one, const char* several) {
+    if (tally.count == 0) return;
     if (!text.empty()) text += "; ";
-    text += std::to_string(count) + (count == 1 ? one : several) + "; the first at " +
-            describeError(first, m_settings);
+    text += std::to_string(tally.count) + (tally.count == 1 ? one : several) + "; the first at " +
+            tally.first;
   };
-  add(m_stream.errorCount(), " place was not convertible", " places were not convertible",
-      m_stream.firstError(), m_firstError);
-  add(m_stream.approximationCount(), " character was approximated", " characters were approximated",
-      m_stream.firstApproximation(), m_firstApproximation);
+  add(m_damaged, " place was damaged or did not fit", " places were damaged or did not fit");
+  add(m_inconvertible, " place was not convertible", " places were not convertible");
+  add(m_approximated, " character was approximated", " characters were approximated");
   return text;
+}
+
+// What ended the file, and what to do about it.
+std::string FileConversion::describeEnd() const {
+  if (m_records != nullptr) {
+    const StreamSettings settings = settingsFor(m_lastProblem);
+    return describeProblem(m_lastProblem, settings) + "; " + adviceFor(m_lastProblem, settings);
+  }
+  // With a handler the place that ended the stream is the last, and not always the first.
+  const StreamError& end = m_settings.errorHandler != nullptr ? m_lastError : m_stream.firstError();
+  return describeError(end, m_settings) + "; " + adviceFor(end, m_settings);
 }
 
 ConversionResult FileConversion::conclude(const InputFile& input, StreamStatus status) {
@@ -283,14 +305,10 @@ ConversionResult FileConversion::conclude(const InputFile& input, StreamStatus s
     return fail(input.label() + ": " + describeStatus(status, m_settings));
   }
   if (status == StreamStatus::kStopped) {
-    // With a handler the place that ended the stream is the last, and not always the first.
-    const StreamError& end =
-        m_settings.errorHandler != nullptr ? m_lastError : m_stream.firstError();
-    m_console.report(input.label() + ": " + describeError(end, m_settings) + "; " +
-                     adviceFor(end, m_settings));
+    m_console.report(input.label() + ": " + describeEnd());
     return {kNotConverted, false};
   }
-  if (m_stream.errorCount() + m_stream.approximationCount() == 0) return {};
+  if (m_inconvertible.count + m_approximated.count + m_damaged.count == 0) return {};
   if (!m_options.quiet) m_console.report(input.label() + ": " + describeTreated());
   return {m_options.strict ? kNotConverted : kDone, true};
 }

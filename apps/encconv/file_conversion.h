@@ -15,7 +15,7 @@
 #include "apps/encconv/newline_filter.h"
 #include "apps/encconv/options.h"
 #include "apps/encconv/place_report.h"
-#include "apps/encconv/record_filter.h"
+#include "apps/encconv/record_conversion.h"
 #include "encoding/stream/stream_converter.h"
 
 namespace tool {
@@ -25,8 +25,9 @@ struct ConversionResult {
   bool isComplete = true;  // all of the input is in the output, converted or treated
 };
 
-// The way of the bytes: input, EBCDIC line ends, records, stream, line ends, EBCDIC line ends,
-// output. An object serves any number of files, one after the other; each thread has its own.
+// The way of the bytes: input, EBCDIC line ends, stream, line ends, EBCDIC line ends, output; a
+// conversion of records takes the place of what is about records. An object serves any number of
+// files, one after the other; each thread has its own.
 class FileConversion : private StreamDrain, private StreamErrorHandler {
  public:
   // All must outlive the object. Without a report, null.
@@ -44,15 +45,20 @@ class FileConversion : private StreamDrain, private StreamErrorHandler {
   bool chooseEncoding(const InputFile& input, bool isWhole);
   bool prepare(int fromCodePage, bool isFirst);
   bool prepareNewlines();
-  bool prepareRecords(int fromCodePage);
+  bool prepareRecords(int fromCodePage, bool isFirst);
   ConversionResult pump(InputFile& input, OutputFile& output, bool isWhole);
   StreamStatus convertPiece(std::span<const unsigned char> piece, bool isLast);
   bool onStreamOutput(DataBuffer& out) override;
   void onStreamError(const StreamError& error) override;
+  void onRecordProblem(const encconv::RecordProblem& problem);
+  StreamSettings settingsFor(const encconv::RecordProblem& problem) const;
+  void tellStream();
+  bool emit(std::string_view bytes);
   bool write(std::string_view bytes);
-  void tellStory(const InputFile& input) const;
+  void tellStory(const InputFile& input, bool isComplete) const;
   ConversionResult conclude(const InputFile& input, StreamStatus status);
   std::string describeTreated() const;
+  std::string describeEnd() const;
   ConversionResult fail(const std::string& message);
 
   const Options& m_options;
@@ -60,19 +66,22 @@ class FileConversion : private StreamDrain, private StreamErrorHandler {
   StreamSettings m_settings;
   StreamConverter m_stream;
   DataBuffer m_converted;
-  const InputFile* m_input = nullptr;       // of the conversion under way
-  OutputFile* m_output = nullptr;           // likewise
-  std::unique_ptr<RecordFilter> m_records;  // null without --record-length
+  const InputFile* m_input = nullptr;           // of the conversion under way
+  OutputFile* m_output = nullptr;               // likewise
+  std::unique_ptr<RecordConversion> m_records;  // null where there are no records
+  std::string m_fromRecords;                    // what they became
   PlaceReport* const m_report;
   std::optional<NewlineFilter> m_newlines;
-  StreamError m_lastError;  // that the handler was told, at its place in the input
-  // With records: where the first error, or approximation, is in the lines, and where in the input.
-  struct FirstPlace {
-    std::uint64_t inLines = UINT64_MAX;
-    std::uint64_t inInput = 0;
+  StreamError m_lastError;               // that the handler was told
+  encconv::RecordProblem m_lastProblem;  // likewise, of records
+  // Places that are counted together, and the first of them in words.
+  struct Tally {
+    std::uint64_t count = 0;
+    std::string first;
   };
-  FirstPlace m_firstError;
-  FirstPlace m_firstApproximation;
+  Tally m_inconvertible;
+  Tally m_approximated;
+  Tally m_damaged;  // of records
   std::uint64_t m_bytesRead = 0;
   std::uint64_t m_bytesWritten = 0;
   std::chrono::steady_clock::time_point m_begin;
@@ -82,7 +91,6 @@ class FileConversion : private StreamDrain, private StreamErrorHandler {
   bool m_mapsOutput = false;
   std::vector<unsigned char> m_buffer;  // of input
   std::size_t m_buffered = 0;           // bytes in it that were read to find out the encoding
-  std::vector<unsigned char> m_lines;   // what the records became
   std::vector<unsigned char> m_ended;   // with other line ends
   std::vector<unsigned char> m_mapped;  // what goes out
 };

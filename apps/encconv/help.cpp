@@ -37,8 +37,15 @@ standard input is read; without -o the result goes to standard output. Without
       --pdf-passthrough    copy files that begin "%PDF-1"
       --ebcdic-newline lf|nl|keep
                            line ends of EBCDIC text (--help mainframe)
-      --record-length N    end a line after every N bytes of input
-      --trim               drop the blanks at the end of each record
+      --records FORM       the input is in records: fixed:N, rdw or bdw; without
+                           --fields each becomes a line (--help mainframe)
+      --record-length N    the same as --records fixed:N
+      --to-records FORM    the output is in records, bdw:N with blocks of N bytes
+      --fields LAYOUT      a record is a row of a table: "NAME POSITION LENGTH TYPE,
+                           ...", or @FILE (--help fields)
+      --as csv|json|json-strings
+                           form of the table
+      --trim               drop the blanks at the end of each record or text
   -q, -s, --quiet          no progress line and no closing line
   -v, --verbose            tell of each file the encodings, sizes and speed
 
@@ -47,7 +54,8 @@ standard input is read; without -o the result goes to standard output. Without
   -l, --list [FILTER]      show the encodings; with --json for programs
       --chart CODEPAGE     show a code page; with --html FILE as a page
   -h, --help [TOPIC]       show this, or a topic: errors, files, encodings,
-                           iconv, mainframe, detect, charts, status
+                           iconv, mainframe, fields, detect,
+                           charts, status
       --version            show the version
 
 Examples:
@@ -199,13 +207,73 @@ of Windows, such as cp932 for shift_jis.
                          EBCDIC is read, byte 15 when it is written
   --ebcdic-newline keep  both are converted as the code page says; the default
 
-  --record-length N      files of fixed-length records have no line ends: end a
-                         line after every N bytes of input, and after a shorter
-                         rest
-  --trim                 drop the blanks at the end of each record
+Files in records have no line ends. Each record is converted on its own and ends
+a line; --to-records makes a record of each line, filled with blanks. Both
+together convert records to records.
+
+  --records fixed:N      records of N bytes, and a shorter rest
+  --records rdw          variable-length records, each behind its record
+                         descriptor word; spanned ones are joined
+  --records bdw          the same in blocks with block descriptor words
+  --record-length N      the same as --records fixed:N
+  --to-records fixed:N | rdw | bdw | bdw:N
+                         of the output; bdw:N makes blocks of N bytes at most,
+                         32760 without N
+  --trim                 drop the blanks at the end of each record, or line
+
+A descriptor word that cannot be right, and a line that is too long for a record,
+end the file with a message that has record, byte offset and bytes. With another
+treatment than stop (--help errors) lines are cut between two characters, and of
+damaged records everything is taken that can still be told apart.
+
+Examples:
+  encconv -f ibm1047 -t utf-8 --records fixed:80 --trim cards.dat
+  encconv -f ibm037 -t utf-8 --records bdw report.vb -o report.txt
+  encconv -f utf-8 -t ibm037 --to-records rdw report.txt -o report.rdw
+)"},
+    {"fields",
+     R"(--fields LAYOUT says which fields a record has, so that packed and binary numbers
+become what they mean: with --records a table is made of the records, with
+--to-records records of a table. LAYOUT is the fields, or @FILE with them: one a
+line or separated by commas, each NAME POSITION LENGTH TYPE. Positions are those
+of bytes and count from 1, behind the descriptor word; + is right behind the field
+before. # begins a comment.
+
+  text                   characters
+  packed                 two digits a byte and a sign: 12 34 5C
+  zoned                  a digit a byte, the sign in the last: F1 F2 C3
+  binary                 an integer of 1 to 8 bytes, the highest first
+
+Options stand behind colons, as in packed:scale=2:unsigned.
+
+  scale=N                the last N digits are decimals
+  unsigned               no sign; signed is the default
+  digits=N               refuse to write more, though there is room
+  leading, separate      zoned: the sign is with the first digit; is a byte
+  ascii, ebcdic          zoned: digits are 30 to 39, F0 to F9; as -f or -t is
+  little                 binary: the lowest byte comes first
+  encoding=NAME          text: another encoding than that of the record
+
+  --as csv               with a header, as RFC 4180 has it (also its line ends;
+                         --newline lf makes others); the default
+  --as json              a JSON object a line, numbers with all their digits
+  --as json-strings      the same with numbers in quotes
+  --trim                 drop the blanks at the end of texts
+
+A field behind the end of a short record is null: nothing in CSV, where an empty
+text is "". Bytes that no field covers are not in the table, and are blanks in
+records made of it.
+
+Digits and signs that are none, numbers and texts that do not fit, and missing
+numbers end the file with a message that has record, field, byte offset and
+bytes. With another treatment than stop such a number is null, and blanks when
+written; such a text is cut between two characters.
 
 Example:
-  encconv -f ibm1047 -t utf-8 --record-length 80 --trim cards.dat
+  encconv -f ibm037 -t utf-8 --records bdw --fields @accounts.fields --trim \
+          accounts.vb -o accounts.csv
+  encconv -f utf-8 -t ibm037 --to-records bdw --fields @accounts.fields \
+          accounts.csv -o accounts.vb
 )"},
     {"detect",
      R"(encconv --detect FILE... shows for each file the encoding that it seems to have,

@@ -15,7 +15,6 @@ namespace tool {
 namespace {
 
 constexpr unsigned int kMaxJobs = 256;
-constexpr unsigned int kMaxRecordLength = 1u << 20;
 
 // The options as they are written; the rest of this file turns them into Options.
 struct RawArguments {
@@ -28,6 +27,9 @@ struct RawArguments {
   std::string newline;
   std::string ebcdicNewline;
   std::string recordLength;
+  std::string records;
+  std::string toRecords;
+  std::string tableFormat;
   std::string chart;
   std::string helpTopic;
   bool dropsAll = false;
@@ -66,7 +68,11 @@ void declare(CLI::App& app, RawArguments& raw, Options& options) {
   app.add_option("--report", options.report);
   app.add_flag("--pdf-passthrough", options.pdfPassthrough);
   app.add_option("--ebcdic-newline", raw.ebcdicNewline);
+  app.add_option("--records", raw.records);
   app.add_option("--record-length", raw.recordLength);
+  app.add_option("--to-records", raw.toRecords);
+  app.add_option("--fields", options.fields);
+  app.add_option("--as", raw.tableFormat);
   app.add_flag("--trim", options.trim);
   app.add_flag("-q,--quiet,-s,--silent", options.quiet);
   app.add_flag("-v,--verbose", options.verbose);
@@ -195,10 +201,55 @@ void readShape(const RawArguments& raw, Options& options) {
       !isEbcdic(options.toCodePage)) {
     throw UsageError{"--ebcdic-newline: neither of the encodings is an EBCDIC encoding"};
   }
+}
+
+std::optional<encconv::RecordFormat> readRecordFormat(const char* option, const std::string& text) {
+  if (text.empty()) return std::nullopt;
+  const std::optional<encconv::RecordFormat> format = encconv::parse_record_format(text);
+  if (format) return format;
+  throw UsageError{std::string(option) + ": '" + text + "' is none of fixed:N (1 to " +
+                   std::to_string(encconv::max_fixed_length) + "), rdw, bdw and bdw:N (9 to " +
+                   std::to_string(encconv::max_block_size) + ")"};
+}
+
+void readRecords(const RawArguments& raw, Options& options) {
+  options.records = readRecordFormat("--records", raw.records);
+  options.toRecords = readRecordFormat("--to-records", raw.toRecords);
   if (!raw.recordLength.empty()) {
-    options.recordLength = readNumber("--record-length", raw.recordLength, 1, kMaxRecordLength);
-  } else if (options.trim) {
-    throw UsageError{"--trim needs --record-length"};
+    if (options.records)
+      throw UsageError{"--record-length N is --records fixed:N; give one of them"};
+    options.records.emplace();
+    options.records->length =
+        readNumber("--record-length", raw.recordLength, 1, encconv::max_fixed_length);
+  }
+  if (!raw.tableFormat.empty()) {
+    const std::optional<encconv::TableFormat> format = encconv::parse_table_format(raw.tableFormat);
+    if (!format) {
+      throw UsageError{"--as: '" + raw.tableFormat + "' is none of csv, json and json-strings"};
+    }
+    options.tableFormat = *format;
+    if (options.fields.empty()) throw UsageError{"--as needs --fields"};
+  }
+  if (options.trim && !options.usesRecords()) {
+    throw UsageError{"--trim needs --records or --to-records"};
+  }
+  if (!options.fields.empty() && options.records.has_value() == options.toRecords.has_value()) {
+    throw UsageError{options.records ? "--fields: a table is made with --records, or read with "
+                                       "--to-records, not both at once"
+                                     : "--fields needs --records or --to-records"};
+  }
+  if (!options.fields.empty() && options.ebcdicNewline != EbcdicNewline::kKeep) {
+    throw UsageError{"--ebcdic-newline does not go with --fields"};
+  }
+  if (options.usesRecords() && options.pdfPassthrough) {
+    throw UsageError{"--pdf-passthrough does not go with records"};
+  }
+  if (!options.toRecords) return;
+  if (options.newline != Newline::kKeep) {
+    throw UsageError{"--newline: records of --to-records have no line ends"};
+  }
+  if (options.mark == MarkUse::kAdd) {
+    throw UsageError{"--bom: records of --to-records have no byte order mark"};
   }
 }
 
@@ -278,6 +329,7 @@ void readCommand(const CLI::App& app, const RawArguments& raw, Options& options)
   } else {
     readEncodings(raw, options);
     readShape(raw, options);
+    readRecords(raw, options);
     readDestination(raw, options);
   }
   if (options.recursive && options.inputs.empty()) throw UsageError{"--recursive needs files"};

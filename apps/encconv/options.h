@@ -2,9 +2,11 @@
 #ifndef APPS_ENCCONV_OPTIONS_H_
 #define APPS_ENCCONV_OPTIONS_H_
 
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "encconv/records.h"
 #include "encoding/stream/stream_converter.h"
 
 namespace tool {
@@ -62,8 +64,13 @@ struct Options {
   unsigned int jobs = 1;
 
   EbcdicNewline ebcdicNewline = EbcdicNewline::kKeep;
-  unsigned int recordLength = 0;  // bytes of the input; 0: no records
+  std::optional<encconv::RecordFormat> records;    // of the input
+  std::optional<encconv::RecordFormat> toRecords;  // of the output
+  std::string fields;           // fields of the records, or "@" and the file with them; empty: none
+  encconv::FieldLayout layout;  // what these are, when they have been read
+  encconv::TableFormat tableFormat = encconv::TableFormat::csv;
   bool trim = false;
+  bool usesRecords() const { return records || toRecords; }
 
   std::string report;  // the file with every place; empty: none, "-": standard output
   bool guess = false;  // of kCodePageAuto: the likeliest encoding will do

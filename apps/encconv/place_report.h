@@ -6,6 +6,7 @@
 #include <string>
 
 #include "apps/encconv/file_io.h"
+#include "encconv/records.h"
 #include "encoding/stream/stream_converter.h"
 
 namespace tool {
@@ -19,6 +20,8 @@ class PlaceReport {
   bool open(const std::string& name) { return m_file.open(name); }
   // A line about one place in the input that the command line calls name.
   void add(const std::string& name, const StreamError& place, const StreamSettings& settings);
+  void add(const std::string& name, const encconv::RecordProblem& place,
+           const StreamSettings& settings);
   // Puts the file in place. False, with the reason in error(), when some of it could not be
   // written.
   bool commit();
@@ -27,6 +30,8 @@ class PlaceReport {
   const std::string& error() const { return m_file.error(); }
 
  private:
+  void addLine(const std::string& line);
+
   const bool m_asJson;
   std::mutex m_mutex;
   OutputFile m_file;

@@ -34,7 +34,10 @@ _encconv() {
     --newline) words="lf crlf cr keep" ;;
     --bom) words="keep add remove" ;;
     --ebcdic-newline) words="lf nl keep" ;;
-    -h | --help) words="errors files encodings iconv mainframe detect charts status" ;;
+    -h | --help) words="errors files encodings iconv mainframe fields detect charts status" ;;
+    --records) words="fixed: rdw bdw" ;;
+    --to-records) words="fixed: rdw bdw bdw:" ;;
+    --as) words="csv json json-strings" ;;
     -j | --jobs | --record-length | --list | --include | --in-place | substitute) return ;;
     --output-dir)
       compopt -o filenames
@@ -45,7 +48,8 @@ _encconv() {
       if [[ $current == -* ]]; then
         words="-f --from -t --to -o --output --in-place --in-place= --output-dir
           --preserve-time -r --recursive --include -j --jobs
-          --on-error -c --strict --report --bom --bom= --newline --pdf-passthrough --ebcdic-newline --record-length --trim
+          --on-error -c --strict --report --bom --bom= --newline --pdf-passthrough --ebcdic-newline
+          --records --record-length --to-records --fields --as --trim
           -q -s --quiet -v --verbose --detect --brief --guess -l --list --json --chart --html -h --help --version"
       else
         compopt -o filenames
