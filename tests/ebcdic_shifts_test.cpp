@@ -52,8 +52,9 @@ TEST(EbcdicShifts, Writes) {
   EXPECT_EQ("\x0E\xEC\xB5\x44\x86\x0F\xC1"s, written(1390, "か\u309AかA", "stop"));
   // What is lacking comes in the set that it is in; SO and SI have no place in a text.
   EXPECT_EQ("\x0E\x45\x62\x0F\x6F\x0E\x45\x66\x0F"s, written(930, "日ğ本", "substitute=?"));
-  EXPECT_EQ("\xC1\xC2"s, written(930, "A\x0E\x0F"
-                                      "B",
+  EXPECT_EQ("\xC1\xC2"s, written(930,
+                                 "A\x0E\x0F"
+                                 "B",
                                  "drop"));
   EXPECT_EQ("\x45\x62\x45\x66"s, written(300, "日A本", "drop"));
 }

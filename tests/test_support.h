@@ -21,11 +21,11 @@ inline std::string textOf(const DataBuffer& buffer) {
   return {reinterpret_cast<const char*>(buffer.getData2()), buffer.getSize()};
 }
 
-// The rows that have a mapping table.
+// The rows that have a table text.
 inline std::vector<EncodingRow> tableRows() {
   std::vector<EncodingRow> rows;
   for (const EncodingRow& row : encodingRows()) {
-    if (hasTable(row)) rows.push_back(row);
+    if (hasTable(row) && row.mapping == nullptr) rows.push_back(row);
   }
   return rows;
 }

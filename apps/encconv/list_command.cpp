@@ -110,7 +110,12 @@ void printAliases(std::ostream& out, std::span<const std::string_view> aliases) 
 
 void printText(std::ostream& out, const CharsetNames& page) {
   out << std::setw(kNumberWidth) << page.codePage << "  " << std::left << std::setw(kNameWidth)
-      << page.preferredName << std::setw(kKindWidth) << kindName(page.kind) << std::setw(kUseWidth)
+      << page.preferredName;
+  // A long name has a line of its own.
+  if (page.preferredName.size() >= std::size_t{kNameWidth}) {
+    out << '\n' << std::string(kNumberWidth + 2 + kNameWidth, ' ');
+  }
+  out << std::setw(kKindWidth) << kindName(page.kind) << std::setw(kUseWidth)
       << (page.canRead ? (page.canWrite ? "rw" : "r") : (page.canWrite ? "w" : "-"))
       << page.description;
   const int alike = firstAlikeCodePage(page.codePage);

@@ -404,6 +404,9 @@ void CodeTable::derive() {
     OneWay* const oneWays = &m_approximations.at(0);
     std::sort(oneWays, oneWays + m_approximations.size(), isBefore);
   }
+  if (const Entry zero = root()[0]; (zero & kKind) == kScalar && codeOf(zero & ~kKind) == 0) {
+    m_zero = zero & ~kKind;
+  }
   std::uint8_t bytes[kMaxBytes];
   noteForms(kNode, 0, bytes);
   if (m_sequences.isEmpty()) return;

@@ -69,13 +69,15 @@ class CodeTable {
   Entry find(std::uint32_t code) const;
 
   // The code of a scalar value, its bytes from the highest that is not 0 on; 0 for none, and for
-  // U+0000 where its code is 0.
+  // what byte 00 stands for.
   std::uint32_t codeOf(char32_t scalar) const { return loadCode(scalar) & m_codeBits; }
   // The same, with kBegins for values that begin a sequence, which has a code of its own.
   static constexpr std::uint32_t kBegins = 0x80000000u;
   std::uint32_t loadCode(char32_t scalar) const {
     return m_codes.data()[m_rowOf[scalar >> 8] * 256u + (scalar & 0xFF)];
   }
+  // Whether a value has a code.
+  bool holds(char32_t scalar) const { return codeOf(scalar) != 0 || scalar == m_zero; }
   // Whether some of the 256 values from block * 256 on may have a code.
   bool hasBlock(std::uint32_t block) const { return m_rowOf[block] != 0; }
   // The value that is written for one without a code; 0 for none.
@@ -130,6 +132,7 @@ class CodeTable {
   Rows<std::uint16_t> m_counted;            // values of the counted codes up to U+FFFF
   ByteRange m_forms[kMaxBytes][kMaxBytes];  // by length - 1 and place
   std::uint32_t m_codeBits = 0xFFFFFFFFu;   // of m_codes
+  char32_t m_zero = 0xFFFFFFFFu;            // what byte 00 stands for, and is written for
   bool m_hasCounted = false;
   bool m_isAscii = false;
 };

@@ -162,8 +162,7 @@ struct Writer : UnitWriter {
     if (!character.isScalar) return refuse(character.length);
     if (tables.singles != nullptr) {
       const std::uint32_t code = tables.singles->codeOf(character.scalar);
-      const bool isThere = code != 0 || character.scalar == 0;
-      if (isThere && !isShift(code)) {
+      if (tables.singles->holds(character.scalar) && !isShift(code)) {
         shift(false);
         p += character.length;
         put(static_cast<unsigned char>(code));

@@ -123,7 +123,7 @@ struct Writer : UnitWriter {
   }
 
   bool writeCode(const Character& character, std::uint32_t code) {
-    if (code == 0 && character.scalar != 0) {
+    if (!table.holds(character.scalar)) {
       if (!table.hasCounted() || character.scalar <= 0xFFFF) {
         return refuse(character.length, table.codeOf('?'));
       }

@@ -16,7 +16,7 @@ constexpr EncodingRow shifted(int number, const char* name, const char* aliases,
 constexpr EncodingRow pairs(int number, const char* name, const char* aliases,
                             const char* description, const Codec* codecOfPairs) {
   return streamOnly(
-      codec(number, name, aliases, description, CharsetKind::kDoubleByte, codecOfPairs));
+      codec(number, name, aliases, description, CharsetKind::kMultiByte, codecOfPairs));
 }
 
 // The numbers are IBM's; Windows counts the first of them from 50930.
@@ -41,8 +41,7 @@ inline constexpr EncodingRow kEbcdicShiftRows[] = {
     shifted(937, "IBM937", "cp937 x-IBM937 cp50937 50937", "EBCDIC, traditional Chinese",
             &kShiftedCodec<kMap_ibm937_single, kMap_ibm937_double>),
     shifted(939, "IBM939", "cp939 x-IBM939 cp5035 IBM5035 cp50939 50939",
-            "EBCDIC, Japanese with Latin",
-            &kShiftedCodec<kMap_ibm939_single, kMap_ibm939_double>),
+            "EBCDIC, Japanese with Latin", &kShiftedCodec<kMap_ibm939_single, kMap_ibm939_double>),
     shifted(1364, "IBM1364", "cp1364 x-IBM1364", "EBCDIC, Korean, all of Hangul",
             &kShiftedCodec<kMap_ibm1364_single, kMap_ibm1364_double>),
     shifted(1371, "IBM1371", "cp1371", "EBCDIC, traditional Chinese with euro",
