@@ -71,6 +71,9 @@ constexpr bool isSteady(int place) {
          block != 0x9F80 && block != 0xD780;
 }
 
+// After so many characters of one byte more are to be expected.
+constexpr unsigned int kManySingles = 4;
+
 // CodecState::bits is the place; 0 at the beginning of a text.
 int placeOf(const CodecState& state) {
   return state.bits == 0 ? kAsciiPlace : static_cast<int>(state.bits);
@@ -83,19 +86,26 @@ struct Reader : CodecRun {
   static constexpr unsigned int kGrowth = 16;
 
   int place = placeOf(state);
+  bool steady = isSteady(place);
 
   // No byte becomes more than four.
   bool step() {
     const unsigned char* const stop = p + std::min(left(), (room() - kMinRoom) / 4 + 1);
     bool goesOn = true;
     while (goesOn && p < stop) {
-      if (isSteady(place)) copyBlock(stop);
+      if (steady) copyBlock(stop);
       goesOn = readCharacters(stop);
     }
     state.bits = static_cast<std::uint32_t>(place);
     return goesOn;
   }
   void finish() { state.bits = 0; }
+
+  void moveTo(int newPlace) {
+    if (place == newPlace) return;
+    place = newPlace;
+    steady = isSteady(place);
+  }
 
   // Characters of one byte in a steady block.
   void copyBlock(const unsigned char* stop) {
@@ -114,13 +124,13 @@ struct Reader : CodecRun {
     }
   }
 
-  // Any characters, until several of one byte are in front. False when what follows decides.
+  // Any characters, until several of one byte have come. False when what follows decides.
   bool readCharacters(const unsigned char* stop) {
     unsigned int singles = 0;
-    while (p < stop && singles < 4) {
+    while (p < stop && singles < kManySingles) {
       const unsigned int byte = *p;
       if (byte <= kSpace) {
-        if (byte != kSpace) place = kAsciiPlace;
+        if (byte != kSpace) moveTo(kAsciiPlace);
         put(*p++, 0);
         ++singles;
       } else if (byte >= kLowFirst2 && byte < kFirst2) {
@@ -128,7 +138,7 @@ struct Reader : CodecRun {
         if (!putCharacter(place + static_cast<int>(byte) - kMiddle)) return refuse(p - 1, 1);
         ++singles;
       } else if (byte == kReset) {
-        place = kAsciiPlace;
+        moveTo(kAsciiPlace);
         ++p;
       } else {
         if (!readLong(static_cast<int>(byte))) return false;
@@ -175,9 +185,7 @@ struct Reader : CodecRun {
       dest += 4;
     }
     // In most texts the same as before, which nothing has to wait for then.
-    if (((character ^ place) & ~(kBlockSize - 1)) != 0 || !isSteady(place)) {
-      place = placeBehind(character);
-    }
+    if (((character ^ place) & ~(kBlockSize - 1)) != 0 || !steady) moveTo(placeBehind(character));
     return true;
   }
 
@@ -231,10 +239,10 @@ struct Writer : CodecRun {
     }
   }
 
-  // Any characters, until several of one byte are in front. False when what follows decides.
+  // Any characters, until several of one byte have come. False when what follows decides.
   bool writeCharacters(const unsigned char* stop) {
     unsigned int singles = 0;
-    while (p < stop && singles < 4) {
+    while (p < stop && singles < kManySingles) {
       if (left() < 2) return last && refuse(1);
       std::uint32_t character = loadLow<std::uint16_t>(p);
       unsigned int length = 2;

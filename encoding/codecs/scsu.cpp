@@ -305,6 +305,10 @@ struct Writer : ScsuRun {
         *to++ = static_cast<unsigned char>(unit);
       } else if (isNear && isIn(unit, begin)) {
         *to++ = static_cast<unsigned char>(unit - begin + 0x80);
+      } else if (!isNear && unit == highSurrogateOf(begin) && end - in > 3 &&
+                 isIn(loadLow<std::uint16_t>(in + 2), lowSurrogateOf(begin))) {
+        *to++ = static_cast<unsigned char>(in[2] - begin + 0x80);
+        in += 2;
       } else {
         break;
       }

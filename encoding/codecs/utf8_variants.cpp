@@ -8,6 +8,7 @@
 // like others.
 #include "encoding/codecs/codec_run.h"
 #include "encoding/codecs/text_bytes.h"
+#include "encoding/kernels/cpu_dispatch.h"
 #include "support/utf.h"
 
 namespace {
@@ -36,6 +37,29 @@ inline std::uint32_t unitOfThree(const unsigned char* p) {
   return (p[0] & 0xFu) << 12 | (p[1] & 0x3Fu) << 6 | (p[2] & 0x3Fu);
 }
 
+// Kernels convert what is the same in UTF-8, up to what only that has; as far as it was looked for.
+constexpr std::ptrdiff_t kGlance = 1024;
+constexpr std::ptrdiff_t kKernelRoom = fast::kKernelSlack + 64;
+// Where runs are short, a call for each costs more than it saves.
+constexpr std::ptrdiff_t kShortRun = 64;
+constexpr int kSingles = 24;
+
+// The first unit whose last byte is such a one; limit for none.
+template <typename Test>
+const unsigned char* findByte(const unsigned char* p, const unsigned char* limit,
+                              std::ptrdiff_t unitSize, Test test) {
+  const std::ptrdiff_t vector = unitSize * std::ptrdiff_t{kVector};
+  for (; limit - p >= vector; p += vector) {
+    const unsigned int count = countLow(test(unitSize == 1 ? Bytes16::load(p) : loadHighBytes(p)));
+    if (count != kVector) return p + unitSize * std::ptrdiff_t{count};
+  }
+  // The rest is looked at in a vector of its own.
+  unsigned char rest[2 * kVector] = {};
+  std::copy(p, limit, rest);
+  const Bytes16 bytes = unitSize == 1 ? Bytes16::load(rest) : loadHighBytes(rest);
+  return p + std::min(unitSize * std::ptrdiff_t{countLow(test(bytes))}, limit - p);
+}
+
 struct Reader : CodecRun {
   using CodecRun::CodecRun;
   static constexpr unsigned int kGrowth = 16;
@@ -46,9 +70,9 @@ struct Reader : CodecRun {
   bool step() {
     const unsigned char* const stop = p + std::min(left(), (room() - kMinRoom) / 2 + 1);
     while (p < stop) {
-      copyAscii(stop);
-      copyForms(stop);
-      if (p < stop && *p >= 0x80 && !readOther()) return false;
+      for (int count = copyText(stop); count != 0 && p < stop; --count) {
+        if (!readForm()) return false;
+      }
     }
     return true;
   }
@@ -60,51 +84,27 @@ struct Reader : CodecRun {
     return true;
   }
 
-  void copyAscii(const unsigned char* stop) {
-    while (stop - p >= std::ptrdiff_t{kVector}) {
-      const Bytes16 text = Bytes16::load(p);
-      const unsigned int count = countLow(text);
-      if (count == 0) return;
-      storeAsUnits(text, dest);
-      p += count;
-      dest += 2 * count;
-      if (count != kVector) return;
+  // What is the same in UTF-8. Returns how many forms to read before more of that is looked for.
+  int copyText(const unsigned char* stop) {
+    if (room() < kKernelRoom) return 1;
+    const unsigned char* const begin = p;
+    const unsigned char* limit = p + std::min(stop - p, kGlance);
+    if (variant.pairsInSix) {
+      limit = findByte(p, limit, 1, [](auto bytes) { return isAtMost(0xF0, bytes); });
     }
-    while (p < stop && *p < 0x80) putUnit(*p++);
+    const fast::KernelResult r = fast::kernels().utf8ToUtf16(p, limit, dest, destEnd);
+    p = r.in;
+    dest = r.out;
+    return p - begin < kShortRun ? kSingles : 1;
   }
 
-  // Whole forms of two and three bytes, but for surrogates, and single ASCII characters between.
-  void copyForms(const unsigned char* stop) {
-    const unsigned char* in = p;
-    unsigned char* to = dest;
-    // What four bytes in sight hold is decided by them alone.
-    const unsigned char* const sure = stop - std::min<std::ptrdiff_t>(stop - p, 3);
-    while (in < sure) {
-      if (isLead(in[0], 2) && isContinuation(in[1])) {
-        storeLow(to, static_cast<std::uint16_t>((in[0] & 0x1Fu) << 6 | (in[1] & 0x3Fu)));
-        in += 2;
-      } else if (isLead(in[0], 3) && isContinuation(in[1]) && isContinuation(in[2])) {
-        const std::uint32_t unit = unitOfThree(in);
-        if (unit < 0x800 || isSurrogate(unit)) break;
-        storeLow(to, static_cast<std::uint16_t>(unit));
-        in += 3;
-      } else {
-        break;
-      }
-      to += 2;
-      if (in < sure && in[0] < 0x80) {
-        storeLow(to, std::uint16_t{in[0]});
-        to += 2;
-        if (*++in < 0x80) break;
-      }
-    }
-    p = in;
-    dest = to;
-  }
-
-  // Any other form, or none. False when what follows decides.
-  bool readOther() {
+  // One form of any kind, or none. False when what follows decides.
+  bool readForm() {
     const unsigned int lead = *p;
+    if (lead < 0x80) {
+      ++p;
+      return putUnit(lead);
+    }
     if (lead == 0xC0 && variant.zeroInTwo) {
       if (left() < 2) return last && refuse(1);
       if (p[1] != 0x80) return refuse(1);
@@ -169,59 +169,31 @@ struct Writer : CodecRun {
   bool step() {
     const unsigned char* const stop = p + std::min(left(), (room() - kMinRoom) / 2 + 1);
     while (p < stop) {
-      copyAscii(stop);
-      copyUnits(stop);
-      if (p < stop && !writeOther()) return false;
+      for (int count = copyText(stop); count != 0 && p < stop; --count) {
+        if (!writeUnit()) return false;
+      }
     }
     return true;
   }
   void finish() {}
 
-  // Room for what the vectors write too, since a unit is two bytes and three at most come of it.
-  void copyAscii(const unsigned char* stop) {
-    const Bytes16 special(variant.zeroInTwo ? 0x80u : 0u);
-    while (stop - p >= std::ptrdiff_t{2 * kVector}) {
-      const Bytes16 text = loadUnits(p);
-      const unsigned int count = countLow(text | (equal(text, 0) & special));
-      if (count == 0) return;
-      text.store(dest);
-      p += 2 * count;
-      dest += count;
-      if (count != kVector) return;
+  int copyText(const unsigned char* stop) {
+    if (room() < kKernelRoom) return 1;
+    const unsigned char* const begin = p;
+    const unsigned char* limit = p + std::min((stop - p) & ~std::ptrdiff_t{1}, kGlance);
+    if (variant.pairsInSix) {
+      limit = findByte(p, limit, 2, [](auto bytes) { return isBetween(bytes, 0xD8, 0xDF); });
     }
+    const fast::KernelResult r = fast::kernels().utf16ToUtf8(p, limit, dest, destEnd);
+    p = r.in;
+    dest = r.out;
+    return p - begin < kShortRun ? kSingles : 1;
   }
 
-  // Units that are no surrogates, until many of ASCII are to be expected.
-  void copyUnits(const unsigned char* stop) {
-    const unsigned char* in = p;
-    unsigned char* to = dest;
-    const std::uint32_t lowest = variant.zeroInTwo ? 1 : 0;
-    for (; in < stop && end - in > 1; in += 2) {
-      const std::uint32_t unit = loadLow<std::uint16_t>(in);
-      if (unit < 0x80 && unit >= lowest) {
-        *to++ = static_cast<unsigned char>(unit);
-        if (stop - in >= std::ptrdiff_t{2 * kVector} && loadLow<std::uint16_t>(in + 2) < 0x80) {
-          in += 2;
-          break;
-        }
-      } else if (unit < 0x800) {
-        *to++ = static_cast<unsigned char>(0xC0 | unit >> 6);
-        *to++ = continuationByte(unit);
-      } else if (!isSurrogate(unit)) {
-        to = writeThreeByteForm(to, unit);
-      } else {
-        break;
-      }
-    }
-    p = in;
-    dest = to;
-  }
-
-  // A surrogate, or half a unit. False when what follows decides.
-  bool writeOther() {
+  // One unit, or a pair, or half a unit. False when what follows decides.
+  bool writeUnit() {
     if (left() < 2) return last && refuse(1);
     const std::uint32_t unit = loadLow<std::uint16_t>(p);
-    if (!isSurrogate(unit)) return true;
     if (isHighSurrogate(unit)) {
       if (left() < 4 && !last) return false;
       const std::uint32_t low = left() < 4 ? 0 : loadLow<std::uint16_t>(p + 2);
@@ -232,9 +204,13 @@ struct Writer : CodecRun {
         return true;
       }
     }
-    if (!variant.hasSurrogates) return refuse(2);
-    dest = writeThreeByteForm(dest, unit);
+    if (isSurrogate(unit) && !variant.hasSurrogates) return refuse(2);
     p += 2;
+    if (unit == 0 && variant.zeroInTwo) {
+      put(0xC0, 0x80);
+    } else {
+      dest = writeUtf8(dest, unit);
+    }
     return true;
   }
 
