@@ -74,7 +74,7 @@ TEST_F(ToolTest, RefusesInOneLineAndWritesNothing) {
       {"-f 37 -t 1252 --record-length 0 utf8 -o result", "'0'"},
       {"-f utf-16 -t 1252 --record-length 3 utf8 -o result", "--records: 3 bytes"},
       {"-f 28602 -t utf-8 latin -o result", "28602"},
-      {"-f utf-8 -t 28602 latin -o result", "28604"},
+      {"-f utf-8 -t 28602 latin -o result", "28602"},
       {"-f 37 -t 1252 --record-length 1048577 utf8 -o result", "'1048577' is not a number"},
       {"-f 1252 -t utf-8 --in-place -j 257 latin", "'257'"},
       {"-f 1252 -t utf-8 --in-place=/old latin", "'/old' has a slash"},

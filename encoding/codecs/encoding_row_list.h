@@ -43,10 +43,10 @@ inline constexpr const char* kLatin1Aliases = kLatin1Names + sizeof "ISO-8859-1"
 
 // In ascending order of number. The aliases are those registered with IANA, the labels of the
 // Encoding Standard where they mean this very encoding, the names that Windows and .NET give the
-// code page, and a few spellings of C libraries and programming languages. Left out are spellings
-// that match another one of the row (iso8859-1, ISO_8859-1), the forms that every number has (1252,
+// code page, and what ICU, glibc, Python, the JDK and Perl call it. Left out are spellings that
+// match another one of the row (iso8859-1, ISO_8859-1), the forms that every number has (1252,
 // cp1252, windows-1252) unless a registry lists them, and names of encodings that merely resemble
-// one here: such text would be converted wrongly, so the name is better unknown.
+// one here: such text would be converted wrongly, so these have rows of their own.
 //
 // The table of 28591 is that of 1252, that of 20261 is that of 20269, 51936's is 936's and 38598's
 // is 28598's.
