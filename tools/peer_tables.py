@@ -13,11 +13,10 @@ import pathlib
 import pkgutil
 import re
 import subprocess
-import sys
+
+from peers import IconvPeer, IcuPeer, PythonPeer
 
 HERE = pathlib.Path(__file__).resolve().parent
-sys.path.insert(0, str(HERE.parent / "tools"))
-from peers import IconvPeer, IcuPeer, PythonPeer  # noqa: E402
 
 PERL_PROGRAM = r"""
 use Encode; binmode STDOUT;
