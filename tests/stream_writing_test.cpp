@@ -112,6 +112,8 @@ TEST(StreamWriting, TriesBestFits) {
        "0+2 line 1 U+00E7 as c, 3+3 line 1 U+201C as \", 7+3 line 1 U+201D as \", 10+2 line 1 "
        "U+03AC as A, 12+3 line 1 U+2013 as -",
        1},
+      {kUtf8, 939, "best-fit,substitute", "é日ğ", "\x85\x0E\x45\x62\x0F\x6F",
+       "0+2 line 1 U+00E9 as e", 1},
       // The best fit of a code page is none where the codec in front of it lacks that too.
       {kUtf8, kCodePageHz, "best-fit,drop", "\uF900\uF901", "~{8|~}", "3+3 line 1 U+F901 as 更", 1},
       {kUtf8, kUtf8, "best-fit", "ą", "ą", ""},
