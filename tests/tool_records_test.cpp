@@ -150,6 +150,18 @@ TEST_F(ToolRecordsTest, DamageHasItsRecordAndItsPlace) {
     expectOneLine(outcome, c.message);
     EXPECT_EQ(run(c.arguments + " --on-error substitute"s, c.input).status, 0) << c.arguments;
   }
+  // Records that are converted together are told apart: bad text in the third, then an
+  // approximation.
+  const ToolRun together = run("-f 1252 -t 932 --records fixed:2 --on-error drop --report places",
+                               "A B C\x81"
+                               "D\xA0"
+                               "E ");
+  EXPECT_EQ(together.out, "A \nB \nC\nD \nE \n");
+  EXPECT_TRUE(contains(read("places"), "byte offset 5, record 3: U+0081 (81) has no place"))
+      << read("places");
+  EXPECT_TRUE(contains(read("places"), "byte offset 7, record 4: U+00A0 (A0) became U+0020"));
+  expectOneLine(run("-f 932 -t utf-8 --records rdw", "\0\5\0\0A\0\5\0\0\x81\0\3\0\0"s),
+                "byte offset 9, record 2: 81 is not valid");
   // What is written in their place, and in blocks everything behind the block that is damaged.
   EXPECT_EQ(
       run("-f utf-8 -t 37 --to-records fixed:4 --fields @layout --on-error drop", "name,n\nABC,x\n")

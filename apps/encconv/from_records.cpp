@@ -31,11 +31,13 @@ class FromRecords : public RecordConversion {
           if (!takeRecord(out)) return false;
           break;
         case RecordStep::damaged:
+          if (!takeWaiting(out)) return false;
           tellDamage(m_reader.problem());
           break;
         case RecordStep::more:
-          return true;
+          return takeWaiting(out);
         case RecordStep::end:
+          if (!takeWaiting(out)) return false;
           finish(out);
           return !m_problems.hasEnded;
       }
@@ -46,6 +48,8 @@ class FromRecords : public RecordConversion {
  protected:
   // Appends what the record becomes. False when a problem ends the conversion.
   virtual bool takeRecord(std::string& out) = 0;
+  // The same of records that were kept to be converted together.
+  virtual bool takeWaiting(std::string& /*out*/) { return true; }
   virtual void finish(std::string& /*out*/) {}
 
   encconv::RecordReader m_reader;
@@ -70,16 +74,31 @@ class FromTextRecords : public FromRecords {
         m_maps(m_map != mapBeforeReading(task.from, EbcdicNewline::kKeep)),
         m_blank(task.options.trim ? characterIn(" ", task.from) : "") {
     m_text.on_problem([this](const encconv::Problem& problem) {
-      m_problems.tellText(problem, m_reader.number(),
-                          m_reader.offset_of(static_cast<std::size_t>(problem.offset)));
+      const auto index = static_cast<std::size_t>(problem.offset);
+      if (m_kept != nullptr) {
+        m_problems.tellText(problem, m_kept->number, m_kept->offset + index);
+      } else {
+        m_problems.tellText(problem, m_reader.number(), m_reader.offset_of(index));
+      }
     });
   }
 
  protected:
+  // A record that the reader has left.
+  struct Kept {
+    std::uint64_t number;
+    std::uint64_t offset;  // of its data, which was in one piece
+    std::size_t begin;     // in the text of those that are kept
+    std::size_t end;
+  };
   // The record with its line ends and blanks as they are wanted.
   std::string_view shaped() {
     std::string_view record = m_reader.record();
-    while (!m_blank.empty() && record.ends_with(m_blank)) record.remove_suffix(m_blank.size());
+    if (m_blank.size() == 1) {
+      while (!record.empty() && record.back() == m_blank[0]) record.remove_suffix(1);
+    } else if (!m_blank.empty()) {
+      while (record.ends_with(m_blank)) record.remove_suffix(m_blank.size());
+    }
     if (!m_maps) return record;
     m_mapped.resize(record.size());
     std::transform(record.begin(), record.end(), m_mapped.begin(), [this](char c) {
@@ -89,6 +108,7 @@ class FromTextRecords : public FromRecords {
   }
 
   encconv::RecordText m_text;
+  const Kept* m_kept = nullptr;  // the record that is converted, if it is one of these
 
  private:
   const ByteMap m_map;
@@ -97,10 +117,25 @@ class FromTextRecords : public FromRecords {
   std::string m_mapped;
 };
 
+// Whether texts are the same converted one by one and together: there are neither states nor marks.
+bool isStateless(int codePage, bool isTarget) {
+  const EncodingRow* const row = findEncodingRow(codePage);
+  if (row == nullptr || row->reordersMacArabic) return false;
+  return row->form == EncodingForm::kSingleByte || row->form == EncodingForm::kDoubleByte ||
+         (isTarget && row->form == EncodingForm::kUtf8);
+}
+
 class RecordsToLines final : public FromTextRecords {
  public:
-  RecordsToLines(const RecordTask& task, std::string newline)
-      : FromTextRecords(task), m_newline(std::move(newline)) {
+  RecordsToLines(const RecordTask& task, std::string newline, const char* newlineText)
+      : FromTextRecords(task),
+        m_from(task.from),
+        m_to(task.to),
+        m_newline(std::move(newline)),
+        m_sourceNewline(characterIn(newlineText, task.from)),
+        m_keeps(!m_sourceNewline.empty() && task.from != task.to && isStateless(task.from, false) &&
+                isStateless(task.to, true)),
+        m_together(task.from, task.to) {
     const MarkUse use = task.options.mark;
     m_mayWriteMark = task.isFirst && (use == MarkUse::kAdd || use == MarkUse::kKeep);
     m_mark = markOf(*findEncodingRow(task.to));
@@ -113,6 +148,39 @@ class RecordsToLines final : public FromTextRecords {
     const std::string_view record = shaped();
     if (m_mayWriteMark && record.starts_with(m_keptMark)) out += m_mark;
     m_mayWriteMark = false;
+    const std::uint64_t offset = m_reader.offset_of(0);
+    const bool isInOne = m_reader.offset_of(record.size()) == offset + record.size();
+    if (!m_keeps || !isInOne) return takeWaiting(out) && convert(record, out);
+    const std::size_t begin = m_lines.size();
+    m_lines += record;
+    m_waiting.push_back({m_reader.number(), offset, begin, m_lines.size()});
+    m_lines += m_sourceNewline;
+    return m_lines.size() < kTogether || takeWaiting(out);
+  }
+
+  // Together, which is faster; one by one if there is anything to tell of them.
+  bool takeWaiting(std::string& out) override {
+    if (m_waiting.empty()) return true;
+    const std::size_t begin = out.size();
+    bool isGood = m_together.begin(m_from, m_to) && m_together.push(m_lines, out) &&
+                  m_together.finish(out) && m_together.approximation_count() == 0;
+    if (!isGood) {
+      out.resize(begin);
+      isGood = true;
+      for (const Kept& kept : m_waiting) {
+        m_kept = &kept;
+        const std::string_view lines = m_lines;
+        isGood = convert(lines.substr(kept.begin, kept.end - kept.begin), out);
+        if (!isGood || m_problems.hasEnded) break;
+      }
+      m_kept = nullptr;
+    }
+    m_waiting.clear();
+    m_lines.clear();
+    return isGood && !m_problems.hasEnded;
+  }
+
+  bool convert(std::string_view record, std::string& out) {
     const std::size_t begin = out.size();
     const bool isConverted = m_text.convert(record, out);
     const std::string_view opening = m_text.opening();
@@ -127,7 +195,15 @@ class RecordsToLines final : public FromTextRecords {
     return true;
   }
 
+  static constexpr std::size_t kTogether = 16u << 10;
+
+  const int m_from, m_to;
   const std::string m_newline;
+  const std::string m_sourceNewline;
+  const bool m_keeps;
+  encconv::StreamConverter m_together;
+  std::vector<Kept> m_waiting;
+  std::string m_lines;  // those with their line ends
   std::string_view m_mark, m_keptMark;
   bool m_mayWriteMark;
   bool m_isWithin;  // the output has begun
@@ -213,10 +289,10 @@ class RecordsToTable final : public FromRecords {
   std::string m_rows;
 };
 
-// What ends a line, in the target; empty for none.
-std::string lineEnd(const RecordTask& task) {
+// What ends a line.
+const char* lineEnd(const RecordTask& task) {
   const bool isNextLine = task.options.ebcdicNewline == EbcdicNewline::kNl && isEbcdic(task.from);
-  return characterIn(isNextLine ? "\u0085" : "\n", task.to);
+  return isNextLine ? "\u0085" : "\n";
 }
 
 }  // namespace
@@ -240,12 +316,12 @@ std::unique_ptr<RecordConversion> convertFromRecords(const RecordTask& task, std
     return nullptr;
   }
   if (options.toRecords) return std::make_unique<RecordsToRecords>(task);
-  std::string newline = lineEnd(task);
+  std::string newline = characterIn(lineEnd(task), task.to);
   if (newline.empty()) {
     why = "--records: no line can be ended in " + describeCodePage(task.to);
     return nullptr;
   }
-  return std::make_unique<RecordsToLines>(task, std::move(newline));
+  return std::make_unique<RecordsToLines>(task, std::move(newline), lineEnd(task));
 }
 
 }  // namespace tool

@@ -141,7 +141,8 @@ RecordStep RecordReader::State::giveUp(std::uint64_t at, std::string_view word,
 
 RecordStep RecordReader::State::give(std::string_view record, std::uint64_t at) {
   data = record;
-  extents.assign(1, {0, at});
+  extents.resize(1);
+  extents[0] = {0, at};
   ++number;
   return RecordStep::record;
 }
