@@ -224,6 +224,10 @@ TEST(RecordsTest, TextsAreCutAtCharactersWithTheirShifts) {
       {"iso-2022-jp", "あい", 10, RecordText::Fit::whole, "\x1B$B$\"$$\x1B(B"},
       {"iso-2022-jp", "あい", 9, RecordText::Fit::too_long, "\x1B$B$\"\x1B(B"},
       {"iso-2022-jp", "あい", 7, RecordText::Fit::too_long, ""},
+      // Two bytes of shifts around the pairs.
+      {"ibm930", "Aあい", 7, RecordText::Fit::whole, "\xC1\x0E\x44\x81\x44\x82\x0F"},
+      {"ibm930", "Aあい", 6, RecordText::Fit::too_long, "\xC1\x0E\x44\x81\x0F"},
+      {"ibm930", "Aあい", 4, RecordText::Fit::too_long, "\xC1"},
       {"utf-16le", "ab", 3, RecordText::Fit::too_long, "a\0"s},
   };
   for (const auto& c : cases) {

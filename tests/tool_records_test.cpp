@@ -77,6 +77,14 @@ TEST_F(ToolRecordsTest, TextsGoBetweenLinesAndRecords) {
       {"-f 949 -t iso-2022-kr --records fixed:2", "\xB0\xA1\xB0\xA2",
        "\x1B$)C\x0E\x30\x21\x0F\n\x0E\x30\x22\x0F\n"},
       {"-f iso-2022-jp -t utf-8 --records rdw", "\0\x09\0\0\x1B$B$\"\0\5\0\0A"s, "あ\nA\n"},
+      // Shifts are counted, and each record begins in single bytes, whatever the one before ended
+      // in.
+      {"-f utf-8 -t 930 --to-records fixed:7", "Aあい\nAあ\n",
+       "\xC1\x0E\x44\x81\x44\x82\x0F\xC1\x0E\x44\x81\x0F\x40\x40"},
+      {"-f utf-8 -t 930 --to-records fixed:6 --on-error drop --quiet", "Aあい\n",
+       "\xC1\x0E\x44\x81\x0F\x40"},
+      {"-f 930 -t utf-8 --records rdw --on-error drop --quiet",
+       "\0\x08\0\0\xC1\x0E\x44\x81\0\5\0\0\xC1"s, "Aあ\nA\n"},
       {"-f utf-8 -t 932 --to-records fixed:4 --on-error drop --quiet", "aああ\n", "a\x82\xA0 "},
   };
   for (const auto& c : cases) {
