@@ -12,6 +12,7 @@
 
 #include "encoding/codecs/best_fit_list.h"
 #include "encoding/codecs/row_makers.h"
+#include "encoding/codecs/rows/accents.h"
 #include "encoding/codecs/rows/dos.h"
 #include "encoding/codecs/rows/ebcdic.h"
 #include "encoding/codecs/rows/ebcdic_shifts.h"
@@ -426,8 +427,8 @@ constexpr auto joined(const EncodingRow (&... families)[sizes]) {
 // In ascending order of number, with a slot for the tables of each row, and its best fits; 52936
 // has the tables of 936.
 inline constexpr auto kEncodings = [] {
-  auto rows = joined(kRows, kEbcdicShiftRows, kEbcdicRows, kIsoRows, kIso2022Rows, kDosRows,
-                     kMacRows, kVendorRows, kUnicodeFormRows);
+  auto rows = joined(kRows, kAccentRows, kEbcdicShiftRows, kEbcdicRows, kIsoRows, kIso2022Rows,
+                     kDosRows, kMacRows, kVendorRows, kUnicodeFormRows);
   std::ranges::sort(rows, {}, &EncodingRow::number);
   const auto find = [&](int number) {
     return std::ranges::find(rows, number, &EncodingRow::number);
