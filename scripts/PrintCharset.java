@@ -53,7 +53,7 @@ public class PrintCharset {
     if (shifts && length == 1 && (code[0] == 0x0E || code[0] == 0x0F)) return;
     byte[] text = shifts && length == 2 ? new byte[] {0x0E, code[0], code[1], 0x0F} : code.clone();
     String read = read(text);
-    if (read == null || read.isEmpty() || read.indexOf('\uFFFD') >= 0) return;
+    if (read == null || read.isEmpty()) return;
     if (length == 1) singles.add(code[0] & 0xFF);
     if (read.codePointCount(0, read.length()) > 1) sequences.add(read);
     out.append("read ").append(HEX.formatHex(code)).append(' ').append(values(read)).append('\n');

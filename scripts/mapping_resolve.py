@@ -48,6 +48,40 @@ def resolve(name):
     return result
 
 
+def with_rest(listed):
+    """Besides what is listed, the codes of four bytes that follow by rule (gb18030-rest)."""
+    result = Resolved(listed.read, listed.write)
+    values = (value for value in range(0x80, 0x10000)
+              if not 0xD800 <= value < 0xE000 and (value,) not in listed.write)
+    for count in range(39420):
+        code = _counted(count)
+        if code not in listed.read:
+            value = next(values)
+            result.read[code] = value,
+            result.write[value,] = code
+    for value in range(0x10000, 0x110000):
+        result.write[value,] = _counted((0x90 - 0x81) * 12600 + value - 0x10000)
+    return result
+
+
+def without_rest(whole):
+    """The codes of four bytes that have to be listed are those that later editions exchanged with
+    pairs: private-use values away from the others."""
+    listed = {code for code, values in whole.read.items() if len(code) < 4
+              or (0xE000 <= values[0] < 0xF900
+                  and not bytes.fromhex("8336C739") <= code < bytes.fromhex("8336D030"))}
+    result = Resolved({code: whole.read[code] for code in listed},
+                      {values: code for values, code in whole.write.items() if code in listed})
+    if with_rest(result) != whole:
+        raise ValueError("not all codes of four bytes follow the rule")
+    return result
+
+
+def _counted(count):
+    return bytes([0x81 + count // 12600, 0x30 + count // 1260 % 10, 0x81 + count // 10 % 126,
+                  0x30 + count % 10])
+
+
 def stated(target, over=None):
     """A Mapping that makes target over the mapping or code page of a name."""
     base = resolve(over) if over else Resolved()

@@ -32,6 +32,7 @@ class MultiByte:
     over: str = None
     part: int = None
     adjustments: list = ()
+    has_rest: bool = False  # of GB 18030, whose other codes follow by rule
 
     def comment(self):
         return (f"{self.words}\nMade by scripts/make_multibyte_mappings.py from {self.first}"
@@ -67,29 +68,6 @@ def written_as_read(peer):
     return Resolved(peer.read, write)
 
 
-def rule_of_gb18030(peer):
-    """Leaves out the codes of four bytes that follow by rule: the values of the BMP that are not
-    listed have those codes from 81308130 on that are not listed, in order. Codes that later
-    editions exchanged with pairs are listed: private-use values away from the others."""
-    four = {code: values for code, values in peer.read.items() if len(code) == 4}
-    listed = {code: values for code, values in four.items() if 0xE000 <= values[0] < 0xF900
-              and not bytes.fromhex("8336C739") <= code < bytes.fromhex("8336D030")}
-    result = Resolved({c: v for c, v in peer.read.items() if len(c) < 4} | listed,
-                      {v: c for v, c in peer.write.items() if len(c) < 4 or c in listed})
-    taken = set(result.read.values())
-    values = (value for value in range(0x10000)
-              if not 0xD800 <= value < 0xE000 and (value,) not in taken)
-    for linear in range(39420):
-        code = bytes([0x81 + linear // 12600, 0x30 + linear // 1260 % 10,
-                      0x81 + linear // 10 % 126, 0x30 + linear % 10])
-        if code in listed:
-            continue
-        value = next(values),
-        if four.get(code, (0xFFFD,)) != value or peer.write[value] != code:
-            raise ValueError(f"{code.hex()} does not follow the rule")
-    return result
-
-
 def hosts(name, words, first, others, single, double):
     """Both parts of an encoding with shifts, and what each lies over."""
     return [MultiByte(f"{name}-{part}", f"IBM's {name[3:]}, {words}: the {what}.", HOST, first, others,
@@ -105,10 +83,10 @@ MAPPINGS = [
     MultiByte("gb18030", "GB 18030 of 2022: one and two bytes, and the codes of four bytes that later editions\n"
               "exchanged with these.",
               GB18030, "JDK: GB18030", ["ICU: gb18030", "C library: GB18030", "Python: gb18030"],
-              over="936", adjustments=[rule_of_gb18030]),
+              over="936", has_rest=True),
     MultiByte("gb18030-2005", "GB 18030 of 2005; the codes of four bytes as in gb18030.",
               GB18030, "ICU: gb18030", ["C library: GB18030", "Python: gb18030"],
-              over="gb18030", adjustments=[rule_of_gb18030]),
+              over="gb18030", has_rest=True),
     MultiByte("gb2312", "GB 2312 in EUC (EUC-CN).", EUC, "C library: EUC-CN",
               ["Python: gb2312", "JDK: GB2312"]),
     MultiByte("gbk", "GBK as the standard has it, without user-defined characters.", PAIRS,
@@ -238,7 +216,7 @@ MAPPINGS = [
     # Code pages that Windows publishes: the file is the source.
     *(MultiByte(f"cp{number}", "", structure, None, others) for number, structure, others in (
         (10001, PAIRS, ["Perl: MacJapanese"]), (10002, PAIRS, ["Perl: MacChineseTrad"]),
-        (10003, PAIRS, ["Perl: MacKorean"]), (10008, PAIRS, ["Perl: MacChineseSimp"]),
+        (10003, PAIRS, ["Perl: MacKorean"]),
         *((number, PAIRS, []) for number in range(20000, 20006)),
         (20833, BYTES, ["JDK: x-IBM833"]), (20932, PAIRS, []),
         (20936, PAIRS, ["C library: EUC-CN"]), (20949, PAIRS, ["C library: EUC-KR"]),

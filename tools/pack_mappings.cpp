@@ -188,7 +188,8 @@ void putSection(Kind kind, unsigned int length, std::size_t count, const Section
 
 std::string pack(const MappingFile& mapping) {
   std::string image;
-  for (const Kind kind : {kBoth, kRead, kWrite, kRemove}) {
+  // A byte that was a code may begin codes now, once it is removed.
+  for (const Kind kind : {kRemove, kBoth, kRead, kWrite}) {
     std::map<std::pair<unsigned int, std::size_t>, Section> sections;
     for (const auto& [code, scalars] : mapping.entries[kind]) {
       sections[{code.first, scalars.size()}].emplace_back(code.second, scalars);

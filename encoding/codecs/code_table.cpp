@@ -409,6 +409,10 @@ void CodeTable::derive() {
   }
   std::uint8_t bytes[kMaxBytes];
   noteForms(kNode, 0, bytes);
+  const Sequence* const sequences = m_sequences.data();
+  const bool areForgotten = std::all_of(sequences, sequences + m_sequences.size(),
+                                        [](const Sequence& s) { return s.scalars[0] == 0; });
+  if (areForgotten) m_sequences.truncate(0);
   if (m_sequences.isEmpty()) return;
   for (std::uint32_t i = 0; i < m_sequences.size(); ++i) {
     const char32_t first = m_sequences[i].scalars[0];

@@ -13,11 +13,14 @@
 #include "encoding/codecs/best_fit_list.h"
 #include "encoding/codecs/row_makers.h"
 #include "encoding/codecs/rows/accents.h"
+#include "encoding/codecs/rows/chinese.h"
 #include "encoding/codecs/rows/dos.h"
 #include "encoding/codecs/rows/ebcdic.h"
 #include "encoding/codecs/rows/ebcdic_shifts.h"
 #include "encoding/codecs/rows/iso.h"
 #include "encoding/codecs/rows/iso2022.h"
+#include "encoding/codecs/rows/japanese.h"
+#include "encoding/codecs/rows/korean.h"
 #include "encoding/codecs/rows/mac.h"
 #include "encoding/codecs/rows/unicode_forms.h"
 #include "encoding/codecs/rows/vendor.h"
@@ -427,8 +430,9 @@ constexpr auto joined(const EncodingRow (&... families)[sizes]) {
 // In ascending order of number, with a slot for the tables of each row, and its best fits; 52936
 // has the tables of 936.
 inline constexpr auto kEncodings = [] {
-  auto rows = joined(kRows, kAccentRows, kEbcdicShiftRows, kEbcdicRows, kIsoRows, kIso2022Rows,
-                     kDosRows, kMacRows, kVendorRows, kUnicodeFormRows);
+  auto rows =
+      joined(kRows, kAccentRows, kEbcdicShiftRows, kEbcdicRows, kIsoRows, kIso2022Rows, kDosRows,
+             kMacRows, kVendorRows, kUnicodeFormRows, kChineseRows, kJapaneseRows, kKoreanRows);
   std::ranges::sort(rows, {}, &EncodingRow::number);
   const auto find = [&](int number) {
     return std::ranges::find(rows, number, &EncodingRow::number);

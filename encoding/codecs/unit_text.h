@@ -64,7 +64,8 @@ struct UnitWriter : CodecRun {
   // Up to where units can be written that become four bytes at most, so that there is still the
   // least room behind them.
   const unsigned char* writable() const {
-    return p + std::min(left(), (room() - kMinRoom) / 2 + 1);
+    // Whole units, or the loops would never come to the end.
+    return p + std::min(left(), ((room() - kMinRoom) / 4 + 1) * 2);
   }
 
   void copyAscii(const unsigned char* stop) {

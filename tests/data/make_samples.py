@@ -152,6 +152,37 @@ SAMPLES = [
     ("plane-chinese", "hz", lambda text: text.translate(IN_GB2312).encode("hz")),
 ]
 
+# Short texts, a line each in multi_byte_peers.txt: where a mapping was made from one converter, these
+# are by another one.
+SIMPLIFIED = "简体中文：你好，世界 2024"
+TRADITIONAL = "繁體中文：「臺灣」"
+HONG_KONG = "香港：㗎嘅咗 𠝹 \u00ca\u0304\u00ea\u030c \u00ca"
+KANA_PAIRS = "か\u309aき\u309a \u31f7\u309a 𠮟る \u02e9\u02e5 \u00e6\u0300 か"
+MULTI_BYTE = [
+    (54936, "简体，ḿ 䶵 彝 ꀀꒌ བོད་ཡིག 𠀀𪛖 é€\U0010fffd", program("uconv", "-f", "UTF-8", "-t", "gb18030")),
+    (200700, "简体，ḿ 䶵 彝 ꀀꒌ བོད་ཡིག 𠀀𪛖 é€\U0010fffd", iconv("GB18030")),
+    (200701, SIMPLIFIED, python("gb2312")),
+    (200702, SIMPLIFIED + "龍㎎镕", python("gbk")),
+    (1383, SIMPLIFIED, python("gb2312")),
+    (1386, SIMPLIFIED + "镕", python("gbk")),
+    (20936, SIMPLIFIED, python("gb2312")),
+    (200703, TRADITIONAL, iconv("BIG5")),
+    (200704, TRADITIONAL + "碁銹裏墻恒粧嫺", python("cp950")),
+    (200706, HONG_KONG, python("big5hkscs")),
+    (100950, TRADITIONAL, python("cp950")),
+    (51950, TRADITIONAL + "乂丨𠂆𠃑乁𠁕𠀂", program("uconv", "-f", "UTF-8", "-t", "euc-tw-2014")),
+    (200721, "日本語｡ﾊﾝｶｸ ¥5 ‾", python("shift_jis")),
+    (200723, KANA_PAIRS, python("shift_jis_2004")),
+    (200730, KANA_PAIRS, python("euc_jis_2004")),
+    (200731, "日本語｡ 鷗丂侄", python("euc_jp")),
+    (943, "日本語 ㈱ 髙", program("iconv", "-f", "UTF-8", "-t", "IBM943")),
+    (200740, "한국어 韓國語", python("euc_kr")),
+    (200741, "한국어 똠방각하 韓", python("johab")),
+    (200743, "한국어 똠방각하", iconv("UHC")),
+    (970, "한국어 韓國語", iconv("EUC-KR")),
+    (20949, "한국어 韓國語", iconv("EUC-KR")),
+]
+
 
 def main():
     arabic = (HERE / "arabic.txt").read_text("utf-8")
@@ -161,6 +192,8 @@ def main():
     for master, code_page, converter in SAMPLES:
         text = (HERE / f"{master}.txt").read_text("utf-8")
         (HERE / f"{master}.{code_page}").write_bytes(converter(text))
+    lines = (f"{number} {convert(text).hex()} {text}\n" for number, text, convert in MULTI_BYTE)
+    (HERE / "multi_byte_peers.txt").write_text("".join(lines), "utf-8")
 
 
 if __name__ == "__main__":
