@@ -21,14 +21,16 @@ std::string utf32(const std::vector<char32_t>& scalars) {
   return text;
 }
 
-// Where encodings have characters: the basic plane, symbols, and the ideographs of plane 2.
+// Where encodings have characters: the basic plane, symbols, and the ideographs of plane 2. Marks
+// that combine are left out: where they stand in a row they may come back as another character.
 const std::vector<char32_t>& allScalars() {
   static const std::vector<char32_t> scalars = [] {
     std::vector<char32_t> made;
     const auto add = [&](char32_t first, char32_t last) {
       for (char32_t scalar = first; scalar <= last; ++scalar) made.push_back(scalar);
     };
-    add(0, 0xD7FF);
+    add(0, 0x02FF);
+    add(0x0370, 0xD7FF);
     add(0xE000, 0xFEFE);  // behind that comes the mark, which is no text everywhere
     add(0xFF00, 0xFFFF);
     add(0x1F000, 0x1FAFF);

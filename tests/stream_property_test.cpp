@@ -335,6 +335,8 @@ TEST(Stream, TreatsOnlyTheBadPiecesOfAText) {
       if (alone.errors.empty() || treatment == "raw" || treatment.find("0x") != treatment.npos) {
         continue;  // the encoding has everything, or what is written need not be text of it
       }
+      // A set of signs has nothing to substitute.
+      if (!stream(settingsFor(65001, page, "drop"), "?<&0x").errors.empty()) continue;
       const StreamSettings back = settingsFor(page, 65001);
       const std::string stands = stream(back, alone.text).text;
       const std::string whole = stream(writing, twice(foreign, read)).text;

@@ -296,7 +296,7 @@ TEST(Stream, RefusesWhatItCannotServeBeforeAnythingIsWritten) {
     StreamStatus status;
   } cases[] = {{99, 1252, "drop", StreamStatus::kNoDecoder},
                {28602, 1252, "drop", StreamStatus::kNoDecoder},
-               {1252, 20936, "drop", StreamStatus::kNoEncoder},
+               {1252, 28602, "drop", StreamStatus::kNoEncoder},
                {1252, -1, "drop", StreamStatus::kNoEncoder},
                {kUtf8, 1252, "substitute=\xD0\x96", StreamStatus::kBadSubstitute},
                {kUtf8, 1252, "substitute=\xFF", StreamStatus::kBadSubstitute},

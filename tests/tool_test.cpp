@@ -250,7 +250,7 @@ TEST_F(ToolTest, FindsOutEncodings) {
       {"", std::string("caf\xE9\0cr\xE8me", 10), "binary: NUL bytes\n"},
       {"", "\x89PNG\r\n\x1A\n", "binary: begins as PNG\n"},
       {"", "\x83\x30\x81\x30\x84\x31\xA4\x37\xC4\xE3\xBA\xC3",
-       "GB18030 (which cannot be converted), likely: ", 1},
+       "GB18030 (code page 54936), likely: "},
       {"missing", "", "", 2},
       {data + "mail.50220", "", "ISO-2022-JP (code page 50220), likely: its escape sequences\n"},
       {data + "chinese-simplified.936", "", "GBK (code page 936), likely: the frequencies of"},

@@ -8,8 +8,8 @@
 struct Mapping;
 
 struct AccentScheme {
-  // Its codes are single bytes; accents with 00 behind them, which stand for combining marks, or for
-  // 0000 where they are read as nothing (the second half of a mark over two letters); and
+  // Its codes are single bytes; accents with 00 behind them, which stand for combining marks, or
+  // for 0000 where they are read as nothing (the second half of a mark over two letters); and
   // accents with a letter behind them, wherever they stand in the text, which stand for a composed
   // character.
   const Mapping* mapping;
