@@ -24,6 +24,11 @@ inline int streamCodePage(std::string_view name) {
 }
 // Whether streams convert it. StreamConverter copies text from any other code page to itself.
 inline bool isStreamCodePage(int codePage) { return findEncodingRow(codePage) != nullptr; }
+// Whether streams write it; some they only read.
+inline bool isStreamTarget(int codePage) {
+  const EncodingRow* const row = findEncodingRow(codePage);
+  return row != nullptr && row->isWritten;
+}
 // The names of one of them, or null for any other number.
 const CharsetNames* findCodePage(int codePage);
 

@@ -367,7 +367,10 @@ const Plan* openPlan(int from, int to, Reader reader) {
   made->reader = reader;
   made->source = findEncodingRow(from);
   made->target = findEncodingRow(to);
-  if (made->source == nullptr || made->target == nullptr || !fill(*made)) return nullptr;
+  if (made->source == nullptr || made->target == nullptr || !made->target->isWritten ||
+      !fill(*made)) {
+    return nullptr;
+  }
   std::atomic<const Plan*>& chain = planChain(from, to, reader);
   made->next = chain.load(std::memory_order_acquire);
   while (!chain.compare_exchange_weak(made->next, made.get(), std::memory_order_acq_rel)) {

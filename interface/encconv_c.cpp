@@ -137,7 +137,7 @@ encconv_status begin(StreamConverter& stream, int from, int to, const encconv_op
     settings.errorHandler = handler;
     if (!parseStreamTreatment(onErrorOf(options), settings)) return ENCCONV_INVALID_ON_ERROR;
     if (!isStreamCodePage(from)) return ENCCONV_UNKNOWN_SOURCE;
-    if (!isStreamCodePage(to)) return ENCCONV_UNKNOWN_TARGET;
+    if (!isStreamTarget(to)) return ENCCONV_UNKNOWN_TARGET;
     return statusOf(stream.begin(settings));
   } catch (const std::bad_alloc&) {
     return ENCCONV_OUT_OF_MEMORY;

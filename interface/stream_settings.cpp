@@ -70,7 +70,7 @@ Problem problemOf(const StreamError& error) {
 StreamStatus beginStream(::StreamConverter& stream, const StreamSettings& settings) {
   const bool isPair = settings.from != settings.to && settings.from != 0 && settings.to != 0;
   if (!isPair && !isStreamCodePage(settings.from)) return StreamStatus::kNoDecoder;
-  if (!isPair && !isStreamCodePage(settings.to)) return StreamStatus::kNoEncoder;
+  if (!isPair && !isStreamTarget(settings.to)) return StreamStatus::kNoEncoder;
   return stream.begin(settings);
 }
 

@@ -40,6 +40,8 @@ WESTERN = text("french")
 CONVERSIONS = {
     ("auto", "utf-8"): (sample("emoji.1201"), text("emoji").encode()),
     ("shift_jis", "utf-8"): (sample("japanese.932"), text("japanese").encode()),
+    ("web:shift_jis", "utf-8"): (sample("japanese.932") + b"\x82\n",
+                                 text("japanese").encode() + "\ufffd\n".encode()),
     ("iso-2022-jp", "utf-8"): (sample("mail.50220"), text("mail").encode()),
     ("iso-2022-kr", "utf-8"): (text("korean").encode("iso2022_kr"), text("korean").encode()),
     ("hz-gb-2312", "utf-8"): (text("chinese-simplified").encode("hz"),

@@ -99,7 +99,7 @@ constexpr std::array<CharsetNames, kEncodings.size()> kCharsets = [] {
                          row.kind,
                          row.description,
                          true,
-                         true};
+                         row.isWritten};
   }
   return charsets;
 }();

@@ -55,6 +55,7 @@ std::span<const Mark> marksOf(const EncodingRow& row) {
     case EncodingForm::kUtf8:
       return kUtf8Marks;
     case EncodingForm::kUtf16:
+      if (row.hasWebRules) return std::span(kUtf16Marks).subspan(row.bigEndian ? 1 : 0, 1);
       return kUtf16Marks;
     case EncodingForm::kUtf32:
       return kUtf32Marks;

@@ -76,6 +76,10 @@ struct EncodingRow {
   const Codec* codec = nullptr;       // of kCodec
   bool hidesLineEnds = false;         // the bytes of a line end also stand for other characters
   bool inEngine = true;               // false: only streams convert it, not EncConvert
+  bool isWritten = true;              // false: text is only read in it
+  // UTF-8 and UTF-16: what is malformed, and which byte order mark counts, as the Encoding Standard
+  // has it.
+  bool hasWebRules = false;
 
   bool operator==(const EncodingRow&) const = default;
 };

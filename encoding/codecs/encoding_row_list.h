@@ -24,6 +24,7 @@
 #include "encoding/codecs/rows/mac.h"
 #include "encoding/codecs/rows/unicode_forms.h"
 #include "encoding/codecs/rows/vendor.h"
+#include "encoding/codecs/rows/web.h"
 #include "encoding/tables/texts/table_texts.h"
 
 // The codecs, each defined in a file of its own; read through the rows.
@@ -430,9 +431,9 @@ constexpr auto joined(const EncodingRow (&... families)[sizes]) {
 // In ascending order of number, with a slot for the tables of each row, and its best fits; 52936
 // has the tables of 936.
 inline constexpr auto kEncodings = [] {
-  auto rows =
-      joined(kRows, kAccentRows, kEbcdicShiftRows, kEbcdicRows, kIsoRows, kIso2022Rows, kDosRows,
-             kMacRows, kVendorRows, kUnicodeFormRows, kChineseRows, kJapaneseRows, kKoreanRows);
+  auto rows = joined(kRows, kAccentRows, kEbcdicShiftRows, kEbcdicRows, kIsoRows, kIso2022Rows,
+                     kDosRows, kMacRows, kVendorRows, kUnicodeFormRows, kChineseRows, kJapaneseRows,
+                     kKoreanRows, kWebRows);
   std::ranges::sort(rows, {}, &EncodingRow::number);
   const auto find = [&](int number) {
     return std::ranges::find(rows, number, &EncodingRow::number);

@@ -6,9 +6,17 @@ namespace {
 
 using Entry = CodeTable::Entry;
 
+// What drives both directions.
+struct Rules {
+  const CodeTable& table;
+  PieceRule pieceRule;        // null: as the table says
+  std::uint32_t lastWritten;  // the highest code
+};
+
 struct Reader : UnitReader {
   using UnitReader::UnitReader;
-  const CodeTable& table = *static_cast<const CodeTable*>(parameters);
+  const CodeTable& table = static_cast<const Rules*>(parameters)->table;
+  const PieceRule pieceRule = static_cast<const Rules*>(parameters)->pieceRule;
 
   bool step() {
     const unsigned char* const stop = readable();
@@ -46,7 +54,7 @@ struct Reader : UnitReader {
         static_cast<std::size_t>(std::min<std::ptrdiff_t>(left(), CodeTable::kMaxBytes));
     Entry entry = CodeTable::kNode;
     for (unsigned int i = 0; i < CodeTable::kMaxBytes; ++i) {
-      if (i == known) return last && refuse(1);
+      if (i == known) return refusePiece(known, true);
       entry = table.node(entry)[p[i]];
       if (entry == CodeTable::kCounted) return readCounted(known);
       if (entry == CodeTable::kNothing) break;
@@ -55,27 +63,40 @@ struct Reader : UnitReader {
       p += i + 1;
       return true;
     }
+    return refusePiece(known, false);
+  }
+
+  // isCut: what can be seen may begin a code. False when what follows decides.
+  bool refusePiece(std::size_t known, bool isCut) {
+    if (pieceRule != nullptr) {
+      const unsigned int length = pieceRule(p, known, last);
+      return length != 0 && refuse(length);
+    }
+    if (isCut) return last && refuse(1);
     // All that can belong to the piece has to be seen before its length can be told.
     if (!last && table.mayBeLonger(p, known)) return false;
     return refuse(table.malformedLength(p, known));
   }
 
   bool readCounted(std::size_t known) {
+    const char32_t scalar = known < CodeTable::kMaxBytes ? U'\0' : table.countedScalar(p);
+    if (scalar != 0) {
+      p += CodeTable::kMaxBytes;
+      putScalar(scalar);
+      return true;
+    }
+    if (pieceRule != nullptr) return refusePiece(known, false);
     const auto isSecondLead = [](unsigned char byte) { return byte >= 0x81 && byte <= 0xFE; };
     if (known > 2 && !isSecondLead(p[2])) return refuse(1);
-    if (known < 4) return last && refuse(1);
-    if (p[3] < 0x30 || p[3] > 0x39) return refuse(1);
-    const char32_t scalar = table.countedScalar(p);
-    if (scalar == 0) return refuse(4);
-    p += 4;
-    putScalar(scalar);
-    return true;
+    if (known < CodeTable::kMaxBytes) return last && refuse(1);
+    return refuse(p[3] < 0x30 || p[3] > 0x39 ? 1 : CodeTable::kMaxBytes);
   }
 };
 
 struct Writer : UnitWriter {
   using UnitWriter::UnitWriter;
-  const CodeTable& table = *static_cast<const CodeTable*>(parameters);
+  const CodeTable& table = static_cast<const Rules*>(parameters)->table;
+  const std::uint32_t lastWritten = static_cast<const Rules*>(parameters)->lastWritten;
 
   bool step() {
     const unsigned char* const stop = writable();
@@ -123,12 +144,12 @@ struct Writer : UnitWriter {
   }
 
   bool writeCode(const Character& character, std::uint32_t code) {
-    if (!table.holds(character.scalar)) {
-      if (!table.hasCounted() || character.scalar <= 0xFFFF) {
-        return refuse(character.length, table.codeOf('?'));
-      }
+    bool isHeld = table.holds(character.scalar);
+    if (!isHeld && character.scalar > 0xFFFF && table.hasCounted()) {
       code = CodeTable::countedCode(character.scalar);
+      isHeld = true;
     }
+    if (!isHeld || code > lastWritten) return refuse(character.length, table.codeOf('?'));
     p += character.length;
     putCode(code);
     return true;
@@ -136,29 +157,50 @@ struct Writer : UnitWriter {
 };
 
 template <typename Direction>
-unsigned int run(const void* mapping, const unsigned char* data, unsigned int length, bool last,
+unsigned int run(const RuledMapping& by, const unsigned char* data, unsigned int length, bool last,
                  CodecState& state, DataBuffer& out, ReplacementSink* sink) {
-  const CodeTable* const table = CodeTable::open(*static_cast<const Mapping*>(mapping));
-  if (table != nullptr) {
-    return runCodec<Direction>(table, data, length, last, state, out, sink);
+  if (const CodeTable* const table = CodeTable::open(by.mapping)) {
+    const std::uint32_t lastWritten = 0xFFFFFFFFu >> 8 * (CodeTable::kMaxBytes - by.longestWritten);
+    const Rules rules = {*table, by.pieceRule, lastWritten};
+    return runCodec<Direction>(&rules, data, length, last, state, out, sink);
   }
   out.latchFailure();
   return length;
+}
+
+RuledMapping unruled(const void* parameters) {
+  return {*static_cast<const Mapping*>(parameters), nullptr};
 }
 
 }  // namespace
 
 unsigned int readMultiByte(const void* parameters, const unsigned char* data, unsigned int length,
                            bool last, CodecState& state, DataBuffer& out, ReplacementSink* sink) {
-  return run<Reader>(parameters, data, length, last, state, out, sink);
+  return run<Reader>(unruled(parameters), data, length, last, state, out, sink);
 }
 
 unsigned int writeMultiByte(const void* parameters, const unsigned char* data, unsigned int length,
                             bool last, CodecState& state, DataBuffer& out, ReplacementSink* sink) {
-  return run<Writer>(parameters, data, length, last, state, out, sink);
+  return run<Writer>(unruled(parameters), data, length, last, state, out, sink);
+}
+
+unsigned int readRuled(const void* parameters, const unsigned char* data, unsigned int length,
+                       bool last, CodecState& state, DataBuffer& out, ReplacementSink* sink) {
+  const auto& by = *static_cast<const RuledMapping*>(parameters);
+  return run<Reader>(by, data, length, last, state, out, sink);
+}
+
+unsigned int writeRuled(const void* parameters, const unsigned char* data, unsigned int length,
+                        bool last, CodecState& state, DataBuffer& out, ReplacementSink* sink) {
+  const auto& by = *static_cast<const RuledMapping*>(parameters);
+  return run<Writer>(by, data, length, last, state, out, sink);
 }
 
 std::uint32_t approximateMultiByte(const void* parameters, std::uint32_t scalar) {
   const CodeTable* const table = CodeTable::open(*static_cast<const Mapping*>(parameters));
   return table == nullptr ? 0 : table->approximationOf(scalar);
+}
+
+std::uint32_t approximateRuled(const void* parameters, std::uint32_t scalar) {
+  return approximateMultiByte(&static_cast<const RuledMapping*>(parameters)->mapping, scalar);
 }

@@ -15,11 +15,38 @@ unsigned int writeMultiByte(const void* parameters, const unsigned char* data, u
 // What the mapping only writes; see Codec::approximate.
 std::uint32_t approximateMultiByte(const void* parameters, std::uint32_t scalar);
 
+// How many bytes a malformed piece has that begins with these, of which `known` (1 to 4) can be
+// seen; last: nothing follows them. 0: what follows decides.
+using PieceRule = unsigned int (*)(const unsigned char* bytes, std::size_t known, bool last);
+
+// A mapping whose encoding has rules of its own: which pieces are malformed, and how long a code
+// may be that is written.
+struct RuledMapping {
+  const Mapping& mapping;
+  PieceRule pieceRule;
+  unsigned int longestWritten = CodeTable::kMaxBytes;
+};
+
+// The same; the parameters are a RuledMapping.
+unsigned int readRuled(const void* parameters, const unsigned char* data, unsigned int length,
+                       bool last, CodecState& state, DataBuffer& out, ReplacementSink* sink);
+unsigned int writeRuled(const void* parameters, const unsigned char* data, unsigned int length,
+                        bool last, CodecState& state, DataBuffer& out, ReplacementSink* sink);
+
+std::uint32_t approximateRuled(const void* parameters, std::uint32_t scalar);
+
 template <const Mapping& mapping>
 inline constexpr Codec kMultiByteCodec = {.codePage = 1200,
                                           .read = {readMultiByte, &mapping},
                                           .write = {writeMultiByte, &mapping},
                                           .isStateless = true,
                                           .approximate = approximateMultiByte};
+
+template <const RuledMapping& mapping>
+inline constexpr Codec kRuledCodec = {.codePage = 1200,
+                                      .read = {readRuled, &mapping},
+                                      .write = {writeRuled, &mapping},
+                                      .isStateless = true,
+                                      .approximate = approximateRuled};
 
 #endif  // ENCODING_CODECS_MULTI_BYTE_H_

@@ -91,6 +91,11 @@ constexpr EncodingRow codec(int number, const char* name, const char* aliases,
   return row;
 }
 
+constexpr EncodingRow onlyRead(EncodingRow row) {
+  row.isWritten = false;
+  return row;
+}
+
 // The tables of the row outlive teardown, as they always have.
 constexpr EncodingRow kept(EncodingRow row) {
   row.isReleased = false;

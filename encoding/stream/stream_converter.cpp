@@ -91,7 +91,7 @@ StreamStatus StreamConverter::Core::open(int from) {
   if (m_plan == nullptr) {
     if (isSame() && !isStreamCodePage(from)) return StreamStatus::kGood;
     if (!isStreamCodePage(from)) return StreamStatus::kNoDecoder;
-    return isStreamCodePage(m_settings.to) ? StreamStatus::kNoMemory : StreamStatus::kNoEncoder;
+    return isStreamTarget(m_settings.to) ? StreamStatus::kNoMemory : StreamStatus::kNoEncoder;
   }
   if (!m_repertoire.open(*m_plan) || !m_approximations.prepare(m_repertoire, m_settings.bestFit)) {
     return StreamStatus::kNoMemory;

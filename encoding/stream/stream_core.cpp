@@ -212,6 +212,7 @@ bool StreamConverter::Core::decideMalformed(bool last) {
         piece.length = 2;
         piece.codePoint = static_cast<std::int32_t>(unitAt(at, bigEndian));
       }
+      if (isCutPair(at, left, bigEndian)) piece.length = left;
       break;
     case EncodingForm::kUtf32: {
       if (left < 4 && !last) return false;
@@ -234,9 +235,23 @@ bool StreamConverter::Core::decideMalformed(bool last) {
   return true;
 }
 
+// Whether the text ends within a pair of surrogates, of UTF-16 where that is one malformed piece.
+bool StreamConverter::Core::isCutPair(const unsigned char* at, std::size_t left,
+                                      bool bigEndian) const {
+  return left == 3 && m_plan->source->hasWebRules && isHighSurrogate(unitAt(at, bigEndian));
+}
+
 // A pair of surrogates in two three-byte forms is read; a form on its own is malformed.
 bool StreamConverter::Core::decideUtf8(const unsigned char* at, std::size_t left, bool last) {
   if (!last && isCutUtf8(at, left)) return false;
+  if (m_plan->source->hasWebRules) {
+    // A surrogate is no character: of its form, each byte is malformed.
+    const bool isSurrogateForm = at[0] == 0xED && left > 1 && at[1] >= 0xA0;
+    const std::size_t length = isSurrogateForm ? 1 : invalidLength(at, left);
+    m_pump.skip(length);
+    treatPiece({StreamErrorKind::kMalformed, at, length, -1});
+    return true;
+  }
   const Utf8Sequence whole = decodeScalar(at, left);
   if (whole.valid) {
     m_pump.skip(whole.length);
@@ -310,9 +325,10 @@ bool StreamConverter::Core::decideUnmappable(bool last) {
     return true;
   }
   const bool isRead = m_isReportWanted || m_treatment.readsPieces(piece.kind);
+  const bool isCut = isSource && isCutPair(unit, left, false);
   piece.at = isRead ? m_pump.sourceOf(unit) : nullptr;
-  if (piece.at != nullptr) piece.length = m_pump.sourceLength(unit, units);
-  m_pump.skipUnits(units);
+  if (piece.at != nullptr) piece.length = m_pump.sourceLength(unit, units) + (isCut ? 1 : 0);
+  m_pump.skipUnits(isCut ? left : units);
   if (m_target) m_segmentUnit = m_pump.unit();
   treatPiece(piece);
   return true;

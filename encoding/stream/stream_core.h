@@ -67,6 +67,7 @@ class StreamConverter::Core final : private CodecTarget::Client {
   bool decideMalformed(bool last);
   bool decideUnmappable(bool last);
   bool decideUtf8(const unsigned char* at, std::size_t left, bool last);
+  bool isCutPair(const unsigned char* at, std::size_t left, bool bigEndian) const;
   bool writeSegment(Stop stop);
   bool dropRun();
   bool writeSpecialUnit(const unsigned char* unit);
