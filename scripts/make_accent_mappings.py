@@ -2,7 +2,8 @@
 """Makes the mappings of encodings whose accents are bytes of their own (encoding/codecs/accents.h).
 
 Those with composed characters are what the C library's iconv reads and writes. ANSEL is what
-MARC::Charset has, and is compared with yaz-iconv; its composed characters are those of Unicode.
+MARC::Charset has, and is compared with yaz-iconv; its composed characters are those of Unicode. The
+other sets of MARC-8 are those of MARC::Charset.
 A code is an accent and a letter in this order, also where the accent follows its letter in the text;
 an accent with 00 behind it is the combining mark.
 """
@@ -11,7 +12,7 @@ import ctypes
 import subprocess
 import unicodedata
 
-from mapping_format import Mapping
+from mapping_format import Mapping, load
 
 FRONT = {0xC1: 0x300, 0xC2: 0x301, 0xC3: 0x302, 0xC4: 0x303, 0xC5: 0x304, 0xC6: 0x306, 0xC7: 0x307,
          0xC8: 0x308, 0xC9: 0x308, 0xCA: 0x30A, 0xCB: 0x327, 0xCC: 0x332, 0xCD: 0x30B, 0xCE: 0x328,
@@ -127,6 +128,41 @@ def of_marc(name):
     mapping.save(name)
 
 
+def of_marc8(name):
+    script = ('use MARC::Charset::Table; my $t = MARC::Charset::Table->new(); my $db = $t->db();'
+              'for my $key (sort keys %$db) { my $c = $t->get_code($key); my $u = $c->ucs();'
+              'next if $key =~ /^\\d\\d+$/ || !defined $u || $u eq "";'
+              'my $w = $t->lookup_by_utf8(chr hex $u);'
+              'print join(" ", $c->charset(), $c->marc(), $u,'
+              '$w->charset() eq $c->charset() && $w->marc() eq $c->marc() ? 1 : 0), "\n" }')
+    lines = subprocess.run(["perl", "-e", script], stdout=subprocess.PIPE,
+                           stderr=subprocess.DEVNULL, check=True, text=True).stdout
+    mapping = Mapping("The sets of MARC-8 but ASCII and ANSEL: the last byte of the escape sequence and the\n"
+                      "bytes of the character; accents of ANSEL stand in front of the letter.\nMade by scripts/make_accent_mappings.py from MARC::Charset.")
+    rows = [line.split() for line in lines.splitlines()]
+    symbols = {value for charset, _, value, _ in rows if charset == "67"}  # as letters they are Greek
+    letters = {}
+    for charset, marc, value, written in rows:
+        if charset not in ("42", "45") and "21" <= marc[:2] <= "7E":
+            is_written = charset == "53" if value in symbols else written == "1"
+            code = bytes.fromhex(charset + marc)
+            add(mapping, code, int(value, 16), is_written)
+            if is_written and charset in ("4E", "51", "53"):
+                letters[int(value, 16)] = code
+    ansel = load("ansel")
+    marks = {v[0]: code[0] for code, v in ansel.both.items() if len(code) == 2 and code[1] == 0}
+    have = {v[0] for v in [*ansel.both.values(), *mapping.both.values()]}
+    for value in SCALARS:
+        apart = [ord(c) for c in unicodedata.normalize("NFD", chr(value))]
+        if 1 < len(apart) < 4 and value not in have and apart[0] in letters \
+                and all(mark in marks for mark in apart[1:]):
+            charset, letter = letters[apart[0]]
+            code = bytes([charset, *(marks[mark] for mark in apart[1:]), letter])
+            mapping.both.setdefault(code, (value,))
+    print(name, len(mapping.both), "both,", len(mapping.read), "read")
+    mapping.save(name)
+
+
 def main():
     of_iconv("iso_6937", "ISO_6937", "ISO 6937 of 1992.", FRONT)
     of_iconv("iso_6937_2", "ISO_6937-2", "ISO 6937-2 of 1983.", FRONT)
@@ -135,6 +171,7 @@ def main():
     of_iconv("tcvn5712_1", "TCVN5712-1", "TCVN 5712-1, Vietnamese, whose accents follow their letters.",
              BEHIND, behind=True)
     of_marc("ansel")
+    of_marc8("marc_8")
 
 
 if __name__ == "__main__":

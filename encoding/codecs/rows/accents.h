@@ -5,7 +5,7 @@
 #include "encoding/codecs/row_makers.h"
 
 extern const Codec kAnselCodec, kIso6937Codec, kIso6937Part2Codec, kT61Codec, kX3110Codec,
-    kTcvnCodec;
+    kTcvnCodec, kMarc8Codec;
 
 namespace encoding_rows {
 
@@ -28,6 +28,8 @@ inline constexpr EncodingRow kAccentRows[] = {
             "Vietnamese, TCVN 5712-1, composing accents", &kTcvnCodec),
     accents(200865, "ANSEL", "ANSI_Z39.47 ISO-IR-231", "Library records, Latin part of MARC-8",
             &kAnselCodec),
+    streamOnly(codec(200866, "MARC-8", "x-marc-8", "Library records, MARC-8 with all scripts",
+                     CharsetKind::kStateful, &kMarc8Codec)),
 };
 
 }  // namespace encoding_rows
