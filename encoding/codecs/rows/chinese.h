@@ -11,7 +11,7 @@ namespace encoding_rows {
 // GB2312, EUC-CN, GBK and Big5 are names of the code pages of Windows, which hold more.
 inline constexpr EncodingRow kChineseRows[] = {
     // Simplified.
-    streamOnly(codec(54936, "GB18030", "csGB18030 windows-54936 GB18030-2022 IBM1392 ",
+    streamOnly(codec(54936, "GB18030", "csGB18030 windows-54936 GB18030-2022 IBM1392",
                      "Simplified Chinese and all of Unicode, GB 18030 of 2022",
                      CharsetKind::kMultiByte, &kMultiByteCodec<kMap_gb18030>)),
     streamOnly(codec(200700, "GB18030-2005", "gb18030-2000",
@@ -28,8 +28,8 @@ inline constexpr EncodingRow kChineseRows[] = {
                      "Simplified Chinese, IBM EUC", &kMap_ibm1383),
     mappedDoubleByte(1386, "IBM1386", "ibm-1386_P100-2001 ibm-1386_VSUB_VPUA",
                      "Simplified Chinese, IBM PC (GBK)", &kMap_ibm1386),
-    mappedDoubleByte(10008, "x-mac-chinesesimp", "MacChineseSimp", "Mac, simplified Chinese",
-                     &kMap_cp20936),
+    mappedDoubleByte(10008, "x-mac-chinesesimp", "MacChineseSimp x-mac-simp-chinese",
+                     "Mac, simplified Chinese", &kMap_cp20936),
     mappedDoubleByte(20936, "x-cp20936", "", "Simplified Chinese, GB 2312 of Windows",
                      &kMap_cp20936),
 
@@ -64,8 +64,8 @@ inline constexpr EncodingRow kChineseRows[] = {
                      &kMultiByteCodec<kMap_ibm1375>)),
     mappedDoubleByte(5471, "IBM5471", "ibm-5471_P100-2006",
                      "Traditional Chinese, IBM, Hong Kong set of 2001", &kMap_ibm5471),
-    mappedDoubleByte(10002, "x-mac-chinesetrad", "MacChineseTrad", "Mac, traditional Chinese",
-                     &kMap_cp10002),
+    mappedDoubleByte(10002, "x-mac-chinesetrad", "MacChineseTrad x-mac-trad-chinese",
+                     "Mac, traditional Chinese", &kMap_cp10002),
     mappedDoubleByte(20000, "x-Chinese-CNS", "", "Traditional Chinese, CNS in pairs (Windows)",
                      &kMap_cp20000),
     mappedDoubleByte(20001, "x-cp20001", "", "Traditional Chinese, TCA", &kMap_cp20001),
@@ -74,7 +74,7 @@ inline constexpr EncodingRow kChineseRows[] = {
     mappedDoubleByte(20003, "x-cp20003", "", "Traditional Chinese, IBM 5550", &kMap_cp20003),
     mappedDoubleByte(20004, "x-cp20004", "", "Traditional Chinese, TeleText", &kMap_cp20004),
     mappedDoubleByte(20005, "x-cp20005", "", "Traditional Chinese, Wang", &kMap_cp20005),
-    streamOnly(codec(51950, "EUC-TW", "x-EUC-TW csEUCTW euc-tw-1992",
+    streamOnly(codec(51950, "EUC-TW", "cns11643 x-EUC-TW csEUCTW euc-tw-1992",
                      "Traditional Chinese, all planes of CNS 11643 in EUC", CharsetKind::kMultiByte,
                      &kMultiByteCodec<kMap_euc_tw>)),
     streamOnly(codec(200710, "EUC-TW-2014", "", "Traditional Chinese, EUC-TW with plane 12 and 13",
