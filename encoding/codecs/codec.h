@@ -61,9 +61,9 @@ struct Codec {
 
   // Of the text on the other side: 932, 949, 936, 1200 (UTF-16 little endian, on every host, whose
   // surrogates need not be pairs) or 65001.
-  int codePage;
-  Convert read;   // from the encoding
-  Convert write;  // into the encoding
+  int codePage = 0;
+  Convert read = {};   // from the encoding
+  Convert write = {};  // into the encoding
   // Writing: makes the state behind an ended text fit to go on behind it, in the same output. left
   // is the state before its last piece, wrote says whether that had any content. May be null.
   void (*resume)(const CodecState& left, bool wrote, CodecState& state) = nullptr;
