@@ -241,7 +241,7 @@ TEST(Iso2022Sets, StandAnyBytesHoweverTheyAreCut) {
       "\x1B\x1B\x1B$$()*+.&@ABCDEGHIJFOPQMNO\x0E\x0F\r\n0!$\"VPi~+\x20\x7F\x80";
   // Letters that begin sequences and their second halves among them, both bytes of which are here.
   const std::string units(
-      "\0\0\0\0az\x1B$(\n\x0E\x0F\x4B\x30\x4B\x30\x9A\x30\xE9\x02\xE5\x4E\xD8\xDC", 28);
+      "\0\0\0\0az\x1B$(\n\x0E\x0F\x4B\x30\x4B\x30\x9A\x30\xE9\x02\xE5\x4E\xD8\xDC", 24);
   std::vector<Direction> directions;
   for (const int number : kSchemes) {
     directions.push_back({codecOf(number).read, -1, 4, shifts});
