@@ -9,7 +9,7 @@ _encconv_encodings() {
       print word == tolower(word) ? tolower(name) : name
     }
     $1 ~ /^[0-9]+$/ { offer($2); if ($1 != 0) offer($1) }
-    /^        / && word != "" { for (i = 1; i <= NF; ++i) offer($i) }'
+    /^        [^ ]/ && word != "" { for (i = 1; i <= NF; ++i) offer($i) }'
 }
 
 _encconv() {

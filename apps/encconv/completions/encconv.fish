@@ -3,7 +3,7 @@
 function __encconv_encodings
     encconv --list 2>/dev/null | awk '
         $1 ~ /^[0-9]+$/ { print $2; print $1 }
-        /^        / { for (i = 1; i <= NF; ++i) print $i }'
+        /^        [^ ]/ { for (i = 1; i <= NF; ++i) print $i }'
 end
 
 complete -c encconv -s f -l from -x -a 'auto (__encconv_encodings)' -d 'Encoding of the input'
