@@ -438,10 +438,14 @@ inline constexpr auto kEncodings = [] {
   const auto find = [&](int number) {
     return std::ranges::find(rows, number, &EncodingRow::number);
   };
-  for (const BestFit& bestFit : kBestFits) find(bestFit.number)->bestFit = bestFit.text;
   std::uint16_t slots = 0;
   for (EncodingRow& row : rows) {
-    if (hasTableSlots(row)) row.slot = slots++;
+    if (hasTable(row)) row.slot = slots++;
+  }
+  for (const BestFit& bestFit : kBestFits) {
+    EncodingRow& row = *find(bestFit.number);
+    row.bestFit = bestFit.text;
+    if (!hasTable(row)) row.slot = slots++;
   }
   find(52936)->slot = find(936)->slot;
   return rows;
