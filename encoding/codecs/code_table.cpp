@@ -19,6 +19,9 @@ constinit std::atomic<const CodeTable*> g_tables[kMaxMappings];
 constexpr unsigned char kImageEnd = 0xFF;
 enum Kind : unsigned int { kBoth, kRead, kWrite, kRemove };
 
+// What new nodes, and new rows of codes, are filled with.
+constexpr std::array<std::uint32_t, 256> kEmptyRow{};
+
 // What the packed numbers of an image say.
 class ImageReader {
  public:
@@ -177,12 +180,11 @@ bool CodeTable::hasFailed() const {
 }
 
 bool CodeTable::build(const Mapping& mapping) {
-  constexpr std::array<std::uint32_t, 256> kEmpty{};
   if (mapping.base != nullptr) {
     if (!build(*mapping.base)) return false;
   } else {
-    m_nodes.add(kEmpty.data(), kEmpty.size());
-    m_codes.add(kEmpty.data(), kEmpty.size());
+    m_nodes.add(kEmptyRow.data(), kEmptyRow.size());
+    m_codes.add(kEmptyRow.data(), kEmptyRow.size());
     if (hasFailed() || (mapping.basePage != 0 && !applyPage(mapping.basePage))) return false;
     if (mapping.baseText != nullptr && !applyPieces(mapping.baseText)) return false;
   }
@@ -334,7 +336,6 @@ void CodeTable::forget(unsigned int length, std::uint32_t code) {
 
 // Where the entry of a code stands; nodes on the way are made. The root when memory is short.
 CodeTable::Entry& CodeTable::place(unsigned int length, std::uint32_t code) {
-  constexpr std::array<Entry, 256> kEmpty{};
   unsigned char bytes[kMaxBytes] = {};
   splitCode(code, length, bytes);
   std::uint32_t at = bytes[0];
@@ -342,7 +343,7 @@ CodeTable::Entry& CodeTable::place(unsigned int length, std::uint32_t code) {
     Entry entry = m_nodes[at];
     if ((entry & kKind) != kNode) {
       entry = kNode | m_nodes.size() / 256;
-      m_nodes.add(kEmpty.data(), kEmpty.size());
+      m_nodes.add(kEmptyRow.data(), kEmptyRow.size());
       if (m_nodes.hasFailed()) return m_nodes.at(0);
       m_nodes.at(at) = entry;
     }
@@ -356,12 +357,11 @@ void CodeTable::setEntry(unsigned int length, std::uint32_t code, Entry entry) {
 }
 
 void CodeTable::setCode(char32_t scalar, std::uint32_t code) {
-  constexpr std::array<std::uint32_t, 256> kEmpty{};
   std::uint16_t& row = m_rowOf[scalar >> 8];
   if (row == 0) {
     if (code == 0) return;
     const std::uint32_t made = m_codes.size() / 256;
-    m_codes.add(kEmpty.data(), kEmpty.size());
+    m_codes.add(kEmptyRow.data(), kEmptyRow.size());
     if (m_codes.hasFailed()) return;
     row = static_cast<std::uint16_t>(made);
   }

@@ -36,7 +36,7 @@ namespace encoding_rows {
 // first.
 inline constexpr const char* kEucJpNames =
     "EUC-JP csEUCPkdFmtJapanese Extended_UNIX_Code_Packed_Format_for_Japanese x-euc-jp ujis "
-    "IBM-eucJP";
+    "IBM-eucJP eucjis OSF00030010";
 inline constexpr const char* kEucJpAliases = kEucJpNames + sizeof "EUC-JP";
 
 // The names of ISO 8859-1, which CharsetNaming takes for Windows's reading of it, and those behind
@@ -117,16 +117,17 @@ inline constexpr EncodingRow kRows[] = {
     // The Windows code page is read wherever GB 2312 is announced, as browsers do.
     doubleByte(936, "GBK",
                "csGBK cp936 ms936 windows-936 x-gbk GB2312 csGB2312 GB_2312-80 csISO58GB231280 "
-               "csGB231280 iso-ir-58 chinese cn-gb",
+               "csGB231280 iso-ir-58 chinese cn-gb windows-936-2000 x-mswin-936 GB13000",
                "Windows, simplified Chinese (GBK)", GetGb2312, 46811, 2),
     doubleByte(949, "KS_C_5601-1987",
-               "csKSC56011987 KS_C_5601 KS_C_5601-1989 iso-ir-149 korean windows-949 ms949 mscp949 "
-               "x-windows-949 UHC",
+               "csKSC56011987 KS_C_5601 KS_C_5601-1989 iso-ir-149 korean windows-949 ms949 "
+               "mscp949 x-windows-949 UHC x-KSC5601 windows-949-2000 OSF100203B5",
                "Windows, Korean (Unified Hangul Code)", GetKorean, 32749, 2),
-    readingAlso(
-        _Enc_big5_only_read,
-        doubleByte(950, "Big5", "csBig5 cn-big5 x-x-big5 Big-Five windows-950 ms950 x-windows-950",
-                   "Windows, traditional Chinese (Big5)", GetBig5, 38459, 2)),
+    readingAlso(_Enc_big5_only_read,
+                doubleByte(950, "Big5",
+                           "csBig5 cn-big5 x-x-big5 Big-Five windows-950 ms950 x-windows-950 "
+                           "windows-950-2000 x-big5 big5-tw",
+                           "Windows, traditional Chinese (Big5)", GetBig5, 38459, 2)),
     single(1026, "IBM1026", "cp1026 csIBM1026 OSF10020402", "EBCDIC, Turkish (Latin 5)",
            _Enc_IBM1026),
     single(1047, "IBM1047",
@@ -175,10 +176,16 @@ inline constexpr EncodingRow kRows[] = {
     // input decides either way. The same goes for UCS-2. (UCS-4 without a byte order is no name
     // here, because there C libraries and others disagree.)
     unicode(1200, "UTF-16LE",
-            "csUTF16LE UTF-16 csUTF16 unicode csUnicode unicodeFEFF ISO-10646-UCS-2 UCS-2 UCS-2LE",
+            "csUTF16LE UTF-16 csUTF16 unicode csUnicode unicodeFEFF ISO-10646-UCS-2 UCS-2 "
+            "UCS-2LE u16 UTF16_LittleEndian UnicodeLittleUnmarked x-UTF-16LE ibm-1202 "
+            "ibm-1203 ibm-13490 ibm-13491 ibm-17586 ibm-17587 ibm-21682 ibm-21683 ibm-25778 "
+            "ibm-25779 ibm-29874 ibm-29875",
             "Unicode, UTF-16 little endian", EncodingForm::kUtf16, false),
-    unicode(1201, "UTF-16BE", "csUTF16BE unicodeFFFE UCS-2BE", "Unicode, UTF-16 big endian",
-            EncodingForm::kUtf16, true),
+    unicode(1201, "UTF-16BE",
+            "csUTF16BE unicodeFFFE UCS-2BE UTF16_BigEndian UnicodeBigUnmarked x-UTF-16BE "
+            "ibm-1200 ibm-1201 ibm-13488 ibm-13489 ibm-17584 ibm-17585 ibm-21680 ibm-21681 "
+            "ibm-25776 ibm-25777 ibm-29872 ibm-29873 ibm-61955 ibm-61956",
+            "Unicode, UTF-16 big endian", EncodingForm::kUtf16, true),
     single(1250, "windows-1250",
            "cswindows1250 cp1250 x-cp1250 ms-ee IBM-1250 ibm-5346_P100-1998 ibm-5346 cp5346",
            "Windows, Central European", _Enc_windows_1250),
@@ -234,10 +241,13 @@ inline constexpr EncodingRow kRows[] = {
            _Enc_x_mac_icelandic),
     single(10081, "x-mac-turkish", "MacTurkish mactr", "Mac, Turkish", _Enc_x_mac_turkish),
     single(10082, "x-mac-croatian", "MacCroatian", "Mac, Croatian", _Enc_x_mac_croatian),
-    unicode(12000, "UTF-32LE", "csUTF32LE UTF-32 csUTF32 UCS-4LE", "Unicode, UTF-32 little endian",
-            EncodingForm::kUtf32, false),
-    unicode(12001, "UTF-32BE", "csUTF32BE UCS-4BE", "Unicode, UTF-32 big endian",
-            EncodingForm::kUtf32, true),
+    unicode(12000, "UTF-32LE",
+            "csUTF32LE UTF-32 csUTF32 UCS-4LE u32 UTF32_LittleEndian x-UTF-32LE ibm-1234 "
+            "ibm-1235",
+            "Unicode, UTF-32 little endian", EncodingForm::kUtf32, false),
+    unicode(12001, "UTF-32BE",
+            "csUTF32BE UCS-4BE UTF32_BigEndian x-UTF-32BE ibm-1232 ibm-1233 ibm-9424",
+            "Unicode, UTF-32 big endian", EncodingForm::kUtf32, true),
     single(20105, "x-IA5", "ISO_646.irv:1983 csISO2IntlRefVersion iso-ir-2 irv ISO_646.IRV",
            "7-bit, international reference version of 1983", _Enc_x_IA5),
     single(20106, "x-IA5-German", "DIN_66003 ISO646-DE csISO21German iso-ir-21 de German",
@@ -375,10 +385,11 @@ inline constexpr EncodingRow kRows[] = {
            _Enc_iso_8859_8_i),
     // The three are converted alike. csISO2022JP, which IANA lists under ISO-2022-JP, is the name
     // by which Windows tells 50221 from 50220.
-    codec(50220, "ISO-2022-JP", "", "Japanese, ISO-2022-JP", CharsetKind::kStateful,
+    codec(50220, "ISO-2022-JP", "x-windows-50220 ms50220 x-windows-iso2022jp windows-iso2022jp",
+          "Japanese, ISO-2022-JP", CharsetKind::kStateful, &kIso2022JpCodec),
+    codec(50221, "csISO2022JP", "_iso-2022-jp$ESC x-windows-50221 ms50221",
+          "Japanese, ISO-2022-JP with katakana by escape", CharsetKind::kStateful,
           &kIso2022JpCodec),
-    codec(50221, "csISO2022JP", "_iso-2022-jp$ESC", "Japanese, ISO-2022-JP with katakana by escape",
-          CharsetKind::kStateful, &kIso2022JpCodec),
     codec(50222, "cp50222", "_iso-2022-jp$SIO", "Japanese, ISO-2022-JP with katakana by shift",
           CharsetKind::kStateful, &kIso2022JpCodec),
     codec(50225, "ISO-2022-KR", "csISO2022KR iso-2022-kr-7 iso-2022-kr-7bit", "Korean, ISO-2022-KR",
@@ -392,7 +403,8 @@ inline constexpr EncodingRow kRows[] = {
                                    "Japanese, EUC-JP as Windows has it", GetEucJP, 25873, 2)))),
     doubleByte(51936, "EUC-CN", "x-euc-cn IBM-eucCN", "Simplified Chinese, EUC-CN", GetEucCN, 38459,
                2),
-    doubleByte(51949, "EUC-KR", "csEUCKR iso-2022-kr-8 iso-2022-kr-8bit IBM-eucKR",
+    doubleByte(51949, "EUC-KR",
+               "csEUCKR iso-2022-kr-8 iso-2022-kr-8bit IBM-eucKR ks_x_1001 OSF0004000A",
                "Korean, EUC-KR", GetEucKR, 32749, 2),
     // Windows's number of HZ, served by the table of 936; the name hz-gb-2312 would promise the
     // escapes of HZ, which are not written here.
@@ -401,11 +413,13 @@ inline constexpr EncodingRow kRows[] = {
           "GSM 03.38 default alphabet, one septet a byte", CharsetKind::kSingleByte, &kGsmCodec),
     codec(65000, "UTF-7",
           "csUTF7 UNICODE-1-1-UTF-7 csUnicode11UTF7 unicode-2-0-utf-7 x-unicode-1-1-utf-7 "
-          "x-unicode-2-0-utf-7",
+          "x-unicode-2-0-utf-7 u7",
           "Unicode, UTF-7", CharsetKind::kUnicode, &kUtf7Codec),
     unicode(65001, "UTF-8",
-            "csUTF8 unicode-1-1-utf-8 unicode-2-0-utf-8 x-unicode-1-1-utf-8 x-unicode-2-0-utf-8 "
-            "IBM1208 cp1208",
+            "csUTF8 unicode-1-1-utf-8 unicode-2-0-utf-8 x-unicode-1-1-utf-8 "
+            "x-unicode-2-0-utf-8 IBM1208 cp1208 u8 utf utf8_ucs2 utf8_ucs4 utf-8-strict "
+            "ISO-10646/UTF-8 OSF05010001 ibm-1209 ibm-13496 ibm-13497 ibm-17592 ibm-17593 "
+            "ibm-5304 ibm-5305",
             "Unicode, UTF-8", EncodingForm::kUtf8, false),
     unicode(65005, "cp65005", "", "Unicode, UTF-32 little endian, as 12000", EncodingForm::kUtf32,
             false),
@@ -415,7 +429,7 @@ inline constexpr EncodingRow kRows[] = {
     // characters more; Windows has no number for it (20932 writes JIS X 0212 in two bytes).
     streamOnly(codec(200954, "EUC-JP", kEucJpAliases, "Japanese, EUC-JP with JIS X 0212",
                      CharsetKind::kMultiByte, &kEucJpCodec)),
-    streamOnly(codec(1052936, "hz-gb-2312", "hz", "Chinese simplified, HZ (RFC 1843)",
+    streamOnly(codec(1052936, "hz-gb-2312", "hz hz-gb", "Chinese simplified, HZ (RFC 1843)",
                      CharsetKind::kStateful, &kHzCodec)),
 };
 

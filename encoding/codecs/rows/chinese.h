@@ -74,7 +74,7 @@ inline constexpr EncodingRow kChineseRows[] = {
     mappedDoubleByte(20003, "x-cp20003", "", "Traditional Chinese, IBM 5550", &kMap_cp20003),
     mappedDoubleByte(20004, "x-cp20004", "", "Traditional Chinese, TeleText", &kMap_cp20004),
     mappedDoubleByte(20005, "x-cp20005", "", "Traditional Chinese, Wang", &kMap_cp20005),
-    streamOnly(codec(51950, "EUC-TW", "cns11643 x-EUC-TW csEUCTW euc-tw-1992",
+    streamOnly(codec(51950, "EUC-TW", "cns11643 OSF0005000A x-EUC-TW csEUCTW euc-tw-1992",
                      "Traditional Chinese, all planes of CNS 11643 in EUC", CharsetKind::kMultiByte,
                      &kMultiByteCodec<kMap_euc_tw>)),
     streamOnly(codec(200710, "EUC-TW-2014", "", "Traditional Chinese, EUC-TW with plane 12 and 13",

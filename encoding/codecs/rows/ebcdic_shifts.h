@@ -29,7 +29,8 @@ inline constexpr EncodingRow kEbcdicShiftRows[] = {
           &kPairsCodec<kMap_ibm937_double>),
     pairs(837, "IBM837", "x-IBM837 cp837", "EBCDIC, simplified Chinese, pairs only",
           &kPairsCodec<kMap_ibm935_double>),
-    shifted(930, "IBM930", "cp930 x-IBM930 cp5026 IBM5026 cp50930 50930",
+    shifted(930, "IBM930",
+            "csIBM930 ibm-930_P120-1999 x-IBM930A cp930 x-IBM930 cp5026 IBM5026 cp50930 50930",
             "EBCDIC, Japanese with katakana",
             &kShiftedCodec<kMap_ibm930_single, kMap_ibm930_double>),
     shifted(931, "IBM931", "cp931 cp50931 50931", "EBCDIC, US and Canada with Japanese",
@@ -58,8 +59,8 @@ inline constexpr EncodingRow kEbcdicShiftRows[] = {
     shifted(1399, "IBM1399", "csIBM1399 x-IBM1399 ibm-1399_P110-2003 cp1399",
             "EBCDIC, Japanese with Latin, euro and JIS X 0213",
             &kShiftedCodec<kMap_ibm1399_single, kMap_ibm1399_double>),
-    pairs(16684, "IBM16684", "cp16684", "EBCDIC, Japanese with JIS X 0213, pairs only",
-          &kPairsCodec<kMap_ibm16684>),
+    pairs(16684, "IBM16684", "ibm-16684_P110-2003 ibm-20780 cp16684",
+          "EBCDIC, Japanese with JIS X 0213, pairs only", &kPairsCodec<kMap_ibm16684>),
 };
 
 }  // namespace encoding_rows
