@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "encoding/codecs/escape_sequence.h"
+#include "support/utf.h"
 
 namespace {
 
@@ -26,6 +27,15 @@ std::uint32_t firstToWait(const unsigned char* bytes, std::uint32_t used, std::u
     first = static_cast<std::uint32_t>(escape - bytes);
   }
   return std::min(first, used);
+}
+
+constexpr int kUtf16Le = 1200;
+
+// Whether a byte of UTF-16 is not the first of a unit, or pair of surrogates.
+bool isInsideCharacter(const unsigned char* text, std::uint32_t byte) {
+  if (byte % 2 != 0) return true;
+  const auto unitAt = [&](std::uint32_t at) { return text[at] | text[at + 1] * 256u; };
+  return byte >= 2 && isLowSurrogate(unitAt(byte)) && isHighSurrogate(unitAt(byte - 2));
 }
 
 }  // namespace
@@ -80,7 +90,14 @@ bool CodecTarget::emitJoined(const Text& text, Behind behind, Output& out) {
 
 bool CodecTarget::keepWaiting(const Text& text, std::uint32_t from) {
   m_waiting.append(text.bytes + from, text.count - from);
-  for (std::uint32_t i = from; i < text.count; ++i) m_waitingPlaces.add(placeOf(text, i));
+  StreamError place;
+  for (std::uint32_t i = from; i < text.count; ++i) {
+    // Only characters have places, and not every byte of them.
+    const bool isInside =
+        m_codec.codePage == kUtf16Le && isInsideCharacter(text.bytes + from, i - from);
+    if (!isInside) place = placeOf(text, i);
+    m_waitingPlaces.add(place);
+  }
   return !m_waiting.hasFailed() && !m_waitingPlaces.hasFailed();
 }
 
