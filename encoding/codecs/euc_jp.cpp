@@ -11,8 +11,7 @@
 #include <memory>
 #include <new>
 
-#include "encoding/codecs/codec_run.h"
-#include "encoding/codecs/text_bytes.h"
+#include "encoding/codecs/unit_text.h"
 #include "encoding/tables/texts/table_image.h"
 #include "encoding/tables/texts/table_texts.h"
 #include "support/utf.h"
@@ -94,13 +93,12 @@ const Tables* openTables() {
 
 // ---- Reading ----
 
-struct Reader : CodecRun {
-  using CodecRun::CodecRun;
-  static constexpr unsigned int kGrowth = 10;
+struct Reader : UnitReader {
+  using UnitReader::UnitReader;
 
   bool step() {
     const Tables& tables = *g_tables.load(std::memory_order_relaxed);
-    const unsigned char* const stop = p + std::min(left(), (room() - kMinRoom) / 2 + 1);
+    const unsigned char* const stop = readable();
     while (p < stop) {
       copyAscii(stop);
       copyPairs(tables, stop);
@@ -109,23 +107,6 @@ struct Reader : CodecRun {
     return true;
   }
   void finish() {}
-
-  void putUnit(unsigned int unit) {
-    put(static_cast<unsigned char>(unit), static_cast<unsigned char>(unit >> 8));
-  }
-
-  void copyAscii(const unsigned char* stop) {
-    while (stop - p >= std::ptrdiff_t{kVector}) {
-      const Bytes16 text = Bytes16::load(p);
-      const unsigned int count = countLow(text);
-      if (count == 0) return;
-      storeAsUnits(text, dest);
-      p += count;
-      dest += 2 * count;
-      if (count != kVector) return;
-    }
-    while (p < stop && *p < 0x80) putUnit(*p++);
-  }
 
   void copyPairs(const Tables& tables, const unsigned char* stop) {
     const unsigned char* in = p;
@@ -163,20 +144,16 @@ struct Reader : CodecRun {
     putUnit(unit);
     return true;
   }
-  bool refuse(unsigned int length) {
-    return mark(length, kReplacementCharacter & 0xFF, kReplacementCharacter >> 8);
-  }
 };
 
 // ---- Writing ----
 
-struct Writer : CodecRun {
-  using CodecRun::CodecRun;
-  static constexpr unsigned int kGrowth = 9;
+struct Writer : UnitWriter {
+  using UnitWriter::UnitWriter;
 
   bool step() {
     const Tables& tables = *g_tables.load(std::memory_order_relaxed);
-    const unsigned char* const stop = p + std::min(left(), (room() - kMinRoom) / 2 + 1);
+    const unsigned char* const stop = writable();
     while (p < stop) {
       copyAscii(stop);
       copyCodes(tables, stop);
@@ -185,18 +162,6 @@ struct Writer : CodecRun {
     return true;
   }
   void finish() {}
-
-  void copyAscii(const unsigned char* stop) {
-    while (stop - p >= std::ptrdiff_t{2 * kVector}) {
-      const Bytes16 text = loadUnits(p);
-      const unsigned int count = countLow(text);
-      if (count == 0) return;
-      text.store(dest);
-      p += 2 * count;
-      dest += count;
-      if (count != kVector) return;
-    }
-  }
 
   void copyCodes(const Tables& tables, const unsigned char* stop) {
     for (; p < stop && left() > 1; p += 2) {
