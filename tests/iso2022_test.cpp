@@ -148,8 +148,11 @@ const struct {
      "\x1B$)A\x0EVPND\x0F abc \x1B$)G\x0ET6\x1B$+J\x1BO!&\x1B$+L\x1BO\",\x0F\n\x1B$+I\x1BO!D"},
     {"uconv ISO_2022,locale=ja,version=4", kJis8, "Aｱ日本ﾝ\n", "A\xB1\x1B$BF|K\\\x1B(J\xDD\n\x1B(B",
      false},
-    {"uconv x11-compound-text", kCompound, "é\né Aşα日本丂한",
-     "\xE9\n\xE9 A\x1B-B\xBA\x1B-F\xE1\x1B$)B\xC6\xFC\xCB\xDC\x1B$)D\xB0\xA1\x1B$)C\xC7\xD1"},
+    {"uconv x11-compound-text", kCompound, "é\né Aşα日本丂한é",
+     "\xE9\n\xE9 "
+     "A\x1B-B\xBA\x1B-F\xE1\x1B$)B\xC6\xFC\xCB\xDC\x1B$)D\xB0\xA1\x1B$)C\xC7\xD1\x1B-A\xE9"},
+    {"by hand: what is in the right half at the beginning is there at the end", kCompound, "ş",
+     "\x1B-B\xBA\x1B-A"},
     // Pairs in the left half, beside letters in the right one.
     {"by hand", kCompound, "亜é中é\né", "\x1B$(B0!\xE9\x1B$AVP\xE9\x1B(B\n\xE9", false},
     {"by hand", kCnTraditional, "中文 仉亚\n",

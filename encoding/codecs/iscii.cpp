@@ -42,8 +42,8 @@ template <class Base>
 struct Direction : Base {
   using Base::Base;
   using Base::state;
-  const unsigned char first = static_cast<unsigned char>(
-      *static_cast<const IsciiScript*>(Base::parameters));
+  const unsigned char first =
+      static_cast<unsigned char>(static_cast<const IsciiSettings*>(Base::parameters)->script);
   const CodeTable* table = open();
 
   unsigned char script() const {
@@ -170,8 +170,7 @@ struct Writer : Direction<UnitWriter> {
     const CodeTable::Sequence* const sequence = sequenceAt(*its, length, isCut);
     if (isCut && !last) return false;
     if (sequence == nullptr) length = character.length;
-    const std::uint32_t code =
-        sequence != nullptr ? sequence->code : its->codeOf(character.scalar);
+    const std::uint32_t code = sequence != nullptr ? sequence->code : its->codeOf(character.scalar);
     if (code == 0) return refuseAs(length);
     putLetter(number, code);
     p += length;

@@ -1,11 +1,12 @@
-// ISCII (IS 13194:1991): ASCII, and above it the letters of one of nine Indian scripts at a time. The
-// attribute byte EF and a code behind it change the script, up to the end of the line.
+// ISCII (IS 13194:1991): ASCII, and above it the letters of one of nine Indian scripts at a time.
+// The attribute byte EF and a code behind it change the script, up to the end of the line.
 #ifndef ENCODING_CODECS_ISCII_H_
 #define ENCODING_CODECS_ISCII_H_
 
 #include "encoding/codecs/codec.h"
 
-// The scripts, in the order of their blocks in Unicode. Assamese is Bengali under a name of its own.
+// The scripts, in the order of their blocks in Unicode. Assamese is Bengali under a name of its
+// own.
 enum class IsciiScript : unsigned char {
   kDevanagari,
   kBengali,
@@ -19,7 +20,11 @@ enum class IsciiScript : unsigned char {
   kAssamese,
 };
 
-// The parameters are the IsciiScript that lines begin in.
+struct IsciiSettings {
+  IsciiScript script;  // which lines begin in
+};
+
+// The parameters are IsciiSettings.
 unsigned int readIscii(const void* parameters, const unsigned char* data, unsigned int length,
                        bool last, CodecState& state, DataBuffer& out, ReplacementSink* sink);
 unsigned int writeIscii(const void* parameters, const unsigned char* data, unsigned int length,
@@ -28,11 +33,11 @@ unsigned int writeIscii(const void* parameters, const unsigned char* data, unsig
 std::uint32_t approximateIscii(const void* parameters, std::uint32_t scalar);
 
 template <IsciiScript script>
-inline constexpr IsciiScript kIsciiScript = script;
+inline constexpr IsciiSettings kIsciiSettings = {script};
 template <IsciiScript script>
 inline constexpr Codec kIsciiCodec = {.codePage = 1200,
-                                      .read = {readIscii, &kIsciiScript<script>},
-                                      .write = {writeIscii, &kIsciiScript<script>},
+                                      .read = {readIscii, &kIsciiSettings<script>},
+                                      .write = {writeIscii, &kIsciiSettings<script>},
                                       .approximate = approximateIscii};
 
 #endif  // ENCODING_CODECS_ISCII_H_

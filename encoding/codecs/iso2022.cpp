@@ -329,7 +329,16 @@ struct Writer : Direction<UnitWriter> {
   }
   void finish() {
     enterAscii();
+    restoreRight();
     Direction::endText();
+  }
+  // So that another text can follow, which begins with what G1 is at the beginning.
+  void restoreRight() {
+    if (setIn(1) == scheme.right) return;
+    for (std::size_t i = 0; i < scheme.designationCount && scheme.right != nullptr; ++i) {
+      if (scheme.designations[i].set != scheme.right) continue;
+      return call(static_cast<InPlace>(i + 1), open(scheme.right));
+    }
   }
 
   // The set whose table has the sequences, if any.

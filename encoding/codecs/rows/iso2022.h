@@ -38,7 +38,7 @@ inline constexpr EncodingRow kIso2022Rows[] = {
         "csISO2022JPEXT JIS_Encoding csJISEncoding JIS JIS7 7bit-jis ISO_2022,locale=ja,version=3",
         "Japanese, ISO-2022-JP-1 with half-width katakana", &kIso2022JpExtCodec),
     iso2022(200856, "JIS8", "ISO_2022,locale=ja,version=4",
-            "Japanese, ISO-2022-JP-1 with half-width katakana in eight bits", &kJis8Codec),
+            "Japanese, ISO-2022-JP-1 with katakana in eight bits", &kJis8Codec),
     iso2022(200857, "COMPOUND_TEXT", "x11-compound-text x-compound-text",
             "Compound text of the X Window System", &kCompoundTextCodec),
 };
