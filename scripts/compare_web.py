@@ -11,13 +11,17 @@ Prints the differences by encoding and ends with 1 if there are any.
 
 import argparse
 import base64
-import ctypes
 import json
 import os
 import random
 import subprocess
 import sys
 import tempfile
+from pathlib import Path
+
+sys.path.insert(0, str(Path(__file__).resolve().parent.parent / "tools"))
+sys.dont_write_bytecode = True
+from library import Library
 
 NAMES = """utf-8 ibm866 iso-8859-2 iso-8859-3 iso-8859-4 iso-8859-5 iso-8859-6 iso-8859-7 iso-8859-8
 iso-8859-8-i iso-8859-10 iso-8859-13 iso-8859-14 iso-8859-15 iso-8859-16 koi8-r koi8-u macintosh
@@ -33,42 +37,6 @@ BORDERS = bytes.fromhex(
     "00 0A 0E 0F 1B 20 21 24 28 30 39 3A 40 41 42 49 4A 5C 5F 60 7E 7F 80 81 84 8E 8F 90 9F A0 A1 A2 A3"
     "AD B0 C2 C6 D8 DB DC DF E0 E3 E4 EA ED EF F0 F4 F8 FC FD FE FF"
 )
-
-
-class Options(ctypes.Structure):
-    _fields_ = [("struct_size", ctypes.c_size_t), ("on_error", ctypes.c_char_p),
-                ("byte_order_mark", ctypes.c_int), ("pdf_passthrough", ctypes.c_int)]
-
-
-class Result(ctypes.Structure):
-    _fields_ = [("struct_size", ctypes.c_size_t), ("first_problem", ctypes.c_void_p),
-                ("problem_count", ctypes.c_uint64), ("first_approximation", ctypes.c_void_p),
-                ("approximation_count", ctypes.c_uint64)]
-
-
-class Library:
-    def __init__(self, path):
-        self.lib = ctypes.CDLL(path)
-        self.options = Options(ctypes.sizeof(Options), b"substitute", 0, 0)
-
-    def number(self, name):
-        number = self.lib.encconv_find_code_page(name.encode())
-        if number == 0:
-            sys.exit(f"{name} is not known")
-        return number
-
-    def convert(self, source, target, data):
-        """The output, and how many pieces could not be converted."""
-        output, size = ctypes.c_void_p(), ctypes.c_size_t()
-        result = Result(ctypes.sizeof(Result), None, 0, None, 0)
-        status = self.lib.encconv_convert(source, target, data, ctypes.c_size_t(len(data)),
-                                          ctypes.byref(self.options), ctypes.byref(output),
-                                          ctypes.byref(size), ctypes.byref(result))
-        if status != 0:
-            sys.exit(f"{source} to {target}: status {status} for {data.hex()}")
-        text = ctypes.string_at(output, size.value)
-        self.lib.encconv_free(output)
-        return text, result.problem_count
 
 
 def texts_for(name):

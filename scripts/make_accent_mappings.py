@@ -8,11 +8,15 @@ A code is an accent and a letter in this order, also where the accent follows it
 an accent with 00 behind it is the combining mark.
 """
 
-import ctypes
 import subprocess
+import sys
 import unicodedata
+from pathlib import Path
 
+sys.path.insert(0, str(Path(__file__).resolve().parent.parent / "tools"))
+sys.dont_write_bytecode = True
 from mapping_format import Mapping, load
+from peers import IconvPeer
 
 FRONT = {0xC1: 0x300, 0xC2: 0x301, 0xC3: 0x302, 0xC4: 0x303, 0xC5: 0x304, 0xC6: 0x306, 0xC7: 0x307,
          0xC8: 0x308, 0xC9: 0x308, 0xCA: 0x30A, 0xCB: 0x327, 0xCC: 0x332, 0xCD: 0x30B, 0xCE: 0x328,
@@ -21,42 +25,12 @@ BEHIND = {0xB0: 0x300, 0xB1: 0x309, 0xB2: 0x303, 0xB3: 0x301, 0xB4: 0x323}
 SCALARS = [n for n in range(0x10000) if not 0xD800 <= n < 0xE000]
 
 
-class Iconv:
-    def __init__(self, charset):
-        libc = ctypes.CDLL(None)
-        libc.iconv_open.restype = ctypes.c_void_p
-        libc.iconv.restype = ctypes.c_size_t
-        self._iconv = libc.iconv
-        self._reader = ctypes.c_void_p(libc.iconv_open(b"UTF-8", charset.encode()))
-        self._writer = ctypes.c_void_p(libc.iconv_open(charset.encode(), b"UTF-8"))
-
-    def _run(self, descriptor, data):
-        self._iconv(descriptor, None, None, None, None)
-        source = ctypes.create_string_buffer(data, len(data))
-        target = ctypes.create_string_buffer(64)
-        at, to = ctypes.c_char_p(ctypes.addressof(source)), ctypes.c_char_p(ctypes.addressof(target))
-        left, room = ctypes.c_size_t(len(data)), ctypes.c_size_t(64)
-        end = ctypes.byref(to), ctypes.byref(room)
-        done = self._iconv(descriptor, ctypes.byref(at), ctypes.byref(left), *end)
-        if done == ctypes.c_size_t(-1).value or left.value != 0:
-            return None
-        self._iconv(descriptor, None, None, *end)
-        return target.raw[:64 - room.value]
-
-    def read(self, code):
-        text = self._run(self._reader, code)
-        return None if text is None else text.decode()
-
-    def write(self, text):
-        return self._run(self._writer, text.encode())
-
-
 def add(mapping, code, value, written):
     (mapping.both if written else mapping.read)[code] = (value,)
 
 
 def of_iconv(name, charset, words, accents, behind=False):
-    peer = Iconv(charset)
+    peer = IconvPeer(charset)
     mapping = Mapping(f"{words}\nMade by scripts/make_accent_mappings.py from the C library's {charset}.")
     for byte in range(256):
         text = peer.read(bytes([byte]))

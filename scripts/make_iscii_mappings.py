@@ -13,7 +13,7 @@ from pathlib import Path
 sys.path.insert(0, str(Path(__file__).resolve().parent.parent / "tools"))
 sys.dont_write_bytecode = True
 from mapping_format import Mapping
-from mapping_peers import IcuPeer
+from peers import IcuPeer
 
 SCRIPTS = ["devanagari", "bengali", "gurmukhi", "gujarati", "oriya", "tamil", "telugu", "kannada",
            "malayalam"]
@@ -28,7 +28,7 @@ def made(version, script):
 
     def read(*code):
         """As it is read with a letter behind it that changes nothing."""
-        text = peer._read(bytes([*code, 0x41]))
+        text = peer.read(bytes([*code, 0x41]))
         return tuple(map(ord, text[:-1])) if text else ()
 
     mapping = Mapping(f"ISCII, {script.capitalize()}: letters by a byte, and what a second byte, "

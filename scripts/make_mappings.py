@@ -23,12 +23,13 @@ sys.path.insert(0, str(ROOT / "tools"))
 sys.dont_write_bytecode = True
 import mapping_format
 import table_texts
-from peer_tables import PEERS, Table
+from peer_tables import Table, table_of as table_of_peer
 
 LIST = ROOT / "scripts" / "mappings" / "single_byte.tsv"
 DOCUMENT = ROOT / "docs" / "mappings-single-byte.md"
 # IBM's PC tables exchange three controls; the JDK reads JIS X 0201 as ASCII with katakana.
 CHANGES = {"straight": {0x1A: 0x1A, 0x1C: 0x1C, 0x7F: 0x7F}, "yen": {0x5C: 0xA5, 0x7E: 0x203E}}
+NAMES_OF_PEERS = {"glibc": "C library"}  # where the list has another
 MOST_SHOWN = 8  # differences of one encoding in the document
 ONLY_WRITTEN = "they would be read as another character"
 HEADING = "## Differences, one by one"
@@ -68,7 +69,7 @@ def entries():
 def table_of(place):
     """Of a place like "ICU:ibm-37"."""
     peer, charset = place.split(":", 1)
-    table = PEERS[peer].table(charset)
+    table = table_of_peer(NAMES_OF_PEERS.get(peer, peer), charset)
     if table is None:
         raise LookupError(f"{place} is not an encoding of single bytes")
     return table

@@ -1,8 +1,11 @@
 """The list that make_multibyte_mappings.py works through."""
 
+import sys
 from dataclasses import dataclass
+from pathlib import Path
 
-from mapping_peers import IconvPeer, IcuPeer, Iso2022Peer, JdkPeer, PerlPeer, PythonPeer, Structure
+sys.path.insert(0, str(Path(__file__).resolve().parent.parent / "tools"))
+from peers import PEERS, Iso2022Peer, Structure
 from mapping_resolve import Resolved
 
 PAIRS = Structure("00-FF", "80-FF,00-FF")
@@ -15,8 +18,6 @@ PLANE = Structure("21-7E,21-7E")
 BYTES = Structure("00-FF")
 HOST = Structure("00-FF", "40-FE,40-FE", shifts=True)
 
-PEERS = {"C library": IconvPeer, "ICU": IcuPeer, "JDK": JdkPeer, "Perl": PerlPeer,
-         "Python": PythonPeer, "C library behind": Iso2022Peer}
 
 
 @dataclass
@@ -174,6 +175,8 @@ MAPPINGS = [
               ["C library: EUC-JP-MS"], over="euc-jp-ms"),
     MultiByte("euc-jp-2007", "EUC-JP as browsers of 2007 read it.", EUC_JP, "ICU: euc-jp-2007",
               ["C library: EUC-JP-MS", "C library: EUC-JP"], over="euc-jp-ms"),
+    MultiByte("euc-jp-linux", "EUC-JP without JIS X 0212, as the JDK has it for Linux.", EUC_JP,
+              "JDK: x-euc-jp-linux", ["C library: EUC-JP"], over="euc-jp-ms"),
     MultiByte("ibm954", "IBM's 954, EUC-JP with JIS X 0212.", EUC_JP, "ICU: ibm-954",
               ["C library: EUC-JP"], over="euc-jp-ms"),
     MultiByte("ibm33722", "IBM's 33722, EUC-JP with yen sign and overline.", EUC_JP,

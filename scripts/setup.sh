@@ -1,12 +1,13 @@
 #!/bin/sh
 # Installs what is missing from Debian's packages. Does nothing when everything is there.
 #
-#   scripts/setup.sh [build|package|test|check|docs|fuzz|cross|all]...
+#   scripts/setup.sh [build|package|test|check|docs|fuzz|cross|peers|all]...
 #
 # build: the library and the tool; package: Debian packages of them; test: their tests as well;
 # check: the formatter that CI asks for; docs: the API documentation;
+# peers: the converters that tools/compare_peers and the scripts that make mappings ask;
 # fuzz: the fuzz targets; cross: the tests for an emulated big-endian host; all: what the scripts and
-# the optional targets use (coverage, benchmarks), but for cross.
+# the optional targets use (coverage, benchmarks), but for cross and peers.
 set -eu
 
 build="g++ cmake ninja-build libbz2-dev libcli11-dev libuchardet-dev"
@@ -16,6 +17,8 @@ check="clang-format"
 docs="doxygen"
 fuzz="$build clang"
 cross="g++-s390x-linux-gnu qemu-user googletest"
+peers="python3 icu-devtools locales default-jdk-headless perl nkf yaz libmarc-charset-perl
+       python3-webencodings chromium"
 all="$package $test $check $docs $fuzz ccache clang-tidy cppcheck libbenchmark-dev libicu-dev
      gcovr valgrind nkf bzip2 python3"
 
@@ -29,6 +32,7 @@ for group in "${@:-build}"; do
     docs) wanted="$wanted $docs" ;;
     fuzz) wanted="$wanted $fuzz" ;;
     cross) wanted="$wanted $cross" ;;
+    peers) wanted="$wanted $peers" ;;
     all) wanted="$wanted $all" ;;
     *)
       echo "setup.sh: unknown group '$group'; the head of this script lists the groups" >&2

@@ -1,40 +1,13 @@
-"""Whole tables of the single-byte encodings of other converters, and their names.
+"""Whole tables of the single-byte encodings of other converters."""
 
-The converters are those of tools/peers.py, and the JDK and Perl's Encode, which are asked once for
-everything that they have.
-"""
-
-import encodings
-import encodings.aliases
 import functools
-import glob
 import gzip
 import pathlib
-import pkgutil
 import re
-import subprocess
 
-from peers import IconvPeer, IcuPeer, PythonPeer
+from peers import PEERS, IcuPeer, Structure
 
-HERE = pathlib.Path(__file__).resolve().parent
-
-PERL_PROGRAM = r"""
-use Encode; binmode STDOUT;
-for my $name (Encode->encodings(":all")) {
-  my $encoding = Encode::find_encoding($name) or next;
-  print "C $name\n";
-  next if $name =~ /^(utf|ucs|MIME|null|iso-2022|hz|7bit|.*-raw$|big5|euc|gb|cp9[345]|johab|shiftjis|Mac(Jap|Kor|Chi)|gsm|iso-ir-165)/i;
-  for my $code (0 .. 255) {
-    my $text = eval { $encoding->decode(chr($code), Encode::FB_CROAK) };
-    next unless defined $text && length $text;
-    printf "D %02X %s\n", $code, join " ", map { sprintf "%04X", ord } split //, $text;
-  }
-  for my $unit (0 .. 0xD7FF, 0xE000 .. 0xFFFD) {
-    my $code = eval { $encoding->encode(chr($unit), Encode::FB_CROAK) };
-    printf "E %04X %02X\n", $unit, ord $code if defined $code && length $code == 1;
-  }
-}
-"""
+BYTES = Structure("00-FF")
 
 
 class Table:
@@ -58,141 +31,19 @@ class Table:
                 if both.get(byte) != (value,)}
 
 
-def _asked(peer):
-    """The table of a peer that is asked character by character; None: not one byte each."""
+def table_of(peer, charset):
+    """The table of a peer's encoding, by the peer's name; None: not one byte each."""
+    if peer == Charmap.name:
+        return Charmap.table(charset)
+    asked = IcuPeer(charset, has_fallbacks=False) if peer == "ICU" else PEERS[peer](charset)
     table = Table()
-    for byte in range(256):
-        text = peer.decode(bytes([byte]))
-        if text:
-            table.reads[byte] = tuple(map(ord, text))
-    for unit in (*range(0xD800), *range(0xE000, 0x10000)):
-        code = peer.encode(unit)
-        if code is None:
-            continue
+    table.reads = {code[0]: values for code, values in asked.read_all(BYTES).items()}
+    for values, code in asked.write_all(BYTES, []).items():
         if len(code) != 1:
             return None
-        table.writes[unit] = code[0]
-    return table
-
-
-def _dumped(text):
-    """Of what DumpCharsets.java and PERL_PROGRAM print: {name: (aliases, table)}."""
-    charsets = {}
-    for line in text.splitlines():
-        kind, key, *words = line.split()
-        if kind == "C":
-            table = Table()
-            charsets[key] = (words, table)
-        elif kind == "D":
-            units = b"".join(int(word, 16).to_bytes(4, "big") for word in words)
-            text = units.decode("utf-32-be", "surrogatepass")
-            text = text.encode("utf-16-be", "surrogatepass").decode("utf-16-be")
-            table.reads[int(key, 16)] = tuple(map(ord, text))
-        else:
-            table.writes[int(key, 16)] = int(words[0], 16)
-    return charsets
-
-
-class Glibc:
-    name = "glibc"
-
-    @staticmethod
-    @functools.cache
-    def names():
-        """{name: aliases}, as the configuration of the modules has them."""
-        files = glob.glob("/usr/lib/*/gconv/gconv-modules") + \
-            glob.glob("/usr/lib/*/gconv/gconv-modules.d/*.conf")
-        listed = subprocess.run(["iconv", "-l"], check=True, capture_output=True, text=True).stdout
-        names, target = {}, {}
-        for file in files:
-            for line in pathlib.Path(file).read_text().splitlines():
-                words = [word.rstrip("/") for word in line.split()]
-                if words[:1] == ["alias"]:
-                    target[words[1]] = words[2]
-                elif words[:1] == ["module"] and words[1] not in ("INTERNAL", "ISO-10646/UCS4"):
-                    names.setdefault(words[1], [])
-        for alias, name in target.items():
-            while name in target:
-                name = target[name]
-            names.setdefault(name, []).append(alias)
-        known = {*names, *target}
-        for line in listed.splitlines():
-            name = line.strip().rstrip("/")
-            if name and name not in known:
-                names[name] = []
-        return names
-
-    @staticmethod
-    def table(charset):
-        return _asked(IconvPeer(charset))
-
-
-class Icu:
-    name = "ICU"
-
-    @staticmethod
-    @functools.cache
-    def names():
-        listed = subprocess.run(["uconv", "-l", "--canon"], check=True, capture_output=True,
-                                text=True).stdout
-        names = {}
-        for line in listed.splitlines()[1:]:
-            word = line.split("{")[0].strip()
-            if line.startswith("\t"):
-                aliases.append(word)
-            else:
-                aliases = names[word] = []
-        return names
-
-    @staticmethod
-    def table(charset):
-        return _asked(IcuPeer(charset))
-
-
-class Python:
-    name = "Python"
-
-    @staticmethod
-    @functools.cache
-    def names():
-        names = {module.name: [] for module in pkgutil.iter_modules(encodings.__path__)
-                 if module.name not in ("aliases", "charmap", "undefined", "mbcs", "oem")}
-        for alias, name in encodings.aliases.aliases.items():
-            names.setdefault(name, []).append(alias)
-        return names
-
-    @staticmethod
-    def table(charset):
-        return _asked(PythonPeer(charset))
-
-
-class Jdk:
-    name = "JDK"
-
-    @staticmethod
-    @functools.cache
-    def _charsets():
-        return _dumped(subprocess.run(["java", str(HERE / "DumpCharsets.java")], check=True,
-                                      capture_output=True, text=True).stdout)
-
-    @classmethod
-    def names(cls):
-        return {name: aliases for name, (aliases, _) in cls._charsets().items()}
-
-    @classmethod
-    def table(cls, charset):
-        table = cls._charsets()[charset][1]
-        return table if table.reads else None
-
-
-class Perl(Jdk):
-    name = "Perl"
-
-    @staticmethod
-    @functools.cache
-    def _charsets():
-        return _dumped(subprocess.run(["perl", "-e", PERL_PROGRAM], check=True,
-                                      capture_output=True, text=True).stdout)
+        if values[0] <= 0xFFFF:
+            table.writes[values[0]] = code[0]
+    return table if table.reads else None
 
 
 class Charmap:
@@ -205,6 +56,7 @@ class Charmap:
         return gzip.decompress((cls._directory / f"{charset}.gz").read_bytes()).decode("latin-1")
 
     @classmethod
+    @functools.cache
     def names(cls):
         names = {}
         for file in cls._directory.glob("*.gz"):
@@ -228,6 +80,3 @@ class Charmap:
             if not line.startswith("%IRREVERSIBLE%"):  # only read
                 table.writes.setdefault(value, byte)
         return table
-
-
-PEERS = {peer.name: peer for peer in (Glibc, Icu, Python, Jdk, Perl, Charmap)}

@@ -23,7 +23,7 @@ def written(peer):
     if hasattr(peer, "encode_lines"):
         pairs = zip(characters(), peer.encode_lines(characters()))
     else:
-        pairs = ((c, peer.encode(ord(c))) for c in characters())
+        pairs = ((c, peer.write(c)) for c in characters())
     return [(c, code) for c, code in pairs if code]
 
 

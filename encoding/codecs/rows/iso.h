@@ -105,7 +105,7 @@ inline constexpr EncodingRow kIsoRows[] = {
            &kMap_jus_i_b1_003_mac),
     mapped(200246, "JUS_I.B1.003-serb", "ISO-IR-146 SERBIAN", "7-bit, Serbian",
            &kMap_jus_i_b1_003_serb),
-    mapped(200250, "JIS_X0201", "JIS0201 csHalfWidthKatakana X0201",
+    mapped(200250, "JIS_X0201", "JIS0201 csHalfWidthKatakana X0201 jis0201-raw",
            "Japanese, Latin and half-width katakana", &kMap_jis_x_0201),
     mapped(200300, "ISO-8859-9E", "", "ISO 8859-9 changed for Azeri", &kMap_iso_8859_9e),
     mapped(200301, "ISO-IR-197", "", "Sami, ISO-IR-197", &kMap_iso_ir_197),
@@ -133,6 +133,7 @@ inline constexpr EncodingRow kIsoRows[] = {
            &kMap_csa_z243_4_1985_gr),
     mapped(200316, "ISO_6937-2-25", "ISO-IR-152", "Second part of ISO 6937-2, right half",
            &kMap_iso_6937_2_25),
+    mapped(200317, "ascii-ctrl", "", "The control characters of ASCII alone", &kMap_ascii_ctrl),
 };
 
 }  // namespace encoding_rows

@@ -18,7 +18,7 @@ constexpr EncodingRow iso2022(int number, const char* name, const char* aliases,
 inline constexpr EncodingRow kIso2022Rows[] = {
     // Windows has two numbers, and a name that differs for each; what is read is the same.
     iso2022(50227, "ISO-2022-CN",
-            "csISO2022CN x-cp50227 x-ISO-2022-CN-GB ISO-2022-CN-GB"
+            "csISO2022CN x-cp50227 x-ISO-2022-CN-GB ISO-2022-CN-GB "
             "ISO_2022,locale=zh,version=0",
             "Chinese, ISO-2022-CN (RFC 1922), simplified first", &kIso2022CnCodec),
     iso2022(50229, "x-cp50229", "x-ISO-2022-CN-CNS ISO-2022-CN-CNS ISO_2022,locale=zh,version=2",

@@ -48,6 +48,8 @@ inline constexpr EncodingRow kJapaneseRows[] = {
                      &kMultiByteCodec<kMap_euc_jp_ms>)),
     streamOnly(codec(200732, "x-eucJP-Open", "EUC_JP_Solaris", "Japanese, EUC-JP of Solaris",
                      CharsetKind::kMultiByte, &kMultiByteCodec<kMap_euc_jp_open>)),
+    mappedDoubleByte(200735, "x-euc-jp-linux", "euc-jp-linux",
+                     "Japanese, EUC-JP without JIS X 0212", &kMap_euc_jp_linux),
     streamOnly(codec(200733, "EUC-JP-2007", "", "Japanese, EUC-JP with NEC's and IBM's characters",
                      CharsetKind::kMultiByte, &kMultiByteCodec<kMap_euc_jp_2007>)),
     streamOnly(codec(954, "IBM954", "x-IBM954 ibm-954_P101-2007 x-IBM954C",
