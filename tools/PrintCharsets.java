@@ -12,10 +12,11 @@ import java.io.BufferedReader;
 import java.io.InputStreamReader;
 import java.nio.ByteBuffer;
 import java.nio.CharBuffer;
-import java.nio.charset.CharacterCodingException;
 import java.nio.charset.Charset;
 import java.nio.charset.CharsetDecoder;
 import java.nio.charset.CharsetEncoder;
+import java.nio.charset.CoderResult;
+import java.nio.charset.CodingErrorAction;
 import java.util.ArrayList;
 import java.util.HashSet;
 import java.util.HexFormat;
@@ -25,6 +26,8 @@ import java.util.stream.Collectors;
 
 public class PrintCharsets {
   static final HexFormat HEX = HexFormat.of().withUpperCase();
+
+  static final List<String> BLOCKS = blocks();
 
   final CharsetDecoder decoder;
   final CharsetEncoder encoder;
@@ -41,11 +44,11 @@ public class PrintCharsets {
   }
 
   String read(byte[] text) {
-    try {
-      return decoder.decode(ByteBuffer.wrap(text)).toString();
-    } catch (CharacterCodingException e) {
-      return null;
-    }
+    CharBuffer read = CharBuffer.allocate(4 * text.length + 16);
+    decoder.reset();
+    CoderResult result = decoder.decode(ByteBuffer.wrap(text), read, true);
+    if (result.isError() || decoder.flush(read).isError()) return null;
+    return read.flip().toString();
   }
 
   static String values(String text) {
@@ -76,16 +79,35 @@ public class PrintCharsets {
   }
 
   void write(String value) {
-    try {
-      ByteBuffer text = encoder.encode(CharBuffer.wrap(value));
-      byte[] bytes = new byte[text.remaining()];
-      text.get(bytes);
-      if (bytes.length == 0) return;
-      out.append("write ").append(HEX.formatHex(bytes)).append(' ').append(values(value));
-      out.append('\n');
-    } catch (CharacterCodingException e) {
-      // It has none.
+    ByteBuffer text = ByteBuffer.allocate(16 * value.length() + 64);
+    encoder.reset();
+    CoderResult result = encoder.encode(CharBuffer.wrap(value), text, true);
+    if (result.isError() || encoder.flush(text).isError()) return;
+    byte[] bytes = new byte[text.flip().remaining()];
+    text.get(bytes);
+    if (bytes.length == 0) return;
+    out.append("write ").append(HEX.formatHex(bytes)).append(' ').append(values(value));
+    out.append('\n');
+  }
+
+  // Most blocks have nothing that a charset holds.
+  boolean holdsSome(String block) {
+    ByteBuffer text = ByteBuffer.allocate(16 * block.length());
+    encoder.onUnmappableCharacter(CodingErrorAction.IGNORE).reset();
+    encoder.encode(CharBuffer.wrap(block), text, true);
+    encoder.onUnmappableCharacter(CodingErrorAction.REPORT);
+    return text.position() != 0;
+  }
+
+  static List<String> blocks() {
+    List<String> blocks = new ArrayList<>();
+    for (int first = 0; first < 0x110000; first += 256) {
+      if (first >= 0xD800 && first < 0xE000) continue;
+      StringBuilder block = new StringBuilder();
+      for (int c = first; c < first + 256; c++) block.appendCodePoint(c);
+      blocks.add(block.toString());
     }
+    return blocks;
   }
 
   void printAll(String[] words) {
@@ -101,8 +123,8 @@ public class PrintCharsets {
       readCodes(places, new byte[places.size()], 0);
     }
     if (encoder == null) return;
-    for (int c = 0; c < 0x110000; c++) {
-      if (c < 0xD800 || c > 0xDFFF) write(Character.toString(c));
+    for (String block : BLOCKS) {
+      if (holdsSome(block)) block.codePoints().forEach(c -> write(Character.toString(c)));
     }
     sequences.forEach(this::write);
   }

@@ -41,18 +41,21 @@ sub print_written {
         join "+", map { sprintf "%04X", ord } split //, $given if defined $code && $code ne "";
 }
 
-# Whether some of a block of values are written: what is not is left out.
+# Whether some of a block of values are written: one that no encoding but Unicode's has, and others
+# without a place, all become the same substitute.
 sub holds_some {
-    my $text = join "", map { chr } grep { is_scalar($_) } @_;
-    my $code = eval { $encoding->encode($text, sub { "" }) };
-    return !defined $code || $code ne "";
+    my $lacking = chr 0xE0FFF;
+    my $substitute = $encoding->encode($lacking);
+    my $text = shift;
+    return $encoding->encode($text) ne $substitute x length $text || (read_text($substitute) // "") eq $lacking;
 }
 
-sub is_scalar {
-    my $value = shift;
-    return ($value < 0xD800 || $value > 0xDFFF) && ($value < 0xFDD0 || $value > 0xFDEF)
-        && ($value & 0xFFFE) != 0xFFFE;
-}
+my @blocks = map {
+    my $first = 256 * $_;
+    join "", map { chr } grep {
+        ($_ < 0xD800 || $_ > 0xDFFF) && ($_ < 0xFDD0 || $_ > 0xFDEF) && ($_ & 0xFFFE) != 0xFFFE
+    } $first .. $first + 255;
+} grep { $_ < 0xD8 || $_ > 0xDF } 0 .. 0x10FF;
 
 while (my $question = <STDIN>) {
     my ($name, @words) = split " ", $question;
@@ -73,9 +76,9 @@ while (my $question = <STDIN>) {
             }
         } else {
             read_codes("", split /,/) for @words;
-            for (my $first = 0; $first < 0x110000; $first += 256) {
-                next unless holds_some($first .. $first + 255);
-                print_written(chr) for grep { is_scalar($_) } $first .. $first + 255;
+            for my $block (@blocks) {
+                next unless holds_some($block);
+                print_written($_) for split //, $block;
             }
         }
     }
