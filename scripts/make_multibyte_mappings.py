@@ -12,14 +12,19 @@ multibyte_differences.txt; --record writes them there. docs/mappings.md has the 
 import argparse
 import functools
 import sys
-import textwrap
 from pathlib import Path
 
 sys.dont_write_bytecode = True
 from mapping_resolve import Resolved, resolve, stated, with_rest, without_rest
 from multibyte_mappings import MAPPINGS, open_peer
 
+import difference_record
+
 RECORD = Path(__file__).with_name("multibyte_differences.txt")
+COMMENT = """What converters map otherwise: the mapping, the converter and its name for it; the
+codes that it reads as something else or not at all, or alone; the values that it
+writes so. Made by make_multibyte_mappings.py --record; docs/mappings.md has the
+reasons."""
 
 
 @functools.lru_cache(maxsize=4)
@@ -43,53 +48,13 @@ def what_peer_has(mapping, title):
     return result
 
 
-def ranges(keys, different, text):
-    """The different ones among keys, in order, neighbours as a range."""
-    result, run = [], []
-    for key in [*keys, None]:
-        if key is not None and key in different:
-            run.append(text(key))
-        elif run:
-            result.append(run[0] if len(run) == 1 else f"{run[0]}-{run[-1]}")
-            run = []
-    return " ".join(result) or "none"
-
-
 def differences(ours, theirs):
     """Two lines: which codes are read and which values are written in another way."""
-    codes = sorted(ours.read.keys() | theirs.read.keys(), key=lambda code: (len(code), code))
-    values = sorted(ours.write.keys() | theirs.write.keys())
-    return [
-        "read " + ranges(codes, {c for c in codes if ours.read.get(c) != theirs.read.get(c)},
-                         lambda code: code.hex().upper()),
-        "write " + ranges(values, {v for v in values if ours.write.get(v) != theirs.write.get(v)},
-                          lambda several: "+".join(f"{value:04X}" for value in several)),
-    ]
-
-
-def load_record():
-    record = {}
-    for line in RECORD.read_text(encoding="ascii").splitlines() if RECORD.exists() else []:
-        if line.startswith("    "):
-            record[head][-1] += " " + line.strip()
-        elif line.startswith("read ") or line.startswith("write "):
-            record[head].append(line)
-        elif line and not line.startswith("#"):
-            head = line
-            record[head] = []
-    return record
-
-
-def save_record(record):
-    lines = ["# What converters map otherwise: the mapping, the converter and its name for it; the",
-             "# codes that it reads as something else or not at all, or alone; the values that it",
-             "# writes so. Made by make_multibyte_mappings.py --record; docs/mappings.md has the",
-             "# reasons."]
-    for head in sorted(record):
-        lines += ["", head, *record[head]]
-    lines = [part for line in lines for part in textwrap.wrap(line, 100, subsequent_indent="    ",
-                                                             break_on_hyphens=False) or [""]]
-    RECORD.write_text("\n".join(lines) + "\n", encoding="ascii")
+    codes = ours.read.keys() | theirs.read.keys()
+    values = ours.write.keys() | theirs.write.keys()
+    return difference_record.lines_of(
+        codes, {c for c in codes if ours.read.get(c) != theirs.read.get(c)},
+        values, {v for v in values if ours.write.get(v) != theirs.write.get(v)})
 
 
 def make(mapping):
@@ -133,7 +98,7 @@ def main():
     if unknown:
         parser.error(f"no such mapping: {' '.join(sorted(unknown))}")
     chosen = [m for m in MAPPINGS if not options.names or m.name in options.names]
-    record = load_record()
+    record = difference_record.load(RECORD)
     faults = []
     for mapping in chosen:
         if options.check or options.record:
@@ -141,7 +106,7 @@ def main():
         elif mapping.first:
             make(mapping)
     if options.record:
-        save_record(record)
+        difference_record.save(RECORD, record, COMMENT)
     for fault in faults:
         print(fault)
     return 1 if faults else 0
