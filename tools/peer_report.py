@@ -57,6 +57,11 @@ def _load():
     return record
 
 
+def _save(record):
+    difference_record.save(RECORD, {f"{head} = {reason}": lines
+                                    for head, (reason, lines) in record.items()}, COMMENT)
+
+
 def run(path, numbers, is_recording, explained):
     """Prints what is found. Returns whether every difference has a reason that is explained."""
     jobs = [(path, number, peers)
@@ -82,9 +87,7 @@ def run(path, numbers, is_recording, explained):
                     print(f"{head}: not explained: {', '.join(sorted(used - explained))}")
                     is_explained = False
                 print(f"{head}: {', '.join(words) or 'the same'}", flush=True)
-    if is_recording:
-        difference_record.save(
-            RECORD, {f"{head} = {reason}": lines for head, (reason, lines) in record.items()
-                     if numbers or head in compared}, COMMENT)
+            if is_recording:
+                _save(record)
     print(f"{len(compared)} comparisons of {len(jobs)} encodings")
     return is_explained

@@ -16,6 +16,7 @@ import encodings
 import encodings.aliases
 import functools
 import glob
+import os
 import pathlib
 import pkgutil
 import re
@@ -64,6 +65,14 @@ def _places(text):
     return range(int(first, 16), int(last or first, 16) + 1)
 
 
+@functools.cache
+def _blocks():
+    """All values, so many at a time: as one text, and as one of lines."""
+    texts = ("".join(map(chr, SCALARS[begin:begin + BLOCK]))
+             for begin in range(0, len(SCALARS), BLOCK))
+    return [(text, "".join(value + "\n" for value in text)) for text in texts]
+
+
 class OneByOne:
     """A peer that is asked code by code, and for lines of characters: _write_some(text) writes what
     it can of a text."""
@@ -85,14 +94,13 @@ class OneByOne:
     def write_all(self, structure, sequences):
         write = {}
         newline = self.write("\n")
-        for begin in range(0, len(SCALARS), BLOCK):
-            some = SCALARS[begin:begin + BLOCK]
-            if not self._write_some("".join(map(chr, some))):
+        for text, lines in _blocks():
+            if not self._write_some(text):
                 continue
+            some = list(map(ord, text))
             texts = []
             if newline:
-                texts = self._write_some("".join(chr(value) + "\n" for value in some))
-                texts = texts.split(newline)[:-1]
+                texts = self._write_some(lines).split(newline)[:-1]
             if len(texts) != len(some):  # the newline, and other values with its code
                 texts = [self.write(chr(value)) for value in some]
             write.update(((value,), structure.of_text(text))
@@ -314,6 +322,7 @@ class NkfPeer:
 class _Dumping:
     """A peer whose own program, which goes on running, prints what a charset has."""
     _program = None
+    _process = None  # which has the program
 
     def __init__(self, charset):
         self._charset = charset
@@ -322,7 +331,8 @@ class _Dumping:
     @classmethod
     def _ask(cls, question):
         """The words of each line of the answer."""
-        if cls._program is None:
+        if cls._process != os.getpid():  # that of the parent is not to be shared
+            cls._process = os.getpid()
             cls._program = subprocess.Popen(cls.command, stdin=subprocess.PIPE,
                                             stdout=subprocess.PIPE, text=True)
         cls._program.stdin.write(question + "\n")
@@ -332,7 +342,7 @@ class _Dumping:
             if line == "end\n":
                 return lines
             lines.append(line.split())
-        cls._program = None
+        cls._process = None
         raise LookupError(f"{cls.name} cannot answer {question}")
 
     @classmethod
