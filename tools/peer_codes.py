@@ -59,6 +59,13 @@ class Tables:
         self.write = peer.write_all(structure, self.sequences)
 
 
+class Texts:
+    """What texts of single characters an encoding with a state has, here or with a peer."""
+
+    def __init__(self, write):
+        self.read, self.write = {}, write
+
+
 def peers_by_row(library):
     """{number: [(peer, charset)]}, by what the names mean here."""
     found = collections.defaultdict(list)
@@ -101,29 +108,26 @@ def same_texts(one, other):
                for reader, writer in ((one, other), (other, one)))
 
 
-def text_differences(ours, theirs):
-    """Of characters, each a text: which only one writes, and which are not read as they are meant."""
-    mine, other = (peer.write_all(SEVEN_BITS, []) for peer in (ours, theirs))
-    return _unlike(ours, theirs, mine, other)
+def all_texts(peer):
+    return Texts(peer.write_all(SEVEN_BITS, []))
 
 
-def sampled_differences(ours, theirs):
-    """The same of one value in 256."""
+def sampled_texts(peer):
+    """Of one value in 256."""
     sample = [value for value in SCALARS[0x41::256] if is_text(value)]
-    mine, other = ({(value,): text for value in sample if (text := peer.write(chr(value)))}
-                   for peer in (ours, theirs))
-    return _unlike(ours, theirs, mine, other)
+    return Texts({(value,): text for value in sample if (text := peer.write(chr(value)))})
 
 
-def _unlike(ours, theirs, mine, other):
-    for values in mine.keys() | other.keys():
-        text = "".join(map(chr, values))
-        if values not in mine or values not in other:
-            yield Difference(False, values, mine.get(values), other.get(values))
-        elif mine[values] != other[values]:
-            read_here, read_there = ours.read(other[values]), theirs.read(mine[values])
-            if read_here != text or read_there != text:
-                yield Difference(True, values, read_here, read_there)
+def text_differences(ours, theirs, mine, other):
+    """Of characters, each a text: which only one writes, and which are not read as they are meant."""
+    for values in mine.write.keys() | other.write.keys():
+        written_here, written_there = mine.write.get(values), other.write.get(values)
+        if written_here is None or written_there is None:
+            yield Difference(False, values, written_here, written_there)
+        elif written_here != written_there:
+            read = ours.read(written_there), theirs.read(written_here)
+            if read != ("".join(map(chr, values)),) * 2:
+                yield Difference(True, values, *read)
 
 
 def differences(library, page, peer_name, charset, cache):
@@ -137,7 +141,8 @@ def differences(library, page, peer_name, charset, cache):
         mine = cache[page.number]
         other = Tables(theirs, structure, mine.sequences)
         return list(code_differences(mine, other)), mine, other
-    if page.kind == b"unicode":
-        same = same_texts(ours, theirs)
-        return [] if same else list(sampled_differences(ours, theirs)), None, None
-    return list(text_differences(ours, theirs)), None, None
+    is_unicode = page.kind == b"unicode"
+    if is_unicode and same_texts(ours, theirs):
+        return [], Texts({}), Texts({})
+    mine, other = ((sampled_texts if is_unicode else all_texts)(peer) for peer in (ours, theirs))
+    return list(text_differences(ours, theirs, mine, other)), mine, other

@@ -12,11 +12,9 @@ from library import Library
 
 RECORD = pathlib.Path(__file__).with_name("peer_differences.txt")
 COMMENT = """What other converters have otherwise than the encoding here, where no general reason tells
-why: the number, the converter and its name for it, and the reason, which docs/mappings.md
-explains; the codes that are read otherwise, and the values that are written so. Made by
-tools/compare_peers --streams LIBRARY --record."""
-NO_REASON = "NO-REASON"
-
+why: the number, the converter and its name for it; the codes that are read otherwise, and the
+values that are written so. Made by tools/compare_peers --streams LIBRARY --record; the reasons
+are in peer_reasons.py, by encoding, and docs/mappings.md explains them."""
 Comparison = collections.namedtuple("Comparison", "head counts lines")
 
 
@@ -33,33 +31,12 @@ def _compare_row(arguments):
         rest = [d for d, reason in reasoned if reason is None]
         lines = []
         if rest:
-            codes, values = _keys(found, mine, other)
-            lines = difference_record.lines_of(
-                codes, {d.key for d in rest if d.is_read and isinstance(d.key, bytes)},
-                values, {d.key for d in rest if not isinstance(d.key, bytes)})
+            codes = {d.key for d in rest if isinstance(d.key, bytes)}
+            values = {d.key for d in rest} - codes
+            lines = difference_record.lines_of(mine.read.keys() | other.read.keys(), codes,
+                                               mine.write.keys() | other.write.keys(), values)
         comparisons.append(Comparison(f"{number} {peer}: {charset}", counts, lines))
     return comparisons
-
-
-def _keys(found, mine, other):
-    """All codes and values, among which neighbours are made ranges."""
-    if mine is None:
-        return (), {d.key for d in found}
-    return mine.read.keys() | other.read.keys(), mine.write.keys() | other.write.keys()
-
-
-def _load():
-    """{head: (reason, lines)}"""
-    record = {}
-    for head, lines in difference_record.load(RECORD).items():
-        head, _, reason = head.rpartition(" = ")
-        record[head] = (reason, lines)
-    return record
-
-
-def _save(record):
-    difference_record.save(RECORD, {f"{head} = {reason}": lines
-                                    for head, (reason, lines) in record.items()}, COMMENT)
 
 
 def run(path, numbers, is_recording, explained):
@@ -67,14 +44,15 @@ def run(path, numbers, is_recording, explained):
     jobs = [(path, number, peers)
             for number, peers in sorted(peer_codes.peers_by_row(Library(path)).items())
             if not numbers or number in numbers]
-    record, is_explained, compared = _load(), True, set()
+    record, is_explained, compared = difference_record.load(RECORD), True, set()
     with ProcessPoolExecutor() as workers:
         for comparisons in workers.map(_compare_row, jobs):
             for head, counts, lines in comparisons:
                 compared.add(head)
-                reason, recorded = record.get(head, (NO_REASON, []))
+                reason = peer_reasons.of_encoding(int(head.split()[0]))
+                recorded = record.get(head, [])
                 if is_recording and lines:
-                    record[head] = (reason, lines)
+                    record[head] = lines
                 elif is_recording:
                     record.pop(head, None)
                 elif lines != recorded:
@@ -88,6 +66,6 @@ def run(path, numbers, is_recording, explained):
                     is_explained = False
                 print(f"{head}: {', '.join(words) or 'the same'}", flush=True)
             if is_recording:
-                _save(record)
+                difference_record.save(RECORD, record, COMMENT)
     print(f"{len(compared)} comparisons of {len(jobs)} encodings")
     return is_explained
