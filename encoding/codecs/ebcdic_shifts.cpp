@@ -155,11 +155,23 @@ struct Writer : UnitWriter {
     while (p < stop) {
       const bool isAmongPairs = tables.singles == nullptr || state.shiftedOut;
       isAmongPairs ? copyPairs(stop) : copySingles(stop);
-      if (p < stop) return writeOne();
+      if (p < stop && !turn(stop)) return writeOne();
     }
     return true;
   }
   void finish() { shift(false); }
+
+  // Goes over to the set of the next character, if it is one that the loops know.
+  bool turn(const unsigned char* stop) {
+    if (tables.singles == nullptr || stop - p < 2) return false;
+    const std::uint32_t unit = loadLow<std::uint16_t>(p);
+    const std::uint8_t code = tables.singleEncoder->bytes[unit];
+    const bool isSingle = code != 0 && !isShift(code);
+    if (isSingle != state.shiftedOut) return false;
+    if (!isSingle && tables.pairEncoder->codes[unit] == 0) return false;
+    shift(!isSingle);
+    return true;
+  }
 
   void copySingles(const unsigned char* stop) {
     const auto& encoder = *tables.singleEncoder;
