@@ -230,6 +230,17 @@ RuledMapping unruled(const void* parameters) {
 
 }  // namespace
 
+unsigned int eucJpPiece(const unsigned char* bytes, std::size_t known, bool last) {
+  constexpr unsigned char kShift2 = 0x8E, kShift3 = 0x8F;
+  const auto isCell = [](unsigned char byte) { return byte >= 0xA1 && byte <= 0xFE; };
+  if (!isCell(bytes[0]) && bytes[0] != kShift2 && bytes[0] != kShift3) return 1;
+  const std::size_t length = bytes[0] == kShift3 ? 3 : 2;
+  const std::size_t seen = std::min(known, length);
+  if (!std::all_of(bytes + 1, bytes + seen, isCell)) return 1;
+  if (seen < length) return last ? 1 : 0;
+  return static_cast<unsigned int>(length);
+}
+
 unsigned int readMultiByte(const void* parameters, const unsigned char* data, unsigned int length,
                            bool last, CodecState& state, DataBuffer& out, ReplacementSink* sink) {
   return run<Reader>(unruled(parameters), data, length, last, state, out, sink);
