@@ -390,11 +390,14 @@ unsigned char* convertShort(int from, int to, const char* data, std::size_t leng
 }
 
 std::uint64_t maxOutputSize(std::size_t length, int from, int to) {
-  // A byte is one code unit of UTF-16 at most; then what one unit may become: with its shift
-  // sequences in a codec, as a letter and a mark in a code page. A header or a mark comes once.
+  // A byte is one code unit of UTF-16 at most, but in a few codecs; then what one unit may become:
+  // with its shift sequences in a codec, as a letter and a mark in a code page. A header or a mark
+  // comes once.
   constexpr std::uint64_t kOnce = 16;
+  const EncodingRow* const source = findEncodingRow(from);
   const EncodingRow* const row = findEncodingRow(to);
-  if (row == nullptr || findEncodingRow(from) == nullptr) return 0;
+  if (row == nullptr || source == nullptr) return 0;
+  if (source->codec != nullptr) length *= source->codec->unitsPerByte;
   switch (row->form) {
     case EncodingForm::kUtf8:
       return length * std::uint64_t{3} + kOnce;

@@ -39,12 +39,13 @@ unsigned int writeRuled(const void* parameters, const unsigned char* data, unsig
 
 std::uint32_t approximateRuled(const void* parameters, std::uint32_t scalar);
 
-template <const Mapping& mapping>
+template <const Mapping& mapping, std::uint8_t unitsPerByte = 1>
 inline constexpr Codec kMultiByteCodec = {.codePage = 1200,
                                           .read = {readMultiByte, &mapping},
                                           .write = {writeMultiByte, &mapping},
                                           .isStateless = true,
-                                          .approximate = approximateMultiByte};
+                                          .approximate = approximateMultiByte,
+                                          .unitsPerByte = unitsPerByte};
 
 template <const RuledMapping& mapping>
 inline constexpr Codec kRuledCodec = {.codePage = 1200,
