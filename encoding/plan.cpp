@@ -317,7 +317,9 @@ bool fill(Plan& plan) {
   const EncodingRow* const source = decodedRow(plan);
   const EncodingRow* const target = rowBehindCodec(plan.target);
   plan.kernels = &kernels();
-  plan.isCopy = source == target;
+  // UTF-8 of the web has no surrogates that would be written otherwise.
+  const bool isWebUtf8 = source->hasWebRules && source->form == EncodingForm::kUtf8;
+  plan.isCopy = source == target || (isWebUtf8 && target->form == EncodingForm::kUtf8);
   LogBase silent;
   if (source != plan.source && !ensureToUnicode(*plan.source, silent)) return false;
   if (!openDecoding(*source, plan.reader, plan.decoding)) return false;
