@@ -160,13 +160,11 @@ struct Writer : UnitWriter {
     while (stop - in >= 4) {
       const std::uint32_t unit = loadLow<std::uint16_t>(in);
       if (isAscii && unit < 0x80) break;
-      std::uint32_t code = codeAt(table, in, stop);
       const bool isPair = isHighSurrogate(unit);
-      if (isPair) {
-        const std::uint32_t low = loadLow<std::uint16_t>(in + 2);
-        if (!isLowSurrogate(low)) break;
-        code = codeOfPair(joinSurrogates(unit, low));
-      }
+      const std::uint32_t low = loadLow<std::uint16_t>(in + 2);
+      if (isPair && !isLowSurrogate(low)) break;
+      const std::uint32_t code =
+          isPair ? codeOfPair(joinSurrogates(unit, low)) : codeAt(table, in, stop);
       if (code - 1 >= highestCopied) break;
       to = putCode(to, code);
       in += isPair ? 4 : 2;
