@@ -1,6 +1,5 @@
 // The operations of EncodingConvert on the process-wide tables.
 #include "encoding/codecs/code_table.h"
-#include "encoding/codecs/euc_jp.h"
 #include "encoding/encoding_convert.h"
 #include "encoding/plan.h"
 #include "encoding/tables/flat_tables.h"
@@ -72,7 +71,6 @@ void EncodingConvert::buildFromDiffs(const unsigned char* records, HashConvert& 
 
 void EncodingConvert::cleanupMemory() {
   Japanese::releaseLastBlock();
-  releaseEucJpTables();
   releaseCodeTables();
   fast::forgetPlans();
   fast::releaseFlatTables();

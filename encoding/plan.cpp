@@ -317,7 +317,9 @@ bool fill(Plan& plan) {
   const EncodingRow* const source = decodedRow(plan);
   const EncodingRow* const target = rowBehindCodec(plan.target);
   plan.kernels = &kernels();
-  plan.isCopy = source == target;
+  // UTF-8 of the web has no surrogates that would be written otherwise.
+  const bool isWebUtf8 = source->hasWebRules && source->form == EncodingForm::kUtf8;
+  plan.isCopy = source == target || (isWebUtf8 && target->form == EncodingForm::kUtf8);
   LogBase silent;
   if (source != plan.source && !ensureToUnicode(*plan.source, silent)) return false;
   if (!openDecoding(*source, plan.reader, plan.decoding)) return false;
@@ -390,11 +392,14 @@ unsigned char* convertShort(int from, int to, const char* data, std::size_t leng
 }
 
 std::uint64_t maxOutputSize(std::size_t length, int from, int to) {
-  // A byte is one code unit of UTF-16 at most; then what one unit may become: with its shift
-  // sequences in a codec, as a letter and a mark in a code page. A header or a mark comes once.
+  // A byte is one code unit of UTF-16 at most, but in a few codecs; then what one unit may become:
+  // with its shift sequences in a codec, as a letter and a mark in a code page. A header or a mark
+  // comes once.
   constexpr std::uint64_t kOnce = 16;
+  const EncodingRow* const source = findEncodingRow(from);
   const EncodingRow* const row = findEncodingRow(to);
-  if (row == nullptr || findEncodingRow(from) == nullptr) return 0;
+  if (row == nullptr || source == nullptr) return 0;
+  if (source->codec != nullptr) length *= source->codec->unitsPerByte;
   switch (row->form) {
     case EncodingForm::kUtf8:
       return length * std::uint64_t{3} + kOnce;

@@ -177,6 +177,8 @@ MAPPINGS = [
               ["C library: EUC-JP-MS", "C library: EUC-JP"], over="euc-jp-ms"),
     MultiByte("euc-jp-linux", "EUC-JP without JIS X 0212, as the JDK has it for Linux.", EUC_JP,
               "JDK: x-euc-jp-linux", ["C library: EUC-JP"], over="euc-jp-ms"),
+    MultiByte("euc-jp", "EUC-JP with JIS X 0212.", EUC_JP, "C library: EUC-JP",
+              ["Python: euc_jp", "ICU: euc-jp-2007"], over="euc-jp-2007"),
     MultiByte("ibm954", "IBM's 954, EUC-JP with JIS X 0212.", EUC_JP, "ICU: ibm-954",
               ["C library: EUC-JP"], over="euc-jp-ms"),
     MultiByte("ibm33722", "IBM's 33722, EUC-JP with yen sign and overline.", EUC_JP,

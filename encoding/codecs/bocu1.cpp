@@ -314,4 +314,5 @@ struct Writer : CodecRun {
 
 }  // namespace
 
-extern const Codec kBocu1Codec = {1200, runCodec<Reader>, runCodec<Writer>};
+extern const Codec kBocu1Codec = {
+    .codePage = 1200, .read = runCodec<Reader>, .write = runCodec<Writer>, .unitsPerByte = 2};

@@ -44,18 +44,6 @@ class ImageReader {
   const unsigned char* m_p;
 };
 
-// Of codes of four bytes that count up: the second and the fourth byte are digits.
-constexpr std::uint32_t countOf(const unsigned char* code) {
-  return (((code[0] - 0x81u) * 10 + code[1] - 0x30u) * 126 + code[2] - 0x81u) * 10 + code[3] -
-         0x30u;
-}
-constexpr std::uint32_t countedAt(std::uint32_t count) {
-  const std::uint32_t fourth = 0x30 + count % 10;
-  const std::uint32_t third = 0x81 + count / 10 % 126;
-  const std::uint32_t second = 0x30 + count / 1260 % 10;
-  return (0x81 + count / 12600) << 24 | second << 16 | third << 8 | fourth;
-}
-constexpr std::uint32_t kSupplementaryCount = (0x90 - 0x81) * 12600;
 constexpr std::uint32_t kCountedBmp = 39420;  // codes up to 8431A439
 
 bool isBefore(const CodeTable::OneWay& a, const CodeTable::OneWay& b) {
@@ -116,19 +104,6 @@ const CodeTable::Sequence* CodeTable::findSequence(const char32_t* scalars, std:
   return longest;
 }
 
-char32_t CodeTable::countedScalar(const unsigned char* code) const {
-  if (code[2] < 0x81 || code[2] == 0xFF || code[3] < 0x30 || code[3] > 0x39) return 0;
-  const std::uint32_t count = countOf(code);
-  if (count < m_counted.size()) return m_counted[count];
-  if (count < kSupplementaryCount) return 0;
-  const char32_t scalar = 0x10000 + count - kSupplementaryCount;
-  return scalar <= 0x10FFFF ? scalar : char32_t{0};
-}
-
-std::uint32_t CodeTable::countedCode(char32_t scalar) {
-  return countedAt(kSupplementaryCount + scalar - 0x10000);
-}
-
 // Whether the first bytes, count of them, may be those of a code of a length.
 bool CodeTable::isForm(const unsigned char* bytes, std::size_t count, unsigned int length) const {
   const ByteRange* const form = m_forms[length - 1];
@@ -164,23 +139,27 @@ const CodeTable* CodeTable::open(const Mapping& mapping) {
 }
 
 CodeTable::~CodeTable() {
+  release(m_singleDecoder);
+  release(m_singleEncoder);
   release(m_pairDecoder);
   release(m_pairEncoder);
 }
 
-const fast::DoubleByteDecoder* CodeTable::pairDecoder() const {
-  return publish(m_pairDecoder, [this](fast::DoubleByteDecoder& table) {
-    fast::fillFromMapping(*this, table);
-    return true;
-  });
-}
-
-const fast::DoubleByteEncoder* CodeTable::pairEncoder() const {
-  return publish(m_pairEncoder, [this](fast::DoubleByteEncoder& table) {
+template <class Table>
+const Table* CodeTable::flatTable(std::atomic<const Table*>& slot) const {
+  return publish(slot, [this](Table& table) {
     fast::fillExactly(*this, table);
     return true;
   });
 }
+template const fast::SingleByteDecoder* CodeTable::flatTable(
+    std::atomic<const fast::SingleByteDecoder*>& slot) const;
+template const fast::SingleByteEncoder* CodeTable::flatTable(
+    std::atomic<const fast::SingleByteEncoder*>& slot) const;
+template const fast::DoubleByteDecoder* CodeTable::flatTable(
+    std::atomic<const fast::DoubleByteDecoder*>& slot) const;
+template const fast::DoubleByteEncoder* CodeTable::flatTable(
+    std::atomic<const fast::DoubleByteEncoder*>& slot) const;
 
 void releaseCodeTables() {
   for (auto& slot : g_tables) release(slot);
@@ -386,7 +365,7 @@ void CodeTable::countRest() {
   constexpr char32_t kLastScalar = 0xFFFF;
   char32_t scalar = 0x80;
   for (std::uint32_t count = 0; count < kCountedBmp; ++count) {
-    const std::uint32_t code = countedAt(count);
+    const std::uint32_t code = codeAtCount(count);
     if (const Entry listed = find(code); listed != kNothing) {
       m_counted.add(static_cast<std::uint16_t>(listed & ~kKind));
       continue;

@@ -9,6 +9,8 @@
 #include "support/rows.h"
 
 namespace fast {
+struct SingleByteDecoder;
+struct SingleByteEncoder;
 struct DoubleByteDecoder;
 struct DoubleByteEncoder;
 }  // namespace fast
@@ -81,8 +83,10 @@ class CodeTable {
 
   // What flat tables can say (mapped_tables.h) of the codes of one and two bytes, but for what is
   // only written. Made on first use; null when memory is short. Any thread may call.
-  const fast::DoubleByteDecoder* pairDecoder() const;
-  const fast::DoubleByteEncoder* pairEncoder() const;
+  const fast::SingleByteDecoder* singleDecoder() const { return flatTable(m_singleDecoder); }
+  const fast::SingleByteEncoder* singleEncoder() const { return flatTable(m_singleEncoder); }
+  const fast::DoubleByteDecoder* pairDecoder() const { return flatTable(m_pairDecoder); }
+  const fast::DoubleByteEncoder* pairEncoder() const { return flatTable(m_pairEncoder); }
 
   // The code of a scalar value, its bytes from the highest that is not 0 on; 0 for none, and for
   // what byte 00 stands for.
@@ -111,9 +115,19 @@ class CodeTable {
   const Sequence* findSequence(const char32_t* scalars, std::size_t count, bool& isCut) const;
 
   // The value of a code of four bytes that is found by counting; 0 for none.
-  char32_t countedScalar(const unsigned char* code) const;
+  char32_t countedScalar(const unsigned char* code) const {
+    const std::uint32_t third = code[2] - 0x81u, fourth = code[3] - 0x30u;
+    if (third > 0x7D || fourth > 9) return 0;
+    const std::uint32_t count =
+        (((code[0] - 0x81u) * 10 + code[1] - 0x30u) * 126 + third) * 10 + fourth;
+    if (count < m_counted.size()) return m_counted[count];
+    const char32_t scalar = 0x10000 + count - kSupplementaryCount;
+    return scalar >= 0x10000 && scalar <= 0x10FFFF ? scalar : char32_t{0};
+  }
   // And the code of a value beyond U+FFFF.
-  static std::uint32_t countedCode(char32_t scalar);
+  static constexpr std::uint32_t countedCode(char32_t scalar) {
+    return codeAtCount(kSupplementaryCount + scalar - 0x10000);
+  }
   bool hasCounted() const { return m_hasCounted; }
 
   bool isAscii() const { return m_isAscii; }
@@ -124,6 +138,15 @@ class CodeTable {
   bool mayBeLonger(const unsigned char* bytes, std::size_t known) const;
 
  private:
+  // Of codes of four bytes that count up the second and the fourth byte are digits.
+  static constexpr std::uint32_t kSupplementaryCount = (0x90 - 0x81) * 12600;
+  static constexpr std::uint32_t codeAtCount(std::uint32_t count) {
+    const std::uint32_t fourth = 0x30 + count % 10;
+    const std::uint32_t third = 0x81 + count / 10 % 126;
+    const std::uint32_t second = 0x30 + count / 1260 % 10;
+    return (0x81 + count / 12600) << 24 | second << 16 | third << 8 | fourth;
+  }
+
   bool isForm(const unsigned char* bytes, std::size_t count, unsigned int length) const;
   bool build(const Mapping& mapping);
   bool applyPage(int number);
@@ -142,6 +165,8 @@ class CodeTable {
   void derive();
   void noteForms(Entry node, unsigned int depth, std::uint8_t (&bytes)[kMaxBytes]);
   bool hasFailed() const;
+  template <class Table>
+  const Table* flatTable(std::atomic<const Table*>& slot) const;
 
   Rows<Entry> m_nodes;
   std::uint16_t m_rowOf[0x1100] = {};
@@ -154,6 +179,8 @@ class CodeTable {
   char32_t m_zero = 0xFFFFFFFFu;            // what byte 00 stands for, and is written for
   bool m_hasCounted = false;
   bool m_isAscii = false;
+  mutable std::atomic<const fast::SingleByteDecoder*> m_singleDecoder{nullptr};
+  mutable std::atomic<const fast::SingleByteEncoder*> m_singleEncoder{nullptr};
   mutable std::atomic<const fast::DoubleByteDecoder*> m_pairDecoder{nullptr};
   mutable std::atomic<const fast::DoubleByteEncoder*> m_pairEncoder{nullptr};
 };

@@ -74,6 +74,8 @@ struct Codec {
   // Writing: the character that streams write for one without a form, and tell of; it has a form.
   // 0 for none. Parameters are those of write. May be null.
   std::uint32_t (*approximate)(const void* parameters, std::uint32_t scalar) = nullptr;
+  // Reading: the most units of UTF-16 that a text has for each byte.
+  std::uint8_t unitsPerByte = 1;
 };
 
 // Converts a whole text. False when something had no form or memory is short; a length of 0 or less

@@ -2,6 +2,7 @@
 
 #include "encoding/codecs/mapped_tables.h"
 #include "encoding/codecs/unit_text.h"
+#include "encoding/kernels/cpu_dispatch.h"
 
 namespace {
 
@@ -14,22 +15,36 @@ constexpr unsigned char kFirstOfPairs = 0x40;  // bytes below are controls
 constexpr bool isShift(unsigned int byte) { return (byte | 1) == kShiftIn; }
 constexpr bool isInPair(unsigned int byte) { return byte >= kFirstOfPairs && byte != 0xFF; }
 
+// Up to the first shift.
+const unsigned char* findShift(const unsigned char* text, const unsigned char* end) {
+  for (; end - text >= std::ptrdiff_t{kVector}; text += kVector) {
+    if (topBits(equal(Bytes16::load(text) | 1, kShiftIn)) != 0) break;
+  }
+  return std::find_if(text, end, isShift);
+}
+
+// Longer runs of single bytes are worth a kernel's while. What these have for U+000E and U+000F are
+// shifts, which no character may be taken for.
+constexpr std::ptrdiff_t kShortRun = 16;
+
 struct Tables {
   const CodeTable* singles;  // null: all is pairs
   const CodeTable* pairs;
   // What the loops look up: the flat tables of the two sets.
+  const fast::SingleByteDecoder* singleDecoder = nullptr;
   const fast::DoubleByteDecoder* pairDecoder = nullptr;
-  const fast::DoubleByteEncoder* singleEncoder = nullptr;
+  const fast::SingleByteEncoder* singleEncoder = nullptr;
   const fast::DoubleByteEncoder* pairEncoder = nullptr;
 
-  bool openDecoder() {
+  bool openDecoders() {
+    if (singles != nullptr) singleDecoder = singles->singleDecoder();
     pairDecoder = pairs->pairDecoder();
-    return pairDecoder != nullptr;
+    return pairDecoder != nullptr && (singles == nullptr || singleDecoder != nullptr);
   }
   bool openEncoders() {
-    singleEncoder = (singles != nullptr ? singles : pairs)->pairEncoder();
+    if (singles != nullptr) singleEncoder = singles->singleEncoder();
     pairEncoder = pairs->pairEncoder();
-    return singleEncoder != nullptr && pairEncoder != nullptr;
+    return pairEncoder != nullptr && (singles == nullptr || singleEncoder != nullptr);
   }
 };
 
@@ -55,16 +70,18 @@ struct Reader : UnitReader {
   void finish() {}
 
   void copySingles(const unsigned char* stop) {
-    const Entry* const root = tables.singles->root();
-    const unsigned char* in = p;
-    unsigned char* to = dest;
-    for (; in < stop; ++in, to += 2) {
-      const Entry entry = root[*in];
-      if (entry - CodeTable::kScalar > 0xFFFF || isShift(*in)) break;
-      storeLow(to, static_cast<std::uint16_t>(entry));
+    const auto& decoder = *tables.singleDecoder;
+    const unsigned char* const runStop = p + std::min(stop - p, kShortRun);
+    for (; p < runStop; ++p) {
+      const std::uint16_t unit = decoder.units[*p];
+      if (unit == 0 || isShift(*p)) return;
+      putUnit(unit);
     }
-    p = in;
-    dest = to;
+    if (p == stop) return;
+    const unsigned char* const shift = findShift(p, stop);
+    const auto done = fast::kernels().singleByteToUtf16(decoder, p, shift, dest, destEnd);
+    p = done.in;
+    dest = done.out;
   }
 
   void copyPairs(const unsigned char* stop) {
@@ -138,23 +155,37 @@ struct Writer : UnitWriter {
     while (p < stop) {
       const bool isAmongPairs = tables.singles == nullptr || state.shiftedOut;
       isAmongPairs ? copyPairs(stop) : copySingles(stop);
-      if (p < stop) return writeOne();
+      if (p < stop && !turn(stop)) return writeOne();
     }
     return true;
   }
   void finish() { shift(false); }
 
+  // Goes over to the set of the next character, if it is one that the loops know.
+  bool turn(const unsigned char* stop) {
+    if (tables.singles == nullptr || stop - p < 2) return false;
+    const std::uint32_t unit = loadLow<std::uint16_t>(p);
+    const std::uint8_t code = tables.singleEncoder->bytes[unit];
+    const bool isSingle = code != 0 && !isShift(code);
+    if (isSingle != state.shiftedOut) return false;
+    if (!isSingle && tables.pairEncoder->codes[unit] == 0) return false;
+    shift(!isSingle);
+    return true;
+  }
+
   void copySingles(const unsigned char* stop) {
-    const std::uint16_t* const codes = tables.singleEncoder->codes;
-    const unsigned char* in = p;
-    unsigned char* to = dest;
-    for (; stop - in >= 2; in += 2) {
-      const std::uint32_t code = codes[loadLow<std::uint16_t>(in)];
-      if (code - 1 >= 0xFF || isShift(code)) break;
-      *to++ = static_cast<unsigned char>(code);
+    const auto& encoder = *tables.singleEncoder;
+    const unsigned char* const runStop = p + std::min(stop - p, 2 * kShortRun);
+    for (; runStop - p >= 2; p += 2) {
+      const std::uint8_t code = encoder.bytes[loadLow<std::uint16_t>(p)];
+      if (code == 0 || isShift(code)) return;
+      put(code);
     }
-    p = in;
-    dest = to;
+    if (p == stop) return;
+    const auto done = fast::kernels().utf16ToSingleByte(encoder, p, stop, dest, destEnd);
+    const std::ptrdiff_t count = findShift(dest, done.out) - dest;
+    p += 2 * count;
+    dest += count;
   }
 
   void copyPairs(const unsigned char* stop) {
@@ -241,7 +272,7 @@ unsigned int run(const void* parameters, const unsigned char* data, unsigned int
 
 unsigned int readShifted(const void* parameters, const unsigned char* data, unsigned int length,
                          bool last, CodecState& state, DataBuffer& out, ReplacementSink* sink) {
-  return run<Reader, &Tables::openDecoder>(parameters, data, length, last, state, out, sink);
+  return run<Reader, &Tables::openDecoders>(parameters, data, length, last, state, out, sink);
 }
 
 unsigned int writeShifted(const void* parameters, const unsigned char* data, unsigned int length,

@@ -30,7 +30,7 @@
 #include "encoding/tables/texts/table_texts.h"
 
 // The codecs, each defined in a file of its own; read through the rows.
-extern const Codec kEucJpCodec, kGsmCodec, kHzCodec, kIso2022JpCodec, kIso2022KrCodec, kUtf7Codec;
+extern const Codec kGsmCodec, kHzCodec, kIso2022JpCodec, kIso2022KrCodec, kUtf7Codec;
 
 namespace encoding_rows {
 
@@ -40,6 +40,7 @@ inline constexpr const char* kEucJpNames =
     "EUC-JP csEUCPkdFmtJapanese Extended_UNIX_Code_Packed_Format_for_Japanese x-euc-jp ujis "
     "IBM-eucJP eucjis OSF00030010";
 inline constexpr const char* kEucJpAliases = kEucJpNames + sizeof "EUC-JP";
+inline constexpr RuledMapping kEucJp{kMap_euc_jp, eucJpPiece};
 
 // The names of ISO 8859-1, which CharsetNaming takes for Windows's reading of it, and those behind
 // the first.
@@ -436,8 +437,9 @@ inline constexpr EncodingRow kRows[] = {
             true),
     // From 200000 up are numbers of our own. 954 is IBM's for this encoding, whose table has a few
     // characters more; Windows has no number for it (20932 writes JIS X 0212 in two bytes).
+    // The planes are those of the standards: row 13 and the rows of NEC and IBM are those of 51932.
     streamOnly(codec(200954, "EUC-JP", kEucJpAliases, "Japanese, EUC-JP with JIS X 0212",
-                     CharsetKind::kMultiByte, &kEucJpCodec)),
+                     CharsetKind::kMultiByte, &kRuledCodec<kEucJp>)),
     streamOnly(codec(1052936, "hz-gb-2312", "hz hz-gb", "Chinese simplified, HZ (RFC 1843)",
                      CharsetKind::kStateful, &kHzCodec)),
 };

@@ -9,15 +9,21 @@ namespace fast {
 
 // Fill a new table with what of a mapping such a table can say: codes of one byte, or of one and
 // two, that are one unit other than 0. Of a mapping without ASCII a table of double bytes has the
-// pairs alone, whatever their first byte, and is not prepared: no kernel takes it. False when that
-// is not all of the mapping.
+// pairs alone, whatever their first byte, and is not prepared: no kernel takes it. In encoders what
+// is only written stands too, as units that are read back as others. False when that is not all of
+// the mapping.
 bool fillFromMapping(const CodeTable& mapping, SingleByteDecoder& table);
-bool fillFromMapping(const CodeTable& mapping, DoubleByteDecoder& table);
-// With what is only written, as units that are read back as others, and without.
 bool fillFromMapping(const CodeTable& mapping, SingleByteEncoder& table);
+bool fillFromMapping(const CodeTable& mapping, DoubleByteDecoder& table);
 bool fillFromMapping(const CodeTable& mapping, DoubleByteEncoder& table);
+
+// The same without what is only written.
 void fillExactly(const CodeTable& mapping, SingleByteEncoder& table);
 void fillExactly(const CodeTable& mapping, DoubleByteEncoder& table);
+template <class Decoder>
+void fillExactly(const CodeTable& mapping, Decoder& table) {
+  fillFromMapping(mapping, table);
+}
 
 }  // namespace fast
 

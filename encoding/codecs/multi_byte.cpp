@@ -8,6 +8,10 @@ namespace {
 
 using Entry = CodeTable::Entry;
 
+constexpr bool isNode(Entry entry) { return (entry & CodeTable::kKind) == CodeTable::kNode; }
+
+constexpr std::ptrdiff_t kGroup = 128;  // bytes of codes that no kernel takes
+
 // What drives both directions.
 struct Rules {
   const CodeTable& table;
@@ -30,30 +34,50 @@ struct Reader : UnitReader {
         dest = done.out;
       }
       if (table.isAscii()) copyAscii(stop);
-      copyCodes(stop);
-      if (p < stop && (*p >= 0x80 || !table.isAscii())) return readOne();
+      if (p < stop && !copyCodes(stop)) return readOne();
     }
     return true;
   }
   void finish() {}
 
-  // Codes of one or two bytes that are one unit.
-  void copyCodes(const unsigned char* stop) {
+  // Codes of any length that are one value, up to ASCII; where there is a kernel for the others, a
+  // few only: those for which it stops come in groups. False for none.
+  bool copyCodes(const unsigned char* stop) {
     const Entry* const root = table.root();
+    const auto below = [root](Entry node) { return root + (node & ~CodeTable::kKind) * 256; };
     const bool isAscii = table.isAscii();
     const unsigned char* in = p;
     unsigned char* to = dest;
-    for (; in < stop && end - in > 1; to += 2) {
-      if (isAscii && *in < 0x80) break;
+    stop = std::min({stop, end - (CodeTable::kMaxBytes - 1), pairs != nullptr ? p + kGroup : stop});
+    while (in < stop && !(isAscii && *in < 0x80)) {
       Entry entry = root[in[0]];
-      const bool isPair = (entry & CodeTable::kKind) == CodeTable::kNode;
-      if (isPair) entry = table.node(entry)[in[1]];
-      if (entry - CodeTable::kScalar > 0xFFFF) break;
-      storeLow(to, static_cast<std::uint16_t>(entry));
-      in += isPair ? 2 : 1;
+      unsigned int length = 1;
+      if (isNode(entry)) entry = below(entry)[in[length++]];
+      if (entry - CodeTable::kScalar <= 0xFFFF) {
+        storeLow(to, static_cast<std::uint16_t>(entry));
+        to += 2;
+        in += length;
+        continue;
+      }
+      while (isNode(entry)) entry = below(entry)[in[length++]];
+      if (entry == CodeTable::kCounted) {
+        const char32_t scalar = table.countedScalar(in);
+        if (scalar == 0) break;
+        entry = CodeTable::kScalar | scalar;
+        length = CodeTable::kMaxBytes;
+      }
+      if ((entry & CodeTable::kKind) != CodeTable::kScalar) break;
+      const std::uint32_t scalar = entry & ~CodeTable::kKind;
+      // Both units of a pair, or one and what comes next is written over.
+      const std::uint32_t first = scalar > 0xFFFF ? highSurrogateOf(scalar) : scalar;
+      storeLow(to, first | std::uint32_t{lowSurrogateOf(scalar)} << 16);
+      to += scalar > 0xFFFF ? 4 : 2;
+      in += length;
     }
+    const bool isCopied = in != p;
     p = in;
     dest = to;
+    return isCopied;
   }
 
   // What the loops leave: one code of any kind. False when what follows decides.
@@ -66,7 +90,7 @@ struct Reader : UnitReader {
       entry = table.node(entry)[p[i]];
       if (entry == CodeTable::kCounted) return readCounted(known);
       if (entry == CodeTable::kNothing) break;
-      if ((entry & CodeTable::kKind) == CodeTable::kNode) continue;
+      if (isNode(entry)) continue;
       putEntry(table, entry);
       p += i + 1;
       return true;
@@ -105,6 +129,9 @@ struct Writer : UnitWriter {
   using UnitWriter::UnitWriter;
   const CodeTable& table = static_cast<const Rules*>(parameters)->table;
   const std::uint32_t lastWritten = static_cast<const Rules*>(parameters)->lastWritten;
+  // Marks are above all codes.
+  const std::uint32_t highestCopied =
+      table.sequences().isEmpty() ? lastWritten : std::min(lastWritten, CodeTable::kFollows - 1);
   // To kernels U+0000 is byte 00.
   const fast::DoubleByteEncoder* const pairs =
       table.root()[0] == CodeTable::kScalar ? table.pairEncoder() : nullptr;
@@ -118,31 +145,41 @@ struct Writer : UnitWriter {
         dest = done.out;
       }
       if (table.isAscii()) copyAscii(stop);
-      copyCodes(stop);
-      const bool isAscii = left() >= 2 && p[1] == 0 && p[0] < 0x80 && table.isAscii();
-      if (p < stop && !isAscii) return writeOne();
+      if (p < stop && !copyCodes(stop)) return writeOne();
     }
     return true;
   }
   void finish() {}
 
-  // Units that have a code of one or two bytes and stand in no sequence.
-  void copyCodes(const unsigned char* stop) {
+  // Characters that have a code and stand in no sequence, as the reader does it.
+  bool copyCodes(const unsigned char* stop) {
     const bool isAscii = table.isAscii();
     const unsigned char* in = p;
     unsigned char* to = dest;
-    for (; stop - in >= 2; in += 2) {
+    if (pairs != nullptr) stop = std::min(stop, p + kGroup);
+    while (stop - in >= 4) {
       const std::uint32_t unit = loadLow<std::uint16_t>(in);
       if (isAscii && unit < 0x80) break;
-      const std::uint32_t code = codeAt(table, in, stop);
-      if (code - 1 >= 0xFFFF) break;
-      const unsigned int isPair = code > 0xFF ? 1 : 0;
-      to[0] = static_cast<unsigned char>(code >> 8 * isPair);
-      to[1] = static_cast<unsigned char>(code);
-      to += 1 + isPair;
+      const bool isPair = isHighSurrogate(unit);
+      const std::uint32_t low = loadLow<std::uint16_t>(in + 2);
+      if (isPair && !isLowSurrogate(low)) break;
+      const std::uint32_t code =
+          isPair ? codeOfPair(joinSurrogates(unit, low)) : codeAt(table, in, stop);
+      if (code - 1 >= highestCopied) break;
+      to = putCode(to, code);
+      in += isPair ? 4 : 2;
     }
+    const bool isCopied = in != p;
     p = in;
     dest = to;
+    return isCopied;
+  }
+
+  // The code of a character beyond U+FFFF; 0 for none, and kBegins for one that may begin a
+  // sequence.
+  std::uint32_t codeOfPair(char32_t scalar) const {
+    const std::uint32_t code = table.loadCode(scalar);
+    return code == 0 && table.hasCounted() ? CodeTable::countedCode(scalar) : code;
   }
 
   // One character, or sequence. False when what follows decides.
@@ -162,9 +199,9 @@ struct Writer : UnitWriter {
 
   bool writeCode(const Character& character, std::uint32_t code) {
     bool isHeld = table.holds(character.scalar);
-    if (!isHeld && character.scalar > 0xFFFF && table.hasCounted()) {
-      code = CodeTable::countedCode(character.scalar);
-      isHeld = true;
+    if (!isHeld && character.scalar > 0xFFFF) {
+      code = codeOfPair(character.scalar);
+      isHeld = code != 0;
     }
     if (!isHeld || code > lastWritten) return refuse(character.length, table.codeOf('?'));
     p += character.length;
@@ -190,6 +227,17 @@ RuledMapping unruled(const void* parameters) {
 }
 
 }  // namespace
+
+unsigned int eucJpPiece(const unsigned char* bytes, std::size_t known, bool last) {
+  constexpr unsigned char kShift2 = 0x8E, kShift3 = 0x8F;
+  const auto isCell = [](unsigned char byte) { return byte >= 0xA1 && byte <= 0xFE; };
+  if (!isCell(bytes[0]) && bytes[0] != kShift2 && bytes[0] != kShift3) return 1;
+  const std::size_t length = bytes[0] == kShift3 ? 3 : 2;
+  const std::size_t seen = std::min(known, length);
+  if (!std::all_of(bytes + 1, bytes + seen, isCell)) return 1;
+  if (seen < length) return last ? 1 : 0;
+  return static_cast<unsigned int>(length);
+}
 
 unsigned int readMultiByte(const void* parameters, const unsigned char* data, unsigned int length,
                            bool last, CodecState& state, DataBuffer& out, ReplacementSink* sink) {

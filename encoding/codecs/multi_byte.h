@@ -19,6 +19,10 @@ std::uint32_t approximateMultiByte(const void* parameters, std::uint32_t scalar)
 // seen; last: nothing follows them. 0: what follows decides.
 using PieceRule = unsigned int (*)(const unsigned char* bytes, std::size_t known, bool last);
 
+// Of EUC-JP: a pair that is not assigned is one malformed piece, and so are three bytes behind 8F;
+// a byte that cannot end a character is read again as itself.
+unsigned int eucJpPiece(const unsigned char* bytes, std::size_t known, bool last);
+
 // A mapping whose encoding has rules of its own: which pieces are malformed, and how long a code
 // may be that is written.
 struct RuledMapping {
@@ -35,12 +39,13 @@ unsigned int writeRuled(const void* parameters, const unsigned char* data, unsig
 
 std::uint32_t approximateRuled(const void* parameters, std::uint32_t scalar);
 
-template <const Mapping& mapping>
+template <const Mapping& mapping, std::uint8_t unitsPerByte = 1>
 inline constexpr Codec kMultiByteCodec = {.codePage = 1200,
                                           .read = {readMultiByte, &mapping},
                                           .write = {writeMultiByte, &mapping},
                                           .isStateless = true,
-                                          .approximate = approximateMultiByte};
+                                          .approximate = approximateMultiByte,
+                                          .unitsPerByte = unitsPerByte};
 
 template <const RuledMapping& mapping>
 inline constexpr Codec kRuledCodec = {.codePage = 1200,

@@ -510,4 +510,5 @@ struct Writer : ScsuRun {
 
 }  // namespace
 
-extern const Codec kScsuCodec = {1200, runCodec<Reader>, runCodec<Writer>};
+extern const Codec kScsuCodec = {
+    .codePage = 1200, .read = runCodec<Reader>, .write = runCodec<Writer>, .unitsPerByte = 2};

@@ -29,6 +29,10 @@ void storeLow(unsigned char* dest, Number number) {
     }
   }
 }
+// The same with the first byte from the highest.
+inline void storeBig(unsigned char* dest, std::uint32_t number) {
+  storeLow(dest, __builtin_bswap32(number));
+}
 
 namespace {  // NOLINT(cert-dcl59-cpp): internal linkage, see lanes.h
 

@@ -81,17 +81,13 @@ struct UnitWriter : CodecRun {
     for (; stop - p >= 2 && p[1] == 0 && p[0] < 0x80; p += 2) put(*p);
   }
 
-  // The bytes of a code of a table.
-  void putCode(std::uint32_t code) {
-    for (unsigned int shift = code > 0xFFFFFF ? 24
-                              : code > 0xFFFF ? 16
-                              : code > 0xFF   ? 8
-                                              : 0;
-         ; shift -= 8) {
-      put(static_cast<unsigned char>(code >> shift));
-      if (shift == 0) return;
-    }
+  // The bytes of a code of a table; those behind are written over by what comes next.
+  static unsigned char* putCode(unsigned char* to, std::uint32_t code) {
+    const auto unused = static_cast<unsigned int>(std::countl_zero(code | 1)) / 8;
+    storeBig(to, code << 8 * unused);
+    return to + 4 - unused;
   }
+  void putCode(std::uint32_t code) { dest = putCode(dest, code); }
 
   // A character of the text: its value and how many bytes it has. Length 0: what follows the piece
   // decides. No scalar: half a unit, or half a pair of surrogates.

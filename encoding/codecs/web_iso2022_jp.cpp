@@ -7,6 +7,7 @@
 #include <iterator>
 
 #include "encoding/codecs/escape_sequence.h"
+#include "encoding/codecs/mapped_tables.h"
 #include "encoding/codecs/unit_text.h"
 #include "encoding/codecs/web_encodings.h"
 
@@ -140,6 +141,7 @@ struct Reader : UnitReader {
 struct Writer : UnitWriter {
   using UnitWriter::UnitWriter;
   const CodeTable& table = *static_cast<const CodeTable*>(parameters);
+  const fast::DoubleByteEncoder* const codes = table.pairEncoder();
 
   bool step() {
     const unsigned char* const stop = writable();
@@ -165,11 +167,16 @@ struct Writer : UnitWriter {
     return code > 0xA100 && code <= 0xFFFF ? code : 0;
   }
   void copyPairs(const unsigned char* stop) {
-    for (; stop - p >= 2; p += 2) {
-      const std::uint32_t code = pairOf(loadLow<std::uint16_t>(p));
-      if (code == 0) return;
-      putPair(code);
+    if (codes == nullptr) return;
+    const unsigned char* in = p;
+    unsigned char* to = dest;
+    for (; stop - in >= 2; in += 2, to += 2) {
+      const std::uint16_t code = codes->codes[loadLow<std::uint16_t>(in)];
+      if ((code & 0xFF) < 0xA1) break;
+      storeLow(to, static_cast<std::uint16_t>(code & 0x7F7F));
     }
+    p = in;
+    dest = to;
   }
   void putPair(std::uint32_t code) {
     put(static_cast<unsigned char>(code >> 8 & 0x7F), static_cast<unsigned char>(code & 0x7F));

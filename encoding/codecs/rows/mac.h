@@ -15,7 +15,7 @@ inline constexpr EncodingRow kMacRows[] = {
            &kMap_mac_dingbats),
     // Three signs have a mark of their variant behind them.
     streamOnly(codec(200453, "MacSymbol", "x-MacSymbol", "Mac, Symbol font",
-                     CharsetKind::kSingleByte, &kMultiByteCodec<kMap_mac_symbol>)),
+                     CharsetKind::kSingleByte, &kMultiByteCodec<kMap_mac_symbol, 2>)),
     mapped(200454, "MacFarsi", "", "Mac, Farsi", &kMap_mac_farsi),
     mapped(200455, "macos-0_2-10.2", "", "Mac, Western European with euro", &kMap_mac_roman_euro),
     mapped(200456, "macos-35-10.2", "", "Mac, Turkish of Mac OS X", &kMap_mac_turkish_omega),
