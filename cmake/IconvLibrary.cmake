@@ -16,6 +16,7 @@ list(APPEND iconv_sources
   ${PROJECT_SOURCE_DIR}/iconv/route.cpp
   ${PROJECT_SOURCE_DIR}/iconv/runtime.cpp
   ${PROJECT_SOURCE_DIR}/iconv/similar.cpp
+  ${PROJECT_SOURCE_DIR}/iconv/strict_plan.cpp
   ${PROJECT_SOURCE_DIR}/iconv/unbzip2.cpp)
 
 add_library(encconv_iconv_objects OBJECT ${iconv_sources})

@@ -35,18 +35,34 @@ constexpr bool isSameName(std::string_view a, std::string_view b) {
 }
 
 Charset charsetOf(const CharsetMeaning& meaning) {
-  using Form = CharsetMeaning::Form;
-  return {findEncodingRow(meaning.number),
-          meaning.form == Form::kMarked || meaning.form == Form::kMarkedUcs2,
-          meaning.form == Form::kUcs2 || meaning.form == Form::kMarkedUcs2};
+  Charset charset;
+  charset.row = findEncodingRow(meaning.number);
+  charset.hasMark = meaning.form == Form::kMarked || meaning.form == Form::kMarkedUcs2;
+  charset.isUcs2 = meaning.form == Form::kUcs2 || meaning.form == Form::kMarkedUcs2;
+  charset.isWide = meaning.form == Form::kWide;
+  charset.isStrict = meaning.form == Form::kStrict;
+  return charset;
+}
+
+const CharsetMeaning* findMeaning(std::string_view name) {
+  for (const CharsetMeaning& meaning : kCharsetMeanings) {
+    if (isSameName(name, meaning.name)) return &meaning;
+    std::string_view names = meaning.aliases;
+    while (!names.empty()) {
+      const std::size_t end = std::min(names.find(' '), names.size());
+      if (isSameName(name, names.substr(0, end))) return &meaning;
+      names.remove_prefix(std::min(end + 1, names.size()));
+    }
+  }
+  return nullptr;
 }
 
 Charset findCharset(std::string_view name) {
-  for (const CharsetMeaning& meaning : kCharsetMeanings) {
-    if (isSameName(name, meaning.name)) return charsetOf(meaning);
-  }
-  const EncodingRow* const row = findEncoding(name);
-  return {row, row != nullptr && row->writesMark, false};
+  if (const CharsetMeaning* const meaning = findMeaning(name)) return charsetOf(*meaning);
+  Charset charset;
+  charset.row = findEncoding(name);
+  charset.hasMark = charset.row != nullptr && charset.row->writesMark;
+  return charset;
 }
 
 void readSuffix(std::string_view suffix, Suffixes& suffixes) {
@@ -84,13 +100,10 @@ CharsetCode parseCode(std::string_view code) {
   return parsed;
 }
 
-std::span<const CharsetMeaning> charsetMeanings() { return kCharsetMeanings; }
-
-std::string_view canonicalName(const Charset& charset, std::string_view name) {
-  for (const CharsetMeaning& meaning : kCharsetMeanings) {
-    if (isSameName(name, meaning.name)) return meaning.name;
-  }
-  return charset.row->name;
+const char* canonicalName(const char* name) {
+  if (const CharsetMeaning* const meaning = findMeaning(name)) return meaning->name;
+  const EncodingRow* const row = findEncoding(name);
+  return row == nullptr ? name : row->name;
 }
 
 }  // namespace iconv_layer

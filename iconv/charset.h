@@ -2,7 +2,6 @@
 #ifndef ICONV_CHARSET_H_
 #define ICONV_CHARSET_H_
 
-#include <span>
 #include <string_view>
 
 #include "encoding/codecs/encoding_row.h"
@@ -14,9 +13,12 @@ namespace iconv_layer {
 // (charset_list.h).
 struct Charset {
   const EncodingRow* row = nullptr;  // null: the name is not known
-  bool hasMark = false;  // a byte order mark is read, and written in front; without one, the order
-                         // of the row
-  bool isUcs2 = false;   // characters beyond U+FFFF have no place
+  bool hasMark = false;   // a byte order mark is read, and written in front; without one, the order
+                          // of the row
+  bool isUcs2 = false;    // characters beyond U+FFFF have no place
+  bool isWide = false;    // wide characters of the host, between which and others is one step: for
+                          // want of room it stops in front of text that is malformed
+  bool isStrict = false;  // without the characters that Windows gives to free bytes
 };
 
 // What the suffixes ask for, in any case and order: //TRANSLIT, //IGNORE, //NON_IDENTICAL_DISCARD.
@@ -37,17 +39,17 @@ struct CharsetCode {
 // and suffixes. Any thread may call; nothing is allocated.
 CharsetCode parseCode(std::string_view code);
 
-// The name that iconv_canonicalize gives for a charset.
-std::string_view canonicalName(const Charset& charset, std::string_view name);
+// The name that iconv_canonicalize gives for a name: that itself where it is not known.
+const char* canonicalName(const char* name);
 
-// A name that iconv_open reads otherwise than the rest of the library.
+// Names that iconv_open reads otherwise than the rest of the library.
 struct CharsetMeaning {
-  std::string_view name;
-  int number;
-  enum class Form : unsigned char { kPlain, kMarked, kUcs2, kMarkedUcs2 } form = Form::kPlain;
+  enum class Form : unsigned char { kPlain, kMarked, kUcs2, kMarkedUcs2, kWide, kStrict };
+  int number;  // of the row
+  Form form;
+  const char* name;     // as iconv_canonicalize gives it
+  const char* aliases;  // separated by single spaces
 };
-std::span<const CharsetMeaning> charsetMeanings();
-
 }  // namespace iconv_layer
 
 #endif  // ICONV_CHARSET_H_

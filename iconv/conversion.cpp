@@ -44,35 +44,32 @@ int otherByteOrder(const EncodingRow& row) {
 }  // namespace
 
 Conversion::Status Conversion::convert(Place& place, std::size_t& irreversible) {
-  bool ignoredSome = false;
-  if (m_route.from.hasMark || m_route.to.hasMark) {
-    if (const Status status = begin(place); status != Status::kGood) return status;
-  }
-  while (place.in != place.inEnd) {
-    takeClean(place);
+  Outcome outcome;
+  Status status = beginSource(place);
+  if (status == Status::kGood && m_waitingBytes != 0) status = takeWaiting(place, outcome);
+  while (status == Status::kGood && place.in != place.inEnd) {
+    const bool isMarkDue = m_route.to.hasMark && !m_hasMark;
+    const unsigned char* const before = place.out;
+    if (!isMarkDue) takeClean(place);
+    if (place.out != before) outcome.unwritten = nullptr;
     if (place.in == place.inEnd) break;
-    const Status status = takeCharacter(place, irreversible, ignoredSome);
-    if (status != Status::kGood) return status;
+    status = takeCharacter(place, outcome);
   }
-  return ignoredSome ? Status::kIgnored : Status::kGood;
+  // What stands in front of a character that does not fit is looked at again with it.
+  if (status == Status::kFull && outcome.unwritten != nullptr) {
+    place.in = outcome.unwritten;
+    m_reading = outcome.beforeUnwritten;
+  }
+  irreversible += outcome.irreversible;
+  return status == Status::kGood && outcome.ignoredSome ? Status::kIgnored : status;
 }
 
-// Looks for the mark of the source, which tells its byte order, and writes that of the target.
-Conversion::Status Conversion::begin(Place& place) {
-  if (place.in == place.inEnd) return Status::kGood;
+// Looks for the mark of the source, which tells its byte order.
+Conversion::Status Conversion::beginSource(Place& place) {
+  if (!m_route.from.hasMark || m_hasBegun || place.in == place.inEnd) return Status::kGood;
   const EncodingRow& source = *m_route.from.row;
-  if (m_route.from.hasMark && !m_hasBegun) {
-    const std::size_t width = source.form == EncodingForm::kUtf32 ? 4 : 2;
-    if (place.left() < width) return Status::kCut;
-  }
-  if (m_route.to.hasMark && !m_hasMark) {
-    const std::string_view mark = markOf(*m_route.to.row);
-    if (place.room() < mark.size()) return Status::kFull;
-    std::memcpy(place.out, mark.data(), mark.size());
-    place.out += mark.size();
-    m_hasMark = true;
-  }
-  if (!m_route.from.hasMark || m_hasBegun) return Status::kGood;
+  const std::size_t width = source.form == EncodingForm::kUtf32 ? 4 : 2;
+  if (place.left() < width) return Status::kCut;
   m_hasBegun = true;
   for (const Mark& mark : marksOf(source)) {
     const std::size_t length = mark.bytes.size();
@@ -241,6 +238,9 @@ bool Conversion::takeWindow(Place& place, std::size_t length) {
 // ---- The end of a text. ----
 
 Conversion::Status Conversion::finish(Place& place) {
+  if (m_waitingBytes != 0) {
+    if (const Status status = writeWaiting(place); status != Status::kGood) return status;
+  }
   if (const Codec* const codec = writer()) {
     LentBuffer<256> out;
     CodecState writing = m_writing;
@@ -258,7 +258,7 @@ Conversion::Status Conversion::finish(Place& place) {
 void Conversion::restart() {
   m_plan = m_route.plan;
   m_reading = m_writing = {};
-  m_heldBytes = 0;
+  m_heldBytes = m_waitingBytes = 0;
   m_hasBegun = m_hasMark = false;
   m_window = kFirstWindow;
   m_steps = 0;

@@ -52,6 +52,15 @@ class Conversion {
  private:
   struct Character;
   struct Written;
+  // What became of the characters of one call.
+  struct Outcome {
+    std::size_t irreversible = 0;
+    bool ignoredSome = false;
+    // Where text begins of which nothing is written, shifts and what is left out, while nothing is
+    // written behind it.
+    const unsigned char* unwritten = nullptr;
+    CodecState beforeUnwritten;
+  };
 
   const Codec* reader() const { return m_plan->source->codec; }
   const Codec* writer() const { return m_plan->target->codec; }
@@ -59,12 +68,18 @@ class Conversion {
     return reader() == nullptr && writer() == nullptr && !m_route.from.isUcs2 && !m_route.to.isUcs2;
   }
 
-  Status begin(Place& place);
+  Status beginSource(Place& place);
+  Status writeMark(Place& place);
   void takeClean(Place& place);
   void takePlain(Place& place) const;
   void takeByPump(Place& place, std::size_t length) const;
   bool takeWindow(Place& place, std::size_t length);
-  Status takeCharacter(Place& place, std::size_t& irreversible, bool& ignoredSome);
+  Status takeCharacter(Place& place, Outcome& outcome);
+  void noteUnwritten(const Place& place, Outcome& outcome) const;
+  Status writeCharacter(Place& place, const Character& character, Outcome& outcome);
+  Status takeWaiting(Place& place, Outcome& outcome);
+  Status writeWaiting(Place& place);
+  bool keepWaiting(Place& place);
 
   void read(const Place& place, Character& character) const;
   void readPlain(const unsigned char* in, std::size_t left, Character& character) const;
@@ -82,11 +97,15 @@ class Conversion {
   std::uint16_t m_window = kFirstWindow;  // how much is tried at once where codecs are concerned
   std::uint8_t m_steps = 0;               // characters to take before it is tried again
   std::uint8_t m_heldBytes = 0;
+  std::uint8_t m_waitingBytes = 0;
   bool m_hasBegun = false;  // the beginning of the source was looked at for a mark
   bool m_hasMark = false;   // the mark of the target is written
   // What the writer cannot write before it sees more, as text of the code page behind it.
   static constexpr std::size_t kMostHeld = 32;
   unsigned char m_held[kMostHeld];
+  // What is read and cannot be told yet, as text of the source: a letter that an accent may follow.
+  static constexpr std::size_t kMostWaiting = 16;
+  unsigned char m_waiting[kMostWaiting];
 
   static constexpr std::uint16_t kFirstWindow = 256;
   static constexpr std::uint16_t kLargestWindow = 1024;

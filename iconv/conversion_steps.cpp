@@ -70,6 +70,11 @@ Utf8Form utf8FormAt(const unsigned char* p, std::size_t left) {
   return {wanted, there};
 }
 
+// The least that a character takes.
+std::size_t leastWidth(const EncodingRow& row) {
+  return row.form == EncodingForm::kUtf16 ? 2 : row.form == EncodingForm::kUtf32 ? 4 : 1;
+}
+
 // The room of a character.
 class SmallOutput final : public Output {
  public:
@@ -304,39 +309,156 @@ Conversion::Status Conversion::put(const Written& written, Place& place) {
   return Status::kGood;
 }
 
-Conversion::Status Conversion::takeCharacter(Place& place, std::size_t& irreversible,
-                                             bool& ignoredSome) {
+// In front of the first character that is read.
+Conversion::Status Conversion::writeMark(Place& place) {
+  const std::string_view mark = markOf(*m_route.to.row);
+  if (place.room() < mark.size()) return Status::kFull;
+  std::memcpy(place.out, mark.data(), mark.size());
+  place.out += mark.size();
+  m_hasMark = true;
+  return Status::kGood;
+}
+
+Conversion::Status Conversion::takeCharacter(Place& place, Outcome& outcome) {
+  if (m_route.from.isWide || m_route.to.isWide) {
+    if (place.left() < leastWidth(*m_route.from.row)) return Status::kCut;
+    if (place.room() < leastWidth(*m_route.to.row)) return Status::kFull;
+  }
   Character character;
   read(place, character);
-  if (character.kind == Character::Kind::kCut) return Status::kCut;
+  if (character.kind == Character::Kind::kCut) {
+    return keepWaiting(place) ? Status::kGood : Status::kCut;
+  }
   const Suffixes& suffixes = m_route.suffixes;
   if (character.kind == Character::Kind::kMalformed) {
     if (!suffixes.ignores) return Status::kBad;
-    ++irreversible;
-    ignoredSome = true;
+    noteUnwritten(place, outcome);
+    ++outcome.irreversible;
+    outcome.ignoredSome = true;
   } else if (character.unitBytes != 0) {
-    Written written;
-    const bool isWritten = m_plan->isCopy
-                               ? writeSegment(character.text, character.textBytes, written)
-                               : write(character.units, character.unitBytes, written);
-    if (isWritten) {
-      if (const Status status = put(written, place); status != Status::kGood) return status;
-    } else {
-      const std::uint32_t first = unitAt(character.units);
-      const std::uint32_t scalar =
-          isHighSurrogate(first) ? joinSurrogates(first, unitAt(character.units + 2)) : first;
-      if (suffixes.transliterates && writeSimilar(scalar, written)) {
-        if (const Status status = put(written, place); status != Status::kGood) return status;
-      } else if (suffixes.ignores) {
-        ignoredSome = true;
-      } else if (!suffixes.discards) {
-        return Status::kBad;
-      }
-      ++irreversible;
+    if (m_route.to.hasMark && !m_hasMark) {
+      if (const Status status = writeMark(place); status != Status::kGood) return status;
     }
+    if (const Status status = writeCharacter(place, character, outcome); status != Status::kGood) {
+      return status;
+    }
+  } else {
+    noteUnwritten(place, outcome);
   }
   m_reading = character.reading;
   place.in += character.length;
+  return Status::kGood;
+}
+
+void Conversion::noteUnwritten(const Place& place, Outcome& outcome) const {
+  if (outcome.unwritten != nullptr) return;
+  outcome.unwritten = place.in;
+  outcome.beforeUnwritten = m_reading;
+}
+
+// Writes a character, or what stands for it.
+Conversion::Status Conversion::writeCharacter(Place& place, const Character& character,
+                                              Outcome& outcome) {
+  const Suffixes& suffixes = m_route.suffixes;
+  Written written;
+  bool isWritten = m_plan->isCopy ? writeSegment(character.text, character.textBytes, written)
+                                  : write(character.units, character.unitBytes, written);
+  const bool isReversible = isWritten;
+  if (!isWritten && suffixes.transliterates) {
+    const std::uint32_t first = unitAt(character.units);
+    const std::uint32_t scalar =
+        isHighSurrogate(first) ? joinSurrogates(first, unitAt(character.units + 2)) : first;
+    isWritten = writeSimilar(scalar, written);
+  }
+  if (isWritten) {
+    if (const Status status = put(written, place); status != Status::kGood) return status;
+    outcome.unwritten = nullptr;
+  } else {
+    // With no room at all nobody looks at the character.
+    if (place.room() < leastWidth(*m_route.to.row)) return Status::kFull;
+    if (!suffixes.ignores && !suffixes.discards) return Status::kBad;
+    outcome.ignoredSome = outcome.ignoredSome || suffixes.ignores;
+  }
+  if (!isReversible) ++outcome.irreversible;
+  return Status::kGood;
+}
+
+// ---- What waits. ----
+
+// Keeps the rest of the input where it is a text, of which what follows may make another one. False
+// where it ends within a character.
+bool Conversion::keepWaiting(Place& place) {
+  constexpr int kUtf7 = 65000;
+  const Codec* const codec = reader();
+  const std::size_t left = place.left();
+  if (codec == nullptr || left > kMostWaiting) return false;
+  if (m_route.from.row->number == kUtf7) {
+    // Behind the first byte of base64 its bytes are no characters on their own.
+    if (left == 1 && place.in[0] == '+') return false;
+  } else {
+    if (m_route.from.row->kind == CharsetKind::kStateful) return false;
+    LentBuffer<4096 + 128> text;
+    MarkCounter marks;
+    CodecState state = m_reading;
+    const Codec::Convert convert = codec->readStrictly ? codec->readStrictly : codec->read;
+    convert(place.in, static_cast<unsigned int>(left), true, state, text, &marks);
+    if (marks.count() != 0 || text.getSize() == 0) return false;
+  }
+  std::memcpy(m_waiting, place.in, left);
+  m_waitingBytes = static_cast<std::uint8_t>(left);
+  place.in = place.inEnd;
+  return true;
+}
+
+// Goes on with what waits and what follows it.
+Conversion::Status Conversion::takeWaiting(Place& place, Outcome& outcome) {
+  constexpr std::size_t kMostAdded = 48;
+  if (place.in == place.inEnd) return Status::kGood;
+  unsigned char joined[kMostWaiting + kMostAdded];
+  const std::size_t waiting = m_waitingBytes;
+  const std::size_t added = std::min(place.left(), kMostAdded);
+  std::memcpy(joined, m_waiting, waiting);
+  std::memcpy(joined + waiting, place.in, added);
+  Place aside{joined, joined + waiting + added, place.out, place.outEnd};
+  m_waitingBytes = 0;
+  Status status = Status::kGood;
+  while (status == Status::kGood && aside.in < joined + waiting && aside.in != aside.inEnd) {
+    status = takeCharacter(aside, outcome);
+  }
+  outcome.unwritten = nullptr;
+  place.out = aside.out;
+  const auto used = static_cast<std::size_t>(aside.in - joined);
+  if (used >= waiting) {
+    place.in += used - waiting;
+  } else {
+    m_waitingBytes = static_cast<std::uint8_t>(waiting - used);
+    std::memcpy(m_waiting, aside.in, m_waitingBytes);
+  }
+  return status;
+}
+
+// Writes what waits as it is: nothing follows it.
+Conversion::Status Conversion::writeWaiting(Place& place) {
+  const Codec& codec = *reader();
+  LentBuffer<4096 + 128> text;
+  MarkCounter marks;
+  CodecState state = m_reading;
+  const Codec::Convert convert = codec.readStrictly ? codec.readStrictly : codec.read;
+  convert(m_waiting, m_waitingBytes, true, state, text, &marks);
+  Character character;
+  if (marks.count() == 0 && text.getSize() <= sizeof character.text) {
+    std::memcpy(character.text, text.getData2(), text.getSize());
+    character.textBytes = text.getSize();
+    const fast::KernelResult r =
+        fast::decode(*m_plan, character.text, character.text + character.textBytes, character.units,
+                     character.units + sizeof character.units);
+    character.unitBytes = static_cast<std::size_t>(r.out - character.units);
+    Outcome outcome;
+    if (character.unitBytes != 0 && writeCharacter(place, character, outcome) == Status::kFull) {
+      return Status::kFull;
+    }
+  }
+  m_waitingBytes = 0;
   return Status::kGood;
 }
 

@@ -229,9 +229,7 @@ ENCCONV_ICONV_CALL void iconvlist(ListVisitor visit, void* data) { list(visit, d
 ENCCONV_ICONV_CALL void libiconvlist(ListVisitor visit, void* data) { list(visit, data); }
 
 ENCCONV_ICONV_CALL const char* iconv_canonicalize(const char* name) {
-  const iconv_layer::CharsetCode code = iconv_layer::parseCode(name);
-  if (code.charset.row == nullptr) return name;
-  return iconv_layer::canonicalName(code.charset, name).data();
+  return iconv_layer::canonicalName(name);
 }
 
 }  // extern "C"

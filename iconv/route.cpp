@@ -6,7 +6,9 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "encoding/accent_pairs.h"
 #include "encoding/code_page_list.h"
+#include "iconv/strict_plan.h"
 
 namespace iconv_layer {
 namespace {
@@ -97,6 +99,9 @@ OpenStatus findRoute(const char* toCode, const char* fromCode, Route& route) {
   route = {from.charset, to.charset, to.suffixes, nullptr};
   route.plan =
       fast::openPlan(from.charset.row->number, to.charset.row->number, fast::Reader::kStream);
+  if (route.plan != nullptr && (from.charset.isStrict || to.charset.isStrict)) {
+    route.plan = strictPlan(*route.plan, from.charset.isStrict, to.charset.isStrict);
+  }
   if (route.plan == nullptr) return OpenStatus::kNoMemory;
   if (!to.isOfLocale && !from.isOfLocale) add(spelling, route);
   return OpenStatus::kGood;
