@@ -59,6 +59,7 @@ inline constexpr CharsetMeaning kCharsetMeanings[] = {
     {101168, Form::kPlain, "KOI8-U", ""},
     {200455, Form::kPlain, "MACINTOSH", "MAC CSMACINTOSH"},
     {200721, Form::kPlain, "SJIS", "SHIFT-JIS MS_KANJI CSSHIFTJIS"},
+    {200933, Form::kPlain, "ISO-2022-JP", "CSISO2022JP"},
     {200310, Form::kPlain, "TIS-620", "TIS620-0 TIS620.2529-1 TIS620.2533-0 ISO-IR-166"},
     {200935, Form::kPlain, "UHC", "MSCP949 CP949"},
 };

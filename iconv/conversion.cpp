@@ -45,7 +45,10 @@ int otherByteOrder(const EncodingRow& row) {
 
 Conversion::Status Conversion::convert(Place& place, std::size_t& irreversible) {
   Outcome outcome;
-  Status status = beginSource(place);
+  Status status = Status::kGood;
+  // In one step from wide characters the mark comes first, whatever the text.
+  if (m_route.from.isWide && m_route.to.hasMark && !m_hasMark) status = writeMark(place);
+  if (status == Status::kGood) status = beginSource(place);
   if (status == Status::kGood && m_waitingBytes != 0) status = takeWaiting(place, outcome);
   while (status == Status::kGood && place.in != place.inEnd) {
     const bool isMarkDue = m_route.to.hasMark && !m_hasMark;
