@@ -8,9 +8,9 @@
 
 namespace fast {
 
-// The candidates for one character, the best first: of "ﬁ" the text "fi", of a letter with marks the
-// letter without them, of a combining mark the empty text. Whoever writes takes the first that the
-// target can hold as a whole. Looks a table up that never changes; allocates nothing.
+// The candidates for one character, the best first: of "ﬁ" the text "fi", of a letter with marks
+// the letter without them, of a combining mark the empty text. Whoever writes takes the first that
+// the target can hold as a whole. Looks a table up that never changes; allocates nothing.
 class Transliterations {
  public:
   // Scalar values of a candidate, at most.
