@@ -17,7 +17,7 @@ docs="doxygen"
 fuzz="$build clang"
 cross="g++-s390x-linux-gnu qemu-user googletest"
 all="$package $test $check $docs $fuzz ccache clang-tidy cppcheck libbenchmark-dev libicu-dev
-     gcovr valgrind nkf bzip2 python3"
+     gcovr valgrind nkf bzip2 locales python3"
 
 wanted=""
 for group in "${@:-build}"; do

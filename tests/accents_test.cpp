@@ -43,6 +43,8 @@ const struct {
     {"yaz-iconv marc8", kMarc8, u"Война e\u0301 中文 test α² x² שָׁלוֹם\n",
      "\x1B(NwOJNA\x1B(B \xE2"
      "e \x1B$1!04!BX\x1B(B test \x1B(Sa\x1Bp2\x1Bs x\x1Bp2\x1Bs \x1B(2AMylEem\x1B(B\n"},
+    {"yaz-iconv marc8", kMarc8, u"δυ\u0301 и\u0306\n",
+     "\x1B(Se\x1B(B\xE2\x1B(Sy\x1B(B \xE6\x1B(NI\x1B(B\n", false},
     {"MARC::Charset", kMarc8, u"ђα²₃ и мир e\u0301\n",
      "\x1B)Q\xC1\x1B)E\x1Bga\x1Bp2\x1B"
      "b3 \x1B(NI MIR \x1B(B\xE2"

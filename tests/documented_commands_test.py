@@ -44,6 +44,10 @@ CONVERSIONS = {
                                  text("japanese").encode() + "\ufffd\n".encode()),
     ("iso-2022-jp", "utf-8"): (sample("mail.50220"), text("mail").encode()),
     ("iso-2022-kr", "utf-8"): (text("korean").encode("iso2022_kr"), text("korean").encode()),
+    ("gb18030", "utf-8"): (sample("minorities.54936"), text("minorities").encode()),
+    ("big5-hkscs", "utf-8"): (sample("hong-kong.200706"), text("hong-kong").encode()),
+    ("utf-8", "gb18030"): (text("minorities").encode(), sample("minorities.54936")),
+    ("marc-8", "utf-8"): (sample("catalogue.200866"), text("catalogue").encode()),
     ("hz-gb-2312", "utf-8"): (text("chinese-simplified").encode("hz"),
                               text("chinese-simplified").encode()),
     ("utf-7", "utf-8"): (sample("header.65000"), text("header").encode()),
@@ -64,7 +68,8 @@ CONVERSIONS = {
     ("utf-8", "windows-1252"): (WESTERN.encode() + "\u4e00".encode(),
                                 sample("french.1252") + b"&#x4E00;"),
     ("utf-8", "cp1252"): (WESTERN.encode() + "\u4e00".encode(), sample("french.1252")),
-    ("utf-8", "us-ascii//TRANSLIT"): ("A\u4e00\n".encode(), b"A?\n"),
+    ("utf-8", "us-ascii//TRANSLIT"): ("\u0416\u4e00\n".encode(), b"ZH?\n"),
+    ("utf-8", "us-ascii"): ("\u0416\u4e00\n".encode(), b"ZH?\n"),
     ("utf-8", "utf-8"): (WESTERN.encode(), None),  # to nowhere
 }
 
@@ -87,6 +92,7 @@ RECORDS = {
     ("bdw", "csv"): (IN_VB, sample("accounts.csv")),
     ("bdw", "json"): (IN_VB, sample("accounts.json")),
     ("bdw:300", "csv"): (sample("accounts.csv"), IN_VB),
+    ("fixed:50", "csv"): (sample("orders.fb.939"), sample("orders-japanese.csv")),
 }
 
 
@@ -176,6 +182,7 @@ def check(command, folder, environment):
     if of_records(words):
         source, expected = of_records(words)
         (folder / "accounts.fields").write_text(layout())
+        (folder / "orders.fields").write_bytes(sample("orders.fields"))
     elif any(conversion):
         if conversion not in CONVERSIONS:
             return f"CONVERSIONS has no sample from {conversion[0]} to {conversion[1]}"

@@ -188,10 +188,11 @@ TEST_F(ToolTest, ReplacesTheOutputOnlyAtTheEnd) {
   EXPECT_EQ(files(), "latin link target utf8 ");
 
   // A signal leaves the old file and no temporary one.
-  const ToolRun outcome = shell("sleep 1 | " ENCCONV_TOOL
-                                " -f 1252 -t utf-8 -o target &\n"
-                                "sleep 0.3; ls | wc -l; kill -TERM $!; wait $!; echo $?");
-  EXPECT_EQ(outcome.out, "5\n143\n");
+  const ToolRun outcome = shell("mkfifo .pipe; sleep 60 > .pipe & writer=$!\n" ENCCONV_TOOL
+                                " -f 1252 -t utf-8 .pipe -o target &\n"
+                                "until ls target.* > .ls 2>&1; do sleep 0.05; done\n"
+                                "kill -TERM $!; wait $!; echo $?; kill $writer; rm .pipe .ls");
+  EXPECT_EQ(outcome.out, "143\n");
   EXPECT_EQ(read("target"), "café\n");
   EXPECT_EQ(files(), "latin link target utf8 ");
 

@@ -51,6 +51,38 @@ TEST_F(ToolRecordsTest, TablesAreMadeOfRecordsAndBack) {
             std::string("\0\5\0\0\x7C", 5));
 }
 
+// Texts that shift into double bytes, between numbers whose bytes are shifts by chance.
+TEST_F(ToolRecordsTest, ShiftsStayWithinTheirField) {
+  const std::string fields =
+      " --records fixed:50 --trim --fields @" ENCCONV_TEST_DATA "/orders.fields ";
+  const struct {
+    std::string page, language;
+    std::size_t lastShift;  // back to single bytes, in the item of the first record
+    std::string damaged;    // the first row without it
+  } cases[] = {
+      {"939", "japanese", 20, "1001,りんご（青森）　　\uFFFD,1250.00,12,山田　太郎\r\n"},
+      {"935", "chinese", 18, "2001,苹果（烟台）　　　\uFFFD,12.50,120,王小明\r\n"},
+  };
+  for (const auto& c : cases) {
+    std::string records = readFile(ENCCONV_TEST_DATA "/orders.fb." + c.page);
+    const std::string table = readFile(ENCCONV_TEST_DATA "/orders-" + c.language + ".csv");
+    EXPECT_EQ(run("-f " + c.page + " -t utf-8" + fields, records).out, table);
+    std::string toRecords = "-f utf-8 -t " + c.page + fields;
+    toRecords.replace(toRecords.find("--records"), 9, "--to-records");
+    toRecords.erase(toRecords.find(" --trim"), 7);
+    EXPECT_TRUE(run(toRecords, table).out == records) << c.page;
+    // A lost shift spoils no other field.
+    ASSERT_EQ(records[c.lastShift], '\x0F');
+    records[c.lastShift] = '\x40';
+    const ToolRun damaged =
+        run("-f " + c.page + " -t utf-8 --on-error substitute" + fields, records);
+    const std::size_t second = table.find("\r\n", table.find("\r\n") + 2) + 2;
+    EXPECT_EQ(damaged.out,
+              table.substr(0, table.find("\r\n") + 2) + c.damaged + table.substr(second));
+    expectOneLine(damaged, "the first at byte offset 24, record 1, field 'item': 40 is not valid");
+  }
+}
+
 TEST_F(ToolRecordsTest, TextsGoBetweenLinesAndRecords) {
   using namespace std::string_literals;
   const std::string spanned = "\0\5\1\0\xC1\0\5\2\0\xC2\0\4\0\0"s;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iomanip>
 #include <string>
+#include <vector>
 
 #include "encoding/alike_encodings.h"
 #include "encoding/code_page_list.h"
@@ -66,6 +67,16 @@ bool belongsTo(const CharsetNames& page, const Family& family) {
 const Family& familyOf(const CharsetNames& page) {
   return *std::ranges::find_if(kFamilies,
                                [&](const Family& family) { return belongsTo(page, family); });
+}
+
+// The families in the order in which they are shown: those that the filter names come first.
+std::vector<const Family*> familiesFor(std::string_view filter) {
+  std::vector<const Family*> families;
+  for (const Family& family : kFamilies) families.push_back(&family);
+  std::ranges::stable_partition(families, [&](const Family* family) {
+    return !filter.empty() && containsName(family->heading, filter);
+  });
+  return families;
 }
 
 // What no row of the list says, because it holds for all.
@@ -172,15 +183,15 @@ int printCodePageList(std::ostream& out, bool json, std::string_view filter) {
   } else if (filter.empty()) {
     out << kNotes;
   }
-  for (const Family& family : kFamilies) {
+  for (const Family* const family : familiesFor(filter)) {
     bool isFirst = true;
     for (const CharsetNames& page : streamCodePages()) {
-      if (&familyOf(page) != &family || !codePageMatches(page, filter)) continue;
+      if (&familyOf(page) != family || !codePageMatches(page, filter)) continue;
       if (json) {
         out << (numbers != 0 ? ",\n " : "\n ");
         printJson(out, page);
       } else {
-        if (isFirst) printHeader(out, family, numbers == 0);
+        if (isFirst) printHeader(out, *family, numbers == 0);
         printText(out, page);
       }
       isFirst = false;

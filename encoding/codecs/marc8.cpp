@@ -116,19 +116,30 @@ struct Reader : Direction<UnitReader> {
     return scalar == 0 ? Found{Kind::kNothing, graphic, 0} : Found{Kind::kCharacter, 3, scalar};
   }
 
-  // False when what follows decides.
+  // False when what follows decides. Programs write the mark before or behind the escape sequence
+  // of its letter; it is read in both places.
   bool readOne() {
     if (*p == kEscape) return readEscape();
     if (*p < 0x20 || *p == 0x7F || (*p >= 0x80 && *p <= 0xA0)) return readControl();
+    const std::uint32_t sets = state.bits;
     char32_t marks[kMaxMarks + 1];
     unsigned int count = 0, length = 0;
     Found found = at(p);
-    for (; found.kind == Kind::kMark && count <= kMaxMarks; found = at(p + length)) {
+    while (found.kind == Kind::kMark && count <= kMaxMarks) {
       marks[count++] = found.scalar;
       length += found.length;
+      const Escape escape = escapeAt(p + length);
+      if (escape.kind == Escape::kKnown) {
+        designate(escape.isG1, escape.set);
+        length += escape.length;
+      }
+      found = escape.kind == Escape::kCut ? Found{Kind::kCut, 1, 0} : at(p + length);
     }
-    if (found.kind == Kind::kCut && !last) return false;
-    if (found.kind != Kind::kCharacter) return refuse(count == 0 ? std::max(1u, found.length) : 1);
+    if (found.kind != Kind::kCharacter) {
+      state.bits = sets;
+      if (found.kind == Kind::kCut && !last) return false;
+      return refuse(count == 0 ? std::max(1u, found.length) : 1);
+    }
     putScalar(found.scalar);
     for (unsigned int i = 0; i < count; ++i) {
       if (marks[i] != 0) putScalar(marks[i]);
@@ -146,16 +157,20 @@ struct Reader : Direction<UnitReader> {
     return true;
   }
 
-  bool readEscape() {
-    bool isCut = left() < 2;
-    if (!isCut &&
-        (p[1] == kBackToAscii || kSymbols.find(static_cast<char>(p[1])) != kSymbols.npos)) {
-      designate(false, p[1] == kBackToAscii ? kAscii : p[1]);
-      p += 2;
-      return true;
+  // An escape sequence, and the set that it designates.
+  struct Escape {
+    enum Kind : std::uint8_t { kCut, kNone, kUnknown, kKnown } kind;
+    unsigned int length = 0;
+    bool isG1 = false;
+    unsigned char set = 0;
+  };
+  // ESC $ or not; an intermediate byte, which pairs and more may lack; "!" or not; the last byte.
+  Escape escapeAt(const unsigned char* from) const {
+    if (from == end || *from != kEscape) return {Escape::kNone};
+    const unsigned char* q = from + 1;
+    if (q != end && (*q == kBackToAscii || kSymbols.find(static_cast<char>(*q)) != kSymbols.npos)) {
+      return {Escape::kKnown, 2, false, *q == kBackToAscii ? kAscii : *q};
     }
-    // ESC $ or not; an intermediate byte, which pairs and more may lack; "!" or not; the last byte.
-    const unsigned char* q = p + 1;
     const bool isMulti = q != end && *q == '$';
     if (isMulti) ++q;
     const bool isG1 = q != end && (*q == ')' || *q == '-');
@@ -163,18 +178,25 @@ struct Reader : Direction<UnitReader> {
     if (hasPlace) ++q;
     const bool isBegun = hasPlace || isMulti;
     if (isBegun && q != end && *q == '!') ++q;
-    isCut = isCut || (isBegun && q == end);
-    if (isCut && !last) return false;
-    if (isCut || !isBegun || *q < 0x30 || *q > 0x7E) {
+    if (q == end) return {Escape::kCut};
+    if (!isBegun || *q < 0x30 || *q > 0x7E) return {Escape::kNone};
+    const auto length = static_cast<unsigned int>(q - from) + 1;
+    const bool isKnown =
+        kSets.find(static_cast<char>(*q)) != kSets.npos && isMulti == (*q == kEacc);
+    return {isKnown ? Escape::kKnown : Escape::kUnknown, length, isG1, *q};
+  }
+
+  bool readEscape() {
+    const Escape escape = escapeAt(p);
+    if (escape.kind == Escape::kCut && !last) return false;
+    if (escape.kind == Escape::kCut || escape.kind == Escape::kNone) {
       putUnit(*p++);
       return true;
     }
-    const auto length = static_cast<unsigned int>(q - p) + 1;
-    const bool isKnown =
-        kSets.find(static_cast<char>(*q)) != kSets.npos && isMulti == (*q == kEacc);
-    designate(isG1, isKnown ? *q : kUnknown);
-    if (!isKnown) return refuse(length);
-    p += length;
+    const bool isKnown = escape.kind == Escape::kKnown;
+    designate(escape.isG1, isKnown ? escape.set : kUnknown);
+    if (!isKnown) return refuse(escape.length);
+    p += escape.length;
     return true;
   }
 };

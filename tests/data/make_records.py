@@ -1,8 +1,10 @@
 #!/usr/bin/env python3
-"""Makes the sample files of mainframe records from accounts.csv beside it.
+"""Makes the sample files of mainframe records from the tables beside it.
 
 accounts.vb.37 has records of several lengths in blocks, in code page 37; accounts.fb.1047 records of
-80 bytes, in code page 1047. accounts.json is the same table, and accounts.fields the layout. Text is
+80 bytes, in code page 1047. accounts.json is the same table, and accounts.fields the layout. orders.fb.939 and
+orders.fb.935 have records of 50 bytes, whose Japanese and Chinese texts shift into double bytes and back
+between packed and binary numbers. Text is
 converted by Python's codecs and the C library's iconv, numbers by what is below. Run it only to change
 the samples; the results are committed.
 """
@@ -21,9 +23,9 @@ def cp037(text):
     return text.encode("cp037")
 
 
-def ibm1047(text):
-    return subprocess.run(["iconv", "-f", "UTF-8", "-t", "IBM1047"], input=text.encode(),
-                          capture_output=True, check=True).stdout
+def iconv(name):
+    return lambda text: subprocess.run(["iconv", "-f", "UTF-8", "-t", name], input=text.encode(),
+                                       capture_output=True, check=True).stdout
 
 
 def digits(text, decimals, count):
@@ -51,6 +53,12 @@ def record(row, encode):
     return data + (encode(row["remark"]).ljust(28, b"\x40") if row["remark"] else b"")
 
 
+def order(row, encode):
+    data = zoned(row["id"], 0, 5, "F") + encode(row["item"]).ljust(20, b"\x40")
+    data += packed(row["price"], 2, 5) + int(row["quantity"]).to_bytes(2, "big", signed=True)
+    return data + encode(row["customer"]).ljust(18, b"\x40")
+
+
 def described(data):
     return (len(data) + 4).to_bytes(2, "big") + b"\0\0" + data
 
@@ -73,12 +81,19 @@ def as_json(row):
     return "{" + ", ".join(members) + "}\n"
 
 
+def read_table(name):
+    return list(csv.DictReader(io.StringIO((HERE / name).read_bytes().decode())))
+
+
 def main():
-    table = (HERE / "accounts.csv").read_bytes().decode()
-    rows = list(csv.DictReader(io.StringIO(table)))
+    rows = read_table("accounts.csv")
     (HERE / "accounts.vb.37").write_bytes(b"".join(blocks(record(row, cp037) for row in rows)))
     (HERE / "accounts.fb.1047").write_bytes(
-        b"".join(record(row, ibm1047).ljust(80, b"\x40") for row in rows))
+        b"".join(record(row, iconv("IBM1047")).ljust(80, b"\x40") for row in rows))
+    for language, page in (("japanese", "939"), ("chinese", "935")):
+        encode = iconv("IBM" + page)
+        (HERE / f"orders.fb.{page}").write_bytes(
+            b"".join(order(row, encode) for row in read_table(f"orders-{language}.csv")))
     (HERE / "accounts.json").write_text("".join(as_json(row) for row in rows))
 
 

@@ -2,7 +2,7 @@
 """Makes the samples in older encodings from the UTF-8 masters beside them.
 
 The converters used are independent of this project: Python's codecs, the C library's iconv, ICU's
-uconv (package icu-devtools) and nkf. Run it only to add a sample; the results are committed.
+uconv (package icu-devtools), nkf and yaz. Run it only to add a sample; the results are committed.
 """
 
 import pathlib
@@ -144,6 +144,9 @@ SAMPLES = [
     ("sms", "55000", program("uconv", "-f", "UTF-8", "-t", "gsm-03.38")),
     ("sms-turkish", "200821", packed_turkish),
     ("folders", "200804", line_by_line(program("uconv", "-f", "UTF-8", "-t", "IMAP-mailbox-name"))),
+    ("hong-kong", "200706", python("big5hkscs")),
+    ("minorities", "54936", program("uconv", "-f", "UTF-8", "-t", "gb18030")),
+    ("catalogue", "200866", line_by_line(program("yaz-iconv", "-f", "utf-8", "-t", "marc8"))),
     ("header", "65000", python("utf_7")),
     ("emoji", "1200", python("utf_16")),
     ("emoji", "1201", lambda text: b"\xfe\xff" + text.encode("utf_16_be")),
