@@ -1,23 +1,28 @@
-# libencconv_iconv: iconv(3) for programs as they are. It needs the C library and nothing else, so it
-# is compiled anew from what it uses of the engine, without exceptions and type information, without
-# the checking forms of library calls that only one C library has, and linked without the C++ runtime;
-# iconv/runtime.cpp has the little that is left of that.
+# libencconv_iconv: iconv(3) for programs as they are.
+set(iconv_calls charset conversion conversion_steps iconv_calls route similar strict_plan)
+list(TRANSFORM iconv_calls REPLACE "(.+)" "${PROJECT_SOURCE_DIR}/iconv/\\1.cpp")
+
+# The calls as ordinary objects beside the engine: what is tested under sanitizers.
+add_library(encconv_iconv_calls OBJECT EXCLUDE_FROM_ALL ${iconv_calls})
+target_link_libraries(encconv_iconv_calls PUBLIC encconv_engine PRIVATE encconv_settings)
+target_include_directories(encconv_iconv_calls PUBLIC ${PROJECT_SOURCE_DIR}/include)
+if(ENCCONV_SANITIZE OR ENCCONV_COVERAGE OR NOT CMAKE_OBJCOPY)
+  return()
+endif()
+
+# The library needs the C library and nothing else, so it is compiled anew from what it uses of the
+# engine, without exceptions and type information, without the checking forms of library calls that
+# only one C library has, and linked without the C++ runtime; iconv/runtime.cpp has the little that is
+# left of that, and iconv/unbzip2.cpp what is used of libbz2.
 get_target_property(iconv_sources encconv_engine SOURCES)
+set(unused clean_conversion decode encode encoding_convert encoding_convert_tables error_actions
+  named_conversion pivot utf_transforms alike_encodings)
+list(JOIN unused "|" unused)
+list(FILTER iconv_sources EXCLUDE REGEX "/encoding/(stream|detect)/|/encoding/(${unused})[.]cpp$")
 list(FILTER iconv_sources EXCLUDE REGEX
-  "/encoding/(stream|detect)/|/support/(json|japanese|text_log|zv_utf|norvane_bzip2)[.]cpp$")
-list(FILTER iconv_sources EXCLUDE REGEX
-  "/encoding/(clean_conversion|decode|encode|encoding_convert|encoding_convert_tables|error_actions|named_conversion|pivot|utf_transforms|code_page_list|alike_encodings)[.]cpp$")
-list(APPEND iconv_sources
-  ${PROJECT_SOURCE_DIR}/encoding/code_page_list.cpp
-  ${PROJECT_SOURCE_DIR}/iconv/charset.cpp
-  ${PROJECT_SOURCE_DIR}/iconv/conversion.cpp
-  ${PROJECT_SOURCE_DIR}/iconv/conversion_steps.cpp
-  ${PROJECT_SOURCE_DIR}/iconv/iconv_calls.cpp
-  ${PROJECT_SOURCE_DIR}/iconv/route.cpp
-  ${PROJECT_SOURCE_DIR}/iconv/runtime.cpp
-  ${PROJECT_SOURCE_DIR}/iconv/similar.cpp
-  ${PROJECT_SOURCE_DIR}/iconv/strict_plan.cpp
-  ${PROJECT_SOURCE_DIR}/iconv/unbzip2.cpp)
+  "/support/(json|japanese|text_log|zv_utf|norvane_bzip2)[.]cpp$")
+list(APPEND iconv_sources ${iconv_calls}
+  ${PROJECT_SOURCE_DIR}/iconv/runtime.cpp ${PROJECT_SOURCE_DIR}/iconv/unbzip2.cpp)
 
 add_library(encconv_iconv_objects OBJECT ${iconv_sources})
 # The images of the mappings are made with the engine.

@@ -33,6 +33,10 @@ bool isText(const unsigned char* units, std::size_t bytes) {
   return true;
 }
 
+bool endsWithinPair(const unsigned char* units, std::size_t bytes) {
+  return bytes >= 2 && isHighSurrogate(unitAt(units + bytes - 2));
+}
+
 std::size_t storeScalar(std::uint32_t scalar, unsigned char* units) {
   const bool isPair = scalar > 0xFFFF;
   const std::uint32_t first = isPair ? highSurrogateOf(scalar) : scalar;
@@ -190,6 +194,7 @@ void Conversion::readByCodec(const unsigned char* in, std::size_t left,
   character.kind = Kind::kCut;
   const auto most = static_cast<unsigned int>(std::min(left, kLongest));
   LentBuffer<4096 + 128> text;
+  unsigned int half = 0;  // of a pair of surrogates, in bytes of the source
   for (unsigned int length = 1; length <= most; ++length) {
     text.clear();
     MarkCounter marks;
@@ -211,9 +216,16 @@ void Conversion::readByCodec(const unsigned char* in, std::size_t left,
         fast::decode(*m_plan, character.text, character.text + character.textBytes, character.units,
                      character.units + sizeof character.units);
     character.unitBytes = static_cast<std::size_t>(r.out - character.units);
+    if (m_plan->decoding.form == EncodingForm::kUtf16 &&
+        endsWithinPair(character.text, character.textBytes)) {
+      character.kind = Kind::kCut;
+      if (half == 0) half = used;
+      continue;
+    }
     if (r.in != character.text + character.textBytes ||
         !isText(character.units, character.unitBytes)) {
       character.kind = Kind::kMalformed;
+      if (half != 0) character.length = half;
     }
     return;
   }
@@ -288,13 +300,14 @@ bool Conversion::writeSegment(const unsigned char* segment, std::size_t bytes,
 
 // Finds the first text that stands for a character and has a place in the target.
 bool Conversion::writeSimilar(std::uint32_t scalar, Written& written) const {
-  SimilarText similar(scalar, *m_plan);
+  SimilarText similar(scalar);
   char32_t scalars[SimilarText::kMostScalars];
   unsigned char units[SimilarText::kMostScalars * 4];
-  while (const std::size_t count = similar.next(scalars)) {
+  while (true) {
+    const std::size_t count = similar.next(scalars);
+    if (count == SimilarText::kNone) return false;
     if (write(units, appendScalars(scalars, count, units), written)) return true;
   }
-  return false;
 }
 
 // ---- One character. ----
@@ -364,6 +377,8 @@ Conversion::Status Conversion::writeCharacter(Place& place, const Character& cha
   bool isWritten = m_plan->isCopy ? writeSegment(character.text, character.textBytes, written)
                                   : write(character.units, character.unitBytes, written);
   const bool isReversible = isWritten;
+  // With no room at all nobody looks at a character without a place.
+  if (!isWritten && place.room() < leastWidth(*m_route.to.row)) return Status::kFull;
   if (!isWritten && suffixes.transliterates) {
     const std::uint32_t first = unitAt(character.units);
     const std::uint32_t scalar =
@@ -374,8 +389,6 @@ Conversion::Status Conversion::writeCharacter(Place& place, const Character& cha
     if (const Status status = put(written, place); status != Status::kGood) return status;
     outcome.unwritten = nullptr;
   } else {
-    // With no room at all nobody looks at the character.
-    if (place.room() < leastWidth(*m_route.to.row)) return Status::kFull;
     if (!suffixes.ignores && !suffixes.discards) return Status::kBad;
     outcome.ignoredSome = outcome.ignoredSome || suffixes.ignores;
   }

@@ -1,21 +1,24 @@
 #include "iconv/similar.h"
 
-#include "encoding/approximations.h"
-#include "encoding/repertoire.h"
+#include "support/utf.h"
 
 namespace iconv_layer {
 
 std::size_t SimilarText::next(char32_t (&scalars)[kMostScalars]) {
-  if (m_given == 0) {
-    m_given = 1;
-    fast::Repertoire repertoire;
-    fast::Approximations approximations;
-    if (repertoire.open(m_plan) && approximations.prepare(repertoire, true)) {
-      scalars[0] = approximations.find(m_scalar);
-      if (scalars[0] != 0) return 1;
+  std::string_view text;
+  if (m_texts.next(text)) {
+    const auto* p = reinterpret_cast<const unsigned char*>(text.data());
+    const auto* const end = p + text.size();
+    std::size_t count = 0;
+    while (p != end && count < kMostScalars) {
+      const Utf8Sequence character = decodeUtf8(p, static_cast<std::size_t>(end - p));
+      scalars[count++] = character.value;
+      p += character.length;
     }
+    return count;
   }
-  if (m_given++ > 1) return 0;
+  if (m_isAtEnd) return kNone;
+  m_isAtEnd = true;
   scalars[0] = '?';
   return 1;
 }

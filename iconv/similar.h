@@ -5,25 +5,25 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "encoding/plan.h"
+#include "encoding/transliteration.h"
 
 namespace iconv_layer {
 
-// The texts for one character, the best one first. An object is made for each character without a
-// place.
+// The texts for one character, the best one first, and "?" behind them. An object is made for each
+// character without a place.
 class SimilarText {
  public:
-  static constexpr std::size_t kMostScalars = 16;
+  static constexpr std::size_t kMostScalars = fast::Transliterations::kMaxLength;
+  static constexpr std::size_t kNone = kMostScalars + 1;
 
-  SimilarText(std::uint32_t scalar, const fast::Plan& plan) : m_scalar(scalar), m_plan(plan) {}
+  explicit SimilarText(std::uint32_t scalar) : m_texts(scalar) {}
 
-  // The next text, 1 to kMostScalars long; 0: there is no other.
+  // The next text and its length, which may be 0; kNone: there is no other.
   std::size_t next(char32_t (&scalars)[kMostScalars]);
 
  private:
-  const std::uint32_t m_scalar;
-  const fast::Plan& m_plan;
-  unsigned int m_given = 0;
+  fast::Transliterations m_texts;
+  bool m_isAtEnd = false;
 };
 
 }  // namespace iconv_layer

@@ -45,7 +45,8 @@ void leaveOutFree(StrictPlan& strict) {
     strict.encoder.prepare();
     plan.encoding.table.singleByte = &strict.encoder;
   }
-  if (plan.decoding.table.singleByte == nullptr || plan.encoding.table.singleByte == nullptr) return;
+  if (plan.decoding.table.singleByte == nullptr || plan.encoding.table.singleByte == nullptr)
+    return;
   for (unsigned int byte = 0; byte < 256; ++byte) {
     const std::uint16_t unit = plan.decoding.table.singleByte->units[byte];
     plan.byteMap.bytes[byte] =

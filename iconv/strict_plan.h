@@ -1,5 +1,5 @@
-// Plans between encodings as the C library has them, which gives no characters to the bytes that their
-// maker left free.
+// Plans between encodings as the C library has them, which gives no characters to the bytes that
+// their maker left free.
 #ifndef ICONV_STRICT_PLAN_H_
 #define ICONV_STRICT_PLAN_H_
 

@@ -11,7 +11,7 @@ set -eu
 
 build="g++ cmake ninja-build libbz2-dev libcli11-dev libuchardet-dev"
 package="$build dpkg-dev file gzip"
-test="$build libgtest-dev pkg-config python3"
+test="$build libgtest-dev pkg-config python3 musl-tools"
 check="clang-format"
 docs="doxygen"
 fuzz="$build clang"
