@@ -63,6 +63,8 @@ Conversion::Status Conversion::convert(Place& place, std::size_t& irreversible) 
     place.in = outcome.unwritten;
     m_reading = outcome.beforeUnwritten;
   }
+  // What waits at the end of a text says nothing of the next one.
+  if (place.in == place.inEnd) m_steps = 0;
   irreversible += outcome.irreversible;
   return status == Status::kGood && outcome.ignoredSome ? Status::kIgnored : status;
 }
@@ -138,6 +140,7 @@ void Conversion::takePlain(Place& place) const {
       }
     }
   }
+  if (length <= fast::kShortBytes && plan.whole == nullptr && takeShort(place, length)) return;
   if (place.room() >= kKernelSlack) takeByPump(place, length);
   // In the rest of the room, less and less at a time.
   std::size_t part = std::min<std::size_t>({place.left(), place.room(), kKernelSlack});
@@ -156,6 +159,32 @@ void Conversion::takePlain(Place& place) const {
     place.in = aside.in;
     part = std::min({part, place.left(), place.room()});
   }
+}
+
+// Converts a short text by the two steps; false, with nothing done, where it is not clean or does
+// not fit.
+bool Conversion::takeShort(Place& place, std::size_t length) const {
+  const fast::Plan& plan = *m_plan;
+  unsigned char units[2 * fast::kShortBytes + kKernelSlack];
+  unsigned char text[fast::kShortOutput];
+  const unsigned char* const end = place.in + length;
+  fast::KernelResult r{place.in, text};
+  if (plan.direct != nullptr) {
+    r = plan.direct(plan, place.in, end, text, text + sizeof text);
+    if (r.in != end) return false;
+  } else {
+    const fast::KernelResult decoded =
+        fast::decode(plan, place.in, end, units, units + sizeof units);
+    if (decoded.in != end) return false;
+    r = fast::encode(plan, units, decoded.out, text, text + sizeof text);
+    if (r.in != decoded.out) return false;
+  }
+  const auto size = static_cast<std::size_t>(r.out - text);
+  if (size > place.room()) return false;
+  std::memcpy(place.out, text, size);
+  place.in = end;
+  place.out += size;
+  return true;
 }
 
 // Converts up to what is not clean, or up to where fewer than kKernelSlack bytes are left.
@@ -241,6 +270,18 @@ std::size_t Conversion::makeSegment(Text text, DataBuffer& segment) const {
         fast::decode(plan, text.bytes, text.bytes + text.size, out, out + kWindowStorage);
     segment.commitTail(static_cast<unsigned int>(r.out - out));
     return static_cast<std::size_t>(r.in - text.bytes);
+  }
+  // Of a reader's text it is all or nothing.
+  if (reader() != nullptr && plan.direct == nullptr) {
+    unsigned char units[kWindowStorage];
+    const unsigned char* const end = text.bytes + text.size;
+    unsigned char* const out = segment.reserveTail(kWindowStorage);
+    const fast::KernelResult decoded =
+        fast::decode(plan, text.bytes, end, units, units + sizeof units);
+    if (out == nullptr || decoded.in != end) return 0;
+    const fast::KernelResult r = fast::encode(plan, units, decoded.out, out, out + kWindowStorage);
+    segment.commitTail(static_cast<unsigned int>(r.out - out));
+    return r.in == decoded.out ? text.size : 0;
   }
   fast::PumpBlock block;
   fast::Pump pump;

@@ -76,6 +76,7 @@ class Conversion {
   Status writeMark(Place& place);
   void takeClean(Place& place);
   void takePlain(Place& place) const;
+  bool takeShort(Place& place, std::size_t length) const;
   void takeByPump(Place& place, std::size_t length) const;
   bool takeWindow(Place& place, std::size_t length);
   bool isEncodedAtOnce() const;
