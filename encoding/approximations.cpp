@@ -1,6 +1,7 @@
 #include "encoding/approximations.h"
 
 #include "encoding/tables/table_registry.h"
+#include "support/utf.h"
 
 namespace fast {
 namespace {
@@ -15,17 +16,27 @@ bool openBestFits(const EncodingRow& row, const HashConvert*& fits) {
 
 }  // namespace
 
-bool Approximations::prepare(Repertoire& target, bool withBestFit) {
+bool Approximations::prepare(Repertoire& target, Attempts attempts) {
   m_target = &target;
   m_bestFits = nullptr;
-  if (!withBestFit) return true;
+  m_transliterates = attempts.translit;
+  if (!attempts.bestFit) return true;
   // An encoding with a codec has its own, or those of the code page behind the codec.
   const EncodingRow* const row =
       target.target().bestFit != nullptr ? &target.target() : target.encoding().tableRow;
   return row == nullptr || openBestFits(*row, m_bestFits);
 }
 
-std::uint32_t Approximations::find(std::uint32_t scalar) {
+std::optional<std::u32string_view> Approximations::find(std::uint32_t scalar) {
+  if (const std::uint32_t other = findCharacter(scalar)) {
+    m_text[0] = other;
+    return std::u32string_view(m_text, 1);
+  }
+  return m_transliterates ? findTransliteration(scalar) : std::nullopt;
+}
+
+// What one character is written for; 0 for none.
+std::uint32_t Approximations::findCharacter(std::uint32_t scalar) {
   const Codec* const codec = m_target->codec();
   if (const std::uint32_t other = findInTable(scalar)) {
     if (codec == nullptr || m_target->has(other)) return other;
@@ -55,13 +66,32 @@ std::uint32_t Approximations::findBestFit(std::uint32_t scalar) const {
   return value[0] | value[1] * 256u;
 }
 
-bool hasBestFit(int to, char32_t character) {
+// The first transliteration that the target holds as a whole.
+std::optional<std::u32string_view> Approximations::findTransliteration(std::uint32_t scalar) {
+  Transliterations candidates(scalar);
+  for (std::string_view candidate; candidates.next(candidate);) {
+    const auto* next = reinterpret_cast<const unsigned char*>(candidate.data());
+    const unsigned char* const end = next + candidate.size();
+    std::size_t count = 0;
+    bool isHeld = true;
+    while (isHeld && next != end) {
+      const Utf8Sequence sequence = decodeUtf8(next, static_cast<std::size_t>(end - next));
+      next += sequence.length;
+      m_text[count++] = sequence.value;
+      isHeld = m_target->has(sequence.value);
+    }
+    if (isHeld) return std::u32string_view(m_text, count);
+  }
+  return std::nullopt;
+}
+
+bool hasApproximation(int to, char32_t character, Approximations::Attempts attempts) {
   constexpr int kUtf16Le = 1200;
   const Plan* const plan = openPlan(kUtf16Le, to, Reader::kStream);
   Repertoire target;
   Approximations approximations;
-  return plan != nullptr && target.open(*plan) && approximations.prepare(target, true) &&
-         approximations.find(character) != 0;
+  return plan != nullptr && target.open(*plan) && approximations.prepare(target, attempts) &&
+         approximations.find(character).has_value();
 }
 
 }  // namespace fast

@@ -173,6 +173,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   settings.treatment = static_cast<StreamTreatment>(treatment % 6);
   settings.compose = (treatment & 0x40) != 0;
   settings.bestFit = (treatment & 0x80) != 0;
+  settings.translit = (treatment & 0x20) != 0;
   settings.alternate = input.choice(kFuzzCodePages);
   const unsigned int flags = input.byte();
   if ((flags & 1) != 0) settings.from = kCodePageHz;

@@ -112,6 +112,7 @@ bool parse_on_error(std::string_view text, Options& options) {
   options.substitute_is_raw = settings.substituteIsRaw;
   options.compose = settings.compose;
   options.best_fit = settings.bestFit;
+  options.translit = settings.translit;
   if (settings.alternate != 0) options.alternate = settings.alternate;
   return true;
 }

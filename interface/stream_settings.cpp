@@ -29,6 +29,7 @@ StreamSettings settingsOf(Encoding from, Encoding to, const Options& options) {
   settings.pdfPassthrough = options.pdf_passthrough;
   settings.compose = options.compose;
   settings.bestFit = options.best_fit;
+  settings.translit = options.translit;
   return settings;
 }
 

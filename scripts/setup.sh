@@ -1,10 +1,11 @@
 #!/bin/sh
 # Installs what is missing from Debian's packages. Does nothing when everything is there.
 #
-#   scripts/setup.sh [build|package|test|check|docs|fuzz|cross|peers|all]...
+#   scripts/setup.sh [build|package|test|check|iconv|docs|fuzz|cross|peers|all]...
 #
 # build: the library and the tool; package: Debian packages of them; test: their tests as well;
-# check: the formatter that CI asks for; docs: the API documentation;
+# check: the formatter that CI asks for;
+# iconv: the programs of scripts/iconv-programs.sh; docs: the API documentation;
 # peers: the converters that tools/compare_peers and the scripts that make mappings ask;
 # fuzz: the fuzz targets; cross: the tests for an emulated big-endian host; all: what the scripts and
 # the optional targets use (coverage, benchmarks), but for cross and peers.
@@ -12,15 +13,17 @@ set -eu
 
 build="g++ cmake ninja-build libbz2-dev libcli11-dev libuchardet-dev"
 package="$build dpkg-dev file gzip"
-test="$build libgtest-dev pkg-config python3"
+test="$build libgtest-dev pkg-config python3 musl-tools"
 check="clang-format"
+iconv="musl-tools patchelf php-cli libtext-iconv-perl git libxml2-utils vim man-db libarchive-tools
+       unzip mutt libglib2.0-tests bsdutils python3"
 docs="doxygen"
 fuzz="$build clang"
 cross="g++-s390x-linux-gnu qemu-user googletest"
 peers="python3 icu-devtools locales default-jdk-headless perl nkf yaz libmarc-charset-perl
        python3-webencodings chromium"
 all="$package $test $check $docs $fuzz ccache clang-tidy cppcheck libbenchmark-dev libicu-dev
-     gcovr valgrind nkf bzip2 python3"
+     gcovr valgrind nkf bzip2 locales python3"
 
 wanted=""
 for group in "${@:-build}"; do
@@ -29,6 +32,7 @@ for group in "${@:-build}"; do
     package) wanted="$wanted $package" ;;
     test) wanted="$wanted $test" ;;
     check) wanted="$wanted $check" ;;
+    iconv) wanted="$wanted $iconv" ;;
     docs) wanted="$wanted $docs" ;;
     fuzz) wanted="$wanted $fuzz" ;;
     cross) wanted="$wanted $cross" ;;

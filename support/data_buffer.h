@@ -44,6 +44,15 @@ class DataBuffer {
   // is released. The view is never written: a later change of the buffer copies the bytes first.
   void borrowData(const unsigned char* data, unsigned int count);
 
+  // Makes the buffer, which owns nothing yet, write to memory that the caller keeps for as long as
+  // the buffer is there. What does not fit moves to storage of its own.
+  void lendStorage(unsigned char* storage, unsigned int capacity) {
+    m_data = storage;
+    m_size = m_asciiPrefix = 0;
+    m_capacity = capacity;
+    m_storage = Storage::kLent;
+  }
+
   // Adopts an array made by new[] (zvNewUnsignedChar) with count valid bytes; what the buffer held
   // is released, and the buffer frees the array with delete[].
   void takeData(unsigned char* data, unsigned int count);
@@ -90,7 +99,7 @@ class DataBuffer {
   // Whose memory m_data is. Large storage comes from malloc, because realloc can grow it in place,
   // or by new addresses for the same pages: nothing is copied, and old and new storage are never
   // there both at once.
-  enum class Storage : unsigned char { kArray, kLarge, kBorrowed };
+  enum class Storage : unsigned char { kArray, kLarge, kBorrowed, kLent };
 
   bool appendSlow(const void* data, unsigned int count);
   bool grow(unsigned int count);

@@ -68,7 +68,8 @@ CONVERSIONS = {
     ("utf-8", "windows-1252"): (WESTERN.encode() + "\u4e00".encode(),
                                 sample("french.1252") + b"&#x4E00;"),
     ("utf-8", "cp1252"): (WESTERN.encode() + "\u4e00".encode(), sample("french.1252")),
-    ("utf-8", "us-ascii//TRANSLIT"): ("A\u4e00\n".encode(), b"A?\n"),
+    ("utf-8", "us-ascii//TRANSLIT"): ("\u0416\u4e00\n".encode(), b"ZH?\n"),
+    ("utf-8", "us-ascii"): ("\u0416\u4e00\n".encode(), b"ZH?\n"),
     ("utf-8", "utf-8"): (WESTERN.encode(), None),  # to nowhere
 }
 

@@ -115,8 +115,8 @@ std::string describe(int from, int to, const std::string& text) {
 }
 
 const std::string kTreatments[] = {
-    "stop", "drop",           "substitute", "substitute=[?]", "substitute=0x3F21",
-    "hex",  "alternate=1252", "raw",        "best-fit,hex",   "compose,hex"};
+    "stop",           "drop", "substitute",   "substitute=[?]", "substitute=0x3F21", "hex",
+    "alternate=1252", "raw",  "best-fit,hex", "compose,hex",    "translit,hex"};
 
 }  // namespace
 
@@ -167,7 +167,8 @@ TEST(Stream, NorDoesWhatIsWrittenForSomethingElse) {
                                      "\U0001F600", "$B",     "“"};
   const int kFrom[] = {65001, 1200, 1201, 65000, 932, 949, kCodePageEucJp};
   const int kTo[] = {kCodePageEucJp, 55000, 50220, 50222, 50225, kCodePageHz, 1252};
-  const std::string kTried[] = {"stop", "best-fit,hex", "compose,best-fit,drop", "compose,raw"};
+  const std::string kTried[] = {"stop", "best-fit,hex", "compose,best-fit,translit,drop",
+                                "compose,raw", "translit"};
   Random random(11);
   const auto pick = [&](const auto& list) { return list[(random() >> 4) % std::size(list)]; };
   std::size_t told = 0;

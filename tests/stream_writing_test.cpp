@@ -121,6 +121,44 @@ TEST(StreamWriting, TriesBestFits) {
   });
 }
 
+TEST(StreamWriting, Transliterates) {
+  constexpr int kAscii = 20127, kLatin1 = 819, kLatin2 = 28592;
+  const std::string script = "\U0001D49C\U0001D4CE";
+  expectAll({
+      {kUtf8, kAscii, "translit,substitute=?", "Straße: 5 €\u2026\u4E00", "Strasse: 5 EUR...?",
+       "4+2 line 1 U+00DF as ss, 11+3 line 1 U+20AC as EUR, 14+3 line 1 U+2026 as ...", 1},
+      // The first candidate that is held: the letter with fewer marks.
+      {kUtf8, kLatin1, "translit", "ǖể㎡", "\xFC\xEAm\xB2",
+       "0+2 line 1 U+01D6 as ü, 2+3 line 1 U+1EC3 as ê, 5+3 line 1 U+33A1 as m²"},
+      {kUtf8, kAscii, "translit", "ǖể㎡", "uem^2",
+       "0+2 line 1 U+01D6 as u, 2+3 line 1 U+1EC3 as e, 5+3 line 1 U+33A1 as m^2"},
+      // A mark of its own goes, but for the stroke that makes a sign say the contrary.
+      {kUtf8, kAscii, "translit,drop", "e\u0301=\u0338≠\uFEFFx", "e=!=x",
+       "1+2 line 1 U+0301 as , 6+3 line 1 U+2260 as !=, 9+3 line 1 U+FEFF as ", 1},
+      {kUtf8, kLatin2, "compose,translit", "e\u0301\u0302“", "\xE9\"",
+       "3+2 line 1 U+0302 as , 5+3 line 1 U+201C as \""},
+      // Beyond the basic plane, in all forms of Unicode.
+      {kUtf8, kAscii, "translit", script, "Ay", "0+4 line 1 U+1D49C as A, 4+4 line 1 U+1D4CE as y"},
+      {1200, kAscii, "translit", "\x35\xD8\x9C\xDC"s, "A", "0+4 line 1 U+1D49C as A"},
+      {kUtf8, kAscii, "translit,drop", "\xED\xA0\xB5\xED\xB2\x9C", "A", "0+6 line 1 U+1D49C as A"},
+      {kUtf8, 50220, "translit", script + "日½", "Ay\x1B$BF|\x1B(B 1/2 ",
+       "0+4 line 1 U+1D49C as A, 4+4 line 1 U+1D4CE as y, 11+2 line 1 U+00BD as  1/2 "},
+      {12000, kCodePageHz, "translit", "\x9C\xD4\x01\0\0\x4E\0\0"s, "A~{R;~}",
+       "0+4 line 1 U+1D49C as A"},
+      // A best fit comes first where it is asked for too.
+      {kUtf8, 1252, "translit", "−Ω", "\x96O", "0+3 line 1 U+2212 as –, 3+2 line 1 U+03A9 as O"},
+      {kUtf8, 20127, "best-fit,translit", "«Ж", "<ZH",
+       "0+2 line 1 U+00AB as <, 2+2 line 1 U+0416 as ZH"},
+      {kUtf8, kUtf8, "translit", "é\xFF", "é", "", 1},
+      // Texts of many characters.
+      {kUtf8, 932, "translit", "㌕", "\x83\x4C\x83\x8D\x83\x4F\x83\x89\x83\x80",
+       "0+3 line 1 U+3315 as キログラム"},
+      {kUtf8, 1256, "translit", "\uFDFA",
+       "\xD5\xE1\xEC \xC7\xE1\xE1\xE5 \xDA\xE1\xED\xE5 \xE6\xD3\xE1\xE3",
+       "0+3 line 1 U+FDFA as صلى الله عليه وسلم"},
+  });
+}
+
 // Every best fit is a character of its code page, for one that it lacks.
 TEST(StreamWriting, HasBestFitsForWhatIsLackingOnly) {
   std::size_t pages = 0;
@@ -130,7 +168,7 @@ TEST(StreamWriting, HasBestFitsForWhatIsLackingOnly) {
     ++pages;
     std::size_t fits = 0;
     for (char32_t unit = 1; unit < 0x10000; ++unit)
-      fits += fast::hasBestFit(row.number, unit) ? 1 : 0;
+      fits += fast::hasApproximation(row.number, unit, {.bestFit = true}) ? 1 : 0;
     EXPECT_GE(fits, 7u);
   }
   EXPECT_GT(pages, 80u);

@@ -19,6 +19,9 @@ TEST_F(ToolTest, TakesWhatIconvTakes) {
       {"-f utf-8 -t latin1//IGNORE", "a\u4E00\xFFé", "a\xE9", 0, "2 places"},
       {"--from-code=utf8// --to-code=latin1//", "é", "\xE9", 0, nullptr},
       {"-f utf-8 -t us-ascii//TRANSLIT", "a\u4E00b", "a?b", 0, "1 place"},
+      {"-f utf-8 -t us-ascii//TRANSLIT", "½\u0301Ж", " 1/2 ZH", 0,
+       "3 characters were approximated; the first at byte offset 0, line 1: U+00BD (C2 BD) "
+       "became "},
       {"-f utf-8 -t us-ascii//translit//ignore",
        "a\u4E00\xFF"
        "b",

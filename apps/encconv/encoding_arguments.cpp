@@ -92,7 +92,7 @@ bool parseEncodingArgument(std::string_view text, EncodingArgument& argument,
 void applySuffixes(bool ignores, bool transliterates, StreamSettings& settings) {
   settings.stopsAtMalformed = !ignores;
   parseStreamTreatment(ignores ? "drop" : "substitute=?", settings);
-  settings.bestFit = transliterates;
+  settings.translit = transliterates;
 }
 
 std::string localeEncodingName() {

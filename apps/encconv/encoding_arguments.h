@@ -15,14 +15,14 @@ namespace tool {
 struct EncodingArgument {
   std::string name;
   bool ignores = false;         // leave out what cannot be converted
-  bool transliterates = false;  // write what resembles a character that the output lacks
+  bool transliterates = false;  // write what the output lacks in other characters
 };
 
 // Takes an argument apart. False when there is another suffix, which becomes wrongSuffix.
 bool parseEncodingArgument(std::string_view text, EncodingArgument& argument,
                            std::string& wrongSuffix);
 
-// Makes settings do what the suffixes mean: //TRANSLIT writes what resembles a character, or "?",
+// Makes settings do what the suffixes mean: //TRANSLIT transliterates a character, or writes "?",
 // and stops at malformed input; //IGNORE leaves out what is left.
 void applySuffixes(bool ignores, bool transliterates, StreamSettings& settings);
 

@@ -110,7 +110,7 @@ std::string describeText(const StreamError& error, const StreamSettings& setting
     text += bytesOf(error);
   }
   if (error.kind == StreamErrorKind::kApproximated) {
-    return text + " became " + charactersOf(error.written);
+    return text + " became " + (error.written[0] == 0 ? "nothing" : charactersOf(error.written));
   }
   return text + " has no place in " + describeCodePage(settings.to);
 }
@@ -192,9 +192,16 @@ std::string adviceFor(const StreamError& error, const StreamSettings& settings) 
   if (!settings.compose && error.codePoint >= 0 && fast::isTakenApart(character)) {
     return advice + " compose, which joins letters and marks";
   }
-  const bool hasOther = error.codePoint >= 0 && !settings.bestFit &&
-                        fast::hasBestFit(settings.to, static_cast<char32_t>(error.codePoint));
-  return hasOther ? advice + " best-fit, which writes a similar character" : advice;
+  const auto has = [&](fast::Approximations::Attempts attempts) {
+    return error.codePoint >= 0 &&
+           fast::hasApproximation(settings.to, static_cast<char32_t>(error.codePoint), attempts);
+  };
+  if (!settings.bestFit && has({.bestFit = true})) {
+    return advice + " best-fit, which writes a similar character";
+  }
+  return !settings.translit && has({.translit = true})
+             ? advice + " translit, which says it in other characters"
+             : advice;
 }
 
 std::string adviceFor(const encconv::RecordProblem& problem, const StreamSettings& settings) {

@@ -90,13 +90,17 @@ first for a character that the output encoding does not have:
   best-fit          the similar character that Windows writes in that encoding:
                     a for a with ogonek, an ASCII letter for a full-width one;
                     for EUC-JP and GSM, which Windows lacks, a list of our own
+  translit          text that says the same in characters that the output has:
+                    ss for a sharp s, EUR for the euro sign, letters without
+                    accents, Greek and Cyrillic ones as Latin ones
 
 They are tried in this order; alone they mean that nothing else is done:
 best-fit is best-fit,stop.
 
 Some encodings have no place for a character but write another for it without
 being asked: Shift_JIS a backslash for the yen sign, a space for a no-break
-space. These and best fits are characters that were approximated.
+space. These, best fits and transliterations are characters that were
+approximated.
 
 With any treatment but stop the whole input is converted, a closing line says
 how many places were affected and where the first one was, and how many
@@ -112,6 +116,7 @@ Examples:
   encconv -f utf-8 -t windows-1252 --on-error hex page.html
   encconv -f utf-8 -t windows-1250 --on-error best-fit,substitute notes.txt
   encconv -f utf-8 -t euc-jp --on-error compose,best-fit names.txt
+  encconv -f utf-8 -t us-ascii --on-error translit,substitute=? notes.txt
   encconv -f utf-8 -t utf-8 --on-error substitute --strict log.txt
   encconv -f utf-8 -t utf-8 --on-error alternate=windows-1252 mixed.txt
 )"},
@@ -182,8 +187,9 @@ alone and LF alone the same.
 
   -f, --from-code, -t, --to-code, -o, -l, --list, -c, -s, --silent
   -t NAME//IGNORE    leave out what cannot be converted, as -c
-  -t NAME//TRANSLIT  write what resembles a character that the output lacks, or
-                     "?"; bytes that are no text in the input end the file
+  -t NAME//TRANSLIT  transliterate what the output lacks, or write "?", as
+                     --on-error translit,substitute=?, in every locale; bytes
+                     that are no text in the input end the file
   no -f, or no -t    the encoding of the locale
 
   -t utf-16          writes little endian without a mark, where iconv writes a

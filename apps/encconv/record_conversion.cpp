@@ -17,6 +17,7 @@ encconv::Options optionsOf(const StreamSettings& settings) {
   if (settings.alternate != 0) options.alternate = settings.alternate;
   options.compose = settings.compose;
   options.best_fit = settings.bestFit;
+  options.translit = settings.translit;
   return options;
 }
 

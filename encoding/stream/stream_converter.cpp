@@ -93,7 +93,8 @@ StreamStatus StreamConverter::Core::open(int from) {
     if (!isStreamCodePage(from)) return StreamStatus::kNoDecoder;
     return isStreamTarget(m_settings.to) ? StreamStatus::kNoMemory : StreamStatus::kNoEncoder;
   }
-  if (!m_repertoire.open(*m_plan) || !m_approximations.prepare(m_repertoire, m_settings.bestFit)) {
+  if (!m_repertoire.open(*m_plan) ||
+      !m_approximations.prepare(m_repertoire, {m_settings.bestFit, m_settings.translit})) {
     return StreamStatus::kNoMemory;
   }
   // Nothing is rewritten where nothing is converted.

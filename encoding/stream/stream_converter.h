@@ -33,7 +33,7 @@ enum class StreamErrorKind : unsigned char {
 
 struct StreamError {
   static constexpr unsigned int kMaxBytes = 16;
-  static constexpr unsigned int kMaxWritten = 15;
+  static constexpr unsigned int kMaxWritten = 47;
 
   std::uint64_t offset = 0;     // bytes, from the beginning of the stream
   std::uint64_t line = 0;       // of the text, counted from 1; lines end with U+000A
@@ -76,8 +76,9 @@ struct StreamSettings {
   int from = 0;  // code page of the source; 0 means the target's
   int to = 0;    // code page of the target; 0 means the source's
   // What is tried for a character without a place before the treatment, in this order.
-  bool compose = false;  // the one that a letter and its marks make
-  bool bestFit = false;  // the similar character that Windows writes in such a code page
+  bool compose = false;   // the one that a letter and its marks make
+  bool bestFit = false;   // the similar character that Windows writes in such a code page
+  bool translit = false;  // the text that says the same in other letters
   StreamTreatment treatment = StreamTreatment::kStop;
   // Of kSubstitute: UTF-8 text that the target must be able to hold, or raw bytes of the target.
   // Without hasSubstitute the default serves.
@@ -99,8 +100,9 @@ struct StreamSettings {
 
 // Reads "stop", "drop", "substitute", "substitute=TEXT", "substitute=0xHH...", "hex",
 // "alternate=CODEPAGE" or "raw" into the fields of settings that concern treatments; in front of
-// it, each with a comma behind it, may stand what is tried first: "compose", "best-fit". These
-// alone mean "stop" behind them. False, with settings unchanged, when text is none of these.
+// it, each with a comma behind it, may stand what is tried first: "compose", "best-fit",
+// "translit". These alone mean "stop" behind them. False, with settings unchanged, when text is
+// none of these.
 bool parseStreamTreatment(std::string_view text, StreamSettings& settings);
 
 enum class StreamStatus : unsigned char {

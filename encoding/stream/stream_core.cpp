@@ -265,7 +265,7 @@ bool StreamConverter::Core::decideUtf8(const unsigned char* at, std::size_t left
         static_cast<unsigned char>(low), static_cast<unsigned char>(low >> 8)};
     const Piece piece{StreamErrorKind::kNoPlace, at, whole.length,
                       static_cast<std::int32_t>(whole.value)};
-    if (!writeUnits(units, sizeof units, piece)) treatPiece(piece);
+    if (!writeUnits(units, sizeof units, piece) && !writeApproximation(piece)) treatPiece(piece);
     return true;
   }
   const bool mayBeSurrogate = at[0] == 0xED;
@@ -313,17 +313,20 @@ bool StreamConverter::Core::decideUnmappable(bool last) {
   const std::uint32_t value = unitAt(unit, false);
   Piece piece{StreamErrorKind::kNoPlace, nullptr, 2, static_cast<std::int32_t>(value)};
   std::size_t units = 2;
+  bool isWritten = false;
   if (isSurrogate(value)) {
     if (isHighSurrogate(value) && left < 4 && isSource && !last) return false;
     if (isHighSurrogate(value) && left >= 4 && isLowSurrogate(unitAt(unit + 2, false))) {
       piece.codePoint = static_cast<std::int32_t>(joinSurrogates(value, unitAt(unit + 2, false)));
       units = 4;
+      isWritten = writeApproximation(unit, static_cast<std::uint32_t>(piece.codePoint));
     } else {
       piece.kind = StreamErrorKind::kMalformed;
     }
-  } else if (writeSpecialUnit(unit) || writeApproximation(unit)) {
-    return true;
+  } else {
+    isWritten = writeSpecialUnit(unit) || writeApproximation(unit, value);
   }
+  if (isWritten) return true;
   const bool isRead = m_isReportWanted || m_treatment.readsPieces(piece.kind);
   const bool isCut = isSource && isCutPair(unit, left, false);
   piece.at = isRead ? m_pump.sourceOf(unit) : nullptr;
@@ -343,7 +346,7 @@ bool StreamConverter::Core::dropRun() {
   for (; m_pump.unitEnd() - unit >= 2; unit += 2) {
     const std::uint32_t value = unitAt(unit, false);
     if (fast::mayBeSpecialUnit(value) || isSurrogate(value)) break;
-    if (m_approximations.find(value) != 0) break;
+    if (m_approximations.find(value)) break;
     const bool isLacking = table.singleByte != nullptr   ? table.singleByte->bytes[value] == 0
                            : table.doubleByte != nullptr ? table.doubleByte->codes[value] == 0
                                                          : false;
@@ -371,40 +374,54 @@ bool StreamConverter::Core::writeSpecialUnit(const unsigned char* unit) {
   return true;
 }
 
-// Writes another character for the one at unit(), if there is one.
-bool StreamConverter::Core::writeApproximation(const unsigned char* unit) {
-  const std::uint32_t value = unitAt(unit, false);
-  const std::uint32_t other = m_approximations.find(value);
+// Writes what approximates the character at unit(), if there is anything.
+bool StreamConverter::Core::writeApproximation(const unsigned char* unit, std::uint32_t scalar) {
+  const auto text = m_approximations.find(scalar);
   if (m_repertoire.hasFailed()) {
     fail();
     return true;
   }
-  if (other == 0) return false;
-  Piece piece{StreamErrorKind::kApproximated, nullptr, 2, static_cast<std::int32_t>(value)};
+  if (!text) return false;
+  const std::size_t units = scalar > 0xFFFF ? 4 : 2;
+  Piece piece{StreamErrorKind::kApproximated, nullptr, units, static_cast<std::int32_t>(scalar)};
   if (isApproximationWanted()) {
     piece.at = m_pump.sourceOf(unit);
-    piece.length = m_pump.sourceLength(unit, 2);
-    StreamError error = errorAt(piece);
-    *writeUtf8(reinterpret_cast<unsigned char*>(error.written), other) = 0;
-    report(error);
-  } else {
-    ++m_approximationCount;
+    piece.length = m_pump.sourceLength(unit, units);
   }
-  m_pump.skipUnits(2);
+  m_pump.skipUnits(units);
   if (m_target) m_segmentUnit = m_pump.unit();
-  unsigned char bytes[fast::Repertoire::kMaxBytes];
-  writeCharacter(bytes, m_repertoire.write(other, bytes), piece);
+  writeInstead(*text, piece);
   return true;
 }
 
-// The same for one that only the target's codec lacks.
-bool StreamConverter::Core::writeInstead(const StreamError& error, std::uint32_t other) {
-  StreamError told = error;
-  told.kind = StreamErrorKind::kApproximated;
-  *writeUtf8(reinterpret_cast<unsigned char*>(told.written), other) = 0;
-  report(told);
+// The same for a character whose place is known.
+bool StreamConverter::Core::writeApproximation(Piece piece) {
+  const auto text = m_approximations.find(static_cast<std::uint32_t>(piece.codePoint));
+  if (m_repertoire.hasFailed()) fail();
+  if (text) writeInstead(*text, piece);
+  return text.has_value() || m_status != StreamStatus::kGood;
+}
+
+void StreamConverter::Core::writeInstead(std::u32string_view text, Piece& piece) {
+  piece.kind = StreamErrorKind::kApproximated;
+  if (isApproximationWanted()) {
+    reportInstead(errorAt(piece), text);
+  } else {
+    ++m_approximationCount;
+  }
   unsigned char bytes[fast::Repertoire::kMaxBytes];
-  if (!m_target->writeTreatment(bytes, m_repertoire.write(other, bytes), *m_out)) fail();
+  for (const char32_t other : text) {
+    writeCharacter(bytes, m_repertoire.write(other, bytes), piece);
+  }
+}
+
+// The same for one that only the target's codec lacks.
+bool StreamConverter::Core::writeInstead(const StreamError& error, std::u32string_view text) {
+  reportInstead(error, text);
+  unsigned char bytes[fast::Repertoire::kMaxBytes];
+  for (const char32_t other : text) {
+    if (!m_target->writeTreatment(bytes, m_repertoire.write(other, bytes), *m_out)) fail();
+  }
   return m_status == StreamStatus::kGood;
 }
 

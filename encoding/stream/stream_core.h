@@ -71,8 +71,8 @@ class StreamConverter::Core final : private CodecTarget::Client {
   bool writeSegment(Stop stop);
   bool dropRun();
   bool writeSpecialUnit(const unsigned char* unit);
-  bool writeApproximation(const unsigned char* unit);
-  bool writeInstead(const StreamError& error, std::uint32_t other);
+  bool writeApproximation(const unsigned char* unit, std::uint32_t scalar);
+  bool writeInstead(const StreamError& error, std::u32string_view text);
   void finish();
   void fail();
 
@@ -85,11 +85,14 @@ class StreamConverter::Core final : private CodecTarget::Client {
   };
   bool writeUnits(const unsigned char* units, std::size_t bytes, const Piece& piece);
   void writeCharacter(const unsigned char* bytes, std::size_t count, const Piece& piece);
+  bool writeApproximation(Piece piece);
+  void writeInstead(std::u32string_view text, Piece& piece);
   Piece characterAt(const unsigned char* at) const;
   void treatPiece(const Piece& piece);
   void treatMark(const ReplacedInput& mark);
   void treat(const StreamError& error, const unsigned char* piece, std::uint32_t length);
   void report(const StreamError& error);
+  void reportInstead(StreamError error, std::u32string_view text);
   StreamError errorAt(const Piece& piece);
   void fillBytes(StreamError& error, std::uint32_t offset) const;
   // The line ends in a part of the text.

@@ -109,6 +109,21 @@ void StreamConverter::Core::report(const StreamError& error) {
   if (m_settings.errorHandler != nullptr) m_settings.errorHandler->onStreamError(error);
 }
 
+// Reports a character that a text is written for.
+void StreamConverter::Core::reportInstead(StreamError error, std::u32string_view text) {
+  error.kind = StreamErrorKind::kApproximated;
+  auto* written = reinterpret_cast<unsigned char*>(error.written);
+  const unsigned char* const end = written + StreamError::kMaxWritten;
+  for (const char32_t other : text) {
+    unsigned char form[4];
+    const auto length = writeUtf8(form, other) - form;
+    if (end - written < length) break;
+    written = std::copy_n(form, length, written);
+  }
+  *written = 0;
+  report(error);
+}
+
 // Writes what stands for a piece.
 void StreamConverter::Core::treat(const StreamError& error, const unsigned char* piece,
                                   std::uint32_t length) {
@@ -175,13 +190,15 @@ StreamConverter::Core::Piece StreamConverter::Core::characterAt(const unsigned c
 }
 
 bool StreamConverter::Core::treatMisfit(const StreamError& error) {
-  const std::uint32_t other =
-      error.codePoint < 0 ? 0 : m_approximations.find(static_cast<std::uint32_t>(error.codePoint));
+  std::optional<std::u32string_view> text;
+  if (error.codePoint >= 0) {
+    text = m_approximations.find(static_cast<std::uint32_t>(error.codePoint));
+  }
   if (m_repertoire.hasFailed()) {
     fail();
     return false;
   }
-  if (other != 0) return writeInstead(error, other);
+  if (text) return writeInstead(error, *text);
   report(error);
   treat(error, error.bytes, error.byteCount);
   return m_status == StreamStatus::kGood;

@@ -66,7 +66,8 @@ struct AttemptName {
   bool StreamSettings::*field;
 };
 constexpr AttemptName kAttempts[] = {{"compose", &StreamSettings::compose},
-                                     {"best-fit", &StreamSettings::bestFit}};
+                                     {"best-fit", &StreamSettings::bestFit},
+                                     {"translit", &StreamSettings::translit}};
 
 // Takes the attempts off the front of text; false when nothing stands behind them.
 bool readAttempts(std::string_view& text, StreamSettings& settings) {

@@ -98,10 +98,13 @@ struct Options {
   bool compose = false;
   /// Try, before on_error, the similar character that Windows writes for one that the target lacks.
   bool best_fit = false;
+  /// Try, behind both and before on_error, text that says the same in characters that the target
+  /// has: "ss" for a sharp s, a letter without its accent, "EUR" for the euro sign.
+  bool translit = false;
 };
 
 /// Reads what the tool takes behind --on-error ("stop", "hex", "substitute=TEXT",
-/// "substitute=0x1A", "alternate=windows-1252", "compose,best-fit,hex", ...) into options. False,
+/// "substitute=0x1A", "alternate=windows-1252", "translit,hex", ...) into options. False,
 /// with options unchanged, for anything else.
 ENCCONV_API bool parse_on_error(std::string_view text, Options& options);
 
@@ -113,8 +116,8 @@ struct Problem {
   std::int32_t code_point;  ///< of the character that the target lacks; -1 when malformed
   bool malformed;           ///< the input is no text of its encoding
   std::string bytes;        ///< the first bytes of the piece, 16 at most
-  bool approximated;        ///< the target lacks the character, and another was written for it
-  std::string written;      ///< that one, in UTF-8
+  bool approximated;        ///< the target lacks the character, and others were written for it
+  std::string written;      ///< those, or none, in UTF-8
 };
 
 /// How a conversion ended.

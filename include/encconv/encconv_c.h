@@ -50,8 +50,8 @@ typedef struct encconv_options {
   const char* on_error; /**< what to do about text that cannot be converted, as behind the tool's
                              --on-error: "stop", "drop", "substitute", "substitute=TEXT",
                              "substitute=0xHH...", "hex", "alternate=ENCODING" or "raw", each also
-                             behind "compose," and "best-fit,"; null means
-                             "stop". Is not needed when the call is over. */
+                             behind "compose,", "best-fit," and "translit,"; null
+                             means "stop". Is not needed when the call is over. */
   int byte_order_mark;  /**< 1: begin the output with the mark of a Unicode target */
   int pdf_passthrough;  /**< 1: copy input that begins "%PDF-1" */
 } encconv_options;
@@ -69,8 +69,8 @@ typedef struct encconv_problem {
   int malformed;           /**< 1: the input is no text of its encoding */
   uint32_t byte_count;     /**< valid entries of bytes */
   unsigned char bytes[16]; /**< the first bytes of the piece */
-  int approximated;        /**< 1: the target lacks the character, and another was written for it */
-  char written[16];        /**< that one, in UTF-8 that ends with NUL */
+  int approximated;        /**< 1: the target lacks the character, and others were written for it */
+  char written[48];        /**< those, or none, in UTF-8 that ends with NUL */
 } encconv_problem;
 /** No problem. */
 #define ENCCONV_PROBLEM_INIT                                 \

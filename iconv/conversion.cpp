@@ -1,0 +1,358 @@
+// Conversion: the order of work, and clean text.
+#include "iconv/conversion.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "encoding/output.h"
+#include "encoding/pump.h"
+#include "iconv/lent_buffer.h"
+#include "support/utf.h"
+
+namespace iconv_layer {
+namespace {
+
+using fast::kKernelSlack;
+
+// The room of the caller, and no more.
+class Room final : public Output {
+ public:
+  Room(unsigned char* begin, unsigned char* roomEnd) {
+    next = begin;
+    end = roomEnd;
+  }
+
+ private:
+  bool grow(std::size_t /*count*/, std::uint64_t /*expected*/) override { return false; }
+};
+
+int otherByteOrder(const EncodingRow& row) {
+  constexpr int kOrders[][2] = {{1200, 1201}, {12000, 12001}};
+  for (const auto& order : kOrders) {
+    if (findEncodingRow(order[0])->form == row.form) return order[row.bigEndian ? 0 : 1];
+  }
+  return row.number;
+}
+
+}  // namespace
+
+bool Conversion::hasSurrogate(Text text, bool bigEndian) {
+  for (std::size_t i = bigEndian ? 0 : 1; i < text.size; i += 2) {
+    if ((text.bytes[i] & 0xF8) == 0xD8) return true;
+  }
+  return false;
+}
+
+Conversion::Status Conversion::convert(Place& place, std::size_t& irreversible) {
+  Outcome outcome;
+  Status status = Status::kGood;
+  // In one step from wide characters the mark comes first, whatever the text.
+  if (m_route.from.isWide && m_route.to.hasMark && !m_hasMark) status = writeMark(place);
+  if (status == Status::kGood) status = beginSource(place);
+  if (status == Status::kGood && m_waitingBytes != 0) status = takeWaiting(place, outcome);
+  while (status == Status::kGood && place.in != place.inEnd) {
+    const bool isMarkDue = m_route.to.hasMark && !m_hasMark;
+    const unsigned char* const before = place.out;
+    if (!isMarkDue) takeClean(place);
+    if (place.out != before) outcome.unwritten = nullptr;
+    if (place.in == place.inEnd) break;
+    status = takeCharacter(place, outcome);
+  }
+  // What stands in front of a character that does not fit is looked at again with it.
+  if (status == Status::kFull && outcome.unwritten != nullptr) {
+    place.in = outcome.unwritten;
+    m_reading = outcome.beforeUnwritten;
+  }
+  // What waits at the end of a text says nothing of the next one.
+  if (place.in == place.inEnd) m_steps = 0;
+  irreversible += outcome.irreversible;
+  return status == Status::kGood && outcome.ignoredSome ? Status::kIgnored : status;
+}
+
+// Looks for the mark of the source, which tells its byte order.
+Conversion::Status Conversion::beginSource(Place& place) {
+  if (!m_route.from.hasMark || m_hasBegun || place.in == place.inEnd) return Status::kGood;
+  const EncodingRow& source = *m_route.from.row;
+  const std::size_t width = source.form == EncodingForm::kUtf32 ? 4 : 2;
+  if (place.left() < width) return Status::kCut;
+  m_hasBegun = true;
+  for (const Mark& mark : marksOf(source)) {
+    const std::size_t length = mark.bytes.size();
+    if (place.left() < length || std::memcmp(place.in, mark.bytes.data(), length) != 0) continue;
+    place.in += length;
+    if (mark.bigEndian != source.bigEndian) {
+      const fast::Plan* const other =
+          fast::openPlan(otherByteOrder(source), m_plan->to, fast::Reader::kStream);
+      if (other != nullptr) m_plan = other;
+    }
+    break;
+  }
+  return Status::kGood;
+}
+
+// ---- Clean text. ----
+
+// Converts as much as it can without looking at single characters.
+void Conversion::takeClean(Place& place) {
+  if (isPlain()) return takePlain(place);
+  if (m_steps != 0) {
+    --m_steps;
+    return;
+  }
+  while (place.in != place.inEnd) {
+    const std::size_t length = std::min({place.left(), std::size_t{m_window}, place.room()});
+    const unsigned char* const before = place.in;
+    if (length != 0 && takeWindow(place, length) && place.in != before) {
+      m_window = std::min<std::uint16_t>(m_window * 4, kLargestWindow);
+      continue;
+    }
+    // A short text may hold a character that its end cuts, and nothing else that stops.
+    m_window = static_cast<std::uint16_t>(std::min<std::size_t>(m_window, length) / 4);
+    if (m_window < kLeastWindow) {
+      m_window = kLeastWindow;
+      m_steps = kLeastWindow;
+      return;
+    }
+  }
+}
+
+// Between encodings without codecs.
+void Conversion::takePlain(Place& place) const {
+  const fast::Plan& plan = *m_plan;
+  const std::size_t length = place.left();
+  if (length <= fast::kShortBytes && plan.whole != nullptr) {
+    if (place.room() >= length * fast::kWorstFactor + kKernelSlack) {
+      unsigned char* const end = plan.whole(plan, place.in, length, place.out, place.outEnd);
+      if (end != nullptr) {
+        place.in = place.inEnd;
+        place.out = end;
+        return;
+      }
+    } else {
+      unsigned char text[fast::kShortOutput];
+      const unsigned char* const end = plan.whole(plan, place.in, length, text, text + sizeof text);
+      const auto size = static_cast<std::size_t>(end - text);
+      if (end != nullptr && size <= place.room()) {
+        std::memcpy(place.out, text, size);
+        place.in = place.inEnd;
+        place.out += size;
+        return;
+      }
+    }
+  }
+  if (length <= fast::kShortBytes && plan.whole == nullptr && takeShort(place, length)) return;
+  if (place.room() >= kKernelSlack) takeByPump(place, length);
+  // In the rest of the room, less and less at a time.
+  std::size_t part = std::min<std::size_t>({place.left(), place.room(), kKernelSlack});
+  while (part >= 8 && place.room() < kKernelSlack) {
+    unsigned char text[kKernelSlack * fast::kWorstFactor + kKernelSlack];
+    Place aside{place.in, place.in + part, text, text + sizeof text};
+    takeByPump(aside, part);
+    const auto size = static_cast<std::size_t>(aside.out - text);
+    if (size > place.room()) {
+      part /= 2;
+      continue;
+    }
+    if (size == 0) return;
+    std::memcpy(place.out, text, size);
+    place.out += size;
+    place.in = aside.in;
+    part = std::min({part, place.left(), place.room()});
+  }
+}
+
+// Converts a short text by the two steps; false, with nothing done, where it is not clean or does
+// not fit.
+bool Conversion::takeShort(Place& place, std::size_t length) const {
+  const fast::Plan& plan = *m_plan;
+  unsigned char units[2 * fast::kShortBytes + kKernelSlack];
+  unsigned char text[fast::kShortOutput];
+  const unsigned char* const end = place.in + length;
+  fast::KernelResult r{place.in, text};
+  if (plan.direct != nullptr) {
+    r = plan.direct(plan, place.in, end, text, text + sizeof text);
+    if (r.in != end) return false;
+  } else {
+    const fast::KernelResult decoded =
+        fast::decode(plan, place.in, end, units, units + sizeof units);
+    if (decoded.in != end) return false;
+    r = fast::encode(plan, units, decoded.out, text, text + sizeof text);
+    if (r.in != decoded.out) return false;
+  }
+  const auto size = static_cast<std::size_t>(r.out - text);
+  if (size > place.room()) return false;
+  std::memcpy(place.out, text, size);
+  place.in = end;
+  place.out += size;
+  return true;
+}
+
+// Converts up to what is not clean, or up to where fewer than kKernelSlack bytes are left.
+void Conversion::takeByPump(Place& place, std::size_t length) const {
+  fast::PumpBlock block;
+  fast::Pump pump;
+  Room out(place.out, place.outEnd);
+  pump.start(*m_plan, block, place.in, place.in + length);
+  pump.run(out);
+  place.out = out.next;
+  place.in = pump.unit() != pump.unitEnd() ? pump.sourceOf(pump.unit()) : pump.in();
+}
+
+// Converts a part of the text where codecs are concerned. False, with nothing done, where it is not
+// clean or does not fit.
+bool Conversion::takeWindow(Place& place, std::size_t length) {
+  LentBuffer<kWindowStorage> read;
+  LentBuffer<kWindowStorage> segment;
+  CodecState reading = m_reading;
+  Text text{place.in, length};
+  std::size_t used = 0;
+  if (const Codec* const codec = reader()) {
+    MarkCounter marks;
+    const Codec::Convert& convert = codec->readStrictly ? codec->readStrictly : codec->read;
+    used = convert(place.in, static_cast<unsigned int>(length), false, reading, read, &marks);
+    if (used == 0 || marks.count() != 0 || read.hasFailed()) return false;
+    text = {read.getData2(), read.getSize()};
+    if (writer() == nullptr && isEncodedAtOnce()) {
+      if (!encodeAtOnce(text, place)) return false;
+      m_reading = reading;
+      place.in += used;
+      return true;
+    }
+  } else if (m_route.from.isUcs2 && hasSurrogate(text, m_plan->decoding.bigEndian)) {
+    return false;
+  }
+  const std::size_t taken = makeSegment(text, segment);
+  if (segment.hasFailed()) return false;
+  if (reader() == nullptr) {
+    used = taken;
+    if (used == 0) return false;
+  } else if (taken != text.size) {
+    return false;
+  }
+  if (!putSegment({segment.getData2(), segment.getSize()}, place)) return false;
+  m_reading = reading;
+  place.in += used;
+  return true;
+}
+
+// Whether the text of a reader needs the second step of the plan only, which looks for surrogates.
+bool Conversion::isEncodedAtOnce() const {
+  return m_plan->decoding.form == EncodingForm::kUtf16 && !m_plan->decoding.bigEndian &&
+         !m_plan->isCopy && m_plan->encoding.form != EncodingForm::kUtf16;
+}
+
+bool Conversion::encodeAtOnce(Text text, Place& place) const {
+  const unsigned char* const end = text.bytes + text.size;
+  if (place.room() >= text.size * 2 + kKernelSlack) {
+    const fast::KernelResult r = fast::encode(*m_plan, text.bytes, end, place.out, place.outEnd);
+    if (r.in != end) return false;
+    place.out = r.out;
+    return true;
+  }
+  unsigned char aside[kWindowStorage];
+  const fast::KernelResult r = fast::encode(*m_plan, text.bytes, end, aside, aside + sizeof aside);
+  const auto size = static_cast<std::size_t>(r.out - aside);
+  if (r.in != end || size > place.room()) return false;
+  std::memcpy(place.out, aside, size);
+  place.out += size;
+  return true;
+}
+
+// Brings text to the encoding of the plan's other side; returns how much of it.
+std::size_t Conversion::makeSegment(Text text, DataBuffer& segment) const {
+  const fast::Plan& plan = *m_plan;
+  const bool isDecoded = plan.encoding.form == EncodingForm::kUtf16 && !plan.encoding.bigEndian &&
+                         plan.decoding.form != EncodingForm::kUtf16;
+  if (isDecoded) {
+    unsigned char* const out = segment.reserveTail(kWindowStorage);
+    if (out == nullptr) return 0;
+    const fast::KernelResult r =
+        fast::decode(plan, text.bytes, text.bytes + text.size, out, out + kWindowStorage);
+    segment.commitTail(static_cast<unsigned int>(r.out - out));
+    return static_cast<std::size_t>(r.in - text.bytes);
+  }
+  // Of a reader's text it is all or nothing.
+  if (reader() != nullptr && plan.direct == nullptr) {
+    unsigned char units[kWindowStorage];
+    const unsigned char* const end = text.bytes + text.size;
+    unsigned char* const out = segment.reserveTail(kWindowStorage);
+    const fast::KernelResult decoded =
+        fast::decode(plan, text.bytes, end, units, units + sizeof units);
+    if (out == nullptr || decoded.in != end) return 0;
+    const fast::KernelResult r = fast::encode(plan, units, decoded.out, out, out + kWindowStorage);
+    segment.commitTail(static_cast<unsigned int>(r.out - out));
+    return r.in == decoded.out ? text.size : 0;
+  }
+  fast::PumpBlock block;
+  fast::Pump pump;
+  DataBufferOutput out(segment);
+  pump.start(plan, block, text.bytes, text.bytes + text.size);
+  const fast::Pump::Stop stop = pump.run(out);
+  if (stop == fast::Pump::Stop::kEnd) return text.size;
+  const unsigned char* const reached =
+      pump.unit() != pump.unitEnd() ? pump.sourceOf(pump.unit()) : pump.in();
+  return static_cast<std::size_t>(reached - text.bytes);
+}
+
+// Writes a text of the plan's other side, by the target's codec where it has one.
+bool Conversion::putSegment(Text segment, Place& place) {
+  const Codec* const codec = writer();
+  if (codec == nullptr) {
+    if (segment.size > place.room()) return false;
+    if (m_route.to.isUcs2 && hasSurrogate(segment, m_plan->encoding.bigEndian)) return false;
+    std::memcpy(place.out, segment.bytes, segment.size);
+    place.out += segment.size;
+    return true;
+  }
+  LentBuffer<kWindowStorage> joined;
+  if (m_heldBytes != 0) {
+    joined.append(m_held, m_heldBytes);
+    joined.append(segment.bytes, static_cast<unsigned int>(segment.size));
+    segment = {joined.getData2(), joined.getSize()};
+  }
+  LentBuffer<kWindowStorage> out;
+  MarkCounter marks;
+  CodecState writing = m_writing;
+  const unsigned int taken = codec->write(segment.bytes, static_cast<unsigned int>(segment.size),
+                                          false, writing, out, &marks);
+  const std::size_t rest = segment.size - taken;
+  if (marks.count() != 0 || out.hasFailed() || joined.hasFailed()) return false;
+  if (out.getSize() > place.room() || rest > kMostHeld) return false;
+  std::memcpy(place.out, out.getData2(), out.getSize());
+  place.out += out.getSize();
+  m_writing = writing;
+  std::memcpy(m_held, segment.bytes + taken, rest);
+  m_heldBytes = static_cast<std::uint8_t>(rest);
+  return true;
+}
+
+// ---- The end of a text. ----
+
+Conversion::Status Conversion::finish(Place& place) {
+  if (m_waitingBytes != 0) {
+    if (const Status status = writeWaiting(place); status != Status::kGood) return status;
+  }
+  if (const Codec* const codec = writer()) {
+    LentBuffer<256> out;
+    CodecState writing = m_writing;
+    // Nothing was written, so there is nothing to end.
+    const bool isUntouched = writing == CodecState{} && m_heldBytes == 0;
+    if (!isUntouched) codec->write(m_held, m_heldBytes, true, writing, out, nullptr);
+    if (out.getSize() > place.room()) return Status::kFull;
+    std::memcpy(place.out, out.getData2(), out.getSize());
+    place.out += out.getSize();
+  }
+  restart();
+  return Status::kGood;
+}
+
+void Conversion::restart() {
+  m_plan = m_route.plan;
+  m_reading = m_writing = {};
+  m_heldBytes = m_waitingBytes = 0;
+  m_hasBegun = m_hasMark = false;
+  m_window = kFirstWindow;
+  m_steps = 0;
+}
+
+}  // namespace iconv_layer

@@ -1,0 +1,479 @@
+// Conversion: one character at a time, where clean text ends.
+#include <algorithm>
+#include <cstring>
+
+#include "encoding/output.h"
+#include "encoding/special_units.h"
+#include "iconv/conversion.h"
+#include "iconv/lent_buffer.h"
+#include "iconv/similar.h"
+#include "support/utf.h"
+
+namespace iconv_layer {
+namespace {
+
+using fast::kKernelSlack;
+
+// More than any codec reads as one character, shifts included, or writes for one.
+constexpr std::size_t kLongest = 64;
+
+std::uint32_t unitAt(const unsigned char* p) { return p[0] | p[1] * 256u; }
+
+// The scalar values of UTF-16; false when there is half a pair, or half a unit.
+bool isText(const unsigned char* units, std::size_t bytes) {
+  if (bytes % 2 != 0) return false;
+  for (std::size_t i = 0; i < bytes; i += 2) {
+    const std::uint32_t unit = unitAt(units + i);
+    if (!isSurrogate(unit)) continue;
+    if (!isHighSurrogate(unit) || i + 2 == bytes || !isLowSurrogate(unitAt(units + i + 2))) {
+      return false;
+    }
+    i += 2;
+  }
+  return true;
+}
+
+bool endsWithinPair(const unsigned char* units, std::size_t bytes) {
+  return bytes >= 2 && isHighSurrogate(unitAt(units + bytes - 2));
+}
+
+std::size_t storeScalar(std::uint32_t scalar, unsigned char* units) {
+  const bool isPair = scalar > 0xFFFF;
+  const std::uint32_t first = isPair ? highSurrogateOf(scalar) : scalar;
+  units[0] = static_cast<unsigned char>(first);
+  units[1] = static_cast<unsigned char>(first >> 8);
+  if (!isPair) return 2;
+  const std::uint32_t second = lowSurrogateOf(scalar);
+  units[2] = static_cast<unsigned char>(second);
+  units[3] = static_cast<unsigned char>(second >> 8);
+  return 4;
+}
+
+std::size_t appendScalars(const char32_t* scalars, std::size_t count, unsigned char* units) {
+  std::size_t bytes = 0;
+  for (std::size_t i = 0; i < count; ++i) bytes += storeScalar(scalars[i], units + bytes);
+  return bytes;
+}
+
+// The piece of UTF-8 at p: how many bytes the lead byte asks for, and how many there are.
+struct Utf8Form {
+  std::size_t wanted;  // 0: no lead byte
+  std::size_t there;   // the lead byte and what may follow it
+};
+Utf8Form utf8FormAt(const unsigned char* p, std::size_t left) {
+  constexpr std::size_t kLongestRun = 5;
+  const std::size_t wanted = p[0] < 0x80   ? 1
+                             : p[0] < 0xC2 ? 0
+                             : p[0] < 0xE0 ? 2
+                             : p[0] < 0xF0 ? 3
+                             : p[0] < 0xF8 ? 4
+                                           : 0;
+  const std::size_t most = std::min(left, wanted == 0 ? kLongestRun : wanted);
+  std::size_t there = 1;
+  while (there < most && isContinuation(p[there])) ++there;
+  return {wanted, there};
+}
+
+// The least that a character takes.
+std::size_t leastWidth(const EncodingRow& row) {
+  return row.form == EncodingForm::kUtf16 ? 2 : row.form == EncodingForm::kUtf32 ? 4 : 1;
+}
+
+// The room of a character.
+class SmallOutput final : public Output {
+ public:
+  SmallOutput(unsigned char* begin, std::size_t size) {
+    next = begin;
+    end = begin + size;
+  }
+
+ private:
+  bool grow(std::size_t /*count*/, std::uint64_t /*expected*/) override { return false; }
+};
+
+}  // namespace
+
+// What stands at a place of the source.
+struct Conversion::Character {
+  enum class Kind : unsigned char { kText, kCut, kMalformed };
+  Kind kind = Kind::kMalformed;
+  std::size_t length = 1;     // bytes of the source
+  std::size_t unitBytes = 0;  // none: a shift, say
+  unsigned char units[kLongest * 2 + kKernelSlack];
+  std::size_t textBytes = 0;  // as the plan decodes it
+  unsigned char text[kLongest * 2];
+  CodecState reading;  // behind it
+};
+
+// What is to be written for it, and what the descriptor becomes by that.
+struct Conversion::Written {
+  std::size_t bytes = 0;
+  unsigned char out[kLongest * 4 + kKernelSlack];
+  CodecState writing;
+  std::size_t heldBytes = 0;
+  unsigned char held[kMostHeld];
+};
+
+// ---- Reading. ----
+
+void Conversion::read(const Place& place, Character& character) const {
+  character.reading = m_reading;
+  if (reader() != nullptr) {
+    readByCodec(place.in, place.left(), character);
+  } else {
+    readPlain(place.in, place.left(), character);
+  }
+}
+
+void Conversion::readPlain(const unsigned char* in, std::size_t left, Character& character) const {
+  using Kind = Character::Kind;
+  std::size_t length = 1;
+  bool isCut = false;
+  switch (m_plan->decoding.form) {
+    case EncodingForm::kUtf8: {
+      const Utf8Form form = utf8FormAt(in, left);
+      isCut = form.there == left && form.there < form.wanted;
+      character.length = form.there;
+      length = form.wanted == form.there ? form.there : 0;
+      break;
+    }
+    case EncodingForm::kUtf16: {
+      isCut = left < 2;
+      length = 2;
+      character.length = 2;
+      const auto at = [&](std::size_t i) {
+        return m_plan->decoding.bigEndian ? in[i] * 256u | in[i + 1] : unitAt(in + i);
+      };
+      if (isCut || !isSurrogate(at(0))) break;
+      if (!isHighSurrogate(at(0)) || m_route.from.isUcs2) {
+        length = 0;
+      } else if (left < 4) {
+        isCut = true;
+      } else {
+        length = isLowSurrogate(at(2)) ? 4 : 0;
+      }
+      break;
+    }
+    case EncodingForm::kUtf32:
+      isCut = left < 4;
+      character.length = length = 4;
+      break;
+    case EncodingForm::kDoubleByte: {
+      const fast::DoubleByteDecoder& table = *m_plan->decoding.table.doubleByte;
+      if (in[0] < 0x80) break;
+      if (!table.isLead(in[0]) && !table.mayBegin[in[0]]) break;
+      isCut = left < table.decisiveLength(in[0]);
+      character.length = table.lackingLength(in, left);
+      length = table.isLead(in[0]) ? 2 : 1;
+      break;
+    }
+    default:
+      break;
+  }
+  if (isCut) {
+    character.kind = Kind::kCut;
+    return;
+  }
+  if (length == 0) return;
+  const fast::KernelResult r = fast::decode(*m_plan, in, in + length, character.units,
+                                            character.units + sizeof character.units);
+  if (r.in != in + length) return;
+  character.kind = Kind::kText;
+  character.length = length;
+  character.unitBytes = static_cast<std::size_t>(r.out - character.units);
+  std::memcpy(character.text, in, length);
+  character.textBytes = length;
+}
+
+// Reads as little as the codec goes on with.
+void Conversion::readByCodec(const unsigned char* in, std::size_t left,
+                             Character& character) const {
+  using Kind = Character::Kind;
+  const Codec& codec = *reader();
+  const Codec::Convert convert = codec.readStrictly ? codec.readStrictly : codec.read;
+  character.kind = Kind::kCut;
+  const auto most = static_cast<unsigned int>(std::min(left, kLongest));
+  LentBuffer<4096 + 128> text;
+  unsigned int half = 0;  // of a pair of surrogates, in bytes of the source
+  for (unsigned int length = 1; length <= most; ++length) {
+    text.clear();
+    MarkCounter marks;
+    CodecState state = m_reading;
+    const unsigned int used = convert(in, length, false, state, text, &marks);
+    if (used == 0) continue;
+    character.length = used;
+    character.reading = state;
+    if (marks.count() != 0) {
+      character.kind = Kind::kMalformed;
+      return;
+    }
+    if (text.getSize() > sizeof character.text) return;
+    character.kind = Kind::kText;
+    character.textBytes = text.getSize();
+    if (character.textBytes == 0) return;
+    std::memcpy(character.text, text.getData2(), character.textBytes);
+    const fast::KernelResult r =
+        fast::decode(*m_plan, character.text, character.text + character.textBytes, character.units,
+                     character.units + sizeof character.units);
+    character.unitBytes = static_cast<std::size_t>(r.out - character.units);
+    if (m_plan->decoding.form == EncodingForm::kUtf16 &&
+        endsWithinPair(character.text, character.textBytes)) {
+      character.kind = Kind::kCut;
+      if (half == 0) half = used;
+      continue;
+    }
+    if (r.in != character.text + character.textBytes ||
+        !isText(character.units, character.unitBytes)) {
+      character.kind = Kind::kMalformed;
+      if (half != 0) character.length = half;
+    }
+    return;
+  }
+}
+
+// ---- Writing. ----
+
+// The plan that writes units; that of one encoding to itself has nothing to write with.
+const fast::Plan* Conversion::writingPlan() const {
+  constexpr int kUtf16Le = 1200;
+  return m_plan->isCopy ? fast::openPlan(kUtf16Le, m_plan->to, fast::Reader::kStream) : m_plan;
+}
+
+// Whether units have a place in the target, and what is written for them.
+bool Conversion::write(const unsigned char* units, std::size_t bytes, Written& written) const {
+  const fast::Plan* const plan = writingPlan();
+  if (plan == nullptr) return false;
+  unsigned char segment[kLongest * 4 + kKernelSlack];
+  SmallOutput out(segment, sizeof segment);
+  const unsigned char* const end = units + bytes;
+  if (m_route.to.isUcs2) {
+    for (std::size_t i = 0; i < bytes; i += 2) {
+      if (isSurrogate(unitAt(units + i))) return false;
+    }
+  }
+  while (units != end) {
+    if (out.room() < kKernelSlack) return false;
+    if (plan->isCopy) {  // UTF-16 to what has that behind its codec
+      if (!out.append(units, static_cast<std::size_t>(end - units))) return false;
+      break;
+    }
+    const fast::KernelResult r = fast::encode(*plan, units, end, out.next, out.end);
+    out.next = r.out;
+    units = r.in;
+    if (units == end) break;
+    if (out.room() < kKernelSlack) return false;
+    if (!fast::mayBeSpecialUnit(unitAt(units)) || !fast::writeSpecialUnit(*plan, units, out)) {
+      return false;
+    }
+    units += 2;
+  }
+  return writeSegment(segment, static_cast<std::size_t>(out.next - segment), written);
+}
+
+// The same for text as the codec of the target takes it, or for what is written where it has none.
+bool Conversion::writeSegment(const unsigned char* segment, std::size_t bytes,
+                              Written& written) const {
+  written.writing = m_writing;
+  written.heldBytes = 0;
+  if (writer() == nullptr) {
+    if (bytes > sizeof written.out) return false;
+    std::memcpy(written.out, segment, bytes);
+    written.bytes = bytes;
+    return true;
+  }
+  LentBuffer<4096 + 512> out;
+  LentBuffer<kLongest * 8> joined;
+  joined.append(m_held, m_heldBytes);
+  joined.append(segment, static_cast<unsigned int>(bytes));
+  MarkCounter marks;
+  const unsigned int taken =
+      writer()->write(joined.getData2(), joined.getSize(), false, written.writing, out, &marks);
+  written.bytes = out.getSize();
+  written.heldBytes = joined.getSize() - taken;
+  if (marks.count() != 0 || written.bytes > sizeof written.out || written.heldBytes > kMostHeld) {
+    return false;
+  }
+  std::memcpy(written.out, out.getData2(), written.bytes);
+  std::memcpy(written.held, joined.getData2() + taken, written.heldBytes);
+  return true;
+}
+
+// Finds the first text that stands for a character and has a place in the target.
+bool Conversion::writeSimilar(std::uint32_t scalar, Written& written) const {
+  SimilarText similar(scalar);
+  char32_t scalars[SimilarText::kMostScalars];
+  unsigned char units[SimilarText::kMostScalars * 4];
+  while (true) {
+    const std::size_t count = similar.next(scalars);
+    if (count == SimilarText::kNone) return false;
+    if (write(units, appendScalars(scalars, count, units), written)) return true;
+  }
+}
+
+// ---- One character. ----
+
+Conversion::Status Conversion::put(const Written& written, Place& place) {
+  if (written.bytes > place.room()) return Status::kFull;
+  std::memcpy(place.out, written.out, written.bytes);
+  place.out += written.bytes;
+  m_writing = written.writing;
+  std::memcpy(m_held, written.held, written.heldBytes);
+  m_heldBytes = static_cast<std::uint8_t>(written.heldBytes);
+  return Status::kGood;
+}
+
+// In front of the first character that is read.
+Conversion::Status Conversion::writeMark(Place& place) {
+  const std::string_view mark = markOf(*m_route.to.row);
+  if (place.room() < mark.size()) return Status::kFull;
+  std::memcpy(place.out, mark.data(), mark.size());
+  place.out += mark.size();
+  m_hasMark = true;
+  return Status::kGood;
+}
+
+Conversion::Status Conversion::takeCharacter(Place& place, Outcome& outcome) {
+  if (m_route.from.isWide || m_route.to.isWide) {
+    if (place.left() < leastWidth(*m_route.from.row)) return Status::kCut;
+    if (place.room() < leastWidth(*m_route.to.row)) return Status::kFull;
+  }
+  Character character;
+  read(place, character);
+  if (character.kind == Character::Kind::kCut) {
+    return keepWaiting(place) ? Status::kGood : Status::kCut;
+  }
+  const Suffixes& suffixes = m_route.suffixes;
+  if (character.kind == Character::Kind::kMalformed) {
+    if (!suffixes.ignores) return Status::kBad;
+    noteUnwritten(place, outcome);
+    ++outcome.irreversible;
+    outcome.ignoredSome = true;
+  } else if (character.unitBytes != 0) {
+    if (m_route.to.hasMark && !m_hasMark) {
+      if (const Status status = writeMark(place); status != Status::kGood) return status;
+    }
+    if (const Status status = writeCharacter(place, character, outcome); status != Status::kGood) {
+      return status;
+    }
+  } else {
+    noteUnwritten(place, outcome);
+  }
+  m_reading = character.reading;
+  place.in += character.length;
+  return Status::kGood;
+}
+
+void Conversion::noteUnwritten(const Place& place, Outcome& outcome) const {
+  if (outcome.unwritten != nullptr) return;
+  outcome.unwritten = place.in;
+  outcome.beforeUnwritten = m_reading;
+}
+
+// Writes a character, or what stands for it.
+Conversion::Status Conversion::writeCharacter(Place& place, const Character& character,
+                                              Outcome& outcome) {
+  const Suffixes& suffixes = m_route.suffixes;
+  Written written;
+  bool isWritten = m_plan->isCopy ? writeSegment(character.text, character.textBytes, written)
+                                  : write(character.units, character.unitBytes, written);
+  const bool isReversible = isWritten;
+  // With no room at all nobody looks at a character without a place.
+  if (!isWritten && place.room() < leastWidth(*m_route.to.row)) return Status::kFull;
+  if (!isWritten && suffixes.transliterates) {
+    const std::uint32_t first = unitAt(character.units);
+    const std::uint32_t scalar =
+        isHighSurrogate(first) ? joinSurrogates(first, unitAt(character.units + 2)) : first;
+    isWritten = writeSimilar(scalar, written);
+  }
+  if (isWritten) {
+    if (const Status status = put(written, place); status != Status::kGood) return status;
+    outcome.unwritten = nullptr;
+  } else {
+    if (!suffixes.ignores && !suffixes.discards) return Status::kBad;
+    outcome.ignoredSome = outcome.ignoredSome || suffixes.ignores;
+  }
+  if (!isReversible) ++outcome.irreversible;
+  return Status::kGood;
+}
+
+// ---- What waits. ----
+
+// Keeps the rest of the input where it is a text, of which what follows may make another one. False
+// where it ends within a character.
+bool Conversion::keepWaiting(Place& place) {
+  constexpr int kUtf7 = 65000;
+  const Codec* const codec = reader();
+  const std::size_t left = place.left();
+  if (codec == nullptr || left > kMostWaiting) return false;
+  if (m_route.from.row->number == kUtf7) {
+    // Behind the first byte of base64 its bytes are no characters on their own.
+    if (left == 1 && place.in[0] == '+') return false;
+  } else {
+    if (m_route.from.row->kind == CharsetKind::kStateful) return false;
+    LentBuffer<4096 + 128> text;
+    MarkCounter marks;
+    CodecState state = m_reading;
+    const Codec::Convert convert = codec->readStrictly ? codec->readStrictly : codec->read;
+    convert(place.in, static_cast<unsigned int>(left), true, state, text, &marks);
+    if (marks.count() != 0 || text.getSize() == 0) return false;
+  }
+  std::memcpy(m_waiting, place.in, left);
+  m_waitingBytes = static_cast<std::uint8_t>(left);
+  place.in = place.inEnd;
+  return true;
+}
+
+// Goes on with what waits and what follows it.
+Conversion::Status Conversion::takeWaiting(Place& place, Outcome& outcome) {
+  constexpr std::size_t kMostAdded = 48;
+  if (place.in == place.inEnd) return Status::kGood;
+  unsigned char joined[kMostWaiting + kMostAdded];
+  const std::size_t waiting = m_waitingBytes;
+  const std::size_t added = std::min(place.left(), kMostAdded);
+  std::memcpy(joined, m_waiting, waiting);
+  std::memcpy(joined + waiting, place.in, added);
+  Place aside{joined, joined + waiting + added, place.out, place.outEnd};
+  m_waitingBytes = 0;
+  Status status = Status::kGood;
+  while (status == Status::kGood && aside.in < joined + waiting && aside.in != aside.inEnd) {
+    status = takeCharacter(aside, outcome);
+  }
+  outcome.unwritten = nullptr;
+  place.out = aside.out;
+  const auto used = static_cast<std::size_t>(aside.in - joined);
+  if (used >= waiting) {
+    place.in += used - waiting;
+  } else if (status != Status::kBad) {  // else it is malformed, and told of as read
+
+    m_waitingBytes = static_cast<std::uint8_t>(waiting - used);
+    std::memcpy(m_waiting, aside.in, m_waitingBytes);
+  }
+  return status;
+}
+
+// Writes what waits as it is: nothing follows it.
+Conversion::Status Conversion::writeWaiting(Place& place) {
+  const Codec& codec = *reader();
+  LentBuffer<4096 + 128> text;
+  MarkCounter marks;
+  CodecState state = m_reading;
+  const Codec::Convert convert = codec.readStrictly ? codec.readStrictly : codec.read;
+  convert(m_waiting, m_waitingBytes, true, state, text, &marks);
+  Character character;
+  if (marks.count() == 0 && text.getSize() <= sizeof character.text) {
+    std::memcpy(character.text, text.getData2(), text.getSize());
+    character.textBytes = text.getSize();
+    const fast::KernelResult r =
+        fast::decode(*m_plan, character.text, character.text + character.textBytes, character.units,
+                     character.units + sizeof character.units);
+    character.unitBytes = static_cast<std::size_t>(r.out - character.units);
+    Outcome outcome;
+    if (character.unitBytes != 0 && writeCharacter(place, character, outcome) == Status::kFull) {
+      return Status::kFull;
+    }
+  }
+  m_waitingBytes = 0;
+  return Status::kGood;
+}
+
+}  // namespace iconv_layer
