@@ -1,11 +1,11 @@
 #!/bin/sh
 # Installs what is missing from Debian's packages. Does nothing when everything is there.
 #
-#   scripts/setup.sh [build|package|test|check|docs|fuzz|cross|all]...
+#   scripts/setup.sh [build|package|test|check|docs|fuzz|python|cross|all]...
 #
 # build: the library and the tool; package: Debian packages of them; test: their tests as well;
 # check: the formatter that CI asks for; docs: the API documentation;
-# fuzz: the fuzz targets; cross: the tests for an emulated big-endian host; all: what the scripts and
+# fuzz: the fuzz targets; python: the Python package and its tests; cross: the tests for an emulated big-endian host; all: what the scripts and
 # the optional targets use (coverage, benchmarks), but for cross.
 set -eu
 
@@ -15,8 +15,9 @@ test="$build libgtest-dev pkg-config python3"
 check="clang-format"
 docs="doxygen"
 fuzz="$build clang"
+python="$build ccache python3 python3-dev python3-venv libpython3.11-testsuite"
 cross="g++-s390x-linux-gnu qemu-user googletest"
-all="$package $test $check $docs $fuzz ccache clang-tidy cppcheck libbenchmark-dev libicu-dev
+all="$package $test $check $docs $fuzz $python ccache clang-tidy cppcheck libbenchmark-dev libicu-dev
      gcovr valgrind nkf bzip2 python3"
 
 wanted=""
@@ -28,6 +29,7 @@ for group in "${@:-build}"; do
     check) wanted="$wanted $check" ;;
     docs) wanted="$wanted $docs" ;;
     fuzz) wanted="$wanted $fuzz" ;;
+    python) wanted="$wanted $python" ;;
     cross) wanted="$wanted $cross" ;;
     all) wanted="$wanted $all" ;;
     *)

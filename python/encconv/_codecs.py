@@ -26,7 +26,21 @@ def _class_attributes(encoding: str | int, label: str | None, python_spans: bool
     }
 
 
-class IncrementalDecoder(codecs.IncrementalDecoder):
+class _Errors:
+    """The name of the error handler: a str, which cannot be deleted."""
+
+    @property
+    def errors(self) -> str:
+        return self._errors
+
+    @errors.setter
+    def errors(self, name: str) -> None:
+        if not isinstance(name, str):
+            raise TypeError("errors must be a string")
+        self._errors = name
+
+
+class IncrementalDecoder(_Errors, codecs.IncrementalDecoder):
     """Decodes a text piece by piece. The text does not depend on how it is cut.
 
     >>> decoder = IncrementalDecoder('gb18030')
@@ -35,6 +49,7 @@ class IncrementalDecoder(codecs.IncrementalDecoder):
     """
 
     _decode_step = None
+    _most_pending = 1 << 20
 
     def __init__(self, encoding: str | int, errors: str = "strict"):
         super().__init__(errors)
@@ -60,13 +75,18 @@ class IncrementalDecoder(codecs.IncrementalDecoder):
 
     def setstate(self, state: tuple[bytes, int]) -> None:
         pending, number = state
+        if len(memoryview(pending)) > self._most_pending:
+            raise UnicodeError("pending buffer too large")
         # An empty step tells of a state that is none.
         self._decode_step(b"", None, False, number)
         self._pending = bytes(memoryview(pending))
         self._state = number
 
 
-class IncrementalEncoder(codecs.IncrementalEncoder):
+_MOST_PENDING_TEXT = 8  # bytes of UTF-8: two characters
+
+
+class IncrementalEncoder(_Errors, codecs.IncrementalEncoder):
     """Encodes a text piece by piece; shift sequences stand where the text as a whole has them.
 
     >>> encoder = IncrementalEncoder('iso-2022-jp')
@@ -95,26 +115,26 @@ class IncrementalEncoder(codecs.IncrementalEncoder):
         self._state = 0
 
     def getstate(self) -> int:
-        """The state in the lowest bits, as its length in bytes, itself and the text that waits."""
-        if not self._pending and not self._state:
-            return 0
-        state = self._state.to_bytes((self._state.bit_length() + 7) // 8, "little")
-        pending = self._pending.encode("utf-32-le", "surrogatepass")
-        return int.from_bytes(bytes([len(state)]) + state + pending + b"\x01", "little")
+        """From the lowest byte up: the length of the text that waits, that text in UTF-8, and the
+        state of the encoding, as the codecs of Python have it."""
+        pending = self._pending.encode("utf-8", "surrogatepass")
+        return self._state << 8 * (1 + len(pending)) | int.from_bytes(
+            bytes([len(pending)]) + pending, "little"
+        )
 
     def setstate(self, state: int) -> None:
         if not isinstance(state, int):
             raise TypeError("the state must be an int")
         if state < 0:
             raise OverflowError("can't convert negative int to unsigned")
-        if state == 0:
-            self.reset()
-            return
-        packed = state.to_bytes((state.bit_length() + 7) // 8, "little")[:-1]
-        end = 1 + packed[0] if packed else 1
-        number = int.from_bytes(packed[1:end], "little")
+        count = state & 0xFF
+        if count > _MOST_PENDING_TEXT:
+            raise UnicodeError("pending buffer too large")
+        packed = (state >> 8) & ((1 << 8 * count) - 1)
+        pending = packed.to_bytes(count, "little").decode("utf-8", "surrogatepass")
+        number = state >> 8 * (1 + count)
         self._encode_step("", None, False, number)
-        self._pending = packed[end:].decode("utf-32-le", "surrogatepass")
+        self._pending = pending
         self._state = number
 
 
@@ -210,6 +230,8 @@ def codec_info(
     for made, attribute in ((Encoder, "_encode_step"), (Decoder, "_decode_step")):
         setattr(made, attribute, attributes[attribute])
         made.encoding = attributes["encoding"]
+    if builtin:
+        Decoder._most_pending = 8
     attributes_of_streams = {
         "encode": staticmethod(attributes["encode_whole"]),
         "decode": staticmethod(attributes["decode_whole"]),

@@ -5,7 +5,7 @@
 
 What fails must be listed in cpython_differences.txt with its reason, and what is listed must fail.
 The tests are the package `test` of the interpreter that runs this; on Debian that is
-libpython3-testsuite.
+libpython3.11-testsuite.
 """
 
 import importlib
