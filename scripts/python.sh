@@ -27,7 +27,8 @@ rm -rf "$work/tools" "$work/clean" "$work/dist"
 # What the preset "ci" compiled before is found in the cache: with the same options, from a folder as
 # deep as its own.
 export CCACHE_BASEDIR="${CCACHE_BASEDIR:-$PWD}" CCACHE_NOHASHDIR=1
-"$work/tools/bin/python" -m build --wheel --no-isolation -Ccmake.define.ENCCONV_WERROR=ON --outdir "$work/dist" .
+"$work/tools/bin/python" -m build --wheel --no-isolation -Ccmake.define.ENCCONV_WERROR=ON \
+  -Ccmake.define.CMAKE_C_COMPILER="${CC:-cc}" -Ccmake.define.CMAKE_CXX_COMPILER="${CXX:-c++}" --outdir "$work/dist" .
 # Libraries that not every system has, which is bzip2's, become a part of the wheel.
 PATH="$PWD/$work/tools/bin:$PATH" "$work/tools/bin/auditwheel" repair \
   --wheel-dir "$work/dist/repaired" "$work"/dist/*.whl

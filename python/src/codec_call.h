@@ -10,8 +10,10 @@
 
 // Which pieces of bad text the handlers are told of.
 enum class ErrorSpans : unsigned char {
-  kPieces,  // as the streams of the library divide them: a pair of bytes that is not assigned is one
-  kPython,  // as the codecs of Python do: one byte of it, or all that is left when text is cut short
+  kPieces,  // as the streams of the library divide them: a pair of bytes that is not assigned is
+            // one
+  kPython,  // as the codecs of Python do: one byte of it, or all that is left when text is cut
+            // short
 };
 
 struct CodecCall {
@@ -19,8 +21,8 @@ struct CodecCall {
   const char* label = "";        // what exceptions call the encoding
   const char* errors = nullptr;  // the name of the handler; null for "strict"
   ErrorSpans spans = ErrorSpans::kPieces;
-  bool isLast = true;  // nothing follows the text
-  StreamPlace place;   // where it begins, and after the call where it goes on
+  bool isLast = true;    // nothing follows the text
+  StreamPlace place;     // where it begins, and after the call where it goes on
   std::size_t used = 0;  // after the call: the bytes or characters in front of that
 };
 

@@ -81,7 +81,8 @@ PyObject* decode(PyObject* /*module*/, PyObject* const* given, Py_ssize_t count,
   PyObject* sorted[3] = {};
   PyObject* const* arguments = given;
   if (count != 2 || keywords != nullptr) {
-    if (!sortArguments("decode", kArgumentNames[0], 3, 2, given, count, keywords, sorted)) return nullptr;
+    if (!sortArguments("decode", kArgumentNames[0], 3, 2, given, count, keywords, sorted))
+      return nullptr;
     arguments = sorted;
   }
   EncodingEntry* const entry = findEntry(arguments[1]);
@@ -102,7 +103,8 @@ PyObject* encode(PyObject* /*module*/, PyObject* const* given, Py_ssize_t count,
   PyObject* sorted[3] = {};
   PyObject* const* arguments = given;
   if (count != 2 || keywords != nullptr) {
-    if (!sortArguments("encode", kArgumentNames[1], 3, 2, given, count, keywords, sorted)) return nullptr;
+    if (!sortArguments("encode", kArgumentNames[1], 3, 2, given, count, keywords, sorted))
+      return nullptr;
     arguments = sorted;
   }
   EncodingEntry* const entry = findEntry(arguments[1]);
@@ -270,7 +272,8 @@ PyMethodDef g_methods[] = {
     {"decode", asFunction(decode), METH_FASTCALL | METH_KEYWORDS,
      "decode(data, encoding, errors='strict')\n--\n\n"
      "The str of bytes, or of anything with a buffer.\n\n"
-     ">>> decode(b'\\x83\\x65\\x83\\x58\\x83\\x67', 'shift_jis')\n'\xE3\x83\x86\xE3\x82\xB9\xE3\x83\x88'\n"},
+     ">>> decode(b'\\x83\\x65\\x83\\x58\\x83\\x67', "
+     "'shift_jis')\n'\xE3\x83\x86\xE3\x82\xB9\xE3\x83\x88'\n"},
     {"encode", asFunction(encode), METH_FASTCALL | METH_KEYWORDS,
      "encode(text, encoding, errors='strict')\n--\n\nThe bytes of a str.\n\n"
      ">>> encode('caf\xC3\xA9', 'ibm037')\nb'\\x83\\x81\\x86Q'\n"},

@@ -89,10 +89,10 @@ class Encoding final : private StreamErrorHandler {
   StreamSettings m_settings;
   ReleasedLock m_lock;
   BytesOutput m_bytes;
-  std::size_t m_begin = 0;       // of the segment, in characters
-  std::size_t m_begun = 0;       // and in the bytes
-  std::uint64_t m_stopped = 0;   // where the stream was stopped because a character would have been
-  bool m_isStopped = false;      // written as another
+  std::size_t m_begin = 0;      // of the segment, in characters
+  std::size_t m_begun = 0;      // and in the bytes
+  std::uint64_t m_stopped = 0;  // where the stream was stopped because a character would have been
+  bool m_isStopped = false;     // written as another
 };
 
 Characters Encoding::charactersOf(PyObject* text) {
@@ -146,7 +146,8 @@ Encoding::Step Encoding::convertSegment() {
   if (status == StreamStatus::kGood) {
     const unsigned char* const begin = m_characters.data + m_begin * m_characters.width;
     const std::size_t size = (m_characters.count - m_begin) * m_characters.width;
-    status = m_call.isLast ? stream.finish(begin, size, m_bytes) : stream.push(begin, size, m_bytes);
+    status =
+        m_call.isLast ? stream.finish(begin, size, m_bytes) : stream.push(begin, size, m_bytes);
   }
   if (m_isStopped) {
     m_bytes.reopen();
@@ -274,9 +275,9 @@ PyObject* Encoding::run() {
     if ((m_characters.count - m_begin) * m_characters.width >= kUnlockedBytes) m_lock.release();
   }
   m_call.place = m_stream->place();
-  m_call.used = m_call.isLast ? m_characters.count
-                              : m_begin + static_cast<std::size_t>(m_call.place.settled) /
-                                              m_characters.width;
+  m_call.used = m_call.isLast
+                    ? m_characters.count
+                    : m_begin + static_cast<std::size_t>(m_call.place.settled) / m_characters.width;
   return m_bytes.finish();
 }
 
@@ -297,7 +298,8 @@ PyObject* encodeShort(EncodingEntry& entry, PyObject* text) {
     return nullptr;
   }
   unsigned char bytes[fast::kShortOutput];
-  const unsigned char* const end = plan.whole(plan, data, count * width, bytes, bytes + sizeof bytes);
+  const unsigned char* const end =
+      plan.whole(plan, data, count * width, bytes, bytes + sizeof bytes);
   if (end == nullptr) return nullptr;
   return PyBytes_FromStringAndSize(reinterpret_cast<const char*>(bytes), end - bytes);
 }

@@ -12,8 +12,8 @@
 #include "encoding/special_code_pages.h"
 #include "support/zv_base.h"
 
-const HostUnits kHostUnits = zvIsBigEndian() ? HostUnits{819, 1201, 12001}
-                                             : HostUnits{819, 1200, 12000};
+const HostUnits kHostUnits =
+    zvIsBigEndian() ? HostUnits{819, 1201, 12001} : HostUnits{819, 1200, 12000};
 
 namespace {
 
@@ -38,10 +38,9 @@ bool keepsAscii(int from, int to, std::size_t unitBytes, bool isReading) {
   settings.to = to;
   StreamConverter stream;
   DataBuffer text;
-  const bool isConverted =
-      stream.begin(settings) == StreamStatus::kGood &&
-      stream.push(reinterpret_cast<const unsigned char*>(source.data()), source.size(), text) ==
-          StreamStatus::kGood;
+  const bool isConverted = stream.begin(settings) == StreamStatus::kGood &&
+                           stream.push(reinterpret_cast<const unsigned char*>(source.data()),
+                                       source.size(), text) == StreamStatus::kGood;
   const std::string_view found(reinterpret_cast<const char*>(text.getData2()), text.getSize());
   return isConverted && found == (isReading ? units : ascii);
 }

@@ -34,7 +34,8 @@ class CallErrors {
     m_object.reset(object);
   }
 
-  // Asks the handler. False, with an exception, when it raised one or gave nothing that can be used.
+  // Asks the handler. False, with an exception, when it raised one or gave nothing that can be
+  // used.
   bool handleDecoding(std::size_t start, std::size_t end, const char* reason, Handled& handled);
   bool handleEncoding(std::size_t start, std::size_t end, const char* reason, Handled& handled);
   // Raises the exception that the handler was asked about last.

@@ -53,10 +53,9 @@ nb::tuple detect(nb::handle data, bool isBeginning) {
   }
   nb::list candidates;
   for (const encconv::Candidate& candidate : found.candidates) {
-    candidates.append(nb::make_tuple(candidate.code_page, text(candidate.name),
-                                     candidate.confidence,
-                                     kEvidence[static_cast<int>(candidate.evidence)],
-                                     text(candidate.reason)));
+    candidates.append(
+        nb::make_tuple(candidate.code_page, text(candidate.name), candidate.confidence,
+                       kEvidence[static_cast<int>(candidate.evidence)], text(candidate.reason)));
   }
   return nb::make_tuple(kKinds[static_cast<int>(found.kind)], nb::tuple(candidates),
                         text(found.reason));
@@ -76,7 +75,7 @@ class Problems final : public StreamErrorHandler {
   nb::tuple asTuple() const {
     nb::list all;
     for (const StreamError& error : m_errors) {
-      const char* const kind = error.kind == StreamErrorKind::kMalformed  ? "malformed"
+      const char* const kind = error.kind == StreamErrorKind::kMalformed ? "malformed"
                                : error.kind == StreamErrorKind::kNoPlace ? "unencodable"
                                                                          : "approximated";
       const bool isCharacter = error.codePoint >= 0;

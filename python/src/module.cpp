@@ -2,6 +2,7 @@
 #include <nanobind/nanobind.h>
 
 #include "encconv/encconv.h"
+#include "python/src/arrow_conversion.h"
 #include "python/src/codec_functions.h"
 #include "python/src/inspection.h"
 
@@ -9,4 +10,5 @@ NB_MODULE(_native, module) {
   module.attr("version") = nanobind::str(encconv::version().data(), encconv::version().size());
   if (!addCodecFunctions(module.ptr())) throw nanobind::python_error();
   addInspection(module);
+  addArrowConversion(module);
 }

@@ -24,15 +24,15 @@ PyObject* numberOfPlace(const EncodingEntry& entry, const StreamPlace& place) {
   const bool isBegun = place.hasBegun && (entry.hasMark || entry.row->writesMark);
   const CodecState& state = place.state;
   unsigned char bytes[kBytes] = {};
-  bytes[0] = static_cast<unsigned char>((isBegun ? kBegun : 0) |
-                                        (place.isOtherOrder ? kOtherOrder : 0) |
-                                        (state.shiftedOut ? kShiftedOut : 0) |
-                                        (state.headerWritten ? kHeaderWritten : 0));
+  bytes[0] = static_cast<unsigned char>(
+      (isBegun ? kBegun : 0) | (place.isOtherOrder ? kOtherOrder : 0) |
+      (state.shiftedOut ? kShiftedOut : 0) | (state.headerWritten ? kHeaderWritten : 0));
   bytes[1] = state.set;
   bytes[2] = state.bitCount;
   store(state.bits, bytes + 4);
   store(place.repeated, bytes + 8);
-  for (std::size_t i = 0; i < state.windows.size(); ++i) store(state.windows[i], bytes + 12 + 4 * i);
+  for (std::size_t i = 0; i < state.windows.size(); ++i)
+    store(state.windows[i], bytes + 12 + 4 * i);
   std::size_t count = kBytes;
   while (count != 0 && bytes[count - 1] == 0) --count;
   if (count == 0) return PyLong_FromLong(0);

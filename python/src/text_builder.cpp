@@ -135,13 +135,14 @@ bool TextBuilder::widen(Width width, std::size_t more) {
 // Takes the units of a block over into the str, as narrow as they may be.
 bool TextBuilder::takeBlock(const unsigned char* bytes, std::size_t count) {
   const auto* const units = reinterpret_cast<const std::uint16_t*>(bytes);
-  const bool isWide = m_width == kScalars || m_half != 0 ||
-                      (m_mayHavePairs && hasSurrogate(units, count));
+  const bool isWide =
+      m_width == kScalars || m_half != 0 || (m_mayHavePairs && hasSurrogate(units, count));
   if (isWide) {
     if (!widen(kScalars, count + 1)) return false;
     bool hasLone = false;
     auto* const to = reinterpret_cast<Py_UCS4*>(place(m_size));
-    m_size += static_cast<std::size_t>(joinPairs(units, count, to, m_half, m_hasWide, hasLone) - to);
+    m_size +=
+        static_cast<std::size_t>(joinPairs(units, count, to, m_half, m_hasWide, hasLone) - to);
     m_mayBeTooWide = m_mayBeTooWide || hasLone;
     return true;
   }
@@ -208,7 +209,7 @@ bool TextBuilder::append(PyObject* text) {
   const auto count = static_cast<std::size_t>(PyUnicode_GET_LENGTH(text));
   if (count == 0) return true;
   const int kind = PyUnicode_KIND(text);
-  const Width width = PyUnicode_IS_ASCII(text)      ? kAscii
+  const Width width = PyUnicode_IS_ASCII(text)       ? kAscii
                       : kind == PyUnicode_1BYTE_KIND ? kLatin1
                       : kind == PyUnicode_2BYTE_KIND ? kUnits
                                                      : kScalars;
@@ -242,7 +243,8 @@ PyObject* TextBuilder::finish() {
     m_mayBeTooWide = true;
   }
   if (m_text == nullptr || m_size == 0) return PyUnicode_New(0, 0);
-  if (m_mayBeTooWide) return PyUnicode_FromKindAndData(PyUnicode_KIND(m_text), place(0), pySize(m_size));
+  if (m_mayBeTooWide)
+    return PyUnicode_FromKindAndData(PyUnicode_KIND(m_text), place(0), pySize(m_size));
   if (m_size != m_capacity && PyUnicode_Resize(&m_text, pySize(m_size)) != 0) return nullptr;
   PyObject* const text = m_text;
   m_text = nullptr;

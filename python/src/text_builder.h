@@ -49,9 +49,9 @@ class TextBuilder final : public Output {
   ReleasedLock* m_lock;
   Width m_width = kAscii;
   bool m_mayHavePairs;
-  bool m_hasWide = false;       // a character above U+FFFF
-  bool m_mayBeTooWide = false;  // something was taken away, or surrogates stand alone
-  std::uint16_t m_half = 0;     // an upper half that waits for its lower one
+  bool m_hasWide = false;            // a character above U+FFFF
+  bool m_mayBeTooWide = false;       // something was taken away, or surrogates stand alone
+  std::uint16_t m_half = 0;          // an upper half that waits for its lower one
   unsigned char* m_begin = nullptr;  // of the window
   alignas(32) unsigned char m_block[kBlockBytes];
 };
