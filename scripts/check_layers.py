@@ -28,7 +28,8 @@ LAYERS = [
     ("include", ["include/encconv/"], []),
     ("interface", ["interface/"], ["include", "support", "codecs", "engine", "stream", "detect"]),
     ("apps", ["apps/"], ["include", "support", "names", "engine", "stream", "detect"]),
-    ("python", ["python/"], ["include", "support", "codecs", "engine", "stream", "interface"]),
+    ("python", ["python/"], ["include", "support", "kernel tables", "kernels", "codecs", "engine", "stream",
+                             "interface"]),
     ("tools", ["tools/"], ["support", "codecs", "engine"]),
     ("examples", ["examples/"], ["include"]),
 ]

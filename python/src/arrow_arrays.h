@@ -129,11 +129,11 @@ struct ArrowMemory {
 
   std::int64_t length = 0;
   std::int64_t nullCount = 0;
-  std::vector<std::uint8_t> validity;       // empty where nothing is null
-  std::vector<std::int32_t> offsets;        // of kOffsets
-  std::vector<std::int64_t> largeOffsets;   // of kLargeOffsets
-  std::vector<std::uint8_t> views;          // of kViews, 16 bytes each
-  std::vector<Block> blocks;                // the bytes
+  std::vector<std::uint8_t> validity;      // empty where nothing is null
+  std::vector<std::int32_t> offsets;       // of kOffsets
+  std::vector<std::int64_t> largeOffsets;  // of kLargeOffsets
+  std::vector<std::uint8_t> views;         // of kViews, 16 bytes each
+  std::vector<Block> blocks;               // the bytes
   std::vector<std::int64_t> blockSizes;
 };
 

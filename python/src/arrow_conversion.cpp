@@ -99,8 +99,7 @@ bool ColumnConversion::putClean(const ArrowValue& value, BlockOutput& out) {
     const bool isWhole = m_plan->whole != nullptr && value.size != 0 && out.room() >= needed &&
                          !m_plan->mayBeginWithMark(value.data, value.size);
     if (isWhole) {
-      unsigned char* const end =
-          m_plan->whole(*m_plan, value.data, value.size, out.next, out.end);
+      unsigned char* const end = m_plan->whole(*m_plan, value.data, value.size, out.next, out.end);
       if (end != nullptr) {
         out.next = end;
         return true;
@@ -108,7 +107,8 @@ bool ColumnConversion::putClean(const ArrowValue& value, BlockOutput& out) {
     }
   }
   // U+FEFF in front of a str is a character of it.
-  const bool isMark = !m_isDecoding && value.size >= 3 && std::memcmp(value.data, "\xEF\xBB\xBF", 3) == 0;
+  const bool isMark =
+      !m_isDecoding && value.size >= 3 && std::memcmp(value.data, "\xEF\xBB\xBF", 3) == 0;
   if (isMark) return false;
   m_isApproximated = false;
   const StreamStatus status = m_stream.begin(m_settings) == StreamStatus::kGood
@@ -143,9 +143,9 @@ void ColumnConversion::putByString(const ArrowValue& value, BlockOutput& out) {
     PyObject *type = nullptr, *exception = nullptr, *trace = nullptr;
     PyErr_Fetch(&type, &exception, &trace);
     PyErr_NormalizeException(&type, &exception, &trace);
-    const Reference noted(PyObject_CallMethod(exception, "add_note", "N",
-                                              PyUnicode_FromFormat("value %lld of the array",
-                                                                   static_cast<long long>(m_row))));
+    const Reference noted(PyObject_CallMethod(
+        exception, "add_note", "N",
+        PyUnicode_FromFormat("value %lld of the array", static_cast<long long>(m_row))));
     if (noted == nullptr) PyErr_Clear();
     PyErr_Restore(type, exception, trace);
     throw nb::python_error();

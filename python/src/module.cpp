@@ -5,10 +5,12 @@
 #include "python/src/arrow_conversion.h"
 #include "python/src/codec_functions.h"
 #include "python/src/inspection.h"
+#include "python/src/records.h"
 
 NB_MODULE(_native, module) {
   module.attr("version") = nanobind::str(encconv::version().data(), encconv::version().size());
   if (!addCodecFunctions(module.ptr())) throw nanobind::python_error();
   addInspection(module);
   addArrowConversion(module);
+  addRecords(module);
 }
