@@ -57,6 +57,7 @@ class Decoding {
 
  private:
   enum class Step : unsigned char { kEnd, kError, kFailure };
+  bool takeNarrow();
   Step convertSegment();
   bool treatError(BorrowedStream& stream);
   bool repeatSegment(std::size_t end);
@@ -173,17 +174,41 @@ bool Decoding::treatError(BorrowedStream& stream) {
   return m_text.append(handled.replacement.get());
 }
 
-PyObject* Decoding::run() {
+// Takes what is ASCII in front, or in tables of single bytes Latin-1, which need no UTF-16. False
+// when memory is short.
+bool Decoding::takeNarrow() {
   constexpr std::size_t kWorthwhile = 1024;
-  const bool isBeginning = m_entry.readsAscii && m_size >= kWorthwhile;
-  const std::size_t ascii = isBeginning ? countAscii(m_data, m_size) : 0;
-  if (ascii >= kWorthwhile) {
-    if (!m_text.appendAscii(m_data, ascii)) {
-      m_lock.takeBack();
-      return nullptr;
+  if (m_size < kWorthwhile) return true;
+  if (m_entry.readsAscii) {
+    const std::size_t ascii = countAscii(m_data, m_size);
+    if (ascii >= kWorthwhile) {
+      if (!m_text.appendLatin1(m_data, ascii, true)) return false;
+      m_begin = ascii;
     }
-    m_begin = ascii;
-    m_call.place.hasBegun = true;
+  }
+  const fast::Plan* const plan = m_entry.readingLatin1;
+  if (plan != nullptr && plan->direct != nullptr) {
+    unsigned char block[16 * 1024];
+    while (m_begin < m_size) {
+      const fast::KernelResult r =
+          plan->direct(*plan, m_data + m_begin, m_data + m_size, block, block + sizeof block);
+      const auto count = static_cast<std::size_t>(r.out - block);
+      // A str that soon has to become wider is not begun.
+      if (m_begin == 0 && count < kWorthwhile) break;
+      if (!m_text.appendLatin1(block, count)) return false;
+      m_begin = static_cast<std::size_t>(r.in - m_data);
+      if (sizeof block - count >= fast::kKernelSlack) break;
+    }
+  }
+  m_call.place.hasBegun = m_call.place.hasBegun || m_begin != 0;
+  return true;
+}
+
+PyObject* Decoding::run() {
+  if (!takeNarrow()) {
+    m_lock.takeBack();
+    failMemory();
+    return nullptr;
   }
   while (true) {
     const Step step = convertSegment();

@@ -110,6 +110,10 @@ std::vector<std::unique_ptr<StreamConverter>>& idleStreams() {
 bool EncodingEntry::openReadingFirst() {
   reading = fast::openPlan(codePage, kHostUnits.utf16, fast::Reader::kStream);
   if (reading == nullptr) PyErr_NoMemory();
+  const bool isTable = isSingleByte && isStateless && codePage != kHostUnits.bytes;
+  if (reading != nullptr && isTable && reading->decoding.form == EncodingForm::kSingleByte) {
+    readingLatin1 = fast::openPlan(codePage, kHostUnits.bytes, fast::Reader::kStream);
+  }
   return reading != nullptr;
 }
 

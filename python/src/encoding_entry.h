@@ -26,9 +26,10 @@ struct EncodingEntry {
   bool writesAscii = false;   // and the other way round; known once it was opened for writing
   bool mayHavePairs = false;  // text may have characters above U+FFFF
   bool hasMark = false;       // text may begin with a byte order mark
-  const fast::Plan* reading = nullptr;   // to UTF-16; null before the first use
-  const fast::Plan* writing1 = nullptr;  // from Latin-1
-  const fast::Plan* writing2 = nullptr;  // from UTF-16
+  const fast::Plan* reading = nullptr;        // to UTF-16; null before the first use
+  const fast::Plan* readingLatin1 = nullptr;  // to Latin-1, of a table of single bytes
+  const fast::Plan* writing1 = nullptr;       // from Latin-1
+  const fast::Plan* writing2 = nullptr;       // from UTF-16
 
   // False, with an exception, when the encoding cannot be read or written, or memory is short.
   bool openReading() { return reading != nullptr || openReadingFirst(); }

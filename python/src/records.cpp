@@ -83,10 +83,10 @@ class Writer {
   nb::bytes write(const nb::bytes& record) {
     std::string output;
     if (!m_writer.write(viewOf(record), output)) {
-      throw nb::value_error(("the record is too long, or cannot be filled: " +
-                             std::to_string(record.size()) + " bytes, at most " +
-                             std::to_string(m_format.max_length()))
-                                .c_str());
+      throw nb::value_error(
+          ("the record is too long, or cannot be filled: " + std::to_string(record.size()) +
+           " bytes, at most " + std::to_string(m_format.max_length()))
+              .c_str());
     }
     return bytesOf(output);
   }
@@ -152,7 +152,8 @@ class Decoder {
       : m_layout(layoutOf(layout)),
         m_decoder(m_layout, optionsOf(encoding, onError, trim, format)) {
     if (!m_decoder.error().empty()) throw nb::value_error(m_decoder.error().c_str());
-    m_decoder.on_problem([this](const encconv::RecordProblem& problem) { m_problems.add(problem); });
+    m_decoder.on_problem(
+        [this](const encconv::RecordProblem& problem) { m_problems.add(problem); });
   }
 
   // (values, problems); values are None where a problem ended the record.
@@ -183,7 +184,8 @@ class Encoder {
           const std::string& format)
       : m_encoder(layoutOf(layout), optionsOf(encoding, onError, false, format)) {
     if (!m_encoder.error().empty()) throw nb::value_error(m_encoder.error().c_str());
-    m_encoder.on_problem([this](const encconv::RecordProblem& problem) { m_problems.add(problem); });
+    m_encoder.on_problem(
+        [this](const encconv::RecordProblem& problem) { m_problems.add(problem); });
   }
 
   // (record, problems); the record is None where a problem ended it.

@@ -220,9 +220,19 @@ bool TextBuilder::append(PyObject* text) {
   return true;
 }
 
-bool TextBuilder::appendAscii(const unsigned char* bytes, std::size_t count) {
-  if (!widen(kAscii, count)) return false;
-  std::memcpy(place(m_size), bytes, count);
+bool TextBuilder::appendLatin1(const unsigned char* bytes, std::size_t count, bool isAscii) {
+  unsigned char bits = 0;
+  if (!isAscii && m_width == kAscii) {
+    for (std::size_t i = 0; i < count; ++i) bits |= bytes[i];
+  }
+  if (!widen(bits < 0x80 ? kAscii : kLatin1, count)) return false;
+  if (m_width <= kLatin1) {
+    std::memcpy(place(m_size), bytes, count);
+  } else if (m_width == kUnits) {
+    copyWidened<Py_UCS2, Py_UCS1>(bytes, count, place(m_size));
+  } else {
+    copyWidened<Py_UCS4, Py_UCS1>(bytes, count, place(m_size));
+  }
   m_size += count;
   return true;
 }

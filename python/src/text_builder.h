@@ -25,8 +25,8 @@ class TextBuilder final : public Output {
   bool flush();
   // To be called when all is taken over, and with the lock.
   bool append(PyObject* text);
-  // Bytes below 80.
-  bool appendAscii(const unsigned char* bytes, std::size_t count);
+  // Bytes that are characters of Latin-1; of ASCII, where that is known of all of them.
+  bool appendLatin1(const unsigned char* bytes, std::size_t count, bool isAscii = false);
   std::size_t size() const { return m_size; }
   void truncate(std::size_t size);
   // The str; null with an exception. Nothing may be done with the object afterwards.

@@ -11,10 +11,24 @@ import pytest
 HERE = pathlib.Path(__file__).parent
 
 
-@pytest.mark.parametrize("name", ["encconv", "encconv._codecs", "encconv._conversion"])
+MODULES = ["encconv", "encconv._codecs", "encconv._conversion", "encconv.arrow", "encconv.records"]
+
+
+@pytest.mark.parametrize("name", MODULES)
 def test_docstrings(name):
+    if name == "encconv.arrow":
+        pytest.importorskip("pyarrow")
     result = doctest.testmod(importlib.import_module(name))
     assert result.attempted > 0
+    assert result.failed == 0
+
+
+def test_recipes_of_the_guide():
+    for library in ("pyarrow", "pandas", "polars", "duckdb"):
+        pytest.importorskip(library)
+    guide = HERE.parents[1] / "docs" / "python.md"
+    result = doctest.testfile(str(guide), module_relative=False, encoding="utf-8")
+    assert result.attempted > 30
     assert result.failed == 0
 
 
