@@ -123,6 +123,10 @@ class BlockOutput final : public Output {
   // Nothing waits to be written.
   bool flush() { return true; }
 
+  std::size_t written() const { return static_cast<std::size_t>(next - m_block); }
+  // Takes back what was written behind a size.
+  void truncate(std::size_t size) { next = m_block + size; }
+
   // The block with what was written, for the caller to free; null for nothing.
   unsigned char* release(std::size_t& size) {
     size = static_cast<std::size_t>(next - m_block);

@@ -29,6 +29,8 @@ LAYERS = [
     ("interface", ["interface/"], ["include", "support", "codecs", "engine", "stream", "detect"]),
     ("iconv", ["iconv/"], ["include", "support", "codecs", "engine"]),
     ("apps", ["apps/"], ["include", "support", "names", "engine", "stream", "detect"]),
+    ("python", ["python/"], ["include", "support", "kernel tables", "kernels", "codecs", "engine", "stream",
+                             "interface"]),
     ("tools", ["tools/"], ["support", "codecs", "engine"]),
     ("examples", ["examples/"], ["include"]),
 ]

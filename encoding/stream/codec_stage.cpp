@@ -67,6 +67,9 @@ class CodecStage final : public SourceStage {
     return {walk.offset, byte - walk.firstByte};
   }
 
+  CodecState state() const override { return m_state; }
+  void resume(const CodecState& state) override { m_state = state; }
+
  private:
   // Of UTF-16, a unit, a pair, or what was composed.
   SourcePlace locateUnits(std::uint32_t byte, std::uint32_t length) {

@@ -50,6 +50,14 @@ class CodecTarget {
   // of this object.
   bool leave(Output& out);
 
+  // What the encoding carries in front of what waits; and the place of that, null where nothing
+  // waits.
+  const CodecState& state() const { return m_state; }
+  const StreamError* firstWaiting() const {
+    return m_waitingPlaces.isEmpty() ? nullptr : m_waitingPlaces.data();
+  }
+  void resume(const CodecState& state) { m_state = state; }
+
   // Whether a text can be written from the beginning to the end. Changes no state. False when
   // memory is short.
   bool holds(const unsigned char* bytes, std::uint32_t count, bool& fits) const;

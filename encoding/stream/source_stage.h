@@ -53,6 +53,11 @@ class SourceStage {
   // Takes the text from a byte on back, as if it had not been read.
   virtual TakenBack giveBack(std::uint32_t byte) = 0;
 
+  // What the encoding carries in front of the data that was not used. Stages whose data alone says
+  // what it means carry nothing.
+  virtual CodecState state() const { return {}; }
+  virtual void resume(const CodecState& /*state*/) {}
+
   // How much data a call of read() may need to see.
   virtual std::uint32_t reach() const { return kBlock; }
 

@@ -135,6 +135,32 @@ bool StreamConverter::Core::openComposer() {
   return true;
 }
 
+StreamStatus StreamConverter::Core::resume(const StreamPlace& place) {
+  m_hasBegun = place.hasBegun;
+  if (m_plan == nullptr) return m_status;
+  if (place.isOtherOrder) m_status = open(otherByteOrder(*m_plan->source));
+  if (m_status != StreamStatus::kGood) return m_status;
+  m_repeated = place.repeated;
+  if (m_stage != nullptr) m_stage->resume(place.state);
+  if (m_target) m_target->resume(place.state);
+  return m_status;
+}
+
+StreamPlace StreamConverter::Core::place() const {
+  StreamPlace place;
+  place.settled = m_offset;
+  place.hasBegun = m_hasBegun;
+  place.isOtherOrder = m_plan != nullptr && m_plan->source->number != m_settings.from;
+  place.repeated = m_repeated;
+  if (m_stage != nullptr) place.state = m_stage->state();
+  if (!m_target) return place;
+  place.state = m_target->state();
+  if (const StreamError* const waiting = m_target->firstWaiting()) {
+    place.settled = std::min(place.settled, waiting->offset);
+  }
+  return place;
+}
+
 // Whether more of the stream must be seen to tell how it begins.
 bool StreamConverter::Core::isUndecided(std::string_view head, bool last) const {
   if (last) return false;
@@ -280,6 +306,17 @@ StreamStatus StreamConverter::begin(const StreamSettings& settings) {
   }
   m_isOpen = m_status == StreamStatus::kGood;
   return m_status;
+}
+
+StreamStatus StreamConverter::begin(const StreamSettings& settings, const StreamPlace& place) {
+  if (begin(settings) != StreamStatus::kGood) return m_status;
+  m_status = m_core->resume(place);
+  m_isOpen = m_status == StreamStatus::kGood;
+  return m_status;
+}
+
+StreamPlace StreamConverter::place() const {
+  return m_core == nullptr ? StreamPlace() : m_core->place();
 }
 
 StreamStatus StreamConverter::push(const unsigned char* data, std::size_t length, Output& out) {

@@ -134,6 +134,8 @@ enum class StreamStatus : unsigned char {
 //
 // Keeps less than 8 MiB, whatever the stream; out is the caller's to empty, or a StreamDrain's. One
 // thread uses an object at a time; separate objects may run on separate threads. Nothing throws.
+struct StreamPlace;
+
 class StreamConverter {
  public:
   StreamConverter();
@@ -144,6 +146,11 @@ class StreamConverter {
   // Starts a stream; what an earlier one left behind is forgotten, but memory that it had is used
   // again. kGood, or why the settings cannot be served; nothing is written then.
   StreamStatus begin(const StreamSettings& settings);
+  // Starts one in the middle of a text, at a place that another stream with such settings told.
+  // Offsets and lines count from here.
+  StreamStatus begin(const StreamSettings& settings, const StreamPlace& place);
+  // Where the stream stands between two pieces; stream_place.h says more.
+  StreamPlace place() const;
 
   // Converts the next length bytes of the source, and appends to out, which keeps what it held.
   // A few bytes at the end may wait for the next piece. Any status but kGood ends the stream; the

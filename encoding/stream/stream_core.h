@@ -15,6 +15,7 @@
 #include "encoding/stream/codec_target.h"
 #include "encoding/stream/source_stage.h"
 #include "encoding/stream/stream_converter.h"
+#include "encoding/stream/stream_place.h"
 #include "encoding/stream/treatments.h"
 
 inline std::size_t bytesBetween(const unsigned char* begin, const unsigned char* end) {
@@ -28,6 +29,9 @@ class StreamConverter::Core final : private CodecTarget::Client {
  public:
   // Starts a stream, and forgets an earlier one; what was allocated for that is used again.
   StreamStatus begin(const StreamSettings& settings);
+  // Goes on from a place, after begin().
+  StreamStatus resume(const StreamPlace& place);
+  StreamPlace place() const;
   // Converts the next bytes; last: nothing follows them.
   StreamStatus push(const unsigned char* data, std::size_t length, bool last, Output& out);
 

