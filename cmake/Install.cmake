@@ -12,6 +12,15 @@ if(TARGET encconv_shared)
     NAMELINK_COMPONENT development)
 endif()
 
+if(TARGET encconv_iconv_shared)
+  install(TARGETS encconv_iconv_shared
+    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT iconv_library)
+  install(TARGETS encconv_iconv_static
+    ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development)
+  install(FILES include/encconv/iconv.h
+    DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/encconv COMPONENT development)
+endif()
+
 install(FILES
   include/encconv/encconv.h
   include/encconv/encconv_c.h

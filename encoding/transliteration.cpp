@@ -4,7 +4,6 @@
 #include <array>
 
 #include "encoding/transliteration_texts.h"
-#include "support/utf.h"
 
 namespace fast {
 namespace {
@@ -21,55 +20,50 @@ constexpr std::uint32_t readUtf8(const unsigned char* p) {
   return p[0] < 0xF0 ? three : (three & 0x7FFFu) << 6 | (p[3] & 0x3Fu);
 }
 
-// The form of a character in UTF-8.
-struct Key {
-  unsigned char bytes[4];
-  std::size_t length;
+// The character that begins a record.
+constexpr std::uint32_t characterAt(std::size_t record) {
+  unsigned char form[4] = {};
+  for (std::size_t i = 0; i < 4; ++i) form[i] = static_cast<unsigned char>(kTexts[record + i]);
+  return readUtf8(form);
+}
 
-  explicit Key(std::uint32_t scalar)
-      : length(static_cast<std::size_t>(writeUtf8(bytes, scalar) - bytes)) {}
-  std::string_view text() const { return {reinterpret_cast<const char*>(bytes), length}; }
+constexpr std::size_t behind(std::size_t record) { return kTexts.find(kEnd, record) + 1; }
+
+constexpr std::size_t kRecords =
+    static_cast<std::size_t>(std::count(kTexts.begin(), kTexts.end(), kEnd));
+
+// Where records are, in their order; and in which of 256 characters each the first of them are, of
+// which those from kLastPage on are together.
+constexpr std::uint32_t kPageBits = 8, kLastPage = 0x300;
+struct Index {
+  std::array<std::uint16_t, kRecords> places{};
+  std::array<std::uint16_t, kLastPage + 2> pages{};
 };
 
-// Where the records of 256 characters each begin; those from kLastPage on are together.
-constexpr std::uint32_t kPageBits = 8, kLastPage = 0x300;
-using Pages = std::array<std::uint16_t, kLastPage + 2>;
-
-constexpr Pages findPages() {
+constexpr Index makeIndex() {
   static_assert(kTexts.size() <= 0xFFFF);
-  Pages pages{};
+  Index index;
   std::uint32_t page = 0;
-  for (std::size_t record = 0; record < kTexts.size(); record = kTexts.find(kEnd, record) + 1) {
-    unsigned char lead[4] = {};
-    for (std::size_t i = 0; i < 4; ++i) lead[i] = static_cast<unsigned char>(kTexts[record + i]);
-    const std::uint32_t own = std::min(readUtf8(lead) >> kPageBits, kLastPage);
-    while (page < own) pages[++page] = static_cast<std::uint16_t>(record);
+  std::size_t record = 0;
+  for (std::size_t i = 0; i < kRecords; ++i, record = behind(record)) {
+    const std::uint32_t own = std::min(characterAt(record) >> kPageBits, kLastPage);
+    while (page < own) index.pages[++page] = static_cast<std::uint16_t>(i);
+    index.places[i] = static_cast<std::uint16_t>(record);
   }
-  while (page < kLastPage + 1) pages[++page] = static_cast<std::uint16_t>(kTexts.size());
-  return pages;
+  while (page <= kLastPage) index.pages[++page] = static_cast<std::uint16_t>(kRecords);
+  return index;
 }
-constexpr Pages kPages = findPages();
+constexpr Index kIndex = makeIndex();
 
 // Where the candidates of a character are in kTexts; npos where it has none.
 std::size_t findCandidates(std::uint32_t scalar) {
-  const Key key(scalar);
   const std::uint32_t page = std::min(scalar >> kPageBits, kLastPage);
-  // Records begin at low and at high, and so does the wanted one at some place from low on, below
-  // high. UTF-8 has the order of the characters.
-  std::size_t low = kPages[page], high = kPages[page + 1];
-  while (low < high) {
-    const std::size_t middle = low + (high - low) / 2;
-    std::size_t record = middle;
-    while (record != low && kTexts[record - 1] != kEnd) --record;
-    const int order = kTexts.compare(record, key.length, key.text());
-    if (order == 0) return record + key.length;
-    if (order < 0) {
-      low = kTexts.find(kEnd, middle) + 1;
-    } else {
-      high = record;
-    }
-  }
-  return kTexts.npos;
+  const auto* const begin = kIndex.places.data() + kIndex.pages[page];
+  const auto* const end = kIndex.places.data() + kIndex.pages[page + 1];
+  const auto* const found = std::ranges::lower_bound(begin, end, scalar, {}, characterAt);
+  if (found == end || characterAt(*found) != scalar) return kTexts.npos;
+  const std::size_t length = scalar < 0x800 ? 2 : scalar < 0x10000 ? 3 : 4;
+  return *found + length;
 }
 
 }  // namespace

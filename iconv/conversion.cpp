@@ -117,7 +117,7 @@ void Conversion::takeClean(Place& place) {
 }
 
 // Between encodings without codecs.
-void Conversion::takePlain(Place& place) const {
+void Conversion::takePlain(Place& place) {
   const fast::Plan& plan = *m_plan;
   const std::size_t length = place.left();
   if (length <= fast::kShortBytes && plan.whole != nullptr) {
@@ -141,7 +141,7 @@ void Conversion::takePlain(Place& place) const {
     }
   }
   if (length <= fast::kShortBytes && plan.whole == nullptr && takeShort(place, length)) return;
-  if (place.room() >= kKernelSlack) takeByPump(place, length);
+  takePlainWindows(place);
   // In the rest of the room, less and less at a time.
   std::size_t part = std::min<std::size_t>({place.left(), place.room(), kKernelSlack});
   while (part >= 8 && place.room() < kKernelSlack) {
@@ -185,6 +185,24 @@ bool Conversion::takeShort(Place& place, std::size_t length) const {
   place.in = end;
   place.out += size;
   return true;
+}
+
+// Converts up to what is not clean, or up to where fewer than kKernelSlack bytes of room are left.
+// The pump decodes what is behind its stop in vain, so windows are small where much is not clean.
+void Conversion::takePlainWindows(Place& place) {
+  constexpr std::size_t kLongestCharacter = 6;
+  while (place.left() != 0 && place.room() >= kKernelSlack) {
+    const unsigned char* const begin = place.in;
+    const std::size_t length = std::min<std::size_t>(place.left(), m_plainWindow);
+    takeByPump(place, length);
+    const std::size_t rest = length - static_cast<std::size_t>(place.in - begin);
+    const bool isClean = rest < kLongestCharacter && place.in != begin;
+    if (!isClean && place.room() >= kKernelSlack) {
+      m_plainWindow = std::max(m_plainWindow / 4, kLeastPlainWindow);
+      return;
+    }
+    m_plainWindow = std::min(m_plainWindow * 4, kLargestPlainWindow);
+  }
 }
 
 // Converts up to what is not clean, or up to where fewer than kKernelSlack bytes are left.

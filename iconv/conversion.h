@@ -75,7 +75,8 @@ class Conversion {
   Status beginSource(Place& place);
   Status writeMark(Place& place);
   void takeClean(Place& place);
-  void takePlain(Place& place) const;
+  void takePlain(Place& place);
+  void takePlainWindows(Place& place);
   bool takeShort(Place& place, std::size_t length) const;
   void takeByPump(Place& place, std::size_t length) const;
   bool takeWindow(Place& place, std::size_t length);
@@ -104,6 +105,7 @@ class Conversion {
   const fast::Plan* m_plan;  // that of the route, or that of the other byte order, as a mark says
   CodecState m_reading;
   CodecState m_writing;
+  std::uint32_t m_plainWindow = kLargestPlainWindow;  // the same where none are
   std::uint16_t m_window = kFirstWindow;  // how much is tried at once where codecs are concerned
   std::uint8_t m_steps = 0;               // characters to take before it is tried again
   std::uint8_t m_heldBytes = 0;
@@ -117,6 +119,8 @@ class Conversion {
   static constexpr std::size_t kMostWaiting = 16;
   unsigned char m_waiting[kMostWaiting];
 
+  static constexpr std::uint32_t kLeastPlainWindow = 32;
+  static constexpr std::uint32_t kLargestPlainWindow = 64 * 1024;
   static constexpr std::uint16_t kFirstWindow = 256;
   static constexpr std::uint16_t kLargestWindow = 1024;
   static constexpr std::uint16_t kLeastWindow = 16;

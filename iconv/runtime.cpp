@@ -5,6 +5,8 @@
 #include <cstdlib>
 #include <new>
 
+#include "encoding/kernels/cpu_dispatch.h"
+
 namespace std {
 const nothrow_t nothrow{};
 // Texts are cut at places that were found in them.
@@ -45,3 +47,9 @@ void operator delete(void* memory, std::align_val_t /*alignment*/,
 }
 
 extern "C" void __cxa_pure_virtual() { std::abort(); }
+
+// The library is compiled without guards for what functions keep; the one thing that is kept so is
+// made before there are threads.
+namespace {
+[[gnu::constructor]] void chooseKernels() { fast::kernels(); }
+}  // namespace

@@ -27,7 +27,7 @@ LAYERS = [
     ("detect", ["encoding/detect/"], ["support", "codecs", "engine", "stream"]),
     ("include", ["include/encconv/"], []),
     ("interface", ["interface/"], ["include", "support", "codecs", "engine", "stream", "detect"]),
-    ("iconv", ["iconv/"], ["include", "support", "codecs", "engine"]),
+    ("iconv", ["iconv/"], ["include", "support", "kernels", "codecs", "engine"]),
     ("apps", ["apps/"], ["include", "support", "names", "engine", "stream", "detect"]),
     ("python", ["python/"], ["include", "support", "kernel tables", "kernels", "codecs", "engine", "stream",
                              "interface"]),

@@ -24,8 +24,8 @@ python="$build ccache python3 python3-dev python3-venv libpython3.11-testsuite"
 cross="g++-s390x-linux-gnu qemu-user googletest"
 peers="python3 icu-devtools locales default-jdk-headless perl nkf yaz libmarc-charset-perl
        python3-webencodings chromium"
-all="$package $test $check $docs $fuzz $python ccache clang-tidy cppcheck libbenchmark-dev libicu-dev
-     gcovr valgrind nkf bzip2 locales python3"
+all="$package $test $check $iconv $docs $fuzz $python ccache clang-tidy cppcheck libbenchmark-dev
+     libicu-dev gcovr valgrind nkf bzip2 locales python3"
 
 wanted=""
 for group in "${@:-build}"; do

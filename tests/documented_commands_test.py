@@ -20,7 +20,8 @@ DATA = PROJECT / "tests" / "data"
 # What the blocks hold besides commands of the tool, by how it begins.
 INSTALLS = ("scripts/", "cmake ", "sudo ", "(cd build/")  # needs a network, or other rights
 # The program that README.md builds, which tests/consumer/run.sh builds too; results and messages.
-NOT_COMMANDS = ("#include ", "int main() ", "c++ ", "encconv::", "encconv: ", "(code page ", "(00 ")
+NOT_COMMANDS = ("#include ", "int main() ", "c++ ", "encconv::", "encconv: ", "(code page ", "(00 ",
+                "LD_PRELOAD=", "COPY ", "ENV ")  # with other programs
 
 
 def sample(name):

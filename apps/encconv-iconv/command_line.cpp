@@ -76,15 +76,19 @@ void sayHowToAsk() {
 
 enum LongOption : int { kVerbose = 256, kUsage, kHelpOption };
 
-constexpr option kLongOptions[] = {
-    {"from-code", required_argument, nullptr, 'f'}, {"to-code", required_argument, nullptr, 't'},
-    {"list", no_argument, nullptr, 'l'},            {"output", required_argument, nullptr, 'o'},
-    {"silent", no_argument, nullptr, 's'},          {"verbose", no_argument, nullptr, kVerbose},
-    {"help", no_argument, nullptr, kHelpOption},            {"usage", no_argument, nullptr, kUsage},
-    {"version", no_argument, nullptr, 'V'},         {nullptr, 0, nullptr, 0}};
+constexpr option kLongOptions[] = {{"from-code", required_argument, nullptr, 'f'},
+                                   {"to-code", required_argument, nullptr, 't'},
+                                   {"list", no_argument, nullptr, 'l'},
+                                   {"output", required_argument, nullptr, 'o'},
+                                   {"silent", no_argument, nullptr, 's'},
+                                   {"verbose", no_argument, nullptr, kVerbose},
+                                   {"help", no_argument, nullptr, kHelpOption},
+                                   {"usage", no_argument, nullptr, kUsage},
+                                   {"version", no_argument, nullptr, 'V'},
+                                   {nullptr, 0, nullptr, 0}};
 
-// Whether an option that looks like one that is not known, which was told, is -?. Of an unknown long
-// option no character is told.
+// Whether an option that looks like one that is not known, which was told, is -?. Of an unknown
+// long option no character is told.
 bool asksForHelp(std::string_view argument) {
   return optopt == '?' || (optopt == 0 && !argument.starts_with("--"));
 }

@@ -37,7 +37,7 @@ class Conversion {
 
   const Options& m_options;
   iconv_t m_descriptor = nullptr;
-  bool m_ignores = false;  // what is invalid does not end the text
+  bool m_ignores = false;         // what is invalid does not end the text
   std::FILE* m_output = nullptr;  // opened for the first bytes
   int m_status = 0;
 
