@@ -14,7 +14,7 @@ import report
 import texts
 
 HERE = pathlib.Path(__file__).resolve().parent
-MODES = {"Short": "short", "Unconvertible": "bad", "Unmappable": "drop", "Large": "large",
+MODES = {"Short": "short", "Unconvertible": "bad", "Web bad": "bad", "Unmappable": "drop", "Large": "large",
          "Memory": "memory", "First use": "first", "Tool": "file", "Start": "start", "Pipe": "pipe",
          "Instructions": "count"}  # of the groups; "speed" for all others
 TEXT_SIZE, PIPE_SIZE, COUNTED_SIZE = 4 << 20, 300 << 20, 1 << 18
@@ -103,6 +103,8 @@ def make_inputs(row, samples):
 def value_of(row, numbers, inputs, pieces):
     """What is reported, in the unit of the mode, of a contestant's seconds (memory: bytes)."""
     sizes = [len(text) for text in inputs]
+    if row["group"] == "Web bad":
+        return sizes[1] / numbers[1] / 1e6
     return {"short": lambda first, *_: first * 1e9,
             "first": lambda first: first * 1e3,
             "start": lambda first: first * 1e3,

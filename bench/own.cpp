@@ -4,6 +4,7 @@
 #include "contestants.h"
 #include "encconv/encconv.h"
 #include "encconv/encconv_c.h"
+#include "encoding/codecs/encoding_row.h"
 #include "encoding/encoding_convert.h"
 
 namespace {
@@ -41,7 +42,14 @@ struct Engine {
   LogBase log;
 };
 
+// Whether EncConvert has both encodings.
+bool isInEngine(const Task& task) {
+  return findEncodingRow(task.from.codePage)->inEngine &&
+         findEncodingRow(task.to.codePage)->inEngine;
+}
+
 Convert openEngine(const Task& task) {
+  if (!isInEngine(task)) return {};
   return
       [task, engine = std::make_shared<Engine>(task)](std::string_view input, std::string* copy) {
         return engine->convert(task, input, copy);

@@ -12,10 +12,14 @@ SMALLER_IS_BETTER = ("Short", "Unconvertible", "First use", "Start", "Memory")
 WHOLE = {**dict.fromkeys(("convert", "stream", "C", "C stream"), (0.85, 0.6)),
          **dict.fromkeys(("into", "C into"), (0.95, 0.95))}
 DOTS = ("EncConvert", "convert", *PEERS[:4], "memcpy")  # of the plot
-PLOTTED = ("Main", "Markup", "Real", "Further")
+PLOTTED = ("Main", "Markup", "Real", "Further", "Stream", "Web")
 TITLES = {"Main": "Pairs with goals of their own (MB/s)",
           "Markup": "The same pairs, mostly ASCII (MB/s)", "Real": "Real text (MB/s)",
-          "Further": "Other pairs (MB/s)", "Short": "Short strings (ns a text)",
+          "Further": "Other pairs (MB/s)",
+          "Stream": "Encodings that only streams convert (MB/s)",
+          "Web": "The encodings of the web (MB/s)",
+          "Web bad": "The same, one character in a hundred malformed or unmappable (MB/s)",
+          "Short": "Short strings (ns a text)",
           "Unconvertible": "One character in a hundred unconvertible (ns each, beyond clean text)",
           "Unmappable": "Text that the target lacks, dropped (MB/s)",
           "Large": "Texts of 64 MiB (times the speed of 4 MiB)",
@@ -63,7 +67,16 @@ def judge(result):
         return goals
     for name in ("EncConvert", *WHOLE) if group == "Large" else ():
         hold(name, "4 MiB", [1], 0.8)
-    if group in ("Large", "Tool") or "EncConvert" not in values:
+    if group == "Web bad":
+        hold("substitute", "encoding_rs", [values[name] for name in ("encoding_rs",)
+                                           if name in values], result["goal"])
+    if group in ("Large", "Tool", "Web bad"):
+        return goals
+    if "EncConvert" not in values:
+        others = [values["encoding_rs"]] if group == "Web" and "encoding_rs" in values \
+            else peers(values)
+        for name in WHOLE:
+            hold(name, "the best peer", others, result["goal"])
         return goals
     for name, limits in WHOLE.items():
         hold(name, "EncConvert", [values["EncConvert"]], limits[values["EncConvert"] > 8000])

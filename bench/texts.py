@@ -13,9 +13,9 @@ import subprocess
 
 UTF8 = {"iconv": "UTF-8", "icu": "UTF-8"}
 UNICODE = ("65001", "1200")
-# What an encoding does not have, of the length of DEL: a byte that begins no sequence, half of a
-# surrogate pair, a lead byte without characters.
-MALFORMED = {"65001": b"\xff", "1200": b"\x00\xd8", "932": b"\x85"}
+# What an encoding does not have, of the length of DEL: half of a surrogate pair, a lead byte without
+# characters, and in all others a byte that begins no sequence.
+MALFORMED = {"1200": b"\x00\xd8", "932": b"\x85"}
 RUNE = "\u16a0"  # a letter of no older code page
 # The packages with the manual pages of a language, and the folder that they are in.
 MANUALS = {"English": ("manpages manpages-dev", ""), "German": ("manpages-de manpages-de-dev", "de/"),
@@ -136,7 +136,8 @@ def spoil(row, text):
         characters[i + chance.randrange(100)] = RUNE if lacks_rune else "\x7f"
     data = encode("".join(characters), row["from"])
     if not lacks_rune:
-        data = data.replace(encode("\x7f", row["from"]), MALFORMED[row["from"]["page"]])
+        malformed = MALFORMED.get(row["from"]["page"], b"\xff")
+        data = data.replace(encode("\x7f", row["from"]), malformed)
     return data, len(places)
 
 

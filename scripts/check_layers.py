@@ -16,7 +16,7 @@ LAYERS = [
     ("kernel tables", ["encoding/tables/kernel_tables."], ["support"]),
     ("kernels", ["encoding/kernels/"], ["kernel tables"]),
     ("texts", ["encoding/tables/texts/"], ["support"]),
-    ("codecs", ["encoding/codecs/"], ["support", "kernels", "texts"]),
+    ("codecs", ["encoding/codecs/"], ["support", "kernel tables", "kernels", "texts"]),
     # The classes that users know by these names; they forward to the codecs and the rows.
     ("names", [f"support/{name}." for name in
                ("charset_naming", "japanese", "korean", "psdk", "zv_utf")],

@@ -24,7 +24,8 @@ iso-8859-8-i iso-8859-10 iso-8859-13 iso-8859-14 iso-8859-15 iso-8859-16 koi8-r 
 windows-874 windows-1250 windows-1251 windows-1252 windows-1253 windows-1254 windows-1255 windows-1256
 windows-1257 windows-1258 x-mac-cyrillic gbk gb18030 big5 euc-jp iso-2022-jp shift_jis euc-kr utf-16be
 utf-16le x-user-defined""".split()
-ONLY_READ = ("utf-16be", "utf-16le")
+# No page is in these: one that declares x-user-defined is windows-1252 to a browser.
+ONLY_READ = ("utf-16be", "utf-16le", "x-user-defined")
 SINGLE = [name for name in NAMES[1:29]] + ["x-user-defined"]
 
 # Bytes at the borders of what the decoders tell apart.

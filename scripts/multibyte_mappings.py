@@ -68,6 +68,14 @@ def written_as_read(peer):
     return Resolved(peer.read, write)
 
 
+def in_euc(peer):
+    """Pairs of seven bits with the high bits of EUC, so that the mapping can lie over another."""
+    def high(code):
+        return bytes(byte | 0x80 for byte in code)
+    return Resolved({high(code): values for code, values in peer.read.items()},
+                    {values: high(code) for values, code in peer.write.items()})
+
+
 def hosts(name, words, first, others, single, double):
     """Both parts of an encoding with shifts, and what each lies over."""
     return [MultiByte(f"{name}-{part}", f"IBM's {name[3:]}, {words}: the {what}.", HOST, first, others,
@@ -100,6 +108,9 @@ MAPPINGS = [
     MultiByte("iso-ir-165", "ISO-IR-165, the CCITT's Chinese set, in seven bits.", PLANE,
               "C library behind: ISO-2022-CN-EXT 1B2429450E", ["Perl: iso-ir-165"],
               adjustments=[written_as_read]),
+
+    MultiByte("gb12345", "GB 12345, in EUC: GB 2312 in traditional characters.", PLANE,
+              "Perl: gb12345-raw", [], over="gb2312", adjustments=[in_euc]),
 
     # Chinese, traditional.
     MultiByte("big5-unicode", "Big5 as the Unicode Consortium has it.", PAIRS, "Python: big5",

@@ -112,8 +112,9 @@ TEST(Iso2022, LastBlockIsSharedAndComesBack) {
 // ---- The encodings that are driven by a table of designations ----
 
 constexpr int kCn = 50227, kCnTraditional = 50229, kCnExt = 200850, kJp1 = 200851, kJp2 = 200852,
-              kJp3 = 200853, kJp2004 = 200854, kJpExt = 200855;
-constexpr int kSchemes[] = {kCn, kCnTraditional, kCnExt, kJp1, kJp2, kJp3, kJp2004, kJpExt};
+              kJp3 = 200853, kJp2004 = 200854, kJpExt = 200855, kJis8 = 200856, kCompound = 200857;
+constexpr int kSchemes[] = {kCn,  kCnTraditional, kCnExt, kJp1,  kJp2,
+                            kJp3, kJp2004,        kJpExt, kJis8, kCompound};
 
 // What other converters wrote, as of glibc 2.36, Python 3.11 and ICU 72.
 const struct {
@@ -145,6 +146,15 @@ const struct {
      "\x1BNrD\x0F\r\n"},
     {"iconv ISO-2022-CN-EXT", kCnExt, "中文 abc 個丂㐀\n𠀋",
      "\x1B$)A\x0EVPND\x0F abc \x1B$)G\x0ET6\x1B$+J\x1BO!&\x1B$+L\x1BO\",\x0F\n\x1B$+I\x1BO!D"},
+    {"uconv ISO_2022,locale=ja,version=4", kJis8, "Aｱ日本ﾝ\n", "A\xB1\x1B$BF|K\\\x1B(J\xDD\n\x1B(B",
+     false},
+    {"uconv x11-compound-text", kCompound, "é\né Aşα日本丂한é",
+     "\xE9\n\xE9 "
+     "A\x1B-B\xBA\x1B-F\xE1\x1B$)B\xC6\xFC\xCB\xDC\x1B$)D\xB0\xA1\x1B$)C\xC7\xD1\x1B-A\xE9"},
+    {"by hand: what is in the right half at the beginning is there at the end", kCompound, "ş",
+     "\x1B-B\xBA\x1B-A"},
+    // Pairs in the left half, beside letters in the right one.
+    {"by hand", kCompound, "亜é中é\né", "\x1B$(B0!\xE9\x1B$AVP\xE9\x1B(B\n\xE9", false},
     {"by hand", kCnTraditional, "中文 仉亚\n",
      "\x1B$)G\x0E"
      "DcEF\x0F \x1B$*H\x1BN!3\x1B$)A\x0EQG\x0F\n"},
@@ -229,6 +239,11 @@ TEST(Iso2022Sets, ConvertAndReportHoweverTheTextIsCut) {
        utf16(u"\x1B$\x1BN\x1B(\x1B[\x1B\x1B\x0E中\x0F\x1B"),
        "?$?N?(\x1B[\x1B\x1B?\x1B$)A\x0EVP\x0F?\x1B",
        {{0, 2, 0}, {4, 2, 2}, {8, 2, 4}, {20, 2, 10}, {24, 2, 19}}},
+      // Bytes of eight bits without a set, of half a pair, and below the right half.
+      {codecOf(kCompound).read,
+       "\x1B$)BZ\xC6z\xC6\xFC\x80\x1B-Z\xE9\x1B-A\xE9",
+       utf16(u"Z\xFFFDz日\xFFFD\xFFFD\xFFFDé"),
+       {{5, 1, 2}, {9, 1, 8}, {10, 3, 10}, {13, 1, 12}}},
       {jp2.write, utf16(u"\x1BN\x1BO\xDE00丏\xD83D\xDE00亜¥a €") + "z", "?N?O?\x1B$A\x1B(B?", {}},
   };
   for (const Case& c : cases) {
@@ -245,7 +260,8 @@ TEST(Iso2022Sets, StandAnyBytesHoweverTheyAreCut) {
   std::vector<Direction> directions;
   for (const int number : kSchemes) {
     directions.push_back({codecOf(number).read, -1, 4, shifts});
-    directions.push_back({codecOf(number).write, 0, 6, units});
+    const bool isSevenBit = number != kJis8 && number != kCompound;
+    directions.push_back({codecOf(number).write, isSevenBit ? 0 : -1, 6, units});
   }
   checkAnyBytes(directions, 300);
 }
@@ -257,8 +273,9 @@ TEST(Iso2022Sets, KeepEveryCharacterThatHasAPlace) {
   const struct {
     int number;
     int written;
-  } counts[] = {{kCn, 16299},  {kCnTraditional, 16299}, {kCnExt, 51284},  {kJp1, 12948},
-                {kJp2, 18670}, {kJp3, 11274},           {kJp2004, 11209}, {kJpExt, 13011}};
+  } counts[] = {{kCn, 16299},     {kCnTraditional, 16299}, {kCnExt, 51284},
+                {kJp1, 12948},    {kJp2, 18670},           {kJp3, 11274},
+                {kJp2004, 11209}, {kJpExt, 13011},         {kJis8, 13011}};
   for (const auto& c : counts) {
     const Codec& codec = codecOf(c.number);
     std::string lines, text;

@@ -112,3 +112,16 @@ TEST(MultiByte, WritesSequencesWhereverTheTextIsCut) {
     }
   }
 }
+
+// Sets of pairs by themselves have no room for anything else.
+TEST(MultiByte, ReadsAndWritesPairsAlone) {
+  EXPECT_EQ("啊鸟", stream(settingsFor(200752, 65001), "0!Dq").text);
+  EXPECT_EQ("GQ1[", stream(settingsFor(65001, 200753), "한글").text);
+  EXPECT_EQ("\xB0\xA1"s, stream(settingsFor(65001, 971), "가").text);
+  const StreamResult read =
+      stream(settingsFor(200750, 65001, "hex"), "0!\n0\xB0!~~0", [] { return 1; });
+  EXPECT_EQ("亜<0x0A><0x30><0xB0>◇<0x7E30>", read.text);
+  const StreamResult written = stream(settingsFor(65001, 200755, "drop"), "愛 a\U00020000");
+  EXPECT_EQ("0.", written.text);
+  EXPECT_EQ(3u, written.errors.size());
+}

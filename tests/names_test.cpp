@@ -167,9 +167,10 @@ TEST(CodePageListTest, HoldsExactlyWhatConverts) {
     EXPECT_TRUE(page.canRead) << row.number;
     EXPECT_EQ(row.isWritten, page.canWrite) << row.number;
     EXPECT_FALSE(page.description.empty()) << row.number;
-    EXPECT_EQ(hasTable(row) && row.form == EncodingForm::kDoubleByte,
-              page.kind == CharsetKind::kDoubleByte)
-        << row.number;
+    if (hasTable(row)) {
+      EXPECT_EQ(row.form == EncodingForm::kDoubleByte, page.kind == CharsetKind::kDoubleByte)
+          << row.number;
+    }
     for (const std::string_view name : namesOf(page)) {
       EXPECT_EQ(streamCodePage(name), row.number) << name;
     }

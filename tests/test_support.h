@@ -44,10 +44,11 @@ inline std::string hex(std::string_view bytes) {
 }
 inline std::string hex(const DataBuffer& buffer) { return hex(textOf(buffer)); }
 
-// The bytes of "41 00 E9".
+// The bytes of "41 00 E9", or of "4100E9".
 inline std::string unhex(std::string_view digits) {
   std::string bytes;
-  for (std::size_t i = 0; i + 1 < digits.size(); i += 3) {
+  for (std::size_t i = 0; i + 1 < digits.size(); i += 2) {
+    while (digits[i] == ' ') ++i;
     bytes.push_back(static_cast<char>(std::stoi(std::string(digits.substr(i, 2)), nullptr, 16)));
   }
   return bytes;

@@ -88,6 +88,7 @@ TEST_F(ToolTest, RefusesInOneLineAndWritesNothing) {
       {"--brief utf8", "--brief needs --detect"},
       {"-f 1252 -t utf-8 --guess utf8", "--guess needs -f auto"},
       {"--chart utf-8", "UTF-8"},
+      {"--chart iso-2022-jp", "has no chart"},
       {"--help nonsense", "errors, files"},
   };
   for (const Case& wrong : cases) {
@@ -362,6 +363,13 @@ TEST_F(ToolTest, ShowsChartsAndLists) {
       {"874", "ะ   \u25CC\u0E31   า   "},
       {"1255", "א\u200E   ב\u200E   "},
       {"864", "ﻥ\u200E   ﻩ\u200E   "},
+      // Longer codes, several characters, planes, shifts, and accents in front.
+      {"big5-hkscs", "88 6_  Ǒ   Ò   Ê̄   Ế   Ê̌   "},
+      {"euc-tw", "8E A2 A1 A_"},
+      {"gb18030", "codes of four bytes are not shown"},
+      {"ibm939", "44 4_  "},
+      {"ibm300", "44 4_  "},
+      {"iso6937", "C2 7_          ŕ   ś       ú               ý   ź\n"},
   };
   for (const auto& row : rows) {
     EXPECT_TRUE(contains(run(std::string("--chart ") + row.codePage).out, row.cells)) << row.cells;

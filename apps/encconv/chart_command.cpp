@@ -8,8 +8,9 @@ namespace tool {
 int runChart(const Options& options, Console& console) {
   Chart chart;
   if (!buildChart(options.fromCodePage, chart)) {
-    console.report("--chart: " + describeCodePage(options.fromCodePage) +
-                   " has no chart; single-byte and double-byte code pages that can be read have");
+    console.report(
+        "--chart: " + describeCodePage(options.fromCodePage) +
+        " has no chart; encodings have one whose codes mean the same wherever they stand");
     return kUsage;
   }
   OutputFile output;

@@ -130,31 +130,37 @@ std::string compactHex(const std::string& bytes) {
   return text;
 }
 
-// What stands for the character: itself, or its name.
-std::string glyph(char32_t character) {
-  if (const char* name = invisibleName(character)) return std::string("<em>") + name + "</em>";
-  const std::string circle = isCombining(character) ? "\u25CC" : "";
-  return "<b>" + circle + escape(toUtf8(character)) + "</b>";
+// What stands for a text: itself, or its name.
+std::string glyph(const std::u32string& text) {
+  const char* const name = text.size() == 1 ? invisibleName(text[0]) : nullptr;
+  if (name != nullptr) return std::string("<em>") + name + "</em>";
+  const std::string circle = isCombining(text[0]) ? "\u25CC" : "";
+  return "<b>" + circle + escape(toUtf8(text)) + "</b>";
 }
 
-std::string codePoint(char32_t character) { return describeCharacter(character).substr(2); }
+std::string codePoints(const std::u32string& text) {
+  std::string points;
+  for (const char32_t c : text) {
+    if (!points.empty()) points += ' ';
+    points += describeCharacter(c).substr(2);
+  }
+  return points;
+}
 
 std::string cellHtml(const ChartGrid& grid, std::size_t code) {
   const ChartCell& cell = grid.cells[code];
-  if (!cell.isMapped) return "<td>";
-  std::string bytes;
-  if (grid.leadByte >= 0) bytes += static_cast<char>(grid.leadByte);
-  bytes += static_cast<char>(code);
-  const char* kind = cell.isReadOnly ? "r" : isPrivateUse(cell.character) ? "p" : "c";
-  return std::string("<td class=") + kind + "><u>" + compactHex(bytes) + "</u>" +
-         glyph(cell.character) + "<s>" + codePoint(cell.character) + "</s>";
+  if (cell.text.empty()) return "<td>";
+  const char* kind = cell.isReadOnly ? "r" : isPrivateUse(cell.text[0]) ? "p" : "c";
+  return std::string("<td class=") + kind + "><u>" +
+         compactHex(grid.lead + static_cast<char>(code)) + "</u>" + glyph(cell.text) + "<s>" +
+         codePoints(cell.text) + "</s>";
 }
 
 std::string gridHtml(const ChartGrid& grid) {
-  const std::string lead =
-      grid.leadByte < 0 ? "" : hexBytes(std::string(1, static_cast<char>(grid.leadByte)));
+  const std::string lead = hexBytes(grid.lead);
+  const char* const heading = grid.lead.size() > 1 ? "Lead bytes " : "Lead byte ";
   std::string html = "<section><h2>" +
-                     (lead.empty() ? std::string("Single bytes") : "Lead byte " + lead) +
+                     (lead.empty() ? std::string("Single bytes") : heading + lead) +
                      "</h2><div class=wide><table><tr><th>";
   for (int column = 0; column < 16; ++column) html += std::string("<th>_") + kDigits[column];
   html += '\n';
@@ -162,10 +168,10 @@ std::string gridHtml(const ChartGrid& grid) {
     bool hasAny = false;
     std::string line = "<tr><th>" + (lead.empty() ? lead : lead + " ") + kDigits[row] + "_";
     for (std::size_t column = 0; column < 16; ++column) {
-      hasAny = hasAny || grid.cells[16 * row + column].isMapped;
+      hasAny = hasAny || !grid.cells[16 * row + column].text.empty();
       line += cellHtml(grid, 16 * row + column);
     }
-    if (hasAny || grid.leadByte < 0) html += line + "\n";
+    if (hasAny || lead.empty()) html += line + "\n";
   }
   return html + "</table></div></section>\n";
 }
@@ -174,7 +180,7 @@ std::string writeOnlyHtml(const Chart& chart) {
   if (chart.writeOnly.empty()) return {};
   std::string html = "<section><h2>Written, but read as something else</h2><ul>\n";
   for (const WriteOnlyEntry& entry : chart.writeOnly) {
-    html += "<li>" + glyph(entry.character) + " U+<s>" + codePoint(entry.character) +
+    html += "<li>" + glyph({entry.character}) + " U+<s>" + codePoints({entry.character}) +
             "</s> as <u>" + compactHex(entry.bytes) + "</u>\n";
   }
   return html + "</ul></section>\n";
@@ -197,7 +203,10 @@ std::string chartAsHtml(const Chart& chart) {
       "<output id=found></output><button id=theme>Light / dark</button></header>\n"
       "<main><p class=legend><span class=\"key r\">amber</span>one-way: read but "
       "not written back to this code &nbsp; <span class=\"key p\">blue</span>"
-      "private use &nbsp; empty: no character</p>\n";
+      "private use &nbsp; empty: no character";
+  if (chart.hasShifts) html += " &nbsp; codes of two bytes stand between SO and SI";
+  if (chart.leavesOutLongest) html += " &nbsp; the codes of four bytes are not shown";
+  html += "</p>\n";
   for (const ChartGrid& grid : chart.grids) html += gridHtml(grid);
   return html + writeOnlyHtml(chart) + "</main>\n<script>" + kScript + "</script>\n</html>\n";
 }

@@ -1,8 +1,7 @@
 #include "apps/encconv/chart_model.h"
 
 #include <algorithm>
-#include <cstdio>
-#include <set>
+#include <string_view>
 
 #include "encoding/code_page_list.h"
 #include "encoding/stream/stream_converter.h"
@@ -11,94 +10,158 @@
 namespace tool {
 namespace {
 
-constexpr int kUtf16Le = 1200;
+constexpr int kUtf32Le = 12000;
+constexpr std::size_t kLongestCode = 4;
+// More first three bytes than these, as GB18030 has, make no chart that anyone looks at.
+constexpr std::size_t kMostLongLeads = 5000;
+constexpr std::string_view kShiftOut = "\x0E", kShiftIn = "\x0F", kEscape = "\x1B";
 
 // Asks for single codes and characters, always with the same objects.
 class Asker {
  public:
   explicit Asker(int codePage) : m_codePage(codePage) {}
 
-  // The one character that the bytes mean; false when they mean none or several.
-  bool read(const unsigned char* bytes, unsigned int count, char32_t& character) {
-    if (!convert(m_codePage, kUtf16Le, bytes, count) || m_out.getSize() != 2) return false;
-    character = m_out.getData2()[0] + 256u * m_out.getData2()[1];
-    return character != 0xFFFD;  // what some readers write for bytes that mean nothing
-  }
+  // Codes of two bytes are asked for between SO and SI from now on.
+  void shift() { m_isShifted = true; }
 
-  // The bytes of a character; empty when it has no place.
-  std::string write(char32_t character) {
-    const unsigned char unit[2] = {static_cast<unsigned char>(character),
-                                   static_cast<unsigned char>(character >> 8)};
-    if (!convert(kUtf16Le, m_codePage, unit, 2)) return {};
-    return {reinterpret_cast<const char*>(m_out.getData2()), m_out.getSize()};
+  // What a code means; nothing when it is none, or more than one.
+  std::u32string read(const std::string& code) {
+    const std::string bytes = m_isShifted && code.size() > 1 ? asShifted(code) : code;
+    if (!begin(m_codePage, kUtf32Le) || !push(bytes) || !isGood(m_stream.finish(m_out))) return {};
+    const std::u32string text = scalars();
+    // Several accents and a letter are no code, nor is what is read byte by byte. Some readers
+    // write U+FFFD for bytes that mean nothing.
+    const bool isSeveral = text.size() > 1 && (code.size() > 2 || text[0] < 0x80);
+    const bool isCombined = isSeveral && code.size() == 2 && isCombining(text[1]);
+    return (isSeveral && !isCombined) || text == U"\uFFFD" ? std::u32string() : text;
+  }
+  // Whether more bytes make a code of these, which are none.
+  bool isBeginning(const std::string& code) {
+    const std::string bytes = m_isShifted ? std::string(kShiftOut) + code : code;
+    return begin(m_codePage, kUtf32Le) && push(bytes) && m_out.getSize() == 0;
+  }
+  // The code of a text; empty when it has no place.
+  std::string write(const std::u32string& text) {
+    std::string units;
+    for (const char32_t c : text) {
+      for (int shift = 0; shift < 32; shift += 8) units += static_cast<char>(c >> shift);
+    }
+    if (!begin(kUtf32Le, m_codePage) || !push(units) || !isGood(m_stream.finish(m_out))) return {};
+    std::string code(reinterpret_cast<const char*>(m_out.getData2()), m_out.getSize());
+    const bool isShifted = code.starts_with(kShiftOut) && code.ends_with(kShiftIn);
+    return isShifted ? code.substr(1, code.size() - 2) : code;
   }
 
  private:
-  bool convert(int from, int to, const unsigned char* data, unsigned int length) {
+  static bool isGood(StreamStatus status) { return status == StreamStatus::kGood; }
+  static std::string asShifted(const std::string& code) {
+    return std::string(kShiftOut).append(code).append(kShiftIn);
+  }
+  bool begin(int from, int to) {
     m_out.clear();
-    StreamSettings settings;
-    settings.from = from;
-    settings.to = to;
-    return m_stream.begin(settings) == StreamStatus::kGood &&
-           m_stream.push(data, length, m_out) == StreamStatus::kGood &&
-           m_stream.finish(m_out) == StreamStatus::kGood;
+    m_settings.from = from;
+    m_settings.to = to;
+    return isGood(m_stream.begin(m_settings));
+  }
+  bool push(const std::string& bytes) {
+    return isGood(
+        m_stream.push(reinterpret_cast<const unsigned char*>(bytes.data()), bytes.size(), m_out));
+  }
+  std::u32string scalars() const {
+    const unsigned char* const bytes = m_out.getData2();
+    std::u32string text;
+    for (std::size_t i = 0; i + 4 <= m_out.getSize(); i += 4) {
+      text += static_cast<char32_t>(bytes[i] | bytes[i + 1] << 8 | bytes[i + 2] << 16);
+    }
+    return text;
   }
 
   int m_codePage;
+  bool m_isShifted = false;
+  StreamSettings m_settings;
   StreamConverter m_stream;
   DataBuffer m_out;
 };
 
-void fillSingleBytes(Asker& asker, ChartGrid& grid) {
-  for (unsigned int code = 0; code < 256; ++code) {
-    const auto byte = static_cast<unsigned char>(code);
-    ChartCell& cell = grid.cells[code];
-    cell.isMapped = asker.read(&byte, 1, cell.character);
-    // Byte 00 is NUL in every code page but GSM's, whatever the converters do about it.
-    if (code == 0 && (!cell.isMapped || cell.character == 0)) {
-      cell = {0, true, false};
-      continue;
-    }
-    if (!cell.isMapped) continue;
-    cell.isReadOnly = asker.write(cell.character) != std::string(1, static_cast<char>(byte));
-  }
+std::string codeBehind(const std::string& lead, std::size_t last) {
+  return lead + static_cast<char>(last);
 }
 
-// Fills the grid of a lead byte and tells whether it has anything. Two bytes that are characters
-// of their own never reach here: only bytes without a meaning can lead.
-bool fillPairs(Asker& asker, ChartGrid& grid) {
+// Fills the grid behind some bytes, and tells which codes in it begin longer ones. False when
+// nothing in it means anything.
+bool fillGrid(Asker& asker, ChartGrid& grid, std::vector<std::string>& beginnings) {
   bool hasAny = false;
-  for (unsigned int trail = 1; trail < 256; ++trail) {
-    const unsigned char pair[2] = {static_cast<unsigned char>(grid.leadByte),
-                                   static_cast<unsigned char>(trail)};
-    ChartCell& cell = grid.cells[trail];
-    cell.isMapped = asker.read(pair, 2, cell.character);
-    if (!cell.isMapped) continue;
-    hasAny = true;
-    cell.isReadOnly = asker.write(cell.character) != std::string(pair, pair + 2);
+  for (std::size_t last = 0; last < grid.cells.size(); ++last) {
+    const std::string code = codeBehind(grid.lead, last);
+    ChartCell& cell = grid.cells[last];
+    cell.text = asker.read(code);
+    // Byte 00 is NUL in every code page but GSM's, whatever the converters do about it.
+    if (code == std::string(1, '\0') && (cell.text.empty() || cell.text[0] == 0)) {
+      cell.text = std::u32string(1, 0);
+    } else if (!cell.text.empty()) {
+      hasAny = true;
+      cell.isReadOnly = asker.write(cell.text) != code;
+    } else if (code.size() < kLongestCode && asker.isBeginning(code)) {
+      beginnings.push_back(code);
+    }
   }
   return hasAny;
 }
 
-bool isRead(const Chart& chart, const std::string& bytes, char32_t character) {
-  const auto first = static_cast<unsigned char>(bytes[0]);
-  for (const ChartGrid& grid : chart.grids) {
-    const bool isPair = grid.leadByte >= 0;
-    if (bytes.size() != (isPair ? 2u : 1u) || (isPair && grid.leadByte != first)) continue;
-    const ChartCell& cell = grid.cells[static_cast<unsigned char>(bytes.back())];
-    return cell.isMapped && cell.character == character;
+// Behind an accent stands any letter; only what Unicode has whole is worth a cell then.
+void dropAnyLetters(ChartGrid& grid) {
+  constexpr int kMostSequences = 64;
+  const auto isSequence = [](const ChartCell& cell) { return cell.text.size() > 1; };
+  if (std::ranges::count_if(grid.cells, isSequence) <= kMostSequences) return;
+  for (ChartCell& cell : grid.cells) {
+    if (isSequence(cell)) cell = {};
   }
-  return false;
+}
+
+// The codes behind these beginnings, one byte after the other.
+void fillLonger(Asker& asker, Chart& chart, std::vector<std::string> leads) {
+  for (std::size_t length = 1; length < kLongestCode && !leads.empty(); ++length) {
+    chart.leavesOutLongest = length == kLongestCode - 1 && leads.size() > kMostLongLeads;
+    if (chart.leavesOutLongest) return;
+    std::vector<std::string> beginnings;
+    for (const std::string& lead : leads) {
+      ChartGrid grid;
+      grid.lead = lead;
+      if (!fillGrid(asker, grid, beginnings)) continue;
+      dropAnyLetters(grid);
+      chart.grids.push_back(std::move(grid));
+    }
+    leads = std::move(beginnings);
+  }
+}
+
+// SO is no character then, and SO, two bytes and SI are one.
+bool hasShifts(Asker asker, const ChartGrid& singles) {
+  if (!singles.cells[0x0E].text.empty()) return false;
+  asker.shift();
+  return asker.read("\x40\x40") == U"\u3000";
 }
 
 // The escape of GSM text leads to its extension table, where a code without an entry is read as if
 // there were no escape. Such readings are no entries.
 void dropEscapedDefaults(Chart& chart) {
   for (ChartGrid& grid : chart.grids) {
-    if (grid.leadByte < 0) continue;
+    if (grid.lead != kEscape) continue;
     for (ChartCell& cell : grid.cells) {
       if (cell.isReadOnly) cell = {};
     }
+  }
+}
+
+// The characters whose codes read as something else.
+void findWriteOnly(Asker& asker, Chart& chart) {
+  for (char32_t c = 1; c < 0x30000; ++c) {
+    if (c == 0x10000) c = 0x20000;
+    if (c >= 0xD800 && c <= 0xDFFF) continue;
+    const std::u32string text(1, c);
+    std::string code = asker.write(text);
+    if (!code.empty() && c != 0xFFFD && asker.read(code) != text)
+      chart.writeOnly.push_back({c, std::move(code)});
   }
 }
 
@@ -111,37 +174,25 @@ struct InvisibleName {
 
 bool buildChart(int codePage, Chart& chart) {
   const CharsetNames* names = findCodePage(codePage);
-  if (names == nullptr ||
-      (names->kind != CharsetKind::kSingleByte && names->kind != CharsetKind::kDoubleByte)) {
-    return false;
-  }
-  constexpr int kGsm = 55000;
+  if (names == nullptr || names->kind == CharsetKind::kUnicode) return false;
   Asker asker(codePage);
   chart = {};
   chart.codePage = codePage;
   ChartGrid singles;
-  fillSingleBytes(asker, singles);
-  chart.grids.push_back(singles);
-  const bool hasAny = std::any_of(singles.cells.begin() + 1, singles.cells.end(),
-                                  [](const ChartCell& cell) { return cell.isMapped; });
-  if (!hasAny) return false;
-  for (int lead = 1; lead < 256; ++lead) {
-    const bool canLead = !singles.cells[static_cast<std::size_t>(lead)].isMapped;
-    ChartGrid grid;
-    grid.leadByte = lead;
-    const bool hasPairs = names->kind == CharsetKind::kDoubleByte || codePage == kGsm;
-    if (canLead && hasPairs && fillPairs(asker, grid)) chart.grids.push_back(grid);
+  std::vector<std::string> leads;
+  const bool hasSingles = fillGrid(asker, singles, leads);
+  chart.hasShifts = names->kind == CharsetKind::kStateful && hasShifts(Asker(codePage), singles);
+  if (names->kind == CharsetKind::kStateful && !chart.hasShifts) return false;
+  if (hasSingles) chart.grids.push_back(std::move(singles));
+  if (chart.hasShifts) {
+    asker.shift();
+    leads.clear();
+    for (std::size_t lead = 0x40; lead < 0xFF; ++lead) leads.push_back(codeBehind({}, lead));
   }
-  if (codePage == kGsm) dropEscapedDefaults(chart);
-  for (char32_t c = 1; c < 0x10000; ++c) {
-    if (c >= 0xD800 && c <= 0xDFFF) continue;
-    std::string bytes = asker.write(c);
-    // GSM text has a question mark for every character that it lacks.
-    if (codePage == kGsm && bytes == "?") continue;
-    if (!bytes.empty() && !isRead(chart, bytes, c)) {
-      chart.writeOnly.push_back({c, std::move(bytes)});
-    }
-  }
+  fillLonger(asker, chart, std::move(leads));
+  if (chart.grids.empty()) return false;
+  dropEscapedDefaults(chart);
+  findWriteOnly(asker, chart);
   return true;
 }
 
@@ -176,11 +227,15 @@ bool isCombining(char32_t c) {
                      [c](const auto& range) { return c >= range[0] && c <= range[1]; });
 }
 
-std::string toUtf8(char32_t c) {
-  char bytes[4] = {};
-  unsigned int count = 0;
-  _zvUtf::oneUtf32ToUtf8(static_cast<unsigned int>(c), bytes, count);
-  return {bytes, count};
+std::string toUtf8(const std::u32string& text) {
+  std::string utf8;
+  for (const char32_t c : text) {
+    char bytes[4] = {};
+    unsigned int count = 0;
+    _zvUtf::oneUtf32ToUtf8(static_cast<unsigned int>(c), bytes, count);
+    utf8.append(bytes, count);
+  }
+  return utf8;
 }
 
 std::string hexBytes(const std::string& bytes) {

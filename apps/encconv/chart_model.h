@@ -10,14 +10,13 @@
 namespace tool {
 
 struct ChartCell {
-  char32_t character = 0;
-  bool isMapped = false;
-  bool isReadOnly = false;  // the character is written as another code, or not at all
+  std::u32string text;      // mostly one character; empty: the code means nothing
+  bool isReadOnly = false;  // the text is written as another code, or not at all
 };
 
-// 256 codes: the single bytes, or those behind one lead byte.
+// 256 codes: the single bytes, or those behind the same first bytes.
 struct ChartGrid {
-  int leadByte = -1;  // -1: single bytes
+  std::string lead;  // these bytes; empty: single bytes
   std::array<ChartCell, 256> cells = {};
 };
 
@@ -29,12 +28,15 @@ struct WriteOnlyEntry {
 
 struct Chart {
   int codePage = 0;
-  std::vector<ChartGrid> grids;  // the single bytes first, then the lead bytes in order
+  bool hasShifts = false;         // codes of two bytes stand between SO and SI
+  bool leavesOutLongest = false;  // there are too many codes of four bytes to show them
+  std::vector<ChartGrid> grids;   // the single bytes first, then the longer codes in order
   std::vector<WriteOnlyEntry> writeOnly;
 };
 
-// Asks the engine about every code and every character of the Basic Multilingual Plane. False when
-// the code page has no chart: it is no single-byte or double-byte code page, or cannot be read.
+// Asks the engine about every code, and every character of the Basic Multilingual Plane and the
+// second plane. False when the encoding has no chart: it is a form of Unicode, cannot be read, or
+// what its codes mean depends on escape sequences before them.
 bool buildChart(int codePage, Chart& chart);
 
 constexpr bool isPrivateUse(char32_t c) { return c >= 0xE000 && c <= 0xF8FF; }
@@ -43,7 +45,7 @@ constexpr bool isPrivateUse(char32_t c) { return c >= 0xE000 && c <= 0xF8FF; }
 const char* invisibleName(char32_t c);
 // Marks that stand over or under the character before them.
 bool isCombining(char32_t c);
-std::string toUtf8(char32_t c);
+std::string toUtf8(const std::u32string& text);
 // "81 40".
 std::string hexBytes(const std::string& bytes);
 

@@ -304,8 +304,9 @@ an object for each file, on a line of its own.
 )"},
     {"charts",
      R"(encconv --chart CODEPAGE shows a code page as a grid of 16 by 16: the row is the
-high digit of the byte, the column the low one. Double-byte code pages follow
-with one grid for each lead byte.
+high digit of the byte, the column the low one. Codes of two and more bytes
+follow, with one grid for all that begin alike; those of EBCDIC pages with shifts
+too. Unicode and encodings with escape sequences have no chart.
 
   (blank)  no character         <   read, but written as another code
   PU       private use          NUL, NBS ...    what cannot be seen

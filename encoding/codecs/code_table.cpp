@@ -2,13 +2,12 @@
 
 #include <algorithm>
 #include <array>
-#include <atomic>
 #include <iterator>
-#include <memory>
-#include <new>
 
 #include "encoding/codecs/encoding_row.h"
+#include "encoding/codecs/mapped_tables.h"
 #include "encoding/tables/texts/table_image.h"
+#include "support/publish.h"
 #include "support/utf.h"
 
 namespace {
@@ -157,21 +156,34 @@ bool CodeTable::mayBeLonger(const unsigned char* bytes, std::size_t known) const
 // ---- Building. ----
 
 const CodeTable* CodeTable::open(const Mapping& mapping) {
-  std::atomic<const CodeTable*>& slot = g_tables[mapping.index];
-  const CodeTable* published = slot.load(std::memory_order_acquire);
-  if (published != nullptr) return published;
-  std::unique_ptr<CodeTable> made(new (std::nothrow) CodeTable());
-  if (made == nullptr || !made->build(mapping)) return nullptr;
-  made->derive();
-  if (made->hasFailed()) return nullptr;
-  // Of two threads that come here together one publishes its table and the other takes that.
-  const bool isFirst = slot.compare_exchange_strong(
-      published, made.get(), std::memory_order_acq_rel, std::memory_order_acquire);
-  return isFirst ? made.release() : published;
+  return publish(g_tables[mapping.index], [&](CodeTable& made) {
+    if (!made.build(mapping)) return false;
+    made.derive();
+    return !made.hasFailed();
+  });
+}
+
+CodeTable::~CodeTable() {
+  release(m_pairDecoder);
+  release(m_pairEncoder);
+}
+
+const fast::DoubleByteDecoder* CodeTable::pairDecoder() const {
+  return publish(m_pairDecoder, [this](fast::DoubleByteDecoder& table) {
+    fast::fillFromMapping(*this, table);
+    return true;
+  });
+}
+
+const fast::DoubleByteEncoder* CodeTable::pairEncoder() const {
+  return publish(m_pairEncoder, [this](fast::DoubleByteEncoder& table) {
+    fast::fillExactly(*this, table);
+    return true;
+  });
 }
 
 void releaseCodeTables() {
-  for (auto& slot : g_tables) delete slot.exchange(nullptr, std::memory_order_acq_rel);
+  for (auto& slot : g_tables) release(slot);
 }
 
 bool CodeTable::hasFailed() const {
@@ -415,10 +427,13 @@ void CodeTable::derive() {
   if (areForgotten) m_sequences.truncate(0);
   if (m_sequences.isEmpty()) return;
   for (std::uint32_t i = 0; i < m_sequences.size(); ++i) {
-    const char32_t first = m_sequences[i].scalars[0];
-    if (m_sequences[i].code != 0) setCode(first, codeOf(first) | kBegins);
+    if (m_sequences[i].code == 0) continue;
+    const char32_t first = m_sequences[i].scalars[0], second = m_sequences[i].scalars[1];
+    const char32_t unit = second > 0xFFFF ? highSurrogateOf(second) : second;
+    setCode(first, loadCode(first) | kBegins);
+    setCode(unit, loadCode(unit) | kFollows);
   }
-  m_codeBits = ~kBegins;
+  m_codeBits = ~kMarks;
 }
 
 // Notes the bytes of all codes below a node, at which these bytes lead to it.

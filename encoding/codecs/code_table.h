@@ -2,10 +2,16 @@
 #ifndef ENCODING_CODECS_CODE_TABLE_H_
 #define ENCODING_CODECS_CODE_TABLE_H_
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 
 #include "support/rows.h"
+
+namespace fast {
+struct DoubleByteDecoder;
+struct DoubleByteEncoder;
+}  // namespace fast
 
 class StringBuffer;
 struct EncodingRow;
@@ -31,6 +37,11 @@ struct Mapping {
 // Built complete, then read by any number of threads.
 class CodeTable {
  public:
+  CodeTable() = default;
+  CodeTable(const CodeTable&) = delete;
+  CodeTable& operator=(const CodeTable&) = delete;
+  ~CodeTable();
+
   // What the bytes of a code so far stand for: nothing, a value, several values, or the number of
   // the node that says what the next byte makes of it.
   using Entry = std::uint32_t;
@@ -68,11 +79,19 @@ class CodeTable {
   // The entry of a whole code.
   Entry find(std::uint32_t code) const;
 
+  // What flat tables can say (mapped_tables.h) of the codes of one and two bytes, but for what is
+  // only written. Made on first use; null when memory is short. Any thread may call.
+  const fast::DoubleByteDecoder* pairDecoder() const;
+  const fast::DoubleByteEncoder* pairEncoder() const;
+
   // The code of a scalar value, its bytes from the highest that is not 0 on; 0 for none, and for
   // what byte 00 stands for.
   std::uint32_t codeOf(char32_t scalar) const { return loadCode(scalar) & m_codeBits; }
-  // The same, with kBegins for values that begin a sequence, which has a code of its own.
+  // The same, with marks where the table has sequences with codes of their own: kBegins for values
+  // that begin one, kFollows for values whose first unit is the second in one.
   static constexpr std::uint32_t kBegins = 0x80000000u;
+  static constexpr std::uint32_t kFollows = 0x40000000u;
+  static constexpr std::uint32_t kMarks = kBegins | kFollows;
   std::uint32_t loadCode(char32_t scalar) const {
     return m_codes.data()[m_rowOf[scalar >> 8] * 256u + (scalar & 0xFF)];
   }
@@ -135,6 +154,8 @@ class CodeTable {
   char32_t m_zero = 0xFFFFFFFFu;            // what byte 00 stands for, and is written for
   bool m_hasCounted = false;
   bool m_isAscii = false;
+  mutable std::atomic<const fast::DoubleByteDecoder*> m_pairDecoder{nullptr};
+  mutable std::atomic<const fast::DoubleByteEncoder*> m_pairEncoder{nullptr};
 };
 
 // Destroys all tables. Must not overlap any conversion.

@@ -1,5 +1,6 @@
 #include "encoding/codecs/ebcdic_shifts.h"
 
+#include "encoding/codecs/mapped_tables.h"
 #include "encoding/codecs/unit_text.h"
 
 namespace {
@@ -16,6 +17,20 @@ constexpr bool isInPair(unsigned int byte) { return byte >= kFirstOfPairs && byt
 struct Tables {
   const CodeTable* singles;  // null: all is pairs
   const CodeTable* pairs;
+  // What the loops look up: the flat tables of the two sets.
+  const fast::DoubleByteDecoder* pairDecoder = nullptr;
+  const fast::DoubleByteEncoder* singleEncoder = nullptr;
+  const fast::DoubleByteEncoder* pairEncoder = nullptr;
+
+  bool openDecoder() {
+    pairDecoder = pairs->pairDecoder();
+    return pairDecoder != nullptr;
+  }
+  bool openEncoders() {
+    singleEncoder = (singles != nullptr ? singles : pairs)->pairEncoder();
+    pairEncoder = pairs->pairEncoder();
+    return singleEncoder != nullptr && pairEncoder != nullptr;
+  }
 };
 
 struct Reader : UnitReader {
@@ -53,15 +68,20 @@ struct Reader : UnitReader {
   }
 
   void copyPairs(const unsigned char* stop) {
-    const Entry* const root = tables.pairs->root();
+    const std::uint16_t* const units = tables.pairDecoder->units;
     const unsigned char* in = p;
     unsigned char* to = dest;
+    for (; stop - in >= 8; in += 8, to += 8) {
+      const auto pairs = loadLow<std::uint64_t>(in);
+      const std::uint64_t first = units[pairs & 0xFFFF], second = units[pairs >> 16 & 0xFFFF];
+      const std::uint64_t third = units[pairs >> 32 & 0xFFFF], fourth = units[pairs >> 48];
+      if (first == 0 || second == 0 || third == 0 || fourth == 0) break;
+      storeLow(to, first | second << 16 | third << 32 | fourth << 48);
+    }
     for (; in < stop && end - in > 1; in += 2, to += 2) {
-      const Entry first = root[in[0]];
-      if ((first & CodeTable::kKind) != CodeTable::kNode) break;
-      const Entry entry = tables.pairs->node(first)[in[1]];
-      if (entry - CodeTable::kScalar > 0xFFFF) break;
-      storeLow(to, static_cast<std::uint16_t>(entry));
+      const std::uint16_t unit = units[loadLow<std::uint16_t>(in)];
+      if (unit == 0) break;
+      storeLow(to, unit);
     }
     p = in;
     dest = to;
@@ -125,10 +145,11 @@ struct Writer : UnitWriter {
   void finish() { shift(false); }
 
   void copySingles(const unsigned char* stop) {
+    const std::uint16_t* const codes = tables.singleEncoder->codes;
     const unsigned char* in = p;
     unsigned char* to = dest;
     for (; stop - in >= 2; in += 2) {
-      const std::uint32_t code = tables.singles->loadCode(loadLow<std::uint16_t>(in));
+      const std::uint32_t code = codes[loadLow<std::uint16_t>(in)];
       if (code - 1 >= 0xFF || isShift(code)) break;
       *to++ = static_cast<unsigned char>(code);
     }
@@ -137,13 +158,17 @@ struct Writer : UnitWriter {
   }
 
   void copyPairs(const unsigned char* stop) {
+    const std::uint16_t* const codes = tables.pairEncoder->codes;
     const unsigned char* in = p;
     unsigned char* to = dest;
     for (; stop - in >= 2; in += 2, to += 2) {
-      const std::uint32_t code = tables.pairs->loadCode(loadLow<std::uint16_t>(in));
-      if (code - 1 >= 0xFFFF) break;
-      to[0] = static_cast<unsigned char>(code >> 8);
-      to[1] = static_cast<unsigned char>(code);
+      std::uint32_t code = codes[loadLow<std::uint16_t>(in)];
+      if (code == 0) {
+        code = codeAt(*tables.pairs, in, stop);
+        if (code - 1 >= 0xFFFF) break;
+        code = code >> 8 | code << 8;
+      }
+      storeLow(to, static_cast<std::uint16_t>(code));
     }
     p = in;
     dest = to;
@@ -198,13 +223,14 @@ struct Writer : UnitWriter {
   }
 };
 
-template <typename Direction>
+template <typename Direction, bool (Tables::*open)()>
 unsigned int run(const void* parameters, const unsigned char* data, unsigned int length, bool last,
                  CodecState& state, DataBuffer& out, ReplacementSink* sink) {
   const auto& sets = *static_cast<const ShiftedSets*>(parameters);
-  const Tables tables = {sets.singles != nullptr ? CodeTable::open(*sets.singles) : nullptr,
-                         CodeTable::open(*sets.pairs)};
-  if (tables.pairs != nullptr && (tables.singles != nullptr || sets.singles == nullptr)) {
+  Tables tables = {sets.singles != nullptr ? CodeTable::open(*sets.singles) : nullptr,
+                   CodeTable::open(*sets.pairs)};
+  if (tables.pairs != nullptr && (tables.singles != nullptr || sets.singles == nullptr) &&
+      (tables.*open)()) {
     return runCodec<Direction>(&tables, data, length, last, state, out, sink);
   }
   out.latchFailure();
@@ -215,12 +241,12 @@ unsigned int run(const void* parameters, const unsigned char* data, unsigned int
 
 unsigned int readShifted(const void* parameters, const unsigned char* data, unsigned int length,
                          bool last, CodecState& state, DataBuffer& out, ReplacementSink* sink) {
-  return run<Reader>(parameters, data, length, last, state, out, sink);
+  return run<Reader, &Tables::openDecoder>(parameters, data, length, last, state, out, sink);
 }
 
 unsigned int writeShifted(const void* parameters, const unsigned char* data, unsigned int length,
                           bool last, CodecState& state, DataBuffer& out, ReplacementSink* sink) {
-  return run<Writer>(parameters, data, length, last, state, out, sink);
+  return run<Writer, &Tables::openEncoders>(parameters, data, length, last, state, out, sink);
 }
 
 std::uint32_t approximateShifted(const void* parameters, std::uint32_t scalar) {

@@ -17,11 +17,13 @@
 #include "encoding/codecs/rows/dos.h"
 #include "encoding/codecs/rows/ebcdic.h"
 #include "encoding/codecs/rows/ebcdic_shifts.h"
+#include "encoding/codecs/rows/indic.h"
 #include "encoding/codecs/rows/iso.h"
 #include "encoding/codecs/rows/iso2022.h"
 #include "encoding/codecs/rows/japanese.h"
 #include "encoding/codecs/rows/korean.h"
 #include "encoding/codecs/rows/mac.h"
+#include "encoding/codecs/rows/plain_pairs.h"
 #include "encoding/codecs/rows/unicode_forms.h"
 #include "encoding/codecs/rows/vendor.h"
 #include "encoding/codecs/rows/web.h"
@@ -112,7 +114,7 @@ inline constexpr EncodingRow kRows[] = {
         _Enc_shift_jis_only_read,
         doubleByte(932, "Shift_JIS",
                    "csShiftJIS MS_Kanji SJIS x-sjis Windows-31J csWindows31J windows-932 ms932 "
-                   "x-ms-cp932 PCK",
+                   "x-ms-cp932 PCK sjis-open sjis-win",
                    "Windows, Japanese (Shift_JIS)", GetEncShiftJis, 25183, 2)),
     // The Windows code page is read wherever GB 2312 is announced, as browsers do.
     doubleByte(936, "GBK",
@@ -126,7 +128,7 @@ inline constexpr EncodingRow kRows[] = {
     readingAlso(_Enc_big5_only_read,
                 doubleByte(950, "Big5",
                            "csBig5 cn-big5 x-x-big5 Big-Five windows-950 ms950 x-windows-950 "
-                           "windows-950-2000 x-big5 big5-tw",
+                           "windows-950-2000 x-big5 big5-tw BIG5-CP950",
                            "Windows, traditional Chinese (Big5)", GetBig5, 38459, 2)),
     single(1026, "IBM1026", "cp1026 csIBM1026 OSF10020402", "EBCDIC, Turkish (Latin 5)",
            _Enc_IBM1026),
@@ -177,7 +179,8 @@ inline constexpr EncodingRow kRows[] = {
     // here, because there C libraries and others disagree.)
     unicode(1200, "UTF-16LE",
             "csUTF16LE UTF-16 csUTF16 unicode csUnicode unicodeFEFF ISO-10646-UCS-2 UCS-2 "
-            "UCS-2LE u16 UTF16_LittleEndian UnicodeLittleUnmarked x-UTF-16LE ibm-1202 "
+            "UCS-2LE OSF00010100 OSF00010101 OSF00010102 u16 UTF16_LittleEndian "
+            "UnicodeLittleUnmarked x-UTF-16LE ibm-1202 "
             "ibm-1203 ibm-13490 ibm-13491 ibm-17586 ibm-17587 ibm-21682 ibm-21683 ibm-25778 "
             "ibm-25779 ibm-29874 ibm-29875",
             "Unicode, UTF-16 little endian", EncodingForm::kUtf16, false),
@@ -246,7 +249,9 @@ inline constexpr EncodingRow kRows[] = {
             "ibm-1235",
             "Unicode, UTF-32 little endian", EncodingForm::kUtf32, false),
     unicode(12001, "UTF-32BE",
-            "csUTF32BE UCS-4BE UTF32_BigEndian x-UTF-32BE ibm-1232 ibm-1233 ibm-9424",
+            "csUTF32BE UCS-4BE UTF32_BigEndian x-UTF-32BE ibm-1232 ibm-1233 ibm-9424 "
+            "ISO-10646-UCS-4 UCS-4 csUCS4 ISO-10646 10646-1:1993 10646-1:1993/UCS4 "
+            "OSF00010104 OSF00010105 OSF00010106",
             "Unicode, UTF-32 big endian", EncodingForm::kUtf32, true),
     single(20105, "x-IA5", "ISO_646.irv:1983 csISO2IntlRefVersion iso-ir-2 irv ISO_646.IRV",
            "7-bit, international reference version of 1983", _Enc_x_IA5),
@@ -385,15 +390,19 @@ inline constexpr EncodingRow kRows[] = {
            _Enc_iso_8859_8_i),
     // The three are converted alike. csISO2022JP, which IANA lists under ISO-2022-JP, is the name
     // by which Windows tells 50221 from 50220.
-    codec(50220, "ISO-2022-JP", "x-windows-50220 ms50220 x-windows-iso2022jp windows-iso2022jp",
+    codec(50220, "ISO-2022-JP",
+          "x-windows-50220 ms50220 x-windows-iso2022jp windows-iso2022jp "
+          "ISO_2022,locale=ja,version=0",
           "Japanese, ISO-2022-JP", CharsetKind::kStateful, &kIso2022JpCodec),
     codec(50221, "csISO2022JP", "_iso-2022-jp$ESC x-windows-50221 ms50221",
           "Japanese, ISO-2022-JP with katakana by escape", CharsetKind::kStateful,
           &kIso2022JpCodec),
     codec(50222, "cp50222", "_iso-2022-jp$SIO", "Japanese, ISO-2022-JP with katakana by shift",
           CharsetKind::kStateful, &kIso2022JpCodec),
-    codec(50225, "ISO-2022-KR", "csISO2022KR iso-2022-kr-7 iso-2022-kr-7bit", "Korean, ISO-2022-KR",
-          CharsetKind::kStateful, &kIso2022KrCodec),
+    codec(50225, "ISO-2022-KR",
+          "csISO2022KR iso-2022-kr-7 iso-2022-kr-7bit ISO_2022,locale=ko,version=0 "
+          "ISO_2022,locale=ko,version=1 ibm-25546",
+          "Korean, ISO-2022-KR", CharsetKind::kStateful, &kIso2022KrCodec),
     // The plain number is Windows's, whose table is Shift_JIS in the dress of EUC; streams know
     // what everybody else means by the names as 200954.
     knownToEngineAs(kEucJpNames,
@@ -409,7 +418,7 @@ inline constexpr EncodingRow kRows[] = {
     // Windows's number of HZ, served by the table of 936; the name hz-gb-2312 would promise the
     // escapes of HZ, which are not written here.
     doubleByte(52936, "cp52936", "", "Simplified Chinese, as 936", GetGb2312, 46811, 1),
-    codec(55000, "gsm", "gsm-03.38 gsm-default-alphabet",
+    codec(55000, "gsm", "gsm-03.38 gsm-default-alphabet gsm-03.38-2009",
           "GSM 03.38 default alphabet, one septet a byte", CharsetKind::kSingleByte, &kGsmCodec),
     codec(65000, "UTF-7",
           "csUTF7 UNICODE-1-1-UTF-7 csUnicode11UTF7 unicode-2-0-utf-7 x-unicode-1-1-utf-7 "
@@ -419,7 +428,7 @@ inline constexpr EncodingRow kRows[] = {
             "csUTF8 unicode-1-1-utf-8 unicode-2-0-utf-8 x-unicode-1-1-utf-8 "
             "x-unicode-2-0-utf-8 IBM1208 cp1208 u8 utf utf8_ucs2 utf8_ucs4 utf-8-strict "
             "ISO-10646/UTF-8 OSF05010001 ibm-1209 ibm-13496 ibm-13497 ibm-17592 ibm-17593 "
-            "ibm-5304 ibm-5305",
+            "ibm-5304 ibm-5305 ISO-IR-193 x-UTF_8J",
             "Unicode, UTF-8", EncodingForm::kUtf8, false),
     unicode(65005, "cp65005", "", "Unicode, UTF-32 little endian, as 12000", EncodingForm::kUtf32,
             false),
@@ -447,7 +456,7 @@ constexpr auto joined(const EncodingRow (&... families)[sizes]) {
 inline constexpr auto kEncodings = [] {
   auto rows = joined(kRows, kAccentRows, kEbcdicShiftRows, kEbcdicRows, kIsoRows, kIso2022Rows,
                      kDosRows, kMacRows, kVendorRows, kUnicodeFormRows, kChineseRows, kJapaneseRows,
-                     kKoreanRows, kWebRows);
+                     kKoreanRows, kIndicRows, kPlainPairsRows, kWebRows);
   std::ranges::sort(rows, {}, &EncodingRow::number);
   const auto find = [&](int number) {
     return std::ranges::find(rows, number, &EncodingRow::number);

@@ -8,6 +8,7 @@ namespace {
 using Entry = CodeTable::Entry;
 
 constexpr std::uint8_t kPlaces = 4;
+constexpr std::uint32_t kRight = 0x8080;  // the high bits of a character of eight bits
 
 // What stands in a place: the number of a designation plus 1, or one of these.
 using InPlace = std::uint8_t;
@@ -54,14 +55,16 @@ struct Direction : Base {
     state.bits &= ~(0xFFu << 8 * place);
     state.bits |= std::uint32_t{what} << 8 * place;
   }
-  // Whether something stands in G1 to G3.
-  bool hasOthers() const { return state.bits > 0xFF; }
-  void forgetOthers() { state.bits &= 0xFF; }
+  // Whether something stands in G1 to G3 that the end of a line takes away.
+  bool hasOthers() const { return state.bits > 0xFF && scheme.right == nullptr; }
+  void forgetOthers() {
+    if (scheme.right == nullptr) state.bits &= 0xFF;
+  }
 
   const GraphicSet* setIn(unsigned int place) const {
     constexpr static GraphicSet kAscii = {nullptr, 1, false, 0, true};
     const InPlace what = inPlace(place);
-    if (what == kInitial) return place == 0 ? &kAscii : nullptr;
+    if (what == kInitial) return place == 0 ? &kAscii : place == 1 ? scheme.right : nullptr;
     return what >= kUnknown ? nullptr : scheme.designations[what - 1].set;
   }
   OpenSet open(const GraphicSet* set) {
@@ -164,7 +167,7 @@ struct Reader : Direction<UnitReader> {
   // What the loops leave. False when what follows decides.
   bool readUnit() {
     const unsigned char byte = *p;
-    if (byte >= 0x80) return refuse(1);
+    if (byte >= 0x80) return readRight();
     if (byte == kEscape) return readEscape();
     if (scheme.hasShifts && (byte == kShiftOut || byte == kShiftIn)) return readShift();
     if (isLineEnd(byte)) return readLineEnd();
@@ -176,8 +179,23 @@ struct Reader : Direction<UnitReader> {
     return true;
   }
 
+  // A character of G1 in text of eight bits.
+  bool readRight() {
+    if (scheme.right == nullptr || *p < 0xA0) return refuse(1);
+    const OpenSet from = open(setIn(1));
+    if (isOutOfMemory) return fail();
+    const auto isOfSet = [&](unsigned char byte) {
+      return byte >= 0x80 && from.isGraphic(byte & 0x7F);
+    };
+    const bool isPair = from.set != nullptr ? from.set->length == 2 : inPlace(1) != kUnknown;
+    if (isPair && left() < 2 && !last) return false;
+    if (!isOfSet(*p) || (isPair && (left() < 2 || !isOfSet(p[1])))) return refuse(1);
+    return readCharacter(from, 0, isPair ? 2 : 1);
+  }
+
   // Lines begin in a set of letters, whatever the one before has forgotten.
   bool readLineEnd() {
+    if (scheme.right != nullptr) return passUnit();
     if (*p == '\n') forgetOthers();
     state.shiftedOut = false;
     const GraphicSet* const first = setIn(0);
@@ -202,7 +220,7 @@ struct Reader : Direction<UnitReader> {
       entry = from.node;
       for (unsigned int i = 0; i < length; ++i) {
         if ((entry & CodeTable::kKind) != CodeTable::kNode) return refuse(shift + length);
-        entry = from.table->node(entry)[p[shift + i] | from.high];
+        entry = from.table->node(entry)[(p[shift + i] & 0x7F) | from.high];
       }
     }
     const Entry kind = entry & CodeTable::kKind;
@@ -311,7 +329,16 @@ struct Writer : Direction<UnitWriter> {
   }
   void finish() {
     enterAscii();
+    restoreRight();
     Direction::endText();
+  }
+  // So that another text can follow, which begins with what G1 is at the beginning.
+  void restoreRight() {
+    if (setIn(1) == scheme.right) return;
+    for (std::size_t i = 0; i < scheme.designationCount && scheme.right != nullptr; ++i) {
+      if (scheme.designations[i].set != scheme.right) continue;
+      return call(static_cast<InPlace>(i + 1), open(scheme.right));
+    }
   }
 
   // The set whose table has the sequences, if any.
@@ -390,6 +417,8 @@ struct Writer : Direction<UnitWriter> {
   // the first one that has it.
   bool writeScalar(char32_t scalar, unsigned int length) {
     if (writeIn(called, scalar, length)) return true;
+    if (scheme.right != nullptr && writeIn(open(setIn(1)), scalar, length, kRight)) return true;
+    if (isOutOfMemory) return true;
     for (const bool isAkin : {true, false}) {
       for (std::size_t i = 0; i < scheme.designationCount; ++i) {
         const Designation& designation = scheme.designations[i];
@@ -399,16 +428,19 @@ struct Writer : Direction<UnitWriter> {
         if (isOutOfMemory) return true;
         if (set.table == nullptr || set.codeIn(set.table->codeOf(scalar)) == 0) continue;
         call(static_cast<InPlace>(i + 1), set);
-        return writeIn(set, scalar, length);
+        const bool isRight = scheme.right != nullptr && designation.place == 1;
+        return writeIn(set, scalar, length, isRight ? kRight : 0);
       }
     }
     return refuseAs(length);
   }
-  bool writeIn(const OpenSet& set, char32_t scalar, unsigned int length) {
+  // highBits: those that the bytes have besides.
+  bool writeIn(const OpenSet& set, char32_t scalar, unsigned int length,
+               std::uint32_t highBits = 0) {
     const std::uint32_t code =
         set.table != nullptr ? set.codeIn(set.table->codeOf(scalar)) : std::uint32_t{0};
     if (code == 0) return false;
-    putCode(code);
+    putCode(code | (code > 0xFF ? highBits : highBits & 0xFF));
     p += length;
     return true;
   }
@@ -432,6 +464,7 @@ struct Writer : Direction<UnitWriter> {
       for (const char byte : designation.escape) put(static_cast<unsigned char>(byte));
       designate(place, what);
     }
+    if (place == 1 && scheme.right != nullptr) return;
     if (place == 1) shift(true);
     if (place >= 2) return put(kEscape, place == 2 ? 'N' : 'O');
     called = set;

@@ -1,6 +1,6 @@
-// The encodings of ISO 2022 (ECMA-35) in seven bits, whose escape sequences say which character set
-// the bytes mean: ISO-2022-CN, ISO-2022-JP-2 and their kin. One reader and one writer, driven by a
-// table of designations.
+// The encodings of ISO 2022 (ECMA-35), whose escape sequences say which character set the bytes
+// mean: ISO-2022-CN, ISO-2022-JP-2 and their kin in seven bits, compound text in eight. One reader
+// and one writer, driven by a table of designations.
 //
 // ISO-2022-JP, ISO-2022-KR and HZ have codecs of their own, which serve EncConvert too.
 #ifndef ENCODING_CODECS_ISO2022_H_
@@ -40,6 +40,9 @@ struct Iso2022 {
   bool hasShifts;                 // SO and SI call G1 and G0
   std::uint8_t singleShiftBytes;  // of the character behind ESC N or ESC O, which are in G2 and G3;
                                   // 0: these two mean nothing
+  // Text of eight bits: bytes from A0 up are characters of G1, which is this at the beginning, and
+  // the places stay as they are at the end of a line. Null: text of seven bits.
+  const GraphicSet* right = nullptr;
 };
 
 // The parameters are an Iso2022.

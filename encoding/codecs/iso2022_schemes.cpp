@@ -1,5 +1,6 @@
 // Which sets the encodings of ISO 2022 have, and their escape sequences.
 #include <cstddef>
+#include <iterator>
 
 #include "encoding/codecs/iso2022.h"
 #include "encoding/codecs/mapping_list.h"
@@ -26,6 +27,15 @@ constexpr GraphicSet kJisRoman = {&kMap_jis_x_0201, 1, false, 0, true};
 constexpr GraphicSet kJisKatakana = {&kMap_jis_x_0201, 1, false, kHigh};
 constexpr GraphicSet kLatin1 = {&kMap_iso_8859_1, 1, true, kHigh};
 constexpr GraphicSet kGreek = {&kMap_iso_8859_7_2003, 1, true, kHigh};
+constexpr GraphicSet kLatin2 = {&kMap_iso_8859_2, 1, true, kHigh};
+constexpr GraphicSet kLatin3 = {&kMap_iso_8859_3_1999, 1, true, kHigh};
+constexpr GraphicSet kLatin4 = {&kMap_iso_8859_4, 1, true, kHigh};
+constexpr GraphicSet kCyrillic = {&kMap_iso_8859_5, 1, true, kHigh};
+constexpr GraphicSet kArabic = {&kMap_iso_8859_6_1999, 1, true, kHigh};
+constexpr GraphicSet kHebrew = {&kMap_iso_8859_8_1999, 1, true, kHigh};
+constexpr GraphicSet kLatin5 = {&kMap_iso_8859_9, 1, true, kHigh};
+constexpr GraphicSet kLatin8 = {&kMap_iso_8859_14, 1, true, kHigh};
+constexpr GraphicSet kLatin9 = {&kMap_iso_8859_15, 1, true, kHigh};
 constexpr GraphicSet kJisX0208 = pairs(kMap_jis_x_0208, 0);
 constexpr GraphicSet kJisX0212 = pairs(kMap_jis_x_0212, 0);
 constexpr GraphicSet kJisX0213Of2000 = jisX0213(kMap_jis_x_0213_2000, kHighPair);
@@ -112,6 +122,40 @@ constexpr Iso2022 kJp1Scheme = japanese(kJp1), kJp2Scheme = japanese(kJp2, 1),
                   kJp3Scheme = japanese(kJp3), kJp2004Scheme = japanese(kJp2004),
                   kJpExtScheme = japanese(kJpExt);
 
+// With half-width katakana as bytes from A1 up.
+constexpr Iso2022 kJis8Scheme = {kJpExt, std::size(kJpExt), false, 0, &kJisKatakana};
+
+// ---- Compound text of the X Window System, and what its writers have added ----
+
+constexpr Designation kCompound[] = {
+    {"(B", 0, &kAscii},
+    {"-A", 1, &kLatin1},
+    {"-B", 1, &kLatin2},
+    {"-C", 1, &kLatin3},
+    {"-D", 1, &kLatin4},
+    {"-F", 1, &kGreek},
+    {"-G", 1, &kArabic},
+    {"-H", 1, &kHebrew},
+    {"-L", 1, &kCyrillic},
+    {"-M", 1, &kLatin5},
+    {"-b", 1, &kLatin9},
+    {"-_", 1, &kLatin8},
+    {")I", 1, &kJisKatakana},
+    {"(J", 0, &kJisRoman, kOnlyRead},
+    {"$)B", 1, &kJisX0208},
+    {"$)A", 1, &kGb2312},
+    {"$)C", 1, &kKsX1001},
+    {"$)D", 1, &kJisX0212},
+    {"$)G", 1, &kCns1},
+    {"$)H", 1, &kCns2},
+    // Pairs in the left half.
+    {"$B", 0, &kJisX0208, kOnlyRead},
+    {"$A", 0, &kGb2312, kOnlyRead},
+    {"$(C", 0, &kKsX1001, kOnlyRead},
+    {"$(D", 0, &kJisX0212, kOnlyRead},
+};
+constexpr Iso2022 kCompoundScheme = {kCompound, std::size(kCompound), false, 0, &kLatin1};
+
 }  // namespace
 
 extern const Codec kIso2022CnCodec = codecFor(kCnScheme);
@@ -122,3 +166,5 @@ extern const Codec kIso2022Jp2Codec = codecFor(kJp2Scheme);
 extern const Codec kIso2022Jp3Codec = codecFor(kJp3Scheme);
 extern const Codec kIso2022Jp2004Codec = codecFor(kJp2004Scheme);
 extern const Codec kIso2022JpExtCodec = codecFor(kJpExtScheme);
+extern const Codec kJis8Codec = codecFor(kJis8Scheme);
+extern const Codec kCompoundTextCodec = codecFor(kCompoundScheme);

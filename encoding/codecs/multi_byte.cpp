@@ -1,6 +1,8 @@
 #include "encoding/codecs/multi_byte.h"
 
+#include "encoding/codecs/mapped_tables.h"
 #include "encoding/codecs/unit_text.h"
+#include "encoding/kernels/cpu_dispatch.h"
 
 namespace {
 
@@ -17,10 +19,16 @@ struct Reader : UnitReader {
   using UnitReader::UnitReader;
   const CodeTable& table = static_cast<const Rules*>(parameters)->table;
   const PieceRule pieceRule = static_cast<const Rules*>(parameters)->pieceRule;
+  const fast::DoubleByteDecoder* const pairs = table.isAscii() ? table.pairDecoder() : nullptr;
 
   bool step() {
     const unsigned char* const stop = readable();
     while (p < stop) {
+      if (pairs != nullptr) {
+        const auto done = fast::kernels().doubleByteToUtf16(*pairs, p, end, dest, destEnd);
+        p = done.in;
+        dest = done.out;
+      }
       if (table.isAscii()) copyAscii(stop);
       copyCodes(stop);
       if (p < stop && (*p >= 0x80 || !table.isAscii())) return readOne();
@@ -97,10 +105,18 @@ struct Writer : UnitWriter {
   using UnitWriter::UnitWriter;
   const CodeTable& table = static_cast<const Rules*>(parameters)->table;
   const std::uint32_t lastWritten = static_cast<const Rules*>(parameters)->lastWritten;
+  // To kernels U+0000 is byte 00.
+  const fast::DoubleByteEncoder* const pairs =
+      table.root()[0] == CodeTable::kScalar ? table.pairEncoder() : nullptr;
 
   bool step() {
     const unsigned char* const stop = writable();
     while (p < stop) {
+      if (pairs != nullptr) {
+        const auto done = fast::kernels().utf16ToDoubleByte(*pairs, p, end, dest, destEnd);
+        p = done.in;
+        dest = done.out;
+      }
       if (table.isAscii()) copyAscii(stop);
       copyCodes(stop);
       const bool isAscii = left() >= 2 && p[1] == 0 && p[0] < 0x80 && table.isAscii();
@@ -110,15 +126,16 @@ struct Writer : UnitWriter {
   }
   void finish() {}
 
-  // Units that have a code of one or two bytes and begin no sequence.
+  // Units that have a code of one or two bytes and stand in no sequence.
   void copyCodes(const unsigned char* stop) {
     const bool isAscii = table.isAscii();
     const unsigned char* in = p;
     unsigned char* to = dest;
     for (; stop - in >= 2; in += 2) {
       const std::uint32_t unit = loadLow<std::uint16_t>(in);
-      const std::uint32_t code = table.loadCode(unit);
-      if (code - 1 >= 0xFFFF || (isAscii && unit < 0x80)) break;
+      if (isAscii && unit < 0x80) break;
+      const std::uint32_t code = codeAt(table, in, stop);
+      if (code - 1 >= 0xFFFF) break;
       const unsigned int isPair = code > 0xFF ? 1 : 0;
       to[0] = static_cast<unsigned char>(code >> 8 * isPair);
       to[1] = static_cast<unsigned char>(code);

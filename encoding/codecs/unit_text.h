@@ -112,6 +112,16 @@ struct UnitWriter : CodecRun {
     return {joinSurrogates(unit, second), 4, true};
   }
 
+  // What loadCode() says of a unit in front of stop, but for one that begins sequences its code if
+  // it is seen that none stands there.
+  static std::uint32_t codeAt(const CodeTable& table, const unsigned char* at,
+                              const unsigned char* stop) {
+    const std::uint32_t code = table.loadCode(loadLow<std::uint16_t>(at));
+    if (code < CodeTable::kBegins || table.sequences().isEmpty() || stop - at < 4) return code;
+    const std::uint32_t next = table.loadCode(loadLow<std::uint16_t>(at + 2));
+    return (next & CodeTable::kFollows) == 0 ? code & ~CodeTable::kMarks : code;
+  }
+
   // The longest sequence of a table that stands here, and its length in bytes; null for none.
   // isCut: what follows the piece may belong to one.
   const CodeTable::Sequence* sequenceAt(const CodeTable& table, unsigned int& length,

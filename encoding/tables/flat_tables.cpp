@@ -4,12 +4,12 @@
 #include <bitset>
 #include <iterator>
 #include <memory>
-#include <new>
 
+#include "encoding/codecs/mapped_tables.h"
 #include "encoding/codecs/vietnamese.h"
-#include "encoding/tables/mapped_tables.h"
 #include "encoding/tables/table_builder.h"
 #include "encoding/tables/table_registry.h"
+#include "support/publish.h"
 #include "support/zv_base.h"
 
 namespace fast {
@@ -27,32 +27,11 @@ struct FlatSlots {
 };
 FlatSlots g_slots[kMaxTableSlots];
 
-template <class Table>
-void release(std::atomic<const Table*>& slot) {
-  delete slot.exchange(nullptr, std::memory_order_acq_rel);
-}
-
-// The published table of a slot, made by fill(table) when there is none yet: made outside, one
-// compare-exchange, and the loser destroys its own. Null when memory is short, or when fill says
-// that there is nothing to make it of or that a flat table will not do.
-template <class Table, class Fill>
-const Table* publish(std::atomic<const Table*>& slot, Fill fill) {
-  if (const Table* table = slot.load(std::memory_order_acquire)) return table;
-  std::unique_ptr<Table> made(new (std::nothrow) Table());
-  if (made == nullptr || !fill(*made)) return nullptr;
-  const Table* expected = nullptr;
-  if (slot.compare_exchange_strong(expected, made.get(), std::memory_order_acq_rel,
-                                   std::memory_order_acquire)) {
-    return made.release();
-  }
-  return expected;
-}
-
-// The same of a row: by fillMapped(mapping, table) where it has a mapping, else by fill(row, base
-// table, table).
+// The published table of a slot: made of the row's mapping, where it has one, else by fill(row,
+// base table, table). Null when memory is short, or when a flat table will not do.
 template <class Table, class Base, class Fill>
-const Table* publish(std::atomic<const Table*>& slot, const EncodingRow& row,
-                     const std::atomic<Base*>& base, Fill fill) {
+const Table* publishOf(std::atomic<const Table*>& slot, const EncodingRow& row,
+                       const std::atomic<Base*>& base, Fill fill) {
   return publish(slot, [&](Table& table) {
     if (row.mapping != nullptr) {
       const CodeTable* const mapping = CodeTable::open(*row.mapping);
@@ -233,20 +212,20 @@ Decoder decoderFor(const EncodingRow& row, Reader reader) {
   const bool readsMore = reader == Reader::kStream && row.onlyReadText != nullptr;
   const unsigned int kind = readsMore ? 1 : 0;
   if (row.form == EncodingForm::kDoubleByte) {
-    return {.doubleByte = publish(slots.doubleDecoders[kind], row, tables.multiToUnicode,
-                                  readsMore ? fillDoubleByteReader : fillDoubleByteDecoder)};
+    return {.doubleByte = publishOf(slots.doubleDecoders[kind], row, tables.multiToUnicode,
+                                    readsMore ? fillDoubleByteReader : fillDoubleByteDecoder)};
   }
-  return {.singleByte = publish(slots.singleDecoders[kind], row, tables.singleToUnicode,
-                                readsMore ? fillSingleByteReader : fillSingleByteDecoder)};
+  return {.singleByte = publishOf(slots.singleDecoders[kind], row, tables.singleToUnicode,
+                                  readsMore ? fillSingleByteReader : fillSingleByteDecoder)};
 }
 
 Encoder encoderFor(const EncodingRow& row) {
   FlatSlots& slots = g_slots[row.slot];
   const std::atomic<HashConvert*>& map = tableSlots(row).fromUnicode;
   if (row.form == EncodingForm::kDoubleByte || row.decomposesVietnamese) {
-    return {.doubleByte = publish(slots.doubleEncoder, row, map, fillDoubleByteEncoder)};
+    return {.doubleByte = publishOf(slots.doubleEncoder, row, map, fillDoubleByteEncoder)};
   }
-  return {.singleByte = publish(slots.singleEncoder, row, map, fillSingleByteEncoder)};
+  return {.singleByte = publishOf(slots.singleEncoder, row, map, fillSingleByteEncoder)};
 }
 
 bool mayApproximate(const Encoder& encoder) {

@@ -38,7 +38,7 @@ struct CodePage {
   int number;                             ///< by which conversions name it: 1252, 932, 65001, ...
   std::string_view name;                  ///< its preferred name
   std::vector<std::string_view> aliases;  ///< its other names
-  std::string_view kind;                  ///< "unicode", "single-byte", "double-byte", "stateful"
+  std::string_view kind;                  ///< "unicode", "single-byte", "double-byte", ...
   std::string_view description;           ///< a few words for people
   bool can_read;                          ///< may be the source of a conversion
   bool can_write;                         ///< may be the target
@@ -292,7 +292,7 @@ class ENCCONV_API StreamConverter {
   std::optional<Problem> first_approximation() const;  ///< the first of them
 
  private:
-  struct State;
+  struct ENCCONV_HIDDEN State;
   std::unique_ptr<State> m_state;
 };
 

@@ -98,7 +98,8 @@ typedef struct encconv_code_page {
   int number;              /**< by which conversions name it: 1252, 932, 65001, ... */
   const char* name;        /**< its preferred name */
   const char* aliases;     /**< its other names, separated by single spaces */
-  const char* kind;        /**< "unicode", "single-byte", "double-byte" or "stateful" */
+  const char* kind;        /**< "unicode", "single-byte", "double-byte", "multi-byte"
+                                or "stateful" */
   const char* description; /**< a few words for people */
   int can_read;            /**< 1: may be the source of a conversion */
   int can_write;           /**< 1: may be the target */

@@ -133,7 +133,7 @@ class ENCCONV_API RecordReader {
   const RecordProblem& problem() const;
 
  private:
-  struct State;
+  struct ENCCONV_HIDDEN State;
   std::unique_ptr<State> m_state;
 };
 
@@ -194,7 +194,7 @@ class ENCCONV_API RecordText {
   std::string_view opening() const;
 
  private:
-  struct State;
+  struct ENCCONV_HIDDEN State;
   std::unique_ptr<State> m_state;
 };
 
@@ -303,7 +303,7 @@ class ENCCONV_API FieldDecoder {
   bool decode(const RecordReader& reader, std::vector<Value>& values);
 
  private:
-  struct State;
+  struct ENCCONV_HIDDEN State;
   std::unique_ptr<State> m_state;
 };
 
@@ -332,7 +332,7 @@ class ENCCONV_API FieldEncoder {
   std::string_view blank() const;
 
  private:
-  struct State;
+  struct ENCCONV_HIDDEN State;
   std::unique_ptr<State> m_state;
 };
 
@@ -389,7 +389,7 @@ class ENCCONV_API TableReader {
   const RecordProblem& problem() const;
 
  private:
-  struct State;
+  struct ENCCONV_HIDDEN State;
   std::unique_ptr<State> m_state;
 };
 

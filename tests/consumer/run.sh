@@ -3,6 +3,7 @@
 #
 #   run.sh BUILD_DIRECTORY WORK_DIRECTORY
 set -eu
+export LC_ALL=C
 
 here=$(cd "$(dirname "$0")" && pwd)
 build=$1
@@ -22,6 +23,14 @@ if nm -C --defined-only --extern-only "$lib/libencconv.a" | grep -E '^[0-9a-f]+ 
   echo "these are no names of the interface"
   exit 1
 fi
+
+say "names that the shared library shows"
+nm -DC --defined-only "$lib/libencconv.so" |
+  sed -n 's/^[0-9a-f]* [A-Z] \(.*\)@@ENCCONV_[0-9]*$/\1/p' | sort -u >"$work/symbols.txt"
+diff -u "$here/../../interface/symbols.txt" "$work/symbols.txt" || {
+  echo "what is gone needs another first number of the version, what is new a line in the list"
+  exit 1
+}
 
 find_package() {
   kind=$1 languages=$2 tree=$work/find_$3
@@ -57,6 +66,12 @@ for kind in shared static; do
   LD_LIBRARY_PATH=$lib "$work/cpp_$kind"
   LD_LIBRARY_PATH=$lib "$work/c_$kind"
 done
+
+say "without exceptions and RTTI"
+# shellcheck disable=SC2046
+${CXX:-c++} -std=c++17 -fno-exceptions -fno-rtti "$here/consumer.cpp" -o "$work/bare" \
+  $(PKG_CONFIG_PATH=${lib}/pkgconfig pkg-config --cflags --libs encconv)
+LD_LIBRARY_PATH=$lib "$work/bare"
 
 say "pkg-config, engine"
 # shellcheck disable=SC2046

@@ -17,7 +17,7 @@ inline constexpr EncodingRow kChineseRows[] = {
     streamOnly(codec(200700, "GB18030-2005", "gb18030-2000",
                      "Simplified Chinese and all of Unicode, GB 18030 of 2005",
                      CharsetKind::kMultiByte, &kMultiByteCodec<kMap_gb18030_2005>)),
-    mappedDoubleByte(200701, "GB2312-EUC", "euccn-1980 gb2312-1980-euc",
+    mappedDoubleByte(200701, "GB2312-EUC", "euccn-1980 gb2312-1980-euc eucgb2312_cn gb2312-1980",
                      "Simplified Chinese, GB 2312 alone in EUC", &kMap_gb2312),
     mappedDoubleByte(200702, "GBK-1995", "",
                      "Simplified Chinese, GBK without user-defined characters", &kMap_gbk),

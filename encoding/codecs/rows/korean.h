@@ -23,7 +23,7 @@ inline constexpr EncodingRow kKoreanRows[] = {
     streamOnly(codec(1363, "IBM1363", "x-IBM1363 ibm-1363_P110-1997 ibm-1363_VASCII_VSUB_VPUA",
                      "Korean, IBM PC with Unified Hangul and won sign", CharsetKind::kMultiByte,
                      &kMultiByteCodec<kMap_ibm1363>)),
-    mappedDoubleByte(200743, "IBM1363C", "x-IBM1363C ibm-1363_P11B-1998 ibm-1363_VSUB_VPUA",
+    mappedDoubleByte(200743, "IBM1363C", "x-IBM1363C ibm-1363_P11B-1998 ibm-1363_VSUB_VPUA ksc",
                      "Korean, IBM PC with Unified Hangul, over ASCII", &kMap_ibm1363c),
     mappedDoubleByte(10003, "x-mac-korean", "MacKorean", "Mac, Korean", &kMap_cp10003),
     mappedDoubleByte(20949, "x-cp20949", "", "Korean, KS X 1001 of Windows", &kMap_cp20949),
