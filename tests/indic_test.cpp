@@ -13,7 +13,8 @@ const Codec& kAssamese = codecOf(57006);
 const Codec& kGurmukhi = codecOf(57011);
 
 const Case kCases[] = {
-    // A second byte that makes another letter of the first; joiners behind a virama; Vedic signs. ICU
+    // A second byte that makes another letter of the first; joiners behind a virama; Vedic signs.
+    // ICU
     // reads the same.
     {kDevanagari.read,
      "Ab \xB3\xE9\xE8\xE9\xD6 \xB3\xE8\xE8\xB3\xA6\xE9\xA4\xE0\xEA\xEA\xEA\xD9\xF0\xB8\xE9",
@@ -45,7 +46,8 @@ const Case kCases[] = {
     // What would be read together is kept apart, but for a nukta at its consonant.
     {kDevanagari.write,
      utf16(u"\u0915\u093C\u0958\u0964\u0964\u0965\u094D\u094D\u093C\u0907\u093C\u094D\u200D\u0952"),
-     "\xB3\xE9\xB3\xE9\xEA\xEF\x42\xEA\xEF\x42\xEA\xEA\xE8\xEF\x42\xE8\xEF\x42\xE9\xA6\xEF\x42\xE9\xE8\xE9"
+     "\xB3\xE9\xB3\xE9\xEA\xEF\x42\xEA\xEF\x42\xEA\xEA\xE8\xEF\x42\xE8\xEF\x42\xE9\xA6\xEF\x42\xE9"
+     "\xE8\xE9"
      "\xF0\xB8",
      {}},
     {kGurmukhi.write,
@@ -64,7 +66,8 @@ TEST(Iscii, ConvertsAndReportsHoweverTheTextIsCut) {
 }
 
 TEST(Iscii, StandsAnyBytesHoweverTheyAreCut) {
-  const std::string bytes = "\xB3\xB3\xB4\xE8\xE8\xE9\xE9\xEA\xEF\xEF\x42\x43\x4B\xF0\xB8\xA4\xE0\xD9\n z\xFF";
+  const std::string bytes =
+      "\xB3\xB3\xB4\xE8\xE8\xE9\xE9\xEA\xEF\xEF\x42\x43\x4B\xF0\xB8\xA4\xE0\xD9\n z\xFF";
   const std::string units(
       "\x15\x09\x3C\x09\x4D\x09\x0D\x20\x64\x09\x95\x09\x71\x0A\x15\x0A\x4D\x0A\0\0\n\0z\0", 24);
   std::vector<Direction> directions;

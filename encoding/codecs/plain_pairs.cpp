@@ -22,7 +22,8 @@ struct Reader : UnitReader {
     while (p < stop) {
       if (left() < 2) return last && refuse(1);
       const Entry entry = entryAt(p);
-      // A pair of the set that is not assigned is one piece; else the second byte may begin another.
+      // A pair of the set that is not assigned is one piece; else the second byte may begin
+      // another.
       if (entry == CodeTable::kNothing) return refuse(isOfSet(p[0]) && isOfSet(p[1]) ? 2 : 1);
       putEntry(pairs.table, entry);
       p += 2;

@@ -1,5 +1,5 @@
-// Sets of 94 rows of 94 characters by themselves: every character is two bytes, and there is nothing
-// else, not even a space or a line end. X11 fonts and other standards refer to them so.
+// Sets of 94 rows of 94 characters by themselves: every character is two bytes, and there is
+// nothing else, not even a space or a line end. X11 fonts and other standards refer to them so.
 #ifndef ENCODING_CODECS_PLAIN_PAIRS_H_
 #define ENCODING_CODECS_PLAIN_PAIRS_H_
 
