@@ -161,3 +161,19 @@ records("fixed", 3, 2, 0, RECORD * 3)
 records("csv", 3, 0, 0, b'a,c\r\n"x, ""y""",1\r\n,-2.5\n"",\n')
 records("json", 3, 0, 1, b'{"a": "\\u00e9\\ud83d\\ude00", "c": -1.5e1, "b": null}\n{}\n')
 records("layout", 3, 0, 1, b"id 1 5 zoned:unsigned # number\nname + 20 text:encoding=932, n 3 2 binary")
+
+
+ICONV = re.findall(r'"([^"]+)"', re.search(r"kNames\[\] = \{(.*?)\};", (HERE / "iconv_fuzz.cpp").read_text(),
+                                           re.S).group(1))
+
+
+def iconv(name, source, to, suffix, text):
+    settings = [ICONV.index(source), ICONV.index(to), suffix, 0]
+    write("iconv", name, bytes(settings) + bytes([0x0A, 0x39, 0x1B, 0x02, 0x83, 0x14, 0x46, 0x0D]) + text)
+
+
+iconv("japanese-in-pieces", "UTF-8", "ISO-2022-JP", 0, "日本 ア z日".encode())
+iconv("waits-for-a-mark", "UTF-8", "EUC-JISX0213", 0, "か゚か".encode())
+iconv("transliterated", "UTF-8", "ISO-8859-1", 2, "“fi” ﬁ € 日".encode())
+iconv("left-out", "ISO-2022-KR", "UTF-8", 3, b"\x1b$)Ca\x0eGQ\xff\x0f\xffb")
+iconv("base64", "UTF-7", "UTF-16", 0, b"a+ZeVnLA-+2D3eAA-z")

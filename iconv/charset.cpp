@@ -75,21 +75,19 @@ void readSuffix(std::string_view suffix, Suffixes& suffixes) {
 
 CharsetCode parseCode(std::string_view code) {
   CharsetCode parsed;
-  // Suffixes stand behind the second slash, and commas or slashes between them.
-  std::size_t nameEnd = std::min(code.find('/'), code.size());
-  if (const std::size_t second = code.find('/', nameEnd + 1);
-      nameEnd < code.size() && second != std::string_view::npos) {
-    std::string_view rest = code.substr(second + 1);
-    while (!rest.empty()) {
-      const std::size_t end = std::min(rest.find_first_of("/,"), rest.size());
-      std::string_view suffix = rest.substr(0, end);
-      while (!suffix.empty() && isSpace(suffix.back())) suffix.remove_suffix(1);
-      readSuffix(suffix, parsed.suffixes);
-      rest.remove_prefix(std::min(end + 1, rest.size()));
-    }
+  // Suffixes stand behind two slashes, and commas or slashes between them.
+  const std::size_t nameEnd = std::min(code.find("//"), code.size());
+  std::string_view rest = code.substr(std::min(nameEnd + 2, code.size()));
+  while (!rest.empty()) {
+    const std::size_t end = std::min(rest.find_first_of("/,"), rest.size());
+    std::string_view suffix = rest.substr(0, end);
+    while (!suffix.empty() && isSpace(suffix.back())) suffix.remove_suffix(1);
+    readSuffix(suffix, parsed.suffixes);
+    rest.remove_prefix(std::min(end + 1, rest.size()));
   }
   std::string_view name = code.substr(0, nameEnd);
-  while (!name.empty() && (isSpace(name.back()) || name.back() == ',')) name.remove_suffix(1);
+  while (!name.empty() && (isSpace(name.back()) || name.back() == ',' || name.back() == '/'))
+    name.remove_suffix(1);
   if (name.empty() || isSame(name, "char")) {
     parsed.isOfLocale = true;
     name = nl_langinfo(CODESET);

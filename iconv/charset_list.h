@@ -28,7 +28,7 @@ inline constexpr CharsetMeaning kCharsetMeanings[] = {
     {kHostUtf32, Form::kWide, "WCHAR_T", ""},
     {kHostUtf32, Form::kWide, "INTERNAL", ""},
     // Windows's and IBM's code pages of the same names hold more, or something else.
-    {200704, Form::kPlain, "BIG5", "BIG-FIVE CN-BIG5 CP950"},
+    {950, Form::kStrict, "BIG5", "BIG-FIVE CN-BIG5 CP950"},
     {1250, Form::kStrict, "CP1250", "MS-EE WINDOWS-1250"},
     {1251, Form::kStrict, "CP1251", "MS-CYRL WINDOWS-1251"},
     {1252, Form::kStrict, "CP1252", "MS-ANSI WINDOWS-1252"},
@@ -61,7 +61,7 @@ inline constexpr CharsetMeaning kCharsetMeanings[] = {
     {200721, Form::kPlain, "SJIS", "SHIFT-JIS MS_KANJI CSSHIFTJIS"},
     {200933, Form::kPlain, "ISO-2022-JP", "CSISO2022JP"},
     {200310, Form::kPlain, "TIS-620", "TIS620-0 TIS620.2529-1 TIS620.2533-0 ISO-IR-166"},
-    {200935, Form::kPlain, "UHC", "MSCP949 CP949"},
+    {949, Form::kStrict, "UHC", "MSCP949 CP949"},
 };
 
 }  // namespace iconv_layer

@@ -26,13 +26,6 @@ class Room final : public Output {
   bool grow(std::size_t /*count*/, std::uint64_t /*expected*/) override { return false; }
 };
 
-bool hasSurrogate(const unsigned char* text, std::size_t bytes, bool bigEndian) {
-  for (std::size_t i = bigEndian ? 0 : 1; i < bytes; i += 2) {
-    if ((text[i] & 0xF8) == 0xD8) return true;
-  }
-  return false;
-}
-
 int otherByteOrder(const EncodingRow& row) {
   constexpr int kOrders[][2] = {{1200, 1201}, {12000, 12001}};
   for (const auto& order : kOrders) {
@@ -42,6 +35,13 @@ int otherByteOrder(const EncodingRow& row) {
 }
 
 }  // namespace
+
+bool Conversion::hasSurrogate(Text text, bool bigEndian) {
+  for (std::size_t i = bigEndian ? 0 : 1; i < text.size; i += 2) {
+    if ((text.bytes[i] & 0xF8) == 0xD8) return true;
+  }
+  return false;
+}
 
 Conversion::Status Conversion::convert(Place& place, std::size_t& irreversible) {
   Outcome outcome;
@@ -63,6 +63,8 @@ Conversion::Status Conversion::convert(Place& place, std::size_t& irreversible) 
     place.in = outcome.unwritten;
     m_reading = outcome.beforeUnwritten;
   }
+  // What waits at the end of a text says nothing of the next one.
+  if (place.in == place.inEnd) m_steps = 0;
   irreversible += outcome.irreversible;
   return status == Status::kGood && outcome.ignoredSome ? Status::kIgnored : status;
 }
@@ -138,6 +140,7 @@ void Conversion::takePlain(Place& place) {
       }
     }
   }
+  if (length <= fast::kShortBytes && plan.whole == nullptr && takeShort(place, length)) return;
   takePlainWindows(place);
   // In the rest of the room, less and less at a time.
   std::size_t part = std::min<std::size_t>({place.left(), place.room(), kKernelSlack});
@@ -156,6 +159,32 @@ void Conversion::takePlain(Place& place) {
     place.in = aside.in;
     part = std::min({part, place.left(), place.room()});
   }
+}
+
+// Converts a short text by the two steps; false, with nothing done, where it is not clean or does
+// not fit.
+bool Conversion::takeShort(Place& place, std::size_t length) const {
+  const fast::Plan& plan = *m_plan;
+  unsigned char units[2 * fast::kShortBytes + kKernelSlack];
+  unsigned char text[fast::kShortOutput];
+  const unsigned char* const end = place.in + length;
+  fast::KernelResult r{place.in, text};
+  if (plan.direct != nullptr) {
+    r = plan.direct(plan, place.in, end, text, text + sizeof text);
+    if (r.in != end) return false;
+  } else {
+    const fast::KernelResult decoded =
+        fast::decode(plan, place.in, end, units, units + sizeof units);
+    if (decoded.in != end) return false;
+    r = fast::encode(plan, units, decoded.out, text, text + sizeof text);
+    if (r.in != decoded.out) return false;
+  }
+  const auto size = static_cast<std::size_t>(r.out - text);
+  if (size > place.room()) return false;
+  std::memcpy(place.out, text, size);
+  place.in = end;
+  place.out += size;
+  return true;
 }
 
 // Converts up to what is not clean, or up to where fewer than kKernelSlack bytes of room are left.
@@ -190,69 +219,128 @@ void Conversion::takeByPump(Place& place, std::size_t length) const {
 // Converts a part of the text where codecs are concerned. False, with nothing done, where it is not
 // clean or does not fit.
 bool Conversion::takeWindow(Place& place, std::size_t length) {
-  constexpr std::size_t kStorage = 8 * kLargestWindow;
-  const unsigned char* text = place.in;
-  std::size_t textBytes = length;
-  std::size_t used = 0;
+  LentBuffer<kWindowStorage> read;
+  LentBuffer<kWindowStorage> segment;
   CodecState reading = m_reading;
-  LentBuffer<kStorage> readText;
-  MarkCounter marks;
+  Text text{place.in, length};
+  std::size_t used = 0;
   if (const Codec* const codec = reader()) {
-    const Codec::Convert convert = codec->readStrictly ? codec->readStrictly : codec->read;
-    used = convert(place.in, static_cast<unsigned int>(length), false, reading, readText, &marks);
-    if (marks.count() != 0 || readText.hasFailed()) return false;
-    text = readText.getData2();
-    textBytes = readText.getSize();
-  } else if (m_route.from.isUcs2 && hasSurrogate(text, length, m_plan->decoding.bigEndian)) {
+    MarkCounter marks;
+    const Codec::Convert& convert = codec->readStrictly ? codec->readStrictly : codec->read;
+    used = convert(place.in, static_cast<unsigned int>(length), false, reading, read, &marks);
+    if (used == 0 || marks.count() != 0 || read.hasFailed()) return false;
+    text = {read.getData2(), read.getSize()};
+    if (writer() == nullptr && isEncodedAtOnce()) {
+      if (!encodeAtOnce(text, place)) return false;
+      m_reading = reading;
+      place.in += used;
+      return true;
+    }
+  } else if (m_route.from.isUcs2 && hasSurrogate(text, m_plan->decoding.bigEndian)) {
     return false;
   }
-
-  fast::PumpBlock block;
-  fast::Pump pump;
-  LentBuffer<kStorage> segment;
-  DataBufferOutput segmentOut(segment);
-  pump.start(*m_plan, block, text, text + textBytes);
-  const fast::Pump::Stop stop = pump.run(segmentOut);
-  if (segmentOut.content().hasFailed()) return false;
+  const std::size_t taken = makeSegment(text, segment);
+  if (segment.hasFailed()) return false;
   if (reader() == nullptr) {
-    const unsigned char* const reached =
-        pump.unit() != pump.unitEnd() ? pump.sourceOf(pump.unit()) : pump.in();
-    used = static_cast<std::size_t>(reached - place.in);
-  } else if (stop != fast::Pump::Stop::kEnd) {
+    used = taken;
+    if (used == 0) return false;
+  } else if (taken != text.size) {
     return false;
   }
-  if (used == 0) return false;
-  if (writer() == nullptr) {
-    if (segment.getSize() > place.room()) return false;
-    if (m_route.to.isUcs2 &&
-        hasSurrogate(segment.getData2(), segment.getSize(), m_plan->encoding.bigEndian)) {
-      return false;
-    }
-    std::memcpy(place.out, segment.getData2(), segment.getSize());
-    place.out += segment.getSize();
-  } else {
-    LentBuffer<kStorage> joined;
-    const DataBuffer* all = &segment;
-    if (m_heldBytes != 0) {
-      joined.append(m_held, m_heldBytes);
-      joined.append(segment);
-      all = &joined;
-    }
-    LentBuffer<kStorage> out;
-    CodecState writing = m_writing;
-    const unsigned int taken =
-        writer()->write(all->getData2(), all->getSize(), false, writing, out, &marks);
-    const std::size_t rest = all->getSize() - taken;
-    if (marks.count() != 0 || out.hasFailed() || joined.hasFailed()) return false;
-    if (out.getSize() > place.room() || rest > kMostHeld) return false;
-    std::memcpy(place.out, out.getData2(), out.getSize());
-    place.out += out.getSize();
-    m_writing = writing;
-    std::memcpy(m_held, all->getData2() + taken, rest);
-    m_heldBytes = static_cast<std::uint8_t>(rest);
-  }
+  if (!putSegment({segment.getData2(), segment.getSize()}, place)) return false;
   m_reading = reading;
   place.in += used;
+  return true;
+}
+
+// Whether the text of a reader needs the second step of the plan only, which looks for surrogates.
+bool Conversion::isEncodedAtOnce() const {
+  return m_plan->decoding.form == EncodingForm::kUtf16 && !m_plan->decoding.bigEndian &&
+         !m_plan->isCopy && m_plan->encoding.form != EncodingForm::kUtf16;
+}
+
+bool Conversion::encodeAtOnce(Text text, Place& place) const {
+  const unsigned char* const end = text.bytes + text.size;
+  if (place.room() >= text.size * 2 + kKernelSlack) {
+    const fast::KernelResult r = fast::encode(*m_plan, text.bytes, end, place.out, place.outEnd);
+    if (r.in != end) return false;
+    place.out = r.out;
+    return true;
+  }
+  unsigned char aside[kWindowStorage];
+  const fast::KernelResult r = fast::encode(*m_plan, text.bytes, end, aside, aside + sizeof aside);
+  const auto size = static_cast<std::size_t>(r.out - aside);
+  if (r.in != end || size > place.room()) return false;
+  std::memcpy(place.out, aside, size);
+  place.out += size;
+  return true;
+}
+
+// Brings text to the encoding of the plan's other side; returns how much of it.
+std::size_t Conversion::makeSegment(Text text, DataBuffer& segment) const {
+  const fast::Plan& plan = *m_plan;
+  const bool isDecoded = plan.encoding.form == EncodingForm::kUtf16 && !plan.encoding.bigEndian &&
+                         plan.decoding.form != EncodingForm::kUtf16;
+  if (isDecoded) {
+    unsigned char* const out = segment.reserveTail(kWindowStorage);
+    if (out == nullptr) return 0;
+    const fast::KernelResult r =
+        fast::decode(plan, text.bytes, text.bytes + text.size, out, out + kWindowStorage);
+    segment.commitTail(static_cast<unsigned int>(r.out - out));
+    return static_cast<std::size_t>(r.in - text.bytes);
+  }
+  // Of a reader's text it is all or nothing.
+  if (reader() != nullptr && plan.direct == nullptr) {
+    unsigned char units[kWindowStorage];
+    const unsigned char* const end = text.bytes + text.size;
+    unsigned char* const out = segment.reserveTail(kWindowStorage);
+    const fast::KernelResult decoded =
+        fast::decode(plan, text.bytes, end, units, units + sizeof units);
+    if (out == nullptr || decoded.in != end) return 0;
+    const fast::KernelResult r = fast::encode(plan, units, decoded.out, out, out + kWindowStorage);
+    segment.commitTail(static_cast<unsigned int>(r.out - out));
+    return r.in == decoded.out ? text.size : 0;
+  }
+  fast::PumpBlock block;
+  fast::Pump pump;
+  DataBufferOutput out(segment);
+  pump.start(plan, block, text.bytes, text.bytes + text.size);
+  const fast::Pump::Stop stop = pump.run(out);
+  if (stop == fast::Pump::Stop::kEnd) return text.size;
+  const unsigned char* const reached =
+      pump.unit() != pump.unitEnd() ? pump.sourceOf(pump.unit()) : pump.in();
+  return static_cast<std::size_t>(reached - text.bytes);
+}
+
+// Writes a text of the plan's other side, by the target's codec where it has one.
+bool Conversion::putSegment(Text segment, Place& place) {
+  const Codec* const codec = writer();
+  if (codec == nullptr) {
+    if (segment.size > place.room()) return false;
+    if (m_route.to.isUcs2 && hasSurrogate(segment, m_plan->encoding.bigEndian)) return false;
+    std::memcpy(place.out, segment.bytes, segment.size);
+    place.out += segment.size;
+    return true;
+  }
+  LentBuffer<kWindowStorage> joined;
+  if (m_heldBytes != 0) {
+    joined.append(m_held, m_heldBytes);
+    joined.append(segment.bytes, static_cast<unsigned int>(segment.size));
+    segment = {joined.getData2(), joined.getSize()};
+  }
+  LentBuffer<kWindowStorage> out;
+  MarkCounter marks;
+  CodecState writing = m_writing;
+  const unsigned int taken = codec->write(segment.bytes, static_cast<unsigned int>(segment.size),
+                                          false, writing, out, &marks);
+  const std::size_t rest = segment.size - taken;
+  if (marks.count() != 0 || out.hasFailed() || joined.hasFailed()) return false;
+  if (out.getSize() > place.room() || rest > kMostHeld) return false;
+  std::memcpy(place.out, out.getData2(), out.getSize());
+  place.out += out.getSize();
+  m_writing = writing;
+  std::memcpy(m_held, segment.bytes + taken, rest);
+  m_heldBytes = static_cast<std::uint8_t>(rest);
   return true;
 }
 

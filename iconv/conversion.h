@@ -52,6 +52,10 @@ class Conversion {
  private:
   struct Character;
   struct Written;
+  struct Text {
+    const unsigned char* bytes;
+    std::size_t size;
+  };
   // What became of the characters of one call.
   struct Outcome {
     std::size_t irreversible = 0;
@@ -73,8 +77,14 @@ class Conversion {
   void takeClean(Place& place);
   void takePlain(Place& place);
   void takePlainWindows(Place& place);
+  bool takeShort(Place& place, std::size_t length) const;
   void takeByPump(Place& place, std::size_t length) const;
   bool takeWindow(Place& place, std::size_t length);
+  bool isEncodedAtOnce() const;
+  bool encodeAtOnce(Text text, Place& place) const;
+  std::size_t makeSegment(Text text, DataBuffer& segment) const;
+  bool putSegment(Text segment, Place& place);
+  static bool hasSurrogate(Text text, bool bigEndian);
   Status takeCharacter(Place& place, Outcome& outcome);
   void noteUnwritten(const Place& place, Outcome& outcome) const;
   Status writeCharacter(Place& place, const Character& character, Outcome& outcome);
@@ -114,6 +124,8 @@ class Conversion {
   static constexpr std::uint16_t kFirstWindow = 256;
   static constexpr std::uint16_t kLargestWindow = 1024;
   static constexpr std::uint16_t kLeastWindow = 16;
+  // More than a window becomes in any step.
+  static constexpr unsigned int kWindowStorage = 8 * kLargestWindow;
 };
 
 }  // namespace iconv_layer

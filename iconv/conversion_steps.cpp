@@ -443,7 +443,8 @@ Conversion::Status Conversion::takeWaiting(Place& place, Outcome& outcome) {
   const auto used = static_cast<std::size_t>(aside.in - joined);
   if (used >= waiting) {
     place.in += used - waiting;
-  } else {
+  } else if (status != Status::kBad) {  // else it is malformed, and told of as read
+
     m_waitingBytes = static_cast<std::uint8_t>(waiting - used);
     std::memcpy(m_waiting, aside.in, m_waitingBytes);
   }

@@ -14,8 +14,10 @@ struct StrictPlan {
   bool isTargetStrict;
   const StrictPlan* next = nullptr;
   fast::Plan plan;
-  fast::SingleByteDecoder decoder;
-  fast::SingleByteEncoder encoder;
+  std::unique_ptr<fast::SingleByteDecoder> singleDecoder;
+  std::unique_ptr<fast::DoubleByteDecoder> doubleDecoder;
+  std::unique_ptr<fast::SingleByteEncoder> singleEncoder;
+  std::unique_ptr<fast::DoubleByteEncoder> doubleEncoder;
 
   StrictPlan(const fast::Plan& of, bool strictSource, bool strictTarget)
       : base(&of), isSourceStrict(strictSource), isTargetStrict(strictTarget), plan(of) {}
@@ -23,35 +25,64 @@ struct StrictPlan {
 
 constinit std::atomic<const StrictPlan*> g_plans{nullptr};
 
+// What Windows reads a free code as.
 constexpr bool isFree(unsigned int unit) {
-  return (unit >= 0x80 && unit < 0xA0) || (unit >= 0xF800 && unit < 0xF900);
+  return (unit >= 0x80 && unit < 0xA0) || (unit >= 0xE000 && unit < 0xF900);
 }
 
-void leaveOutFree(StrictPlan& strict) {
+template <class Values>
+void clearFree(Values& values) {
+  for (auto& unit : values) {
+    if (isFree(unit)) unit = 0;
+  }
+}
+
+template <class Codes>
+void clearFreePlaces(Codes& codes) {
+  for (unsigned int unit = 0; unit < 0x10000; ++unit) {
+    if (isFree(unit)) codes[unit] = 0;
+  }
+}
+
+// A copy of a table, which change() makes the plan's own.
+template <class Table, class Change>
+bool replace(const Table*& table, std::unique_ptr<Table>& own, Change change) {
+  if (table == nullptr) return true;
+  own.reset(new (std::nothrow) Table(*table));
+  if (own == nullptr) return false;
+  change(*own);
+  own->prepare();
+  table = own.get();
+  return true;
+}
+
+// False when memory is short.
+bool leaveOutFree(StrictPlan& strict) {
   fast::Plan& plan = strict.plan;
-  if (strict.isSourceStrict && plan.decoding.table.singleByte != nullptr) {
-    strict.decoder = *plan.decoding.table.singleByte;
-    for (std::uint16_t& unit : strict.decoder.units) {
-      if (isFree(unit)) unit = 0;
-    }
-    strict.decoder.prepare();
-    plan.decoding.table.singleByte = &strict.decoder;
+  fast::Decoder& decoder = plan.decoding.table;
+  fast::Encoder& encoder = plan.encoding.table;
+  if (strict.isSourceStrict &&
+      (!replace(decoder.singleByte, strict.singleDecoder,
+                [](fast::SingleByteDecoder& table) { clearFree(table.units); }) ||
+       !replace(decoder.doubleByte, strict.doubleDecoder, [](fast::DoubleByteDecoder& table) {
+         clearFree(table.units);
+         clearFree(table.singles);
+       }))) {
+    return false;
   }
-  if (strict.isTargetStrict && plan.encoding.table.singleByte != nullptr) {
-    strict.encoder = *plan.encoding.table.singleByte;
-    for (unsigned int unit = 0; unit < 0x10000; ++unit) {
-      if (isFree(unit)) strict.encoder.bytes[unit] = 0;
-    }
-    strict.encoder.prepare();
-    plan.encoding.table.singleByte = &strict.encoder;
+  if (strict.isTargetStrict &&
+      (!replace(encoder.singleByte, strict.singleEncoder,
+                [](fast::SingleByteEncoder& table) { clearFreePlaces(table.bytes); }) ||
+       !replace(encoder.doubleByte, strict.doubleEncoder,
+                [](fast::DoubleByteEncoder& table) { clearFreePlaces(table.codes); }))) {
+    return false;
   }
-  if (plan.decoding.table.singleByte == nullptr || plan.encoding.table.singleByte == nullptr)
-    return;
+  if (decoder.singleByte == nullptr || encoder.singleByte == nullptr) return true;
   for (unsigned int byte = 0; byte < 256; ++byte) {
-    const std::uint16_t unit = plan.decoding.table.singleByte->units[byte];
-    plan.byteMap.bytes[byte] =
-        unit != 0 ? plan.encoding.table.singleByte->bytes[unit] : std::uint8_t{0};
+    const std::uint16_t unit = decoder.singleByte->units[byte];
+    plan.byteMap.bytes[byte] = unit != 0 ? encoder.singleByte->bytes[unit] : std::uint8_t{0};
   }
+  return true;
 }
 
 const fast::Plan* find(const StrictPlan* strict, const StrictPlan& wanted) {
@@ -72,7 +103,7 @@ const fast::Plan* strictPlan(const fast::Plan& plan, bool isSourceStrict, bool i
   if (made == nullptr) return nullptr;
   const StrictPlan* first = g_plans.load(std::memory_order_acquire);
   if (const fast::Plan* const known = find(first, *made)) return known;
-  leaveOutFree(*made);
+  if (!leaveOutFree(*made)) return nullptr;
   made->next = first;
   while (!g_plans.compare_exchange_weak(made->next, made.get(), std::memory_order_acq_rel)) {
     // Another thread was faster.

@@ -7,9 +7,9 @@
 
 namespace iconv_layer {
 
-// Windows reads free bytes of its code pages as control characters, U+0080 to U+009F, or as
-// characters for private use. The plan without these in its source, its target or both; they are of
-// one byte a character, or left as they are. Made once for each plan, and kept. Null when memory is
+// Windows reads free codes of its code pages as control characters, U+0080 to U+009F, or as
+// characters for private use. The plan without these in its source, its target or both, which have
+// no codec. Made once for each plan, and kept. Null when memory is
 // short. Any thread may call.
 const fast::Plan* strictPlan(const fast::Plan& plan, bool isSourceStrict, bool isTargetStrict);
 

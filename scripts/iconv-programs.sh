@@ -5,11 +5,12 @@
 #
 # Each task is done by the program as it is and again with LIBRARY in front of the C library. Most are
 # compared: both must do the same. Some use an encoding that the C library lacks, so that they fail
-# without us; these are compared with what they have to give. A program that is not installed fails
-# the run: scripts/setup.sh iconv installs them all.
+# without us; these are compared with what they have to give. The programs are installed where
+# they are missing.
 set -u
 export LC_ALL=C.UTF-8 TERM=dumb
 
+"$(dirname "$0")/setup.sh" iconv
 library=$(realpath "${1:?the library to put in front}")
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT

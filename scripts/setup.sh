@@ -19,7 +19,7 @@ iconv="musl-tools patchelf php-cli libtext-iconv-perl git libxml2-utils vim man-
 docs="doxygen"
 fuzz="$build clang"
 cross="g++-s390x-linux-gnu qemu-user googletest"
-all="$package $test $check $docs $fuzz ccache clang-tidy cppcheck libbenchmark-dev libicu-dev
+all="$package $test $check $iconv $docs $fuzz ccache clang-tidy cppcheck libbenchmark-dev libicu-dev
      gcovr valgrind nkf bzip2 locales python3"
 
 wanted=""

@@ -1,0 +1,260 @@
+// The calls of libencconv_iconv: what conformance with the C library (tests/iconv) does not show.
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <set>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "encconv/iconv.h"
+
+namespace {
+
+std::atomic<std::size_t> g_allocations{0};
+std::atomic<std::size_t> g_largest{0};
+
+}  // namespace
+
+// The linker sends the calls of malloc here.
+extern "C" {
+void* __real_malloc(std::size_t size);   // NOLINT(bugprone-reserved-identifier)
+void* __wrap_malloc(std::size_t size) {  // NOLINT(bugprone-reserved-identifier)
+  ++g_allocations;
+  if (size > g_largest) g_largest = size;
+  return __real_malloc(size);
+}
+}
+
+namespace {
+
+const auto kNone = reinterpret_cast<iconv_t>(-1);  // NOLINT: as iconv_open says
+
+// A text in another encoding, with what ends it; "failed" where that is refused.
+std::string convert(const char* to, const char* from, const std::string& text) {
+  const iconv_t cd = iconv_open(to, from);
+  if (cd == kNone) return "failed";
+  char out[400];
+  char* in = const_cast<char*>(text.data());
+  char* next = out;
+  std::size_t left = text.size(), room = sizeof out;
+  const bool good = iconv(cd, &in, &left, &next, &room) != static_cast<std::size_t>(-1) &&
+                    iconv(cd, nullptr, nullptr, &next, &room) != static_cast<std::size_t>(-1);
+  iconv_close(cd);
+  return good ? std::string(out, next) : "failed";
+}
+
+struct Sample {
+  const char* encoding;
+  const char* text;
+  const char* bytes;
+};
+constexpr Sample kSamples[] = {
+    {"ISO-8859-15", "\u20AC 5", "\xA4 5"},
+    {"KOI8-R", "\u041F\u0440\u0438", "\xF0\xD2\xC9"},
+    {"SHIFT_JIS", "\u65E5\u672C", "\x93\xFA\x96\x7B"},
+    {"EUC-JP", "\u65E5\u672C", "\xC6\xFC\xCB\xDC"},
+    {"ISO-2022-JP", "\u65E5a", "\x1B$BF|\x1B(Ba"},
+    {"GB18030", "\u4E2D\U0001F600", "\xD6\xD0\x94\x39\xFC\x36"},
+    {"BIG5-HKSCS", "\u4E2D\u00CA\u0304", "\xA4\xA4\x88\x62"},
+    {"EUC-KR", "\uD55C", "\xC7\xD1"},
+    {"UTF-16BE", "\u00E9", "\0\xE9"},
+    {"IBM037", "A", "\xC1"},
+    {"SCSU", "\u00E9", "\xE9"},
+};
+
+std::string bytesOf(const Sample& sample) {
+  return std::string(sample.encoding) == "UTF-16BE" ? std::string("\0\xE9", 2) : sample.bytes;
+}
+
+bool convertsAll() {
+  for (const Sample& sample : kSamples) {
+    if (convert(sample.encoding, "UTF-8", sample.text) != bytesOf(sample)) return false;
+    if (convert("UTF-8", sample.encoding, bytesOf(sample)) != sample.text) return false;
+  }
+  return true;
+}
+
+// Runs first of all tests: the tables are not there yet.
+TEST(Iconv, ThreadsBuildTablesAtOnceAndAChildOfForkFindsThemUsable) {
+  std::atomic<bool> isOver{false};
+  std::atomic<int> failures{0};
+  std::vector<std::thread> threads;
+  for (int i = 0; i < 4; ++i) {
+    threads.emplace_back([&] {
+      do {
+        if (!convertsAll()) ++failures;
+      } while (!isOver);
+    });
+  }
+  for (int i = 0; i < 20; ++i) {
+    const pid_t child = fork();
+    if (child == 0) {
+      alarm(60);
+      _exit(convertsAll() ? 0 : 1);
+    }
+    int status = -1;
+    waitpid(child, &status, 0);
+    if (status != 0) ++failures;
+  }
+  isOver = true;
+  for (std::thread& thread : threads) thread.join();
+  EXPECT_EQ(failures, 0);
+}
+
+// Gives the text up to its first bytes, as they come, one more for each call.
+void convertMore(iconv_t cd, const std::string& source, std::size_t end, std::size_t& used,
+                 std::string& out) {
+  if (end > source.size()) return;
+  char room[32];
+  char* in = const_cast<char*>(source.data()) + used;
+  char* next = room;
+  std::size_t left = end - used, space = sizeof room;
+  iconv(cd, &in, &left, &next, &space);
+  used = static_cast<std::size_t>(in - source.data());
+  out.append(room, next);
+}
+
+TEST(Iconv, TwoDescriptorsInTurnsKeepTheirOwnStates) {
+  const iconv_t one = iconv_open("UTF-8", "ISO-2022-JP");
+  const iconv_t two = iconv_open("ISO-2022-JP", "UTF-8");
+  const std::string read = "\x1B$BF|F|\x1B(B", written = "\u65E5\u65E5a";
+  std::string text, bytes;
+  std::size_t usedOfOne = 0, usedOfTwo = 0;
+  for (std::size_t end = 1; end <= read.size(); ++end) {
+    convertMore(one, read, end, usedOfOne, text);
+    convertMore(two, written, end, usedOfTwo, bytes);
+  }
+  EXPECT_EQ(text, "\u65E5\u65E5");
+  EXPECT_EQ(bytes, "\x1B$BF|F|\x1B(Ba");
+  EXPECT_EQ(iconv_close(one), 0);
+  EXPECT_EQ(iconv_close(two), 0);
+}
+
+TEST(Iconv, AllocatesOneSmallDescriptorAndNothingForACall) {
+  for (const Sample& sample : kSamples) {
+    for (const bool isWritten : {false, true}) {
+      const char* const to = isWritten ? sample.encoding : "UTF-8";
+      const char* const from = isWritten ? "UTF-8" : sample.encoding;
+      std::string text;
+      for (int i = 0; i < 300; ++i) text += isWritten ? sample.text : bytesOf(sample);
+      std::string out(text.size() * 4 + 100, 0);
+      iconv_close(iconv_open(to, from));  // what is looked up once
+      convert(to, from, text.substr(0, 100));
+      g_allocations = g_largest = 0;
+      const iconv_t cd = iconv_open(to, from);
+      EXPECT_EQ(g_allocations, 1U);
+      EXPECT_LT(g_largest, 1024U);
+      char* in = text.data();
+      char* next = out.data();
+      std::size_t left = text.size(), room = out.size();
+      g_allocations = 0;
+      EXPECT_EQ(iconv(cd, &in, &left, &next, &room), 0U) << sample.encoding;
+      EXPECT_EQ(g_allocations, 0U) << sample.encoding;
+      iconv_close(cd);
+    }
+  }
+}
+
+TEST(Iconv, LeavesErrnoAloneAndTellsOfWhatIsNoDescriptor) {
+  errno = 1234;
+  EXPECT_EQ(convert("CP1251", "UTF-8", "\u0416"), "\xC6");
+  EXPECT_EQ(errno, 1234);
+  EXPECT_EQ(iconv_open("no such", "UTF-8"), kNone);
+  EXPECT_EQ(errno, EINVAL);
+  EXPECT_EQ(iconv_close(kNone), -1);
+  EXPECT_EQ(errno, EBADF);
+}
+
+TEST(Iconv, NamesAndSuffixesMeanWhatTheyMeanToPrograms) {
+  struct Row {
+    const char* to;
+    const char* from;
+    std::string text;
+    std::string expected;
+  };
+  const Row rows[] = {
+      {"", "UTF-8", "plain", "plain"},
+      {"char", "UTF-8", "plain", "plain"},
+      {"utf16", "UTF-8", "a",
+       std::string("\xFF\xFE"
+                   "a\0",
+                   4)},
+      {"UTF-8", "UTF-16", std::string("\xFE\xFF\0a", 4), "a"},
+      {"UTF-8", "UTF-16LE", std::string("\xFF\xFE", 2), "\uFEFF"},
+      {"ascii//translit", "utf8", "\u201Cfi\u201D \uFB01 \u20AC", "\"fi\" fi EUR"},
+      {"ASCII//TRANSLIT", "UTF-8", "\u5B57", "?"},
+      {"ASCII//NON_IDENTICAL_DISCARD", "UTF-8", "a\u5B57z", "az"},
+      {"ASCII//NON_IDENTICAL_DISCARD", "UTF-8", "a\xFFz", "failed"},
+      {"ASCII//Translit,Ignore//", "UTF-8", "\u00E6", "ae"},
+      {"SHIFT_JIS", "UTF-8", "\u2460", "failed"},
+      {"CP932", "UTF-8", "\u2460", "\x87\x40"},
+      {"UTF-8", "CP1252", "\x81", "failed"},
+      {"UTF-8", "GB2312", "\xA8\xBC", "failed"},
+      {"UCS-2LE", "UTF-8", "\U0001F600", "failed"},
+  };
+  for (const Row& row : rows) {
+    EXPECT_EQ(convert(row.to, row.from, row.text), row.expected) << row.from << " " << row.to;
+  }
+  EXPECT_STREQ(iconv_canonicalize("latin1"), "ISO-8859-1");
+  EXPECT_STREQ(iconv_canonicalize("windows-31j"), "CP932");
+  EXPECT_STREQ(iconv_canonicalize("no such"), "no such");
+}
+
+TEST(Iconv, TheOtherNamesCountWhatIsLeftOutAndTakeRequests) {
+  const iconv_t cd = libiconv_open("ASCII//IGNORE", "UTF-8");
+  const auto run = [cd](std::string text, std::size_t& result) {
+    char out[32];
+    char* in = text.data();
+    char* next = out;
+    std::size_t left = text.size(), room = sizeof out;
+    result = libiconv(cd, &in, &left, &next, &room);
+    return std::string(out, next);
+  };
+  std::size_t result = 0;
+  EXPECT_EQ(run("a\xFF\u5B57z", result), "az");
+  EXPECT_EQ(result, 2U);
+  int value = 0;
+  EXPECT_EQ(iconvctl(cd, ICONV_SET_DISCARD_ILSEQ, &value), 0);
+  EXPECT_EQ(run("a\u5B57", result), "a");
+  EXPECT_EQ(result, static_cast<std::size_t>(-1));
+  value = 1;
+  EXPECT_EQ(iconvctl(cd, ICONV_SET_TRANSLITERATE, &value), 0);
+  EXPECT_EQ(run("\u00E6", result), "ae");
+  EXPECT_EQ(iconvctl(cd, ICONV_TRIVIALP, &value), 0);
+  EXPECT_EQ(value, 0);
+  EXPECT_EQ(iconvctl(cd, 99, &value), -1);
+  libiconv_close(cd);
+}
+
+TEST(Iconv, ListsEveryEncodingByNamesThatOpen) {
+  std::set<std::string> firsts;
+  iconvlist(
+      [](unsigned int count, const char* const* names, void* data) {
+        static_cast<std::set<std::string>*>(data)->insert(names[0]);
+        for (unsigned int i = 0; i < count; ++i) {
+          const iconv_t cd = iconv_open("UTF-8", names[i]);
+          EXPECT_NE(cd, kNone) << names[i];
+          if (cd != kNone) iconv_close(cd);
+        }
+        return 0;
+      },
+      &firsts);
+  EXPECT_GT(firsts.size(), 400U);
+}
+
+// Converts when the program is torn down, behind everything that was made later.
+const struct AtEnd {
+  ~AtEnd() {
+    if (convertsAll()) return;
+    std::fputs("no conversion at the end of the program\n", stderr);
+    std::abort();
+  }
+} g_atEnd;
+
+}  // namespace
