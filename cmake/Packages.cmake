@@ -56,7 +56,7 @@ set(CPACK_COMPONENT_LIBRARY_DESCRIPTION "${about}\nThis is the shared library.")
 set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION
   "${about}\nThese are headers for C and C++, the static libraries, and files for CMake and\npkg-config.")
 set(CPACK_COMPONENT_ICONV_LIBRARY_DESCRIPTION
-  "${about}\nThis is the library for programs that call iconv, which are started or linked\nwith it as they are.")
+  "${about}\nThis is the library for programs that call iconv, as they are: they are started\nor linked with it.")
 set(CPACK_COMPONENT_ICONV_TOOL_DESCRIPTION
   "${about}\nThis is a command with the options and messages of iconv, and an alternative\nfor it.")
 set(CPACK_PRE_BUILD_SCRIPTS ${PROJECT_SOURCE_DIR}/cmake/CompressDocuments.cmake)

@@ -31,7 +31,7 @@ AT(encconv_problem, byte_count, 36);
 AT(encconv_problem, bytes, 40);
 AT(encconv_problem, approximated, 56);
 AT(encconv_problem, written, 60);
-SIZE(encconv_problem, 80);
+SIZE(encconv_problem, 112);
 
 AT(encconv_result, struct_size, 0);
 AT(encconv_result, first_problem, 8);
