@@ -180,10 +180,15 @@ bool Decoding::takeNarrow() {
   constexpr std::size_t kWorthwhile = 1024;
   if (m_size < kWorthwhile) return true;
   if (m_entry.readsAscii) {
-    const std::size_t ascii = countAscii(m_data, m_size);
-    if (ascii >= kWorthwhile) {
-      if (!m_text.appendLatin1(m_data, ascii, true)) return false;
-      m_begin = ascii;
+    // A block is copied while it is in the nearest cache.
+    constexpr std::size_t kBlock = 16 * 1024;
+    while (m_begin < m_size) {
+      const std::size_t size = std::min(kBlock, m_size - m_begin);
+      const std::size_t ascii = countAscii(m_data + m_begin, size);
+      if (m_begin == 0 && ascii < kWorthwhile) break;
+      if (!m_text.appendLatin1(m_data + m_begin, ascii, true)) return false;
+      m_begin += ascii;
+      if (ascii != size) break;
     }
   }
   const fast::Plan* const plan = m_entry.readingLatin1;

@@ -126,14 +126,16 @@ def test_nothing_is_kept():
             everything()
         gc.collect()
         assert sys.gettotalrefcount() - before < 50
+    # A leak shows in every round; caches that grow now and then do not.
     tracemalloc.start()
     try:
-        everything()
-        gc.collect()
-        before = tracemalloc.get_traced_memory()[0]
-        for _ in range(30):
-            everything()
-        gc.collect()
-        assert tracemalloc.get_traced_memory()[0] - before < 20000
+        grown = []
+        for _ in range(4):
+            before = tracemalloc.get_traced_memory()[0]
+            for _ in range(10):
+                everything()
+            gc.collect()
+            grown.append(tracemalloc.get_traced_memory()[0] - before)
+        assert min(grown) < 2000, grown
     finally:
         tracemalloc.stop()
