@@ -1,7 +1,7 @@
 #!/bin/sh
-# Builds the wheel of the Python package, installs it into an empty virtual environment and runs all
-# that shows that it works: tests, doctests, the recipes of docs/python.md, and CPython's own tests of
-# its codecs with those here in their place.
+# Builds the wheel and the source distribution of the Python package, installs the wheel into an empty
+# virtual environment and runs all that shows that it works: tests, doctests, the recipes of
+# docs/python.md, and CPython's own tests of its codecs with those here in their place.
 #
 #   scripts/python.sh [--quick] [PYTHON]
 #
@@ -27,7 +27,7 @@ rm -rf "$work/tools" "$work/clean" "$work/dist"
 # What the preset "ci" compiled before is found in the cache: with the same options, from a folder as
 # deep as its own.
 export CCACHE_BASEDIR="${CCACHE_BASEDIR:-$PWD}" CCACHE_NOHASHDIR=1
-"$work/tools/bin/python" -m build --wheel --no-isolation -Ccmake.define.ENCCONV_WERROR=ON \
+"$work/tools/bin/python" -m build --sdist --wheel --no-isolation -Ccmake.define.ENCCONV_WERROR=ON \
   -Ccmake.define.CMAKE_C_COMPILER="${CC:-cc}" -Ccmake.define.CMAKE_CXX_COMPILER="${CXX:-c++}" --outdir "$work/dist" .
 # Libraries that not every system has, which is bzip2's, become a part of the wheel.
 PATH="$PWD/$work/tools/bin:$PATH" "$work/tools/bin/auditwheel" repair \

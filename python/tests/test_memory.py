@@ -126,7 +126,8 @@ def test_nothing_is_kept():
             everything()
         gc.collect()
         assert sys.gettotalrefcount() - before < 50
-    # A leak shows in every round; caches that grow now and then do not.
+    # A leak shows in every round, with hundreds of objects; the interpreter's own lists of free
+    # tuples take some kilobytes until they are full.
     tracemalloc.start()
     try:
         grown = []
@@ -136,6 +137,6 @@ def test_nothing_is_kept():
                 everything()
             gc.collect()
             grown.append(tracemalloc.get_traced_memory()[0] - before)
-        assert min(grown) < 2000, grown
+        assert min(grown) < 16000, grown
     finally:
         tracemalloc.stop()
