@@ -18,7 +18,8 @@ PROJECT = pathlib.Path(__file__).resolve().parent.parent
 DATA = PROJECT / "tests" / "data"
 
 # What the blocks hold besides commands of the tool, by how it begins.
-INSTALLS = ("scripts/", "cmake ", "sudo ", "(cd build/")  # needs a network, or other rights
+# These need a network, other rights, or what they install; scripts/python.sh does it for Python.
+INSTALLS = ("scripts/", "cmake ", "sudo ", "(cd build/", "pip install ", "python3 -c ")
 # The program that README.md builds, which tests/consumer/run.sh builds too; results and messages.
 NOT_COMMANDS = ("#include ", "int main() ", "c++ ", "encconv::", "encconv: ", "(code page ", "(00 ",
                 "LD_PRELOAD=", "COPY ", "ENV ")  # with other programs
