@@ -35,7 +35,8 @@ ENCODINGS = [
     ("ko", "949", "UHC"), ("ko", "euc-kr", "EUC-KR"),
 ]
 PACKAGES = ["manpages-ja", "manpages-ru", "manpages-zh", "manpages-de", "manpages-fr",
-            "manpages-pl"]
+            "manpages-pl",
+            "man-db", "psmisc", "xz-utils", "passwd", "login"]  # these have Korean ones
 
 
 def run(command, data):
