@@ -51,7 +51,7 @@ TEST_F(ToolTest, RefusesInOneLineAndWritesNothing) {
       {"-f 1252 -t utf-8 --output-dir into -", "--output-dir needs files"},
       {"-f 1252 -t utf-8 --output-dir utf8 latin", "utf8: File exists"},
       {"-f 1252 -t utf-8 --in-place latin -o result", "only one of"},
-      {"-f 1252 -t utf-8 -j 2 latin", "-j needs"},
+      {"-f 1252 -t utf-8 -j 2 --job-size 3 latin", "'3'"},
       {"-f 1252 -t utf-8 --in-place -j lots latin", "'lots'"},
       {"-f utf-8 -t 1252 --bom utf8 -o result", "'1252' has no byte order mark"},
       {"-f utf-8 -t utf-8 --bom=maybe utf8 -o result", "'maybe' is none of keep, add and remove"},

@@ -46,7 +46,7 @@ int convertIntoOne(const Options& options, Console& console, PlaceReport* report
       return kUsage;
     }
   }
-  FileConversion conversion(options, console, report);
+  FileConversion conversion(options, console, report, options.jobs);
   int status = kDone;
   for (std::size_t i = 0; i < works.size(); ++i) {
     InputFile input;
@@ -114,8 +114,11 @@ int convertEach(const Options& options, Console& console, PlaceReport* report,
                 const std::vector<Work>& works) {
   std::atomic<std::size_t> next = 0;
   std::atomic<int> worst = kDone;
+  const std::size_t count = usableJobs(std::min<std::size_t>(options.jobs, works.size()));
+  // What no file has an own thread for, the threads of a file use for its parts.
+  const auto each = static_cast<unsigned int>(std::max<std::size_t>(1, options.jobs / count));
   const auto run = [&] {
-    FileConversion conversion(options, console, report);
+    FileConversion conversion(options, console, report, each);
     for (std::size_t i = next++; i < works.size(); i = next++) {
       const int status = convertOne(options, console, conversion, works[i]);
       int known = worst;
@@ -124,7 +127,6 @@ int convertEach(const Options& options, Console& console, PlaceReport* report,
     }
   };
   std::vector<std::thread> threads;
-  const std::size_t count = usableJobs(std::min<std::size_t>(options.jobs, works.size()));
   try {
     while (threads.size() + 1 < count) threads.emplace_back(run);
   } catch (const std::system_error&) {

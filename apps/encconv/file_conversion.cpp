@@ -38,11 +38,13 @@ std::string encode(const std::string& utf8, int codePage) {
 
 }  // namespace
 
-FileConversion::FileConversion(const Options& options, Console& console, PlaceReport* report)
+FileConversion::FileConversion(const Options& options, Console& console, PlaceReport* report,
+                               unsigned int threads)
     : m_options(options),
       m_console(console),
       m_settings(options.treatment),
       m_report(report),
+      m_threads(threads),
       m_afterWriting(mapAfterWriting(options.toCodePage, options.ebcdicNewline)),
       m_buffer(options.fromCodePage == kCodePageAuto ? kDetectionSample : kPieceBytes) {
   m_settings.from = options.fromCodePage;
@@ -70,6 +72,7 @@ bool FileConversion::prepare(int fromCodePage, bool isFirst) {
   // Within the output a mark would be a character that nobody sees.
   m_settings.dropMark = !isFirst || m_options.mark == MarkUse::kRemove;
   m_inconvertible = m_approximated = m_damaged = {};
+  m_totals = {};
   const StreamStatus status = m_stream.begin(m_settings);
   if (status != StreamStatus::kGood) {
     m_console.report(describeStatus(status, m_settings));
@@ -209,15 +212,13 @@ void FileConversion::onRecordProblem(const encconv::RecordProblem& problem) {
   if (m_report != nullptr) m_report->add(m_input->name(), problem, settings);
 }
 
-// Takes over what the stream counted.
-void FileConversion::tellStream() {
-  m_inconvertible.count = m_stream.errorCount();
-  m_approximated.count = m_stream.approximationCount();
-  if (m_inconvertible.count != 0) {
-    m_inconvertible.first = describeError(m_stream.firstError(), m_settings);
-  }
-  if (m_approximated.count != 0) {
-    m_approximated.first = describeError(m_stream.firstApproximation(), m_settings);
+// Takes over what streams counted.
+void FileConversion::tellTotals() {
+  m_inconvertible.count = m_totals.errors;
+  m_approximated.count = m_totals.approximations;
+  if (m_totals.errors != 0) m_inconvertible.first = describeError(m_totals.firstError, m_settings);
+  if (m_totals.approximations != 0) {
+    m_approximated.first = describeError(m_totals.firstApproximation, m_settings);
   }
 }
 
@@ -242,36 +243,78 @@ void FileConversion::tellStory(const InputFile& input, bool isComplete) const {
 
 ConversionResult FileConversion::pump(InputFile& input, OutputFile& output, bool isWhole) {
   StreamStatus status = StreamStatus::kGood;
-  std::size_t count = m_buffered;
-  bool isLast = isWhole;
-  m_converted.clear();
-  while (status == StreamStatus::kGood) {
-    if (count == 0 && !isWhole) {
-      if (!input.read(m_buffer, count)) return fail(input.error());
-      isLast = count == 0;
-    }
-    const std::span<unsigned char> piece = std::span(m_buffer).first(count);
-    if (m_mapsInput) {
-      for (unsigned char& byte : piece) byte = m_beforeReading[byte];
-    }
-    m_bytesRead += count;
-    status = convertPiece(piece, isLast);
-    if (status == StreamStatus::kDrainFailed || !onStreamOutput(m_converted)) {
-      return fail(output.error());
-    }
-    m_console.advance(count);
-    if (isLast) break;
-    count = 0;
-  }
+  const bool isPumped =
+      isForThreads(input, isWhole) ? pumpInParallel(input, status) : pumpStream(isWhole, status);
+  if (!isPumped) return fail(input.error().empty() ? output.error() : input.error());
   if (m_newlines) {
     m_newlines->finish(m_ended);
     if (!write({reinterpret_cast<const char*>(m_ended.data()), m_ended.size()})) {
       return fail(output.error());
     }
   }
-  if (m_records == nullptr) tellStream();
+  if (m_records == nullptr) tellTotals();
   if (m_options.verbose) tellStory(input, status == StreamStatus::kGood);
   return conclude(input, status);
+}
+
+// False when reading or writing failed.
+bool FileConversion::pumpStream(bool isWhole, StreamStatus& status) {
+  std::size_t count = m_buffered;
+  bool isLast = isWhole;
+  m_converted.clear();
+  while (status == StreamStatus::kGood) {
+    if (count == 0 && !isWhole) {
+      if (!readText(m_buffer, count)) return false;
+      isLast = count == 0;
+    } else {
+      mapInput(std::span(m_buffer).first(count));
+    }
+    status = convertPiece(std::span(m_buffer).first(count), isLast);
+    if (status == StreamStatus::kDrainFailed || !onStreamOutput(m_converted)) return false;
+    onTextDone(count);
+    if (isLast) break;
+    count = 0;
+  }
+  m_totals.add(m_stream, 0, 0);
+  return true;
+}
+
+// ---- A text on several threads. ----
+
+// Only of a file it is known that there is enough of it, and that no one waits for the beginning of
+// the output before he writes on.
+bool FileConversion::isForThreads(const InputFile& input, bool isWhole) const {
+  constexpr std::int64_t kLeastPieces = 4;
+  const auto least = kLeastPieces * static_cast<std::int64_t>(m_options.pieceBytes);
+  if (m_threads < 2 || isWhole || m_records != nullptr || input.size() < least) return false;
+  return !m_options.pdfPassthrough;
+}
+
+bool FileConversion::pumpInParallel(const InputFile& input, StreamStatus& status) {
+  ParallelStream text(m_settings, m_threads, m_options.pieceBytes, *this);
+  const std::span<unsigned char> begun = std::span(m_buffer).first(m_buffered);
+  mapInput(begun);
+  status = text.run(begun);
+  m_totals = text.totals();
+  return input.error().empty() && status != StreamStatus::kDrainFailed;
+}
+
+bool FileConversion::readText(std::span<unsigned char> buffer, std::size_t& count) {
+  if (!m_input->read(buffer, count)) return false;
+  mapInput(buffer.first(count));
+  return true;
+}
+
+void FileConversion::mapInput(std::span<unsigned char> bytes) const {
+  if (!m_mapsInput) return;
+  for (unsigned char& byte : bytes) byte = m_beforeReading[byte];
+}
+
+bool FileConversion::writeText(std::string_view bytes) { return emit(bytes); }
+void FileConversion::onTextError(const StreamError& error) { onStreamError(error); }
+void FileConversion::onTextDone(std::size_t bytes) {
+  m_bytesRead += bytes;
+  m_console.advance(bytes);
 }
 
 // What the closing line says: how many places were treated or approximated, and the first of each.
@@ -296,7 +339,7 @@ std::string FileConversion::describeEnd() const {
     return describeProblem(m_lastProblem, settings) + "; " + adviceFor(m_lastProblem, settings);
   }
   // With a handler the place that ended the stream is the last, and not always the first.
-  const StreamError& end = m_settings.errorHandler != nullptr ? m_lastError : m_stream.firstError();
+  const StreamError& end = m_settings.errorHandler != nullptr ? m_lastError : m_totals.firstError;
   return describeError(end, m_settings) + "; " + adviceFor(end, m_settings);
 }
 

@@ -15,6 +15,7 @@ namespace tool {
 namespace {
 
 constexpr unsigned int kMaxJobs = 256;
+constexpr unsigned int kLeastPiece = 16, kMaxPiece = 64u << 20;
 
 // The options as they are written; the rest of this file turns them into Options.
 struct RawArguments {
@@ -23,6 +24,7 @@ struct RawArguments {
   std::string onError;
   std::string inPlace;
   std::string jobs;
+  std::string jobSize;
   std::string bom;
   std::string newline;
   std::string ebcdicNewline;
@@ -57,6 +59,7 @@ void declare(CLI::App& app, RawArguments& raw, Options& options) {
   app.add_option("--output-dir", options.outputDirectory);
   app.add_flag("--preserve-time", options.preserveTime);
   app.add_option("-j,--jobs", raw.jobs);
+  app.add_option("--job-size", raw.jobSize);
   app.add_flag("-r,--recursive", options.recursive);
   app.add_option("--include", options.includes)
       ->allow_extra_args(false)
@@ -280,10 +283,12 @@ void readDestination(const RawArguments& raw, Options& options) {
   }
   if (!raw.jobs.empty()) {
     options.jobs = readNumber("-j", raw.jobs, 0, kMaxJobs);
-    if (!perFile) throw UsageError{"-j needs --in-place or --output-dir"};
     if (options.jobs == 0) {
       options.jobs = std::clamp(std::thread::hardware_concurrency(), 1u, kMaxJobs);
     }
+  }
+  if (!raw.jobSize.empty()) {
+    options.pieceBytes = readNumber("--job-size", raw.jobSize, kLeastPiece, kMaxPiece);
   }
 }
 

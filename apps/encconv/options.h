@@ -62,6 +62,7 @@ struct Options {
   std::string outputDirectory;  // empty: none
   bool preserveTime = false;    // the files have the times of their originals
   unsigned int jobs = 1;
+  unsigned int pieceBytes = 128u << 10;  // of a file that several threads convert, for each
 
   EbcdicNewline ebcdicNewline = EbcdicNewline::kKeep;
   std::optional<encconv::RecordFormat> records;    // of the input

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <optional>
 #include <string_view>
 
 #include "encoding/accent_pairs.h"
@@ -55,28 +56,30 @@ std::size_t findIn(const EncodingRow& row, const CutWindow& window) {
     case EncodingForm::kDoubleByte:
       break;
   }
-  const fast::Plan* const plan = fast::openPlan(row.number, kUtf16, fast::Reader::kStream);
-  const auto* const table = plan == nullptr ? nullptr : plan->decoding.table.doubleByte;
-  if (table == nullptr) return CutWindow::kNone;
+  return CutWindow::kNone;  // has a table
+}
+
+// The bytes of a table of one and two bytes.
+CutBytes bytesOf(const fast::DoubleByteDecoder& table) {
   CutBytes bytes;
   bytes.addRange(0x00, 0x7F, 1, 0);
   for (unsigned int first = 0x80; first < 256; ++first) {
-    if (!table->isLead(first)) {
-      if (table->singles[first] != 0) bytes.add(first, 1, 0);
+    if (!table.isLead(first)) {
+      if (table.singles[first] != 0) bytes.add(first, 1, 0);
       continue;
     }
     for (unsigned int second = 0; second < 256; ++second) {
-      if (table->units[first + second * 256] == 0) continue;
+      if (table.units[first + second * 256] == 0) continue;
       bytes.add(first, 2, 0);
       bytes.add(second, 2, 1);
     }
   }
   // Characters that the code page lacks are one malformed piece each.
-  if (table->threeByteShift != 0) {
-    bytes.add(table->threeByteShift, 3, 0);
+  if (table.threeByteShift != 0) {
+    bytes.add(table.threeByteShift, 3, 0);
     for (unsigned int i = 1; i < 3; ++i) bytes.addRange(0xA1, 0xFE, 3, i);
   }
-  return bytes.find(window);
+  return bytes;
 }
 
 const unsigned char* bytesOf(std::string_view text) {
@@ -93,13 +96,16 @@ class CutFinder::Filter final : public CutWindow::Filter {
     m_settings.from = row->number;
     m_settings.to = kUtf16;
     const fast::Plan* const plan = fast::openPlan(row->number, kUtf16, fast::Reader::kStream);
-    const auto* const table = plan == nullptr ? nullptr : plan->decoding.table.singleByte;
-    const bool hasAscii = table != nullptr && table->isAscii;
+    const fast::Decoder table = plan == nullptr ? fast::Decoder() : plan->decoding.table;
+    const bool hasAscii = table.singleByte != nullptr && table.singleByte->isAscii;
+    const bool hasPairs = row->form == EncodingForm::kDoubleByte && table.doubleByte != nullptr;
+    if (hasPairs) m_bytes.emplace(bytesOf(*table.doubleByte));
     m_isAscii = row->form == EncodingForm::kUtf8 || row->form == EncodingForm::kDoubleByte ||
                 (row->form == EncodingForm::kSingleByte && hasAscii);
   }
 
   const EncodingRow* row() const { return m_row; }
+  const std::optional<CutBytes>& bytes() const { return m_bytes; }
   void wantLines(bool areWanted) {
     m_isBehindLine = areWanted;
     if (areWanted && m_lineEnds.empty() && !m_row->hidesLineEnds) findLineEnds();
@@ -165,7 +171,8 @@ class CutFinder::Filter final : public CutWindow::Filter {
                                [&](const std::string& end) { return before.ends_with(end); });
   }
 
-  const EncodingRow* const m_row;  // null: cannot be read
+  const EncodingRow* const m_row;   // null: cannot be read
+  std::optional<CutBytes> m_bytes;  // of a table of one and two bytes
   StreamSettings m_settings;
   StreamConverter m_stream;
   DataBuffer m_text;
@@ -189,6 +196,7 @@ std::size_t CutFinder::find(const unsigned char* data, std::size_t size, std::si
   const CutWindow window = {data + skipped,          size - skipped,
                             offset - skipped,        settings.position + skipped,
                             isAtCut && skipped == 0, m_filter.get()};
-  const std::size_t place = findIn(*m_filter->row(), window);
+  const std::optional<CutBytes>& bytes = m_filter->bytes();
+  const std::size_t place = bytes ? bytes->find(window) : findIn(*m_filter->row(), window);
   return place == CutWindow::kNone ? place : skipped + place;
 }

@@ -5,6 +5,7 @@
 #include <new>
 #include <span>
 #include <string_view>
+#include <utility>
 
 #include "encoding/stream/stream_core.h"
 
@@ -141,7 +142,7 @@ StreamStatus StreamConverter::Core::resume(const StreamPlace& place) {
   if (place.isOtherOrder) m_status = open(otherByteOrder(*m_plan->source));
   if (m_status != StreamStatus::kGood) return m_status;
   m_repeated = place.repeated;
-  if (m_stage != nullptr) m_stage->resume(place.state);
+  if (m_stage != nullptr) m_stage->resume(m_target ? place.sourceState : place.state);
   if (m_target) m_target->resume(place.state);
   return m_status;
 }
@@ -154,7 +155,7 @@ StreamPlace StreamConverter::Core::place() const {
   place.repeated = m_repeated;
   if (m_stage != nullptr) place.state = m_stage->state();
   if (!m_target) return place;
-  place.state = m_target->state();
+  place.sourceState = std::exchange(place.state, m_target->state());
   if (const StreamError* const waiting = m_target->firstWaiting()) {
     place.settled = std::min(place.settled, waiting->offset);
   }
@@ -374,6 +375,8 @@ const StreamError& StreamConverter::firstApproximation() const {
   static constexpr StreamError kNone;
   return m_core == nullptr ? kNone : m_core->firstApproximation();
 }
+
+std::uint64_t StreamConverter::line() const { return m_core == nullptr ? 1 : m_core->line(); }
 
 std::uint64_t StreamConverter::sourceBytes() const {
   return m_core == nullptr ? 0 : m_core->sourceBytes();

@@ -44,6 +44,7 @@ class StreamConverter::Core final : private CodecTarget::Client {
   std::uint64_t approximationCount() const { return m_approximationCount; }
   const StreamError& firstApproximation() const { return m_firstApproximation; }
   std::uint64_t sourceBytes() const { return m_sourceBytes; }
+  std::uint64_t line() const { return m_lines; }
 
  private:
   using Stop = fast::Pump::Stop;

@@ -1,0 +1,111 @@
+// Tests of the tool's conversion of one file on several threads: all is as with one.
+#include <random>
+
+#include "tests/tool_support.h"
+
+namespace {
+
+using Random = std::minstd_rand0;
+
+std::string utf8Text(Random& random, std::size_t lines) {
+  static const char* const kWords[] = {"word ",   "two, three", "日本語 ", "テスト", "漢字かな",
+                                       "한국어 ", "中文字",     "größe ",  "Ж ",     "か゚",
+                                       "É",       "e\u0301",    "𝄞",       "+~{",    "\u00A0"};
+  std::string text;
+  for (std::size_t i = 0; i < lines; ++i) {
+    for (std::size_t words = random() % 12; words != 0; --words) {
+      text += kWords[random() % std::size(kWords)];
+    }
+    text += random() % 4 == 0 ? "\r\n" : "\n";
+  }
+  return text;
+}
+
+}  // namespace
+
+TEST_F(ToolTest, SeveralThreadsConvertOneFileAsOneDoes) {
+  // Encodings with and without a state on either side, of which the last shows no places for cuts;
+  // one whose writer looks ahead; byte order marks; what is done before and behind the stream.
+  const struct {
+    const char *from, *to, *more;
+  } kRows[] = {
+      {"932", "utf-8", ""},
+      {"utf-8", "932", "--newline crlf"},
+      {"gb18030", "utf-16le", "--bom"},
+      {"utf-16", "utf-8", ""},
+      {"utf-16le", "iso-2022-kr", ""},
+      {"utf-16be", "utf-16be", ""},
+      {"utf-8", "utf-8", "--bom=keep"},
+      {"ibm930", "iso-2022-jp-2004", "--ebcdic-newline lf"},
+      {"utf-8", "ibm939", "--ebcdic-newline nl"},
+      {"iso-2022-jp", "euc-jisx0213", ""},
+      {"hz", "gb18030", ""},
+      {"utf-7", "utf-8", ""},
+      {"utf-8", "iso_6937", ""},
+      {"big5-hkscs", "utf-8", "--newline lf"},
+      {"macarabic", "utf-8", ""},
+      {"scsu", "utf-8", ""},
+  };
+  constexpr const char* kTreatments[] = {
+      "hex", "drop", "stop", "compose,translit,substitute", "alternate=1252", "raw"};
+  Random random(17);
+  std::size_t round = 0;
+  for (const auto& row : kRows) {
+    write("source", utf8Text(random, 400));
+    const std::string from = std::string(" -f ") + row.from;
+    ASSERT_EQ(0, run("-c -q -f utf-8 -t " + std::string(row.from) + " source -o text").status);
+    for (const bool isDamaged : {false, true}) {
+      std::string text = read("text");
+      for (std::size_t i = 0; isDamaged && i < text.size() / 150; ++i) {
+        const std::size_t place = random() % text.size();
+        if (random() % 2 == 0) text.erase(place, 1 + random() % 3);
+        text.insert(std::min(place, text.size()), 1, static_cast<char>(random()));
+      }
+      write("text", text);
+      for (unsigned int i = 0; i < 2; ++i) {
+        const std::string arguments =
+            from + " -t " + row.to + " " + row.more + " --strict --on-error " +
+            kTreatments[round++ % std::size(kTreatments)] + " --report places";
+        SCOPED_TRACE(arguments);
+        const ToolRun one = run(arguments + " text -o output");
+        const std::string places = read("places"), output = read("output");
+        fs::remove(path("output"));
+        for (const char* job : {"-j 2 --job-size 64", "-j 4 --job-size 3000"}) {
+          SCOPED_TRACE(job);
+          const std::string parallel = std::string(job) + arguments;
+          const ToolRun several = run(parallel + " text -o output");
+          ASSERT_EQ(one.status, several.status);
+          ASSERT_EQ(one.err, several.err);
+          ASSERT_TRUE(places == read("places"));
+          ASSERT_TRUE(output == read("output"));
+          fs::remove(path("output"));
+        }
+        // Standard input that is a file, and a pipe behind standard output.
+        const ToolRun piped = shell(std::string(ENCCONV_TOOL) + " -j 2 --job-size 700 " +
+                                    arguments + " < text | cat > output");
+        ASSERT_TRUE(one.status != 0 || output == read("output"));
+        ASSERT_TRUE(places == read("places") || contains(places, "text"));
+        fs::remove(path("output"));
+      }
+    }
+  }
+}
+
+TEST_F(ToolTest, SeveralThreadsLeaveNothingOfWhatFails) {
+  std::string text;
+  for (int i = 0; i < 3000; ++i) text += "line " + std::to_string(i) + "\n";
+  write("clean", text);
+  write("bad", text.substr(0, 20000) + "\xFF\n" + text);
+  write("kept", "kept");
+  const ToolRun stopped = run("-j 4 --job-size 500 -f utf-8 -t latin1 bad -o kept");
+  EXPECT_EQ(1, stopped.status);
+  expectOneLine(stopped, "bad: byte offset 20000, line 2112: FF is not valid UTF-8");
+  EXPECT_EQ("kept", read("kept"));
+  // Of two files on four threads, each has two.
+  const ToolRun both = run("-j 4 --job-size 500 -f utf-8 -t utf-16le --output-dir out clean bad");
+  EXPECT_EQ(1, both.status);
+  EXPECT_EQ(2 * text.size(), fs::file_size(path("out/clean")));
+  EXPECT_FALSE(fs::exists(path("out/bad")));
+  // A reader that goes away, and a full disk.
+  EXPECT_EQ(2, run("-j 4 --job-size 500 -f utf-8 -t utf-16le clean -o /dev/full").status);
+}
