@@ -225,4 +225,36 @@ TEST(RecordsTest, TextsAreCutAtCharactersWithTheirShifts) {
   EXPECT_EQ(RecordText("utf-8", "iso-2022-kr").opening(), "\x1B$)C");
 }
 
+TEST(RecordCut, FollowsDescriptorWords) {
+  const std::string rdw = "\0\x06\0\0AB\0\x05\1\0C\0\x05\2\0D\0\4\0\0"s;  // one in two segments
+  const std::string bdw = "\0\x0A\0\0\0\x06\1\0AB\0\x09\0\0\0\5\2\0C\x80\0\0\x09\0\5\0\0E"s;
+  using Place = std::optional<std::uint64_t>;
+  const struct {
+    const char* format;
+    std::string bytes;
+    std::uint64_t offset;
+    CutOptions options;
+    Place place;
+  } cases[] = {
+      {"fixed:80", "", 0, {160}, 0},
+      {"fixed:80", "", 1, {100}, 60},
+      {"fixed:80", "", 60, {100}, 60},
+      {"rdw", rdw, 0, {0}, 0},
+      {"rdw", rdw, 1, {0}, 6},
+      {"rdw", rdw, 7, {9, true}, 16},  // not within the record of two segments
+      {"rdw", rdw, 7, {9}, Place()},
+      {"rdw", rdw, 17, {0}, Place()},
+      {"rdw", "\0\x03\0\0AB\0\x05\0\0C"s, 1, {0}, Place()},
+      {"rdw", "\0\x30\0\0AB"s, 1, {0}, Place()},
+      {"bdw", bdw, 0, {0}, 0},
+      {"bdw", bdw, 1, {0}, 19},
+      {"bdw", bdw.substr(0, 26), 1, {0}, Place()},
+  };
+  for (const auto& c : cases) {
+    EXPECT_EQ(find_record_cut(c.bytes, *parse_record_format(c.format), c.offset, c.options),
+              c.place)
+        << c.format << " " << c.offset << " " << c.options.position;
+  }
+}
+
 }  // namespace

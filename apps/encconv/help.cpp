@@ -24,7 +24,8 @@ standard input is read; without -o the result goes to standard output. Without
       --preserve-time      give what replaces a file the time of the old one
   -r, --recursive          convert what is in directories
       --include GLOB       of these only files with such names, like "*.txt"
-  -j, --jobs N             convert up to N files at once (0: one a processor)
+  -j, --jobs N             convert N files, or parts of a large file, at once (0:
+                           one a processor)
       --on-error TREATMENT what to do with input that cannot be converted
                            (--help errors)
   -c                       leave it out, as --on-error drop
@@ -141,8 +142,12 @@ reported and passed over.
   --output-dir   Each FILE is converted to DIR/NAME. DIR is made when missing.
   --preserve-time
                  With either, files keep their time of modification.
-  -j N           With either, N files are converted at once; fewer where the
-                 limit of open files (ulimit -n) asks for it.
+  -j N           N threads: with --in-place and --output-dir, so many files are
+                 converted at once, fewer where the limit of open files
+                 (ulimit -n) asks for it; of a large file, or standard input
+                 that is one, so many parts. All is written and told as by one.
+  --job-size BYTES
+                 What a thread takes of a large file at a time.
   --recursive    Directories stand for the files in them and below, without
                  symbolic links, files that end with the SUFFIX of --in-place,
                  and what is in the DIR of --output-dir, where each gets its

@@ -90,6 +90,18 @@ struct RecordFormat {
 /// 9). Nothing for anything else.
 ENCCONV_API std::optional<RecordFormat> parse_record_format(std::string_view text);
 
+/// The first place at offset or behind it, in bytes that are a file of records or any part of one,
+/// where a part begins that a RecordReader can read on its own: a record, or with RecordForm::bdw a
+/// block that begins with a record. Records of fixed length follow from CutOptions::position, and
+/// the place may lie behind the bytes. The others are told by their descriptor words, one after the
+/// other from the first byte on, where a part must begin (CutOptions::at_cut, or position 0).
+/// Nothing: it does not, a descriptor word is damaged, or more bytes must be seen.
+/// CutOptions::behind_line means nothing here.
+ENCCONV_API std::optional<std::uint64_t> find_record_cut(std::string_view bytes,
+                                                         const RecordFormat& format,
+                                                         std::uint64_t offset = 0,
+                                                         const CutOptions& options = {});
+
 /// What a step of a reader came to.
 enum class RecordStep {
   record,   ///< there is a record, or a row

@@ -22,6 +22,7 @@ __all__ = [
     "Record",
     "RecordError",
     "RecordProblem",
+    "find_record_cut",
     "read_records",
     "read_rows",
     "write_records",
@@ -52,6 +53,23 @@ class RecordError(ValueError):
             f"record {problem.record}{field}, byte offset {problem.offset}: {problem.reason}{data}"
         )
         self.problem = problem
+
+
+def find_record_cut(
+    data: bytes, format: str, offset: int = 0, *, position: int = 0, at_cut: bool = False
+) -> int | None:
+    """The first place at ``offset`` or behind it where a part of a file of records can begin.
+
+    ``data`` is the file or any part of it, ``position`` the place of its first byte. Records of a
+    fixed length follow from that; the others are told by their descriptor words from the first byte
+    on, where a part must begin, as ``at_cut`` says. None where no place is in sight.
+
+    >>> find_record_cut(b"", "fixed:80", 100)
+    160
+    >>> find_record_cut(bytes.fromhex("0006 0000 C1C2 0005 0000 C3 0004 0000"), "rdw", 1)
+    6
+    """
+    return _native.find_record_cut(data, format, offset, position, at_cut)
 
 
 @dataclass(frozen=True, slots=True)

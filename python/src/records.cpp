@@ -203,9 +203,21 @@ class Encoder {
   encconv::FieldEncoder m_encoder;
 };
 
+nb::object findRecordCut(const nb::bytes& data, const std::string& format, std::uint64_t offset,
+                         std::uint64_t position, bool isAtCut) {
+  const auto parsed = encconv::parse_record_format(format);
+  if (!parsed) throw nb::value_error(("no format of records: " + format).c_str());
+  const auto cut =
+      encconv::find_record_cut({data.c_str(), data.size()}, *parsed, offset, {position, isAtCut});
+  return cut ? nb::object(nb::int_(*cut)) : nb::object(nb::none());
+}
+
 }  // namespace
 
 void addRecords(nb::module_& module) {
+  module.def("find_record_cut", &findRecordCut, nb::arg("data"), nb::arg("format"),
+             nb::arg("offset"), nb::arg("position"), nb::arg("at_cut"),
+             "Where a part of a file of records can begin, or None.");
   nb::class_<Reader>(module, "RecordReader", "Divides a file into records.")
       .def(nb::init<const std::string&>(), nb::arg("format"))
       .def("push", &Reader::push, nb::arg("piece"))

@@ -38,7 +38,7 @@ _encconv() {
     --records) words="fixed: rdw bdw" ;;
     --to-records) words="fixed: rdw bdw bdw:" ;;
     --as) words="csv json json-strings" ;;
-    -j | --jobs | --record-length | --list | --include | --in-place | substitute) return ;;
+    -j | --jobs | --job-size | --record-length | --list | --include | --in-place | substitute) return ;;
     --output-dir)
       compopt -o filenames
       mapfile -t COMPREPLY < <(compgen -d -- "$current")
@@ -47,7 +47,7 @@ _encconv() {
     *)
       if [[ $current == -* ]]; then
         words="-f --from -t --to -o --output --in-place --in-place= --output-dir
-          --preserve-time -r --recursive --include -j --jobs
+          --preserve-time -r --recursive --include -j --jobs --job-size
           --on-error -c --strict --report --bom --bom= --newline --pdf-passthrough --ebcdic-newline
           --records --record-length --to-records --fields --as --trim
           -q -s --quiet -v --verbose --detect --brief --guess -l --list --json --chart --html -h --help --version"
