@@ -2,17 +2,17 @@
 //
 //   kernel_count WAY KERNEL ROUNDS FILE
 //
-// WAY is a form of the kernels ("scalar", "neon"), "iconv" of the C library, or "icu". KERNEL is one
-// of the list below, which says between which encodings; FILE has the text, in UTF-8. Prints the bytes
-// that are converted in one round. What the beginning takes is told apart by counting twice, with
-// different ROUNDS.
+// WAY is a form of the kernels ("scalar", "neon"), "iconv" of the C library, or "icu". KERNEL is
+// one of the list below, which says between which encodings; FILE has the text, in UTF-8. Prints
+// the bytes that are converted in one round. What the beginning takes is told apart by counting
+// twice, with different ROUNDS. The kernels stand alone here, with tables that are made by asking
+// iconv.
 #include <iconv.h>
 #include <unicode/ucnv.h>
 #include <unicode/ustring.h>
 
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <fstream>
 #include <functional>
 #include <iterator>
@@ -20,41 +20,152 @@
 #include <string_view>
 #include <vector>
 
-#include "encconv/encconv.h"
 #include "encoding/kernels/cpu_dispatch.h"
 
 namespace {
 
-struct Row {
-  std::string_view kernel;
-  int from, to;
-  const char *fromName, *toName;  // for iconv and ICU
-};
-constexpr Row kRows[] = {
-    {"utf8ToUtf16", 65001, 1200, "UTF-8", "UTF-16LE"},
-    {"utf16ToUtf8", 1200, 65001, "UTF-16LE", "UTF-8"},
-    {"swapUtf16", 1200, 1201, "UTF-16LE", "UTF-16BE"},
-    {"utf32ToUtf16", 12000, 1200, "UTF-32LE", "UTF-16LE"},
-    {"utf16ToUtf32", 1200, 12000, "UTF-16LE", "UTF-32LE"},
-    {"utf8ToUtf32", 65001, 12000, "UTF-8", "UTF-32LE"},
-    {"utf32ToUtf8", 12000, 65001, "UTF-32LE", "UTF-8"},
-    {"singleByteToUtf16", 20866, 1200, "KOI8-R", "UTF-16LE"},
-    {"singleByteToUtf8", 20866, 65001, "KOI8-R", "UTF-8"},
-    {"mapBytes", 20866, 1251, "KOI8-R", "WINDOWS-1251"},
-    {"utf16ToSingleByte", 1200, 20866, "UTF-16LE", "KOI8-R"},
-    {"doubleByteToUtf16", 51932, 1200, "EUC-JP", "UTF-16LE"},
-    {"utf16ToDoubleByte", 1200, 51932, "UTF-16LE", "EUC-JP"},
-};
-
-using Bytes = std::vector<char>;
+using Byte = unsigned char;
+using Bytes = std::vector<Byte>;
 using Convert = std::function<bool(const Bytes& in, Bytes& out)>;
 
+constexpr const char* kUtf8 = "UTF-8";
+constexpr const char* kUtf16 = "UTF-16LE";
+constexpr const char* kUtf32 = "UTF-32LE";
+constexpr const char* kSingle = "KOI8-R";
+constexpr const char* kOtherSingle = "WINDOWS-1251";
+constexpr const char* kDouble = "SHIFT_JIS";
+
+// Empty for what iconv does not convert.
+Bytes convertByIconv(const char* from, const char* to, const Bytes& input) {
+  const iconv_t call = iconv_open(to, from);
+  Bytes output(4 * input.size() + 16);
+  char* in = const_cast<char*>(reinterpret_cast<const char*>(input.data()));
+  char* out = reinterpret_cast<char*>(output.data());
+  std::size_t left = input.size(), room = output.size();
+  const bool isDone = iconv(call, &in, &left, &out, &room) == 0 && left == 0;
+  iconv_close(call);
+  output.resize(isDone ? output.size() - room : 0);
+  return output;
+}
+
+// ---- Tables ----
+
+// The unit of a code; 0 for none.
+std::uint16_t unitOf(const char* encoding, const Bytes& code) {
+  const Bytes unit = convertByIconv(encoding, kUtf16, code);
+  return unit.size() == 2 ? static_cast<std::uint16_t>(unit[0] | unit[1] << 8) : std::uint16_t{0};
+}
+
+template <class Put>
+void forEachByte(const char* encoding, Put put) {
+  for (unsigned int byte = 1; byte < 256; ++byte) {
+    const auto code = static_cast<Byte>(byte);
+    if (const std::uint16_t unit = unitOf(encoding, {code})) put(code, unit);
+  }
+}
+
+template <class Put>
+void forEachPair(const char* encoding, Put put) {
+  for (unsigned int pair = 0x8140; pair < 0xFD00; ++pair) {
+    const auto first = static_cast<Byte>(pair >> 8), second = static_cast<Byte>(pair);
+    if (const std::uint16_t unit = unitOf(encoding, {first, second})) {
+      put(static_cast<std::uint16_t>(first | second << 8), unit);
+    }
+  }
+}
+
+void fill(fast::SingleByteDecoder& table) {
+  forEachByte(kSingle, [&](Byte byte, std::uint16_t unit) { table.units[byte] = unit; });
+  table.prepare();
+}
+void fill(fast::SingleByteEncoder& table) {
+  forEachByte(kSingle, [&](Byte byte, std::uint16_t unit) { table.bytes[unit] = byte; });
+  table.prepare();
+}
+void fill(fast::ByteMap& table) {
+  for (unsigned int byte = 1; byte < 256; ++byte) {
+    const Bytes other = convertByIconv(kSingle, kOtherSingle, {static_cast<Byte>(byte)});
+    table.bytes[byte] = other.empty() ? std::uint8_t{0} : other[0];
+  }
+}
+void fill(fast::DoubleByteDecoder& table) {
+  forEachPair(kDouble, [&](std::uint16_t code, std::uint16_t unit) { table.units[code] = unit; });
+  forEachByte(kDouble, [&](Byte byte, std::uint16_t unit) { table.singles[byte] = unit; });
+  table.prepare();
+}
+void fill(fast::DoubleByteEncoder& table) {
+  forEachPair(kDouble, [&](std::uint16_t code, std::uint16_t unit) { table.codes[unit] = code; });
+  forEachByte(kDouble, [&](Byte byte, std::uint16_t unit) { table.codes[unit] = byte; });
+  table.prepare();
+}
+
+// ---- The kernels ----
+
+struct Row {
+  std::string_view kernel;
+  const char *from, *to;
+  // The kernel of a form, with its table.
+  Convert (*open)(const fast::Kernels& form);
+};
+
+template <auto member>
+Convert withoutTable(const fast::Kernels& form) {
+  return [kernel = form.*member](const Bytes& in, Bytes& out) {
+    const Byte* const end = in.data() + in.size();
+    return kernel(in.data(), end, out.data(), out.data() + out.size()).in == end;
+  };
+}
+template <auto member, class Table>
+Convert withTable(const fast::Kernels& form) {
+  static Table table = {};
+  fill(table);
+  return [kernel = form.*member](const Bytes& in, Bytes& out) {
+    const Byte* const end = in.data() + in.size();
+    return kernel(table, in.data(), end, out.data(), out.data() + out.size()).in == end;
+  };
+}
+template <auto member, auto... value>
+Convert reader(const fast::Kernels& form) {
+  return [kernel = form.*member](const Bytes& in, Bytes& /*out*/) {
+    return kernel(in.data(), in.data() + in.size(), value...) != 0;
+  };
+}
+
+using fast::Kernels;
+constexpr Row kRows[] = {
+    {"utf8ToUtf16", kUtf8, kUtf16, withoutTable<&Kernels::utf8ToUtf16>},
+    {"utf16ToUtf8", kUtf16, kUtf8, withoutTable<&Kernels::utf16ToUtf8>},
+    {"swapUtf16", kUtf16, "UTF-16BE", withoutTable<&Kernels::swapUtf16>},
+    {"utf32ToUtf16", kUtf32, kUtf16, withoutTable<&Kernels::utf32ToUtf16>},
+    {"utf16ToUtf32", kUtf16, kUtf32, withoutTable<&Kernels::utf16ToUtf32>},
+    {"utf8ToUtf32", kUtf8, kUtf32, withoutTable<&Kernels::utf8ToUtf32>},
+    {"utf32ToUtf8", kUtf32, kUtf8, withoutTable<&Kernels::utf32ToUtf8>},
+    {"singleByteToUtf16", kSingle, kUtf16,
+     withTable<&Kernels::singleByteToUtf16, fast::SingleByteDecoder>},
+    {"singleByteToUtf8", kSingle, kUtf8,
+     withTable<&Kernels::singleByteToUtf8, fast::SingleByteDecoder>},
+    {"mapBytes", kSingle, kOtherSingle, withTable<&Kernels::mapBytes, fast::ByteMap>},
+    {"utf16ToSingleByte", kUtf16, kSingle,
+     withTable<&Kernels::utf16ToSingleByte, fast::SingleByteEncoder>},
+    {"doubleByteToUtf16", kDouble, kUtf16,
+     withTable<&Kernels::doubleByteToUtf16, fast::DoubleByteDecoder>},
+    {"utf16ToDoubleByte", kUtf16, kDouble,
+     withTable<&Kernels::utf16ToDoubleByte, fast::DoubleByteEncoder>},
+    // What only reads has no peers.
+    {"pairedUtf16", kUtf16, "", reader<&Kernels::pairedUtf16>},
+    {"countByte", kUtf8, "", reader<&Kernels::countByte, std::uint8_t{0x0A}>},
+    {"countUnit", kUtf16, "", reader<&Kernels::countUnit, std::uint16_t{0x0A}>},
+    {"countScalar", kUtf32, "", reader<&Kernels::countScalar, std::uint32_t{0x0A}>},
+    {"utf8Length", kUtf16, "", reader<&Kernels::utf8Length>},
+};
+
+// ---- The peers ----
+
 Convert openIconv(const Row& row) {
-  const iconv_t call = iconv_open(row.toName, row.fromName);
-  if (call == reinterpret_cast<iconv_t>(-1)) return {};
+  const iconv_t call = iconv_open(row.to, row.from);
   return [call](const Bytes& input, Bytes& output) {
-    char* in = const_cast<char*>(input.data());
-    char* out = output.data();
+    char* in = const_cast<char*>(reinterpret_cast<const char*>(input.data()));
+    char* out = reinterpret_cast<char*>(output.data());
     std::size_t left = input.size(), room = output.size();
     return iconv(call, &in, &left, &out, &room) == 0 && left == 0;
   };
@@ -67,7 +178,8 @@ Convert openIcu(const Row& row) {
       UErrorCode error = U_ZERO_ERROR;
       std::int32_t length = 0;
       u_strFromUTF8(reinterpret_cast<UChar*>(output.data()),
-                    static_cast<std::int32_t>(output.size() / 2), &length, input.data(),
+                    static_cast<std::int32_t>(output.size() / 2), &length,
+                    reinterpret_cast<const char*>(input.data()),
                     static_cast<std::int32_t>(input.size()), &error);
       return U_SUCCESS(error) != 0;
     };
@@ -76,75 +188,37 @@ Convert openIcu(const Row& row) {
     return [](const Bytes& input, Bytes& output) {
       UErrorCode error = U_ZERO_ERROR;
       std::int32_t length = 0;
-      u_strToUTF8(output.data(), static_cast<std::int32_t>(output.size()), &length,
-                  reinterpret_cast<const UChar*>(input.data()),
+      u_strToUTF8(reinterpret_cast<char*>(output.data()), static_cast<std::int32_t>(output.size()),
+                  &length, reinterpret_cast<const UChar*>(input.data()),
                   static_cast<std::int32_t>(input.size() / 2), &error);
       return U_SUCCESS(error) != 0;
     };
   }
   UErrorCode error = U_ZERO_ERROR;
-  UConverter* const from = ucnv_open(row.fromName, &error);
-  UConverter* const to = ucnv_open(row.toName, &error);
+  UConverter* const from = ucnv_open(row.from, &error);
+  UConverter* const to = ucnv_open(row.to, &error);
   if (U_FAILURE(error)) return {};
   return [from, to](const Bytes& input, Bytes& output) {
     UErrorCode failure = U_ZERO_ERROR;
-    const char* in = input.data();
-    char* out = output.data();
+    const char* in = reinterpret_cast<const char*>(input.data());
+    const char* const inEnd = in + input.size();
+    char* out = reinterpret_cast<char*>(output.data());
     UChar pivot[1024];
     UChar *pivotFrom = pivot, *pivotTo = pivot;
-    ucnv_convertEx(to, from, &out, output.data() + output.size(), &in, in + input.size(), pivot,
-                   &pivotFrom, &pivotTo, pivot + std::size(pivot), 1, 1, &failure);
-    return U_SUCCESS(failure) && in == input.data() + input.size();
+    ucnv_convertEx(to, from, &out, out + output.size(), &in, inEnd, pivot, &pivotFrom, &pivotTo,
+                   pivot + std::size(pivot), 1, 1, &failure);
+    return U_SUCCESS(failure) && in == inEnd;
   };
 }
 
-Convert openOurs(const Row& row, const char* form) {
-  if (!fast::setKernelsForTesting(form)) return {};
-  return [&row](const Bytes& input, Bytes& output) {
-    const encconv::IntoResult result =
-        encconv::convert_into({input.data(), input.size()}, output.data(), output.size(),
-                              encconv::Encoding(row.from), encconv::Encoding(row.to));
-    return !result.first_problem;
-  };
-}
-
-// What only reads has no peers.
-Convert openReader(std::string_view kernel, const char* form) {
-  if (!fast::setKernelsForTesting(form)) return {};
-  return [kernel, &kernels = fast::kernels()](const Bytes& input, Bytes& /*output*/) {
-    const auto* const in = reinterpret_cast<const unsigned char*>(input.data());
-    const auto* const end = in + input.size();
-    if (kernel == "pairedUtf16") return kernels.pairedUtf16(in, end) == end;
-    if (kernel == "countByte") return kernels.countByte(in, end, '\n') != 0;
-    if (kernel == "countUnit") return kernels.countUnit(in, end, u'\n') != 0;
-    if (kernel == "countScalar") return kernels.countScalar(in, end, U'\n') != 0;
-    return kernel == "utf8Length" && kernels.utf8Length(in, end) != 0;
-  };
-}
-
-int run(const char* way, std::string_view kernel, unsigned long rounds, const std::string& text) {
-  const Row* row = nullptr;
-  for (const Row& each : kRows) row = each.kernel == kernel ? &each : row;
-  const int from = row != nullptr ? row->from : kernel == "countScalar" ? 12000 : 1200;
-  const std::string source =
-      encconv::convert(text, encconv::Encoding(65001), encconv::Encoding(from)).text;
-  const Bytes input(source.begin(), source.end());
-  Bytes output(4 * input.size() + 64);
-  const std::string_view name = way;
-  Convert convert;
-  if (row == nullptr) {
-    convert = openReader(kernel, way);
-  } else {
-    convert = name == "iconv" ? openIconv(*row)
-              : name == "icu" ? openIcu(*row)
-                              : openOurs(*row, way);
+Convert open(const Row& row, std::string_view way) {
+  const bool hasPeers = *row.to != '\0';
+  if (way == "iconv") return hasPeers ? openIconv(row) : Convert();
+  if (way == "icu") return hasPeers ? openIcu(row) : Convert();
+  for (const Kernels* form : fast::runnableKernels()) {
+    if (way == form->name) return row.open(*form);
   }
-  if (!convert) return 2;
-  for (; rounds != 0; --rounds) {
-    if (!convert(input, output)) return 1;
-  }
-  std::printf("%zu\n", input.size());
-  return 0;
+  return {};
 }
 
 }  // namespace
@@ -152,6 +226,18 @@ int run(const char* way, std::string_view kernel, unsigned long rounds, const st
 int main(int argc, char** argv) {
   if (argc != 5) return 2;
   std::ifstream file(argv[4], std::ios::binary);
-  const std::string text{std::istreambuf_iterator<char>(file), {}};
-  return run(argv[1], argv[2], std::strtoul(argv[3], nullptr, 10), text);
+  const Bytes text{std::istreambuf_iterator<char>(file), {}};
+  for (const Row& row : kRows) {
+    if (row.kernel != argv[2]) continue;
+    const Bytes input = convertByIconv(kUtf8, row.from, text);
+    Bytes output(4 * input.size() + 4096);
+    const Convert convert = open(row, argv[1]);
+    if (!convert || input.empty()) return 2;
+    for (unsigned long rounds = std::strtoul(argv[3], nullptr, 10); rounds != 0; --rounds) {
+      if (!convert(input, output)) return 1;
+    }
+    std::printf("%zu\n", input.size());
+    return 0;
+  }
+  return 2;
 }

@@ -9,8 +9,8 @@
 namespace fast {
 namespace {  // NOLINT(cert-dcl59-cpp): internal linkage, see lanes.h
 
-// Each row is looked up by the lower half of the byte, then the right row is taken by the bits of the
-// upper half, a pair of rows at a time.
+// Each row is looked up by the lower half of the byte, then the right row is taken by the bits of
+// the upper half, a pair of rows at a time.
 template <unsigned int kRows, unsigned int kBytes>
 [[gnu::always_inline]] inline Lanes<std::uint8_t, kBytes> lookUpRows(
     const std::uint8_t* table, Lanes<std::uint8_t, kBytes> bytes) {
