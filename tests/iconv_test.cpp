@@ -186,10 +186,7 @@ TEST(Iconv, NamesAndSuffixesMeanWhatTheyMeanToPrograms) {
   const Row rows[] = {
       {"", "UTF-8", "plain", "plain"},
       {"char", "UTF-8", "plain", "plain"},
-      {"utf16", "UTF-8", "a",
-       std::string("\xFF\xFE"
-                   "a\0",
-                   4)},
+      {"utf16", "UTF-8", "a", std::string(reinterpret_cast<const char*>(u"\uFEFFa"), 4)},
       {"UTF-8", "UTF-16", std::string("\xFE\xFF\0a", 4), "a"},
       {"UTF-8", "UTF-16LE", std::string("\xFF\xFE", 2), "\uFEFF"},
       {"ascii//translit", "utf8", "\u201Cfi\u201D \uFB01 \u20AC", "\"fi\" fi EUR"},

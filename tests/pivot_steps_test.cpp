@@ -2,6 +2,7 @@
 #include <memory>
 
 #include "support/text_log.h"
+#include "support/zv_base.h"
 #include "tests/test_support.h"
 
 namespace {
@@ -59,7 +60,8 @@ TEST(DecodeTest, TableWithoutAscii) {
   const std::unique_ptr<HashConvert> map(HashConvert::createNewObject(1));
   map->hcInitialize(7);
   map->hcInsert(bytesOf("AB"), bytesOf("\x11\x22"), 22, log);
-  map->m_singleBytes[0x42] = 0x0062;
+  auto* const single = reinterpret_cast<unsigned char*>(&map->m_singleBytes[0x42]);
+  zvStoreHostUnit(single, 0x0062, zvIsBigEndian());
   EncodingConvert converter;
   DataBuffer out;
   EXPECT_TRUE(converter.convertToUnicodeHCVar(map.get(), bytesOf("ABBAC\0"), 6, out, log));

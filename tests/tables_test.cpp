@@ -11,6 +11,7 @@
 
 #include "encoding/codecs/encoding_row.h"
 #include "encoding/encoding_convert.h"
+#include "encoding/tables/table_builder.h"
 #include "support/content_coding.h"
 #include "support/norvane_bzip2.h"
 #include "support/zv_base.h"
@@ -222,7 +223,7 @@ TEST(TableBuilder, BuildsTheWorkedExamples) {
 TEST(TableBuilder, AppliesTheDifferencesOfMacJapanese) {
   LogBase log;
   const std::unique_ptr<HashConvert> map = built(textOf(932), true, 23021);
-  EncodingConvert::buildHash(textOf(10001).c_str(), *map, true, log);
+  buildHash(textOf(10001).c_str(), *map, true, log, DifferenceKeys::kHostOrder);
   EXPECT_NE(map->m_overflow, 0);
   const std::map<unsigned int, std::string> expected{
       {0xA5, ""},       {0x2211, ""},         {0xF8F0, ""},        {0xF8F1, ""},     {0xF8F2, ""},
