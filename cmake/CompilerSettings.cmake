@@ -22,8 +22,14 @@ add_library(encconv_hardening INTERFACE)
 if(NOT ENCCONV_SANITIZE)
   target_compile_options(encconv_hardening INTERFACE
     -fstack-protector-strong $<$<CONFIG:Release>:-U_FORTIFY_SOURCE> $<$<CONFIG:Release>:-D_FORTIFY_SOURCE=2>)
-  target_link_options(encconv_hardening INTERFACE -Wl,-z,relro,-z,now)
-  if(CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86_64|AMD64|amd64)$")
+  if(WIN32)
+    target_link_options(encconv_hardening INTERFACE
+      -Wl,--dynamicbase,--high-entropy-va,--nxcompat)
+  else()
+    target_link_options(encconv_hardening INTERFACE -Wl,-z,relro,-z,now)
+  endif()
+  # The marks for control flow are those of Linux's loader, and Windows probes stacks anyway.
+  if(NOT WIN32 AND CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86_64|AMD64|amd64)$")
     target_compile_options(encconv_hardening INTERFACE
       -fstack-clash-protection -fcf-protection)
   endif()
