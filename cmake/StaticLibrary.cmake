@@ -20,7 +20,7 @@ elseif(CMAKE_OBJCOPY AND UNIX AND NOT APPLE)
   file(CONFIGURE OUTPUT ${language} CONTENT "// Says that the library beside it is C++.\n")
   set(objects ${whole} ${language})
 else()
-  message(STATUS "The static library shows the names of the engine: there is no objcopy to hide them")
+  message(STATUS "The static library shows the names of the engine: nothing here could hide them")
 endif()
 
 add_library(encconv STATIC ${objects})
