@@ -19,7 +19,12 @@ endif()
 # strangers: checks of the stack and of library calls, no writable tables of addresses. Sanitizers do
 # the same and more, and do not go together with it.
 add_library(encconv_hardening INTERFACE)
+# ENCCONV_CHECKS is the library that the checks are in, where that is not the C library.
+set(ENCCONV_CHECKS "")
 if(NOT ENCCONV_SANITIZE)
+  if(MINGW)
+    set(ENCCONV_CHECKS ssp)
+  endif()
   target_compile_options(encconv_hardening INTERFACE
     -fstack-protector-strong $<$<CONFIG:Release>:-U_FORTIFY_SOURCE> $<$<CONFIG:Release>:-D_FORTIFY_SOURCE=2>)
   if(WIN32)

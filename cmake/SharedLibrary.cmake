@@ -26,7 +26,7 @@ target_include_directories(encconv_shared INTERFACE
   $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
 target_link_libraries(encconv_shared PRIVATE
   $<BUILD_INTERFACE:encconv_settings> $<BUILD_INTERFACE:encconv_hardening> BZip2::BZip2 Threads::Threads
-  ${ENCCONV_UCHARDET_LIBRARIES})
+  ${ENCCONV_UCHARDET_LIBRARIES} ${ENCCONV_CHECKS})
 if(WIN32)
   target_compile_definitions(encconv_shared INTERFACE ENCCONV_USES_DLL)
   # The number is that of the interface, as behind .so elsewhere; programs are linked with the plain

@@ -28,7 +28,7 @@ add_library(encconv::static ALIAS encconv)
 set_target_properties(encconv PROPERTIES EXPORT_NAME static LINKER_LANGUAGE CXX)
 target_compile_features(encconv INTERFACE cxx_std_17)
 target_link_libraries(encconv PRIVATE BZip2::BZip2 Threads::Threads
-  ${ENCCONV_UCHARDET_LIBRARIES})
+  ${ENCCONV_UCHARDET_LIBRARIES} ${ENCCONV_CHECKS})
 target_include_directories(encconv INTERFACE
   $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include>
   $<BUILD_INTERFACE:${PROJECT_BINARY_DIR}/include>

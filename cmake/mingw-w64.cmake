@@ -18,3 +18,7 @@ set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 
 # Windows as Wine makes it, below the build directory too; it needs no screen and tells of nothing.
 set(CMAKE_CROSSCOMPILING_EMULATOR ${encconv_source}/scripts/wine.sh)
+
+# For what is linked by its plain name.
+set(CMAKE_EXE_LINKER_FLAGS_INIT -L${encconv_source}/build/mingw-packages/root/lib)
+set(CMAKE_SHARED_LINKER_FLAGS_INIT -L${encconv_source}/build/mingw-packages/root/lib)

@@ -30,6 +30,8 @@ fetch() {
 unpack() {
   rm -rf "$work/sources/$1"
   (cd "$work/sources" && dpkg-source -q --extract "$1"_*.dsc "$1")
+  mkdir -p "$root/share/doc/$1"
+  cp "$work/sources/$1/debian/copyright" "$root/share/doc/$1"
 }
 
 # build SOURCE NAME [CMAKE-ARGUMENT...]

@@ -149,16 +149,19 @@ void Console::draw(Clock::time_point now) {
   if (m_totalKnown && rate > 0 && done <= m_total) {
     line += ", " + formatTime(static_cast<double>(m_total - done) / rate) + " left";
   }
-  // Return to the first column, write over the old line, blank what sticks out.
+  // Blank what sticks out of the old line, and stay in the first column.
   const std::size_t length = line.size();
   if (length < m_drawn) line.append(m_drawn - length, ' ');
-  files::writeText(files::kStandardError, "\r" + line);
-  m_drawn = line.size();
+  line += '\r';
+  files::writeText(files::kStandardError, line);
+  m_drawn = length;
 }
 
 void Console::erase() {
   if (m_drawn == 0) return;
-  files::writeText(files::kStandardError, "\r" + std::string(m_drawn, ' ') + "\r");
+  std::string blank(m_drawn, ' ');
+  blank += '\r';
+  files::writeText(files::kStandardError, blank);
   m_drawn = 0;
 }
 
