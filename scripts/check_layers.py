@@ -14,7 +14,7 @@ import sys
 LAYERS = [
     ("support", ["support/"], []),
     ("kernel tables", ["encoding/tables/kernel_tables."], ["support"]),
-    ("kernels", ["encoding/kernels/"], ["kernel tables"]),
+    ("kernels", ["encoding/kernels/"], ["support", "kernel tables"]),
     ("texts", ["encoding/tables/texts/"], ["support"]),
     ("codecs", ["encoding/codecs/"], ["support", "kernel tables", "kernels", "texts"]),
     # The classes that users know by these names; they forward to the codecs and the rows.
