@@ -242,8 +242,8 @@ bool EncodingConvert::EncConvert(int fromCodePage, int toCodePage, const unsigne
 }
 
 COMPILER_NO_INLINE bool EncodingConvert::convertLong(int fromCodePage, int toCodePage,
-                                                    const unsigned char* data, unsigned int length,
-                                                    DataBuffer& out, LogBase& log) {
+                                                     const unsigned char* data, unsigned int length,
+                                                     DataBuffer& out, LogBase& log) {
   if (isPdf(data, length)) return out.append(data, length);
   const Conversion c{*this, fromCodePage, toCodePage, data, length, out, log};
   // Where nothing stands between the caller and the two steps of a plan: no byte order mark to

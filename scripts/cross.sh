@@ -5,9 +5,9 @@
 #   scripts/cross.sh aarch64|armhf|i386|s390x [CTEST-PATTERN]
 #
 # Without a pattern all tests run, which takes an hour and more under emulation; "core" stands for
-# those that show in a few minutes that the processor makes no difference: kernels, tables, codecs,
-# streams and interfaces by small texts. The libraries that are needed are Debian's for that
-# processor: their packages are unpacked below build/, the machine itself gets the compiler and qemu only.
+# those that show in a few minutes that the processor makes no difference, "none" for building alone.
+# The libraries that are needed are Debian's for that processor: their packages are unpacked below
+# build/, the machine itself gets the compiler and qemu only.
 set -eu
 cd "$(dirname "$0")/.."
 
@@ -27,36 +27,15 @@ case $1 in
 esac
 pattern=${2:-.}
 [ "$pattern" != core ] || pattern=$core
+[ "$pattern" != none ] || pattern='^$'
 
 scripts/setup.sh "cross-$1"
 build=$(pwd)/build/$1
 root=$build/root
 mkdir -p "$build"
 
-# An apt of its own, which knows that processor only: nothing is installed, and nobody need be root.
-if [ ! -f "$build/root.done" ]; then
-  apt=$build/apt
-  rm -rf "$root" "$apt"
-  mkdir -p "$root" "$apt/lists/partial" "$apt/cache" "$apt/packages"
-  : >"$apt/status"
-  cat >"$apt/apt.conf" <<APT
-APT::Architecture "$debian";
-APT::Architectures { "$debian"; };
-Dir::State::lists "$apt/lists";
-Dir::State::status "$apt/status";
-Dir::Cache "$apt/cache";
-Acquire::Languages "none";
-APT
-  APT_CONFIG=$apt/apt.conf
-  export APT_CONFIG
-  apt-get update -q
-  (cd "$apt/packages" && apt-get download -q libc6 libc-bin libgcc-s1 libstdc++6 \
-    libbz2-dev libuchardet-dev libcli11-dev libgtest-dev)
-  unset APT_CONFIG
-  for package in "$apt"/packages/*.deb; do dpkg -x "$package" "$root"; done
-  rm -rf "$apt"
-  touch "$build/root.done"
-fi
+scripts/debian-root.sh $debian "$root" libc6 libc-bin libgcc-s1 libstdc++6 \
+  libbz2-dev libuchardet-dev libcli11-dev libgtest-dev
 
 run="$emulator -L $root"
 loader=$root/lib/ld-linux.so.2

@@ -24,9 +24,9 @@
 // Bytes in the other order.
 inline std::uint32_t compilerSwapBytes(std::uint32_t number) { return __builtin_bswap32(number); }
 
-// Lanes of a type, kBytes long together: CompilerVector<T, kBytes>::Type. With it come operators lane
-// by lane, comparisons whose lanes have all bits set or none, the choice by ?:, and casts between
-// vectors of one length; lanes.h and pair_runs.h use these, and everything else lanes.h.
+// Lanes of a type, kBytes long together: CompilerVector<T, kBytes>::Type. With it come operators
+// lane by lane, comparisons whose lanes have all bits set or none, the choice by ?:, and casts
+// between vectors of one length; lanes.h and pair_runs.h use these, and everything else lanes.h.
 template <class T, unsigned int kBytes>
 struct CompilerVector {
   typedef T Type __attribute__((vector_size(kBytes)));

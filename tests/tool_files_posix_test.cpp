@@ -1,4 +1,5 @@
-// The tool and files where there is POSIX: what is written where, what stays when something goes wrong.
+// The tool and files where there is POSIX: what is written where, what stays when something goes
+// wrong.
 #include <sys/xattr.h>
 
 #include "tests/tool_support.h"

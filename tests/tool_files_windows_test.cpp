@@ -36,9 +36,8 @@ std::string hexOf(std::string_view bytes) {
 }
 
 std::string readFile(const fs::path& file) {
-  const HANDLE handle =
-      CreateFileW(file.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
-                  OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+  const HANDLE handle = CreateFileW(file.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                                    nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
   if (handle == INVALID_HANDLE_VALUE) return "none: " + std::to_string(GetLastError());
   std::string bytes(4096, 0);
   DWORD got = 0;
@@ -119,8 +118,7 @@ TEST_F(ToolTest, ReplacesFilesAndKeepsWhatTheyAre) {
   EXPECT_EQ(read("bad") + read("twin") + read("saved"), "\x98\xE9\xE9");
   EXPECT_EQ(read("saved.old"), "an older one");
   // Temporary files are gone.
-  EXPECT_EQ(files(),
-            "bad good good.old latin saved saved.old second twin utf8 utf8.old ");
+  EXPECT_EQ(files(), "bad good good.old latin saved saved.old second twin utf8 utf8.old ");
   // The times, where that is asked for; and what is as it was, is left alone.
   fs::last_write_time(path("good"), time);
   EXPECT_EQ(run("-f 737 -t 1253 --in-place --preserve-time good").status, 0);

@@ -60,8 +60,8 @@ HANDLE open(const fs::path& file, DWORD access, DWORD disposition) {
 fs::path ToolTest::makeDirectory() {
   static int count = 0;
   const fs::path directory =
-      fs::temp_directory_path() / ("encconv_test_" + std::to_string(GetCurrentProcessId()) + "_" +
-                                   std::to_string(++count));
+      fs::temp_directory_path() /
+      ("encconv_test_" + std::to_string(GetCurrentProcessId()) + "_" + std::to_string(++count));
   fs::create_directory(directory);
   return directory;
 }

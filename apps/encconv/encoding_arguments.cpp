@@ -22,9 +22,10 @@ std::string fold(std::string_view name) {
 
 // Whether a suffix is a word in capitals, in whatever case.
 bool isSuffix(std::string_view suffix, std::string_view word) {
-  return std::equal(suffix.begin(), suffix.end(), word.begin(), word.end(), [](char c, char capital) {
-    return c == capital || (c >= 'a' && c <= 'z' && c - 'a' + 'A' == capital);
-  });
+  return std::equal(suffix.begin(), suffix.end(), word.begin(), word.end(),
+                    [](char c, char capital) {
+                      return c == capital || (c >= 'a' && c <= 'z' && c - 'a' + 'A' == capital);
+                    });
 }
 
 // How many letters must be changed, left out, put in, or swapped with their neighbour.

@@ -85,9 +85,7 @@ class Finder {
     if (!backup.empty() && std::string_view(name).ends_with(backup)) return false;
     return m_options.includes.empty() ||
            std::any_of(m_options.includes.begin(), m_options.includes.end(),
-                       [&](const std::string& pattern) {
-                         return files::matches(pattern, name);
-                       });
+                       [&](const std::string& pattern) { return files::matches(pattern, name); });
   }
 
   const Options& m_options;

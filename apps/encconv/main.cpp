@@ -55,8 +55,7 @@ int main(int argc, char** argv) {
   // Among them that of a pipe whose reader goes away: the end comes quietly, as with other tools.
   tool::removeTemporariesOnSignals();
 
-  const tool::ParsedArguments parsed =
-      tool::parseArguments(tool::programArguments(argc, argv));
+  const tool::ParsedArguments parsed = tool::parseArguments(tool::programArguments(argc, argv));
   tool::Console console(false);
   console.write(parsed.err);
   const int printed = console.print(parsed.out);

@@ -176,7 +176,7 @@ struct Utf16ToUtf8 {
 // loops fill with constants first.
 template <class V>
 COMPILER_NO_INLINE COMPILER_FLATTEN KernelResult utf16ToUtf8Long(const Byte* in, const Byte* inEnd,
-                                                             Byte* out, Byte* outEnd) {
+                                                                 Byte* out, Byte* outEnd) {
   return treatAll<Utf16ToUtf8<V, 2>, Utf16ToUtf8<Vector16, 1>>(in, inEnd, out, outEnd);
 }
 

@@ -243,7 +243,7 @@ inline std::uint32_t below(std::uint32_t mask) { return ~mask & (mask - 1); }
 // is malformed.
 template <template <class> class To, class V>
 COMPILER_NO_INLINE COMPILER_FLATTEN KernelResult utf8Part(const Byte* begin, const Byte* block,
-                                                      const Byte* in, Byte* out) {
+                                                          const Byte* in, Byte* out) {
   const auto part = block == begin ? Utf8Block<V>(V::Bytes::load(block)) : Utf8Block<V>(block);
   const std::uint32_t left = V::kAllBits & (V::kAllBits << (in - block));
   const std::uint32_t malformed = part.malformed() & left;
@@ -307,7 +307,7 @@ inline void utf8Short(const Byte*& in, const Byte* inEnd, Byte*& out) {
 
 template <template <class> class To, class V>
 COMPILER_NO_INLINE COMPILER_FLATTEN KernelResult fromUtf8Long(const Byte* begin, const Byte* inEnd,
-                                                          Byte* out, Byte* outEnd) {
+                                                              Byte* out, Byte* outEnd) {
   const Byte* in = begin;
   bool isClean = utf8Blocks<To, V>(begin, in, inEnd, out, outEnd);
   if constexpr (V::kParts > 1) {

@@ -111,8 +111,7 @@ std::string files::copyAttributes(const std::string& path, const FileStatus& sta
   const std::string second = copyExtendedAttributes(path, fd);
   if (trouble.empty()) trouble = second;
   // Behind the owner, whose change takes special rights away, and the list, which this completes.
-  if (fchmod(fd, status.mode & 07777) != 0 && trouble.empty())
-    trouble = because("access rights");
+  if (fchmod(fd, status.mode & 07777) != 0 && trouble.empty()) trouble = because("access rights");
   return trouble;
 }
 

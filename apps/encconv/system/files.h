@@ -101,8 +101,8 @@ bool isSamePlace(const std::string& one, const std::string& other);
 bool addName(const std::string& from, const std::string& to);
 bool rename(const std::string& from, const std::string& to);
 // Puts a closed temporary file in the place of path, whole, whatever happens meanwhile. mustKeep:
-// fails when the new file could not be given what the old one has besides its text; otherwise goes on
-// then.
+// fails when the new file could not be given what the old one has besides its text; otherwise goes
+// on then.
 bool replace(const std::string& temporary, const std::string& path, bool mustKeep);
 bool remove(const std::string& name);
 
@@ -117,8 +117,8 @@ std::string parentOf(const std::string& name);
 std::string join(const std::string& directory, const std::string& name);
 // A pattern of a shell: * ? [...].
 bool matches(const std::string& pattern, const std::string& name);
-// The files that a name on the command line means, where shells leave patterns to programs; the name
-// itself when there are none.
+// The files that a name on the command line means, where shells leave patterns to programs; the
+// name itself when there are none.
 std::vector<std::string> expandPattern(const std::string& name);
 
 // How many files may be converted at once, of wanted.

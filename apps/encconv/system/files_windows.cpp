@@ -62,8 +62,8 @@ FileTime timeOf(const FILETIME& time) {
   // Steps of 100 ns from the year 1601 on.
   constexpr std::int64_t kSteps = 10'000'000;
   constexpr std::int64_t kFrom1601 = 11'644'473'600;
-  const auto steps = static_cast<std::int64_t>(std::uint64_t{time.dwHighDateTime} << 32 |
-                                               time.dwLowDateTime);
+  const auto steps =
+      static_cast<std::int64_t>(std::uint64_t{time.dwHighDateTime} << 32 | time.dwLowDateTime);
   return {steps / kSteps - kFrom1601, steps % kSteps * 100};
 }
 
@@ -170,8 +170,8 @@ int openTemporary(const std::string& path, std::string& temporary) {
                     nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
     if (handle == INVALID_HANDLE_VALUE && GetLastError() == ERROR_FILE_EXISTS) continue;
     const int fd = descriptorOf(handle, _O_RDWR);
-    // Gone with the handle, even when the process is ended; a file system that cannot do that leaves
-    // the file behind then.
+    // Gone with the handle, even when the process is ended; a file system that cannot do that
+    // leaves the file behind then.
     if (fd >= 0) setDeletion(fd, true);
     if (fd < 0) temporary.clear();
     return fd;

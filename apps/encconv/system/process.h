@@ -12,8 +12,8 @@ namespace tool {
 std::vector<std::string> programArguments(int argc, char** argv);
 
 // The encoding of texts that say nothing about theirs, by name or number; empty when it is not
-// known. That of the locale of the environment; where that locale is not installed, the one that its
-// name says. On Windows the ANSI code page: what programs write that know no Unicode.
+// known. That of the locale of the environment; where that locale is not installed, the one that
+// its name says. On Windows the ANSI code page: what programs write that know no Unicode.
 std::string systemEncodingName();
 
 // As long as an object lives, a console that fd may be shows bytes in a code page, if it can. The

@@ -115,8 +115,7 @@ bool isDevice(const std::wstring& name) { return name.starts_with(kDevice); }
 
 bool isLink(const std::wstring& name) {
   const Search search(name);
-  return search.isOpen() &&
-         (search.found().dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0 &&
+  return search.isOpen() && (search.found().dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0 &&
          (search.found().dwReserved0 == IO_REPARSE_TAG_SYMLINK ||
           search.found().dwReserved0 == IO_REPARSE_TAG_MOUNT_POINT);
 }
@@ -136,7 +135,8 @@ std::string lastPart(const std::string& name) { return name.substr(lastPartOf(na
 std::string parentOf(const std::string& name) {
   std::size_t end = lastPartOf(name);
   // The separator goes, but for that of a root.
-  while (end > 1 && isSeparator(name[end - 1]) && name[end - 2] != ':' && !isSeparator(name[end - 2])) {
+  while (end > 1 && isSeparator(name[end - 1]) && name[end - 2] != ':' &&
+         !isSeparator(name[end - 2])) {
     --end;
   }
   return name.substr(0, end);

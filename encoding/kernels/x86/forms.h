@@ -10,12 +10,10 @@ namespace fast {
 const Kernels& sse4Kernels();
 const Kernels& avx2Kernels();
 
-inline bool hasSse4() {
-  return COMPILER_CPU_HAS("sse4.2") && COMPILER_CPU_HAS("popcnt");
-}
+inline bool hasSse4() { return COMPILER_CPU_HAS("sse4.2") && COMPILER_CPU_HAS("popcnt"); }
 inline bool hasAvx2() {
-  return COMPILER_CPU_HAS("avx2") && COMPILER_CPU_HAS("bmi") &&
-         COMPILER_CPU_HAS("bmi2") && COMPILER_CPU_HAS("popcnt");
+  return COMPILER_CPU_HAS("avx2") && COMPILER_CPU_HAS("bmi") && COMPILER_CPU_HAS("bmi2") &&
+         COMPILER_CPU_HAS("popcnt");
 }
 
 inline constexpr KernelForm kProcessorForms[] = {{avx2Kernels, hasAvx2}, {sse4Kernels, hasSse4}};
