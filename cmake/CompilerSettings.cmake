@@ -1,9 +1,15 @@
 # What every target of the project is compiled with; not passed on to users of the library.
 add_library(encconv_settings INTERFACE)
 target_compile_features(encconv_settings INTERFACE cxx_std_20)
-target_compile_options(encconv_settings INTERFACE
-  -Wall -Wextra -Wpedantic -Wconversion
-  $<$<BOOL:${ENCCONV_WERROR}>:-Werror>)
+if(MSVC)
+  target_compile_options(encconv_settings INTERFACE
+    /W4 /utf-8 /permissive-
+    $<$<BOOL:${ENCCONV_WERROR}>:/WX>)
+else()
+  target_compile_options(encconv_settings INTERFACE
+    -Wall -Wextra -Wpedantic -Wconversion
+    $<$<BOOL:${ENCCONV_WERROR}>:-Werror>)
+endif()
 if(ENCCONV_SANITIZE)
   target_compile_options(encconv_settings INTERFACE
     -fsanitize=${ENCCONV_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
@@ -21,7 +27,7 @@ endif()
 add_library(encconv_hardening INTERFACE)
 # ENCCONV_CHECKS is the library that the checks are in, where that is not the C library.
 set(ENCCONV_CHECKS "")
-if(NOT ENCCONV_SANITIZE)
+if(NOT ENCCONV_SANITIZE AND NOT MSVC)
   if(MINGW)
     set(ENCCONV_CHECKS ssp)
   endif()

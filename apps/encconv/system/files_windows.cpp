@@ -75,9 +75,10 @@ FILETIME timeOf(const FileTime& time) {
 
 bool getStatus(HANDLE handle, FileStatus& status) {
   status = {};
-  if (GetFileType(handle) != FILE_TYPE_DISK) {
-    return GetLastError() == NO_ERROR || handle != INVALID_HANDLE_VALUE || failWithLastError();
-  }
+  SetLastError(NO_ERROR);
+  const DWORD type = GetFileType(handle);
+  if (type == FILE_TYPE_UNKNOWN && GetLastError() != NO_ERROR) return failWithLastError();
+  if (type != FILE_TYPE_DISK) return true;
   BY_HANDLE_FILE_INFORMATION found = {};
   if (GetFileInformationByHandle(handle, &found) == 0) return failWithLastError();
   const bool isDirectory = (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
