@@ -70,7 +70,7 @@ ToolRun ToolTest::run(const std::string& arguments, const std::string& input) co
   write(".in", input);
   std::string line = quoted(ENCCONV_TOOL);
   for (const std::string& word : wordsOf(arguments)) line += quoted(word);
-  std::wstring command = wide(line);
+  std::wstring command = wide(line.substr(1));
   STARTUPINFOW startup = {};
   startup.cb = sizeof startup;
   startup.dwFlags = STARTF_USESTDHANDLES;

@@ -152,7 +152,14 @@ bool getStatusOfLink(const std::string& name, FileStatus& status) {
 
 bool isReadable(const std::string& name) { return canOpen(name, GENERIC_READ); }
 
-bool isWritable(const std::string& name) { return canOpen(name, GENERIC_WRITE); }
+bool isWritable(const std::string& name) {
+  const DWORD attributes = GetFileAttributesW(longName(name).c_str());
+  if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY) != 0) {
+    errno = EACCES;
+    return false;
+  }
+  return canOpen(name, GENERIC_WRITE);
+}
 
 int openToRead(const std::string& name) {
   return descriptorOf(openHandle(longName(name), GENERIC_READ), _O_RDONLY);

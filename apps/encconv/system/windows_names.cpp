@@ -160,7 +160,8 @@ std::vector<std::string> expandPattern(const std::string& name) {
   std::vector<std::string> found;
   std::vector<std::string> names;
   listDirectory(directory.empty() ? "." : directory, names);
-  std::sort(names.begin(), names.end());
+  std::sort(names.begin(), names.end(),
+            [](const std::string& a, const std::string& b) { return folded(a) < folded(b); });
   for (const std::string& one : names) {
     if (matches(name.substr(last), one)) found.push_back(directory + one);
   }
