@@ -59,11 +59,11 @@ HANDLE open(const fs::path& file, DWORD access, DWORD disposition) {
 
 fs::path ToolTest::makeDirectory() {
   static int count = 0;
-  const fs::path directory =
-      fs::temp_directory_path() /
-      ("encconv_test_" + std::to_string(GetCurrentProcessId()) + "_" + std::to_string(++count));
-  fs::create_directory(directory);
-  return directory;
+  for (;;) {
+    const std::string name = "encconv_test_" + std::to_string(GetCurrentProcessId()) + "_";
+    const fs::path directory = fs::temp_directory_path() / (name + std::to_string(++count));
+    if (fs::create_directory(directory)) return directory;
+  }
 }
 
 ToolRun ToolTest::run(const std::string& arguments, const std::string& input) const {
