@@ -1,9 +1,15 @@
 # What every target of the project is compiled with; not passed on to users of the library.
 add_library(encconv_settings INTERFACE)
 target_compile_features(encconv_settings INTERFACE cxx_std_20)
-target_compile_options(encconv_settings INTERFACE
-  -Wall -Wextra -Wpedantic -Wconversion
-  $<$<BOOL:${ENCCONV_WERROR}>:-Werror>)
+if(MSVC)
+  target_compile_options(encconv_settings INTERFACE
+    /W4 /utf-8 /permissive-
+    $<$<BOOL:${ENCCONV_WERROR}>:/WX>)
+else()
+  target_compile_options(encconv_settings INTERFACE
+    -Wall -Wextra -Wpedantic -Wconversion
+    $<$<BOOL:${ENCCONV_WERROR}>:-Werror>)
+endif()
 if(ENCCONV_SANITIZE)
   target_compile_options(encconv_settings INTERFACE
     -fsanitize=${ENCCONV_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
@@ -19,11 +25,22 @@ endif()
 # strangers: checks of the stack and of library calls, no writable tables of addresses. Sanitizers do
 # the same and more, and do not go together with it.
 add_library(encconv_hardening INTERFACE)
-if(NOT ENCCONV_SANITIZE)
+# ENCCONV_CHECKS is the library that the checks are in, where that is not the C library.
+set(ENCCONV_CHECKS "")
+if(NOT ENCCONV_SANITIZE AND NOT MSVC)
+  if(MINGW)
+    set(ENCCONV_CHECKS ssp)
+  endif()
   target_compile_options(encconv_hardening INTERFACE
     -fstack-protector-strong $<$<CONFIG:Release>:-U_FORTIFY_SOURCE> $<$<CONFIG:Release>:-D_FORTIFY_SOURCE=2>)
-  target_link_options(encconv_hardening INTERFACE -Wl,-z,relro,-z,now)
-  if(CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86_64|AMD64|amd64)$")
+  if(WIN32)
+    target_link_options(encconv_hardening INTERFACE
+      -Wl,--dynamicbase,--high-entropy-va,--nxcompat)
+  else()
+    target_link_options(encconv_hardening INTERFACE -Wl,-z,relro,-z,now)
+  endif()
+  # The marks for control flow are those of Linux's loader, and Windows probes stacks anyway.
+  if(NOT WIN32 AND CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86_64|AMD64|amd64)$")
     target_compile_options(encconv_hardening INTERFACE
       -fstack-clash-protection -fcf-protection)
   endif()

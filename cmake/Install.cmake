@@ -8,6 +8,8 @@ install(TARGETS encconv encconv_engine EXPORT encconvTargets
   ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development)
 if(TARGET encconv_shared)
   install(TARGETS encconv_shared EXPORT encconvTargets
+    RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT library
+    ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT library
     NAMELINK_COMPONENT development)
 endif()
@@ -71,6 +73,8 @@ foreach(name IN ITEMS encconv encconv-engine)
     DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)
 endforeach()
 
-if(PROJECT_IS_TOP_LEVEL)
+if(PROJECT_IS_TOP_LEVEL AND WIN32)
+  include(cmake/WindowsPackage.cmake)
+elseif(PROJECT_IS_TOP_LEVEL)
   include(cmake/Packages.cmake)
 endif()

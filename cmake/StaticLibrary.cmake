@@ -20,7 +20,7 @@ elseif(CMAKE_OBJCOPY AND UNIX AND NOT APPLE)
   file(CONFIGURE OUTPUT ${language} CONTENT "// Says that the library beside it is C++.\n")
   set(objects ${whole} ${language})
 else()
-  message(STATUS "The static library shows the names of the engine: there is no objcopy to hide them")
+  message(STATUS "The static library shows the names of the engine: nothing here could hide them")
 endif()
 
 add_library(encconv STATIC ${objects})
@@ -28,7 +28,7 @@ add_library(encconv::static ALIAS encconv)
 set_target_properties(encconv PROPERTIES EXPORT_NAME static LINKER_LANGUAGE CXX)
 target_compile_features(encconv INTERFACE cxx_std_17)
 target_link_libraries(encconv PRIVATE BZip2::BZip2 Threads::Threads
-  ${ENCCONV_UCHARDET_LIBRARIES})
+  ${ENCCONV_UCHARDET_LIBRARIES} ${ENCCONV_CHECKS})
 target_include_directories(encconv INTERFACE
   $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include>
   $<BUILD_INTERFACE:${PROJECT_BINARY_DIR}/include>

@@ -9,6 +9,7 @@
 #include "encoding/codecs/mac_arabic.h"
 #include "encoding/scratch_buffer.h"
 #include "encoding/special_code_pages.h"
+#include "support/compiler.h"
 #include "support/japanese.h"
 #include "support/zv_base.h"
 #include "support/zv_utf.h"
@@ -240,9 +241,9 @@ bool EncodingConvert::EncConvert(int fromCodePage, int toCodePage, const unsigne
   return convertLong(fromCodePage, toCodePage, data, length, out, log);
 }
 
-[[gnu::noinline]] bool EncodingConvert::convertLong(int fromCodePage, int toCodePage,
-                                                    const unsigned char* data, unsigned int length,
-                                                    DataBuffer& out, LogBase& log) {
+COMPILER_NO_INLINE bool EncodingConvert::convertLong(int fromCodePage, int toCodePage,
+                                                     const unsigned char* data, unsigned int length,
+                                                     DataBuffer& out, LogBase& log) {
   if (isPdf(data, length)) return out.append(data, length);
   const Conversion c{*this, fromCodePage, toCodePage, data, length, out, log};
   // Where nothing stands between the caller and the two steps of a plan: no byte order mark to

@@ -14,7 +14,7 @@ import sys
 LAYERS = [
     ("support", ["support/"], []),
     ("kernel tables", ["encoding/tables/kernel_tables."], ["support"]),
-    ("kernels", ["encoding/kernels/"], ["kernel tables"]),
+    ("kernels", ["encoding/kernels/"], ["support", "kernel tables"]),
     ("texts", ["encoding/tables/texts/"], ["support"]),
     ("codecs", ["encoding/codecs/"], ["support", "kernel tables", "kernels", "texts"]),
     # The classes that users know by these names; they forward to the codecs and the rows.
@@ -34,6 +34,10 @@ LAYERS = [
     ("tools", ["tools/"], ["support", "codecs", "engine"]),
     ("examples", ["examples/"], ["include"]),
 ]
+# Where extensions may stand: iconv and Python's module are for the compilers that have them.
+EXTENSION_HEADERS = ("support/compiler.h", "include/encconv/export.h")
+EXTENSION_FREE = ("apps/", "encoding/", "include/", "interface/", "support/", "tools/")
+EXTENSION = re.compile(r"__attribute__|__builtin_|\[\[gnu::|#\s*pragma GCC|__declspec")
 INCLUDE = re.compile(r'^\s*#\s*include\s+"([^"]+)"', re.MULTILINE)
 
 
@@ -83,6 +87,10 @@ def main():
     faults += [f"{path} ({layer_of(path)}) includes {target} ({layer_of(target)})"
                for path, targets in graph.items() for target in targets
                if layer_of(target) not in allowed[layer_of(path)]]
+    faults += [f"{path} has an extension of compilers; support/compiler.h is for these"
+               for path in sources
+               if path.startswith(EXTENSION_FREE) and path not in EXTENSION_HEADERS
+               and EXTENSION.search(pathlib.Path(path).read_text(encoding="utf-8"))]
     if circle := find_circle(graph):
         faults.append("a circle: " + " -> ".join(circle))
     for fault in faults:

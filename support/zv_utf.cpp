@@ -6,6 +6,7 @@
 #include "encoding/codecs/codec.h"
 #include "encoding/codecs/encoding_row.h"
 #include "encoding/codecs/gsm.h"
+#include "support/compiler.h"
 #include "support/utf.h"
 #include "support/zv_base.h"
 
@@ -59,7 +60,7 @@ bool _zvUtf::utf8toUtf32(bool bigEndian, const unsigned char* utf8, unsigned int
     const std::uint32_t value = sequence.valid ? sequence.value : kReplacementCharacter;
     unsigned char* const dest = out.reserveTail(4);
     if (dest == nullptr) return false;
-    const std::uint32_t stored = bigEndian == kIsHostBigEndian ? value : __builtin_bswap32(value);
+    const std::uint32_t stored = bigEndian == kIsHostBigEndian ? value : compilerSwapBytes(value);
     std::memcpy(dest, &stored, 4);
     out.commitTail(4);
     i += sequence.length;

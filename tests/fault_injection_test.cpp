@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include <memory>
 #include <new>
 #include <string_view>
 
@@ -55,18 +56,22 @@ bool failsNow(std::size_t size) {
   return true;
 }
 
+constexpr std::size_t kAlignment = __STDCPP_DEFAULT_NEW_ALIGNMENT__;
+
 void* allocate(std::size_t size, std::size_t alignment) {
   if (failsNow(size)) return nullptr;
-  const std::size_t offset = (sizeof(Block) + alignment - 1) / alignment * alignment;
-  auto* base = static_cast<unsigned char*>(
-      std::aligned_alloc(alignment, (size + offset + alignment - 1) / alignment * alignment));
+  // malloc aligns for everything usual.
+  std::size_t room = size + (alignment > kAlignment ? alignment : 0);
+  auto* const base = static_cast<unsigned char*>(std::malloc(sizeof(Block) + room));
   if (base == nullptr) return nullptr;
-  auto* block = new (base + offset - sizeof(Block)) Block{nullptr, nullptr, base, size};
+  void* memory = base + sizeof(Block);
+  std::align(alignment, size, memory, room);
+  auto* block = new (static_cast<Block*>(memory) - 1) Block{nullptr, nullptr, base, size};
   if (g_watching) {
     *block = {g_watched.previous, &g_watched, base, size};
     block->previous->next = g_watched.previous = block;
   }
-  return base + offset;
+  return memory;
 }
 
 void release(void* memory) {
@@ -84,8 +89,6 @@ void* allocateOrThrow(std::size_t size, std::size_t alignment) {
   if (memory == nullptr) throw std::bad_alloc();
   return memory;
 }
-
-constexpr std::size_t kAlignment = __STDCPP_DEFAULT_NEW_ALIGNMENT__;
 
 }  // namespace
 

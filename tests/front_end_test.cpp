@@ -329,18 +329,4 @@ TEST(NamedConversionTest, PreambleComesFirstWhateverFollows) {
   }
 }
 
-TEST(NamedConversionTest, PlatformCodePages) {
-  setenv("LC_ALL", "ru_RU.CP1251", 1);  // NOLINT(concurrency-mt-unsafe): the only thread
-  EncodingConvert converter;
-  LogBase log;
-  DataBuffer ansi, oem, toAnsi, toOem;
-  EXPECT_TRUE(converter.AnsiToMultiByte(65001, "\xC0", 1, ansi, log));
-  EXPECT_TRUE(converter.OemToMultiByte(65001, "\x80", 1, oem, log));
-  EXPECT_TRUE(converter.MultiByteToAnsi(65001, bytesOf("\xD0\x90"), 2, toAnsi, log));
-  EXPECT_TRUE(converter.MultiByteToOem(65001, bytesOf("\xD0\x90"), 2, toOem, log));
-  EXPECT_EQ(hex(ansi) + "|" + hex(oem) + "|" + hex(toAnsi) + "|" + hex(toOem), "D0 90|D0 90|C0|80");
-  EXPECT_FALSE(converter.MultiByteToOem(65001, bytesOf("A"), -1, toOem, log));
-  unsetenv("LC_ALL");  // NOLINT(concurrency-mt-unsafe): as above
-}
-
 }  // namespace

@@ -2,8 +2,6 @@
 #include "encoding/kernels/kernels.h"
 
 #include <gtest/gtest.h>
-#include <sys/mman.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <functional>
@@ -13,6 +11,7 @@
 #include <vector>
 
 #include "encoding/kernels/cpu_dispatch.h"
+#include "tests/guarded_memory.h"
 
 namespace {
 
@@ -20,27 +19,6 @@ using fast::KernelResult;
 using fast::Kernels;
 using std::string;
 using Byte = unsigned char;
-
-// Memory between two pages that nobody may touch: a kernel that leaves its ranges crashes.
-class GuardedMemory {
- public:
-  explicit GuardedMemory(size_t size)
-      : m_page(static_cast<size_t>(sysconf(_SC_PAGESIZE))),
-        m_size((size + m_page - 1) / m_page * m_page),
-        m_all(static_cast<Byte*>(
-            mmap(nullptr, m_size + 2 * m_page, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0))) {
-    mprotect(begin(), m_size, PROT_READ | PROT_WRITE);
-  }
-  GuardedMemory(const GuardedMemory&) = delete;
-  GuardedMemory& operator=(const GuardedMemory&) = delete;
-  ~GuardedMemory() { munmap(m_all, m_size + 2 * m_page); }
-  Byte* begin() const { return m_all + m_page; }
-  Byte* end() const { return begin() + m_size; }
-
- private:
-  size_t m_page, m_size;
-  Byte* m_all;
-};
 
 std::mt19937& random() {
   static std::mt19937 engine(20240501);

@@ -300,23 +300,4 @@ TEST(PsdkTest, CodePagesOfLocales) {
   }
 }
 
-// NOLINTBEGIN(concurrency-mt-unsafe): no other thread runs.
-TEST(PsdkTest, TheFirstVariableThatIsNotEmptyDecides) {
-  const auto check = [](int ansi, int oem) {
-    EXPECT_EQ(Psdk::getAnsiCodePage(), ansi);
-    EXPECT_EQ(Psdk::getOemCodePage(), oem);
-  };
-  for (const char* variable : {"LC_ALL", "LC_CTYPE", "LANG"}) unsetenv(variable);
-  check(1252, 437);
-  setenv("LANG", "pl_PL", 1);
-  check(1250, 852);
-  setenv("LC_CTYPE", "tr_TR.ISO-8859-9", 1);
-  check(28599, 857);
-  setenv("LC_ALL", "", 1);
-  check(28599, 857);
-  setenv("LC_ALL", "C", 1);
-  check(1252, 437);
-}
-// NOLINTEND(concurrency-mt-unsafe)
-
 }  // namespace

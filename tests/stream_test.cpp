@@ -1,7 +1,7 @@
 // Tests of what a stream does in particular: treatments, reports, marks, and the end of a stream.
 #include <gtest/gtest.h>
-#include <malloc.h>
 
+#include <cstddef>
 #include <cstdlib>
 #include <new>
 #include <string>
@@ -17,26 +17,29 @@ namespace {
 std::size_t g_allocated = 0;
 std::size_t g_mostAllocated = 0;
 
-void* counted(void* memory) {
-  g_allocated += malloc_usable_size(memory);
+// In front of each block stands how long it is.
+constexpr std::size_t kFront = alignof(std::max_align_t);
+
+void* counted(std::size_t size) {
+  auto* const block = static_cast<char*>(std::malloc(kFront + size));
+  *reinterpret_cast<std::size_t*>(block) = size;
+  g_allocated += size;
   g_mostAllocated = std::max(g_mostAllocated, g_allocated);
-  return memory;
+  return block + kFront;
 }
 void release(void* memory) {
-  g_allocated -= malloc_usable_size(memory);
-  std::free(memory);
+  if (memory == nullptr) return;
+  char* const block = static_cast<char*>(memory) - kFront;
+  g_allocated -= *reinterpret_cast<std::size_t*>(block);
+  std::free(block);
 }
 
 }  // namespace
 
-void* operator new(std::size_t size) { return counted(std::malloc(size)); }
-void* operator new[](std::size_t size) { return counted(std::malloc(size)); }
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-  return counted(std::malloc(size));
-}
-void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
-  return counted(std::malloc(size));
-}
+void* operator new(std::size_t size) { return counted(size); }
+void* operator new[](std::size_t size) { return counted(size); }
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept { return counted(size); }
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept { return counted(size); }
 void operator delete(void* memory) noexcept { release(memory); }
 void operator delete[](void* memory) noexcept { release(memory); }
 void operator delete(void* memory, std::size_t) noexcept { release(memory); }

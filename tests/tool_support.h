@@ -3,12 +3,8 @@
 #define TESTS_TOOL_SUPPORT_H_
 
 #include <gtest/gtest.h>
-#include <sys/stat.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -27,11 +23,9 @@ struct ToolRun {
 
 class ToolTest : public ::testing::Test {
  protected:
-  ToolTest() {
-    std::string pattern = (fs::temp_directory_path() / "encconv_test_XXXXXX").string();
-    m_directory = mkdtemp(pattern.data());
+  ToolTest() : m_directory(makeDirectory()) {
     write("latin", "caf\xE9\n");
-    write("utf8", "café\n");
+    write("utf8", "caf\u00E9\n");
   }
   ~ToolTest() override { fs::remove_all(m_directory); }
 
@@ -47,19 +41,10 @@ class ToolTest : public ::testing::Test {
   }
   std::string read(const std::string& name) const { return readFile(path(name)); }
 
-  // Runs "encconv ARGUMENTS" in the directory.
-  ToolRun run(const std::string& arguments, const std::string& input = "") const {
-    return shell(std::string(ENCCONV_TOOL " ") + arguments, input);
-  }
-
-  ToolRun shell(const std::string& script, const std::string& input = "") const {
-    write(".in", input);
-    const std::string command =
-        "cd '" + m_directory.string() + "' && {\n" + script + "\n} < .in > .out 2> .err";
-    // The shell is what the tool is used from.
-    const int status = std::system(command.c_str());  // NOLINT(cert-env33-c,concurrency-mt-unsafe)
-    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, read(".out"), read(".err")};
-  }
+  // Runs "encconv ARGUMENTS" in the directory. The arguments may be in quotes.
+  ToolRun run(const std::string& arguments, const std::string& input = "") const;
+  // Runs a script in the directory. Where there is a shell.
+  ToolRun shell(const std::string& script, const std::string& input = "") const;
 
   // Files in the directory, but for those of run().
   std::string files() const {
@@ -73,6 +58,8 @@ class ToolTest : public ::testing::Test {
     for (const std::string& name : names) list += name + " ";
     return list;
   }
+
+  static fs::path makeDirectory();
 
   fs::path m_directory;
 };

@@ -2,7 +2,9 @@
 #include "encoding/transliteration.h"
 
 #include <gtest/gtest.h>
+#ifdef __GLIBC__
 #include <iconv.h>
+#endif
 
 #include <algorithm>
 #include <set>

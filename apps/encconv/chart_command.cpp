@@ -16,7 +16,7 @@ int runChart(const Options& options, Console& console) {
   OutputFile output;
   const bool isPage = !options.chartHtml.empty();
   if (!output.open(options.chartHtml) ||
-      !output.write(isPage ? chartAsHtml(chart) : chartAsText(chart)) || !output.commit()) {
+      !output.writeText(isPage ? chartAsHtml(chart) : chartAsText(chart)) || !output.commit()) {
     console.report(output.error());
     return kUsage;
   }

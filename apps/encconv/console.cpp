@@ -1,7 +1,5 @@
 #include "apps/encconv/console.h"
 
-#include <unistd.h>
-
 #include <array>
 #include <cerrno>
 #include <cmath>
@@ -9,6 +7,7 @@
 #include <system_error>
 
 #include "apps/encconv/options.h"
+#include "apps/encconv/system/files.h"
 #include "support/zv_utf.h"
 
 namespace tool {
@@ -99,14 +98,15 @@ std::string formatDuration(double seconds) {
 }
 
 Console::Console(bool wantsProgress)
-    : m_showsProgress(wantsProgress && isatty(STDERR_FILENO) == 1),
+    : m_showsProgress(wantsProgress && files::isTerminal(files::kStandardError)),
       m_nextDraw((m_start + kBeforeFirst).time_since_epoch().count()) {}
 
 Console::~Console() { erase(); }
 
 void Console::report(const std::string& message) { write("encconv: " + printable(message) + "\n"); }
 
-int Console::reportStandardOutput() {
+int Console::print(std::string_view text) {
+  if (files::writeText(files::kStandardOutput, text)) return kDone;
   report("standard output: " + std::generic_category().message(errno));
   return kUsage;
 }
@@ -114,7 +114,7 @@ int Console::reportStandardOutput() {
 void Console::write(const std::string& text) {
   const std::lock_guard<std::mutex> lock(m_mutex);
   erase();
-  std::fwrite(text.data(), 1, text.size(), stderr);
+  files::writeText(files::kStandardError, text);
 }
 
 void Console::expectInput(std::int64_t bytes) {
@@ -149,16 +149,20 @@ void Console::draw(Clock::time_point now) {
   if (m_totalKnown && rate > 0 && done <= m_total) {
     line += ", " + formatTime(static_cast<double>(m_total - done) / rate) + " left";
   }
-  // Return to the first column, write over the old line, clear what sticks out.
-  std::fprintf(stderr, "\r%s\x1B[K", line.c_str());
-  std::fflush(stderr);
-  m_drawn = true;
+  // Blank what sticks out of the old line, and stay in the first column.
+  const std::size_t length = line.size();
+  if (length < m_drawn) line.append(m_drawn - length, ' ');
+  line += '\r';
+  files::writeText(files::kStandardError, line);
+  m_drawn = length;
 }
 
 void Console::erase() {
-  if (!m_drawn) return;
-  std::fputs("\r\x1B[K", stderr);
-  m_drawn = false;
+  if (m_drawn == 0) return;
+  std::string blank(m_drawn, ' ');
+  blank += '\r';
+  files::writeText(files::kStandardError, blank);
+  m_drawn = 0;
 }
 
 }  // namespace tool

@@ -4,6 +4,7 @@
 
 #include <atomic>
 #include <chrono>
+#include <cstddef>
 #include <cstdint>
 #include <mutex>
 #include <string>
@@ -34,8 +35,9 @@ class Console {
   // "encconv: MESSAGE" on a line of its own; control characters in it are shown as printable()
   // does.
   void report(const std::string& message);
-  // That standard output could not be written, for the reason in errno. Returns the exit status.
-  int reportStandardOutput();
+  // Writes text for people, in UTF-8, to standard output. Returns the exit status; says why when it
+  // could not be written.
+  int print(std::string_view text);
   // Text as it is; it ends with a line end.
   void write(const std::string& text);
 
@@ -52,7 +54,7 @@ class Console {
 
   std::mutex m_mutex;
   const bool m_showsProgress;
-  bool m_drawn = false;
+  std::size_t m_drawn = 0;  // columns of the progress line
   bool m_totalKnown = true;
   std::uint64_t m_total = 0;
   std::atomic<std::uint64_t> m_done = 0;

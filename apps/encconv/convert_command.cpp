@@ -1,12 +1,8 @@
 #include "apps/encconv/convert_command.h"
 
-#include <sys/resource.h>
-#include <sys/stat.h>
-
 #include <algorithm>
 #include <atomic>
 #include <cerrno>
-#include <filesystem>
 #include <optional>
 #include <set>
 #include <system_error>
@@ -19,15 +15,14 @@
 #include "apps/encconv/inputs.h"
 #include "apps/encconv/place_report.h"
 #include "apps/encconv/record_conversion.h"
+#include "apps/encconv/system/process.h"
 
 namespace tool {
 namespace {
 
-using FileId = std::pair<dev_t, ino_t>;
-
 struct Work {
   std::string input;
-  struct stat status;  // of the input
+  FileStatus status;   // of the input
   std::string output;  // at first the name below --output-dir
 };
 
@@ -46,6 +41,7 @@ int convertIntoOne(const Options& options, Console& console, PlaceReport* report
       return kUsage;
     }
   }
+  const ConsoleCodePage shown(isStandard ? files::kStandardOutput : -1, options.toCodePage);
   FileConversion conversion(options, console, report, options.jobs);
   int status = kDone;
   for (std::size_t i = 0; i < works.size(); ++i) {
@@ -67,8 +63,7 @@ int convertIntoOne(const Options& options, Console& console, PlaceReport* report
 
 bool openOutput(const Options& options, const Work& work, OutputFile& output) {
   if (options.inPlace) return output.openInPlace(work.output, options.backupSuffix);
-  std::error_code error;  // what is missing afterwards, the open tells
-  std::filesystem::create_directories(std::filesystem::path(work.output).parent_path(), error);
+  files::makeDirectories(files::parentOf(work.output));  // what is missing then, the open tells
   return output.open(work.output);
 }
 
@@ -94,27 +89,11 @@ int convertOne(const Options& options, Console& console, FileConversion& convers
   return result.status;
 }
 
-// How many files can be converted at once with the descriptors that the process may have.
-std::size_t usableJobs(std::size_t wanted) {
-  constexpr rlim_t kOfOneJob = 4;  // input, output, the original beside it, and one to spare
-  constexpr rlim_t kOthers = 16;
-  struct rlimit limit = {};
-  if (getrlimit(RLIMIT_NOFILE, &limit) != 0) return wanted;
-  const rlim_t needed = wanted * kOfOneJob + kOthers;
-  if (limit.rlim_cur < needed) {
-    struct rlimit raised = limit;
-    raised.rlim_cur = std::min(needed, limit.rlim_max);
-    if (setrlimit(RLIMIT_NOFILE, &raised) == 0) limit = raised;
-  }
-  if (limit.rlim_cur >= needed) return wanted;
-  return limit.rlim_cur < kOthers + kOfOneJob ? 1 : (limit.rlim_cur - kOthers) / kOfOneJob;
-}
-
 int convertEach(const Options& options, Console& console, PlaceReport* report,
                 const std::vector<Work>& works) {
   std::atomic<std::size_t> next = 0;
   std::atomic<int> worst = kDone;
-  const std::size_t count = usableJobs(std::min<std::size_t>(options.jobs, works.size()));
+  const std::size_t count = files::usableJobs(std::min<std::size_t>(options.jobs, works.size()));
   // What no file has an own thread for, the threads of a file use for its parts.
   const auto each = static_cast<unsigned int>(std::max<std::size_t>(1, options.jobs / count));
   const auto run = [&] {
@@ -142,9 +121,9 @@ bool chooseOutputs(const Options& options, Console& console, std::vector<Work>& 
   std::set<FileId> inputs;
   std::set<std::string> outputs;
   for (const Work& work : works) {
-    const bool isNew = inputs.emplace(work.status.st_dev, work.status.st_ino).second ||
-                       work.status.st_nlink > 1;  // which is refused file by file
-    if (options.inPlace && (!isNew || !S_ISREG(work.status.st_mode))) {
+    const bool isNew = inputs.insert(work.status.id).second ||
+                       work.status.links > 1;  // which is refused file by file
+    if (options.inPlace && (!isNew || !work.status.isRegular())) {
       console.report(work.input + (isNew ? ": is not a regular file" : ": is given twice"));
       return false;
     }
@@ -154,14 +133,13 @@ bool chooseOutputs(const Options& options, Console& console, std::vector<Work>& 
       work.output = work.input;
       continue;
     }
-    work.output = (std::filesystem::path(options.outputDirectory) / work.output).string();
-    struct stat status = {};
+    work.output = files::join(options.outputDirectory, work.output);
+    FileStatus status;
     if (!outputs.insert(work.output).second) {
       console.report(work.output + ": would be written twice");
       return false;
     }
-    if (stat(work.output.c_str(), &status) == 0 &&
-        inputs.count({status.st_dev, status.st_ino}) != 0) {
+    if (files::getStatus(work.output, status) && inputs.count(status.id) != 0) {
       console.report(work.output + ": is both input and output; see --in-place");
       return false;
     }
@@ -170,9 +148,7 @@ bool chooseOutputs(const Options& options, Console& console, std::vector<Work>& 
 }
 
 bool makeDirectory(const std::string& name, Console& console) {
-  struct stat status = {};
-  if (stat(name.c_str(), &status) == 0 && S_ISDIR(status.st_mode)) return true;
-  if (mkdir(name.c_str(), 0777) == 0) return true;
+  if (files::makeDirectory(name)) return true;
   console.report(name + ": " + std::generic_category().message(errno));
   return false;
 }

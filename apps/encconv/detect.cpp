@@ -128,9 +128,10 @@ int runDetection(const Options& options, Console& console) {
     const std::string line = options.json    ? inJson(input.label(), finding)
                              : options.brief ? std::string(inBrief(finding))
                                              : input.label() + ": " + inWords(finding);
-    std::puts(line.c_str());
+    const int printed = console.print(line + "\n");
+    if (printed != kDone) return printed;
   }
-  return std::fflush(stdout) == 0 ? status : console.reportStandardOutput();
+  return status;
 }
 
 }  // namespace tool

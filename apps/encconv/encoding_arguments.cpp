@@ -1,11 +1,6 @@
 #include "apps/encconv/encoding_arguments.h"
 
-#include <langinfo.h>
-#include <locale.h>
-#include <strings.h>
-
 #include <algorithm>
-#include <cstdlib>
 #include <numeric>
 #include <utility>
 #include <vector>
@@ -23,6 +18,14 @@ std::string fold(std::string_view name) {
     if ((c >= 'a' && c <= 'z') || (c >= '0' && c <= '9')) folded += c;
   }
   return folded;
+}
+
+// Whether a suffix is a word in capitals, in whatever case.
+bool isSuffix(std::string_view suffix, std::string_view word) {
+  return std::equal(suffix.begin(), suffix.end(), word.begin(), word.end(),
+                    [](char c, char capital) {
+                      return c == capital || (c >= 'a' && c <= 'z' && c - 'a' + 'A' == capital);
+                    });
 }
 
 // How many letters must be changed, left out, put in, or swapped with their neighbour.
@@ -77,9 +80,9 @@ bool parseEncodingArgument(std::string_view text, EncodingArgument& argument,
     text.remove_prefix(begin);
     const std::string suffix(text.substr(0, text.find_first_of("/,")));
     text.remove_prefix(suffix.size());
-    if (strcasecmp(suffix.c_str(), "IGNORE") == 0) {
+    if (isSuffix(suffix, "IGNORE")) {
       argument.ignores = true;
-    } else if (strcasecmp(suffix.c_str(), "TRANSLIT") == 0) {
+    } else if (isSuffix(suffix, "TRANSLIT")) {
       argument.transliterates = true;
     } else {
       wrongSuffix = suffix;
@@ -93,24 +96,6 @@ void applySuffixes(bool ignores, bool transliterates, StreamSettings& settings) 
   settings.stopsAtMalformed = !ignores;
   parseStreamTreatment(ignores ? "drop" : "substitute=?", settings);
   settings.translit = transliterates;
-}
-
-std::string localeEncodingName() {
-  const locale_t locale = newlocale(LC_CTYPE_MASK, "", static_cast<locale_t>(nullptr));
-  if (locale != static_cast<locale_t>(nullptr)) {
-    std::string name = nl_langinfo_l(CODESET, locale);
-    freelocale(locale);
-    return name;
-  }
-  for (const char* variable : {"LC_ALL", "LC_CTYPE", "LANG"}) {
-    const char* const value = std::getenv(variable);  // NOLINT(concurrency-mt-unsafe): one thread
-    if (value == nullptr || *value == '\0') continue;
-    std::string_view name = value;
-    name = name.substr(0, name.find('@'));
-    const std::size_t dot = name.find('.');
-    return dot == std::string_view::npos ? std::string() : std::string(name.substr(dot + 1));
-  }
-  return {};
 }
 
 std::string suggestionsFor(std::string_view name) {

@@ -26,10 +26,6 @@ bool parseEncodingArgument(std::string_view text, EncodingArgument& argument,
 // and stops at malformed input; //IGNORE leaves out what is left.
 void applySuffixes(bool ignores, bool transliterates, StreamSettings& settings);
 
-// The name of the encoding that the locale of the environment has; where that locale is not
-// installed, the one that its name says. Empty when neither tells. Reads the environment.
-std::string localeEncodingName();
-
 // Of an unknown name, the known ones that come near: "; did you mean A, B or C?". Empty when none
 // does.
 std::string suggestionsFor(std::string_view name);

@@ -2,13 +2,13 @@
 #ifndef APPS_ENCCONV_FILE_IO_H_
 #define APPS_ENCCONV_FILE_IO_H_
 
-#include <sys/stat.h>
-
 #include <cstddef>
 #include <cstdint>
 #include <span>
 #include <string>
 #include <string_view>
+
+#include "apps/encconv/system/files.h"
 
 namespace tool {
 
@@ -35,13 +35,13 @@ class InputFile {
   // How messages call it: the name as it can be shown, or "standard input".
   const std::string& label() const { return m_label; }
   // Size in bytes when it is a regular file, else -1.
-  std::int64_t size() const { return S_ISREG(m_status.st_mode) ? m_status.st_size : -1; }
-  const struct stat& status() const { return m_status; }
+  std::int64_t size() const { return m_status.isRegular() ? m_status.size : -1; }
+  const FileStatus& status() const { return m_status; }
   const std::string& error() const { return m_error; }
 
  private:
   int m_fd = -1;
-  struct stat m_status = {};
+  FileStatus m_status;
   std::string m_name;
   std::string m_label;
   std::string m_error;
@@ -49,7 +49,7 @@ class InputFile {
 
 // Whether InputFile::open() would succeed, and what it would open; found out without opening,
 // because a pipe can be opened only once. Otherwise the line that says why not is stored in error.
-bool inspectInput(const std::string& name, struct stat& status, std::string& error);
+bool inspectInput(const std::string& name, FileStatus& status, std::string& error);
 
 // A file, or standard output for the empty name and for "-". A regular file is written under a
 // temporary name beside it and appears, whole, on commit(); destruction without commit, and the
@@ -71,8 +71,10 @@ class OutputFile {
   // suffix keeps none.
   bool openInPlace(const std::string& name, const std::string& backupSuffix);
   bool write(std::string_view bytes);
+  // Writes text in UTF-8 for people, which a console shows whatever its code page.
+  bool writeText(std::string_view text);
   // Gives the file the times of another one.
-  bool keepTimes(const struct stat& status);
+  bool keepTimes(const FileStatus& status);
   // Puts the file in place. In place, a file whose text is what it was is left alone, and one that
   // others changed meanwhile is not replaced. After this only the destructor and isUnchanged() may
   // be called.
@@ -81,7 +83,7 @@ class OutputFile {
   // After commit(): the text is what it was, and the file was left alone.
   bool isUnchanged() const { return m_isUnchanged; }
   // True when this output replaces or changes the regular file with this status.
-  bool isFile(const struct stat& status) const;
+  bool isFile(const FileStatus& status) const;
   // True when an output with this name, or standard output, would be the same file, be it there
   // already or not.
   bool isAt(const std::string& name) const;
@@ -97,7 +99,7 @@ class OutputFile {
 
   int m_fd = -1;
   bool m_ownsFd = false;
-  struct stat m_status = {};  // of what is replaced or written to
+  FileStatus m_status;  // of what is replaced or written to
   bool m_exists = false;
   bool m_isInPlace = false;
   bool m_isUnchanged = false;

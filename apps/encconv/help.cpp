@@ -13,7 +13,8 @@ constexpr Topic kTopics[] = {
      R"(Usage: encconv -f FROM -t TO [OPTION...] [FILE...]
 Convert text from one character encoding to another. Without FILE, or for -,
 standard input is read; without -o the result goes to standard output. Without
--f or -t, but not without both, the encoding of the locale is meant.
+-f or -t, but not without both, the encoding of the locale is meant; on
+Windows it is the ANSI code page.
 
   -f, --from FROM          encoding of the input; "auto" finds it out
       --guess              with -f auto: be content with a doubtful encoding
@@ -197,7 +198,7 @@ alone and LF alone the same.
   -t NAME//TRANSLIT  transliterate what the output lacks, or write "?", as
                      --on-error translit,substitute=?, in every locale; bytes
                      that are no text in the input end the file
-  no -f, or no -t    the encoding of the locale
+  no -f, or no -t    the encoding of the locale; on Windows the ANSI code page
 
   -t utf-16          writes little endian without a mark, where iconv writes a
   -t utf-32          mark in front: use --bom, or utf-16le, utf-16be

@@ -3,20 +3,19 @@
 #ifndef APPS_ENCCONV_INPUTS_H_
 #define APPS_ENCCONV_INPUTS_H_
 
-#include <sys/stat.h>
-
 #include <string>
 #include <vector>
 
 #include "apps/encconv/console.h"
 #include "apps/encconv/options.h"
+#include "apps/encconv/system/files.h"
 
 namespace tool {
 
 struct Input {
-  std::string name;    // "-": standard input
-  std::string below;   // the name that it gets below --output-dir
-  struct stat status;  // what it is
+  std::string name;   // "-": standard input
+  std::string below;  // the name that it gets below --output-dir
+  FileStatus status;  // what it is
 };
 
 struct Inputs {

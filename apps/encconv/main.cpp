@@ -1,8 +1,6 @@
 // encconv: converts text from one character encoding to another.
-#include <cstdio>
-#include <iostream>
+#include <sstream>
 #include <string>
-#include <vector>
 
 #include "apps/encconv/chart_command.h"
 #include "apps/encconv/console.h"
@@ -12,7 +10,8 @@
 #include "apps/encconv/inputs.h"
 #include "apps/encconv/list_command.h"
 #include "apps/encconv/options.h"
-#include "apps/encconv/temporary_files.h"
+#include "apps/encconv/system/process.h"
+#include "apps/encconv/system/temporary_files.h"
 #include "apps/encconv/trace_command.h"
 
 namespace {
@@ -38,8 +37,10 @@ int run(const tool::Options& options) {
     case tool::Command::kChart:
       return tool::runChart(options, console);
     case tool::Command::kList: {
-      const int status = printCodePageList(std::cout, options.json, options.filter);
-      if (!std::cout.flush()) return console.reportStandardOutput();
+      std::ostringstream list;
+      const int status = printCodePageList(list, options.json, options.filter);
+      const int printed = console.print(list.str());
+      if (printed != tool::kDone) return printed;
       if (status != tool::kDone) {
         console.report("no encoding matches '" + options.filter + "'" +
                        tool::suggestionsFor(options.filter));
@@ -58,12 +59,10 @@ int main(int argc, char** argv) {
   // Among them that of a pipe whose reader goes away: the end comes quietly, as with other tools.
   tool::removeTemporariesOnSignals();
 
-  const tool::ParsedArguments parsed =
-      tool::parseArguments(std::vector<std::string>(argv + (argc > 0 ? 1 : 0), argv + argc));
-  std::fputs(parsed.err.c_str(), stderr);
-  if (std::fputs(parsed.out.c_str(), stdout) == EOF || std::fflush(stdout) != 0) {
-    std::perror("encconv: standard output");
-    return tool::kUsage;
-  }
+  const tool::ParsedArguments parsed = tool::parseArguments(tool::programArguments(argc, argv));
+  tool::Console console(false);
+  console.write(parsed.err);
+  const int printed = console.print(parsed.out);
+  if (printed != tool::kDone) return printed;
   return parsed.run ? run(parsed.options) : parsed.status;
 }

@@ -10,6 +10,8 @@
 #include "apps/encconv/ebcdic.h"
 #include "apps/encconv/encoding_arguments.h"
 #include "apps/encconv/help.h"
+#include "apps/encconv/system/files.h"
+#include "apps/encconv/system/process.h"
 
 namespace tool {
 namespace {
@@ -163,7 +165,7 @@ EncodingArgument readEncoding(const std::string& text, const char* option) {
                      "' is neither //IGNORE nor //TRANSLIT"};
   }
   if (!encoding.name.empty()) return encoding;
-  encoding.name = localeEncodingName();
+  encoding.name = systemEncodingName();
   if (streamCodePage(encoding.name) == 0) {
     throw UsageError{"the encoding of the locale " +
                      (encoding.name.empty() ? "is not known" : "is '" + encoding.name + "'") +
@@ -266,7 +268,7 @@ void readDestination(const RawArguments& raw, Options& options) {
     throw UsageError{"only one of -o, --in-place and --output-dir can be given"};
   }
   if (options.inPlace && raw.inPlace != kNoSuffix) {
-    if (raw.inPlace.find('/') != std::string::npos) {
+    if (files::lastPart("name" + raw.inPlace) != "name" + raw.inPlace) {
       throw UsageError{"--in-place: the suffix '" + raw.inPlace + "' has a slash"};
     }
     options.backupSuffix = raw.inPlace;
@@ -360,6 +362,7 @@ ParsedArguments show(std::string_view text) {
 
 ParsedArguments parseArguments(std::vector<std::string> arguments) {
   CLI::App app;
+  app.allow_windows_style_options(false);  // "/name" is a file everywhere
   RawArguments raw;
   ParsedArguments parsed;
   declare(app, raw, parsed.options);

@@ -59,12 +59,12 @@ void PlaceReport::addLine(const std::string& line) {
   const std::lock_guard<std::mutex> lock(m_mutex);
   m_lines += line;
   if (m_lines.size() < kBuffered) return;
-  m_hasFailed = m_hasFailed || !m_file.write(m_lines);
+  m_hasFailed = m_hasFailed || !m_file.writeText(m_lines);
   m_lines.clear();
 }
 
 bool PlaceReport::commit() {
-  return !m_hasFailed && m_file.write(std::exchange(m_lines, {})) && m_file.commit();
+  return !m_hasFailed && m_file.writeText(std::exchange(m_lines, {})) && m_file.commit();
 }
 
 }  // namespace tool

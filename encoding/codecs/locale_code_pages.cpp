@@ -1,7 +1,5 @@
 #include "encoding/codecs/locale_code_pages.h"
 
-#include <cstdlib>
-
 #include "encoding/codecs/encoding_names.h"
 
 namespace {
@@ -97,15 +95,6 @@ const LocaleGroup& groupOf(const LocaleParts& locale) {
 }
 
 }  // namespace
-
-LocaleCodePages localeCodePages() {
-  for (const char* variable : {"LC_ALL", "LC_CTYPE", "LANG"}) {
-    // NOLINTNEXTLINE(concurrency-mt-unsafe): only a change of the environment would clash.
-    const char* const value = std::getenv(variable);
-    if (value != nullptr && *value != '\0') return localeCodePagesOf(value);
-  }
-  return localeCodePagesOf({});
-}
 
 LocaleCodePages localeCodePagesOf(std::string_view locale) {
   const LocaleParts parts = partsOf(locale);

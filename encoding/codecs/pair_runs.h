@@ -8,6 +8,7 @@
 
 #include "encoding/codecs/codec_run.h"
 #include "encoding/kernels/registers.h"
+#include "support/compiler.h"
 
 // Sixteen bytes, or eight pairs of bytes, at a time, with the compiler's own operators. A processor
 // that keeps words the other way round takes the loops of one unit, which are there for what is
@@ -16,9 +17,9 @@ namespace codec_vectors {
 
 constexpr bool kUsed = std::endian::native == std::endian::little;
 using Bytes = fast::Bytes16::Native;
-typedef signed char SignedBytes __attribute__((vector_size(16)));
+using SignedBytes = CompilerVector<signed char, 16>::Type;
 using Words = fast::Units16::Native;  // first byte of a pair lowest
-typedef short SignedWords __attribute__((vector_size(16)));
+using SignedWords = CompilerVector<short, 16>::Type;
 
 // How many bytes come before the first lane that is set.
 template <typename Lanes>

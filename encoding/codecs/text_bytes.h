@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "encoding/kernels/registers.h"
+#include "support/compiler.h"
 
 // Several bytes as one number, the first in its low byte on every host. Loops also write more bytes
 // than they keep, where that saves a decision.
@@ -31,7 +32,7 @@ void storeLow(unsigned char* dest, Number number) {
 }
 // The same with the first byte from the highest.
 inline void storeBig(unsigned char* dest, std::uint32_t number) {
-  storeLow(dest, __builtin_bswap32(number));
+  storeLow(dest, compilerSwapBytes(number));
 }
 
 namespace {  // NOLINT(cert-dcl59-cpp): internal linkage, see lanes.h
@@ -43,13 +44,13 @@ constexpr unsigned int kVector = 16;
 // The low bytes of sixteen UTF-16 units, little endian, and the high ones.
 inline Bytes16 loadLowBytes(const unsigned char* p) {
   const auto first = Bytes16::load(p).native(), second = Bytes16::load(p + kVector).native();
-  return Bytes16(__builtin_shufflevector(first, second, 0, 2, 4, 6, 8, 10, 12, 14, 16, 18, 20, 22,
-                                         24, 26, 28, 30));
+  return Bytes16(
+      COMPILER_SHUFFLE(first, second, 0, 2, 4, 6, 8, 10, 12, 14, 16, 18, 20, 22, 24, 26, 28, 30));
 }
 inline Bytes16 loadHighBytes(const unsigned char* p) {
   const auto first = Bytes16::load(p).native(), second = Bytes16::load(p + kVector).native();
-  return Bytes16(__builtin_shufflevector(first, second, 1, 3, 5, 7, 9, 11, 13, 15, 17, 19, 21, 23,
-                                         25, 27, 29, 31));
+  return Bytes16(
+      COMPILER_SHUFFLE(first, second, 1, 3, 5, 7, 9, 11, 13, 15, 17, 19, 21, 23, 25, 27, 29, 31));
 }
 // The low bytes, and FF for units above U+00FF.
 inline Bytes16 loadUnits(const unsigned char* p) {
@@ -58,11 +59,9 @@ inline Bytes16 loadUnits(const unsigned char* p) {
 // Sixteen units with these low bytes and high bytes.
 inline void storeAsUnits(Bytes16 lowBytes, Bytes16 highBytes, unsigned char* dest) {
   const auto low = lowBytes.native(), high = highBytes.native();
-  Bytes16(
-      __builtin_shufflevector(low, high, 0, 16, 1, 17, 2, 18, 3, 19, 4, 20, 5, 21, 6, 22, 7, 23))
+  Bytes16(COMPILER_SHUFFLE(low, high, 0, 16, 1, 17, 2, 18, 3, 19, 4, 20, 5, 21, 6, 22, 7, 23))
       .store(dest);
-  Bytes16(__builtin_shufflevector(low, high, 8, 24, 9, 25, 10, 26, 11, 27, 12, 28, 13, 29, 14, 30,
-                                  15, 31))
+  Bytes16(COMPILER_SHUFFLE(low, high, 8, 24, 9, 25, 10, 26, 11, 27, 12, 28, 13, 29, 14, 30, 15, 31))
       .store(dest + kVector);
 }
 inline void storeAsUnits(Bytes16 text, unsigned char* dest) { storeAsUnits(text, 0, dest); }

@@ -11,6 +11,8 @@
 #include <cstring>
 #include <type_traits>
 
+#include "support/compiler.h"
+
 namespace fast {
 namespace {  // NOLINT(cert-dcl59-cpp): see above
 
@@ -23,7 +25,7 @@ template <class T, unsigned int kBytes>
 class Lanes {
  public:
   using Lane = T;
-  typedef T Native __attribute__((vector_size(kBytes)));
+  using Native = typename CompilerVector<T, kBytes>::Type;
 
   Lanes() = default;                                                         // of any value
   Lanes(unsigned int value) : m_native(Native{} + static_cast<T>(value)) {}  // NOLINT: see above
@@ -58,7 +60,7 @@ class Lanes {
   friend Mask<Lanes> equal(Lanes a, Lanes b) { return Mask<Lanes>(a.m_native == b.m_native); }
   friend Mask<Lanes> isAtMost(Lanes a, Lanes b) { return Mask<Lanes>(a.m_native <= b.m_native); }
   friend Mask<Lanes> greaterSigned(Lanes a, Lanes b) {
-    typedef std::make_signed_t<T> Signed __attribute__((vector_size(kBytes)));
+    using Signed = typename CompilerVector<std::make_signed_t<T>, kBytes>::Type;
     return Mask<Lanes>(reinterpret_cast<Signed>(a.m_native) > reinterpret_cast<Signed>(b.m_native));
   }
   // Whether no bit is set in both.
@@ -120,13 +122,13 @@ inline unsigned int countBits(std::uint32_t bits) {
   return static_cast<unsigned int>(std::popcount(bits));
 }
 inline unsigned int firstBit(std::uint64_t bits) {  // of bits that are not all 0
-  return static_cast<unsigned int>(__builtin_ctzll(bits));
+  return static_cast<unsigned int>(std::countr_zero(bits));
 }
 
 // Eight bytes of a register as a number.
 template <unsigned int index>
 inline std::uint64_t half(Bytes16 a) {
-  typedef std::uint64_t Halves __attribute__((vector_size(16)));
+  using Halves = typename CompilerVector<std::uint64_t, 16>::Type;
   return reinterpret_cast<Halves>(a.native())[index];
 }
 

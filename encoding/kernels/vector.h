@@ -6,6 +6,7 @@
 #include "encoding/kernels/registers.h"
 #include "encoding/kernels/shuffle_tables.h"
 #include "encoding/kernels/steps.h"
+#include "support/compiler.h"
 
 namespace fast {
 namespace {  // NOLINT(cert-dcl59-cpp): internal linkage, see lanes.h
@@ -58,7 +59,7 @@ inline KernelResult treatAll(const Byte* in, const Byte* inEnd, Byte* out, Byte*
 // The kernel of a work. Kernels with loops are flattened, so that pointers and constants stay in
 // registers through all parts of the loop.
 template <class V, template <class> class Work, class... Table>
-[[gnu::flatten]] KernelResult kernel(const Table&... table, const Byte* in, const Byte* inEnd,
+COMPILER_FLATTEN KernelResult kernel(const Table&... table, const Byte* in, const Byte* inEnd,
                                      Byte* out, Byte* outEnd) {
   return treatAll<Work<V>, Work<Vector16>>(in, inEnd, out, outEnd, table...);
 }
@@ -117,12 +118,12 @@ template <unsigned int kBytes>
 inline void expectOutput(const Byte* out) {
   constexpr unsigned int kAhead = 2048;
   constexpr unsigned int kCacheLine = 64;
-  for (unsigned int i = 0; i < kBytes; i += kCacheLine) __builtin_prefetch(out + kAhead + i, 1);
+  for (unsigned int i = 0; i < kBytes; i += kCacheLine) COMPILER_EXPECT_WRITE(out + kAhead + i);
 }
 
 // Calls a function with the number of each 16 bytes of a register, as a constant.
 template <class V, class Function>
-[[gnu::always_inline]] inline void forEachPart(Function function) {
+COMPILER_INLINE inline void forEachPart(Function function) {
   function(std::integral_constant<int, 0>());
   if constexpr (V::kParts == 2) function(std::integral_constant<int, 1>());
 }

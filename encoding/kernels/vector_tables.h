@@ -3,6 +3,7 @@
 #define ENCODING_KERNELS_VECTOR_TABLES_H_
 
 #include "encoding/kernels/vector_utf16.h"
+#include "support/compiler.h"
 
 namespace fast {
 namespace {  // NOLINT(cert-dcl59-cpp): internal linkage, see lanes.h
@@ -132,15 +133,14 @@ struct SingleByteToUtf8 {
 };
 
 template <class V>
-[[gnu::noinline, gnu::flatten]] KernelResult singleByteToUtf8Long(const SingleByteDecoder& table,
-                                                                  const Byte* in, const Byte* inEnd,
-                                                                  Byte* out, Byte* outEnd) {
+COMPILER_NO_INLINE COMPILER_FLATTEN KernelResult singleByteToUtf8Long(
+    const SingleByteDecoder& table, const Byte* in, const Byte* inEnd, Byte* out, Byte* outEnd) {
   return treatAll<SingleByteToUtf8<V, 2>, SingleByteToUtf8<Vector16, 1>>(in, inEnd, out, outEnd,
                                                                          table);
 }
 
 template <class V>
-[[gnu::flatten]] KernelResult singleByteToUtf8(const SingleByteDecoder& table, const Byte* in,
+COMPILER_FLATTEN KernelResult singleByteToUtf8(const SingleByteDecoder& table, const Byte* in,
                                                const Byte* inEnd, Byte* out, Byte* outEnd) {
   if constexpr (V::kParts > 1) {
     if (table.isAscii && fitsOneRegister<V>(in, inEnd, out, outEnd) &&
@@ -333,7 +333,7 @@ struct DoubleByteWork {
 
   // A block of pairs alone.
   bool pairs(const Byte*& in, Byte*& out) const {
-#pragma GCC unroll 8
+    COMPILER_UNROLL_8
     for (unsigned int i = 0; i < kBytes; i += 2) {
       if (!look(in + i, out + i)) {
         in += i;
@@ -391,7 +391,7 @@ struct DoubleByteWork {
 };
 
 template <class V>
-[[gnu::flatten]] KernelResult doubleByteToUtf16(const DoubleByteDecoder& table, const Byte* in,
+COMPILER_FLATTEN KernelResult doubleByteToUtf16(const DoubleByteDecoder& table, const Byte* in,
                                                 const Byte* inEnd, Byte* out, Byte* outEnd) {
   return treatAll<DoubleByteWork<V, 64 / V::kSize>, DoubleByteWork<Vector16, 1>>(in, inEnd, out,
                                                                                  outEnd, table);

@@ -9,6 +9,7 @@
 #define ENCODING_KERNELS_VECTOR_UTF16_H_
 
 #include "encoding/kernels/vector.h"
+#include "support/compiler.h"
 
 namespace fast {
 namespace {  // NOLINT(cert-dcl59-cpp): internal linkage, see lanes.h
@@ -174,13 +175,13 @@ struct Utf16ToUtf8 {
 // Apart, like the other long ways, so that a short text does not pay for the registers that these
 // loops fill with constants first.
 template <class V>
-[[gnu::noinline, gnu::flatten]] KernelResult utf16ToUtf8Long(const Byte* in, const Byte* inEnd,
-                                                             Byte* out, Byte* outEnd) {
+COMPILER_NO_INLINE COMPILER_FLATTEN KernelResult utf16ToUtf8Long(const Byte* in, const Byte* inEnd,
+                                                                 Byte* out, Byte* outEnd) {
   return treatAll<Utf16ToUtf8<V, 2>, Utf16ToUtf8<Vector16, 1>>(in, inEnd, out, outEnd);
 }
 
 template <class V>
-[[gnu::flatten]] KernelResult utf16ToUtf8(const Byte* in, const Byte* inEnd, Byte* out,
+COMPILER_FLATTEN KernelResult utf16ToUtf8(const Byte* in, const Byte* inEnd, Byte* out,
                                           Byte* outEnd) {
   if constexpr (V::kParts > 1) {
     if (fitsOneRegister<V>(in, inEnd, out, outEnd) && (inEnd - in) % 2 == 0 &&

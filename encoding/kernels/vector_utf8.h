@@ -3,6 +3,7 @@
 #define ENCODING_KERNELS_VECTOR_UTF8_H_
 
 #include "encoding/kernels/vector.h"
+#include "support/compiler.h"
 
 namespace fast {
 namespace {  // NOLINT(cert-dcl59-cpp): internal linkage, see lanes.h
@@ -241,8 +242,8 @@ inline std::uint32_t below(std::uint32_t mask) { return ~mask & (mask - 1); }
 // Converts what is not yet converted (from in) of the register at block, up to its end or to what
 // is malformed.
 template <template <class> class To, class V>
-[[gnu::noinline, gnu::flatten]] KernelResult utf8Part(const Byte* begin, const Byte* block,
-                                                      const Byte* in, Byte* out) {
+COMPILER_NO_INLINE COMPILER_FLATTEN KernelResult utf8Part(const Byte* begin, const Byte* block,
+                                                          const Byte* in, Byte* out) {
   const auto part = block == begin ? Utf8Block<V>(V::Bytes::load(block)) : Utf8Block<V>(block);
   const std::uint32_t left = V::kAllBits & (V::kAllBits << (in - block));
   const std::uint32_t malformed = part.malformed() & left;
@@ -305,8 +306,8 @@ inline void utf8Short(const Byte*& in, const Byte* inEnd, Byte*& out) {
 }
 
 template <template <class> class To, class V>
-[[gnu::noinline, gnu::flatten]] KernelResult fromUtf8Long(const Byte* begin, const Byte* inEnd,
-                                                          Byte* out, Byte* outEnd) {
+COMPILER_NO_INLINE COMPILER_FLATTEN KernelResult fromUtf8Long(const Byte* begin, const Byte* inEnd,
+                                                              Byte* out, Byte* outEnd) {
   const Byte* in = begin;
   bool isClean = utf8Blocks<To, V>(begin, in, inEnd, out, outEnd);
   if constexpr (V::kParts > 1) {
@@ -318,7 +319,7 @@ template <template <class> class To, class V>
 }
 
 template <template <class> class To, class V>
-[[gnu::flatten]] KernelResult fromUtf8(const Byte* begin, const Byte* inEnd, Byte* out,
+COMPILER_FLATTEN KernelResult fromUtf8(const Byte* begin, const Byte* inEnd, Byte* out,
                                        Byte* outEnd) {
   if constexpr (V::kParts > 1) {
     if (fitsOneRegister<V>(begin, inEnd, out, outEnd)) {

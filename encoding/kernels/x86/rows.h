@@ -5,6 +5,7 @@
 #include <cstdint>
 
 #include "encoding/kernels/lanes.h"
+#include "support/compiler.h"
 
 namespace fast {
 namespace {  // NOLINT(cert-dcl59-cpp): internal linkage, see lanes.h
@@ -12,8 +13,8 @@ namespace {  // NOLINT(cert-dcl59-cpp): internal linkage, see lanes.h
 // Each row is looked up by the lower half of the byte, then the right row is taken by the bits of
 // the upper half, a pair of rows at a time.
 template <unsigned int kRows, unsigned int kBytes>
-[[gnu::always_inline]] inline Lanes<std::uint8_t, kBytes> lookUpRows(
-    const std::uint8_t* table, Lanes<std::uint8_t, kBytes> bytes) {
+COMPILER_INLINE inline Lanes<std::uint8_t, kBytes> lookUpRows(const std::uint8_t* table,
+                                                              Lanes<std::uint8_t, kBytes> bytes) {
   using Bytes = Lanes<std::uint8_t, kBytes>;
   const Bytes lower = bytes & 0x0F;
   Bytes rows[kRows];

@@ -1,4 +1,4 @@
-#include "apps/encconv/temporary_files.h"
+#include "apps/encconv/system/temporary_files.h"
 
 #include <signal.h>
 #include <unistd.h>

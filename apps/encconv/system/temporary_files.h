@@ -1,6 +1,6 @@
 // Removal of temporary files when a signal ends the tool.
-#ifndef APPS_ENCCONV_TEMPORARY_FILES_H_
-#define APPS_ENCCONV_TEMPORARY_FILES_H_
+#ifndef APPS_ENCCONV_SYSTEM_TEMPORARY_FILES_H_
+#define APPS_ENCCONV_SYSTEM_TEMPORARY_FILES_H_
 
 namespace tool {
 
@@ -15,4 +15,4 @@ void removeTemporariesOnSignals();
 
 }  // namespace tool
 
-#endif  // APPS_ENCCONV_TEMPORARY_FILES_H_
+#endif  // APPS_ENCCONV_SYSTEM_TEMPORARY_FILES_H_

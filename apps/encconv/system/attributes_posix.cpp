@@ -1,5 +1,4 @@
-#include "apps/encconv/file_attributes.h"
-
+#include <sys/stat.h>
 #include <unistd.h>
 #ifdef __linux__
 #include <sys/xattr.h>
@@ -10,6 +9,8 @@
 #include <system_error>
 #include <vector>
 
+#include "apps/encconv/system/files.h"
+
 namespace tool {
 namespace {
 
@@ -17,15 +18,15 @@ std::string because(const std::string& thing) {
   return thing + ": " + std::generic_category().message(errno);
 }
 
-std::string copyOwner(const struct stat& status, int fd) {
+std::string copyOwner(const FileStatus& status, int fd) {
   struct stat present = {};
   if (fstat(fd, &present) != 0) return because("owner");
   std::string trouble;
   // Only the superuser can give files away; the group is often possible even then.
-  if (present.st_uid != status.st_uid && fchown(fd, status.st_uid, static_cast<gid_t>(-1)) != 0) {
+  if (present.st_uid != status.owner && fchown(fd, status.owner, static_cast<gid_t>(-1)) != 0) {
     trouble = because("owner");
   }
-  if (present.st_gid != status.st_gid && fchown(fd, static_cast<uid_t>(-1), status.st_gid) != 0 &&
+  if (present.st_gid != status.group && fchown(fd, static_cast<uid_t>(-1), status.group) != 0 &&
       trouble.empty()) {
     trouble = because("group");
   }
@@ -105,13 +106,12 @@ std::string copyExtendedAttributes(const std::string&, int) { return {}; }
 
 }  // namespace
 
-std::string copyAttributes(const std::string& path, const struct stat& status, int fd) {
+std::string files::copyAttributes(const std::string& path, const FileStatus& status, int fd) {
   std::string trouble = copyOwner(status, fd);
   const std::string second = copyExtendedAttributes(path, fd);
   if (trouble.empty()) trouble = second;
   // Behind the owner, whose change takes special rights away, and the list, which this completes.
-  if (fchmod(fd, status.st_mode & 07777) != 0 && trouble.empty())
-    trouble = because("access rights");
+  if (fchmod(fd, status.mode & 07777) != 0 && trouble.empty()) trouble = because("access rights");
   return trouble;
 }
 

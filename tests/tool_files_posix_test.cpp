@@ -1,4 +1,5 @@
-// The tool and files: what is written where, what stays when something goes wrong.
+// The tool and files where there is POSIX: what is written where, what stays when something goes
+// wrong.
 #include <sys/xattr.h>
 
 #include "tests/tool_support.h"
@@ -8,6 +9,9 @@ namespace {
 TEST_F(ToolTest, TroubleWithTheOutputIsReported) {
   expectOneLine(run("-f 1252 -t utf-8 latin -o /dev/full"), "/dev/full: No space left");
   expectOneLine(run("-f 1252 -t utf-8 latin > /dev/full"), "standard output: No space left");
+  expectOneLine(run("-f 1252 -t utf-8 --in-place latin /dev/null"), "/dev/null: is not a regular");
+  expectOneLine(run("-f 1252 -t utf-8 /proc/self/mem -o result"), "mem: Input/output error");
+  EXPECT_EQ(files(), "latin utf8 ");
   for (const char* arguments : {"-f 1252 -t utf-8 latin", "--list", "--chart 932", "--help"}) {
     // The reader is gone before the tool writes: that is no trouble, unless the signal is ignored.
     const std::string writer = std::string(ENCCONV_TOOL " ") + arguments + "; echo $? > status; }";
