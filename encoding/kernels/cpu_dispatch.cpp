@@ -7,9 +7,11 @@
 
 #if defined(__x86_64__)
 #include "encoding/kernels/x86/forms.h"
+#elif defined(__wasm_simd128__)
+#include "encoding/kernels/wasm/forms.h"
 #else
 namespace fast {
-constexpr std::array<KernelForm, 0> kProcessorForms;
+constexpr std::array<KernelForm, 0> kProcessorForms{};
 }
 #endif
 
