@@ -31,6 +31,8 @@
 #if defined(__AVX2__)
 #include "encoding/kernels/x86/lanes32.h"
 #endif
+#elif defined(__aarch64__) && __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
+#include "encoding/kernels/arm/lanes16.h"
 #elif defined(__wasm_simd128__)
 #include "encoding/kernels/wasm/lanes16.h"
 #else
