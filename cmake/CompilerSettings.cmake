@@ -27,7 +27,7 @@ endif()
 add_library(encconv_hardening INTERFACE)
 # ENCCONV_CHECKS is the library that the checks are in, where that is not the C library.
 set(ENCCONV_CHECKS "")
-if(NOT ENCCONV_SANITIZE AND NOT MSVC)
+if(NOT ENCCONV_SANITIZE AND NOT MSVC AND NOT EMSCRIPTEN)
   if(MINGW)
     set(ENCCONV_CHECKS ssp)
   endif()

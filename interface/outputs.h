@@ -40,7 +40,11 @@ class TextOutput final : public Output {
     end = begin() + m_text.capacity() * sizeof(Unit);
   }
   void setSize(std::size_t size) {
+#if defined(_LIBCPP_VERSION)
+    m_text.__resize_default_init(size);  // older ones of this library have no other call for it
+#else
     m_text.resize_and_overwrite(size, [size](Unit*, std::size_t) { return size; });
+#endif
   }
 
   bool grow(std::size_t count, std::uint64_t expected) override {
@@ -146,11 +150,12 @@ class BlockOutput final : public Output {
     return reallocate(size, size + count);
   }
   bool reallocate(std::size_t size, std::uint64_t capacity) {
-    void* const block = std::realloc(m_block, capacity);
+    const auto bytes = static_cast<std::size_t>(std::min<std::uint64_t>(capacity, SIZE_MAX));
+    void* const block = std::realloc(m_block, bytes);
     if (block == nullptr) return false;
     m_block = static_cast<unsigned char*>(block);
     next = m_block + size;
-    end = m_block + capacity;
+    end = m_block + bytes;
     preferHugePages(next, room());
     return true;
   }

@@ -1,7 +1,8 @@
 #!/bin/sh
 # Installs what is missing from Debian's packages. Does nothing when everything is there.
 #
-#   scripts/setup.sh [build|package|test|check|iconv|python|docs|fuzz|cross-PROCESSOR|windows|peers|all]...
+#   scripts/setup.sh [build|package|test|check|iconv|python|docs|fuzz|cross-PROCESSOR|windows|npm|nodejs|
+#                     peers|all]...
 #
 # build: the library and the tool; package: Debian packages of them; test: their tests as well;
 # check: the formatter that CI asks for;
@@ -9,9 +10,10 @@
 # docs: the API documentation;
 # peers: the converters that tools/compare_peers and the scripts that make mappings ask;
 # fuzz: the fuzz targets; cross-aarch64, -armhf, -i386, -s390x: scripts/cross.sh for that processor;
-# windows: scripts/windows.sh;
-# all: what the scripts and the optional targets use (coverage, benchmarks), but for cross, windows
-# and peers.
+# windows: scripts/windows.sh; npm: the npm package and its tests; nodejs: Node.js and npm, where there
+# are no others;
+# all: what the scripts and the optional targets use (coverage, benchmarks), but for cross, windows,
+# npm and peers.
 set -eu
 
 build="g++ cmake ninja-build libbz2-dev libcli11-dev libuchardet-dev"
@@ -30,6 +32,8 @@ cross_i386="$cross g++-i686-linux-gnu"
 cross_s390x="$cross g++-s390x-linux-gnu"
 windows="g++ cmake ninja-build ccache g++-mingw-w64-x86-64-posix wine64 googletest libcli11-dev
          dpkg-dev bzip2 xz-utils make patch python3"
+npm="$build ccache emscripten googletest"
+nodejs="nodejs npm"
 peers="python3 icu-devtools locales default-jdk-headless perl nkf yaz libmarc-charset-perl
        python3-webencodings chromium"
 all="$package $test $check $iconv $docs $fuzz $python ccache clang-tidy cppcheck libbenchmark-dev
@@ -51,6 +55,8 @@ for group in "${@:-build}"; do
     cross-i386) wanted="$wanted $cross_i386" ;;
     cross-s390x) wanted="$wanted $cross_s390x" ;;
     windows) wanted="$wanted $windows" ;;
+    npm) wanted="$wanted $npm" ;;
+    nodejs) wanted="$wanted $nodejs" ;;
     peers) wanted="$wanted $peers" ;;
     all) wanted="$wanted $all" ;;
     *)

@@ -6,14 +6,14 @@
 
 #include "encoding/codecs/encoding_row.h"
 #include "encoding/codecs/mapped_tables.h"
+#include "encoding/codecs/mapping_files.h"
 #include "encoding/tables/texts/table_image.h"
 #include "support/publish.h"
 #include "support/utf.h"
 
 namespace {
 
-constexpr unsigned int kMaxMappings = 1024;
-constinit std::atomic<const CodeTable*> g_tables[kMaxMappings];
+constinit std::atomic<const CodeTable*> g_tables[CodeTable::kMaxMappings];
 
 constexpr unsigned char kImageEnd = 0xFF;
 enum Kind : unsigned int { kBoth, kRead, kWrite, kRemove };
@@ -177,7 +177,8 @@ bool CodeTable::build(const Mapping& mapping) {
     if (hasFailed() || (mapping.basePage != 0 && !applyPage(mapping.basePage))) return false;
     if (mapping.baseText != nullptr && !applyPieces(mapping.baseText)) return false;
   }
-  if (!apply(mapping.image)) return false;
+  const char* const image = imageOf(mapping);
+  if (image == nullptr || !apply(image)) return false;
   m_hasCounted = m_hasCounted || mapping.hasGb18030Rest;
   return !hasFailed();
 }

@@ -6,6 +6,7 @@
 #include <cstdint>
 
 #include "encoding/codecs/cut_rules.h"
+#include "encoding/codecs/mapping_visitor.h"
 #include "support/data_buffer.h"
 #include "support/replacement_sink.h"
 
@@ -80,6 +81,8 @@ struct Codec {
   // Reading: where a text can be cut; by the parameters of read. Null: nowhere, since nothing in a
   // text shows what has come before.
   CutRule cut = nullptr;
+  // Tells all mappings that read and write look up; parameters are those of read. Null for none.
+  void (*mappings)(const void* parameters, MappingVisitor& visitor) = nullptr;
 };
 
 // The codec, of which texts can be cut by a rule.

@@ -240,4 +240,5 @@ extern const Codec kWebIso2022JpCodec = {.codePage = 1200,
                                          .read = {run<Reader>, &kMap_web_euc_jp},
                                          .write = {run<Writer>, &kMap_web_euc_jp},
                                          .approximate = approximate,
-                                         .cut = cutWebIso2022Jp};
+                                         .cut = cutWebIso2022Jp,
+                                         .mappings = visitMultiByte};
