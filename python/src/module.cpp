@@ -6,6 +6,7 @@
 #include "python/src/codec_functions.h"
 #include "python/src/inspection.h"
 #include "python/src/record_columns.h"
+#include "python/src/record_file.h"
 #include "python/src/records.h"
 
 NB_MODULE(_native, module) {
@@ -15,4 +16,5 @@ NB_MODULE(_native, module) {
   addArrowConversion(module);
   addRecords(module);
   addRecordColumns(module);
+  addRecordFile(module);
 }

@@ -15,9 +15,10 @@ _MARKS = (
     (b"\xff\xfe", 2, "UTF-16LE"),
     (b"\xef\xbb\xbf", 1, "UTF-8"),
 )
+_LINE_ENDS = {"lf": "\n", "crlf": "\r\n", "cr": "\r", "nl": "\x85"}
 _KNOWN = {
     "path", "encoding", "errors", "records", "recordlength", "fields", "trim", "piecesize",
-    "filename", "lineseparator",
+    "filename", "newline",
 }  # fmt: skip
 
 
@@ -68,7 +69,9 @@ class Settings:
         fields = options.get("fields", "")
         if fields and not records:
             raise ValueError("encconv: fields need records or recordLength")
-        line_end = options.get("lineSeparator", "\n")
+        newline = options.get("newline", "lf").lower()
+        if newline not in _LINE_ENDS:
+            raise ValueError(f"encconv: newline is lf, crlf, cr or nl, not {newline!r}")
         return Settings(
             paths=_paths(options["path"]),
             encoding=find_encoding(encoding).name,
@@ -78,7 +81,7 @@ class Settings:
             trim=_flag(options, "trim"),
             piece_size=_number(options, "pieceSize", 1) if "pieceSize" in options else 0,
             file_name=options.get("fileName", ".dat" if records else ".txt"),
-            line_end=line_end,
+            line_end=_LINE_ENDS[newline],
         )
 
 
@@ -137,6 +140,11 @@ def _unit_of(encoding: str, character: str) -> bytes:
     once = _native.encode(character, encoding)
     twice = _native.encode(character * 2, encoding)
     return once[len(once) - (len(twice) - len(once)) :] if len(twice) < 2 * len(once) else once
+
+
+def opening_of(encoding: str) -> bytes:
+    """What every text of an encoding begins with: a byte order mark, a designation; mostly nothing."""
+    return _native.encode("A", encoding).removesuffix(_unit_of(encoding, "A"))
 
 
 def _unit(encoding: str) -> int:

@@ -11,15 +11,18 @@ from pyspark.sql.datasource import (
     DataSource,
     DataSourceReader,
     DataSourceStreamReader,
+    DataSourceWriter,
     InputPartition,
 )
 from pyspark.sql.pandas.types import from_arrow_type
 from pyspark.sql.types import IntegerType, LongType, StringType, StructField, StructType
 
+from ._files import File, list_files
 from ._lines import Lines, read_lines
 from ._options import Settings
 from ._pieces import Piece, plan, plan_files
 from ._records import read_records, record_types
+from ._writer import EncconvWriter
 
 _PLACE = [
     StructField("file", StringType()),
@@ -48,6 +51,9 @@ class EncconvDataSource(DataSource):
 
     def reader(self, schema: StructType) -> DataSourceReader:
         return EncconvReader(Settings.of(self.options), schema)
+
+    def writer(self, schema: StructType, overwrite: bool) -> DataSourceWriter:
+        return EncconvWriter(Settings.of(self.options), schema, overwrite)
 
     def streamReader(self, schema: StructType) -> DataSourceStreamReader:
         return EncconvStreamReader(Settings.of(self.options), schema)
@@ -137,14 +143,10 @@ class EncconvStreamReader(DataSourceStreamReader):
         return {}
 
     def latestOffset(self) -> dict:
-        from ._files import list_files
-
         files = [file for path in self._settings.paths for file in list_files(path)]
         return {file.path: file.size for file in files}
 
     def partitions(self, start: dict, end: dict) -> list[InputPartition]:
-        from ._files import File
-
         files = [File(path, size) for path, size in end.items() if path not in start]
         return [Task(pieces) for pieces in plan_files(files, self._settings)]
 
