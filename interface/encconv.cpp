@@ -8,6 +8,7 @@
 
 #include "encoding/plan.h"
 #include "encoding/special_code_pages.h"
+#include "encoding/stream/cut_finder.h"
 #include "encoding/stream/stream_converter.h"
 #include "interface/outputs.h"
 #include "interface/stream_settings.h"
@@ -214,6 +215,15 @@ Result from_utf16(std::u16string_view text, Encoding to, const Options& options)
     result.first_problem->length /= 2;
   }
   return result;
+}
+
+std::optional<std::size_t> find_cut(std::string_view bytes, Encoding encoding, std::size_t offset,
+                                    const CutOptions& options) {
+  CutFinder finder(encoding.code_page());
+  const std::size_t place =
+      finder.find(reinterpret_cast<const unsigned char*>(bytes.data()), bytes.size(), offset,
+                  {options.position, options.at_cut, options.behind_line});
+  return place == CutWindow::kNone ? std::nullopt : std::optional(place);
 }
 
 // ---- Streams. ----

@@ -36,6 +36,10 @@ template <>
 constexpr std::size_t kLeastSize<encconv_code_page> = offsetof(encconv_code_page, can_write) +
                                                       sizeof(encconv_code_page::can_write);
 
+template <>
+constexpr std::size_t kLeastSize<encconv_cut_options> = offsetof(encconv_cut_options, behind_line) +
+                                                        sizeof(encconv_cut_options::behind_line);
+
 template <typename Struct>
 bool isSized(const Struct* given) {
   return given != nullptr && given->struct_size >= kLeastSize<Struct>;
@@ -295,6 +299,23 @@ size_t encconv_max_output_size(size_t size, int from, int to) {
 }
 
 void encconv_free(unsigned char* output) { std::free(output); }
+
+int encconv_find_cut(const void* data, size_t size, int encoding, size_t offset,
+                     const encconv_cut_options* options, size_t* cut) {
+  if (cut == nullptr || (data == nullptr && size != 0)) return 0;
+  if (options != nullptr && !isSized(options)) return 0;
+  encconv_cut_options wanted = ENCCONV_CUT_OPTIONS_INIT;
+  if (options != nullptr) wanted = read(options, wanted);
+  try {
+    const auto place =
+        encconv::find_cut({static_cast<const char*>(data), size}, encoding, offset,
+                          {wanted.position, wanted.at_cut != 0, wanted.behind_line != 0});
+    if (place) *cut = *place;
+    return place ? 1 : 0;
+  } catch (const std::bad_alloc&) {
+    return 0;
+  }
+}
 
 encconv_stream* encconv_open(int from, int to, const encconv_options* options,
                              encconv_status* status) {

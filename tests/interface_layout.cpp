@@ -50,6 +50,12 @@ AT(encconv_code_page, can_read, 48);
 AT(encconv_code_page, can_write, 52);
 SIZE(encconv_code_page, 56);
 
+AT(encconv_cut_options, struct_size, 0);
+AT(encconv_cut_options, position, 8);
+AT(encconv_cut_options, at_cut, 16);
+AT(encconv_cut_options, behind_line, 20);
+SIZE(encconv_cut_options, 24);
+
 AT(encconv_candidate, struct_size, 0);
 AT(encconv_candidate, code_page, 8);
 AT(encconv_candidate, name, 16);
@@ -69,6 +75,7 @@ SIZE(encconv::IntoResult, 256);
 SIZE(encconv::Candidate, 72);
 SIZE(encconv::Detection, 64);
 SIZE(encconv::DetectOptions, 1);
+SIZE(encconv::CutOptions, 16);
 SIZE(encconv::StreamConverter, 8);
 SIZE(encconv::RecordProblem, 240);
 SIZE(encconv::RecordFormat, 12);

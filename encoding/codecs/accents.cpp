@@ -206,7 +206,7 @@ constexpr AccentScheme kAnsel = {&kMap_ansel, false, false},
                        kTcvn = {&kMap_tcvn5712_1, true, true};
 
 constexpr Codec codecFor(const AccentScheme& scheme) {
-  return {1200, {readAccents, &scheme}, {writeAccents, &scheme}, nullptr, true};
+  return cutBy(cutAccents, {1200, {readAccents, &scheme}, {writeAccents, &scheme}, nullptr, true});
 }
 
 }  // namespace

@@ -314,5 +314,8 @@ struct Writer : CodecRun {
 
 }  // namespace
 
-extern const Codec kBocu1Codec = {
-    .codePage = 1200, .read = runCodec<Reader>, .write = runCodec<Writer>, .unitsPerByte = 2};
+extern const Codec kBocu1Codec = {.codePage = 1200,
+                                  .read = runCodec<Reader>,
+                                  .write = runCodec<Writer>,
+                                  .unitsPerByte = 2,
+                                  .cut = cutBocu1};

@@ -5,6 +5,7 @@
 #include <array>
 #include <cstdint>
 
+#include "encoding/codecs/cut_rules.h"
 #include "support/data_buffer.h"
 #include "support/replacement_sink.h"
 
@@ -76,7 +77,16 @@ struct Codec {
   std::uint32_t (*approximate)(const void* parameters, std::uint32_t scalar) = nullptr;
   // Reading: the most units of UTF-16 that a text has for each byte.
   std::uint8_t unitsPerByte = 1;
+  // Reading: where a text can be cut; by the parameters of read. Null: nowhere, since nothing in a
+  // text shows what has come before.
+  CutRule cut = nullptr;
 };
+
+// The codec, of which texts can be cut by a rule.
+constexpr Codec cutBy(CutRule rule, Codec codec) {
+  codec.cut = rule;
+  return codec;
+}
 
 // Converts a whole text. False when something had no form or memory is short; a length of 0 or less
 // is no text.

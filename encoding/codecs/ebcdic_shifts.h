@@ -28,7 +28,8 @@ template <const Mapping& singles, const Mapping& pairs>
 inline constexpr Codec kShiftedCodec = {.codePage = 1200,
                                         .read = {readShifted, &kShiftedSets<singles, pairs>},
                                         .write = {writeShifted, &kShiftedSets<singles, pairs>},
-                                        .approximate = approximateShifted};
+                                        .approximate = approximateShifted,
+                                        .cut = cutShifted};
 
 template <const Mapping& pairs>
 inline constexpr ShiftedSets kPairsOnly = {nullptr, &pairs};
@@ -37,6 +38,7 @@ inline constexpr Codec kPairsCodec = {.codePage = 1200,
                                       .read = {readShifted, &kPairsOnly<pairs>},
                                       .write = {writeShifted, &kPairsOnly<pairs>},
                                       .isStateless = true,
-                                      .approximate = approximateShifted};
+                                      .approximate = approximateShifted,
+                                      .cut = cutUnits<2>};
 
 #endif  // ENCODING_CODECS_EBCDIC_SHIFTS_H_

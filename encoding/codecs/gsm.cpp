@@ -401,15 +401,17 @@ constexpr auto kPortugueseSingle = makeTables<Utf16Form>({}, kGsmPortugueseSingl
 
 template <typename Form>
 constexpr Codec unpacked(int codePage, const Tables<Form>& tables) {
-  return {codePage,
-          {runCodec<Reader<Form>>, &tables},
-          {runCodec<Writer<Form>>, &tables},
-          nullptr,
-          true};
+  return cutBy(cutGsm, {codePage,
+                        {runCodec<Reader<Form>>, &tables},
+                        {runCodec<Writer<Form>>, &tables},
+                        nullptr,
+                        true});
 }
 template <typename Form>
 constexpr Codec packed(const Tables<Form>& tables) {
-  return {1200, {runCodec<PackedReader<Form>>, &tables}, {runCodec<PackedWriter<Form>>, &tables}};
+  return cutBy(
+      cutPackedGsm,
+      {1200, {runCodec<PackedReader<Form>>, &tables}, {runCodec<PackedWriter<Form>>, &tables}});
 }
 
 }  // namespace

@@ -139,4 +139,4 @@ struct Writer : CodecRun {
 
 }  // namespace
 
-extern const Codec kHzCodec = {936, runCodec<Reader>, runCodec<Writer>, nullptr};
+extern const Codec kHzCodec = cutBy(cutHz, {936, runCodec<Reader>, runCodec<Writer>});

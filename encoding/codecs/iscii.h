@@ -38,6 +38,7 @@ template <IsciiScript script>
 inline constexpr Codec kIsciiCodec = {.codePage = 1200,
                                       .read = {readIscii, &kIsciiSettings<script>},
                                       .write = {writeIscii, &kIsciiSettings<script>},
-                                      .approximate = approximateIscii};
+                                      .approximate = approximateIscii,
+                                      .cut = cutIscii};
 
 #endif  // ENCODING_CODECS_ISCII_H_

@@ -327,5 +327,6 @@ struct Writer : CodecRun {
 
 }  // namespace
 
-extern const Codec kIso2022JpCodec = {932,   runCodec<Reader<false>>, runCodec<Writer>, nullptr,
-                                      false, runCodec<Reader<true>>};
+extern const Codec kIso2022JpCodec =
+    cutBy(cutIso2022Jp,
+          {932, runCodec<Reader<false>>, runCodec<Writer>, nullptr, false, runCodec<Reader<true>>});

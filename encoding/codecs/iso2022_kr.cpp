@@ -203,4 +203,5 @@ void resume(const CodecState& left, bool wrote, CodecState& state) {
 
 }  // namespace
 
-extern const Codec kIso2022KrCodec = {949, runCodec<Reader>, runCodec<Writer>, resume};
+extern const Codec kIso2022KrCodec =
+    cutBy(cutIso2022Kr, {949, runCodec<Reader>, runCodec<Writer>, resume});

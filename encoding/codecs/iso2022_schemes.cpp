@@ -59,7 +59,7 @@ constexpr Iso2022 chinese(const Designation (&designations)[count]) {
   return {designations, count, true, 2};
 }
 constexpr Codec codecFor(const Iso2022& scheme) {
-  return {1200, {readIso2022, &scheme}, {writeIso2022, &scheme}};
+  return cutBy(cutIso2022, {1200, {readIso2022, &scheme}, {writeIso2022, &scheme}});
 }
 
 constexpr bool kOnlyRead = false;

@@ -325,4 +325,4 @@ unsigned int run(const void* parameters, const unsigned char* data, unsigned int
 
 }  // namespace
 
-extern const Codec kMarc8Codec = {1200, run<Reader>, run<Writer>};
+extern const Codec kMarc8Codec = cutBy(cutMarc8, {1200, run<Reader>, run<Writer>});

@@ -45,13 +45,15 @@ inline constexpr Codec kMultiByteCodec = {.codePage = 1200,
                                           .write = {writeMultiByte, &mapping},
                                           .isStateless = true,
                                           .approximate = approximateMultiByte,
-                                          .unitsPerByte = unitsPerByte};
+                                          .unitsPerByte = unitsPerByte,
+                                          .cut = cutMultiByte};
 
 template <const RuledMapping& mapping>
 inline constexpr Codec kRuledCodec = {.codePage = 1200,
                                       .read = {readRuled, &mapping},
                                       .write = {writeRuled, &mapping},
                                       .isStateless = true,
-                                      .approximate = approximateRuled};
+                                      .approximate = approximateRuled,
+                                      .cut = cutRuled};
 
 #endif  // ENCODING_CODECS_MULTI_BYTE_H_

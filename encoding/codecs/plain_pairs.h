@@ -24,6 +24,7 @@ template <const PlainPairs& pairs>
 inline constexpr Codec kPlainPairsCodec = {.codePage = 1200,
                                            .read = {readPlainPairs, &pairs},
                                            .write = {writePlainPairs, &pairs},
-                                           .isStateless = true};
+                                           .isStateless = true,
+                                           .cut = cutUnits<2>};
 
 #endif  // ENCODING_CODECS_PLAIN_PAIRS_H_

@@ -408,6 +408,7 @@ struct Writer : CodecRun {
 
 }  // namespace
 
-extern const Codec kUtf7Codec = {1200, runCodec<Reader<Utf7>>, runCodec<Writer<Utf7>>, nullptr};
-extern const Codec kImapUtf7Codec = {1200, runCodec<Reader<ImapUtf7>>, runCodec<Writer<ImapUtf7>>,
-                                     nullptr};
+extern const Codec kUtf7Codec =
+    cutBy(cutUtf7, {1200, runCodec<Reader<Utf7>>, runCodec<Writer<Utf7>>});
+extern const Codec kImapUtf7Codec =
+    cutBy(cutImapUtf7, {1200, runCodec<Reader<ImapUtf7>>, runCodec<Writer<ImapUtf7>>});

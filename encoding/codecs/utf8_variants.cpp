@@ -223,7 +223,8 @@ struct Writer : CodecRun {
 };
 
 constexpr Codec codecOf(const Variant& variant) {
-  return {1200, {runCodec<Reader>, &variant}, {runCodec<Writer>, &variant}, nullptr, true};
+  return cutBy(cutUtf8,
+               {1200, {runCodec<Reader>, &variant}, {runCodec<Writer>, &variant}, nullptr, true});
 }
 
 }  // namespace

@@ -194,6 +194,32 @@ ENCCONV_API IntoResult convert_into(std::string_view bytes, Encoding from, Encod
 /// encoding that is not known.
 ENCCONV_API std::size_t max_output_size(std::size_t size, Encoding from, Encoding to);
 
+// ---- Cutting a text into pieces. ----
+
+/// What is known of a part of a text in which a cut is looked for.
+struct CutOptions {
+  std::uint64_t position = 0;  ///< of its first byte in the text, or file
+  bool at_cut = false;         ///< a piece can begin at its first byte; at position 0 one can
+  bool behind_line = false;    ///< only places behind a line end are wanted, U+000A or U+0085
+};
+
+/// The first place at offset or behind it where a piece of a text can begin on its own: in front of
+/// a character, in the state that texts begin in, and where no mark, second half or other part of
+/// the character before follows. bytes are the text or any part of it; of what stands before offset
+/// the last MiB is looked at. Nothing: no such place is in sight, because more bytes behind it or
+/// in front of it would be needed, or because the encoding shows nothing of its state (SCSU).
+///
+/// If a text is clean, its pieces, each converted to an encoding without a state and without a byte
+/// order mark of its own, give the conversion of the whole when they are joined; converted to
+/// others, they give a text that reads the same. In damaged text the place is one as far as the
+/// bytes show: there the pieces may be read otherwise than the whole, from the damage up to the
+/// next character, or in an encoding with a state up to where it is set again. A byte order mark
+/// tells the order of the piece that begins with it only; the others need the encoding by the name
+/// that has the order in it (UTF-16LE).
+ENCCONV_API std::optional<std::size_t> find_cut(std::string_view bytes, Encoding encoding,
+                                                std::size_t offset = 0,
+                                                const CutOptions& options = {});
+
 // ---- Finding out an encoding. ----
 
 /// What bytes turned out to be.

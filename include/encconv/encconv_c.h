@@ -206,6 +206,32 @@ ENCCONV_API int encconv_first_approximation(const encconv_stream* stream, enccon
 /** Frees the stream, finished or not. Null is ignored. */
 ENCCONV_API void encconv_close(encconv_stream* stream);
 
+/** What is known of a part of a text in which a cut is looked for. */
+typedef struct encconv_cut_options {
+  size_t struct_size; /**< sizeof(encconv_cut_options) */
+  uint64_t position;  /**< of its first byte in the text, or file */
+  int at_cut;         /**< 1: a piece can begin at its first byte; at position 0 one can */
+  int behind_line;    /**< 1: only places behind a line end are wanted, U+000A or U+0085 */
+} encconv_cut_options;
+/** The beginning of a text; any place. */
+#define ENCCONV_CUT_OPTIONS_INIT \
+  { sizeof(encconv_cut_options), 0, 0, 0 }
+
+/**
+ * The first place at offset or behind it, in size bytes that are a text or any part of one, where a
+ * piece of the text can begin on its own: in front of a character, in the state that texts begin
+ * in, and where no mark, second half or other part of the character before follows. 1 with the
+ * place in *cut; 0 when none is in sight: more bytes behind it or in front of it would be needed,
+ * or the encoding shows nothing of its state. options may be null.
+ *
+ * If a text is clean, its pieces, each converted to an encoding without a state and without a byte
+ * order mark of its own, give the conversion of the whole when they are joined. In damaged text the
+ * place is one as far as the bytes show. A byte order mark tells the order of the piece that begins
+ * with it only.
+ */
+ENCCONV_API int encconv_find_cut(const void* data, size_t size, int encoding, size_t offset,
+                                 const encconv_cut_options* options, size_t* cut);
+
 /** What bytes turned out to be. */
 typedef enum encconv_detected_kind {
   ENCCONV_DETECTED_EMPTY = 0, /**< there are none */

@@ -34,6 +34,7 @@ from ._conversion import (
     decode_report,
     detect,
     encodings,
+    find_cut,
     find_encoding,
 )
 from ._native import decode, encode
@@ -58,6 +59,7 @@ __all__ = [
     "detect",
     "encode",
     "encodings",
+    "find_cut",
     "find_encoding",
     "open",
     "register",

@@ -143,6 +143,35 @@ def decode_report(
     return DecodeReport(text, complete, count, _problems(problems))
 
 
+# ---- Cutting a text into pieces. ----
+
+
+def find_cut(
+    data,
+    encoding: str | int,
+    offset: int = 0,
+    *,
+    position: int = 0,
+    at_cut: bool = False,
+    behind_line: bool = False,
+) -> int | None:
+    """The first place at ``offset`` or behind it where a piece of a text can begin on its own.
+
+    ``data`` is the text or any part of it. ``position`` is the place of its first byte in the file;
+    ``at_cut`` says that a piece can begin there, as it can at position 0. ``behind_line``: only
+    places behind a line end. None where no such place is in sight.
+
+    The pieces of a clean text, decoded apart and joined, are the text.
+
+    >>> data = 'テスト'.encode('shift_jis')
+    >>> find_cut(data, 'shift_jis', 3)
+    4
+    >>> find_cut(data[1:3], 'shift_jis', position=1) is None
+    True
+    """
+    return _native.find_cut(data, encoding, offset, position, at_cut, behind_line)
+
+
 # ---- Finding out an encoding. ----
 
 

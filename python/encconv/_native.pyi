@@ -26,6 +26,14 @@ def convert(
     byte_order_mark: bool,
     most: int,
 ) -> tuple[Any, bool, int, int, tuple[Any, ...]]: ...
+def find_cut(
+    data: Buffer,
+    encoding: str | int,
+    offset: int,
+    position: int,
+    at_cut: bool,
+    behind_line: bool,
+) -> int | None: ...
 def code_page(encoding: str | int) -> int: ...
 def properties(encoding: str | int) -> tuple[str, bool, bool]: ...
 

@@ -2,6 +2,7 @@
 
 #include <nanobind/stl/string.h>
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -59,6 +60,22 @@ nb::tuple detect(nb::handle data, bool isBeginning) {
   }
   return nb::make_tuple(kKinds[static_cast<int>(found.kind)], nb::tuple(candidates),
                         text(found.reason));
+}
+
+// ---- Cutting a text into pieces. ----
+
+nb::object findCut(nb::handle data, nb::handle encoding, std::size_t offset, std::uint64_t position,
+                   bool isAtCut, bool isBehindLine) {
+  const int codePage = entryOf(encoding).codePage;
+  HeldBuffer buffer;
+  if (!buffer.hold(data.ptr())) throw nb::python_error();
+  std::optional<std::size_t> cut;
+  {
+    const ReleasedLock released(buffer.isConstant() && buffer.size() >= kUnlockedBytes);
+    cut = encconv::find_cut({reinterpret_cast<const char*>(buffer.data()), buffer.size()}, codePage,
+                            offset, {position, isAtCut, isBehindLine});
+  }
+  return cut ? nb::object(nb::int_(*cut)) : nb::object(nb::none());
 }
 
 // ---- Conversion with a report. ----
@@ -171,6 +188,9 @@ void addInspection(nb::module_& module) {
   module.def("convert", &convert, nb::arg("data"), nb::arg("source"), nb::arg("target").none(),
              nb::arg("on_error"), nb::arg("byte_order_mark"), nb::arg("most"),
              "The output of a conversion with its report, as a tuple.");
+  module.def("find_cut", &findCut, nb::arg("data"), nb::arg("encoding"), nb::arg("offset"),
+             nb::arg("position"), nb::arg("at_cut"), nb::arg("behind_line"),
+             "Where a piece of a text can begin, or None.");
   module.def(
       "code_page", [](nb::handle encoding) { return entryOf(encoding).codePage; },
       nb::arg("encoding"), "The number of an encoding.");
