@@ -1,12 +1,12 @@
 #!/bin/sh
 # Installs what is missing from Debian's packages. Does nothing when everything is there.
 #
-#   scripts/setup.sh [build|package|test|check|iconv|python|docs|fuzz|cross|peers|all]...
+#   scripts/setup.sh [build|package|test|check|iconv|python|spark|docs|fuzz|cross|peers|all]...
 #
 # build: the library and the tool; package: Debian packages of them; test: their tests as well;
 # check: the formatter that CI asks for;
 # iconv: the programs of scripts/iconv-programs.sh; python: the Python package and its tests;
-# docs: the API documentation;
+# spark: the Python package on a cluster; docs: the API documentation;
 # peers: the converters that tools/compare_peers and the scripts that make mappings ask;
 # fuzz: the fuzz targets; cross: the tests for an emulated big-endian host; all: what the scripts and
 # the optional targets use (coverage, benchmarks), but for cross and peers.
@@ -21,10 +21,11 @@ iconv="musl-tools patchelf php-cli libtext-iconv-perl git libxml2-utils vim man-
 docs="doxygen"
 fuzz="$build clang"
 python="$build ccache python3 python3-dev python3-venv libpython3.11-testsuite"
+spark="$python libcli11-dev default-jre-headless util-linux procps"
 cross="g++-s390x-linux-gnu qemu-user googletest"
 peers="python3 icu-devtools locales default-jdk-headless perl nkf yaz libmarc-charset-perl
        python3-webencodings chromium"
-all="$package $test $check $iconv $docs $fuzz $python ccache clang-tidy cppcheck libbenchmark-dev
+all="$package $test $check $iconv $docs $fuzz $python $spark ccache clang-tidy cppcheck libbenchmark-dev
      libicu-dev gcovr valgrind nkf bzip2 locales python3"
 
 wanted=""
@@ -38,6 +39,7 @@ for group in "${@:-build}"; do
     docs) wanted="$wanted $docs" ;;
     fuzz) wanted="$wanted $fuzz" ;;
     python) wanted="$wanted $python" ;;
+    spark) wanted="$wanted $spark" ;;
     cross) wanted="$wanted $cross" ;;
     peers) wanted="$wanted $peers" ;;
     all) wanted="$wanted $all" ;;

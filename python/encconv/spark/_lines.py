@@ -8,8 +8,7 @@ from dataclasses import dataclass
 import numpy
 import pyarrow
 
-from .. import _native
-from ._cut import find_cut
+from .. import _native, find_cut
 from ._files import Parts
 from ._options import Settings, TextForm
 from ._pieces import Piece, find_line
@@ -94,8 +93,8 @@ def _decode(data: bytes, base: int, form: TextForm, settings: Settings, path: st
     yield from _decode(data[middle:], base + middle, form, settings, path)
 
 
-def read_lines(piece: Piece, settings: Settings) -> Iterator[Lines]:
-    """The lines that begin in a piece."""
+def _chunks(piece: Piece, settings: Settings) -> Iterator[tuple[bytes, int, TextForm]]:
+    """The bytes of whole lines that begin in a piece, and where they begin."""
     with Parts(piece.path) as parts:
         form = TextForm.of(settings.encoding, parts.read(0, 4))
         begin = find_line(parts, piece.size, form, piece.begin) or form.mark
@@ -103,15 +102,35 @@ def read_lines(piece: Piece, settings: Settings) -> Iterator[Lines]:
         wanted = _BATCH
         while begin < end:
             data = parts.read(begin, min(begin + wanted, end))
-            cut: int | None = len(data)
+            if not data:
+                raise stop(piece.path, f"byte offset {begin}: the file has become shorter")
             if begin + len(data) < end:
                 cut = _last_line(data, form, begin)
                 if cut is None:
                     wanted *= 2  # a line that is longer
                     continue
-            yield from _decode(data[:cut], begin, form, settings, piece.path)
-            begin += cut
+                data = data[:cut]
+            yield data, begin, form
+            begin += len(data)
             wanted = _BATCH
+
+
+def read_lines(piece: Piece, settings: Settings) -> Iterator[Lines]:
+    """The lines that begin in a piece."""
+    for data, begin, form in _chunks(piece, settings):
+        yield from _decode(data, begin, form, settings, piece.path)
+
+
+def read_text(piece: Piece, settings: Settings) -> Iterator[bytes]:
+    """The lines that begin in a piece, as they are in UTF-8; a line end of EBCDIC is one there."""
+    for data, begin, form in _chunks(piece, settings):
+        text, is_whole, _, _, told = _native.convert(
+            data, form.encoding, _UTF8, settings.errors, False, 1
+        )
+        if not is_whole:
+            offset = begin + told[0][0]
+            raise stop(piece.path, _message(offset, told[0][4], form.encoding))
+        yield text.replace(b"\xc2\x85", b"\n") if form.has_next_line else text
 
 
 def _last_line(data: bytes, form: TextForm, position: int) -> int | None:

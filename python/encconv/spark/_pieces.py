@@ -4,7 +4,7 @@ from __future__ import annotations
 
 from dataclasses import dataclass
 
-from .. import _native
+from .. import _native, find_cut
 from ._files import File, Parts, list_files
 from ._options import Settings, TextForm
 
@@ -36,8 +36,6 @@ def find_line(parts: Parts, size: int, form: TextForm, offset: int, most: int = 
     """The first place at or behind offset where a line begins that can be read on its own; the size
     of the file where there is none. Nothing where none is in sight within ``most`` bytes.
     """
-    from ._cut import find_cut
-
     if offset <= 0:
         return 0
     if offset >= size:
