@@ -15,6 +15,7 @@ from ._pieces import Piece, find_line
 
 _BATCH = 2 << 20  # bytes of text that are decoded at once
 _UTF8 = 65001
+_TRIES = 16  # line ends that are asked about in one window
 
 
 @dataclass(frozen=True, slots=True)
@@ -134,17 +135,18 @@ def read_text(piece: Piece, settings: Settings) -> Iterator[bytes]:
 
 
 def _last_line(data: bytes, form: TextForm, position: int) -> int | None:
-    """The last line of bytes that can be read on its own, or at least one of the last."""
-    back = 1 << 12
+    """One of the last lines of bytes that can be read on its own: where it begins."""
+    size = 1 << 12
     while True:
-        at: int | None = max(1, len(data) - back)
-        last = None
-        while at is not None:
-            at = find_cut(data, form.encoding, at, position=position, at_cut=True, behind_line=True)
-            if at is not None:
-                if data[max(0, at - form.unit) : at] in form.line_ends:
-                    last = at
-                at += 1
-        if last is not None or back >= len(data):
-            return last
-        back *= 16
+        begin = max(0, len(data) - size) // form.unit * form.unit
+        tail = data[begin:]
+        ends = _ends_in(tail, form)
+        for at in reversed(ends[-_TRIES:].tolist()):
+            found = find_cut(
+                tail, form.encoding, at, position=position + begin, at_cut=begin == 0, behind_line=True
+            )
+            if found == at:
+                return begin + at
+        if begin == 0:
+            return None
+        size *= 16
