@@ -29,6 +29,8 @@ from ._conversion import (
     DecodeReport,
     Detection,
     Encoding,
+    Misreading,
+    Origin,
     Problem,
     convert,
     decode_report,
@@ -36,6 +38,7 @@ from ._conversion import (
     encodings,
     find_cut,
     find_encoding,
+    trace,
 )
 from ._native import decode, encode
 from ._native import version as __version__
@@ -48,6 +51,8 @@ __all__ = [
     "Detection",
     "Encoder",
     "Encoding",
+    "Misreading",
+    "Origin",
     "Problem",
     "StreamReader",
     "StreamWriter",
@@ -65,4 +70,5 @@ __all__ = [
     "register",
     "replace_builtin",
     "restore_builtin",
+    "trace",
 ]
