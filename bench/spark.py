@@ -124,28 +124,32 @@ def run(frame) -> float:
     return time.monotonic() - began
 
 
-def measure(name: str, cluster: Cluster, data, cores: int, jars: str) -> float:
-    """Seconds of a case in a session of its own, behind a smaller run that warms it up."""
-    options = {"spark.cores.max": str(cores), "spark.sql.legacy.javaCharsets": "true"}
-    if jars:
-        options["spark.jars"] = jars
+def measure(cluster: Cluster, order: dict) -> dict[str, list[float]]:
+    """Seconds of each case, one after the other and that again, behind smaller runs that warm up."""
+    options = {"spark.cores.max": str(order["cores"]), "spark.sql.legacy.javaCharsets": "true"}
+    if order["jars"]:
+        options["spark.jars"] = order["jars"]
     spark = cluster.session(**options)
+    small, large = (cases(order["data"][size]) for size in ("small", "large"))
+    seconds: dict[str, list[float]] = {name: [] for name in order["cases"]}
     try:
-        run(cases(data["small"])[name](spark))
-        return run(cases(data["large"])[name](spark))
+        for name in seconds:
+            run(small[name](spark))
+        for _ in range(order["rounds"]):
+            for name, found in seconds.items():
+                found.append(run(large[name](spark)))
     finally:
         spark.stop()
+    return seconds
 
 
-def worker_mode(argument: str) -> None:
+def worker_mode(order: dict) -> None:
     """In a process of its own, which may be of another Spark: prints the seconds."""
-    order = json.loads(argument)
-    data = {k: {n: pathlib.Path(p) for n, p in v.items()} for k, v in order["data"].items()}
     cluster = Cluster(pathlib.Path(order["folder"]), memory="2g")
     try:
         for core in range(order["cores"]):
             cluster.start_worker(core)
-        print("seconds", measure(order["case"], cluster, data, order["cores"], order["jars"]))
+        print("seconds", json.dumps(measure(cluster, order)))
     finally:
         cluster.stop()
 
@@ -165,38 +169,46 @@ def main() -> None:
     parser.add_argument("--cobol", help="a Python with the Spark of the COBOL data source")
     parser.add_argument("--work", type=pathlib.Path, default=ROOT / "build" / "spark" / "bench")
     parser.add_argument("--size", type=int, default=1024, help="MiB")
-    parser.add_argument("--rounds", type=int, default=3)
+    parser.add_argument("--rounds", type=int, default=3, help="in each session")
+    parser.add_argument("--sessions", type=int, default=2, help="of each kind, alternately")
     parser.add_argument("--one", help=argparse.SUPPRESS)
     given = parser.parse_args()
     if given.one:
-        return worker_mode(given.one)
+        return worker_mode(json.loads(given.one))
     given.work.mkdir(parents=True, exist_ok=True)
     data = {
         "small": make_data(given.work, 32 * MIB),
         "large": make_data(given.work, given.size * MIB),
     }
     jars = fetch_jars(given.work) if given.cobol else ""
-    names = [name for name in cases(data["large"]) if given.cobol or "cobol" not in name]
+    names = list(cases(data["large"]))
+    own = [name for name in names if "cobol" not in name]
+    kinds = [
+        (sys.executable, 2, own),
+        (sys.executable, 1, [name for name in own if "'s" not in name]),
+    ]
+    if given.cobol:
+        kinds.append((given.cobol, 2, [name for name in names if "cobol" in name]))
     seconds: dict[tuple[str, int], list[float]] = {}
-    for _ in range(given.rounds):
-        for name in names:
-            for cores in (1, 2) if "'s" not in name and "cobol" not in name else (2,):
-                order = {
-                    "case": name,
-                    "cores": cores,
-                    "folder": str(ROOT / "build" / "spark" / "cluster"),
-                    "jars": jars if "cobol" in name else "",
-                    "data": {k: {n: str(p) for n, p in v.items()} for k, v in data.items()},
-                }
-                python = given.cobol if "cobol" in name else sys.executable
-                ran = subprocess.run(
-                    [python, __file__, "--one", json.dumps(order)], capture_output=True, text=True
-                )
-                found = [line for line in ran.stdout.splitlines() if line.startswith("seconds")]
-                if not found:
-                    sys.exit(f"{name}: {ran.stderr[-3000:]}")
-                seconds.setdefault((name, cores), []).append(float(found[0].split()[1]))
-                print(f"{name}, {cores}: {found[0]}", flush=True)
+    for _ in range(given.sessions):
+        for python, cores, which in kinds:
+            order = {
+                "cases": which,
+                "cores": cores,
+                "rounds": given.rounds,
+                "folder": str(ROOT / "build" / "spark" / "cluster"),
+                "jars": jars if python == given.cobol else "",
+                "data": {k: {n: str(p) for n, p in v.items()} for k, v in data.items()},
+            }
+            ran = subprocess.run(
+                [python, __file__, "--one", json.dumps(order)], capture_output=True, text=True
+            )
+            found = [line for line in ran.stdout.splitlines() if line.startswith("seconds")]
+            if not found:
+                sys.exit(f"{', '.join(which)}: {ran.stderr[-3000:]}")
+            for name, each in json.loads(found[0].partition(" ")[2]).items():
+                print(f"{name}, {cores}: {each}", flush=True)
+                seconds.setdefault((name, cores), []).extend(each)
     print("\n| what | workers | seconds | MiB/s |\n| --- | --- | --- | --- |")
     for (name, cores), each in seconds.items():
         middle = statistics.median(each)

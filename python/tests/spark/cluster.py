@@ -12,6 +12,8 @@ import time
 
 import pyspark
 
+# What matters for short runs is that they start.
+STARTS_SOON = "-XX:TieredStopAtLevel=1 -XX:+UseSerialGC"
 SPARK_HOME = pathlib.Path(pyspark.__file__).parent
 
 
@@ -19,9 +21,10 @@ class Cluster:
     """Runs processes until stop(). Their groups are in the file PIDS for who must end them when this
     process could not."""
 
-    def __init__(self, folder: pathlib.Path, memory: str = "1g"):
+    def __init__(self, folder: pathlib.Path, memory: str = "1g", java_options: str = ""):
         self.folder = folder
         self.memory = memory
+        self.java_options = java_options
         self.workers: dict[int, subprocess.Popen] = {}
         folder.mkdir(parents=True, exist_ok=True)
         self.environment = {
@@ -32,6 +35,7 @@ class Cluster:
             "PYSPARK_PYTHON": sys.executable,
             "SPARK_WORKER_DIR": str(folder / "work"),
             "SPARK_DAEMON_MEMORY": "256m",
+            "SPARK_DAEMON_JAVA_OPTS": STARTS_SOON,
             "SPARK_NO_DAEMONIZE": "1",
         }
         # The driver needs the same.
@@ -105,6 +109,8 @@ class Cluster:
             "spark.executor.cores": "1",
             "spark.sql.shuffle.partitions": "2",
             "spark.ui.showConsoleProgress": "false",
+            "spark.executor.extraJavaOptions": self.java_options,
+            "spark.driver.extraJavaOptions": self.java_options,
             **options,
         }
         for name, value in settings.items():
