@@ -95,26 +95,14 @@ def big(tmp_path_factory):
     return big_file(tmp_path_factory.mktemp("big") / "text.932", 64 * MEGABYTE)
 
 
-def digest(frame) -> list:
-    """What changes when a row is missing, twice or different."""
-    return frame.select(
-        F.count("value"),
-        F.sum(F.xxhash64("value").cast("decimal(38,0)")),
-        F.sum("offset"),
-        F.sum("problems"),
-    ).first()
-
-
-def test_big_file_is_that_of_the_tool_and_survives_a_worker(spark, cluster, big):
+def test_reading_survives_a_worker(spark, cluster, big):
     frame = load(spark, big, encoding="cp932", pieceSize=MEGABYTE)
     killer = Killer(spark, cluster)
-    found = digest(frame)
+    found = text_of(frame)
     killer.join()
     assert killer.killed_at is not None
     expected = run_tool("-f", "cp932", "-t", "utf-8", big)
-    assert found[0] == expected.count(b"\n")
-    assert digest(frame) == found
-    assert hashlib.sha256(text_of(frame)).digest() == hashlib.sha256(expected).digest()
+    assert hashlib.sha256(found).digest() == hashlib.sha256(expected).digest()
 
 
 def test_writing_survives_a_worker(spark, cluster, big, tmp_path):
