@@ -3,18 +3,18 @@
 # virtual environment and runs all that shows that it works: tests, doctests, the recipes of
 # docs/python.md, and CPython's own tests of its codecs with those here in their place.
 #
-#   scripts/python.sh [--quick] [PYTHON]
+#   scripts/python.sh [--quick | --wheel] [PYTHON]
 #
 # PYTHON is python3 when none is given. --quick leaves out pyarrow, pandas, polars and DuckDB, and what
-# needs them.
+# needs them; --wheel builds, and tests nothing.
 set -eu
 cd "$(dirname "$0")/.."
 
-quick=""
-if [ "${1:-}" = --quick ]; then
-  quick=yes
-  shift
-fi
+quick="" only_wheel=""
+case ${1:-} in
+  --quick) quick=yes; shift ;;
+  --wheel) only_wheel=yes; shift ;;
+esac
 python=${1:-python3}
 scripts/setup.sh python
 
@@ -32,6 +32,7 @@ export CCACHE_BASEDIR="${CCACHE_BASEDIR:-$PWD}" CCACHE_NOHASHDIR=1
 # Libraries that not every system has, which is bzip2's, become a part of the wheel.
 PATH="$PWD/$work/tools/bin:$PATH" "$work/tools/bin/auditwheel" repair \
   --wheel-dir "$work/dist/repaired" "$work"/dist/*.whl
+[ -z "$only_wheel" ] || exit 0
 
 "$python" -m venv "$work/clean"
 pip="$work/clean/bin/pip --quiet --disable-pip-version-check"

@@ -1,13 +1,13 @@
 #!/bin/sh
 # Installs what is missing from Debian's packages. Does nothing when everything is there.
 #
-#   scripts/setup.sh [build|package|test|check|iconv|python|docs|fuzz|cross-PROCESSOR|windows|npm|nodejs|
-#                     peers|all]...
+#   scripts/setup.sh [build|package|test|check|iconv|python|spark|docs|fuzz|cross-PROCESSOR|windows|npm|
+#                     nodejs|peers|all]...
 #
 # build: the library and the tool; package: Debian packages of them; test: their tests as well;
 # check: the formatter that CI asks for;
 # iconv: the programs of scripts/iconv-programs.sh; python: the Python package and its tests;
-# docs: the API documentation;
+# spark: the Python package on a cluster; docs: the API documentation;
 # peers: the converters that tools/compare_peers and the scripts that make mappings ask;
 # fuzz: the fuzz targets; cross-aarch64, -armhf, -i386, -s390x: scripts/cross.sh for that processor;
 # windows: scripts/windows.sh; npm: the npm package and its tests; nodejs: Node.js and npm, where there
@@ -25,6 +25,7 @@ iconv="musl-tools patchelf php-cli libtext-iconv-perl git libxml2-utils vim man-
 docs="doxygen"
 fuzz="$build clang"
 python="$build ccache python3 python3-dev python3-venv libpython3.11-testsuite"
+spark="$python libcli11-dev default-jre-headless util-linux procps"
 cross="g++ cmake ninja-build python3 qemu-user"
 cross_aarch64="$cross g++-aarch64-linux-gnu"
 cross_armhf="$cross g++-arm-linux-gnueabihf"
@@ -36,7 +37,7 @@ npm="$build ccache emscripten googletest"
 nodejs="nodejs npm"
 peers="python3 icu-devtools locales default-jdk-headless perl nkf yaz libmarc-charset-perl
        python3-webencodings chromium"
-all="$package $test $check $iconv $docs $fuzz $python ccache clang-tidy cppcheck libbenchmark-dev
+all="$package $test $check $iconv $docs $fuzz $python $spark ccache clang-tidy cppcheck libbenchmark-dev
      libicu-dev gcovr valgrind nkf bzip2 locales python3"
 
 wanted=""
@@ -57,6 +58,7 @@ for group in "${@:-build}"; do
     windows) wanted="$wanted $windows" ;;
     npm) wanted="$wanted $npm" ;;
     nodejs) wanted="$wanted $nodejs" ;;
+    spark) wanted="$wanted $spark" ;;
     peers) wanted="$wanted $peers" ;;
     all) wanted="$wanted $all" ;;
     *)

@@ -5,6 +5,8 @@
 #include "python/src/arrow_conversion.h"
 #include "python/src/codec_functions.h"
 #include "python/src/inspection.h"
+#include "python/src/record_columns.h"
+#include "python/src/record_file.h"
 #include "python/src/records.h"
 
 NB_MODULE(_native, module) {
@@ -13,4 +15,6 @@ NB_MODULE(_native, module) {
   addInspection(module);
   addArrowConversion(module);
   addRecords(module);
+  addRecordColumns(module);
+  addRecordFile(module);
 }

@@ -16,37 +16,18 @@ namespace {
 std::string_view viewOf(const nb::bytes& bytes) { return {bytes.c_str(), bytes.size()}; }
 nb::bytes bytesOf(std::string_view view) { return nb::bytes(view.data(), view.size()); }
 
-encconv::RecordFormat formatOf(const std::string& text) {
-  const auto format = encconv::parse_record_format(text);
-  if (!format) throw nb::value_error(("the record format is not known: " + text).c_str());
-  return *format;
-}
-
-encconv::FieldLayout layoutOf(const std::string& text) {
-  encconv::FieldLayout layout;
-  std::string why;
-  if (!encconv::parse_field_layout(text, layout, why)) throw nb::value_error(why.c_str());
-  return layout;
-}
-
 // (kind, record, offset, length, bytes, field, reason)
 nb::tuple tupleOf(const encconv::RecordProblem& problem) {
   constexpr const char* kKinds[] = {"descriptor", "cut",     "text", "number",
                                     "too long",   "missing", "row"};
-  std::string reason = problem.reason;
-  if (problem.text) {
-    reason = problem.text->malformed      ? "no text of its encoding"
-             : problem.text->approximated ? "another character was written"
-                                          : "the encoding lacks a character";
-  }
   return nb::make_tuple(kKinds[static_cast<int>(problem.kind)], problem.record, problem.offset,
-                        problem.length, bytesOf(problem.bytes), problem.field, reason);
+                        problem.length, bytesOf(problem.bytes), problem.field, reasonOf(problem));
 }
 
 // Divides bytes into records; those that were pushed are held until they are used up.
 class Reader {
  public:
-  explicit Reader(const std::string& format) : m_reader(formatOf(format)) {}
+  explicit Reader(const std::string& format) : m_reader(recordFormatOf(format)) {}
 
   void push(const nb::bytes& piece) {
     m_piece = piece;
@@ -78,7 +59,7 @@ class Reader {
 class Writer {
  public:
   Writer(const std::string& format, const nb::bytes& blank)
-      : m_format(formatOf(format)), m_writer(m_format, viewOf(blank)) {}
+      : m_format(recordFormatOf(format)), m_writer(m_format, viewOf(blank)) {}
 
   nb::bytes write(const nb::bytes& record) {
     std::string output;
@@ -100,18 +81,6 @@ class Writer {
   encconv::RecordFormat m_format;
   encconv::RecordWriter m_writer;
 };
-
-encconv::FieldOptions optionsOf(const std::string& encoding, const std::string& onError, bool trim,
-                                const std::string& format) {
-  encconv::FieldOptions options;
-  options.encoding = encconv::Encoding(encoding);
-  options.trim = trim;
-  options.format = formatOf(format);
-  if (!encconv::parse_on_error(onError, options.text)) {
-    throw nb::value_error(("on_error is not known: " + onError).c_str());
-  }
-  return options;
-}
 
 nb::object objectOf(const encconv::Value& value) {
   if (std::holds_alternative<std::monostate>(value)) return nb::none();
@@ -149,8 +118,8 @@ class Decoder {
  public:
   Decoder(const std::string& layout, const std::string& encoding, const std::string& onError,
           bool trim, const std::string& format)
-      : m_layout(layoutOf(layout)),
-        m_decoder(m_layout, optionsOf(encoding, onError, trim, format)) {
+      : m_layout(fieldLayoutOf(layout)),
+        m_decoder(m_layout, fieldOptionsOf(encoding, onError, trim, format)) {
     if (!m_decoder.error().empty()) throw nb::value_error(m_decoder.error().c_str());
     m_decoder.on_problem(
         [this](const encconv::RecordProblem& problem) { m_problems.add(problem); });
@@ -182,7 +151,7 @@ class Encoder {
  public:
   Encoder(const std::string& layout, const std::string& encoding, const std::string& onError,
           const std::string& format)
-      : m_encoder(layoutOf(layout), optionsOf(encoding, onError, false, format)) {
+      : m_encoder(fieldLayoutOf(layout), fieldOptionsOf(encoding, onError, false, format)) {
     if (!m_encoder.error().empty()) throw nb::value_error(m_encoder.error().c_str());
     m_encoder.on_problem(
         [this](const encconv::RecordProblem& problem) { m_problems.add(problem); });
@@ -213,6 +182,38 @@ nb::object findRecordCut(const nb::bytes& data, const std::string& format, std::
 }
 
 }  // namespace
+
+encconv::RecordFormat recordFormatOf(const std::string& text) {
+  const auto format = encconv::parse_record_format(text);
+  if (!format) throw nb::value_error(("the record format is not known: " + text).c_str());
+  return *format;
+}
+
+encconv::FieldLayout fieldLayoutOf(const std::string& text) {
+  encconv::FieldLayout layout;
+  std::string why;
+  if (!encconv::parse_field_layout(text, layout, why)) throw nb::value_error(why.c_str());
+  return layout;
+}
+
+encconv::FieldOptions fieldOptionsOf(const std::string& encoding, const std::string& onError,
+                                     bool trim, const std::string& format) {
+  encconv::FieldOptions options;
+  options.encoding = encconv::Encoding(encoding);
+  options.trim = trim;
+  options.format = recordFormatOf(format);
+  if (!encconv::parse_on_error(onError, options.text)) {
+    throw nb::value_error(("on_error is not known: " + onError).c_str());
+  }
+  return options;
+}
+
+std::string reasonOf(const encconv::RecordProblem& problem) {
+  if (!problem.text) return problem.reason;
+  return problem.text->malformed      ? "no text of its encoding"
+         : problem.text->approximated ? "another character was written"
+                                      : "the encoding lacks a character";
+}
 
 void addRecords(nb::module_& module) {
   module.def("find_record_cut", &findRecordCut, nb::arg("data"), nb::arg("format"),
