@@ -19,7 +19,7 @@ endif()
 # strangers: checks of the stack and of library calls, no writable tables of addresses. Sanitizers do
 # the same and more, and do not go together with it.
 add_library(encconv_hardening INTERFACE)
-if(NOT ENCCONV_SANITIZE)
+if(NOT ENCCONV_SANITIZE AND NOT EMSCRIPTEN)
   target_compile_options(encconv_hardening INTERFACE
     -fstack-protector-strong $<$<CONFIG:Release>:-U_FORTIFY_SOURCE> $<$<CONFIG:Release>:-D_FORTIFY_SOURCE=2>)
   target_link_options(encconv_hardening INTERFACE -Wl,-z,relro,-z,now)

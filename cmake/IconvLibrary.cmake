@@ -13,16 +13,16 @@ endif()
 # The library needs the C library and nothing else, so it is compiled anew from what it uses of the
 # engine, without exceptions and type information, without the checking forms of library calls that
 # only one C library has, and linked without the C++ runtime; iconv/runtime.cpp has the little that is
-# left of that, and iconv/unbzip2.cpp what is used of libbz2.
+# left of that, and support/unbzip2.cpp what is used of libbz2.
 get_target_property(iconv_sources encconv_engine SOURCES)
 set(unused clean_conversion decode encode encoding_convert encoding_convert_tables error_actions
   named_conversion pivot utf_transforms alike_encodings)
 list(JOIN unused "|" unused)
 list(FILTER iconv_sources EXCLUDE REGEX "/encoding/(stream|detect)/|/encoding/(${unused})[.]cpp$")
 list(FILTER iconv_sources EXCLUDE REGEX
-  "/support/(json|japanese|text_log|zv_utf|norvane_bzip2)[.]cpp$")
+  "/support/(json|japanese|text_log|zv_utf|norvane_bzip2|unbzip2)[.]cpp$")
 list(APPEND iconv_sources ${iconv_calls}
-  ${PROJECT_SOURCE_DIR}/iconv/runtime.cpp ${PROJECT_SOURCE_DIR}/iconv/unbzip2.cpp)
+  ${PROJECT_SOURCE_DIR}/iconv/runtime.cpp ${PROJECT_SOURCE_DIR}/support/unbzip2.cpp)
 
 add_library(encconv_iconv_objects OBJECT ${iconv_sources})
 # The images of the mappings are made with the engine.

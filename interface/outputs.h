@@ -40,7 +40,11 @@ class TextOutput final : public Output {
     end = begin() + m_text.capacity() * sizeof(Unit);
   }
   void setSize(std::size_t size) {
+#if defined(_LIBCPP_VERSION)
+    m_text.__resize_default_init(size);  // older ones of this library have no other call for it
+#else
     m_text.resize_and_overwrite(size, [size](Unit*, std::size_t) { return size; });
+#endif
   }
 
   bool grow(std::size_t count, std::uint64_t expected) override {

@@ -1,15 +1,15 @@
 #!/bin/sh
 # Installs what is missing from Debian's packages. Does nothing when everything is there.
 #
-#   scripts/setup.sh [build|package|test|check|iconv|python|docs|fuzz|cross|peers|all]...
+#   scripts/setup.sh [build|package|test|check|iconv|python|docs|fuzz|cross-PROCESSOR|peers|all]...
 #
 # build: the library and the tool; package: Debian packages of them; test: their tests as well;
 # check: the formatter that CI asks for;
 # iconv: the programs of scripts/iconv-programs.sh; python: the Python package and its tests;
 # docs: the API documentation;
 # peers: the converters that tools/compare_peers and the scripts that make mappings ask;
-# fuzz: the fuzz targets; cross: the tests for an emulated big-endian host; all: what the scripts and
-# the optional targets use (coverage, benchmarks), but for cross and peers.
+# fuzz: the fuzz targets; cross-aarch64, -armhf, -i386, -s390x: scripts/cross.sh for that processor;
+# all: what the scripts and the optional targets use (coverage, benchmarks), but for cross and peers.
 set -eu
 
 build="g++ cmake ninja-build libbz2-dev libcli11-dev libuchardet-dev"
@@ -21,7 +21,11 @@ iconv="musl-tools patchelf php-cli libtext-iconv-perl git libxml2-utils vim man-
 docs="doxygen"
 fuzz="$build clang"
 python="$build ccache python3 python3-dev python3-venv libpython3.11-testsuite"
-cross="g++-s390x-linux-gnu qemu-user googletest"
+cross="g++ cmake ninja-build python3 qemu-user"
+cross_aarch64="$cross g++-aarch64-linux-gnu"
+cross_armhf="$cross g++-arm-linux-gnueabihf"
+cross_i386="$cross g++-i686-linux-gnu"
+cross_s390x="$cross g++-s390x-linux-gnu"
 peers="python3 icu-devtools locales default-jdk-headless perl nkf yaz libmarc-charset-perl
        python3-webencodings chromium"
 all="$package $test $check $iconv $docs $fuzz $python ccache clang-tidy cppcheck libbenchmark-dev
@@ -38,7 +42,10 @@ for group in "${@:-build}"; do
     docs) wanted="$wanted $docs" ;;
     fuzz) wanted="$wanted $fuzz" ;;
     python) wanted="$wanted $python" ;;
-    cross) wanted="$wanted $cross" ;;
+    cross-aarch64) wanted="$wanted $cross_aarch64" ;;
+    cross-armhf) wanted="$wanted $cross_armhf" ;;
+    cross-i386) wanted="$wanted $cross_i386" ;;
+    cross-s390x) wanted="$wanted $cross_s390x" ;;
     peers) wanted="$wanted $peers" ;;
     all) wanted="$wanted $all" ;;
     *)

@@ -1,10 +1,12 @@
 // pack_mappings: makes sources of mapping files (encoding/tables/mappings/README.md), for the
 // build.
 //
-//   pack_mappings SOURCE HEADER FILE.map...
+//   pack_mappings SOURCE HEADER [--apart FOLDER SIZE] [--keep NAME,...] FILE.map...
 //
-// Each mapping becomes a packed image, laid out as encoding/codecs/code_table.h says. Runs on the
-// host, and uses nothing of the library.
+// Each mapping becomes a packed image, laid out as encoding/codecs/code_table.h says. With --apart,
+// images of SIZE bytes and more become files of FOLDER, NAME.table, and the source has the rest and
+// what a file must be (encoding/codecs/mapping_files.h); --keep names those that it has in any case.
+// Runs on the host, and uses nothing of the library.
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
@@ -227,21 +229,59 @@ void writeImage(const std::string& image, std::ostream& out) {
   out << '"';
 }
 
-void writeSource(const std::vector<MappingFile>& mappings, std::ostream& out) {
+// Which images are files, and where.
+struct Apart {
+  std::string folder;
+  std::size_t size = SIZE_MAX;
+  std::set<std::string> kept;
+
+  bool isFile(const MappingFile& mapping, const std::string& image) const {
+    return image.size() >= size && kept.count(mapping.name) == 0;
+  }
+};
+
+// As encoding/codecs/mapping_files.cpp computes it: FNV-1a.
+std::uint32_t checksumOf(const std::string& image) {
+  std::uint32_t sum = 0x811C9DC5u;
+  for (const char c : image) sum = (sum ^ static_cast<unsigned char>(c)) * 0x01000193u;
+  return sum;
+}
+
+void writeFile(const MappingFile& mapping, const std::string& image, const Apart& apart,
+               std::ostream& out) {
+  const std::string path = apart.folder + '/' + mapping.name + ".table";
+  std::ofstream file(path, std::ios::binary);
+  if (!file.write(image.data(), static_cast<std::streamsize>(image.size())).flush()) {
+    throw Fault{path + ": cannot be written"};
+  }
+  out << "static constexpr MappingFile kFile_" << identifier(mapping.name) << " = {\""
+      << mapping.name << ".table\", " << image.size() << ", " << checksumOf(image) << "u};\n";
+}
+
+void writeSource(const std::vector<MappingFile>& mappings, const Apart& apart, std::ostream& out) {
   out << "// Made by pack_mappings.\n#include \"encoding/codecs/mapping_list.h\"\n\n"
+         "#include \"encoding/codecs/mapping_files.h\"\n"
          "#include \"encoding/tables/texts/table_texts.h\"\n\n";
   for (std::size_t i = 0; i < mappings.size(); ++i) {
     const MappingFile& mapping = mappings[i];
     const bool isOverPage = isNumber(mapping.over), isOverText = isText(mapping.over);
     const std::string image = pack(mapping);
+    const bool isFile = apart.isFile(mapping, image);
+    if (isFile) writeFile(mapping, image, apart, out);
     out << "const Mapping " << identifier(mapping.name) << " = {";
-    writeImage(image, out);
+    if (isFile) {
+      out << "nullptr";
+    } else {
+      writeImage(image, out);
+    }
     out << ", " << i << ", "
         << (mapping.over.empty() || isOverPage || isOverText ? "nullptr"
                                                              : '&' + identifier(mapping.over))
         << ", " << (isOverPage ? mapping.over : "0") << ", "
         << (mapping.hasGb18030Rest ? "true" : "false") << ", "
-        << (isOverText ? mapping.over : "nullptr") << "};\n";
+        << (isOverText ? mapping.over : "nullptr");
+    if (isFile) out << ", &kFile_" << identifier(mapping.name);
+    out << "};\n";
   }
 }
 
@@ -256,9 +296,24 @@ void writeHeader(const std::vector<MappingFile>& mappings, std::ostream& out) {
 }
 
 int run(int count, char** arguments) {
-  if (count < 3) throw Fault{"usage: pack_mappings SOURCE HEADER FILE.map..."};
+  if (count < 3) {
+    throw Fault{
+        "usage: pack_mappings SOURCE HEADER [--apart FOLDER SIZE] [--keep NAME,...] FILE.map..."};
+  }
+  Apart apart;
   std::vector<MappingFile> mappings;
-  for (int i = 3; i < count; ++i) mappings.push_back(load(arguments[i]));
+  for (int i = 3; i < count; ++i) {
+    const std::string argument = arguments[i];
+    if (argument == "--apart" && i + 2 < count) {
+      apart.folder = arguments[++i];
+      apart.size = std::stoul(arguments[++i]);
+    } else if (argument == "--keep" && i + 1 < count) {
+      std::istringstream names(arguments[++i]);
+      for (std::string name; std::getline(names, name, ',');) apart.kept.insert(name);
+    } else {
+      mappings.push_back(load(argument));
+    }
+  }
   for (const MappingFile& mapping : mappings) {
     const bool isKnown =
         mapping.over.empty() || isNumber(mapping.over) || isText(mapping.over) ||
@@ -268,7 +323,7 @@ int run(int count, char** arguments) {
     if (!isKnown) throw Fault{mapping.name + ": over " + mapping.over + ", which is not there"};
   }
   std::ofstream source(arguments[1]), header(arguments[2]);
-  writeSource(mappings, source);
+  writeSource(mappings, apart, source);
   writeHeader(mappings, header);
   if (!source.flush() || !header.flush()) throw Fault{"the output cannot be written"};
   return 0;

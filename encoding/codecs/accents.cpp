@@ -206,7 +206,13 @@ constexpr AccentScheme kAnsel = {&kMap_ansel, false, false},
                        kTcvn = {&kMap_tcvn5712_1, true, true};
 
 constexpr Codec codecFor(const AccentScheme& scheme) {
-  return {1200, {readAccents, &scheme}, {writeAccents, &scheme}, nullptr, true};
+  return {.codePage = 1200,
+          .read = {readAccents, &scheme},
+          .write = {writeAccents, &scheme},
+          .isStateless = true,
+          .mappings = [](const void* parameters, MappingVisitor& visitor) {
+            visitor.visit(*static_cast<const AccentScheme*>(parameters)->mapping);
+          }};
 }
 
 }  // namespace

@@ -6,14 +6,14 @@
 
 #include "encoding/codecs/encoding_row.h"
 #include "encoding/codecs/mapped_tables.h"
+#include "encoding/codecs/mapping_files.h"
 #include "encoding/tables/texts/table_image.h"
 #include "support/publish.h"
 #include "support/utf.h"
 
 namespace {
 
-constexpr unsigned int kMaxMappings = 1024;
-constinit std::atomic<const CodeTable*> g_tables[kMaxMappings];
+constinit std::atomic<const CodeTable*> g_tables[CodeTable::kMaxMappings];
 
 constexpr unsigned char kImageEnd = 0xFF;
 enum Kind : unsigned int { kBoth, kRead, kWrite, kRemove };
@@ -50,10 +50,8 @@ bool isBefore(const CodeTable::OneWay& a, const CodeTable::OneWay& b) {
   return a.scalar < b.scalar;
 }
 
-void splitCode(std::uint32_t code, unsigned int length, unsigned char* bytes) {
-  for (unsigned int i = 0; i < length; ++i) {
-    bytes[i] = static_cast<unsigned char>(code >> 8 * (length - 1 - i));
-  }
+unsigned char byteOf(std::uint32_t code, unsigned int length, unsigned int i) {
+  return static_cast<unsigned char>(code >> 8 * (length - 1 - i));
 }
 
 }  // namespace
@@ -63,7 +61,7 @@ void splitCode(std::uint32_t code, unsigned int length, unsigned char* bytes) {
 CodeTable::Entry CodeTable::find(std::uint32_t code) const {
   const unsigned int length = code > 0xFFFFFF ? 4 : code > 0xFFFF ? 3 : code > 0xFF ? 2 : 1;
   unsigned char bytes[kMaxBytes];
-  splitCode(code, length, bytes);
+  for (unsigned int i = 0; i < length; ++i) bytes[i] = byteOf(code, length, i);
   Entry entry = kNode;
   for (unsigned int i = 0; i < length; ++i) {
     if ((entry & kKind) != kNode) return kNothing;
@@ -179,7 +177,8 @@ bool CodeTable::build(const Mapping& mapping) {
     if (hasFailed() || (mapping.basePage != 0 && !applyPage(mapping.basePage))) return false;
     if (mapping.baseText != nullptr && !applyPieces(mapping.baseText)) return false;
   }
-  if (!apply(mapping.image)) return false;
+  const char* const image = imageOf(mapping);
+  if (image == nullptr || !apply(image)) return false;
   m_hasCounted = m_hasCounted || mapping.hasGb18030Rest;
   return !hasFailed();
 }
@@ -327,9 +326,7 @@ void CodeTable::forget(unsigned int length, std::uint32_t code) {
 
 // Where the entry of a code stands; nodes on the way are made. The root when memory is short.
 CodeTable::Entry& CodeTable::place(unsigned int length, std::uint32_t code) {
-  unsigned char bytes[kMaxBytes] = {};
-  splitCode(code, length, bytes);
-  std::uint32_t at = bytes[0];
+  std::uint32_t at = byteOf(code, length, 0);
   for (unsigned int i = 1; i < length; ++i) {
     Entry entry = m_nodes[at];
     if ((entry & kKind) != kNode) {
@@ -338,7 +335,7 @@ CodeTable::Entry& CodeTable::place(unsigned int length, std::uint32_t code) {
       if (m_nodes.hasFailed()) return m_nodes.at(0);
       m_nodes.at(at) = entry;
     }
-    at = (entry & ~kKind) * 256 + bytes[i];
+    at = (entry & ~kKind) * 256 + byteOf(code, length, i);
   }
   return m_nodes.at(at);
 }

@@ -17,6 +17,7 @@ struct DoubleByteEncoder;
 
 class StringBuffer;
 struct EncodingRow;
+struct MappingFile;
 
 // A mapping file as the build packed it (tools/pack_mappings.cpp).
 //
@@ -28,12 +29,13 @@ struct EncodingRow;
 // one higher than the one before; for each value its distance from the value before plus 1, folded
 // so that small ones of either sign are small.
 struct Mapping {
-  const char* image;
+  const char* image;    // null where the image is in a file of its own
   std::uint16_t index;  // among all mappings
   const Mapping* base;  // what this one changes, or null
   int basePage;         // the code page that it changes, or 0
   bool hasGb18030Rest;  // scalar values without a code have one of four bytes, by counting
   void (*baseText)(StringBuffer& out);  // appends the table text that it changes, or null
+  const MappingFile* file = nullptr;    // has the image; see mapping_files.h
 };
 
 // Built complete, then read by any number of threads.
@@ -70,8 +72,10 @@ class CodeTable {
     bool contains(unsigned int byte) const { return byte >= first && byte <= last; }
   };
   static constexpr unsigned int kMaxBytes = 4;
+  static constexpr unsigned int kMaxMappings = 1024;
 
-  // Null when memory is short, or when the image does not make a table. Built on first use and kept
+  // Null when memory is short, when the image does not make a table, or is in a file that was not
+  // provided (mapping_files.h). Built on first use and kept
   // until releaseCodeTables(). Any thread may call.
   static const CodeTable* open(const Mapping& mapping);
 

@@ -5,6 +5,7 @@
 #include <array>
 #include <cstdint>
 
+#include "encoding/codecs/mapping_visitor.h"
 #include "support/data_buffer.h"
 #include "support/replacement_sink.h"
 
@@ -76,6 +77,8 @@ struct Codec {
   std::uint32_t (*approximate)(const void* parameters, std::uint32_t scalar) = nullptr;
   // Reading: the most units of UTF-16 that a text has for each byte.
   std::uint8_t unitsPerByte = 1;
+  // Tells all mappings that read and write look up; parameters are those of read. Null for none.
+  void (*mappings)(const void* parameters, MappingVisitor& visitor) = nullptr;
 };
 
 // Converts a whole text. False when something had no form or memory is short; a length of 0 or less

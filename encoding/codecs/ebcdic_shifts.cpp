@@ -289,3 +289,9 @@ std::uint32_t approximateShifted(const void* parameters, std::uint32_t scalar) {
   }
   return 0;
 }
+
+void visitShifted(const void* parameters, MappingVisitor& visitor) {
+  const auto& sets = *static_cast<const ShiftedSets*>(parameters);
+  if (sets.singles != nullptr) visitor.visit(*sets.singles);
+  visitor.visit(*sets.pairs);
+}

@@ -21,6 +21,7 @@ unsigned int writeShifted(const void* parameters, const unsigned char* data, uns
                           bool last, CodecState& state, DataBuffer& out, ReplacementSink* sink);
 // What one of the sets only writes; see Codec::approximate.
 std::uint32_t approximateShifted(const void* parameters, std::uint32_t scalar);
+void visitShifted(const void* parameters, MappingVisitor& visitor);
 
 template <const Mapping& singles, const Mapping& pairs>
 inline constexpr ShiftedSets kShiftedSets = {&singles, &pairs};
@@ -28,7 +29,8 @@ template <const Mapping& singles, const Mapping& pairs>
 inline constexpr Codec kShiftedCodec = {.codePage = 1200,
                                         .read = {readShifted, &kShiftedSets<singles, pairs>},
                                         .write = {writeShifted, &kShiftedSets<singles, pairs>},
-                                        .approximate = approximateShifted};
+                                        .approximate = approximateShifted,
+                                        .mappings = visitShifted};
 
 template <const Mapping& pairs>
 inline constexpr ShiftedSets kPairsOnly = {nullptr, &pairs};
@@ -37,6 +39,7 @@ inline constexpr Codec kPairsCodec = {.codePage = 1200,
                                       .read = {readShifted, &kPairsOnly<pairs>},
                                       .write = {writeShifted, &kPairsOnly<pairs>},
                                       .isStateless = true,
-                                      .approximate = approximateShifted};
+                                      .approximate = approximateShifted,
+                                        .mappings = visitShifted};
 
 #endif  // ENCODING_CODECS_EBCDIC_SHIFTS_H_

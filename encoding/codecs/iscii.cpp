@@ -260,3 +260,8 @@ std::uint32_t approximateIscii(const void*, std::uint32_t scalar) {
   const CodeTable* const table = CodeTable::open(kScripts[block].mapping);
   return table == nullptr ? 0 : table->approximationOf(scalar);
 }
+
+// A text may change to any script.
+void visitIscii(const void*, MappingVisitor& visitor) {
+  for (const auto& script : kScripts) visitor.visit(script.mapping);
+}

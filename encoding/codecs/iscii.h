@@ -31,6 +31,7 @@ unsigned int writeIscii(const void* parameters, const unsigned char* data, unsig
                         bool last, CodecState& state, DataBuffer& out, ReplacementSink* sink);
 // What a script only writes; see Codec::approximate.
 std::uint32_t approximateIscii(const void* parameters, std::uint32_t scalar);
+void visitIscii(const void* parameters, MappingVisitor& visitor);
 
 template <IsciiScript script>
 inline constexpr IsciiSettings kIsciiSettings = {script};
@@ -38,6 +39,7 @@ template <IsciiScript script>
 inline constexpr Codec kIsciiCodec = {.codePage = 1200,
                                       .read = {readIscii, &kIsciiSettings<script>},
                                       .write = {writeIscii, &kIsciiSettings<script>},
-                                      .approximate = approximateIscii};
+                                      .approximate = approximateIscii,
+                                      .mappings = visitIscii};
 
 #endif  // ENCODING_CODECS_ISCII_H_

@@ -527,3 +527,12 @@ unsigned int writeIso2022(const void* parameters, const unsigned char* data, uns
                           bool last, CodecState& state, DataBuffer& out, ReplacementSink* sink) {
   return runCodec<Writer>(parameters, data, length, last, state, out, sink);
 }
+
+void visitIso2022(const void* parameters, MappingVisitor& visitor) {
+  const auto& scheme = *static_cast<const Iso2022*>(parameters);
+  const auto visit = [&](const GraphicSet* set) {
+    if (set != nullptr && set->mapping != nullptr) visitor.visit(*set->mapping);
+  };
+  visit(scheme.right);
+  for (std::size_t i = 0; i < scheme.designationCount; ++i) visit(scheme.designations[i].set);
+}

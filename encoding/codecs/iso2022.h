@@ -50,5 +50,6 @@ unsigned int readIso2022(const void* parameters, const unsigned char* data, unsi
                          bool last, CodecState& state, DataBuffer& out, ReplacementSink* sink);
 unsigned int writeIso2022(const void* parameters, const unsigned char* data, unsigned int length,
                           bool last, CodecState& state, DataBuffer& out, ReplacementSink* sink);
+void visitIso2022(const void* parameters, MappingVisitor& visitor);
 
 #endif  // ENCODING_CODECS_ISO2022_H_

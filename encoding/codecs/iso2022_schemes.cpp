@@ -59,7 +59,10 @@ constexpr Iso2022 chinese(const Designation (&designations)[count]) {
   return {designations, count, true, 2};
 }
 constexpr Codec codecFor(const Iso2022& scheme) {
-  return {1200, {readIso2022, &scheme}, {writeIso2022, &scheme}};
+  return {.codePage = 1200,
+          .read = {readIso2022, &scheme},
+          .write = {writeIso2022, &scheme},
+          .mappings = visitIso2022};
 }
 
 constexpr bool kOnlyRead = false;

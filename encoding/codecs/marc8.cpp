@@ -325,4 +325,10 @@ unsigned int run(const void* parameters, const unsigned char* data, unsigned int
 
 }  // namespace
 
-extern const Codec kMarc8Codec = {1200, run<Reader>, run<Writer>};
+extern const Codec kMarc8Codec = {.codePage = 1200,
+                                  .read = run<Reader>,
+                                  .write = run<Writer>,
+                                  .mappings = [](const void*, MappingVisitor& visitor) {
+                                    visitor.visit(kMap_ansel);
+                                    visitor.visit(kMap_marc_8);
+                                  }};

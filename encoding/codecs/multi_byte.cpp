@@ -269,3 +269,11 @@ std::uint32_t approximateMultiByte(const void* parameters, std::uint32_t scalar)
 std::uint32_t approximateRuled(const void* parameters, std::uint32_t scalar) {
   return approximateMultiByte(&static_cast<const RuledMapping*>(parameters)->mapping, scalar);
 }
+
+void visitMultiByte(const void* parameters, MappingVisitor& visitor) {
+  visitor.visit(*static_cast<const Mapping*>(parameters));
+}
+
+void visitRuled(const void* parameters, MappingVisitor& visitor) {
+  visitor.visit(static_cast<const RuledMapping*>(parameters)->mapping);
+}

@@ -14,6 +14,7 @@ unsigned int writeMultiByte(const void* parameters, const unsigned char* data, u
                             bool last, CodecState& state, DataBuffer& out, ReplacementSink* sink);
 // What the mapping only writes; see Codec::approximate.
 std::uint32_t approximateMultiByte(const void* parameters, std::uint32_t scalar);
+void visitMultiByte(const void* parameters, MappingVisitor& visitor);
 
 // How many bytes a malformed piece has that begins with these, of which `known` (1 to 4) can be
 // seen; last: nothing follows them. 0: what follows decides.
@@ -38,6 +39,7 @@ unsigned int writeRuled(const void* parameters, const unsigned char* data, unsig
                         bool last, CodecState& state, DataBuffer& out, ReplacementSink* sink);
 
 std::uint32_t approximateRuled(const void* parameters, std::uint32_t scalar);
+void visitRuled(const void* parameters, MappingVisitor& visitor);
 
 template <const Mapping& mapping, std::uint8_t unitsPerByte = 1>
 inline constexpr Codec kMultiByteCodec = {.codePage = 1200,
@@ -45,13 +47,15 @@ inline constexpr Codec kMultiByteCodec = {.codePage = 1200,
                                           .write = {writeMultiByte, &mapping},
                                           .isStateless = true,
                                           .approximate = approximateMultiByte,
-                                          .unitsPerByte = unitsPerByte};
+                                          .unitsPerByte = unitsPerByte,
+                                          .mappings = visitMultiByte};
 
 template <const RuledMapping& mapping>
 inline constexpr Codec kRuledCodec = {.codePage = 1200,
                                       .read = {readRuled, &mapping},
                                       .write = {writeRuled, &mapping},
                                       .isStateless = true,
-                                      .approximate = approximateRuled};
+                                      .approximate = approximateRuled,
+                                      .mappings = visitRuled};
 
 #endif  // ENCODING_CODECS_MULTI_BYTE_H_

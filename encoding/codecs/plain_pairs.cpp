@@ -84,3 +84,7 @@ unsigned int writePlainPairs(const void* parameters, const unsigned char* data, 
                              bool last, CodecState& state, DataBuffer& out, ReplacementSink* sink) {
   return run<Writer>(parameters, data, length, last, state, out, sink);
 }
+
+void visitPlainPairs(const void* parameters, MappingVisitor& visitor) {
+  visitor.visit(static_cast<const PlainPairs*>(parameters)->mapping);
+}

@@ -19,11 +19,13 @@ unsigned int readPlainPairs(const void* parameters, const unsigned char* data, u
                             bool last, CodecState& state, DataBuffer& out, ReplacementSink* sink);
 unsigned int writePlainPairs(const void* parameters, const unsigned char* data, unsigned int length,
                              bool last, CodecState& state, DataBuffer& out, ReplacementSink* sink);
+void visitPlainPairs(const void* parameters, MappingVisitor& visitor);
 
 template <const PlainPairs& pairs>
 inline constexpr Codec kPlainPairsCodec = {.codePage = 1200,
                                            .read = {readPlainPairs, &pairs},
                                            .write = {writePlainPairs, &pairs},
-                                           .isStateless = true};
+                                           .isStateless = true,
+                                           .mappings = visitPlainPairs};
 
 #endif  // ENCODING_CODECS_PLAIN_PAIRS_H_

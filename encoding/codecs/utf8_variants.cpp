@@ -51,13 +51,13 @@ const unsigned char* findByte(const unsigned char* p, const unsigned char* limit
   const std::ptrdiff_t vector = unitSize * std::ptrdiff_t{kVector};
   for (; limit - p >= vector; p += vector) {
     const unsigned int count = countLow(test(unitSize == 1 ? Bytes16::load(p) : loadHighBytes(p)));
-    if (count != kVector) return p + unitSize * std::ptrdiff_t{count};
+    if (count != kVector) return p + unitSize * static_cast<std::ptrdiff_t>(count);
   }
   // The rest is looked at in a vector of its own.
   unsigned char rest[2 * kVector] = {};
   std::copy(p, limit, rest);
   const Bytes16 bytes = unitSize == 1 ? Bytes16::load(rest) : loadHighBytes(rest);
-  return p + std::min(unitSize * std::ptrdiff_t{countLow(test(bytes))}, limit - p);
+  return p + std::min(unitSize * static_cast<std::ptrdiff_t>(countLow(test(bytes))), limit - p);
 }
 
 struct Reader : CodecRun {

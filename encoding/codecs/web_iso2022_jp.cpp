@@ -239,4 +239,5 @@ std::uint32_t approximate(const void* parameters, std::uint32_t scalar) {
 extern const Codec kWebIso2022JpCodec = {.codePage = 1200,
                                          .read = {run<Reader>, &kMap_web_euc_jp},
                                          .write = {run<Writer>, &kMap_web_euc_jp},
-                                         .approximate = approximate};
+                                         .approximate = approximate,
+                                         .mappings = visitMultiByte};

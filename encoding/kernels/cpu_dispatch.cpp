@@ -7,9 +7,13 @@
 
 #if defined(__x86_64__)
 #include "encoding/kernels/x86/forms.h"
+#elif defined(__aarch64__) && __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
+#include "encoding/kernels/arm/forms.h"
+#elif defined(__wasm_simd128__)
+#include "encoding/kernels/wasm/forms.h"
 #else
 namespace fast {
-constexpr std::array<KernelForm, 0> kProcessorForms;
+constexpr std::array<KernelForm, 0> kProcessorForms{};
 }
 #endif
 

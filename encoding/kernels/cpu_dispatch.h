@@ -16,8 +16,8 @@ struct KernelForm {
 };
 
 // The best kernels that this processor can run; chosen on the first call. The environment variable
-// ENCCONV_KERNELS may then name another form: scalar, sse4 or avx2. A name that is unknown, or not
-// for this processor, is ignored. Any thread may call.
+// ENCCONV_KERNELS may then name another form: scalar, sse4, avx2 or neon. A name that is unknown,
+// or not for this processor, is ignored. Any thread may call.
 const Kernels& kernels();
 
 // All that this processor can run: the best first, the scalar ones last.

@@ -31,6 +31,10 @@
 #if defined(__AVX2__)
 #include "encoding/kernels/x86/lanes32.h"
 #endif
+#elif defined(__aarch64__) && __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
+#include "encoding/kernels/arm/lanes16.h"
+#elif defined(__wasm_simd128__)
+#include "encoding/kernels/wasm/lanes16.h"
 #else
 #include "encoding/kernels/lanes.h"
 
@@ -38,7 +42,7 @@ namespace fast {
 namespace {  // NOLINT(cert-dcl59-cpp): see above
 inline std::uint32_t topBits(Bytes16 a) {
   std::uint32_t bits = 0;
-  for (unsigned int i = 0; i < 16; ++i) bits |= (a.native()[i] >> 7u) << i;
+  for (unsigned int i = 0; i < 16; ++i) bits |= std::uint32_t{a.native()[i]} >> 7 << i;
   return bits;
 }
 inline bool areDisjointBytes(Bytes16 a, Bytes16 b) {

@@ -1,5 +1,5 @@
-// NorvaneBzip2 for a library that may need nothing but the C library: the decoder of libbz2 comes
-// with calls that not every C library has. It reads the images of our own tables, one stream each,
+// NorvaneBzip2 without libbz2: for a library that may need nothing but the C library, and where there
+// is no libbz2. It reads the images of our own tables, one stream each,
 // which are part of the library, so their checksums are not looked at.
 #include <algorithm>
 #include <cstdint>

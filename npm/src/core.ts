@@ -1,0 +1,219 @@
+// The core in WebAssembly: loading it, and memory and texts on their way to it and back.
+import type { Platform, WebAssemblySource } from "./platform.js";
+import type { Bytes, InitOptions } from "./types.js";
+
+/** A place in the memory of the core; a number up to 2^32. */
+export type Pointer = number;
+
+/** What the core exports (npm/native). */
+export interface Exports {
+  memory: WebAssembly.Memory;
+  _initialize?(): void;
+  allocate(size: number): Pointer;
+  release(block: Pointer): void;
+  outputBegin(): Pointer;
+  outputSize(): number;
+  shrinkOutput(): void;
+  version(): void;
+  encodings(): void;
+  findEncoding(name: Pointer, length: number): number;
+  missingTables(encoding: number): void;
+  provideTable(name: Pointer, length: number, bytes: Pointer, size: number): number;
+  detect(bytes: Pointer, size: number, isBeginning: number): void;
+  findTreatment(name: Pointer, length: number): number;
+  alternateOf(treatment: number): number;
+  makeConversion(): Pointer;
+  deleteConversion(conversion: Pointer): void;
+  beginConversion(conversion: Pointer, from: number, to: number, treatment: number, flags: number,
+                  maxProblems: number): number;
+  pushPiece(conversion: Pointer, data: Pointer, size: number, isLast: number): number;
+  problemRows(conversion: Pointer): Pointer;
+  problemRowCount(conversion: Pointer): number;
+  forgetProblems(conversion: Pointer): void;
+  problemCount(conversion: Pointer): number;
+  approximationCount(conversion: Pointer): number;
+  makeRawReader(format: Pointer, length: number): Pointer;
+  pushRecords(reader: Pointer, piece: Pointer, size: number, isLast: number): void;
+  deleteRawReader(reader: Pointer): void;
+  makeRowReader(format: Pointer, formatLength: number, fields: Pointer, fieldsLength: number,
+                encoding: number, errors: Pointer, errorsLength: number, trim: number): Pointer;
+  pushRows(reader: Pointer, piece: Pointer, size: number, isLast: number): void;
+  deleteRowReader(reader: Pointer): void;
+  describeFields(fields: Pointer, length: number): number;
+  writeRows(format: Pointer, formatLength: number, fields: Pointer, fieldsLength: number,
+            encoding: number, errors: Pointer, errorsLength: number, lines: Pointer,
+            linesLength: number): number;
+}
+
+/** Input beyond this is copied to the core piece by piece, so that its memory stays small. */
+export const kPieceSize = 1 << 20;
+
+const utf8Encoder = new TextEncoder();
+const utf8Decoder = new TextDecoder();
+
+let platform: Platform;
+/** Is called once, by the module for the engine at hand. */
+export function setPlatform(ours: Platform): void {
+  platform = ours;
+}
+
+let exports: Exports | undefined;
+/** The core; throws before init(). */
+export function core(): Exports {
+  if (exports === undefined) throw new Error("encconv: await init() first");
+  return exports;
+}
+
+export function viewOf(bytes: Bytes): Uint8Array {
+  if (bytes instanceof Uint8Array) return bytes;
+  if (ArrayBuffer.isView(bytes)) {
+    return new Uint8Array(bytes.buffer, bytes.byteOffset, bytes.byteLength);
+  }
+  if (bytes instanceof ArrayBuffer || Object.prototype.toString.call(bytes) === "[object ArrayBuffer]") {
+    return new Uint8Array(bytes);
+  }
+  throw new TypeError("encconv: bytes must be a Uint8Array, another view or an ArrayBuffer");
+}
+
+// ---- Memory. ----
+
+// A view of the memory is good until the memory grows.
+let view = new Uint8Array(0);
+export function memoryView(): Uint8Array {
+  const buffer = core().memory.buffer;
+  if (view.buffer !== buffer) view = new Uint8Array(buffer);
+  return view;
+}
+
+// Where input is put. One block, which is used again.
+let input: Pointer = 0;
+let inputCapacity = 0;
+/** A place for so many bytes of input, until the next call. */
+export function inputPlace(size: number): Pointer {
+  if (size <= inputCapacity) return input;
+  const { allocate, release } = core();
+  if (input !== 0) release(input);
+  inputCapacity = Math.max(size, 64 * 1024);
+  input = allocate(inputCapacity) >>> 0;
+  if (input === 0) {
+    inputCapacity = 0;
+    throw new RangeError("encconv: out of memory");
+  }
+  return input;
+}
+/** Puts bytes there. */
+export function putBytes(bytes: Uint8Array): Pointer {
+  const place = inputPlace(bytes.length);
+  memoryView().set(bytes, place);
+  return place;
+}
+/** Puts UTF-16 units of a string there, two bytes each. */
+export function putUnits(text: string): Pointer {
+  const place = inputPlace(text.length * 2);
+  platform.writeUtf16(text, core().memory.buffer, place);
+  return place;
+}
+/** Gives the memory of large input and output back to the core. */
+export function shrink(): void {
+  if (inputCapacity > 4 * kPieceSize) {
+    core().release(input);
+    input = inputCapacity = 0;
+  }
+  if (core().outputSize() > 8 * kPieceSize) core().shrinkOutput();
+}
+
+/** Calls with texts as UTF-8, each by its place and length. */
+export function withTexts<Result>(texts: string[], call: (...places: number[]) => Result): Result {
+  const all = texts.map((text) => utf8Encoder.encode(text));
+  let place = inputPlace(all.reduce((sum, bytes) => sum + bytes.length, 1));
+  const places: number[] = [];
+  for (const bytes of all) {
+    memoryView().set(bytes, place);
+    places.push(place, bytes.length);
+    place += bytes.length;
+  }
+  return call(...places);
+}
+
+/** A copy of the output. */
+export function outputBytes(): Uint8Array {
+  const begin = core().outputBegin() >>> 0;
+  return memoryView().slice(begin, begin + core().outputSize());
+}
+/** The output, which is UTF-16. */
+export function outputUnits(): string {
+  const size = core().outputSize() >>> 0;
+  if (size === 0) return "";
+  return platform.readUtf16(core().memory.buffer, core().outputBegin() >>> 0, size);
+}
+/** The output, which is UTF-8. */
+export function outputText(): string {
+  return utf8Decoder.decode(outputBytes());
+}
+
+// ---- Loading. ----
+
+// What the core wants of its surroundings: nothing. These answer what the C library asks.
+function imports(): WebAssembly.Imports {
+  const kSuccess = 0, kNoSuchThing = 8;
+  const putZeros = (...places: Pointer[]) => {
+    const memory = new DataView(core().memory.buffer);
+    for (const place of places) memory.setUint32(place >>> 0, 0, true);
+    return kSuccess;
+  };
+  const fail = (what: string) => () => {
+    throw new Error(`encconv: the core stopped (${what})`);
+  };
+  return {
+    env: { emscripten_notify_memory_growth() {} },
+    wasi_snapshot_preview1: {
+      environ_sizes_get: putZeros,
+      environ_get: () => kSuccess,
+      fd_close: () => kNoSuchThing,
+      fd_read: () => kNoSuchThing,
+      fd_seek: () => kNoSuchThing,
+      fd_write: () => kNoSuchThing,
+      proc_exit: fail("proc_exit"),
+    },
+  };
+}
+
+type Source = Uint8Array | WebAssemblySource;
+async function compile(source: Source): Promise<WebAssembly.Module> {
+  if (source instanceof WebAssembly.Module) return source;
+  if (source instanceof Uint8Array) return WebAssembly.compile(source);
+  if (!source.ok) throw new Error(`encconv: the core could not be loaded: ${source.status} ${source.url}`);
+  // Servers that do not know the type of the file are no reason to fail.
+  return WebAssembly.compile(await source.arrayBuffer());
+}
+
+async function sourceOf(given: InitOptions["core"]): Promise<Source> {
+  const wanted = await given;
+  if (wanted === undefined) return platform.readFile("core.wasm");
+  if (typeof wanted === "string" || wanted instanceof URL) return fetch(wanted);
+  if (wanted instanceof WebAssembly.Module) return wanted;
+  if (typeof Response !== "undefined" && wanted instanceof Response) return wanted;
+  return viewOf(wanted as Bytes);
+}
+
+let tables: NonNullable<InitOptions["tables"]> = (file) =>
+  platform.readFile(`tables/${file}`) as Uint8Array | Promise<Uint8Array>;
+/** The bytes of a table file, or a promise of them. */
+export function readTable(file: string): Bytes | Promise<Bytes> {
+  return tables(file);
+}
+
+let loading: Promise<void> | undefined;
+/** Loads the core. Everything else waits for it. Further calls wait for the first. */
+export function init(options: InitOptions = {}): Promise<void> {
+  if (options.tables !== undefined) tables = options.tables;
+  loading ??= (async () => {
+    const module = await compile(await sourceOf(options.core));
+    const instance = await WebAssembly.instantiate(module, imports());
+    exports = instance.exports as unknown as Exports;
+    exports._initialize?.();
+  })();
+  // A failure, as of the network, is not for good.
+  loading.catch(() => (loading = undefined));
+  return loading;
+}

@@ -1,0 +1,9 @@
+// The interface, whatever the engine: node.ts and web.ts add what differs.
+export { init } from "./core.js";
+export { detect, encodings, findEncoding, isLoaded, load, TablesMissingError } from "./encodings.js";
+export {
+  canEncode, ConversionError, convert, Converter, converterStream, convertReport, decode, Decoder,
+  decodeReport, decoderStream, encode, Encoder, encodeReport, encoderStream,
+} from "./conversions.js";
+export { rawRecords, RecordError, records, RowReader, writeRecords } from "./records.js";
+export type * from "./types.js";

@@ -1,0 +1,13 @@
+// What differs between Node.js and browsers: where files come from, and how strings are made.
+
+export interface Platform {
+  /** A file of the package. A promise where it cannot be had at once. */
+  readFile(name: string): Uint8Array | WebAssemblySource | Promise<Uint8Array | WebAssemblySource>;
+  /** The string of UTF-16, little endian, in memory. */
+  readUtf16(memory: ArrayBuffer, begin: number, bytes: number): string;
+  /** Puts a string into memory as UTF-16, little endian. */
+  writeUtf16(text: string, memory: ArrayBuffer, begin: number): void;
+}
+
+/** What a core can be made of besides its bytes. */
+export type WebAssemblySource = WebAssembly.Module | Response;
