@@ -22,7 +22,7 @@ export function CandidatesCard({ open, onChoose }: CandidatesCardProps) {
   const candidates = inspection!.candidates;
   return (
     <Card title={file.name}>
-      <p class="verdict" aria-live="polite">
+      <p class="verdict">
         <Verdict inspection={inspection!} />
       </p>
       {candidates.length > 0 && (

@@ -18,6 +18,9 @@ export function FilesView({ files }: { files: Files }) {
       {list.length > 0 && (
         <FileList list={list} shown={shown} onShow={setShownId} onRemove={remove} />
       )}
+      <p class="unseen" role="status">
+        {shown && `${shown.file.name}: ${summary(shown)}`}
+      </p>
       {shown && <FileCards key={shown.id} open={shown} onChoose={choose} />}
       {list.some(({ reading }) => reading) && <ConvertCard list={list} />}
     </>
@@ -102,7 +105,7 @@ interface FileCardsProps {
 function FileCards({ open, onChoose }: FileCardsProps) {
   const { inspection, reading, file } = open;
   if (open.error) return <Failure message={`${file.name} cannot be read: ${open.error}`} />;
-  if (!inspection) return <p aria-live="polite">Looking at {file.name}…</p>;
+  if (!inspection) return <p>Looking at {file.name}…</p>;
   if (file.size === 0) {
     return (
       <Card title={file.name}>
