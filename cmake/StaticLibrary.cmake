@@ -1,7 +1,7 @@
 # The static library: engine and interface as one object in which every name but those of the
 # interface is local, so that programs may have a DataBuffer, or anything else, of their own.
 set(objects $<TARGET_OBJECTS:encconv_interface> $<TARGET_OBJECTS:encconv_engine>)
-if(ENCCONV_SANITIZE OR ENCCONV_COVERAGE)
+if(ENCCONV_SANITIZE OR ENCCONV_COVERAGE OR EMSCRIPTEN)
   # Nobody installs it.
 elseif(CMAKE_OBJCOPY AND UNIX AND NOT APPLE)
   # Groups are dissolved: the linker would take one of ours for a program's of the same name.
