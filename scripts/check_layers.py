@@ -31,6 +31,8 @@ LAYERS = [
     ("apps", ["apps/"], ["include", "support", "names", "engine", "stream", "detect"]),
     ("python", ["python/"], ["include", "support", "kernel tables", "kernels", "codecs", "engine", "stream",
                              "interface"]),
+    ("npm", ["npm/"], ["include", "support", "kernel tables", "kernels", "codecs", "engine", "stream",
+                       "interface"]),
     ("tools", ["tools/"], ["support", "codecs", "engine"]),
     ("examples", ["examples/"], ["include"]),
 ]

@@ -3,6 +3,7 @@
 // which are part of the library, so their checksums are not looked at.
 #include <algorithm>
 #include <cstdint>
+#include <cstring>
 #include <memory>
 #include <new>
 
@@ -154,8 +155,9 @@ class Decompressor {
       while (m_in.bit()) {
         if (++place >= tables) return false;
       }
-      std::rotate(order, order + place, order + place + 1);
-      m_selectors[i] = order[0];
+      const std::uint8_t table = order[place];
+      std::memmove(order + 1, order, place);
+      m_selectors[i] = order[0] = table;
     }
     for (unsigned int i = 0; i < tables; ++i) {
       if (!m_tables[i].read(m_in, m_inUse + 2)) return false;

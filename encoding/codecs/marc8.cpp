@@ -259,7 +259,7 @@ struct Writer : Direction<UnitWriter> {
     // Of the letter, which may be taken apart.
     const unsigned char letterSet =
         place.set == kAnsel && ((place.code & 0xFF) < 0x80) ? kAscii : place.set;
-    Place marks[kMaxMarks];
+    Place marks[kMaxMarks + 1];
     unsigned int length = character.length, count = 0;
     const unsigned int before = place.set == kEacc || place.code <= 0xFF ? 0
                                 : place.code <= 0xFFFF                   ? 1

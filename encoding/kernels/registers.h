@@ -12,6 +12,9 @@
 //   subtractSaturated(a, b)   a - b of bytes, not below 0
 //   lookup16(table, places)   bytes of a 16-byte table, in each 16 bytes of a register for itself;
 //                             places up to 15, or from 80 for 0
+//   lookUpRows<n>(p, bytes)   bytes of n rows of 16 bytes at p, n being 4, 8 or 16; bits of the
+//   bytes
+//                             that n rows do not need count for nothing
 //   loadEachPart(p, a)        16 bytes from memory, in each 16 bytes of a register
 //   multiplyAddPairs(a, b)    a[0] * b[0] + a[1] * b[1] of each two bytes, below 8000
 //   interleaveLow(a, b)       the bytes or units of a and b in turns, of the first half of each 16
@@ -30,6 +33,9 @@
 #include "encoding/kernels/x86/lanes16.h"
 #if defined(__AVX2__)
 #include "encoding/kernels/x86/lanes32.h"
+#endif
+#if defined(__SSE4_2__)
+#include "encoding/kernels/x86/rows.h"
 #endif
 #elif defined(__aarch64__) && __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
 #include "encoding/kernels/arm/lanes16.h"

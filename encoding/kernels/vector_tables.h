@@ -7,36 +7,13 @@
 namespace fast {
 namespace {  // NOLINT(cert-dcl59-cpp): internal linkage, see lanes.h
 
-// ---- Single-byte code pages: tables of 256 bytes in shuffles. ----
-
-// Looks every byte up in kRows rows of 16 table entries: each row by the lower half of the byte,
-// then the right row by the bits of the upper half, a pair of rows at a time. Bits that the rows do
-// not need, those of 16 * kRows and up, count for nothing.
-template <class V, unsigned int kRows>
-[[gnu::always_inline]] inline typename V::Bytes lookUpRows(const std::uint8_t* table,
-                                                           typename V::Bytes bytes) {
-  using Bytes = typename V::Bytes;
-  const Bytes lower = bytes & 0x0F;
-  Bytes rows[kRows];
-  for (unsigned int i = 0; i < kRows; ++i) {
-    loadEachPart(table + 16 * i, rows[i]);
-    rows[i] = lookup16(rows[i], lower);
-  }
-  int shift = 3;  // takes the bit that decides to the top of each byte
-  for (unsigned int count = kRows / 2; count != 0; count /= 2, --shift) {
-    const Bytes bits = as<Bytes>(as<typename V::Units>(bytes) << shift);
-    for (unsigned int i = 0; i < count; ++i) {
-      rows[i] = selectByTopBit(bits, rows[2 * i + 1], rows[2 * i]);
-    }
-  }
-  return rows[0];
-}
+// ---- Single-byte code pages: tables of 256 bytes in registers. ----
 
 // Looks every byte up in the last kRows rows of a table of all bytes. Bytes below these get any
 // value.
 template <class V, unsigned int kRows>
 inline typename V::Bytes lookUp(const std::uint8_t (&table)[256], typename V::Bytes bytes) {
-  return lookUpRows<V, kRows>(table + 256 - 16 * kRows, bytes);
+  return lookUpRows<kRows>(table + 256 - 16 * kRows, bytes);
 }
 
 // The lower and upper halves of the units of all bytes.
@@ -215,9 +192,9 @@ struct Utf16ToSingleByte {
     // Of these masks the top bits count: a range is half of the units with one upper byte.
     const Bytes isLower = equal(high, 0) & ~low;
     const Bytes isMain = equal(high, table.mainRange >> 8) & ~(low ^ (table.mainRange & 0xFFu));
-    Bytes result = table.isAscii ? low : lookUpRows<V, 8>(table.bytes, low);
+    Bytes result = table.isAscii ? low : lookUpRows<8>(table.bytes, low);
     if (topBits(isMain) != 0) {
-      result = selectByTopBit(isMain, lookUpRows<V, 8>(table.bytes + table.mainRange, low), result);
+      result = selectByTopBit(isMain, lookUpRows<8>(table.bytes + table.mainRange, low), result);
     }
     result.store(out);
     const Bytes isFound = (isLower | isMain) & ~equal(result, 0);

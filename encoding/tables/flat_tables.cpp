@@ -4,6 +4,7 @@
 #include <bitset>
 #include <iterator>
 #include <memory>
+#include <type_traits>
 
 #include "encoding/codecs/mapped_tables.h"
 #include "encoding/codecs/vietnamese.h"
@@ -27,6 +28,11 @@ struct FlatSlots {
 };
 FlatSlots g_slots[kMaxTableSlots];
 
+// Whether the published maps of a row are not what its texts mean.
+bool hasOtherMaps(const EncodingRow& row) {
+  return row.appendText != nullptr && row.text != nullptr && zvIsBigEndian();
+}
+
 // The published table of a slot: made of the row's mapping, where it has one, else by fill(row,
 // base table, table). Null when memory is short, or when a flat table will not do.
 template <class Table, class Base, class Fill>
@@ -36,6 +42,13 @@ const Table* publishOf(std::atomic<const Table*>& slot, const EncodingRow& row,
     if (row.mapping != nullptr) {
       const CodeTable* const mapping = CodeTable::open(*row.mapping);
       return mapping != nullptr && fillFromMapping(*mapping, table);
+    }
+    if constexpr (std::is_same_v<Base, HashConvert>) {
+      if (hasOtherMaps(row)) {
+        const bool fromUnicode = &base == &tableSlots(row).fromUnicode;
+        const std::unique_ptr<HashConvert> meant = buildMeantMap(row, fromUnicode);
+        return meant != nullptr && fill(row, *meant, table);
+      }
     }
     const Base* const source = base.load(std::memory_order_acquire);
     return source != nullptr && fill(row, *source, table);

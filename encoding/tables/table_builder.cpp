@@ -7,7 +7,8 @@
 #include "encoding/tables/texts/table_image.h"
 #include "support/zv_base.h"
 
-void buildHash(const char* tableText, HashConvert& map, bool fromUnicode, LogBase& log) {
+void buildHash(const char* tableText, HashConvert& map, bool fromUnicode, LogBase& log,
+               DifferenceKeys keys) {
   if (tableText == nullptr || tableText[0] == 0) return;
   DataBuffer buffer;
   unpackTableImage(tableText, buffer);
@@ -21,7 +22,7 @@ void buildHash(const char* tableText, HashConvert& map, bool fromUnicode, LogBas
   if (image[1] != 'd') {
     buildFromComplete(image + 2, map, fromUnicode, log);
   } else if (fromUnicode) {
-    buildFromDiffs(image + 2, map, log);
+    buildFromDiffs(image + 2, map, log, keys);
   }
   map.m_tableKind = fromUnicode ? 1 : 2;
 }
@@ -59,18 +60,24 @@ void buildFromComplete(const unsigned char* records, HashConvert& map, bool from
   }
 }
 
-void buildFromDiffs(const unsigned char* records, HashConvert& map, LogBase& log) {
-  // The keys are used as they lie in the image, low byte first, whatever the host's order.
+void buildFromDiffs(const unsigned char* records, HashConvert& map, LogBase& log,
+                    DifferenceKeys keys) {
+  const bool bigEndian = keys == DifferenceKeys::kHostOrder && zvIsBigEndian();
+  unsigned char key[2];
+  const auto remove = [&](const unsigned char* unit) {
+    zvStoreHostUnit(key, static_cast<std::uint16_t>(loadImageU16(unit)), bigEndian);
+    map.hcRemove(key);
+  };
   map.m_overflow = 1;
   const unsigned char* p = records;
-  for (; loadImageU16(p) != 0; p += 2) map.hcRemove(p);
+  for (; loadImageU16(p) != 0; p += 2) remove(p);
   for (p += 2; p[0] != 0; p += 3) {
-    map.hcRemove(p + 1);
-    map.hcInsert(p + 1, p, 21, log);
+    remove(p + 1);
+    map.hcInsert(key, p, 21, log);
   }
   for (++p; loadImageU16(p) != 0; p += 4) {
-    map.hcRemove(p + 2);
-    map.hcInsert(p + 2, p, 22, log);
+    remove(p + 2);
+    map.hcInsert(key, p, 22, log);
   }
 }
 

@@ -37,7 +37,8 @@ void releaseTable(std::atomic<Table*>& slot) {
 // A new map of the row's table text or texts in one direction; the caller owns it. Null when memory
 // is short, also when it ran out half way: an incomplete table would be taken for the whole one
 // until teardown. A text that does not decode gives a map without entries.
-HashConvert* buildMap(const EncodingRow& row, bool fromUnicode, LogBase& log) {
+HashConvert* buildMap(const EncodingRow& row, bool fromUnicode, LogBase& log,
+                      DifferenceKeys keys = DifferenceKeys::kLowByteFirst) {
   HashConvert* map = HashConvert::createNewObject(row.number);
   if (map == nullptr) return nullptr;
   map->hcInitialize(fromUnicode ? row.fromUnicodeSize : row.toUnicodeSize);
@@ -47,7 +48,7 @@ HashConvert* buildMap(const EncodingRow& row, bool fromUnicode, LogBase& log) {
     if (text.hasFailed()) map->latchFailure();
     buildHash(text.getString(), *map, fromUnicode, log);
   }
-  if (row.text != nullptr) buildHash(row.text, *map, fromUnicode, log);
+  if (row.text != nullptr) buildHash(row.text, *map, fromUnicode, log, keys);
   if (map->hasFailed()) delete std::exchange(map, nullptr);
   return map;
 }
@@ -130,6 +131,18 @@ bool ensureBestFit(const EncodingRow& row, LogBase& log) {
   }
   publishTable(slot, map);
   return true;
+}
+
+std::unique_ptr<HashConvert> buildMeantMap(const EncodingRow& row, bool fromUnicode) {
+  LogBase silent;
+  std::unique_ptr<HashConvert> map(buildMap(row, true, silent, DifferenceKeys::kHostOrder));
+  if (fromUnicode || map == nullptr) return map;
+  std::unique_ptr<HashConvert> reverse(HashConvert::createNewObject(row.number));
+  if (reverse == nullptr) return nullptr;
+  reverse->hcInitialize(row.toUnicodeSize);
+  map->hcBuildReverse(*reverse, silent);
+  if (reverse->hasFailed()) reverse.reset();
+  return reverse;
 }
 
 void releaseTables() {

@@ -4,6 +4,7 @@
 #define ENCODING_TABLES_TABLE_REGISTRY_H_
 
 #include <atomic>
+#include <memory>
 
 #include "encoding/codecs/encoding_row.h"
 #include "encoding/tables/unicode_lookup.h"
@@ -28,6 +29,11 @@ bool ensureToUnicode(const EncodingRow& row, LogBase& log);
 bool ensureFromUnicode(const EncodingRow& row, LogBase& log);
 // The best fits of a row, which may have none: that is true as well.
 bool ensureBestFit(const EncodingRow& row, LogBase& log);
+
+// A map of its own of a row with a table of differences, as its texts mean it: on a big-endian host
+// the published one is not (DifferenceKeys). The reverse of it where fromUnicode is false. Null
+// when memory is short.
+std::unique_ptr<HashConvert> buildMeantMap(const EncodingRow& row, bool fromUnicode);
 
 // Destroys all tables whose rows say so. Must not overlap anything that reads a table.
 void releaseTables();

@@ -1,9 +1,9 @@
 // Texts and bytes from one encoding to another, whole and piece by piece.
 import {
-  core, kPieceSize, memoryView, outputBytes, outputUnits, putBytes, putUnits, shrink, viewOf,
+  asciiText, core, decodeShort, encodeShort, kPieceSize, kShortBytes, memoryView, outputBytes, outputUnits, putBytes, putUnits, shrink, viewOf,
   withTexts, type Pointer,
 } from "./core.js";
-import { readyNumber } from "./encodings.js";
+import { readsAscii, readyNumber } from "./encodings.js";
 import type {
   Bytes, ConvertOptions, DecodeReport, EncodeReport, EncodingName, Problem, ReportOptions,
   StreamOptions,
@@ -160,6 +160,13 @@ function takeOutput(flags: number): Side {
   return (flags & kToText) !== 0 ? outputUnits() : outputBytes();
 }
 
+// The text of bytes that are ASCII, where the encoding has that; undefined for any others.
+function asciiOf(piece: Side, { from, flags }: Request): string | undefined {
+  if (flags !== kToText || typeof piece === "string" || !readsAscii(from)) return undefined;
+  const place = putBytes(piece);
+  return core().isAscii(place, piece.length) !== 0 ? asciiText(place, piece.length) : undefined;
+}
+
 function run(input: Side, request: Request): Outcome {
   if (whole === 0) whole = core().makeConversion();
   begin(whole, request);
@@ -168,6 +175,11 @@ function run(input: Side, request: Request): Outcome {
   for (let at = 0; ; at += kPieceSize) {
     const isLast = input.length - at <= kPieceSize;
     const piece = at === 0 && isLast ? input : pieceOf(input, at, at + kPieceSize);
+    const ascii = at === 0 && isLast ? asciiOf(piece, request) : undefined;
+    if (ascii !== undefined) {
+      outputs.push(ascii);
+      break;
+    }
     status = push(whole, piece, isLast);
     outputs.push(takeOutput(request.flags));
     if (isLast || status !== Status.kGood) break;
@@ -219,9 +231,20 @@ function reportWhole(input: Side, request: Request): { output: Side; report: Omi
 const kMaxProblems = 1000;
 const kStop = "stop", kSubstitute = "substitute";
 
+const kUtf8 = 65001;
+const kNoOptions: ConvertOptions = {};
+const utf8Encoder = new TextEncoder();
+// Newer engines tell whether a string has halves of surrogate pairs that stand alone.
+type MaybeChecked = string & { isWellFormed?: () => boolean };
+
 /** The text of bytes. */
-export function decode(bytes: Bytes, encoding: EncodingName, options: ConvertOptions = {}): string {
-  return convertWhole(viewOf(bytes), requestOf(encoding, kUtf16, kToText, options, kStop, 1)) as string;
+export function decode(bytes: Bytes, encoding: EncodingName, options: ConvertOptions = kNoOptions): string {
+  const input = viewOf(bytes);
+  if (options === kNoOptions && input.length <= kShortBytes) {
+    const text = decodeShort(input, readyNumber(encoding), kUtf16);
+    if (text !== undefined) return text;
+  }
+  return convertWhole(input, requestOf(encoding, kUtf16, kToText, options, kStop, 1)) as string;
 }
 /** The same, with the place of everything that was malformed. */
 export function decodeReport(bytes: Bytes, encoding: EncodingName, options: ReportOptions = {}): DecodeReport {
@@ -231,7 +254,13 @@ export function decodeReport(bytes: Bytes, encoding: EncodingName, options: Repo
   return { text: output as string, ...report };
 }
 /** A text in an encoding. */
-export function encode(text: string, encoding: EncodingName, options: ConvertOptions = {}): Uint8Array {
+export function encode(text: string, encoding: EncodingName, options: ConvertOptions = kNoOptions): Uint8Array {
+  if (options === kNoOptions) {
+    const to = readyNumber(encoding);
+    if (to === kUtf8 && (text as MaybeChecked).isWellFormed?.() === true) return utf8Encoder.encode(text);
+    const bytes = 2 * text.length <= kShortBytes ? encodeShort(text, kUtf16, to) : undefined;
+    if (bytes !== undefined) return bytes;
+  }
   return convertWhole(text, requestOf(kUtf16, encoding, kFromText, options, kStop, 1)) as Uint8Array;
 }
 /** The same, with the place of everything that the encoding lacks. */

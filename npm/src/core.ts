@@ -30,6 +30,11 @@ export interface Exports {
   problemRows(conversion: Pointer): Pointer;
   problemRowCount(conversion: Pointer): number;
   forgetProblems(conversion: Pointer): void;
+  shortInput(): Pointer;
+  shortOutput(): Pointer;
+  convertShort(from: number, to: number, size: number): number;
+  isAscii(bytes: Pointer, size: number): number;
+  readsAscii(encoding: number): number;
   problemCount(conversion: Pointer): number;
   approximationCount(conversion: Pointer): number;
   makeRawReader(format: Pointer, length: number): Pointer;
@@ -77,12 +82,17 @@ export function viewOf(bytes: Bytes): Uint8Array {
 
 // ---- Memory. ----
 
-// A view of the memory is good until the memory grows.
-let view = new Uint8Array(0);
+// Views of the memory, which are good until it grows.
+let view: Uint8Array | undefined;
+let unitView: Uint16Array | undefined;
+function forgetViews(): void {
+  view = unitView = undefined;
+}
 export function memoryView(): Uint8Array {
-  const buffer = core().memory.buffer;
-  if (view.buffer !== buffer) view = new Uint8Array(buffer);
-  return view;
+  return (view ??= new Uint8Array(core().memory.buffer));
+}
+function memoryUnits(): Uint16Array {
+  return (unitView ??= new Uint16Array(core().memory.buffer));
 }
 
 // Where input is put. One block, which is used again.
@@ -110,7 +120,7 @@ export function putBytes(bytes: Uint8Array): Pointer {
 /** Puts UTF-16 units of a string there, two bytes each. */
 export function putUnits(text: string): Pointer {
   const place = inputPlace(text.length * 2);
-  platform.writeUtf16(text, core().memory.buffer, place);
+  platform.writeUtf16(text, memoryView(), place);
   return place;
 }
 /** Gives the memory of large input and output back to the core. */
@@ -144,11 +154,53 @@ export function outputBytes(): Uint8Array {
 export function outputUnits(): string {
   const size = core().outputSize() >>> 0;
   if (size === 0) return "";
-  return platform.readUtf16(core().memory.buffer, core().outputBegin() >>> 0, size);
+  return platform.readUtf16(memoryView(), core().outputBegin() >>> 0, size);
+}
+/** A string of bytes that are ASCII, in the memory. */
+export function asciiText(begin: Pointer, size: number): string {
+  return platform.readAscii(memoryView(), begin, size);
 }
 /** The output, which is UTF-8. */
 export function outputText(): string {
   return utf8Decoder.decode(outputBytes());
+}
+
+// ---- Short texts. ----
+
+/** Texts of at most so many bytes are short. */
+export const kShortBytes = 256;
+// Below this, strings are made and taken faster unit by unit.
+const kFewUnits = 24, kFewBytes = 24;
+
+let shortInput: Pointer = 0;
+let shortOutput: Pointer = 0;
+
+/** The text of a short one that is clean; undefined, with nothing done, where it takes more. */
+export function decodeShort(bytes: Uint8Array, from: number, utf16: number): string | undefined {
+  const size = bytes.length;
+  const memory = memoryView();
+  if (size > kFewBytes) {
+    memory.set(bytes, shortInput);
+  } else {
+    for (let i = 0; i < size; ++i) memory[shortInput + i] = bytes[i]!;
+  }
+  const written = core().convertShort(from, utf16, size);
+  if (written < 0) return undefined;
+  if (written > 2 * kFewUnits) return platform.readUtf16(memory, shortOutput, written);
+  const begin = shortOutput >> 1;
+  return String.fromCharCode.apply(null, memoryUnits().subarray(begin, begin + (written >> 1)) as unknown as number[]);
+}
+/** The same the other way round. */
+export function encodeShort(text: string, utf16: number, to: number): Uint8Array | undefined {
+  const size = text.length;
+  if (size > kFewUnits) {
+    platform.writeUtf16(text, memoryView(), shortInput);
+  } else {
+    const units = memoryUnits();
+    for (let i = 0, at = shortInput >> 1; i < size; ++i, ++at) units[at] = text.charCodeAt(i);
+  }
+  const written = core().convertShort(utf16, to, 2 * size);
+  return written < 0 ? undefined : memoryView().slice(shortOutput, shortOutput + written);
 }
 
 // ---- Loading. ----
@@ -165,7 +217,7 @@ function imports(): WebAssembly.Imports {
     throw new Error(`encconv: the core stopped (${what})`);
   };
   return {
-    env: { emscripten_notify_memory_growth() {} },
+    env: { emscripten_notify_memory_growth: forgetViews },
     wasi_snapshot_preview1: {
       environ_sizes_get: putZeros,
       environ_get: () => kSuccess,
@@ -212,6 +264,8 @@ export function init(options: InitOptions = {}): Promise<void> {
     const instance = await WebAssembly.instantiate(module, imports());
     exports = instance.exports as unknown as Exports;
     exports._initialize?.();
+    shortInput = exports.shortInput();
+    shortOutput = exports.shortOutput();
   })();
   // A failure, as of the network, is not for good.
   loading.catch(() => (loading = undefined));

@@ -93,6 +93,18 @@ export function readyNumber(name: EncodingName): number {
   return number;
 }
 
+const asciiReaders = new Map<EncodingName, boolean>();
+/** Whether an encoding that is ready reads ASCII as itself, and keeps no state. */
+export function readsAscii(name: EncodingName): boolean {
+  let reads = asciiReaders.get(name);
+  if (reads === undefined) {
+    reads = core().readsAscii(findNumber(name)) !== 0;
+    if (asciiReaders.size >= kMaxNames) asciiReaders.clear();
+    asciiReaders.set(name, reads);
+  }
+  return reads;
+}
+
 /** Sees to it that the tables of these encodings are there. */
 export async function load(...names: EncodingName[]): Promise<void> {
   for (const name of names) {

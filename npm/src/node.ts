@@ -2,16 +2,21 @@
 import { readFileSync } from "node:fs";
 import { setPlatform } from "./core.js";
 
-// A Buffer over the memory, which is good until that grows.
-let buffer = Buffer.alloc(0);
-function bufferOf(memory: ArrayBuffer): Buffer {
-  if (buffer.buffer !== memory) buffer = Buffer.from(memory);
+// A Buffer over the memory of the core, which is another one when that has grown.
+let seen: Uint8Array | undefined;
+let buffer: Buffer;
+function bufferOf(memory: Uint8Array): Buffer {
+  if (seen !== memory) {
+    buffer = Buffer.from(memory.buffer);
+    seen = memory;
+  }
   return buffer;
 }
 
 setPlatform({
   readFile: (name) => readFileSync(new URL(name, import.meta.url)),
   readUtf16: (memory, begin, bytes) => bufferOf(memory).toString("utf16le", begin, begin + bytes),
+  readAscii: (memory, begin, bytes) => bufferOf(memory).toString("latin1", begin, begin + bytes),
   writeUtf16: (text, memory, begin) => {
     bufferOf(memory).write(text, begin, text.length * 2, "utf16le");
   },

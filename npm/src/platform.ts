@@ -3,10 +3,12 @@
 export interface Platform {
   /** A file of the package. A promise where it cannot be had at once. */
   readFile(name: string): Uint8Array | WebAssemblySource | Promise<Uint8Array | WebAssemblySource>;
-  /** The string of UTF-16, little endian, in memory. */
-  readUtf16(memory: ArrayBuffer, begin: number, bytes: number): string;
-  /** Puts a string into memory as UTF-16, little endian. */
-  writeUtf16(text: string, memory: ArrayBuffer, begin: number): void;
+  /** The string of UTF-16, little endian, in the core's memory. */
+  readUtf16(memory: Uint8Array, begin: number, bytes: number): string;
+  /** The string of ASCII there. */
+  readAscii(memory: Uint8Array, begin: number, bytes: number): string;
+  /** Puts a string there as UTF-16, little endian. */
+  writeUtf16(text: string, memory: Uint8Array, begin: number): void;
 }
 
 /** What a core can be made of besides its bytes. */

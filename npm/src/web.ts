@@ -1,9 +1,8 @@
 // For browsers and everything else with fetch: files are fetched beside the module.
 import { setPlatform } from "./core.js";
 
-const decoder = new TextDecoder("utf-16le", { ignoreBOM: true });
-// Below this, a string is made faster unit by unit.
-const kShortUnits = 32;
+const fromUtf16 = new TextDecoder("utf-16le", { ignoreBOM: true });
+const fromUtf8 = new TextDecoder("utf-8", { ignoreBOM: true });
 
 setPlatform({
   async readFile(name) {
@@ -11,12 +10,10 @@ setPlatform({
     if (!response.ok) throw new Error(`encconv: ${name} could not be loaded: ${response.status}`);
     return new Uint8Array(await response.arrayBuffer());
   },
-  readUtf16(memory, begin, bytes) {
-    if (bytes > 2 * kShortUnits) return decoder.decode(new Uint8Array(memory, begin, bytes));
-    return String.fromCharCode(...new Uint16Array(memory.slice(begin, begin + bytes)));
-  },
+  readUtf16: (memory, begin, bytes) => fromUtf16.decode(memory.subarray(begin, begin + bytes)),
+  readAscii: (memory, begin, bytes) => fromUtf8.decode(memory.subarray(begin, begin + bytes)),
   writeUtf16(text, memory, begin) {
-    const units = new Uint16Array(memory, begin, text.length);
+    const units = new Uint16Array(memory.buffer, begin, text.length);
     for (let i = 0; i < text.length; ++i) units[i] = text.charCodeAt(i);
   },
 });

@@ -15,7 +15,7 @@ test("finds encodings by what speaks for them", () => {
     [encode(russian, "koi8-r"), "text", "KOI8-R", "statistics"],
     [encode(japanese, "shift_jis"), "text", "Shift_JIS", "statistics"],
     [encode(japanese, "iso-2022-jp"), "text", "ISO-2022-JP", "structure"],
-    [encode(chinese, "gb18030"), "text", "GB2312", "statistics"],
+    [encode(chinese, "gb18030"), "text", "GBK", "statistics"],
     [encode(russian, "utf-8"), "text", "UTF-8", "structure"],
     [encode("The quick brown fox jumps over the lazy dog.\n".repeat(3), "ibm037"), "text", "IBM037", "structure"],
     [encode("a", "utf-8", { byteOrderMark: true }), "text", "UTF-8", "mark"],

@@ -54,7 +54,7 @@ test("says which record and field is damaged", () => {
   const read = records(damaged, { ...options, errors: "substitute", onProblem: (problem) => problems.push(problem) });
   assert.deepEqual(read, [{ id: 12, name: "AB" }, { id: null, name: "CD" }, { id: 13, name: "EF" }]);
   assert.deepEqual(problems.map(({ kind, record, offset, field }) => [kind, record, offset, field]), [["number", 2, 4, "id"]]);
-  assert.throws(() => rawRecords(bytes("00 09 00 00 c1"), { format: "rdw" }), /record 1, byte offset 0/);
+  assert.throws(() => rawRecords(bytes("00 09 00 00 c1"), { format: "rdw" }), /record 1, byte offset 4: the input ends within a record: 1 byte of 5/);
   assert.throws(() => writeRecords([{ id: 1234567, name: "x" }], options), RecordError);
 });
 

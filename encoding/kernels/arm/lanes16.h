@@ -18,8 +18,8 @@ inline uint32x4_t raw(Scalars16 a) { return reinterpret_cast<uint32x4_t>(a.nativ
 // The top bit of each byte in all its bits.
 inline uint8x16_t spreadTopBit(Bytes16 a) { return vcltzq_s8(vreinterpretq_s8_u8(raw(a))); }
 
-// There is no such instruction: each byte keeps the bit of its place, and neighbours are added until
-// the eight bits of each half are in one byte.
+// There is no such instruction: each byte keeps the bit of its place, and neighbours are added
+// until the eight bits of each half are in one byte.
 inline std::uint32_t topBits(Bytes16 a) {
   constexpr std::uint64_t kPlaces = 0x8040201008040201u;
   uint8x16_t bits = vandq_u8(spreadTopBit(a), vreinterpretq_u8_u64(vdupq_n_u64(kPlaces)));
@@ -34,9 +34,21 @@ inline bool areDisjointBytes(Bytes16 a, Bytes16 b) {
 inline Bytes16 selectByTopBit(Bytes16 control, Bytes16 a, Bytes16 b) {
   return Bytes16(vbslq_u8(spreadTopBit(control), raw(a), raw(b)));
 }
-inline Bytes16 subtractSaturated(Bytes16 a, Bytes16 b) { return Bytes16(vqsubq_u8(raw(a), raw(b))); }
+inline Bytes16 subtractSaturated(Bytes16 a, Bytes16 b) {
+  return Bytes16(vqsubq_u8(raw(a), raw(b)));
+}
 inline Bytes16 lookup16(Bytes16 table, Bytes16 places) {
   return Bytes16(vqtbl1q_u8(raw(table), raw(places)));
+}
+template <unsigned int kRows>
+inline Bytes16 lookUpRows(const std::uint8_t* table, Bytes16 bytes) {
+  uint8x16_t places = raw(bytes & (16 * kRows - 1));
+  uint8x16_t found = vqtbl4q_u8(vld1q_u8_x4(table), places);
+  for (unsigned int i = 64; i < 16 * kRows; i += 64) {  // places beyond 64 change nothing
+    places = vsubq_u8(places, vdupq_n_u8(64));
+    found = vqtbx4q_u8(found, vld1q_u8_x4(table + i), places);
+  }
+  return Bytes16(found);
 }
 inline void loadEachPart(const void* p, Bytes16& a) { a = Bytes16::load(p); }
 inline Units16 multiplyAddPairs(Bytes16 a, Bytes16 b) {

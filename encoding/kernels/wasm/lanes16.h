@@ -29,6 +29,16 @@ inline Bytes16 subtractSaturated(Bytes16 a, Bytes16 b) {
 inline Bytes16 lookup16(Bytes16 table, Bytes16 places) {
   return Bytes16(wasm_i8x16_swizzle(raw(table), raw(places)));
 }
+// A byte is in one row, and beyond all others, which give 0 for it.
+template <unsigned int kRows>
+[[gnu::always_inline]] inline Bytes16 lookUpRows(const std::uint8_t* table, Bytes16 bytes) {
+  const Bytes16 places = kRows == 16 ? bytes : bytes & (16 * kRows - 1);
+  Bytes16 found = lookup16(Bytes16::load(table), places);
+  for (unsigned int i = 1; i < kRows; ++i) {
+    found = found | lookup16(Bytes16::load(table + 16 * i), places - 16 * i);
+  }
+  return found;
+}
 inline void loadEachPart(const void* p, Bytes16& a) { a = Bytes16::load(p); }
 inline Units16 multiplyAddPairs(Bytes16 a, Bytes16 b) {
   const auto low = as<Units16>(a) & 0xFF, otherLow = as<Units16>(b) & 0xFF;

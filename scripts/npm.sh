@@ -1,0 +1,58 @@
+#!/bin/sh
+# Builds the npm package encconv, and runs all that shows that it works with Node.js: tests of the
+# kernels in WebAssembly, of the types, of the package beside the tool of the native build, and of what
+# `npm pack` makes, in an empty folder.
+#
+#   scripts/npm.sh [--build]
+#
+# --build only makes npm/dist. The package is left in build/npm.
+set -eu
+cd "$(dirname "$0")/.."
+
+scripts/setup.sh npm
+command -v npm >/dev/null || scripts/setup.sh nodejs
+
+export CCACHE_BASEDIR="${CCACHE_BASEDIR:-$PWD}" CCACHE_NOHASHDIR=1
+# Where Emscripten keeps its libraries, if not everybody may write to its own place.
+[ -w /usr/share/emscripten/cache ] || export EM_CACHE="${EM_CACHE:-$PWD/build/emscripten-cache}"
+emcmake cmake --preset wasm -DENCCONV_WERROR=ON -DENCCONV_WASM_TESTS=ON
+cmake --build --preset wasm --target encconv_wasm
+
+cd npm
+npm install --no-package-lock --no-audit --no-fund --ignore-scripts --loglevel=error
+rm -rf dist
+node_modules/.bin/tsc
+cp -R ../build/wasm/npm/core.wasm ../build/wasm/npm/tables dist
+cp ../LICENSE .
+[ "${1:-}" != --build ] || exit 0
+
+# What is loaded before the first conversion.
+node -e '
+  const { brotliCompressSync } = require("zlib");
+  const size = brotliCompressSync(require("fs").readFileSync("dist/core.wasm")).length;
+  console.log(`the core has ${size} bytes, compressed by brotli`);
+  process.exitCode = size < 600 * 1024 ? 0 : 1;'
+
+cd ..
+cmake --build --preset wasm --target encconv_wasm_tests
+for test in build/wasm/npm/tests/*.cjs; do node "$test" --gtest_brief=1; done
+
+cmake --preset ci
+cmake --build --preset ci --target encconv_cli
+export ENCCONV_TOOL="$PWD/build/ci/bin/encconv"
+cd npm
+node_modules/.bin/tsc -p tests
+node --test tests
+
+work=../build/npm
+rm -rf "$work"
+mkdir -p "$work/clean"
+npm pack --loglevel=error --pack-destination "$work" >/dev/null
+cd "$work/clean"
+echo '{"private": true}' >package.json
+npm install --no-audit --no-fund --offline --loglevel=error ../encconv-*.tgz
+node --input-type=module -e '
+  import { decode, encode, init } from "encconv";
+  await init();
+  if (decode(encode("一乂", "euc-tw"), "euc-tw") !== "一乂") throw new Error("not the same text");'
+ls -l ../encconv-*.tgz
