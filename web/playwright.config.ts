@@ -4,7 +4,8 @@ export default defineConfig({
   testDir: 'tests',
   fullyParallel: true,
   workers: 2,
-  timeout: 60_000,
+  timeout: 120_000,
+  expect: { timeout: 20_000 },
   reporter: 'list',
   use: {
     browserName: 'chromium',

@@ -1,6 +1,8 @@
 /** Charts of code pages, and the search for the encodings of a character. */
 import { card, expect, test } from './support/page';
 
+const ESCAPE = 0x1b;
+
 test('which encodings have ﷽?', async ({ page }) => {
   await page.getByRole('link', { name: 'Code pages' }).click();
   const search = card(page, 'Which encodings have this character?');
@@ -24,11 +26,12 @@ test('a character is shown in the charts that have it', async ({ page }) => {
     ['Shift_JIS', '84 47'],
     ['EUC-JP', 'A7 A8'],
   ] as const) {
-    const button = search.getByRole('button', { name: `chart of ${encoding}`, exact: false });
-    await expect(search.getByRole('row').filter({ has: button.first() }).first()).toContainText(
-      bytes,
-    );
-    await button.first().click();
+    const button = page.getByRole('button', {
+      name: `Show in the chart of ${encoding}`,
+      exact: true,
+    });
+    await expect(search.getByRole('row').filter({ has: button })).toContainText(bytes);
+    await button.click();
     const chart = card(page, 'Chart of a code page');
     await expect(chart).toContainText(`${bytes} is U+0416`);
     await expect(chart.locator('[aria-selected=true]')).toHaveText('Ж');
@@ -62,7 +65,10 @@ test('charts of encodings with shifts, and of four bytes', async ({ page }) => {
   const chart = card(page, 'Chart of a code page');
   const follow = async (encoding: string, bytes: number[]): Promise<void> => {
     await chart.getByLabel('Code page').fill(encoding);
-    for (const byte of bytes) await chart.locator(`[data-byte="${byte}"]`).click();
+    for (const byte of bytes) {
+      await chart.locator(`[data-byte="${byte}"]`).click();
+      if (byte === ESCAPE) await chart.getByRole('button', { name: 'What follows it' }).click();
+    }
   };
   await follow('GB18030', [0x82, 0x35, 0x8f, 0x35]);
   await expect(chart).toContainText('82 35 8F 35 is U+9FA8');

@@ -31,13 +31,11 @@ export function ChartCard({ place, onPlace }: ChartCardProps) {
     if (isAsked) top.current?.scrollIntoView({ block: 'nearest' });
   }, [isAsked, encoding]);
 
+  const open = (byte: number): void => onPlace({ encoding, prefix: [...prefix, byte], last: null });
   const choose = (byte: number): void => {
-    const code = value?.[byte];
-    if (!code || code.kind === 'none') return;
-    const isStep = code.kind === 'more' || code.kind === 'shift';
-    onPlace(
-      isStep ? { encoding, prefix: [...prefix, byte], last: null } : { ...place, last: byte },
-    );
+    const kind = value?.[byte]?.kind;
+    if (kind === 'more' || kind === 'shift') open(byte);
+    else if (kind === 'character') onPlace({ ...place, last: byte });
   };
   return (
     <Card title="Chart of a code page">
@@ -54,6 +52,11 @@ export function ChartCard({ place, onPlace }: ChartCardProps) {
       <p class="chosen" aria-live="polite">
         {value && last !== null && <Chosen code={value[last]!} bytes={[...prefix, last]} />}
       </p>
+      {last !== null && value?.[last]?.isOpen && (
+        <button type="button" onClick={() => open(last)}>
+          What follows it
+        </button>
+      )}
     </Card>
   );
 }

@@ -114,6 +114,8 @@ export interface RecordTable {
 export interface Code {
   kind: 'character' | 'more' | 'shift' | 'none';
   text: string;
+  /** Something else may follow that makes another character of it. */
+  isOpen: boolean;
 }
 
 export interface Holder {

@@ -52,7 +52,7 @@ export function BytesTable({ cells, from, end, marked }: BytesTableProps) {
     onMouseEnter: () => setPointed(cell),
   });
   return (
-    <div class="scroll" tabIndex={0} role="region" aria-label="Text and bytes">
+    <div class="scroll" tabIndex={0} role="region" aria-label="Table of bytes">
       <table class="bytes" onMouseLeave={() => setPointed(null)}>
         <thead>
           <tr>

@@ -151,7 +151,7 @@ function Table({ table: { columns, rows, problems } }: { table: RecordTable }) {
           </ul>
         </details>
       )}
-      <div class="scroll" tabIndex={0} role="region" aria-label="Records">
+      <div class="scroll" tabIndex={0} role="region" aria-label="Table of records">
         <table class="records">
           <thead>
             <tr>

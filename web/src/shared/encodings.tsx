@@ -49,9 +49,10 @@ export function EncodingPicker({ label, value, onPick, isTarget = false }: Picke
         id={id}
         list={`${id}-list`}
         value={written}
+        disabled={all.length === 0}
         autocomplete="off"
         spellcheck={false}
-        aria-invalid={!meant && all.length > 0}
+        aria-invalid={!meant}
         aria-describedby={`${id}-hint`}
         onInput={(event) => pick(event.currentTarget.value)}
         onFocus={(event) => event.currentTarget.select()}

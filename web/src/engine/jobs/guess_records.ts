@@ -70,10 +70,12 @@ function guessLength(bytes: Uint8Array, size: number): number {
 }
 
 const LINE_ENDS = new Set([0x0a, 0x0d, 0x15, 0x25]);
+/** Bytes of the longest lines of a text. A number has such a byte now and then. */
+const LONGEST_LINE = 150;
 
 function hasLineEnds(bytes: Uint8Array): boolean {
   const ends = bytes.reduce((sum, byte) => sum + (LINE_ENDS.has(byte) ? 1 : 0), 0);
-  return ends > bytes.length / 500;
+  return ends > bytes.length / LONGEST_LINE;
 }
 
 /** The format of records as the library takes it, or null if there seem to be none. */
