@@ -150,11 +150,12 @@ class BlockOutput final : public Output {
     return reallocate(size, size + count);
   }
   bool reallocate(std::size_t size, std::uint64_t capacity) {
-    void* const block = std::realloc(m_block, capacity);
+    const auto bytes = static_cast<std::size_t>(std::min<std::uint64_t>(capacity, SIZE_MAX));
+    void* const block = std::realloc(m_block, bytes);
     if (block == nullptr) return false;
     m_block = static_cast<unsigned char*>(block);
     next = m_block + size;
-    end = m_block + capacity;
+    end = m_block + bytes;
     preferHugePages(next, room());
     return true;
   }

@@ -5,8 +5,8 @@
 //
 // Each mapping becomes a packed image, laid out as encoding/codecs/code_table.h says. With --apart,
 // images of SIZE bytes and more become files of FOLDER, NAME.table, and the source has the rest and
-// what a file must be (encoding/codecs/mapping_files.h); --keep names those that it has in any case.
-// Runs on the host, and uses nothing of the library.
+// what a file must be (encoding/codecs/mapping_files.h); --keep names those that it has in any
+// case. Runs on the host, and uses nothing of the library.
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>

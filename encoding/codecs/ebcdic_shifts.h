@@ -40,6 +40,6 @@ inline constexpr Codec kPairsCodec = {.codePage = 1200,
                                       .write = {writeShifted, &kPairsOnly<pairs>},
                                       .isStateless = true,
                                       .approximate = approximateShifted,
-                                        .mappings = visitShifted};
+                                      .mappings = visitShifted};
 
 #endif  // ENCODING_CODECS_EBCDIC_SHIFTS_H_

@@ -1,4 +1,4 @@
-// The encodings, their tables, and finding out one.
+// The encodings and their tables.
 #include <string>
 
 #include "encconv/encconv.h"
@@ -94,29 +94,6 @@ bool provideTable(const char* name, unsigned int length, const unsigned char* by
     if (search.found == nullptr) visitMappings(row, search);
   }
   return search.found != nullptr && provideImage(*search.found, bytes, size);
-}
-
-// What detect() found, as JSON.
-ENCCONV_EXPORT(detect)
-void detectEncoding(const char* bytes, unsigned int size, bool isBeginning) {
-  constexpr const char* kKinds[] = {"empty", "ascii", "text", "binary", "unknown"};
-  constexpr const char* kEvidence[] = {"mark", "declaration", "structure", "statistics"};
-  const encconv::Detection found = encconv::detect({bytes, size}, {isBeginning});
-  const encconv::Candidate* const sure = found.sure();
-  std::string text = std::string("{\"kind\":\"") + kKinds[static_cast<int>(found.kind)] +
-                     "\",\"encoding\":" + (sure ? encconv::jsonString(sure->name) : "null") +
-                     ",\"candidates\":[";
-  bool isFirst = true;
-  for (const encconv::Candidate& candidate : found.candidates) {
-    if (!isFirst) text += ',';
-    isFirst = false;
-    text += "{\"encoding\":" + encconv::jsonString(candidate.name) +
-            ",\"number\":" + std::to_string(candidate.code_page) +
-            ",\"confidence\":" + std::to_string(candidate.confidence) + ",\"evidence\":\"" +
-            kEvidence[static_cast<int>(candidate.evidence)] +
-            "\",\"reason\":" + encconv::jsonString(candidate.reason) + "}";
-  }
-  reply(text + "],\"reason\":" + encconv::jsonString(found.reason) + "}");
 }
 
 // The version of the library.

@@ -261,8 +261,8 @@ ENCCONV_EXPORT(describeFields) bool describeFields(const char* fields, unsigned 
   return true;
 }
 
-// The problems as a JSON array, NUL, and the file. False, with a reply that says why, for what cannot
-// be written at all.
+// The problems as a JSON array, NUL, and the file. False, with a reply that says why, for what
+// cannot be written at all.
 ENCCONV_EXPORT(writeRows)
 bool writeAllRows(const char* format, unsigned int formatLength, const char* fields,
                   unsigned int fieldsLength, int codePage, const char* errors,

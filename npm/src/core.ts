@@ -20,6 +20,7 @@ export interface Exports {
   missingTables(encoding: number): void;
   provideTable(name: Pointer, length: number, bytes: Pointer, size: number): number;
   detect(bytes: Pointer, size: number, isBeginning: number): void;
+  trace(text: Pointer, length: number): void;
   findTreatment(name: Pointer, length: number): number;
   alternateOf(treatment: number): number;
   makeConversion(): Pointer;

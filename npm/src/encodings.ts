@@ -1,6 +1,6 @@
-// The encodings, their table files, and finding out one.
-import { core, kPieceSize, outputText, putBytes, readTable, shrink, viewOf, withTexts } from "./core.js";
-import type { Bytes, Detection, Encoding, EncodingName } from "./types.js";
+// The encodings and their table files.
+import { core, outputText, putBytes, readTable, viewOf, withTexts } from "./core.js";
+import type { Bytes, Encoding, EncodingName } from "./types.js";
 
 /** Tables that an encoding needs are not there: `await load(encoding)` first. */
 export class TablesMissingError extends Error {
@@ -126,21 +126,4 @@ export async function load(...names: EncodingName[]): Promise<void> {
 export function isLoaded(name: EncodingName): boolean {
   const number = findNumber(name);
   return number !== 0 && missingTables(number).length === 0;
-}
-
-// ---- Finding out. ----
-
-// How much of a text is looked at: its beginning, and lines from all over the rest.
-const kMostLookedAt = 32 * kPieceSize;
-
-/** Finds out which encoding a text is in, or that it is no text. `isBeginning`: it goes on behind
- *  the bytes. Of more than 32 MiB the first are looked at. */
-export function detect(bytes: Bytes, options: { isBeginning?: boolean } = {}): Detection {
-  const all = viewOf(bytes);
-  const seen = all.length > kMostLookedAt ? all.subarray(0, kMostLookedAt) : all;
-  const isBeginning = options.isBeginning === true || seen !== all;
-  core().detect(putBytes(seen), seen.length, isBeginning ? 1 : 0);
-  const found = JSON.parse(outputText()) as Detection;
-  shrink();
-  return found;
 }

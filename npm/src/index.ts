@@ -1,6 +1,7 @@
 // The interface, whatever the engine: node.ts and web.ts add what differs.
 export { init } from "./core.js";
-export { detect, encodings, findEncoding, isLoaded, load, TablesMissingError } from "./encodings.js";
+export { detect, trace } from "./detection.js";
+export { encodings, findEncoding, isLoaded, load, TablesMissingError } from "./encodings.js";
 export {
   canEncode, ConversionError, convert, Converter, converterStream, convertReport, decode, Decoder,
   decodeReport, decoderStream, encode, Encoder, encodeReport, encoderStream,

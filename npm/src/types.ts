@@ -9,10 +9,10 @@ export type EncodingName = string | number;
 
 /** What `init` needs only where it cannot find it by itself. */
 export interface InitOptions {
-  /** The core, `core.wasm` of the package (`core-scalar.wasm` for engines without SIMD): its bytes,
-   *  compiled already, or where to fetch it. By default it is read beside the module. */
+  /** The core, `core.wasm` of the package: its bytes, compiled already, or where to fetch it. By
+   *  default it is read beside the module. */
   core?: Bytes | WebAssembly.Module | Response | URL | string | Promise<Bytes | WebAssembly.Module | Response>;
-  /** Gives the table file of a name, such as "euc-tw.tables", of the package's folder `tables`. By
+  /** Gives the table file of a name, such as "euc-tw.table", of the package's folder `tables`. By
    *  default it is read beside the module. Where it returns bytes, and not a promise, `decode` and
    *  the others load by themselves what they need, as they do under Node.js. */
   tables?: (file: string) => Bytes | Promise<Bytes>;
@@ -124,6 +124,23 @@ export interface Detection {
   candidates: Candidate[];
   /** Where there are no candidates: why, for people. */
   reason: string;
+}
+
+/** Bytes of one encoding that were taken for those of another, so that text became garbled. */
+export interface Misreading {
+  /** The encoding that the bytes were in. */
+  written: string;
+  /** The one that they were taken for. */
+  read: string;
+}
+
+/** A text that may have become a garbled one. */
+export interface Origin {
+  text: string;
+  /** What happened to it, in that order; never empty. */
+  misreadings: Misreading[];
+  /** From 0 to 1. */
+  confidence: number;
 }
 
 /** What a field holds: a text, an integer (a bigint beyond 2^53), a number with decimals as its

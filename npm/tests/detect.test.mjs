@@ -2,7 +2,7 @@
 import assert from "node:assert/strict";
 import { before, test } from "node:test";
 
-import { detect, encode, init } from "encconv";
+import { detect, encode, init, trace } from "encconv";
 
 before(() => init());
 
@@ -28,6 +28,21 @@ test("finds encodings by what speaks for them", () => {
     assert.deepEqual([found.kind, found.encoding], [kind, encoding], JSON.stringify(found));
     if (evidence !== undefined && encoding !== "US-ASCII") assert.ok(found.candidates[0].confidence >= 0.5);
   }
+});
+
+test("traces garbled text back, also twice over, and leaves what is none", () => {
+  const cases = [
+    ["Ð¿Ñ€Ð¸Ð²ÐµÑ‚, ÐºÐ°Ðº Ð´ÐµÐ»Ð°?", "привет, как дела?", [["UTF-8", "windows-1252"]]],
+    ["Ïðèâåò, êàê äåëà?", "Привет, как дела?", [["windows-1251", "windows-1252"]]],
+    ["dÃƒÂ©jÃƒÂ  vu, cÃ¢â‚¬â„¢est lÃƒÂ ", "déjà vu, c’est là", [["UTF-8", "windows-1252"], ["UTF-8", "windows-1252"]]],
+  ];
+  for (const [garbled, text, steps] of cases) {
+    const [origin] = trace(garbled);
+    assert.equal(origin?.text, text);
+    assert.deepEqual(origin.misreadings.map(({ written, read }) => [written, read]), steps);
+    assert.ok(origin.confidence > 0.5);
+  }
+  for (const text of ["", "plain", "Привет, как дела? Всё хорошо."]) assert.deepEqual(trace(text), [], text);
 });
 
 test("looks at the beginning of a text that is cut within a character", () => {
