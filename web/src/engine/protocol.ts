@@ -1,18 +1,12 @@
 /** What the page asks of its worker, and what comes back. */
-import type { Encoding } from 'encconv';
+import type { Encoding, Misreading, Origin } from 'encconv';
 
-export type { Encoding };
+export type { Encoding, Misreading, Origin };
 
-/** Text of one encoding that was read as another. */
-export interface Confusion {
-  was: string;
-  readAs: string;
-}
-
-/** How the bytes of a file are read: decoded, and then the confusions undone, the last one first. */
+/** How the bytes of a file are read: decoded, and then the misreadings undone, the last one first. */
 export interface Reading {
   encoding: string;
-  confusions: Confusion[];
+  misreadings: Misreading[];
 }
 
 /** A way to read a file, with the beginning of its text read so. */
@@ -54,7 +48,7 @@ export interface Survey {
   problemCount: number;
   /** The first of them. */
   problems: Problem[];
-  /** Characters that did not fit the confusion that was undone. */
+  /** Characters that did not fit the misreading that was undone. */
   unmended: number;
 }
 
@@ -87,13 +81,6 @@ export interface Converted {
   lacking: number;
   /** The first of these characters. */
   firstLacking: string | null;
-}
-
-/** Garbled text, traced back. */
-export interface Traced {
-  text: string;
-  confusions: Confusion[];
-  confidence: number;
 }
 
 export interface RecordsRequest {
@@ -133,7 +120,7 @@ export interface Jobs {
   survey: { input: { file: Blob; reading: Reading }; output: Survey };
   look: { input: { file: Blob; reading: Reading; from: number; size: number }; output: Cell[] };
   convert: { input: Conversion; output: Converted };
-  trace: { input: { text: string }; output: Traced[] };
+  trace: { input: { text: string }; output: Origin[] };
   records: { input: RecordsRequest & { limit: number }; output: RecordTable };
   recordsFile: { input: RecordsRequest; output: Blob };
   chart: { input: { encoding: string; prefix: number[] }; output: Code[] };

@@ -3,7 +3,7 @@ import { useId, useMemo } from 'preact/hooks';
 import type { Candidate, Inspection, Reading } from '../engine/protocol';
 import { EncodingPicker, useTitle } from '../shared/encodings';
 import { onOneLine } from '../shared/format';
-import { Card, Confusions, Sureness } from '../shared/parts';
+import { Card, Misreadings, Sureness } from '../shared/parts';
 import { useJob } from '../shared/use_job';
 import { candidateOf, type OpenFile } from './use_files';
 
@@ -44,7 +44,7 @@ export function CandidatesCard({ open, onChoose }: CandidatesCardProps) {
         <EncodingPicker
           label="Encoding"
           value={reading?.encoding ?? ''}
-          onPick={(encoding) => onChoose({ encoding, confusions: [] })}
+          onPick={(encoding) => onChoose({ encoding, misreadings: [] })}
         />
         {reading && !taken && <OtherPreview file={file} reading={reading} />}
       </details>
@@ -69,11 +69,11 @@ function Verdict({ inspection }: { inspection: Inspection }) {
       </>
     );
   }
-  const { encoding, confusions } = first.reading;
-  if (confusions.length) {
+  const { encoding, misreadings } = first.reading;
+  if (misreadings.length) {
     return (
       <>
-        The text was garbled before it was saved: <Confusions confusions={confusions} />. It is
+        The text was garbled before it was saved: <Misreadings misreadings={misreadings} />. It is
         mended here.
       </>
     );
@@ -107,7 +107,7 @@ function CandidateChoice({ group, candidate, isTaken, onTake }: CandidateChoiceP
       <input type="radio" name={group} checked={isTaken} onChange={onTake} />
       <span class="heading">
         <strong>{reading.encoding}</strong>
-        {reading.confusions.length > 0 && ', mended'}
+        {reading.misreadings.length > 0 && ', mended'}
         <span class="hint">{title}</span>
         <Sureness confidence={confidence} />
       </span>

@@ -94,7 +94,7 @@ function summary({ inspection, reading, error }: OpenFile): string {
   if (error) return 'cannot be read';
   if (!inspection) return 'looking…';
   if (!reading) return 'no text';
-  return reading.confusions.length ? `${reading.encoding}, mended` : reading.encoding;
+  return reading.misreadings.length ? `${reading.encoding}, mended` : reading.encoding;
 }
 
 interface FileCardsProps {

@@ -30,7 +30,7 @@ export const candidateOf = ({ inspection, reading }: OpenFile): Candidate | unde
 
 function firstReading({ candidates, records }: Inspection): Reading | null {
   return (
-    candidates[0]?.reading ?? (records ? { encoding: records.encoding, confusions: [] } : null)
+    candidates[0]?.reading ?? (records ? { encoding: records.encoding, misreadings: [] } : null)
   );
 }
 

@@ -1,7 +1,7 @@
 /** Small parts that several views show. */
 import type { ComponentChildren } from 'preact';
 import { useId, useState } from 'preact/hooks';
-import type { Confusion } from '../engine/protocol';
+import type { Misreading } from '../engine/protocol';
 import { howSure } from './format';
 
 export function Card({ title, children }: { title: string; children: ComponentChildren }) {
@@ -45,13 +45,13 @@ export function Sureness({ confidence }: { confidence: number }) {
 }
 
 /** What happened to a text, in the order in which it did. */
-export function Confusions({ confusions }: { confusions: Confusion[] }) {
+export function Misreadings({ misreadings }: { misreadings: Misreading[] }) {
   return (
     <>
-      {confusions.map(({ was, readAs }, index) => (
+      {misreadings.map(({ written, read }, index) => (
         <span key={index}>
           {index > 0 && ', and then '}
-          <strong>{was}</strong> was read as <strong>{readAs}</strong>
+          <strong>{written}</strong> was read as <strong>{read}</strong>
         </span>
       ))}
     </>

@@ -1,7 +1,7 @@
 /** Garbled text, traced back to what it was. */
 import { useEffect, useId, useMemo, useState } from 'preact/hooks';
-import type { Traced } from '../engine/protocol';
-import { Card, Confusions, CopyButton, Failure, Sureness } from '../shared/parts';
+import type { Origin } from '../engine/protocol';
+import { Card, Misreadings, CopyButton, Failure, Sureness } from '../shared/parts';
 import { useJob } from '../shared/use_job';
 
 const EXAMPLES = ['Ð¿Ñ€Ð¸Ð²ÐµÑ‚', 'ƒeƒXƒg', 'ïðèâåò', 'cafÃƒÂ©'];
@@ -60,7 +60,7 @@ function useSettled(text: string): string {
   return settled;
 }
 
-function Findings({ found, isDamaged }: { found: Traced[]; isDamaged: boolean }) {
+function Findings({ found, isDamaged }: { found: Origin[]; isDamaged: boolean }) {
   const [best, ...others] = found;
   return (
     <Card title="What it was">
@@ -90,7 +90,7 @@ function Findings({ found, isDamaged }: { found: Traced[]; isDamaged: boolean })
   );
 }
 
-function Finding({ traced: { text, confusions, confidence } }: { traced: Traced }) {
+function Finding({ traced: { text, misreadings, confidence } }: { traced: Origin }) {
   return (
     <article class="finding">
       <p class="mended" dir="auto">
@@ -98,7 +98,7 @@ function Finding({ traced: { text, confusions, confidence } }: { traced: Traced 
       </p>
       <p class="how">
         <span>
-          <Confusions confusions={confusions} />
+          <Misreadings misreadings={misreadings} />
         </span>
         <Sureness confidence={confidence} />
         <CopyButton text={text} />

@@ -1,10 +1,9 @@
-/** Finds out what a file is: candidates of its encoding, confusions, records. */
-import { detect } from 'encconv';
+/** Finds out what a file is: candidates of its encoding, misreadings, records. */
+import { detect, trace } from 'encconv';
 import type { Candidate as Detected } from 'encconv';
 import type { Candidate, Input, Inspection, Reading } from '../protocol';
 import { guessRecords } from './guess_records';
 import { textRuns } from './ebcdic';
-import { traceBack } from './library';
 import { TextReader } from './text_reader';
 
 /** What is looked at: as far as detection looks. */
@@ -26,16 +25,16 @@ async function read(bytes: Uint8Array, reading: Reading): Promise<string> {
 }
 
 async function asCandidate(bytes: Uint8Array, detected: Detected): Promise<Candidate> {
-  const reading = { encoding: detected.encoding, confusions: [] };
+  const reading = { encoding: detected.encoding, misreadings: [] };
   const { confidence, reason } = detected;
   return { reading, confidence, reason, preview: await read(bytes, reading) };
 }
 
 /** The same file mended, if its text was garbled before it was saved. */
 async function mended(bytes: Uint8Array, { reading, preview }: Candidate): Promise<Candidate[]> {
-  const [traced] = traceBack(preview);
+  const [traced] = trace(preview);
   if (!traced || traced.confidence < SURELY_GARBLED) return [];
-  const without = { ...reading, confusions: traced.confusions };
+  const without = { ...reading, misreadings: traced.misreadings };
   return [
     {
       reading: without,

@@ -1,6 +1,6 @@
 /** The library in the worker: where its parts come from, and what it does by itself. */
 import { encodings, init, trace as traceText } from 'encconv';
-import type { Encoding, Input, InlinedParts, Traced } from '../protocol';
+import type { Encoding, Input, InlinedParts, Origin } from '../protocol';
 
 async function inflate(packed: string): Promise<Uint8Array> {
   const bytes = Uint8Array.from(atob(packed), (character) => character.charCodeAt(0));
@@ -27,13 +27,6 @@ export function listEncodings(): Promise<Encoding[]> {
   return Promise.resolve(encodings());
 }
 
-/** What may have happened to a text, the likeliest first; nothing for one that is right. */
-export function traceBack(text: string): Traced[] {
-  return traceText(text)
-    .filter(({ steps }) => steps.length > 0)
-    .map(({ steps, ...found }) => ({ ...found, confusions: steps }));
-}
-
-export function trace({ text }: Input<'trace'>): Promise<Traced[]> {
-  return Promise.resolve(traceBack(text));
+export function trace({ text }: Input<'trace'>): Promise<Origin[]> {
+  return Promise.resolve(traceText(text));
 }

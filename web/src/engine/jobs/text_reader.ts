@@ -1,4 +1,4 @@
-/** Reads bytes as a `Reading` says: decodes them and undoes confusions, piece by piece. */
+/** Reads bytes as a `Reading` says: decodes them and undoes misreadings, piece by piece. */
 import { Decoder, Encoder, load } from 'encconv';
 import type { Problem } from 'encconv';
 import type { Reading } from '../protocol';
@@ -15,16 +15,19 @@ export class TextReader {
 
   private constructor(reading: Reading, options: ReaderOptions) {
     this.#decoder = new Decoder(reading.encoding, { errors: 'substitute', ...options });
-    for (const { was, readAs } of reading.confusions.toReversed()) {
+    for (const { written, read } of reading.misreadings.toReversed()) {
       this.#mending.push({
-        encoder: new Encoder(readAs, { errors: 'substitute' }),
-        decoder: new Decoder(was, { errors: 'substitute' }),
+        encoder: new Encoder(read, { errors: 'substitute' }),
+        decoder: new Decoder(written, { errors: 'substitute' }),
       });
     }
   }
 
   static async open(reading: Reading, options: ReaderOptions = {}): Promise<TextReader> {
-    await load(reading.encoding, ...reading.confusions.flatMap(({ was, readAs }) => [was, readAs]));
+    await load(
+      reading.encoding,
+      ...reading.misreadings.flatMap(({ written, read }) => [written, read]),
+    );
     return new TextReader(reading, options);
   }
 
@@ -43,7 +46,7 @@ export class TextReader {
     );
   }
 
-  /** Characters that cannot come from the confusions that are undone. */
+  /** Characters that cannot come from the misreadings that are undone. */
   get unmended(): number {
     return this.#mending.reduce(
       (sum, { encoder, decoder }) => sum + encoder.problemCount + decoder.problemCount,
