@@ -1,7 +1,7 @@
 #!/bin/sh
 # Installs what is missing from Debian's packages. Does nothing when everything is there.
 #
-#   scripts/setup.sh [build|package|test|check|iconv|python|docs|fuzz|cross-PROCESSOR|npm|nodejs|peers|all]...
+#   scripts/setup.sh [build|package|test|check|iconv|python|docs|fuzz|cross-PROCESSOR|npm|nodejs|web|peers|all]...
 #
 # build: the library and the tool; package: Debian packages of them; test: their tests as well;
 # check: the formatter that CI asks for;
@@ -10,7 +10,8 @@
 # peers: the converters that tools/compare_peers and the scripts that make mappings ask;
 # fuzz: the fuzz targets; cross-aarch64, -armhf, -i386, -s390x: scripts/cross.sh for that processor;
 # npm: the npm package and its tests; nodejs: Node.js and npm, where there are no others;
-# all: what the scripts and the optional targets use (coverage, benchmarks), but for cross, npm and peers.
+# web: what tests the page besides, and fonts for its pictures;
+# all: what the scripts and the optional targets use (coverage, benchmarks), but for cross, npm, web and peers.
 set -eu
 
 build="g++ cmake ninja-build libbz2-dev libcli11-dev libuchardet-dev"
@@ -29,6 +30,7 @@ cross_i386="$cross g++-i686-linux-gnu"
 cross_s390x="$cross g++-s390x-linux-gnu"
 npm="$build ccache emscripten googletest"
 nodejs="nodejs npm"
+web="chromium fonts-dejavu-core fonts-droid-fallback libc-bin python3"
 peers="python3 icu-devtools locales default-jdk-headless perl nkf yaz libmarc-charset-perl
        python3-webencodings chromium"
 all="$package $test $check $iconv $docs $fuzz $python ccache clang-tidy cppcheck libbenchmark-dev
@@ -51,6 +53,7 @@ for group in "${@:-build}"; do
     cross-s390x) wanted="$wanted $cross_s390x" ;;
     npm) wanted="$wanted $npm" ;;
     nodejs) wanted="$wanted $nodejs" ;;
+    web) wanted="$wanted $web" ;;
     peers) wanted="$wanted $peers" ;;
     all) wanted="$wanted $all" ;;
     *)
