@@ -47,9 +47,9 @@ async function mended(bytes: Uint8Array, { reading, preview }: Candidate): Promi
 
 export async function inspect({ file }: Input<'inspect'>): Promise<Inspection> {
   const bytes = new Uint8Array(await file.slice(0, BEGINNING).arrayBuffer());
-  const isBeginning = bytes.length < file.size;
   const format = guessRecords(bytes, file.size);
-  const detection = detect(format ? textRuns(bytes) : bytes, { isBeginning });
+  // Files that puzzle are often cut, and so may end within a character.
+  const detection = detect(format ? textRuns(bytes) : bytes, { isBeginning: true });
   const beginning = bytes.subarray(0, PREVIEW);
   const candidates = await Promise.all(
     detection.candidates
