@@ -7,10 +7,6 @@ if(ENCCONV_WASM_SIMD)
   add_compile_options(-msimd128)
 endif()
 
-# Where places and distances have 32 bits, they have the width of other numbers, and what is compared
-# and converted without a word elsewhere looks doubtful.
-add_compile_options(-Wno-sign-compare -Wno-sign-conversion -Wno-shorten-64-to-32)
-
 # There are no shared libraries here, and code that could be moved is slower.
 set(CMAKE_C_COMPILE_OPTIONS_PIC "")
 set(CMAKE_CXX_COMPILE_OPTIONS_PIC "")
