@@ -2,7 +2,7 @@
 # Installs what is missing from Debian's packages. Does nothing when everything is there.
 #
 #   scripts/setup.sh [build|package|test|check|iconv|python|spark|docs|fuzz|cross-PROCESSOR|windows|npm|
-#                     nodejs|peers|all]...
+#                     nodejs|web|peers|all]...
 #
 # build: the library and the tool; package: Debian packages of them; test: their tests as well;
 # check: the formatter that CI asks for;
@@ -11,9 +11,9 @@
 # peers: the converters that tools/compare_peers and the scripts that make mappings ask;
 # fuzz: the fuzz targets; cross-aarch64, -armhf, -i386, -s390x: scripts/cross.sh for that processor;
 # windows: scripts/windows.sh; npm: the npm package and its tests; nodejs: Node.js and npm, where there
-# are no others;
+# are no others; web: what tests the page besides, and fonts for its pictures;
 # all: what the scripts and the optional targets use (coverage, benchmarks), but for cross, windows,
-# npm and peers.
+# npm, web and peers.
 set -eu
 
 build="g++ cmake ninja-build libbz2-dev libcli11-dev libuchardet-dev"
@@ -35,6 +35,7 @@ windows="g++ cmake ninja-build ccache g++-mingw-w64-x86-64-posix wine64 googlete
          dpkg-dev bzip2 xz-utils make patch python3"
 npm="$build ccache emscripten googletest"
 nodejs="nodejs npm"
+web="chromium fonts-dejavu-core fonts-droid-fallback libc-bin python3"
 peers="python3 icu-devtools locales default-jdk-headless perl nkf yaz libmarc-charset-perl
        python3-webencodings chromium"
 all="$package $test $check $iconv $docs $fuzz $python $spark ccache clang-tidy cppcheck libbenchmark-dev
@@ -59,6 +60,7 @@ for group in "${@:-build}"; do
     npm) wanted="$wanted $npm" ;;
     nodejs) wanted="$wanted $nodejs" ;;
     spark) wanted="$wanted $spark" ;;
+    web) wanted="$wanted $web" ;;
     peers) wanted="$wanted $peers" ;;
     all) wanted="$wanted $all" ;;
     *)

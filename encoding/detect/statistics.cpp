@@ -170,7 +170,7 @@ bool Statistics::readSingleByte(int codePage, Reading& reading) {
   const ProfileSums::Best best = sums.best();
   reading.score = common + ofNeighbours + best.log;
   reading.fit =
-      (ofNeighbours + best.log) / static_cast<double>(std::max<std::size_t>(1, reading.characters));
+      (ofNeighbours + best.log) / static_cast<double>(std::max<std::uint64_t>(1, reading.characters));
   reading.language = best.language;
   return true;
 }
@@ -203,7 +203,7 @@ bool Statistics::readOther(int codePage, Reading& reading) {
   common += logOfShares(m_trial.unitCount() - reading.characters, reading.characters);
   const ProfileSums::Best best = sums.best();
   reading.score = common + best.log;
-  reading.fit = best.log / static_cast<double>(std::max<std::size_t>(1, reading.characters));
+  reading.fit = best.log / static_cast<double>(std::max<std::uint64_t>(1, reading.characters));
   reading.language = best.language;
   return true;
 }
