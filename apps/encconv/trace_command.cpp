@@ -60,23 +60,22 @@ std::string percent(double confidence) {
   return std::to_string(static_cast<int>(confidence * 100 + 0.5)) + " %";
 }
 
-void printOrigins(const InputFile& input, const Options& options,
-                  const std::vector<Origin>& origins) {
-  if (origins.empty()) {
-    std::printf("%s: nothing suggests that it is garbled\n", input.label().c_str());
-    return;
-  }
+std::string inWords(const InputFile& input, const Options& options,
+                    const std::vector<Origin>& origins) {
+  if (origins.empty()) return input.label() + ": nothing suggests that it is garbled\n";
   const std::string from = nameOfCodePage(options.fromCodePage);
   const std::string file = input.name() == "-" ? "-" : input.label();
+  std::string lines;
   for (const Origin& origin : origins) {
-    std::printf("%s: %s, %s\n    %s\n", input.label().c_str(), describe(origin.misreadings).c_str(),
-                percent(origin.confidence).c_str(), previewOf(origin.text).c_str());
+    lines += input.label() + ": " + describe(origin.misreadings) + ", " +
+             percent(origin.confidence) + "\n    " + previewOf(origin.text) + "\n";
     const std::string remedy = remedyFor(origin.misreadings, from, file);
-    if (!remedy.empty()) std::printf("    mend it: %s\n", remedy.c_str());
+    if (!remedy.empty()) lines += "    mend it: " + remedy + "\n";
   }
+  return lines;
 }
 
-void printJson(const InputFile& input, const std::vector<Origin>& origins) {
+std::string inJson(const InputFile& input, const std::vector<Origin>& origins) {
   std::string line = "{\"file\": " + jsonString(input.label()) + ", \"origins\": [";
   std::string_view separator;
   for (const Origin& origin : origins) {
@@ -95,7 +94,7 @@ void printJson(const InputFile& input, const std::vector<Origin>& origins) {
     line += "]}";
     separator = ", ";
   }
-  std::puts((line + "]}").c_str());
+  return line + "]}\n";
 }
 
 bool readWhole(InputFile& input, std::string& bytes) {
@@ -124,16 +123,13 @@ int runTrace(const Options& options, Console& console) {
     const std::string text = encconv::to_utf8(bytes, options.fromCodePage, lenient).text;
     const std::vector<Origin> origins = encconv::trace(text);
     if (origins.empty()) status = std::max<int>(status, kNotConverted);
-    if (options.json) {
-      printJson(input, origins);
-    } else if (options.brief) {
-      const std::string& mended = origins.empty() ? text : origins.front().text;
-      std::fwrite(mended.data(), 1, mended.size(), stdout);
-    } else {
-      printOrigins(input, options, origins);
-    }
+    const std::string& mended = origins.empty() ? text : origins.front().text;
+    const int printed = console.print(options.json    ? inJson(input, origins)
+                                      : options.brief ? mended
+                                                      : inWords(input, options, origins));
+    if (printed != kDone) return printed;
   }
-  return std::fflush(stdout) == 0 ? status : console.reportStandardOutput();
+  return status;
 }
 
 }  // namespace tool
