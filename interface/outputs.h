@@ -149,13 +149,14 @@ class BlockOutput final : public Output {
     }
     return reallocate(size, size + count);
   }
-  bool reallocate(std::size_t size, std::uint64_t capacity) {
-    const auto bytes = static_cast<std::size_t>(std::min<std::uint64_t>(capacity, SIZE_MAX));
-    void* const block = std::realloc(m_block, bytes);
+  bool reallocate(std::size_t size, std::uint64_t wanted) {
+    const auto capacity = static_cast<std::size_t>(wanted);
+    if (capacity != wanted) return false;  // more than there are addresses
+    void* const block = std::realloc(m_block, capacity);
     if (block == nullptr) return false;
     m_block = static_cast<unsigned char*>(block);
     next = m_block + size;
-    end = m_block + bytes;
+    end = m_block + capacity;
     preferHugePages(next, room());
     return true;
   }
