@@ -23,11 +23,12 @@ say "the tool"
 
 say "what the DLL shows"
 x86_64-w64-mingw32-objdump -p "$prefix"/bin/libencconv-*.dll |
-  sed -n '/^\[Ordinal\/Name Pointer\] Table/,/^$/s/^[[:space:]]*\[[^]]*\] *//p' >"$work/shown.txt"
+  sed -n '/^\[Ordinal\/Name Pointer\] Table/,/^$/{/Table/d;s/^[[:space:]]*\[[^]]*\] *//p;}' >"$work/shown.txt"
 grep '^encconv_' "$work/shown.txt" >"$work/shown_c.txt"
 sed -n 's/^\(encconv_[a-z0-9_]*\)$/\1/p' "$source/interface/symbols.txt" >"$work/listed_c.txt"
 diff -u "$work/listed_c.txt" "$work/shown_c.txt"
-if x86_64-w64-mingw32-c++filt -_ <"$work/shown.txt" | grep -v -E '^(encconv_|encconv::|(vtable|typeinfo|typeinfo name) for encconv::)'; then
+if x86_64-w64-mingw32-c++filt -n <"$work/shown.txt" |
+  grep -v -E '^(encconv_|encconv::|(vtable|typeinfo|typeinfo name) for encconv::)'; then
   echo "these are no names of the interface"
   exit 1
 fi
