@@ -44,9 +44,11 @@ done
 for languages in "C;CXX" C; do
   tree=$work/find_$(echo "$languages" | tr -d ';')
   say "find_package, shared, $languages"
+  # What the engine's static library needs besides stands where it was built.
   cmake -G Ninja -S "$here" -B "$tree" -DKIND=shared -DLANGUAGES="$languages" \
-    -DCMAKE_TOOLCHAIN_FILE="$source/cmake/mingw-w64.cmake" -DCMAKE_EXE_LINKER_FLAGS=-static \
-    -DCMAKE_FIND_ROOT_PATH="$prefix;$source/build/mingw-packages/root" >/dev/null
+    -DCMAKE_TOOLCHAIN_FILE="$source/cmake/mingw-w64.cmake" \
+    -DCMAKE_EXE_LINKER_FLAGS="-static -L$source/build/mingw-packages/root/lib" \
+    -Dencconv_DIR="$prefix/lib/cmake/encconv" >/dev/null
   cmake --build "$tree" >"$tree.log" || { cat "$tree.log"; exit 1; }
   cp "$prefix"/bin/*.dll "$tree"
   for program in "$tree"/consumer_*.exe; do "$wine" "$program"; done
