@@ -185,6 +185,8 @@ def check(command, folder, environment):
         source, expected = of_records(words)
         (folder / "accounts.fields").write_text(layout())
         (folder / "orders.fields").write_bytes(sample("orders.fields"))
+    elif "--trace" in words:
+        source = "café\n".encode().decode("cp1252").encode()
     elif any(conversion):
         if conversion not in CONVERSIONS:
             return f"CONVERSIONS has no sample from {conversion[0]} to {conversion[1]}"

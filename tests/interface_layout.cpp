@@ -58,6 +58,18 @@ AT(encconv_candidate, evidence, 32);
 AT(encconv_candidate, reason, 40);
 SIZE(encconv_candidate, 48);
 
+AT(encconv_misreading, written, 0);
+AT(encconv_misreading, read, 4);
+SIZE(encconv_misreading, 8);
+
+AT(encconv_origin, struct_size, 0);
+AT(encconv_origin, text, 8);
+AT(encconv_origin, text_size, 16);
+AT(encconv_origin, misreadings, 24);
+AT(encconv_origin, misreading_count, 32);
+AT(encconv_origin, confidence, 40);
+SIZE(encconv_origin, 48);
+
 #ifdef __GLIBCXX__
 SIZE(encconv::CodePage, 88);
 SIZE(encconv::Encoding, 4);
@@ -69,6 +81,8 @@ SIZE(encconv::IntoResult, 256);
 SIZE(encconv::Candidate, 72);
 SIZE(encconv::Detection, 64);
 SIZE(encconv::DetectOptions, 1);
+SIZE(encconv::Misreading, 8);
+SIZE(encconv::Origin, 64);
 SIZE(encconv::StreamConverter, 8);
 SIZE(encconv::RecordProblem, 240);
 SIZE(encconv::RecordFormat, 12);

@@ -1,4 +1,5 @@
 // The tool: its command line, the text that it writes, what it shows.
+#include "encconv/encconv.h"
 #include "tests/tool_support.h"
 
 namespace {
@@ -78,12 +79,12 @@ TEST_F(ToolTest, RefusesInOneLineAndWritesNothing) {
       {"-f 1252 -t utf-8 --in-place -j 257 latin", "'257'"},
       {"-f 1252 -t utf-8 --in-place=/old latin", "'/old' has a slash"},
       {"-f 1252 -t utf-8 --html page latin", "--html needs --chart"},
-      {"-f 1252 -t utf-8 --json latin", "--json needs --list, --detect or --report"},
+      {"-f 1252 -t utf-8 --json latin", "--json needs --list, --detect, --trace or --report"},
       {"--chart 1252 latin", "unexpected argument 'latin'"},
       {"--list latin2 latin", "unexpected argument 'latin'"},
       {"--list --detect", "only one of"},
-      {"--json utf8", "--json needs --list, --detect or --report"},
-      {"--brief utf8", "--brief needs --detect"},
+      {"--json utf8", "--json needs --list, --detect, --trace or --report"},
+      {"--brief utf8", "--brief needs --detect or --trace"},
       {"-f 1252 -t utf-8 --guess utf8", "--guess needs -f auto"},
       {"--chart utf-8", "UTF-8"},
       {"--chart iso-2022-jp", "has no chart"},
@@ -285,6 +286,29 @@ TEST_F(ToolTest, FindsOutEncodings) {
   const ToolRun several = run("--detect missing utf8");
   EXPECT_EQ(several.status, 2);
   EXPECT_TRUE(several.out.starts_with("utf8: UTF-8")) << several.out;
+}
+
+TEST_F(ToolTest, TracesGarbledText) {
+  const std::string garbled = "na\u00C3\u00AFve caf\u00C3\u00A9\n";
+  const ToolRun shown = run("--trace", garbled);
+  EXPECT_EQ(shown.status, 0);
+  EXPECT_TRUE(shown.out.starts_with("standard input: UTF-8 read as windows-1252, "));
+  EXPECT_TRUE(contains(shown.out,
+                       " %\n    na\u00EFve caf\u00E9\n"
+                       "    mend it: encconv -f UTF-8 -t windows-1252 -\n"))
+      << shown.out;
+  EXPECT_EQ(run("--trace --brief", garbled).out, "na\u00EFve caf\u00E9\n");
+  EXPECT_TRUE(contains(run("--trace --json", garbled).out,
+                       "\"misreadings\": [{\"written\": \"UTF-8\", \"read\": \"windows-1252\"}]"));
+  // The garbled text may itself be in any encoding.
+  const std::string utf16 = encconv::from_utf8(garbled, 1200).text;
+  EXPECT_EQ(run("--trace --brief -f utf-16le", utf16).out, "na\u00EFve caf\u00E9\n");
+
+  const ToolRun good = run("--trace", "na\u00EFve caf\u00E9");
+  EXPECT_EQ(good.status, 1);
+  EXPECT_EQ(good.out, "standard input: nothing suggests that it is garbled\n");
+  EXPECT_EQ(run("--trace --brief", "na\u00EFve").out, "na\u00EFve");
+  EXPECT_EQ(run("--trace missing").status, 2);
 }
 
 TEST_F(ToolTest, ConvertsFromTheEncodingThatItFindsOut) {

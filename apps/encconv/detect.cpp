@@ -8,7 +8,7 @@
 #include "apps/encconv/error_report.h"
 #include "apps/encconv/file_io.h"
 #include "encoding/detect/detector.h"
-#include "support/utf.h"
+#include "support/json.h"
 
 namespace tool {
 namespace {
@@ -16,6 +16,7 @@ namespace {
 using detection::Candidate;
 using detection::Finding;
 using detection::Kind;
+using encconv::jsonString;
 
 constexpr int kUtf8 = 65001;
 
@@ -58,42 +59,20 @@ std::string_view inBrief(const Finding& finding) {
                                     : finding.candidates.front().name;
 }
 
-// A JSON string. Names of files are bytes; those that are no UTF-8 become U+FFFD.
-std::string quoted(std::string_view text) {
-  std::string result = "\"";
-  const auto* at = reinterpret_cast<const unsigned char*>(text.data());
-  const unsigned char* const end = at + text.size();
-  while (at < end) {
-    const Utf8Sequence piece = decodeScalar(at, static_cast<std::size_t>(end - at));
-    if (!piece.valid) {
-      result += "\uFFFD";
-    } else if (piece.value < 0x20) {
-      char escape[8];
-      std::snprintf(escape, sizeof escape, "\\u%04X", static_cast<unsigned int>(piece.value));
-      result += escape;
-    } else {
-      if (piece.value == '"' || piece.value == '\\') result += '\\';
-      result.append(reinterpret_cast<const char*>(at), piece.length);
-    }
-    at += piece.length;
-  }
-  return result + '"';
-}
-
 std::string inJson(std::string_view file, const Finding& finding) {
-  std::string text = "{\"file\": " + quoted(file) +
-                     ", \"kind\": " + quoted(detection::nameOf(finding.kind)) +
-                     ", \"reason\": " + quoted(finding.reason) + ", \"candidates\": [";
+  std::string text = "{\"file\": " + jsonString(file) +
+                     ", \"kind\": " + jsonString(detection::nameOf(finding.kind)) +
+                     ", \"reason\": " + jsonString(finding.reason) + ", \"candidates\": [";
   std::string_view separator;
   for (const Candidate& candidate : finding.candidates) {
     char confidence[16];
     std::snprintf(confidence, sizeof confidence, "%.2f", candidate.confidence);
     text += separator;
-    text += "{\"name\": " + quoted(candidate.name) + ", \"codePage\": " +
+    text += "{\"name\": " + jsonString(candidate.name) + ", \"codePage\": " +
             (candidate.codePage == 0 ? "null" : std::to_string(candidate.codePage)) +
             ", \"confidence\": " + confidence +
-            ", \"evidence\": " + quoted(detection::nameOf(candidate.evidence)) +
-            ", \"reason\": " + quoted(candidate.reason) + "}";
+            ", \"evidence\": " + jsonString(detection::nameOf(candidate.evidence)) +
+            ", \"reason\": " + jsonString(candidate.reason) + "}";
     separator = ", ";
   }
   return text + "]}";

@@ -52,6 +52,8 @@ Windows it is the ANSI code page.
 
       --detect             show which encoding each FILE seems to have;
                            --brief the name alone, --json for programs
+      --trace              trace garbled text back: what it was, and which
+                           encodings were mixed up; --brief the text alone
   -l, --list [FILTER]      show the encodings; with --json for programs
       --chart CODEPAGE     show a code page; with --html FILE as a page
   -h, --help [TOPIC]       show this, or a topic: errors, files, encodings,
@@ -302,6 +304,13 @@ whose encoding is doubtful; --guess takes the first encoding then.
 
 --brief shows nothing but the name, for -f, or binary, empty or unknown; --json
 an object for each file, on a line of its own.
+
+encconv --trace FILE... is for text that was read in a wrong encoding and written
+again, so that its bytes are right and its letters are not ("cafÃ©" for "café").
+It tries which encodings were mixed up, also several times over, shows the
+likeliest texts, how sure it is, and the commands that mend the file. -f names
+the encoding of the file, by default UTF-8. --brief writes the likeliest text, or
+the text as it is. The exit status is 1 when nothing suggests that it is garbled.
 )"},
     {"charts",
      R"(encconv --chart CODEPAGE shows a code page as a grid of 16 by 16: the row is the

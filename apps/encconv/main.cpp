@@ -12,16 +12,18 @@
 #include "apps/encconv/options.h"
 #include "apps/encconv/system/process.h"
 #include "apps/encconv/system/temporary_files.h"
+#include "apps/encconv/trace_command.h"
 
 namespace {
 
-// Of the files that the directories on the command line stand for.
-int detectInFiles(tool::Options options, tool::Console& console) {
-  if (!options.recursive) return tool::runDetection(options, console);
+// Runs a command for the files that the directories on the command line stand for.
+int forFiles(tool::Options options, tool::Console& console,
+             int (*run)(const tool::Options&, tool::Console&)) {
+  if (!options.recursive) return run(options, console);
   const tool::Inputs inputs = tool::findInputs(options, console);
   options.inputs.clear();
   for (const tool::Input& input : inputs.files) options.inputs.push_back(input.name);
-  const int status = tool::runDetection(options, console);
+  const int status = run(options, console);
   return inputs.hasMissing ? tool::kUsage : status;
 }
 
@@ -29,7 +31,9 @@ int run(const tool::Options& options) {
   tool::Console console(!options.quiet);
   switch (options.command) {
     case tool::Command::kDetect:
-      return detectInFiles(options, console);
+      return forFiles(options, console, tool::runDetection);
+    case tool::Command::kTrace:
+      return forFiles(options, console, tool::runTrace);
     case tool::Command::kChart:
       return tool::runChart(options, console);
     case tool::Command::kList: {

@@ -36,6 +36,7 @@ struct RawArguments {
   std::string helpTopic;
   bool dropsAll = false;
   bool detect = false;
+  bool trace = false;
   bool version = false;
 };
 
@@ -79,6 +80,7 @@ void declare(CLI::App& app, RawArguments& raw, Options& options) {
   app.add_flag("-q,--quiet,-s,--silent", options.quiet);
   app.add_flag("-v,--verbose", options.verbose);
   app.add_flag("--detect", raw.detect);
+  app.add_flag("--trace", raw.trace);
   app.add_option("-l,--list", options.filter)->expected(0, 1);
   app.add_flag("--brief", options.brief);
   app.add_flag("--guess", options.guess);
@@ -305,16 +307,17 @@ void readCommand(const CLI::App& app, const RawArguments& raw, Options& options)
   refuseEmptyValues(app);
   const bool lists = app.count("--list") != 0;
   const bool charts = app.count("--chart") != 0;
-  if ((lists ? 1 : 0) + (charts ? 1 : 0) + (raw.detect ? 1 : 0) > 1) {
-    throw UsageError{"only one of --list, --chart and --detect can be given"};
+  const bool judges = raw.detect || raw.trace;
+  if ((lists ? 1 : 0) + (charts ? 1 : 0) + (raw.detect ? 1 : 0) + (raw.trace ? 1 : 0) > 1) {
+    throw UsageError{"only one of --list, --chart, --detect and --trace can be given"};
   }
-  if (options.json && !lists && !raw.detect && options.report.empty()) {
-    throw UsageError{"--json needs --list, --detect or --report"};
+  if (options.json && !lists && !judges && options.report.empty()) {
+    throw UsageError{"--json needs --list, --detect, --trace or --report"};
   }
-  if (!options.report.empty() && (lists || charts || raw.detect)) {
+  if (!options.report.empty() && (lists || charts || judges)) {
     throw UsageError{"--report is about conversions"};
   }
-  if (options.brief && !raw.detect) throw UsageError{"--brief needs --detect"};
+  if (options.brief && !judges) throw UsageError{"--brief needs --detect or --trace"};
   if (options.brief && options.json)
     throw UsageError{"only one of --brief and --json can be given"};
   if (!options.chartHtml.empty() && !charts) throw UsageError{"--html needs --chart"};
@@ -328,6 +331,9 @@ void readCommand(const CLI::App& app, const RawArguments& raw, Options& options)
     options.fromCodePage = readCodePage(raw.chart);
   } else if (raw.detect) {
     options.command = Command::kDetect;
+  } else if (raw.trace) {
+    options.command = Command::kTrace;
+    options.fromCodePage = readCodePage(raw.from.empty() ? "utf-8" : raw.from);
   } else {
     readEncodings(raw, options);
     readShape(raw, options);

@@ -18,7 +18,7 @@ enum ExitStatus : int {
   kUsage = 2,         // arguments, files, memory
 };
 
-enum class Command : unsigned char { kConvert, kDetect, kList, kChart };
+enum class Command : unsigned char { kConvert, kDetect, kTrace, kList, kChart };
 
 // What happens to the line ends of EBCDIC text.
 enum class EbcdicNewline : unsigned char {
@@ -43,7 +43,7 @@ inline constexpr int kCodePageAuto = -1;
 
 struct Options {
   Command command = Command::kConvert;
-  std::vector<std::string> inputs;    // never empty for kConvert and kDetect; "-": standard input
+  std::vector<std::string> inputs;    // but for kList and kChart, never empty; "-": standard input
   bool recursive = false;             // what is in directories is meant
   std::vector<std::string> includes;  // patterns of the names of files there; empty: all
 
@@ -74,13 +74,13 @@ struct Options {
 
   std::string report;  // the file with every place; empty: none, "-": standard output
   bool guess = false;  // of kCodePageAuto: the likeliest encoding will do
-  bool brief = false;  // of kDetect: the name alone
+  bool brief = false;  // of kDetect: the name alone; of kTrace: the text alone
 
   bool quiet = false;
   bool verbose = false;
 
   std::string filter;     // of kList; empty: everything
-  bool json = false;      // of kList, kDetect and the report
+  bool json = false;      // of kList, kDetect, kTrace and the report
   std::string chartHtml;  // of kChart: the page to write, "-" on standard output; empty: text there
 };
 

@@ -18,15 +18,6 @@
 namespace detection {
 namespace {
 
-// From how much better the best reading is than the second, and how much text there was to judge
-// by.
-double confidenceOf(double lead, std::uint64_t characters) {
-  const double perCharacter = lead / static_cast<double>(std::max<std::uint64_t>(characters, 1));
-  const double ofLead =
-      0.2 + 0.4 * (1 - std::exp(-lead / 10)) + 0.3 * (1 - std::exp(-perCharacter * 4));
-  return ofLead * (1 - std::exp(-static_cast<double>(characters) / 2));
-}
-
 // How well letters must fit a language for their encoding to be more than a doubtful guess, and how
 // well for it to be one at all. Text comes to -4 and more, of thousands of ideographs to -7; random
 // bytes come to -7.5.

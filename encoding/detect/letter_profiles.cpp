@@ -206,6 +206,25 @@ void ProfileLogs::addRow(char16_t unit) {
   m_rows[unit] = static_cast<std::uint32_t>(m_logs.size() / m_profiles.size());
 }
 
+void ProfileSums::add(char16_t unit, std::uint32_t count) {
+  const std::span<const float> logs = m_logs.of(unit);
+  for (std::size_t i = 0; i < m_sums.size(); ++i) m_sums[i] += static_cast<double>(logs[i]) * count;
+}
+
+ProfileSums::Best ProfileSums::best() const {
+  const auto best = std::ranges::max_element(m_sums);
+  return {*best, m_logs.profiles()[static_cast<std::size_t>(best - m_sums.begin())].language()};
+}
+
+double logOfShares(std::uint64_t ascii, std::uint64_t others) {
+  const double all = static_cast<double>(ascii + others);
+  const auto logOf = [all](std::uint64_t count) {
+    const auto part = static_cast<double>(count);
+    return count == 0 ? 0 : part * std::log(part / all);
+  };
+  return logOf(ascii) + logOf(others);
+}
+
 float logOfAscii(char16_t unit) {
   // Of a to z, in percent of all letters; an average of English, German, French and Spanish.
   static constexpr float kShares[26] = {8.2F, 1.4F, 3.2F, 4.4F, 14.F, 1.4F, 1.9F, 3.0F, 7.4F,

@@ -58,8 +58,29 @@ class ProfileLogs {
   std::vector<float> m_logs;
 };
 
+// The logarithm of a text's characters in each profile.
+class ProfileSums {
+ public:
+  struct Best {
+    double log;
+    std::string_view language;
+  };
+
+  // logs must outlive the object.
+  explicit ProfileSums(ProfileLogs& logs) : m_logs(logs), m_sums(logs.profiles().size()) {}
+
+  void add(char16_t unit, std::uint32_t count = 1);
+  Best best() const;
+
+ private:
+  ProfileLogs& m_logs;
+  std::vector<double> m_sums;
+};
+
 // The logarithm of the frequency of an ASCII character in text of Western languages.
 float logOfAscii(char16_t unit);
+// How likely it is that so many characters of a text, and those, are beyond ASCII; a logarithm.
+double logOfShares(std::uint64_t ascii, std::uint64_t others);
 
 }  // namespace detection
 

@@ -6,6 +6,7 @@
 #include <new>
 
 #include "encoding/code_page_list.h"
+#include "encoding/detect/neighbours.h"
 
 namespace detection {
 namespace {
@@ -48,51 +49,33 @@ double priorOf(std::string_view name) {
 constexpr double kMalformed = -15;
 constexpr double kFourBytes = -10;
 
-// How unlikely two characters are as neighbours, over and above each by itself.
-class Neighbours {
+// Whether a character stands at different places in the national pages of EBCDIC.
+bool isNational(char16_t unit) {
+  return std::u16string_view(u"#@[\\]^`{|}~!$").find(unit) != std::u16string_view::npos;
+}
+
+// Of two bytes in an encoding, where isEbcdic of EBCDIC: there, signs within words are letters of
+// another national page.
+class BytePairs {
  public:
-  void set(std::size_t index, char16_t unit) {
-    constexpr std::u16string_view kNational = u"#@[\\]^`{|}~!$";
-    const Script script = scriptOf(unit);
-    m_kinds[index] = {script, isLetterScript(script), lowerOf(unit) != unit, unit >= 0x80,
-                      kNational.find(unit) != std::u16string_view::npos};
+  void set(std::size_t byte, char16_t unit) {
+    m_kinds[byte] = {letterKindOf(unit), isNational(unit)};
   }
-  // Of EBCDIC: signs within words are letters of another national page.
-  double logOfNational(std::size_t first, std::size_t second) const {
-    const Kind& a = m_kinds[first];
-    const Kind& b = m_kinds[second];
-    return (a.isLetter && b.isNational) || (a.isNational && b.isLetter) ? -1.5 : 0;
-  }
-  double logOf(std::size_t first, std::size_t second) const {
-    const Kind& a = m_kinds[first];
-    const Kind& b = m_kinds[second];
-    if (!a.isLetter || !b.isLetter || (!a.isHigh && !b.isHigh)) return 0;
-    if (a.script != b.script) return -3;
-    if (!a.isCapital && b.isCapital) return -2.5;
-    // Two letters beyond ASCII in a row are common in other scripts.
-    return a.isHigh && b.isHigh && a.script == Script::kLatin ? -1 : 0;
+  double logOf(std::size_t first, std::size_t second, bool isEbcdic) const {
+    const auto& [a, isNationalA] = m_kinds[first];
+    const auto& [b, isNationalB] = m_kinds[second];
+    const double log = logOfNeighbours(a, b);
+    return isEbcdic && ((a.isLetter && isNationalB) || (isNationalA && b.isLetter)) ? log - 1.5
+                                                                                    : log;
   }
 
  private:
   struct Kind {
-    Script script = Script::kNone;
-    bool isLetter = false;
-    bool isCapital = false;
-    bool isHigh = false;
-    bool isNational = false;  // what stands at different places in the pages of EBCDIC
+    LetterKind letter;
+    bool isNational = false;
   };
   std::array<Kind, 256> m_kinds{};
 };
-
-// How likely it is that so many characters, and those, are beyond ASCII.
-double logOfShares(std::uint64_t ascii, std::uint64_t others) {
-  const double all = static_cast<double>(ascii + others);
-  const auto logOf = [all](std::uint64_t count) {
-    const auto part = static_cast<double>(count);
-    return count == 0 ? 0 : part * std::log(part / all);
-  };
-  return logOf(ascii) + logOf(others);
-}
 
 void mix(std::uint64_t& fingerprint, std::uint64_t value) {
   fingerprint = (fingerprint ^ value) * 0x100000001B3u;
@@ -119,21 +102,14 @@ bool decodeBytes(int codePage, std::array<char16_t, 256>& units) {
   return true;
 }
 
-void addTo(std::vector<double>& sums, std::span<const float> logs, std::uint32_t count) {
-  for (std::size_t i = 0; i < sums.size(); ++i) sums[i] += static_cast<double>(logs[i]) * count;
-}
-
-struct BestProfile {
-  double score;
-  std::string_view language;
-};
-
-BestProfile bestOf(std::span<const LetterProfile> profiles, const std::vector<double>& sums) {
-  const auto best = std::ranges::max_element(sums);
-  return {*best, profiles[static_cast<std::size_t>(best - sums.begin())].language()};
-}
-
 }  // namespace
+
+double confidenceOf(double lead, std::uint64_t characters) {
+  const double perCharacter = lead / static_cast<double>(std::max<std::uint64_t>(characters, 1));
+  const double ofLead =
+      0.2 + 0.4 * (1 - std::exp(-lead / 10)) + 0.3 * (1 - std::exp(-perCharacter * 4));
+  return ofLead * (1 - std::exp(-static_cast<double>(characters) / 2));
+}
 
 std::span<const std::string_view> judgedEncodings() { return kJudged; }
 std::span<const std::string_view> judgedEbcdic() { return kJudgedEbcdic; }
@@ -160,7 +136,7 @@ Statistics::Statistics(std::span<const Piece> pieces, Trial& trial)
 bool Statistics::readSingleByte(int codePage, Reading& reading) {
   std::array<char16_t, 256> units{};
   if (!decodeBytes(codePage, units)) return false;
-  Neighbours neighbours;
+  BytePairs neighbours;
   double common = 0;
   std::uint64_t ascii = 0;
   std::vector<unsigned char> high;
@@ -186,17 +162,15 @@ bool Statistics::readSingleByte(int codePage, Reading& reading) {
   }
   double ofNeighbours = 0;
   for (const Pair& pair : m_pairs) {
-    double log = neighbours.logOf(pair.first, pair.second);
-    if (isEbcdic) log += neighbours.logOfNational(pair.first, pair.second);
-    ofNeighbours += log * pair.count;
+    ofNeighbours += neighbours.logOf(pair.first, pair.second, isEbcdic) * pair.count;
   }
   common += logOfShares(ascii, reading.characters);
-  std::vector<double> sums(m_letterLogs.profiles().size());
-  for (const unsigned char byte : high) addTo(sums, m_letterLogs.of(units[byte]), m_counts[byte]);
-  const BestProfile best = bestOf(m_letterLogs.profiles(), sums);
-  reading.score = common + ofNeighbours + best.score;
-  reading.fit = (ofNeighbours + best.score) /
-                static_cast<double>(std::max<std::size_t>(1, reading.characters));
+  ProfileSums sums(m_letterLogs);
+  for (const unsigned char byte : high) sums.add(units[byte], m_counts[byte]);
+  const ProfileSums::Best best = sums.best();
+  reading.score = common + ofNeighbours + best.log;
+  reading.fit =
+      (ofNeighbours + best.log) / static_cast<double>(std::max<std::size_t>(1, reading.characters));
   reading.language = best.language;
   return true;
 }
@@ -215,7 +189,7 @@ bool Statistics::readOther(int codePage, Reading& reading) {
   reading.isOfPairs = true;
   reading.malformed = m_trial.malformed();
   double common = kMalformed * static_cast<double>(reading.malformed);
-  std::vector<double> sums(m_eastAsianLogs.profiles().size());
+  ProfileSums sums(m_eastAsianLogs);
   for (std::size_t i = 0; i < m_trial.unitCount(); ++i) {
     const char16_t unit = m_trial.unit(i);
     mix(reading.fingerprint, unit);
@@ -223,13 +197,13 @@ bool Statistics::readOther(int codePage, Reading& reading) {
       common += static_cast<double>(logOfAscii(unit));
     } else {
       ++reading.characters;
-      addTo(sums, m_eastAsianLogs.of(unit), 1);
+      sums.add(unit);
     }
   }
   common += logOfShares(m_trial.unitCount() - reading.characters, reading.characters);
-  const BestProfile best = bestOf(m_eastAsianLogs.profiles(), sums);
-  reading.score = common + best.score;
-  reading.fit = best.score / static_cast<double>(std::max<std::size_t>(1, reading.characters));
+  const ProfileSums::Best best = sums.best();
+  reading.score = common + best.log;
+  reading.fit = best.log / static_cast<double>(std::max<std::size_t>(1, reading.characters));
   reading.language = best.language;
   return true;
 }

@@ -61,6 +61,10 @@ class Statistics {
   ProfileLogs m_eastAsianLogs{eastAsianProfiles()};
 };
 
+// How sure the best reading is, from 0 to 1: by how much better its score is than the second's, and
+// how many characters beyond ASCII there were to judge by.
+double confidenceOf(double lead, std::uint64_t characters);
+
 // The encodings that texts of bytes are judged in, and those with the letters of EBCDIC; of those
 // that read a text alike, the one that stands first is named.
 std::span<const std::string_view> judgedEncodings();

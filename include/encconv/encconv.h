@@ -250,6 +250,28 @@ struct DetectOptions {
 /// samples of what follows.
 ENCCONV_API Detection detect(std::string_view bytes, const DetectOptions& options = {});
 
+// ---- Garbled text. ----
+
+/// Bytes of one encoding that were taken for those of another, so that text became garbled.
+struct Misreading {
+  int written;  ///< the code page that the bytes were in
+  int read;     ///< the one that they were taken for
+};
+
+/// A text that may have become a garbled one.
+struct Origin {
+  std::string text;                     ///< in UTF-8
+  std::vector<Misreading> misreadings;  ///< what happened to it, in that order; never empty
+  double confidence;                    ///< from 0 to 1
+};
+
+/// Traces garbled UTF-8 text back ("Ã©tÃ©" to "été"): which encodings were mixed up, also several
+/// times over, and what the text was. The likeliest origin first, four at most; none when the text
+/// is likelier as it is. Characters that the misreading cannot have made stay; one that was lost in
+/// it is U+FFFD. Judges by the first characters beyond ASCII and what follows them, 700 in all;
+/// mends all.
+ENCCONV_API std::vector<Origin> trace(std::string_view garbled);
+
 // ---- Streams. ----
 
 /// Converts input of any length piece by piece, in constant memory. The output does not depend on

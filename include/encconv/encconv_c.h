@@ -265,6 +265,44 @@ ENCCONV_API int encconv_candidate_at(const encconv_detection* detection, size_t 
 /** Frees a detection. Null is ignored. */
 ENCCONV_API void encconv_detection_free(encconv_detection* detection);
 
+/** Bytes of one encoding that were taken for those of another, so that text became garbled. */
+typedef struct encconv_misreading {
+  int written; /**< the code page that the bytes were in */
+  int read;    /**< the one that they were taken for */
+} encconv_misreading;
+
+/** A text that may have become a garbled one. What it points to is the trace's own. */
+typedef struct encconv_origin {
+  size_t struct_size;                    /**< sizeof(encconv_origin) */
+  const char* text;                      /**< in UTF-8; a NUL byte follows it */
+  size_t text_size;                      /**< bytes */
+  const encconv_misreading* misreadings; /**< what happened to it, in that order */
+  size_t misreading_count;               /**< one or more */
+  double confidence;                     /**< from 0 to 1 */
+} encconv_origin;
+/** None. */
+#define ENCCONV_ORIGIN_INIT \
+  { sizeof(encconv_origin), NULL, 0, NULL, 0, 0 }
+
+/** What encconv_trace_back() found. */
+typedef struct encconv_trace encconv_trace;
+
+/**
+ * Traces size bytes of garbled UTF-8 text back: which encodings were mixed up, also several times
+ * over, and what the text was. Null when memory is short, or when text is null and size is not 0.
+ * To be freed with encconv_trace_free().
+ */
+ENCCONV_API encconv_trace* encconv_trace_back(const char* text, size_t size);
+/** How many origins there are; 0 when the text is likelier as it is. */
+ENCCONV_API size_t encconv_origin_count(const encconv_trace* trace);
+/**
+ * Fills in the origin at an index below the count, the likeliest first; 0 for any other index or
+ * when origin has no size, else 1.
+ */
+ENCCONV_API int encconv_origin_at(const encconv_trace* trace, size_t index, encconv_origin* origin);
+/** Frees a trace. Null is ignored. */
+ENCCONV_API void encconv_trace_free(encconv_trace* trace);
+
 #ifdef __cplusplus
 }
 #endif

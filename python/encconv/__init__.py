@@ -29,12 +29,15 @@ from ._conversion import (
     DecodeReport,
     Detection,
     Encoding,
+    Misreading,
+    Origin,
     Problem,
     convert,
     decode_report,
     detect,
     encodings,
     find_encoding,
+    trace,
 )
 from ._native import decode, encode
 from ._native import version as __version__
@@ -47,6 +50,8 @@ __all__ = [
     "Detection",
     "Encoder",
     "Encoding",
+    "Misreading",
+    "Origin",
     "Problem",
     "StreamReader",
     "StreamWriter",
@@ -63,4 +68,5 @@ __all__ = [
     "register",
     "replace_builtin",
     "restore_builtin",
+    "trace",
 ]

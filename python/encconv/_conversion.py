@@ -184,3 +184,44 @@ def detect(data, *, is_beginning: bool = False) -> Detection:
     """
     kind, candidates, reason = _native.detect(data, is_beginning)
     return Detection(kind, tuple(Candidate(*entry) for entry in candidates), reason)
+
+
+# ---- Garbled text. ----
+
+
+@dataclass(frozen=True, slots=True)
+class Misreading:
+    """Bytes of one encoding that were taken for those of another."""
+
+    written: str  #: the encoding that the bytes were in
+    read: str  #: the one that they were taken for
+
+
+@dataclass(frozen=True, slots=True)
+class Origin:
+    """A text that may have become a garbled one."""
+
+    text: str
+    misreadings: tuple[Misreading, ...]  #: what happened to it, in that order
+    confidence: float  #: from 0 to 1
+
+
+def trace(garbled: str) -> tuple[Origin, ...]:
+    """Traces garbled text back: what it was, and which encodings were mixed up.
+
+    The likeliest origin first; none when the text is likelier as it is.
+
+    >>> garbled = 'déjà vu'.encode().decode('cp1252')
+    >>> origin = encconv.trace(garbled)[0]
+    >>> origin.text, origin.misreadings[0]
+    ('déjà vu', Misreading(written='UTF-8', read='windows-1252'))
+    """
+
+    def name(number: int) -> str:
+        return _native.properties(number)[0]
+
+    text = garbled.encode('utf-16', 'surrogatepass').decode('utf-16', 'replace')
+    return tuple(
+        Origin(origin, tuple(Misreading(name(a), name(b)) for a, b in steps), confidence)
+        for origin, steps, confidence in _native.trace(text)
+    )

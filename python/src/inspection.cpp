@@ -1,6 +1,7 @@
 #include "python/src/inspection.h"
 
 #include <nanobind/stl/string.h>
+#include <nanobind/stl/string_view.h>
 
 #include <string>
 #include <string_view>
@@ -59,6 +60,23 @@ nb::tuple detect(nb::handle data, bool isBeginning) {
   }
   return nb::make_tuple(kKinds[static_cast<int>(found.kind)], nb::tuple(candidates),
                         text(found.reason));
+}
+
+nb::tuple trace(std::string_view garbled) {
+  std::vector<encconv::Origin> found;
+  {
+    const nb::gil_scoped_release released;
+    found = encconv::trace(garbled);
+  }
+  nb::list origins;
+  for (const encconv::Origin& origin : found) {
+    nb::list steps;
+    for (const encconv::Misreading& step : origin.misreadings) {
+      steps.append(nb::make_tuple(step.written, step.read));
+    }
+    origins.append(nb::make_tuple(text(origin.text), nb::tuple(steps), origin.confidence));
+  }
+  return nb::tuple(origins);
 }
 
 // ---- Conversion with a report. ----
@@ -168,6 +186,7 @@ void addInspection(nb::module_& module) {
   module.def("encodings", &encodings, "All encodings, as tuples.");
   module.def("detect", &detect, nb::arg("data"), nb::arg("is_beginning"),
              "What bytes are, as a tuple.");
+  module.def("trace", &trace, nb::arg("garbled"), "What garbled text was, as tuples.");
   module.def("convert", &convert, nb::arg("data"), nb::arg("source"), nb::arg("target").none(),
              nb::arg("on_error"), nb::arg("byte_order_mark"), nb::arg("most"),
              "The output of a conversion with its report, as a tuple.");

@@ -50,7 +50,7 @@ _encconv() {
           --preserve-time -r --recursive --include -j --jobs
           --on-error -c --strict --report --bom --bom= --newline --pdf-passthrough --ebcdic-newline
           --records --record-length --to-records --fields --as --trim
-          -q -s --quiet -v --verbose --detect --brief --guess -l --list --json --chart --html -h --help --version"
+          -q -s --quiet -v --verbose --detect --trace --brief --guess -l --list --json --chart --html -h --help --version"
       else
         compopt -o filenames
         mapfile -t COMPREPLY < <(compgen -f -- "$current")

@@ -31,6 +31,7 @@ complete -c encconv -l as -x -a 'csv json json-strings' -d 'Form of the table of
 complete -c encconv -l trim -d 'Drop the blanks at the end of each record or text'
 complete -c encconv -s q -s s -l quiet -d 'No progress line and no closing line'
 complete -c encconv -s v -l verbose -d 'Tell of each file the encodings, sizes and speed'
+complete -c encconv -l trace -d 'Trace garbled text back to what it was'
 complete -c encconv -l detect -d 'Show which encoding each file seems to have'
 complete -c encconv -s l -l list -d 'Show the encodings'
 complete -c encconv -l json -d 'List, report or detect for programs'
