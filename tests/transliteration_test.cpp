@@ -15,12 +15,6 @@
 
 namespace {
 
-std::string utf8(std::uint32_t scalar) {
-  unsigned char form[4];
-  return {reinterpret_cast<const char*>(form),
-          static_cast<std::size_t>(writeUtf8(form, scalar) - form)};
-}
-
 std::vector<std::string> candidatesOf(std::uint32_t scalar) {
   std::vector<std::string> all;
   fast::Transliterations candidates(scalar);
@@ -72,6 +66,16 @@ TEST(Transliteration, HasWellFormedCandidatesOnce) {
 }
 
 #ifdef __GLIBC__
+namespace {
+
+std::string utf8(std::uint32_t scalar) {
+  unsigned char form[4];
+  return {reinterpret_cast<const char*>(form),
+          static_cast<std::size_t>(writeUtf8(form, scalar) - form)};
+}
+
+}  // namespace
+
 // In the locale "C", as which a program starts, into ASCII.
 TEST(Transliteration, SaysWhatTheCLibrarySays) {
   const iconv_t converter = iconv_open("ASCII//TRANSLIT", "UTF-8");

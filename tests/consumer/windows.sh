@@ -23,11 +23,12 @@ say "the tool"
 
 say "what the DLL shows"
 x86_64-w64-mingw32-objdump -p "$prefix"/bin/libencconv-*.dll |
-  sed -n '/^\[Ordinal\/Name Pointer\] Table/,/^$/s/^[[:space:]]*\[[^]]*\] *//p' >"$work/shown.txt"
+  sed -n '/^\[Ordinal\/Name Pointer\] Table/,/^$/{/Table/d;s/^[[:space:]]*\[[^]]*\] *//p;}' >"$work/shown.txt"
 grep '^encconv_' "$work/shown.txt" >"$work/shown_c.txt"
 sed -n 's/^\(encconv_[a-z0-9_]*\)$/\1/p' "$source/interface/symbols.txt" >"$work/listed_c.txt"
 diff -u "$work/listed_c.txt" "$work/shown_c.txt"
-if x86_64-w64-mingw32-c++filt -_ <"$work/shown.txt" | grep -v -E '^(encconv_|encconv::|(vtable|typeinfo|typeinfo name) for encconv::)'; then
+if x86_64-w64-mingw32-c++filt -n <"$work/shown.txt" |
+  grep -v -E '^(encconv_|encconv::|(vtable|typeinfo|typeinfo name) for encconv::)'; then
   echo "these are no names of the interface"
   exit 1
 fi
@@ -43,9 +44,11 @@ done
 for languages in "C;CXX" C; do
   tree=$work/find_$(echo "$languages" | tr -d ';')
   say "find_package, shared, $languages"
+  # What the engine's static library needs besides stands where it was built.
   cmake -G Ninja -S "$here" -B "$tree" -DKIND=shared -DLANGUAGES="$languages" \
-    -DCMAKE_TOOLCHAIN_FILE="$source/cmake/mingw-w64.cmake" -DCMAKE_EXE_LINKER_FLAGS=-static \
-    -DCMAKE_FIND_ROOT_PATH="$prefix;$source/build/mingw-packages/root" >/dev/null
+    -DCMAKE_TOOLCHAIN_FILE="$source/cmake/mingw-w64.cmake" \
+    -DCMAKE_EXE_LINKER_FLAGS="-static -L$source/build/mingw-packages/root/lib" \
+    -Dencconv_DIR="$prefix/lib/cmake/encconv" >/dev/null
   cmake --build "$tree" >"$tree.log" || { cat "$tree.log"; exit 1; }
   cp "$prefix"/bin/*.dll "$tree"
   for program in "$tree"/consumer_*.exe; do "$wine" "$program"; done
