@@ -14,7 +14,6 @@ import statistics
 import subprocess
 import sys
 import time
-import urllib.request
 
 ROOT = pathlib.Path(__file__).resolve().parents[1]
 sys.path.insert(0, str(ROOT / "python" / "tests" / "spark"))
@@ -34,12 +33,8 @@ COPYBOOK = """       01  ACCOUNT.
            05  VISITS   PIC S9(9) COMP.
            05  CITY     PIC X(31).
 """
-# Released for Scala 2.12 on the registry that every developer reaches, hence for Spark 3.5.
-COBOL = [
-    "za/co/absa/cobrix/spark-cobol_2.12/2.6.9/spark-cobol_2.12-2.6.9.jar",
-    "za/co/absa/cobrix/cobol-parser_2.12/2.6.9/cobol-parser_2.12-2.6.9.jar",
-    "org/antlr/antlr4-runtime/4.8/antlr4-runtime-4.8.jar",
-]
+# Released for Scala 2.12, hence for Spark 3.5.
+COBOL = "za.co.absa.cobrix:spark-cobol_2.12:2.6.9"
 
 
 # ---- Data. ----
@@ -127,8 +122,8 @@ def run(frame) -> float:
 def measure(cluster: Cluster, order: dict) -> dict[str, list[float]]:
     """Seconds of each case, one after the other and that again, behind smaller runs that warm up."""
     options = {"spark.cores.max": str(order["cores"]), "spark.sql.legacy.javaCharsets": "true"}
-    if order["jars"]:
-        options["spark.jars"] = order["jars"]
+    if order["packages"]:
+        options["spark.jars.packages"] = order["packages"]
     spark = cluster.session(**options)
     small, large = (cases(order["data"][size]) for size in ("small", "large"))
     seconds: dict[str, list[float]] = {name: [] for name in order["cases"]}
@@ -154,16 +149,6 @@ def worker_mode(order: dict) -> None:
         cluster.stop()
 
 
-def fetch_jars(work: pathlib.Path) -> str:
-    found = []
-    for path in COBOL:
-        jar = work / path.rsplit("/", 1)[-1]
-        if not jar.exists():
-            urllib.request.urlretrieve(f"https://repo.maven.apache.org/maven2/{path}", jar)
-        found.append(str(jar))
-    return ",".join(found)
-
-
 def main() -> None:
     parser = argparse.ArgumentParser()
     parser.add_argument("--cobol", help="a Python with the Spark of the COBOL data source")
@@ -180,7 +165,6 @@ def main() -> None:
         "small": make_data(given.work, 32 * MIB),
         "large": make_data(given.work, given.size * MIB),
     }
-    jars = fetch_jars(given.work) if given.cobol else ""
     names = list(cases(data["large"]))
     own = [name for name in names if "cobol" not in name]
     kinds = [
@@ -197,7 +181,7 @@ def main() -> None:
                 "cores": cores,
                 "rounds": given.rounds,
                 "folder": str(ROOT / "build" / "spark" / "cluster"),
-                "jars": jars if python == given.cobol else "",
+                "packages": COBOL if python == given.cobol else "",
                 "data": {k: {n: str(p) for n, p in v.items()} for k, v in data.items()},
             }
             ran = subprocess.run(

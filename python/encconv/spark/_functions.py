@@ -5,6 +5,7 @@ from __future__ import annotations
 from functools import cache
 
 import pyarrow
+import pyarrow.compute
 from pyspark.sql import Column
 from pyspark.sql.functions import arrow_udf, lit
 from pyspark.sql.types import BinaryType, StringType

@@ -204,11 +204,13 @@ def test_stream(spark, tmp_path):
     assert sorted(values) == sorted(lines_of("gb18030", 100) + lines_of("gb18030", 50))
 
 
-def test_recipes_of_the_guide(spark, tmp_path, monkeypatch):
-    monkeypatch.chdir(tmp_path)
+def test_recipes_of_the_guide(spark, tmp_path):
     guide = pathlib.Path(__file__).resolve().parents[3] / "docs" / "spark.md"
     result = doctest.testfile(
-        str(guide), module_relative=False, encoding="utf-8", globs={"spark": spark, "DATA": DATA}
+        str(guide),
+        module_relative=False,
+        encoding="utf-8",
+        globs={"spark": spark, "DATA": DATA, "FOLDER": tmp_path},
     )
     assert result.attempted > 10
     assert result.failed == 0
