@@ -1,6 +1,6 @@
-// NorvaneBzip2 without libbz2: for a library that may need nothing but the C library, and where there
-// is no libbz2. It reads the images of our own tables, one stream each,
-// which are part of the library, so their checksums are not looked at.
+// NorvaneBzip2 without libbz2: for a library that may need nothing but the C library, and where
+// there is no libbz2. It reads the images of our own tables, one stream each, which are part of the
+// library, so their checksums are not looked at.
 #include <algorithm>
 #include <cstdint>
 #include <cstring>

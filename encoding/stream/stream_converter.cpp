@@ -53,7 +53,8 @@ class DrainedOutput final : public Output {
     m_begin = next = m_buffer.reserveTail(static_cast<unsigned int>(count));
     if (next == nullptr) return false;
     std::size_t room = m_buffer.getTailRoom();
-    if (m_drain != nullptr) room = static_cast<std::size_t>(std::min<std::uint64_t>(room, expected));
+    if (m_drain != nullptr)
+      room = static_cast<std::size_t>(std::min<std::uint64_t>(room, expected));
     end = next + room;
     return true;
   }

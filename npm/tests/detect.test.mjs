@@ -2,7 +2,7 @@
 import assert from "node:assert/strict";
 import { before, test } from "node:test";
 
-import { detect, encode, init, trace } from "encconv";
+import { decode, detect, encode, init, trace } from "encconv";
 
 before(() => init());
 
@@ -30,11 +30,13 @@ test("finds encodings by what speaks for them", () => {
   }
 });
 
+const misread = (text) => decode(encode(text, "utf-8"), "windows-1252");
+
 test("traces garbled text back, also twice over, and leaves what is none", () => {
   const cases = [
     ["Ð¿Ñ€Ð¸Ð²ÐµÑ‚, ÐºÐ°Ðº Ð´ÐµÐ»Ð°?", "привет, как дела?", [["UTF-8", "windows-1252"]]],
     ["Ïðèâåò, êàê äåëà?", "Привет, как дела?", [["windows-1251", "windows-1252"]]],
-    ["dÃƒÂ©jÃƒÂ  vu, cÃ¢â‚¬â„¢est lÃƒÂ ", "déjà vu, c’est là", [["UTF-8", "windows-1252"], ["UTF-8", "windows-1252"]]],
+    [misread(misread("déjà vu, c’est là")), "déjà vu, c’est là", [["UTF-8", "windows-1252"], ["UTF-8", "windows-1252"]]],
   ];
   for (const [garbled, text, steps] of cases) {
     const [origin] = trace(garbled);

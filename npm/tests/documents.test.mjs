@@ -3,6 +3,7 @@ import assert from "node:assert/strict";
 import { execFileSync } from "node:child_process";
 import { mkdirSync, readFileSync, rmSync, writeFileSync } from "node:fs";
 import { test } from "node:test";
+import { fileURLToPath } from "node:url";
 
 const folder = new URL("../.documents/", import.meta.url);
 
@@ -13,7 +14,7 @@ function programsOf(document) {
 function printedBy(program, name) {
   const file = new URL(name, folder);
   writeFileSync(file, program);
-  return execFileSync(process.execPath, [file], { encoding: "utf8" }).trimEnd().split("\n");
+  return execFileSync(process.execPath, [fileURLToPath(file)], { encoding: "utf8" }).trimEnd().split("\n");
 }
 
 for (const [document, least] of [["../../docs/javascript.md", 8], ["../README.md", 1]]) {
