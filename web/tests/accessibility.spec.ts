@@ -67,7 +67,7 @@ test('a file is opened, read otherwise and converted by the keyboard alone', asy
   await tabTo(page, page.getByLabel('Choose files'));
   const [chooser] = await Promise.all([
     page.waitForEvent('filechooser'),
-    page.keyboard.press('Enter'),
+    page.keyboard.press('Space'),
   ]);
   await chooser.setFiles({
     name: 'letter.txt',
