@@ -81,7 +81,7 @@ function Verdict({ inspection }: { inspection: Inspection }) {
   return (
     <>
       This is {first.confidence >= 0.5 ? 'most likely' : 'perhaps'} <strong>{encoding}</strong>
-      {first.reason && `: ${first.reason}`}.
+      {first.reason && ` (judged by ${first.reason})`}.
     </>
   );
 }

@@ -10,8 +10,11 @@ import { TextReader } from './text_reader';
 const BEGINNING = 1 << 20;
 /** Bytes that a preview is made of. */
 const PREVIEW = 4096;
-/** From which confidence a file is taken to have been garbled before it was saved. */
-const SURELY_GARBLED = 0.5;
+/**
+ * From which confidence a file is taken to have been garbled before it was saved. Several origins that
+ * are the same text share what there is of it.
+ */
+const SURELY_GARBLED = 0.4;
 const MOST_CANDIDATES = 6;
 
 async function read(bytes: Uint8Array, reading: Reading): Promise<string> {
