@@ -169,8 +169,8 @@ bool Statistics::readSingleByte(int codePage, Reading& reading) {
   for (const unsigned char byte : high) sums.add(units[byte], m_counts[byte]);
   const ProfileSums::Best best = sums.best();
   reading.score = common + ofNeighbours + best.log;
-  reading.fit =
-      (ofNeighbours + best.log) / static_cast<double>(std::max<std::uint64_t>(1, reading.characters));
+  reading.fit = (ofNeighbours + best.log) /
+                static_cast<double>(std::max<std::uint64_t>(1, reading.characters));
   reading.language = best.language;
   return true;
 }

@@ -31,7 +31,7 @@ inline Bytes16 lookup16(Bytes16 table, Bytes16 places) {
 }
 // A byte is in one row, and beyond all others, which give 0 for it.
 template <unsigned int kRows>
-[[gnu::always_inline]] inline Bytes16 lookUpRows(const std::uint8_t* table, Bytes16 bytes) {
+COMPILER_INLINE inline Bytes16 lookUpRows(const std::uint8_t* table, Bytes16 bytes) {
   const Bytes16 places = kRows == 16 ? bytes : bytes & (16 * kRows - 1);
   Bytes16 found = lookup16(Bytes16::load(table), places);
   for (unsigned int i = 1; i < kRows; ++i) {
