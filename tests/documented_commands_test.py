@@ -22,7 +22,7 @@ DATA = PROJECT / "tests" / "data"
 INSTALLS = ("scripts/", "cmake ", "sudo ", "(cd build/", "pip install ", "python3 -c ")
 # The program that README.md builds, which tests/consumer/run.sh builds too; results and messages.
 NOT_COMMANDS = ("#include ", "int main() ", "c++ ", "encconv::", "encconv: ", "(code page ", "(00 ",
-                "LD_PRELOAD=", "COPY ", "ENV ")  # with other programs
+                "LD_PRELOAD=", "COPY ", "ENV ", "spark.")  # with other programs
 
 
 def sample(name):
@@ -141,7 +141,9 @@ def check_install(line):
             return f"{script} cannot be run"
     presets = json.loads((PROJECT / "CMakePresets.json").read_text())
     known = {preset["name"] for preset in presets["configurePresets"]}
-XX
+    named = set(re.findall(r"--preset (\S+)", line))
+    if not line.startswith("scripts/"):  # these have folders of their own
+        named |= set(re.findall(r"build/([\w-]+)", line))
     return f"no preset {named - known}" if named - known else ""
 
 

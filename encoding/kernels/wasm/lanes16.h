@@ -90,9 +90,9 @@ inline std::uint32_t eightBits(Units16 mask) {
 // Bytes from place n on, of first and behind it second.
 template <int n>
 inline Bytes16 sixteenFrom(Bytes16 first, Bytes16 second) {
-  return Bytes16(__builtin_shufflevector(first.native(), second.native(), n, n + 1, n + 2, n + 3,
-                                         n + 4, n + 5, n + 6, n + 7, n + 8, n + 9, n + 10, n + 11,
-                                         n + 12, n + 13, n + 14, n + 15));
+  return Bytes16(COMPILER_SHUFFLE(first.native(), second.native(), n, n + 1, n + 2, n + 3, n + 4,
+                                  n + 5, n + 6, n + 7, n + 8, n + 9, n + 10, n + 11, n + 12, n + 13,
+                                  n + 14, n + 15));
 }
 template <int n>
 inline Bytes16 moveUp(Bytes16 a) {
