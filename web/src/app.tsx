@@ -3,8 +3,8 @@ import { useEffect, useState } from 'preact/hooks';
 import { CodesView } from './codes/codes_view';
 import { FilesView } from './files/files_view';
 import { useFiles } from './files/use_files';
-import { Encodings } from './shared/encodings';
-import { useJob } from './shared/use_job';
+import { Encodings } from './common/encodings';
+import { useJob } from './common/use_job';
 import { TextView } from './text/text_view';
 
 const VIEWS = { files: 'Files', text: 'Garbled text', codes: 'Code pages' } as const;

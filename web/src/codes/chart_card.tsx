@@ -1,10 +1,10 @@
 /** The chart of a code page: what each byte is, at the beginning or behind others. */
 import { useEffect, useMemo, useRef } from 'preact/hooks';
 import type { Code } from '../engine/protocol';
-import { EncodingPicker } from '../shared/encodings';
-import { codePoints, hex, hexByte } from '../shared/format';
-import { Card, Failure } from '../shared/parts';
-import { useJob } from '../shared/use_job';
+import { EncodingPicker } from '../common/encodings';
+import { codePoints, hex, hexByte } from '../common/format';
+import { Card, Failure } from '../common/parts';
+import { useJob } from '../common/use_job';
 import { ChartGrid } from './chart_grid';
 
 /** A code in a chart: the bytes in front, and the last one if one is chosen. */

@@ -1,7 +1,7 @@
 /** 16 by 16 codes, through which the arrow keys lead. */
 import { useEffect, useRef, useState } from 'preact/hooks';
 import type { Code } from '../engine/protocol';
-import { codePoints, hexByte, invisibleName, visible } from '../shared/format';
+import { codePoints, hexByte, invisibleName, visible } from '../common/format';
 
 const SIDE = 16;
 const DIGITS = Array.from({ length: SIDE }, (_, digit) => digit);

@@ -2,9 +2,9 @@
 import type { TargetedSubmitEvent } from 'preact';
 import { useId, useMemo, useState } from 'preact/hooks';
 import type { Holder } from '../engine/protocol';
-import { codePoints, count, hex, visible } from '../shared/format';
-import { Card, Failure, Progress } from '../shared/parts';
-import { useJob } from '../shared/use_job';
+import { codePoints, count, hex, visible } from '../common/format';
+import { Card, Failure, Progress } from '../common/parts';
+import { useJob } from '../common/use_job';
 import type { Place } from './chart_card';
 
 /** What the user means: "U+FDFC" and "&#xFDFC;" are characters as well. */

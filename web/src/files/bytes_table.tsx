@@ -1,7 +1,7 @@
 /** Bytes and the characters that they are, side by side. */
 import { useEffect, useMemo, useState } from 'preact/hooks';
 import type { Cell, Problem } from '../engine/protocol';
-import { codePoints, hex, hexByte, invisibleName } from '../shared/format';
+import { codePoints, hex, hexByte, invisibleName } from '../common/format';
 
 /** Below this width of the window rows are half as long. */
 const NARROW = '(max-width: 640px)';

@@ -1,10 +1,10 @@
 /** What a file is: the encodings that it may be in, with a preview of each. */
 import { useId, useMemo } from 'preact/hooks';
 import type { Candidate, Inspection, Reading } from '../engine/protocol';
-import { EncodingPicker, useTitle } from '../shared/encodings';
-import { onOneLine } from '../shared/format';
-import { Card, Misreadings, Sureness } from '../shared/parts';
-import { useJob } from '../shared/use_job';
+import { EncodingPicker, useTitle } from '../common/encodings';
+import { onOneLine } from '../common/format';
+import { Card, Misreadings, Sureness } from '../common/parts';
+import { useJob } from '../common/use_job';
 import { candidateOf, type OpenFile } from './use_files';
 
 /** Characters of the preview of a candidate. */

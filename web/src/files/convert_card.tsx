@@ -3,10 +3,10 @@ import { downloadZip } from 'client-zip';
 import { useId, useRef, useState } from 'preact/hooks';
 import { run } from '../engine/client';
 import type { Conversion, Converted, Lacking, LineEnds } from '../engine/protocol';
-import { download } from '../shared/download';
-import { EncodingPicker } from '../shared/encodings';
-import { count } from '../shared/format';
-import { Card, Progress } from '../shared/parts';
+import { download } from '../common/download';
+import { EncodingPicker } from '../common/encodings';
+import { count } from '../common/format';
+import { Card, Progress } from '../common/parts';
 import type { OpenFile } from './use_files';
 
 const LACKING: Record<Lacking, string> = {

@@ -1,7 +1,7 @@
 /** Files: what they are, how they read, and what they become. */
 import { useId, useState } from 'preact/hooks';
-import { fileSize } from '../shared/format';
-import { Card, Failure } from '../shared/parts';
+import { fileSize } from '../common/format';
+import { Card, Failure } from '../common/parts';
 import { CandidatesCard } from './candidates_card';
 import { ConvertCard } from './convert_card';
 import { ReadingCard } from './reading_card';

@@ -1,9 +1,9 @@
 /** How a file reads: all problems of it, and text and bytes side by side. */
 import { useMemo, useState } from 'preact/hooks';
 import type { Problem, Reading, Survey } from '../engine/protocol';
-import { count, hex } from '../shared/format';
-import { Card, Failure, Progress } from '../shared/parts';
-import { useJob } from '../shared/use_job';
+import { count, hex } from '../common/format';
+import { Card, Failure, Progress } from '../common/parts';
+import { useJob } from '../common/use_job';
 import { BytesTable } from './bytes_table';
 
 /** Bytes that are shown at a time. */

@@ -2,10 +2,10 @@
 import { useId, useMemo, useState } from 'preact/hooks';
 import { run } from '../engine/client';
 import type { RecordShape, RecordsRequest, RecordTable } from '../engine/protocol';
-import { download } from '../shared/download';
-import { count } from '../shared/format';
-import { Card, Failure } from '../shared/parts';
-import { useJob } from '../shared/use_job';
+import { download } from '../common/download';
+import { count } from '../common/format';
+import { Card, Failure } from '../common/parts';
+import { useJob } from '../common/use_job';
 
 /** Rows that are shown. */
 const LIMIT = 100;

@@ -1,8 +1,8 @@
 /** Garbled text, traced back to what it was. */
 import { useEffect, useId, useMemo, useState } from 'preact/hooks';
 import type { Origin } from '../engine/protocol';
-import { Card, Misreadings, CopyButton, Failure, Sureness } from '../shared/parts';
-import { useJob } from '../shared/use_job';
+import { Card, Misreadings, CopyButton, Failure, Sureness } from '../common/parts';
+import { useJob } from '../common/use_job';
 
 const EXAMPLES = ['Ð¿Ñ€Ð¸Ð²ÐµÑ‚', 'ƒeƒXƒg', 'ïðèâåò', 'cafÃƒÂ©'];
 /** How long nothing must be written before the text is traced, in milliseconds. */

@@ -1,7 +1,7 @@
 /** Converts a file, piece by piece, into a file. */
 import { ConversionError, Encoder, load } from 'encconv';
 import type { Conversion, Converted, LineEnds } from '../protocol';
-import { hex } from '../../shared/format';
+import { hex } from '../../common/format';
 import { pieces, type Task } from './task';
 import { TextReader } from './text_reader';
 

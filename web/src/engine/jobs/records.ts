@@ -2,7 +2,7 @@
 import { Decoder, load, rawRecords, RowReader } from 'encconv';
 import type { Row } from 'encconv';
 import type { Input, RecordsRequest, RecordTable } from '../protocol';
-import { hex } from '../../shared/format';
+import { hex } from '../../common/format';
 import { pieces, type Task } from './task';
 
 /** Bytes that the rows which are shown are looked for in. */
