@@ -29,7 +29,8 @@ export PLAYWRIGHT_SKIP_BROWSER_DOWNLOAD=1
 npm_config_cache="${npm_config_cache:-$PWD/build/npm-cache}"
 export npm_config_cache
 cd web
-npm ci --no-audit --no-fund --silent
+# Not "npm ci": that wants what other systems need in the lock file too, which npm leaves out of it.
+npm install --no-save --no-audit --no-fund --silent
 npm run --silent build
 
 case $task in

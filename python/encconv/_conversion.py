@@ -241,7 +241,7 @@ def trace(garbled: str) -> tuple[Origin, ...]:
     The likeliest origin first; none when the text is likelier as it is.
 
     >>> garbled = 'déjà vu'.encode().decode('cp1252')
-    >>> origin = encconv.trace(garbled)[0]
+    >>> origin = trace(garbled)[0]
     >>> origin.text, origin.misreadings[0]
     ('déjà vu', Misreading(written='UTF-8', read='windows-1252'))
     """
