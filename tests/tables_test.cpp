@@ -158,7 +158,7 @@ TEST(NorvaneBzip2, RefusesEveryDamage) {
 TEST(TableText, PrintedPairsPackToTheSameSource) {
   int count = 0;
   for (const auto& entry : std::filesystem::directory_iterator(ENCCONV_TABLE_TEXTS)) {
-    const std::string name = entry.path().filename();
+    const std::string name = entry.path().filename().string();
     if (entry.path().extension() != ".cpp" || name == "table_image.cpp") continue;
     std::ifstream file(entry.path());
     const std::string source{std::istreambuf_iterator<char>(file), {}};
