@@ -175,9 +175,9 @@ class Undoer {
     }
     undone.text += text.substr(std::min(end, text.size()));
     undone.isHopeless = malformed * 2 > high + 4 * lost;
-    const auto repeated = std::ranges::unique(
-        undone.text, [](char16_t a, char16_t b) { return a == kLost && b == kLost; });
-    undone.text.erase(repeated.begin(), repeated.end());
+    const auto isRepeated = [](char16_t a, char16_t b) { return a == kLost && b == kLost; };
+    undone.text.erase(std::unique(undone.text.begin(), undone.text.end(), isRepeated),
+                      undone.text.end());
     // A lost character leaves a malformed place on each side.
     const std::uint64_t expected = std::min(malformed, 2 * lost);
     undone.penalty = kMalformed * static_cast<double>(malformed - expected) +
