@@ -258,7 +258,7 @@ TEST(Interface, ConvertsIntoRoomOfAnySize) {
   encconv_options substitute = ENCCONV_OPTIONS_INIT;
   substitute.on_error = "substitute";
   for (const auto& [from, to] : pairs) {
-    for (const std::size_t length : {0, 1, 20, 3000}) {
+    for (const unsigned int length : {0u, 1u, 20u, 3000u}) {
       const std::string_view input = std::string_view(text).substr(0, length);
       const std::string whole = encconv::convert(input, from, to, options).text;
       ASSERT_LE(whole.size(), encconv::max_output_size(length, from, to));

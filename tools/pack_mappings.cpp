@@ -218,15 +218,32 @@ bool isNumber(const std::string& text) {
   return !text.empty() && text.find_first_not_of("0123456789") == std::string::npos;
 }
 
+std::string octal(char c) {
+  char text[5];
+  std::snprintf(text, sizeof text, "\\%03o", static_cast<unsigned char>(c));
+  return text;
+}
+
 void writeImage(const std::string& image, std::ostream& out) {
   constexpr std::size_t kPerLine = 96;
   for (std::size_t i = 0; i < image.size(); ++i) {
     if (i % kPerLine == 0) out << (i == 0 ? "\n    \"" : "\"\n    \"");
-    char octal[5];
-    std::snprintf(octal, sizeof octal, "\\%03o", static_cast<unsigned char>(image[i]));
-    out << octal;
+    out << octal(image[i]);
   }
   out << '"';
+}
+
+// A literal above 65,536 bytes is more than every compiler takes: such an image is an array.
+bool isLiteral(const std::string& image) { return image.size() < 65536; }
+
+void writeArray(const MappingFile& mapping, const std::string& image, std::ostream& out) {
+  constexpr std::size_t kPerLine = 24;
+  out << "static constexpr char kImage_" << identifier(mapping.name) << "[] = {";
+  for (std::size_t i = 0; i < image.size(); ++i) {
+    if (i % kPerLine == 0) out << "\n    ";
+    out << '\'' << octal(image[i]) << "',";
+  }
+  out << "};\n";
 }
 
 // Which images are files, and where.
@@ -268,11 +285,14 @@ void writeSource(const std::vector<MappingFile>& mappings, const Apart& apart, s
     const std::string image = pack(mapping);
     const bool isFile = apart.isFile(mapping, image);
     if (isFile) writeFile(mapping, image, apart, out);
+    if (!isFile && !isLiteral(image)) writeArray(mapping, image, out);
     out << "const Mapping " << identifier(mapping.name) << " = {";
     if (isFile) {
       out << "nullptr";
-    } else {
+    } else if (isLiteral(image)) {
       writeImage(image, out);
+    } else {
+      out << "kImage_" << identifier(mapping.name);
     }
     out << ", " << i << ", "
         << (mapping.over.empty() || isOverPage || isOverText ? "nullptr"

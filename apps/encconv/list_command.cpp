@@ -73,7 +73,7 @@ const Family& familyOf(const CharsetNames& page) {
 std::vector<const Family*> familiesFor(std::string_view filter) {
   std::vector<const Family*> families;
   for (const Family& family : kFamilies) families.push_back(&family);
-  std::ranges::stable_partition(families, [&](const Family* family) {
+  std::stable_partition(families.begin(), families.end(), [&](const Family* family) {
     return !filter.empty() && containsName(family->heading, filter);
   });
   return families;

@@ -78,7 +78,7 @@ std::size_t CutBytes::find(const CutWindow& window) const {
   std::uint32_t possible = window.isAtCut ? kFirst : kAll;
   for (std::size_t place = 0; place < window.size; ++place) {
     const std::uint32_t places = possible & m_places[window.data[place]];
-    if (places != 0 && (places & ~kFirst) == 0 && window.takes(place)) return place;
+    if (places != 0 && (places & ~std::uint32_t{kFirst}) == 0 && window.takes(place)) return place;
     const std::uint32_t next = (places & ~std::uint32_t{kLast}) << 1;
     possible = next | ((places & kLast) != 0 ? kFirst : 0u);
     if (possible == 0) possible = kAll;  // no text: what follows is to be found out anew
@@ -326,7 +326,7 @@ std::size_t cutShifted(const void* parameters, const CutWindow& window) {
   std::array<bool, 256> isEnd{};
   for (unsigned int byte = 0; byte < 256; ++byte) {
     const Entry entry = singles->root()[byte];
-    for (const unsigned int scalar : {0x0A, 0x0D, 0x85}) {
+    for (const unsigned int scalar : {0x0Au, 0x0Du, 0x85u}) {
       isEnd[byte] = isEnd[byte] || entry == (CodeTable::kScalar | scalar);
     }
   }

@@ -366,7 +366,8 @@ struct PackedWriter : CodecRun {
   }
   void finish() {
     const bool needsReturn = state.bitCount == 0 ? state.shiftedOut : state.bitCount == 1;
-    if (needsReturn) put(static_cast<unsigned char>(state.bits | kReturn << state.bitCount));
+    if (needsReturn)
+      put(static_cast<unsigned char>(state.bits | unsigned{kReturn} << state.bitCount));
     if (!needsReturn && state.bitCount != 0) put(static_cast<unsigned char>(state.bits));
     state.shiftedOut = false;
     state.bits = state.bitCount = 0;
