@@ -9,6 +9,8 @@ namespace {
 TEST_F(ToolTest, TroubleWithTheOutputIsReported) {
   expectOneLine(run("-f 1252 -t utf-8 latin -o /dev/full"), "/dev/full: No space left");
   expectOneLine(run("-f 1252 -t utf-8 latin > /dev/full"), "standard output: No space left");
+  write("long", std::string(100000, 'a'));
+  EXPECT_EQ(run("-j 4 --job-size 500 -f utf-8 -t utf-16le long -o /dev/full").status, 2);
   expectOneLine(run("-f 1252 -t utf-8 --in-place latin /dev/null"), "/dev/null: is not a regular");
   expectOneLine(run("-f 1252 -t utf-8 /proc/self/mem -o result"), "mem: Input/output error");
   EXPECT_EQ(files(), "latin utf8 ");
