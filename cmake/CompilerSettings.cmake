@@ -10,6 +10,12 @@ else()
     -Wall -Wextra -Wpedantic -Wconversion
     $<$<BOOL:${ENCCONV_WERROR}>:-Werror>)
 endif()
+if(UNIX AND NOT EMSCRIPTEN AND CMAKE_SIZEOF_VOID_P EQUAL 4)
+  # Files beyond 2 GiB, and times beyond the year 2038.
+  target_compile_definitions(encconv_settings INTERFACE _FILE_OFFSET_BITS=64 _TIME_BITS=64)
+  # Compilers do not agree how vectors are handed over, which matters between libraries only.
+  target_compile_options(encconv_settings INTERFACE -Wno-psabi)
+endif()
 if(ENCCONV_SANITIZE)
   target_compile_options(encconv_settings INTERFACE
     -fsanitize=${ENCCONV_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)

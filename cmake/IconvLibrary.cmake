@@ -40,9 +40,6 @@ target_compile_options(encconv_iconv_objects PRIVATE ${iconv_options})
 if(ENCCONV_HAS_NO_GNU_UNIQUE)
   target_compile_options(encconv_iconv_objects PRIVATE -fno-gnu-unique)
 endif()
-# Its lists are made at compile time, where "throw" is how that fails.
-set_property(SOURCE ${PROJECT_SOURCE_DIR}/encoding/codecs/encoding_names.cpp
-  TARGET_DIRECTORY encconv_engine APPEND PROPERTY COMPILE_OPTIONS -fexceptions)
 
 # One object in which nothing shows but the calls: what the static library is, and what the shared one
 # is linked of, as C, so that nothing of C++ comes along.

@@ -35,7 +35,8 @@ class Pump {
     m_begin = m_in = m_walkedIn = in;
     m_end = inEnd;
     m_unit = m_unitEnd = m_walkedUnit = m_block;
-    m_pivotBytes = m_written = 0;
+    m_pivotBytes = 0;
+    m_written = 0;
     m_isStopped = m_isHeld = m_hasBlock = false;
     m_tellsBlocks = tellsBlocks;
     m_isPivot = plan.decoding.form == EncodingForm::kUtf16 && plan.direct == nullptr &&

@@ -347,7 +347,7 @@ TEST(Interface, StreamsPiecesOfMegabytes) {
       Options drop;
       drop.on_error = OnError::drop;
       encconv::StreamConverter stream(c.from, c.to, drop);
-      std::uint64_t seen = 0, wrong = 0;
+      std::size_t seen = 0, wrong = 0;
       stream.on_problem([&](const encconv::Problem& problem) {
         const std::size_t offset = c.start.size() + seen * c.line.size() + c.line.find(c.bad);
         const std::uint64_t line = hasLineEnds ? seen + 1 : 1;

@@ -319,8 +319,9 @@ TEST(Iso2022Sets, ComeBackFromStreams) {
       std::string kept;
       std::size_t done = 0;
       for (const StreamError& error : coded.errors) {
-        kept += text.substr(done, error.offset - done);
-        done = error.offset + error.length;
+        const auto offset = static_cast<std::size_t>(error.offset);
+        kept += text.substr(done, offset - done);
+        done = offset + error.length;
       }
       ASSERT_EQ(hex(back.text), hex(kept + text.substr(done))) << number << hex(coded.text);
       ASSERT_TRUE(back.errors.empty()) << number;

@@ -263,7 +263,9 @@ TEST(Stream, DropsWhatEncConvertDrops) {
 // A text without some pieces of it.
 std::string without(std::string text, std::vector<StreamError> pieces) {
   std::ranges::sort(pieces, std::greater<>{}, &StreamError::offset);
-  for (const StreamError& piece : pieces) text.erase(piece.offset, piece.length);
+  for (const StreamError& piece : pieces) {
+    text.erase(static_cast<std::size_t>(piece.offset), piece.length);
+  }
   return text;
 }
 

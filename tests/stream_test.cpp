@@ -250,7 +250,7 @@ TEST(Stream, ReportsWhatItCouldNotConvert) {
       EXPECT_EQ(error.codePoint, expected[i].codePoint);
       EXPECT_EQ(error.kind, expected[i].kind);
       EXPECT_EQ(std::string(reinterpret_cast<const char*>(error.bytes), error.byteCount),
-                text.substr(error.offset, error.length));
+                text.substr(static_cast<std::size_t>(error.offset), error.length));
     }
   }
   // The first and the last character of each length.

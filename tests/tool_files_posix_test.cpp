@@ -9,9 +9,11 @@ namespace {
 TEST_F(ToolTest, TroubleWithTheOutputIsReported) {
   expectOneLine(run("-f 1252 -t utf-8 latin -o /dev/full"), "/dev/full: No space left");
   expectOneLine(run("-f 1252 -t utf-8 latin > /dev/full"), "standard output: No space left");
+  write("long", std::string(100000, 'a'));
+  EXPECT_EQ(run("-j 4 --job-size 500 -f utf-8 -t utf-16le long -o /dev/full").status, 2);
   expectOneLine(run("-f 1252 -t utf-8 --in-place latin /dev/null"), "/dev/null: is not a regular");
   expectOneLine(run("-f 1252 -t utf-8 /proc/self/mem -o result"), "mem: Input/output error");
-  EXPECT_EQ(files(), "latin utf8 ");
+  EXPECT_EQ(files(), "latin long utf8 ");
   for (const char* arguments : {"-f 1252 -t utf-8 latin", "--list", "--chart 932", "--help"}) {
     // The reader is gone before the tool writes: that is no trouble, unless the signal is ignored.
     const std::string writer = std::string(ENCCONV_TOOL " ") + arguments + "; echo $? > status; }";

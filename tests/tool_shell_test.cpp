@@ -76,6 +76,18 @@ TEST_F(ToolTest, EndsLinesHoweverTheTextIsCut) {
   }
 }
 
+TEST_F(ToolTest, SeveralThreadsStandBetweenPipes) {
+  std::string text;
+  for (int i = 0; i < 30000; ++i) text += "line " + std::to_string(i) + " größer\n";
+  write("text", text);
+  const std::string convert = ENCCONV_TOOL " -j 4 --job-size 5000 -f utf-8 -t iso-2022-jp-2 ";
+  const ToolRun piped = shell("cat text | " + convert + "| cat");
+  EXPECT_EQ(piped.err, "");
+  EXPECT_TRUE(piped.out == run("-f utf-8 -t iso-2022-jp-2 text").out);
+  // A reader that goes away.
+  EXPECT_EQ(shell("{ " + convert + "text; echo $? >&2; } | head -c 9").err, "141\n");
+}
+
 TEST_F(ToolTest, ReportsEveryPlace) {
   write("text", "\xE4\xB8\x80\n\xFF\n");
   write("odd\n\xE9\"", "\xFF");

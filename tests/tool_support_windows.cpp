@@ -85,6 +85,8 @@ ToolRun ToolTest::run(const std::string& arguments, const std::string& input) co
     GetExitCodeProcess(process.hProcess, &status);
     CloseHandle(process.hProcess);
     CloseHandle(process.hThread);
+  } else {
+    ADD_FAILURE() << "CreateProcess: error " << GetLastError();
   }
   for (const HANDLE handle : {startup.hStdInput, startup.hStdOutput, startup.hStdError}) {
     CloseHandle(handle);

@@ -67,13 +67,14 @@ struct Reader : Direction<UnitReader> {
   // False when what follows decides.
   bool readInFront() {
     if (!isAccent(*p)) return refuse(1);
+    const auto rest = static_cast<std::size_t>(left());
     unsigned int accents = 0;
     std::uint32_t code = 0;
-    while (accents < left() && accents < kMaxAccents && isAccent(p[accents])) {
+    while (accents < rest && accents < kMaxAccents && isAccent(p[accents])) {
       code = code << 8 | p[accents++];
     }
-    if (accents == left() && !last) return false;
-    if (accents == left() || p[accents] < 0x20) return refuse(1);
+    if (accents == rest && !last) return false;
+    if (accents == rest || p[accents] < 0x20) return refuse(1);
     const Entry letter = table.root()[p[accents]];
     if (!isScalar(letter)) return refuse(1);
     const char32_t composed = scheme.composes ? scalarOf(code << 8 | p[accents]) : 0;

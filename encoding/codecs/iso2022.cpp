@@ -293,9 +293,10 @@ struct Reader : Direction<UnitReader> {
     const OpenSet from = open(setIn(place));
     if (isOutOfMemory) return fail();
     const unsigned int length = scheme.singleShiftBytes;
+    const auto rest = static_cast<std::size_t>(left());
     unsigned int known = 0;
-    while (known < length && known + 2 < left() && from.isGraphic(p[2 + known])) ++known;
-    if (known < length && known + 2 == left() && !last) return false;
+    while (known < length && known + 2 < rest && from.isGraphic(p[2 + known])) ++known;
+    if (known < length && known + 2 == rest && !last) return false;
     return known < length ? refuse(2 + known) : readCharacter(from, 2, length);
   }
 };

@@ -245,12 +245,13 @@ struct Reader : CodecRun {
   // the end of the run is told from the same place.
   bool readUnit() {
     const unsigned int wanted = (21u - state.bitCount) / 6;
+    const auto rest = static_cast<std::size_t>(left());
     std::uint32_t bits = state.bits;
     unsigned int digits = 0;
-    for (; digits < wanted && digits < left() && isBase64<Scheme>(p[digits]); ++digits) {
+    for (; digits < wanted && digits < rest && isBase64<Scheme>(p[digits]); ++digits) {
       bits = (bits << 6) | Scheme::kBase64Values[p[digits]];
     }
-    const bool isCut = digits == left() && !last;
+    const bool isCut = digits == rest && !last;
     const unsigned int bitCount = state.bitCount + 6 * digits - 16;
     const std::uint32_t pending = digits < wanted ? 1 : bits & ((1u << bitCount) - 1);
     if (pending != 0 && isCut) return false;

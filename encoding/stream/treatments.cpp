@@ -183,7 +183,8 @@ Treatment::Replacement Treatment::replace(const StreamError& error, const unsign
 Treatment::Known* Treatment::knownFor(std::uint64_t key) {
   if (key == 0) return nullptr;
   if (m_known == nullptr) m_known.reset(new (std::nothrow) Known[1u << kKnownBits]);
-  return m_known == nullptr ? nullptr : &m_known[key * 0x9E3779B97F4A7C15u >> (64 - kKnownBits)];
+  const std::uint64_t place = key * 0x9E3779B97F4A7C15u >> (64 - kKnownBits);
+  return m_known == nullptr ? nullptr : &m_known[static_cast<std::size_t>(place)];
 }
 
 Treatment::Replacement Treatment::rememberedOrMade(const StreamError& error,

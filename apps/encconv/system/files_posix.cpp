@@ -128,8 +128,13 @@ bool isTerminal(int fd) { return isatty(fd) == 1; }
 bool flush(int fd) { return fsync(fd) == 0; }
 
 bool setTimes(int fd, const FileStatus& status) {
-  const struct timespec times[2] = {{status.accessed.seconds, status.accessed.nanoseconds},
-                                    {status.modified.seconds, status.modified.nanoseconds}};
+  const auto asSystem = [](const FileTime& time) {
+    struct timespec converted = {};
+    converted.tv_sec = static_cast<time_t>(time.seconds);
+    converted.tv_nsec = static_cast<long>(time.nanoseconds);
+    return converted;
+  };
+  const struct timespec times[2] = {asSystem(status.accessed), asSystem(status.modified)};
   return futimens(fd, times) == 0;
 }
 
@@ -234,7 +239,8 @@ std::size_t usableJobs(std::size_t wanted) {
     if (setrlimit(RLIMIT_NOFILE, &raised) == 0) limit = raised;
   }
   if (limit.rlim_cur >= needed) return wanted;
-  return limit.rlim_cur < kOthers + kOfOneJob ? 1 : (limit.rlim_cur - kOthers) / kOfOneJob;
+  if (limit.rlim_cur < kOthers + kOfOneJob) return 1;
+  return static_cast<std::size_t>((limit.rlim_cur - kOthers) / kOfOneJob);
 }
 
 }  // namespace tool::files
