@@ -1,5 +1,7 @@
 #include "encoding/codecs/accents.h"
 
+#include <utility>
+
 #include "encoding/codecs/mapping_list.h"
 #include "encoding/codecs/unit_text.h"
 
@@ -69,11 +71,12 @@ struct Reader : Direction<UnitReader> {
     if (!isAccent(*p)) return refuse(1);
     unsigned int accents = 0;
     std::uint32_t code = 0;
-    while (accents < left() && accents < kMaxAccents && isAccent(p[accents])) {
+    while (std::cmp_less(accents, left()) && accents < kMaxAccents && isAccent(p[accents])) {
       code = code << 8 | p[accents++];
     }
-    if (accents == left() && !last) return false;
-    if (accents == left() || p[accents] < 0x20) return refuse(1);
+    const bool isEnd = std::cmp_equal(accents, left());
+    if (isEnd && !last) return false;
+    if (isEnd || p[accents] < 0x20) return refuse(1);
     const Entry letter = table.root()[p[accents]];
     if (!isScalar(letter)) return refuse(1);
     const char32_t composed = scheme.composes ? scalarOf(code << 8 | p[accents]) : 0;

@@ -1,5 +1,7 @@
 #include "encoding/codecs/iso2022.h"
 
+#include <utility>
+
 #include "encoding/codecs/escape_sequence.h"
 #include "encoding/codecs/unit_text.h"
 
@@ -296,8 +298,9 @@ struct Reader : Direction<UnitReader> {
     if (isOutOfMemory) return fail();
     const unsigned int length = scheme.singleShiftBytes;
     unsigned int known = 0;
-    while (known < length && known + 2 < left() && from.isGraphic(p[2 + known])) ++known;
-    if (known < length && known + 2 == left() && !last) return false;
+    const auto isSeen = [&] { return std::cmp_less(known + 2, left()); };
+    while (known < length && isSeen() && from.isGraphic(p[2 + known])) ++known;
+    if (known < length && !isSeen() && !last) return false;
     return known < length ? refuse(2 + known) : readCharacter(from, 2, length);
   }
 };

@@ -17,6 +17,7 @@
 // malformed is the same: names that only break a rule of writing are read.
 #include <array>
 #include <string_view>
+#include <utility>
 
 #include "encoding/codecs/codec_run.h"
 #include "encoding/codecs/text_bytes.h"
@@ -247,10 +248,11 @@ struct Reader : CodecRun {
     const unsigned int wanted = (21u - state.bitCount) / 6;
     std::uint32_t bits = state.bits;
     unsigned int digits = 0;
-    for (; digits < wanted && digits < left() && isBase64<Scheme>(p[digits]); ++digits) {
+    for (; digits < wanted && std::cmp_less(digits, left()) && isBase64<Scheme>(p[digits]);
+         ++digits) {
       bits = (bits << 6) | Scheme::kBase64Values[p[digits]];
     }
-    const bool isCut = digits == left() && !last;
+    const bool isCut = std::cmp_equal(digits, left()) && !last;
     const unsigned int bitCount = state.bitCount + 6 * digits - 16;
     const std::uint32_t pending = digits < wanted ? 1 : bits & ((1u << bitCount) - 1);
     if (pending != 0 && isCut) return false;
