@@ -23,6 +23,9 @@ const isWriting = (target: EventTarget | null): boolean =>
 
 export function App() {
   const [view, setView] = useState(viewOfAddress);
+  // What was written in a view stays there while others are looked at.
+  const [seen, setSeen] = useState([view]);
+  if (!seen.includes(view)) setSeen([...seen, view]);
   const [text, setText] = useState('');
   const files = useFiles();
   const list = useJob('encodings', NO_INPUT);
@@ -78,9 +81,13 @@ export function App() {
       </header>
       <main id="main" tabIndex={-1}>
         {list.error && <p class="failure">The page could not be loaded: {list.error}</p>}
-        {view === 'files' && <FilesView files={files} />}
-        {view === 'text' && <TextView text={text} onText={setText} />}
-        {view === 'codes' && <CodesView />}
+        {seen.map((each) => (
+          <div key={each} class="view" hidden={each !== view}>
+            {each === 'files' && <FilesView files={files} />}
+            {each === 'text' && <TextView text={text} onText={setText} />}
+            {each === 'codes' && <CodesView />}
+          </div>
+        ))}
       </main>
       <footer>
         <p>Nothing that you open leaves this computer: the page works without a network.</p>
