@@ -16,6 +16,8 @@ function viewOfAddress(): View {
 }
 
 const NO_INPUT = {};
+/** Characters from which on pasted text is looked at as a file: fields would be slow with it. */
+const LARGE = 100_000;
 
 /** Whether a paste goes where the user writes. */
 const isWriting = (target: EventTarget | null): boolean =>
@@ -35,8 +37,9 @@ export function App() {
     const follow = (): void => setView(viewOfAddress());
     const take = (data: DataTransfer | null, event: Event): void => {
       const pasted = data?.getData('text/plain') ?? '';
-      if (data?.files.length) {
-        add([...data.files]);
+      const isLarge = pasted.length > LARGE;
+      if (data?.files.length || isLarge) {
+        add(isLarge ? [new File([pasted], 'pasted.txt')] : [...data!.files]);
         location.hash = 'files';
       } else if (pasted && !isWriting(event.target)) {
         setText(pasted);
