@@ -18,7 +18,7 @@ add_library(BZip2::BZip2 INTERFACE IMPORTED)
 # of encodings that are met every day.
 set(ENCCONV_MAPPINGS_APART ${PROJECT_BINARY_DIR}/npm/tables)
 set(ENCCONV_MAPPINGS_APART_SIZE 2500)
-set(ENCCONV_MAPPINGS_KEPT "euc-jp-ms,gb18030,web-gb18030,web-big5")
+set(ENCCONV_MAPPINGS_KEPT "euc-jp-ms,gb18030,web-gb18030")
 
 # The module is loaded over a network: what converts no text itself is compiled to be small.
 set(ENCCONV_SMALL -Oz)
