@@ -17,5 +17,8 @@ add_library(BZip2::BZip2 INTERFACE IMPORTED)
 # Tables that most programs never look at are files (encoding/codecs/mapping_files.h), but for those
 # of encodings that are met every day.
 set(ENCCONV_MAPPINGS_APART ${PROJECT_BINARY_DIR}/npm/tables)
-set(ENCCONV_MAPPINGS_APART_SIZE 6000)
-set(ENCCONV_MAPPINGS_KEPT "euc-jp-ms,web-gb18030,web-big5,big5-hkscs,gb2312,euc-kr")
+set(ENCCONV_MAPPINGS_APART_SIZE 2500)
+set(ENCCONV_MAPPINGS_KEPT "euc-jp-ms,gb18030,web-gb18030")
+
+# The module is loaded over a network: what converts no text itself is compiled to be small.
+set(ENCCONV_SMALL -Oz)

@@ -30,11 +30,9 @@ cp ../LICENSE .
 [ "${1:-}" != --build ] || exit 0
 
 # What is loaded before the first conversion.
-node -e '
-  const { brotliCompressSync } = require("zlib");
-  const size = brotliCompressSync(require("fs").readFileSync("dist/core.wasm")).length;
-  console.log(`the core has ${size} bytes, compressed by brotli`);
-  process.exitCode = size < 600 * 1024 ? 0 : 1;'
+size=$(gzip -9 -c dist/core.wasm | wc -c)
+echo "the core has $size bytes, compressed by gzip"
+[ "$size" -lt 600000 ]
 
 cd ..
 cmake --build --preset wasm --target encconv_wasm_tests

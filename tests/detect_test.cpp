@@ -208,6 +208,18 @@ TEST(Detect, NamesWhatDoesNotFitInPlaces) {
     EXPECT_EQ(found.sure(), nullptr);
     EXPECT_NE(found.candidates.at(0).reason.find("but for 1 place"), std::string::npos);
   }
+  // A damaged byte in a short piece of text.
+  for (const auto& [file, name] : {std::pair("japanese.932", "Shift_JIS"),
+                                   {"japanese.51932", "EUC-JP"},
+                                   {"korean.949", "KS_C_5601-1987"}}) {
+    std::string bytes = readFile(file).substr(0, 330);
+    const auto high =
+        std::ranges::find_if(bytes.begin() + 100, bytes.end(), [](char c) { return c < 0; });
+    *high = '\xFF';
+    const Detection found = encconv::detect(bytes);
+    EXPECT_EQ(nameOf(found), name) << file;
+    EXPECT_EQ(found.sure(), nullptr) << file;
+  }
   // Controls of ISO 8859-2 that no text has, whatever is declared.
   EXPECT_EQ(nameOf(encconv::detect("<meta charset=iso-8859-2>\x84Za\xBF\xF3\xB3\xE6 g\xEA\x9Cl\xB9 "
                                    "ja\x9F\xF1\x94")),

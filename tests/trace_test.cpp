@@ -95,6 +95,7 @@ TEST(Trace, LeavesGoodTextAlone) {
                                       "5 € £ ¥",
                                       "ŒUVRE",
                                       "§ 5 Abs. 2",
+                                      "echo $BUILD $B $B(B $Bab(B $@(B; f($Bases, $@)(Bar)",
                                       "GNU\u00A0General Public License",
                                       "Ｈｅｌｌｏ"}) {
     const std::vector<Origin> origins = encconv::trace(text);
@@ -114,6 +115,9 @@ TEST(Trace, MendsWhatIsLeft) {
        "Съешь ещё \uFFFDтих м\uFFFDгких булок"},
       // Some of the text was never garbled.
       {"DÃ©jÃ\u00A0 vu, Größe ☃, rÃ©sumÃ©, cafÃ©", "Déjà vu, Größe ☃, résumé, café"},
+      // Escape characters of mail in ISO-2022-JP that were lost, or were never read.
+      {"Re: $B$3$s$K$A$O(B world", "Re: こんにちは world"},
+      {"$BF|K\\$N(J, \x1B$@EENO\x1B(J: 5$B(B", "日本の, 電力: 5$B(B"},
       // Ill-formed UTF-8, as of a text that was cut.
       {"Ð¿Ñ€Ð¸Ð²ÐµÑ‚ Ð¿Ñ€Ð¸Ð²ÐµÑ\xE2\x80", "привет приве\uFFFD"},
   };

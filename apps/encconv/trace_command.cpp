@@ -39,9 +39,16 @@ std::string describe(const std::vector<Misreading>& steps) {
   return text;
 }
 
+// Whether escape characters may have been lost, which no conversion brings back.
+bool mayLackEscapes(const std::vector<Misreading>& steps) {
+  constexpr Misreading kLost = {50220, 20127};  // ISO-2022-JP, US-ASCII
+  return steps.size() == 1 && steps[0].written == kLost.written && steps[0].read == kLost.read;
+}
+
 // The commands that take the last misreading back first.
 std::string remedyFor(const std::vector<Misreading>& steps, const std::string& from,
                       const std::string& file) {
+  if (mayLackEscapes(steps)) return "encconv -f " + from + " --trace --brief " + file;
   std::string command;
   std::string current = from;
   for (auto step = steps.rbegin(); step != steps.rend(); ++step) {

@@ -57,3 +57,16 @@ const char* imageOf(const Mapping& mapping) {
   return mapping.file == nullptr ? mapping.image
                                  : g_images[mapping.index].load(std::memory_order_acquire);
 }
+
+bool hasImages(const EncodingRow& row) {
+  class Search final : public MappingVisitor {
+   public:
+    void visit(const Mapping& mapping) override {
+      if (mapping.file != nullptr && imageOf(mapping) == nullptr) isMissing = true;
+    }
+    bool isMissing = false;
+  };
+  Search search;
+  visitMappings(row, search);
+  return !search.isMissing;
+}

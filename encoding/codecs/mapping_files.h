@@ -24,6 +24,9 @@ void visitMappings(const EncodingRow& row, MappingVisitor& visitor);
 // the bytes are not that file, or when memory is short. Any thread may call.
 bool provideImage(const Mapping& mapping, const unsigned char* bytes, std::size_t size);
 
+// Whether no mapping of an encoding waits for its file. Any thread may call.
+bool hasImages(const EncodingRow& row);
+
 // The image of a mapping; null for one whose file was not provided. Any thread may call.
 const char* imageOf(const Mapping& mapping);
 

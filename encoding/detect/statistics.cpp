@@ -225,8 +225,10 @@ std::vector<Reading> Statistics::read(std::span<const std::string_view> names) {
     reading.score += priorOf(name);
     readings.push_back(reading);
   }
+  // A damaged place now and then. Of single bytes, one that has no character is another page's;
+  // pairs have them seldom by chance, and hardly ever few.
   const auto isMalformed = [](const Reading& reading) {
-    return reading.malformed * 500 > reading.characters;
+    return reading.malformed * (reading.isOfPairs ? 15 : 500) > reading.characters;
   };
   if (!std::ranges::all_of(readings, isMalformed)) std::erase_if(readings, isMalformed);
   return readings;

@@ -6,15 +6,9 @@
 #include <string_view>
 #include <vector>
 
+#include "encoding/detect/misreading.h"
+
 namespace detection {
-
-// A text in one encoding that was read as if it were in another.
-struct Misreading {
-  int written = 0;  // the code page that its bytes were in
-  int read = 0;     // the one that they were taken for
-
-  bool operator==(const Misreading&) const = default;
-};
 
 // A text that may have become the garbled one.
 struct Origin {

@@ -2,9 +2,14 @@
 
 #include <new>
 
+#include "encoding/codecs/encoding_row.h"
+#include "encoding/codecs/mapping_files.h"
+
 namespace detection {
 
 bool Trial::read(std::span<const Piece> pieces, int codePage) {
+  const EncodingRow* const row = findEncodingRow(codePage);
+  if (row != nullptr && !hasImages(*row)) return false;
   StreamSettings settings;
   settings.from = codePage;
   settings.to = 1200;

@@ -16,7 +16,8 @@ namespace detection {
 class Trial {
  public:
   // Reads pieces from a code page; what is malformed is left out and counted. False when the code
-  // page cannot be read. units() is the text, as UTF-16 in little endian bytes.
+  // page cannot be read, or its tables are files that are not there. units() is the text, as UTF-16
+  // in little endian bytes.
   bool read(std::span<const Piece> pieces, int codePage);
   bool read(Bytes bytes, int codePage) {
     const Piece piece{bytes, false};

@@ -47,7 +47,7 @@ void SingleByteEncoder::prepare() {
     counts[i / kRangeUnits] += bytes[i] != 0 ? 1 : 0;
   }
   const auto most = std::max_element(counts.begin(), counts.end());
-  mainRange = static_cast<std::uint16_t>((most - counts.begin()) * kRangeUnits);
+  mainRange = static_cast<std::uint16_t>((most - counts.begin()) * std::ptrdiff_t{kRangeUnits});
 }
 
 void DoubleByteDecoder::prepare() {

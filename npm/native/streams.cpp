@@ -5,10 +5,6 @@
 #include <vector>
 
 #include "encoding/code_page_list.h"
-#include "encoding/codecs/codec.h"
-#include "encoding/kernels/registers.h"
-#include "encoding/plan.h"
-#include "encoding/special_code_pages.h"
 #include "encoding/stream/stream_converter.h"
 #include "npm/native/exports.h"
 
@@ -95,7 +91,7 @@ StreamStatus Conversion::push(const unsigned char* data, unsigned int size, bool
   output().truncate(0);
   StreamStatus status = StreamStatus::kGood;
   if (m_isAtBeginning && size >= 2) {
-    const unsigned int unit = data[0] | data[1] << 8u;
+    const unsigned int unit = data[0] | data[1] * 256u;
     if ((m_flags & kFromText) != 0 && (unit == 0xFEFF || unit == 0xFFFE)) status = pushMark();
     m_isAtBeginning = false;
   }
@@ -175,59 +171,4 @@ ENCCONV_EXPORT(problemCount) double problemCount(const Conversion* conversion) {
 }
 ENCCONV_EXPORT(approximationCount) double approximationCount(const Conversion* conversion) {
   return conversion->approximationCount();
-}
-
-// ---- Short texts. ----
-
-namespace {
-alignas(16) unsigned char g_shortInput[fast::kShortBytes];
-alignas(16) unsigned char g_shortOutput[fast::kShortOutput];
-}  // namespace
-
-// Where a short text is put, of at most 256 bytes, and where what it becomes is found.
-ENCCONV_EXPORT(shortInput) unsigned char* shortInput() { return g_shortInput; }
-ENCCONV_EXPORT(shortOutput) unsigned char* shortOutput() { return g_shortOutput; }
-// Converts it, if it is clean and nothing has to be looked at first: the size of the output, or -1,
-// with nothing done, where it takes a conversion.
-ENCCONV_EXPORT(convertShort) int convertShort(int from, int to, unsigned int size) {
-  const unsigned char* const end = fast::convertShort(
-      from, to, reinterpret_cast<const char*>(g_shortInput), size, g_shortOutput);
-  return end == nullptr ? -1 : static_cast<int>(end - g_shortOutput);
-}
-
-// Whether bytes are ASCII.
-ENCCONV_EXPORT(isAscii) bool isAscii(const unsigned char* data, unsigned int size) {
-  using fast::Bytes16;
-  constexpr unsigned int kSize = 16, kBlock = 4 * kSize;
-  const unsigned char* const end = data + size;
-  for (; end - data >= static_cast<std::ptrdiff_t>(kBlock); data += kBlock) {
-    const Bytes16 all = Bytes16::load(data) | Bytes16::load(data + kSize) |
-                        Bytes16::load(data + 2 * kSize) | Bytes16::load(data + 3 * kSize);
-    if (topBits(all) != 0) return false;
-  }
-  unsigned int bits = 0;
-  while (data != end) bits |= *data++;
-  return bits < 0x80;
-}
-// Whether ASCII is read as itself, by an encoding that has no state.
-ENCCONV_EXPORT(readsAscii) bool readsAscii(int codePage) {
-  const EncodingRow* const row = findEncodingRow(codePage);
-  if (row == nullptr || row->reordersMacArabic) return false;
-  if (row->form == EncodingForm::kCodec && !row->codec->isStateless) return false;
-  constexpr unsigned int kCount = 0x80;
-  unsigned char ascii[kCount];
-  for (unsigned int i = 0; i < kCount; ++i) ascii[i] = static_cast<unsigned char>(i);
-  StreamSettings settings;
-  settings.from = codePage;
-  settings.to = kUtf16Le;
-  StreamConverter stream;
-  DataBuffer text;
-  if (stream.begin(settings) != StreamStatus::kGood ||
-      stream.push(ascii, kCount, text) != StreamStatus::kGood || text.getSize() != 2 * kCount) {
-    return false;
-  }
-  for (unsigned int i = 0; i < kCount; ++i) {
-    if (text.getData2()[2 * i] != i || text.getData2()[2 * i + 1] != 0) return false;
-  }
-  return true;
 }

@@ -1,7 +1,7 @@
 // Texts and bytes from one encoding to another, whole and piece by piece.
 import {
-  asciiText, core, decodeShort, encodeShort, kPieceSize, kShortBytes, memoryView, outputBytes, outputUnits, putBytes, putUnits, shrink, viewOf,
-  withTexts, type Pointer,
+  asciiText, core, decodeShort, encodeShort, kPieceSize, kShortBytes, memoryView, outputBytes, outputUnits, putBytes,
+  putUnits, shrink, stringOfUtf16, utf16OfString, viewOf, withTexts, type Pointer,
 } from "./core.js";
 import { readsAscii, readyNumber } from "./encodings.js";
 import type {
@@ -237,11 +237,29 @@ const utf8Encoder = new TextEncoder();
 // Newer engines tell whether a string has halves of surrogate pairs that stand alone.
 type MaybeChecked = string & { isWellFormed?: () => boolean };
 
+// Whether a few characters from all over a text are ASCII: such a text the engine copies, while others
+// it encodes slower than the core.
+function seemsAscii(text: string): boolean {
+  const kSamples = 16;
+  for (let i = 0; i < kSamples; ++i) {
+    if (text.charCodeAt(Math.floor((i * text.length) / kSamples)) >= 0x80) return false;
+  }
+  return true;
+}
+function encodeLong(text: string, to: number): Uint8Array | undefined {
+  if (to === kUtf16) return utf16OfString(text);
+  const isNative = to === kUtf8 && seemsAscii(text) && (text as MaybeChecked).isWellFormed?.() === true;
+  return isNative ? utf8Encoder.encode(text) : undefined;
+}
+
 /** The text of bytes. */
 export function decode(bytes: Bytes, encoding: EncodingName, options: ConvertOptions = kNoOptions): string {
   const input = viewOf(bytes);
-  if (options === kNoOptions && input.length <= kShortBytes) {
-    const text = decodeShort(input, readyNumber(encoding), kUtf16);
+  if (options === kNoOptions) {
+    const from = readyNumber(encoding);
+    let text: string | undefined;
+    if (input.length <= kShortBytes) text = decodeShort(input, from, kUtf16);
+    else if (from === kUtf16) text = stringOfUtf16(input);
     if (text !== undefined) return text;
   }
   return convertWhole(input, requestOf(encoding, kUtf16, kToText, options, kStop, 1)) as string;
@@ -257,8 +275,8 @@ export function decodeReport(bytes: Bytes, encoding: EncodingName, options: Repo
 export function encode(text: string, encoding: EncodingName, options: ConvertOptions = kNoOptions): Uint8Array {
   if (options === kNoOptions) {
     const to = readyNumber(encoding);
-    if (to === kUtf8 && (text as MaybeChecked).isWellFormed?.() === true) return utf8Encoder.encode(text);
-    const bytes = 2 * text.length <= kShortBytes ? encodeShort(text, kUtf16, to) : undefined;
+    const isShort = 2 * text.length <= kShortBytes;
+    const bytes = isShort ? encodeShort(text, kUtf16, to) : encodeLong(text, to);
     if (bytes !== undefined) return bytes;
   }
   return convertWhole(text, requestOf(kUtf16, encoding, kFromText, options, kStop, 1)) as Uint8Array;

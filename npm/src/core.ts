@@ -21,6 +21,10 @@ export interface Exports {
   provideTable(name: Pointer, length: number, bytes: Pointer, size: number): number;
   detect(bytes: Pointer, size: number, isBeginning: number): void;
   trace(text: Pointer, length: number): void;
+  findCut(bytes: Pointer, size: number, encoding: number, offset: number, position: number, isAtCut: number,
+          isBehindLine: number): number;
+  findRecordCut(bytes: Pointer, size: number, format: Pointer, formatLength: number, offset: number,
+                position: number, isAtCut: number): number;
   findTreatment(name: Pointer, length: number): number;
   alternateOf(treatment: number): number;
   makeConversion(): Pointer;
@@ -34,6 +38,7 @@ export interface Exports {
   shortInput(): Pointer;
   shortOutput(): Pointer;
   convertShort(from: number, to: number, size: number): number;
+  isUtf16(bytes: Pointer, size: number): number;
   isAscii(bytes: Pointer, size: number): number;
   readsAscii(encoding: number): number;
   problemCount(conversion: Pointer): number;
@@ -166,6 +171,37 @@ export function outputText(): string {
   return utf8Decoder.decode(outputBytes());
 }
 
+// ---- UTF-16 as it is. ----
+
+// Little enough to be in the processor's cache when it is looked at.
+const kLookSize = 1 << 17;
+
+// Whether bytes are UTF-16, little endian, that a string can hold as it is: halves of surrogate pairs
+// are errors, and a mark in front has a meaning.
+function isPlainUtf16(bytes: Uint8Array, mayBeMark: boolean): boolean {
+  if (bytes.length % 2 !== 0) return false;
+  const first = bytes.length >= 2 ? bytes[0]! | (bytes[1]! << 8) : 0;
+  if (mayBeMark && (first === 0xfeff || first === 0xfffe)) return false;
+  for (let at = 0; at < bytes.length; ) {
+    let end = Math.min(at + kLookSize, bytes.length);
+    // A pair is looked at together.
+    if (end < bytes.length && (bytes[end - 1]! & 0xfc) === 0xd8) end -= 2;
+    const piece = bytes.subarray(at, end);
+    if (core().isUtf16(putBytes(piece), piece.length) === 0) return false;
+    at = end;
+  }
+  return true;
+}
+/** The text of UTF-16 that is clean, and has no mark in front; undefined for any other. */
+export function stringOfUtf16(bytes: Uint8Array): string | undefined {
+  return isPlainUtf16(bytes, true) ? platform.stringOfUtf16(bytes) : undefined;
+}
+/** The same the other way round. */
+export function utf16OfString(text: string): Uint8Array | undefined {
+  const bytes = platform.utf16OfString(text);
+  return isPlainUtf16(bytes, false) ? bytes : undefined;
+}
+
 // ---- Short texts. ----
 
 /** Texts of at most so many bytes are short. */
@@ -187,7 +223,8 @@ export function decodeShort(bytes: Uint8Array, from: number, utf16: number): str
   }
   const written = core().convertShort(from, utf16, size);
   if (written < 0) return undefined;
-  if (written > 2 * kFewUnits) return platform.readUtf16(memory, shortOutput, written);
+  // The memory may have grown.
+  if (written > 2 * kFewUnits) return platform.readUtf16(memoryView(), shortOutput, written);
   const begin = shortOutput >> 1;
   return String.fromCharCode.apply(null, memoryUnits().subarray(begin, begin + (written >> 1)) as unknown as number[]);
 }

@@ -1,5 +1,6 @@
 // The interface, whatever the engine: node.ts and web.ts add what differs.
 export { init } from "./core.js";
+export { findCut, findRecordCut } from "./cuts.js";
 export { detect, trace } from "./detection.js";
 export { encodings, findEncoding, isLoaded, load, TablesMissingError } from "./encodings.js";
 export {

@@ -20,6 +20,13 @@ setPlatform({
   writeUtf16: (text, memory, begin) => {
     bufferOf(memory).write(text, begin, text.length * 2, "utf16le");
   },
+  stringOfUtf16: (bytes) => Buffer.from(bytes.buffer, bytes.byteOffset, bytes.length).toString("utf16le"),
+  utf16OfString: (text) => {
+    // Not of the pool of small buffers, which nobody expects behind an array.
+    const bytes = Buffer.allocUnsafeSlow(text.length * 2);
+    bytes.write(text, "utf16le");
+    return new Uint8Array(bytes.buffer);
+  },
 });
 
 export * from "./index.js";

@@ -9,6 +9,9 @@ export interface Platform {
   readAscii(memory: Uint8Array, begin: number, bytes: number): string;
   /** Puts a string there as UTF-16, little endian. */
   writeUtf16(text: string, memory: Uint8Array, begin: number): void;
+  /** The string of bytes that are UTF-16, little endian; and its bytes. */
+  stringOfUtf16(bytes: Uint8Array): string;
+  utf16OfString(text: string): Uint8Array;
 }
 
 /** What a core can be made of besides its bytes. */

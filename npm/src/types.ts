@@ -84,6 +84,16 @@ export interface EncodeReport extends Report {
   bytes: Uint8Array;
 }
 
+/** What is known of a part of a text in which a cut is looked for. */
+export interface CutOptions {
+  /** Of its first byte in the text, or file; 0 by default. */
+  position?: number;
+  /** A piece can begin at its first byte; at position 0 one can. */
+  atCut?: boolean;
+  /** Only places behind a line end are wanted. */
+  behindLine?: boolean;
+}
+
 /** What is known of an encoding. */
 export interface Encoding {
   /** By which it can be named as well. */

@@ -4,6 +4,10 @@ import { setPlatform } from "./core.js";
 const fromUtf16 = new TextDecoder("utf-16le", { ignoreBOM: true });
 const fromUtf8 = new TextDecoder("utf-8", { ignoreBOM: true });
 
+function writeUnits(text: string, units: Uint16Array): void {
+  for (let i = 0; i < text.length; ++i) units[i] = text.charCodeAt(i);
+}
+
 setPlatform({
   async readFile(name) {
     const response = await fetch(new URL(name, import.meta.url));
@@ -12,9 +16,12 @@ setPlatform({
   },
   readUtf16: (memory, begin, bytes) => fromUtf16.decode(memory.subarray(begin, begin + bytes)),
   readAscii: (memory, begin, bytes) => fromUtf8.decode(memory.subarray(begin, begin + bytes)),
-  writeUtf16(text, memory, begin) {
-    const units = new Uint16Array(memory.buffer, begin, text.length);
-    for (let i = 0; i < text.length; ++i) units[i] = text.charCodeAt(i);
+  writeUtf16: (text, memory, begin) => writeUnits(text, new Uint16Array(memory.buffer, begin, text.length)),
+  stringOfUtf16: (bytes) => fromUtf16.decode(bytes),
+  utf16OfString: (text) => {
+    const units = new Uint16Array(text.length);
+    writeUnits(text, units);
+    return new Uint8Array(units.buffer);
   },
 });
 

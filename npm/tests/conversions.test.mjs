@@ -152,3 +152,27 @@ test("knows the encodings as the tool does", async () => {
   assert.equal(findEncoding("klingon"), null);
   assert.ok(findEncoding("ebcdic-cp-us").aliases.length > 3);
 });
+
+test("takes no other way for clean UTF-16, short texts and ASCII than for the rest", () => {
+  const pair = "\ud83d\ude00";
+  const texts = ["", "a", "\ufeffa", "\ufffea", "é".repeat(129), "\ud800", `${"a".repeat(300)}\udc00`, `${"x".repeat(65535)}${pair}y`,
+    `${"x".repeat(65536)}${pair}`, `${"字".repeat(200)}\ud83d`, `${"a".repeat(2000)}é`, "日本語\u0000", "\u007f".repeat(5000)];
+  const outcomeOf = (call) => {
+    try {
+      return call();
+    } catch (error) {
+      return [error.message, error.problem, error.output];
+    }
+  };
+  for (const encoding of ["utf-16le", "utf-8", "utf-16be", "euc-jp", "iso-2022-jp", "gb18030", "utf-7"]) {
+    for (const [i, text] of texts.entries()) {
+      const bytes = outcomeOf(() => encode(text, encoding, { errors: "stop" }));
+      assert.deepEqual(outcomeOf(() => encode(text, encoding)), bytes, `${encoding} ${i}`);
+      const utf16 = new Uint8Array(Uint16Array.from({ length: text.length }, (_, at) => text.charCodeAt(at)).buffer);
+      for (const some of [utf16, utf16.subarray(1), bytes instanceof Uint8Array ? bytes : utf16]) {
+        const decoded = outcomeOf(() => decode(some, encoding, { errors: "stop" }));
+        assert.deepEqual(outcomeOf(() => decode(some, encoding)), decoded, `${encoding} ${i}`);
+      }
+    }
+  }
+});

@@ -1,7 +1,7 @@
 // What the types let through, and what not. It is compiled and never runs.
 import {
   ConversionError, Decoder, decode, decodeReport, decoderStream, detect, encode, encodings,
-  findEncoding, init, load, records, trace, writeRecords, type Encoding, type Problem, type Row,
+  findCut, findEncoding, findRecordCut, init, load, records, trace, writeRecords, type Encoding, type Problem, type Row,
 } from "encconv";
 
 const bytes = new Uint8Array(1);
@@ -16,6 +16,7 @@ const piece: string = new Decoder("utf-8", { onProblem: ({ line }) => line.toFix
 const pieces: ReadableStream<string> = new ReadableStream<Uint8Array>().pipeThrough(decoderStream("utf-8"));
 const likeliest: string | null = detect(bytes, { isBeginning: true }).encoding;
 const origins: [string, string][] = trace("").flatMap(({ misreadings }) => misreadings.map(({ written, read }): [string, string] => [written, read]));
+const cuts: (number | null)[] = [findCut(bytes, 932, 1, { behindLine: true, position: 5 }), findRecordCut(bytes, "rdw", 0, { atCut: true })];
 const names: string[] = encodings().map(({ name }: Encoding) => name);
 const title: string | undefined = findEncoding("latin1")?.title;
 const rows: Row[] = records(bytes, { format: "rdw", fields: "a 1 2 text" });

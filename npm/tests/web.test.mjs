@@ -24,6 +24,14 @@ test("loads the core from bytes, and tables when they are needed", async () => {
   assert.deepEqual(asked, []);
 });
 
+test("detects without tables that are not there", () => {
+  const candidatesOf = (text) => encconv.detect(Buffer.from(text, "latin1")).candidates.map(({ encoding }) => encoding);
+  assert.ok(encconv.findEncoding("iso-2022-cn").tables.length > 0);
+  assert.deepEqual(candidatesOf("\x1B$)A\x0E<:Ky2;S{#,\x0F"), ["ISO-2022-CN"]);
+  assert.ok(candidatesOf("<meta charset=euc-tw>\xc4\xe3\xc5\xc6\xc4\xe3\xc5\xc6").length > 0);
+  assert.deepEqual(asked, []);
+});
+
 test("says which tables are missing, and reads them once", async () => {
   const text = "一乂";
   assert.equal(encconv.isLoaded("euc-tw"), false);

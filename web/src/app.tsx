@@ -16,6 +16,8 @@ function viewOfAddress(): View {
 }
 
 const NO_INPUT = {};
+/** Characters from which on pasted text is looked at as a file: fields would be slow with it. */
+const LARGE = 100_000;
 
 /** Whether a paste goes where the user writes. */
 const isWriting = (target: EventTarget | null): boolean =>
@@ -23,6 +25,9 @@ const isWriting = (target: EventTarget | null): boolean =>
 
 export function App() {
   const [view, setView] = useState(viewOfAddress);
+  // What was written in a view stays there while others are looked at.
+  const [seen, setSeen] = useState([view]);
+  if (!seen.includes(view)) setSeen([...seen, view]);
   const [text, setText] = useState('');
   const files = useFiles();
   const list = useJob('encodings', NO_INPUT);
@@ -32,8 +37,9 @@ export function App() {
     const follow = (): void => setView(viewOfAddress());
     const take = (data: DataTransfer | null, event: Event): void => {
       const pasted = data?.getData('text/plain') ?? '';
-      if (data?.files.length) {
-        add([...data.files]);
+      const isLarge = pasted.length > LARGE;
+      if (data?.files.length || isLarge) {
+        add(isLarge ? [new File([pasted], 'pasted.txt')] : [...data!.files]);
         location.hash = 'files';
       } else if (pasted && !isWriting(event.target)) {
         setText(pasted);
@@ -78,9 +84,13 @@ export function App() {
       </header>
       <main id="main" tabIndex={-1}>
         {list.error && <p class="failure">The page could not be loaded: {list.error}</p>}
-        {view === 'files' && <FilesView files={files} />}
-        {view === 'text' && <TextView text={text} onText={setText} />}
-        {view === 'codes' && <CodesView />}
+        {seen.map((each) => (
+          <div key={each} class="view" hidden={each !== view}>
+            {each === 'files' && <FilesView files={files} />}
+            {each === 'text' && <TextView text={text} onText={setText} />}
+            {each === 'codes' && <CodesView />}
+          </div>
+        ))}
       </main>
       <footer>
         <p>Nothing that you open leaves this computer: the page works without a network.</p>

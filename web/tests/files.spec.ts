@@ -125,3 +125,43 @@ test('records of one length are found, and damage in them is told', async ({ pag
   await expect(records).toContainText('Record 2, field balance');
   await expect(records.getByRole('row', { name: 'SONS' })).toContainText('20011130');
 });
+
+test('records without data are records, and stay as they were asked for', async ({ page }) => {
+  const words = 'C1C2C340C1C2C340C1C2C340';
+  const bytes = [words, '', words, ''].flatMap((text) => {
+    const data = Buffer.from(text, 'hex');
+    return [0, data.length + 4, 0, 0, ...data];
+  });
+  await choose(page, 'words.bin', Buffer.from(bytes));
+  await expect(card(page, 'words.bin')).toContainText('each behind a word with its length');
+  const records = card(page, 'Records');
+  await expect(records).toContainText('4 records');
+  await records.getByLabel('Fields').fill('word 1 3 text');
+  await page.getByRole('link', { name: 'Code pages' }).click();
+  await page.getByRole('link', { name: 'Files' }).click();
+  await expect(records.getByLabel('Fields')).toHaveValue('word 1 3 text');
+});
+
+test('a large text that is pasted is opened as a file', async ({ page }) => {
+  await page.evaluate(() => {
+    const data = new DataTransfer();
+    data.setData('text/plain', 'ïðèâåò, êàê äåëà? '.repeat(100_000));
+    const init = { bubbles: true, cancelable: true, clipboardData: data };
+    document.body.dispatchEvent(new ClipboardEvent('paste', init));
+  });
+  await expect(taken(page)).toContainText('mended');
+  await expect(taken(page)).toContainText('привет, как дела?');
+  await expect(card(page, 'Text and bytes')).toContainText('no errors');
+});
+
+test('an error far behind in a large file is shown where it is', async ({ page }) => {
+  const one = sample('japanese.932');
+  const before = Buffer.concat(Array<Buffer>(5000).fill(one));
+  await choose(page, 'large.txt', Buffer.concat([before, Buffer.from([0x82, 0x20]), one]));
+  const reading = card(page, 'Text and bytes');
+  await reading.getByRole('button', { name: 'Show the first error' }).click();
+  await expect(reading).toContainText(`Error 1 of 1: byte ${before.length}, line`);
+  await expect(reading.locator('td .error.marked')).toHaveText(['82 ', '�']);
+  const row = reading.getByRole('row').filter({ has: page.locator('mark.marked') });
+  await expect(row).toContainText(`${before.length - (before.length % 16)}`);
+});

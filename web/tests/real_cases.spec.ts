@@ -91,6 +91,15 @@ test('UTF-8 encoded twice is mended, in a file as well', async ({ page }) => {
   expect(textAt(path)).toBe(sampleText('french.txt'));
 });
 
+test('mail whose escape characters are lost is mended', async ({ page }) => {
+  const mail = 'Re: $B2q5D$N$*CN$i$;(B\n\n$B$3$s$K$A$O!#(B See you.\n';
+  await hand(page, 'drop', { 'mail.txt': Buffer.from(mail) });
+  await expect(taken(page)).toContainText('mended');
+  const button = page.getByRole('button', { name: 'Convert and download' });
+  const [, path] = await downloaded(page, button);
+  expect(textAt(path)).toBe('Re: 会議のお知らせ\n\nこんにちは。 See you.\n');
+});
+
 test('EBCDIC records become a table', async ({ page }) => {
   await hand(page, 'drop', { 'accounts.vb': sample('accounts.vb.37') });
   await expect(card(page, 'accounts.vb')).toContainText('mainframe records in EBCDIC, in blocks');

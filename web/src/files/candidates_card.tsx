@@ -106,8 +106,10 @@ function CandidateChoice({ group, candidate, isTaken, onTake }: CandidateChoiceP
     <label class="candidate">
       <input type="radio" name={group} checked={isTaken} onChange={onTake} />
       <span class="heading">
-        <strong>{reading.encoding}</strong>
-        {reading.misreadings.length > 0 && ', mended'}
+        <span>
+          <strong>{reading.encoding}</strong>
+          {reading.misreadings.length > 0 && ', mended'}
+        </span>
         <span class="hint">{title}</span>
         <Sureness confidence={confidence} />
       </span>

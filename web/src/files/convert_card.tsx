@@ -100,6 +100,7 @@ export function ConvertCard({ list }: { list: OpenFile[] }) {
       if (blob) done.push({ name: names[index]!, input: blob });
     }
     setConverting(null);
+    if (controller.current.signal.aborted) return;
     if (done.length === 1) download(done[0]!.input, done[0]!.name);
     if (done.length > 1) download(await downloadZip(done).blob(), 'converted.zip');
   };

@@ -4,7 +4,7 @@ import { run } from '../engine/client';
 import type { RecordShape, RecordsRequest, RecordTable } from '../engine/protocol';
 import { download } from '../common/download';
 import { count } from '../common/format';
-import { Card, Failure } from '../common/parts';
+import { Card, Failure, Progress } from '../common/parts';
 import { useJob } from '../common/use_job';
 
 /** Rows that are shown. */
@@ -36,6 +36,7 @@ function Records({ file, shape, encoding }: RecordsCardProps) {
   const [format, setFormat] = useState(shape?.format ?? 'fixed:80');
   const [fields, setFields] = useState('');
   const [failure, setFailure] = useState<string>();
+  const [written, setWritten] = useState<number | null>(null);
   const request = useMemo(
     (): RecordsRequest => ({ file, format, encoding, fields }),
     [file, format, encoding, fields],
@@ -46,10 +47,13 @@ function Records({ file, shape, encoding }: RecordsCardProps) {
   );
   const save = (): void => {
     setFailure(undefined);
-    run('recordsFile', request).then(
-      (blob) => download(blob, `${file.name}.csv`),
-      (reason: Error) => setFailure(reason.message),
-    );
+    setWritten(0);
+    run('recordsFile', request, { onProgress: setWritten })
+      .then(
+        (blob) => download(blob, `${file.name}.csv`),
+        (reason: Error) => setFailure(reason.message),
+      )
+      .finally(() => setWritten(null));
   };
   return (
     <Card title="Records">
@@ -63,9 +67,13 @@ function Records({ file, shape, encoding }: RecordsCardProps) {
       {value && (
         <>
           <Table table={value} />
-          <button type="button" class="main" onClick={save}>
-            Download all as CSV
-          </button>
+          {written === null ? (
+            <button type="button" class="main" onClick={save}>
+              Download all as CSV
+            </button>
+          ) : (
+            <Progress label="Writing" done={written} />
+          )}
         </>
       )}
     </Card>

@@ -2,12 +2,11 @@
 import { ConversionError, Encoder, load } from 'encconv';
 import type { Conversion, Converted, LineEnds } from '../protocol';
 import { hex } from '../../common/format';
+import { BlobWriter } from './blob_writer';
 import { pieces, type Task } from './task';
 import { TextReader } from './text_reader';
 
 const REPLACEMENT = '\uFFFD';
-/** Output that is handed to the browser at a time, which keeps it out of the worker's memory. */
-const OUTPUT_PIECE = 4 << 20;
 
 /** Makes all line ends the same, in text that comes in pieces. */
 function lineEndWriter(ends: LineEnds): (text: string, isEnd: boolean) => string {
@@ -20,30 +19,6 @@ function lineEndWriter(ends: LineEnds): (text: string, isEnd: boolean) => string
     if (waiting) all = all.slice(0, -1);
     return all.replace(/\r\n|\r|\n/g, written);
   };
-}
-
-/** Collects output as parts of a Blob. */
-class BlobWriter {
-  readonly #parts: Blob[] = [];
-  #pieces: Uint8Array<ArrayBuffer>[] = [];
-  #size = 0;
-
-  write(bytes: Uint8Array): void {
-    this.#pieces.push(bytes as Uint8Array<ArrayBuffer>);
-    this.#size += bytes.length;
-    if (this.#size >= OUTPUT_PIECE) this.#flush();
-  }
-
-  finish(): Blob {
-    this.#flush();
-    return new Blob(this.#parts);
-  }
-
-  #flush(): void {
-    this.#parts.push(new Blob(this.#pieces));
-    this.#pieces = [];
-    this.#size = 0;
-  }
 }
 
 function describeStop({ problem }: ConversionError, target: string): string {

@@ -21,7 +21,7 @@ function isChain(bytes: Uint8Array, from: number, to: number, least: number): bo
   let at = from;
   while (at + 4 <= Math.min(to, bytes.length)) {
     const length = describedLength(bytes, at);
-    if (length <= 4) return false;
+    if (length === 0) return false;
     at += length;
     links++;
   }
@@ -33,7 +33,7 @@ function areBlocks(bytes: Uint8Array, size: number): boolean {
   let at = 0;
   while (at + 4 <= bytes.length) {
     const length = describedLength(bytes, at);
-    if (length <= 8 || !isChain(bytes, at + 4, at + length, 1)) return false;
+    if (length < 8 || !isChain(bytes, at + 4, at + length, 1)) return false;
     at += length;
     blocks++;
   }

@@ -1,12 +1,17 @@
 /** Looks at a stretch of a file: which bytes are which characters, and which are none. */
+import { findCut, load } from 'encconv';
 import type { Problem } from 'encconv';
-import type { Cell, Input } from '../protocol';
+import type { Cell, Input, Reading } from '../protocol';
+import { hex } from '../../common/format';
 import { pieces, type Task } from './task';
 import { TextReader } from './text_reader';
 
 /** How far behind the stretch the end of its last character is looked for. */
 const LONGEST_CHARACTER = 16;
 const REPLACEMENT = '\uFFFD';
+/** How far in front of the stretch a place is looked for where a text can begin. */
+const BEFORE = 1 << 18;
+const LONGEST_MARK = 4;
 
 /** Divides bytes of which some are bad, and the text that came of them, into cells. */
 function divide(offset: number, bytes: Uint8Array, text: string, bad: Problem[]): Cell[] {
@@ -33,15 +38,34 @@ function divide(offset: number, bytes: Uint8Array, text: string, bad: Problem[])
   return cells;
 }
 
+/**
+ * Where reading must begin, so that what stands at a place is read as it is in the whole file: far
+ * enough in front of it that damage has no effect any more, or at the beginning.
+ */
+async function beginOf(file: Blob, reading: Reading, place: number): Promise<number> {
+  const position = place - BEFORE;
+  // A mark in front may tell the byte order; misreadings are undone in the text from its beginning.
+  if (position <= LONGEST_MARK || reading.misreadings.length > 0) return 0;
+  const head = new Uint8Array(await file.slice(0, LONGEST_MARK).arrayBuffer());
+  if (/^(00 00 )?(FE FF|FF FE)/.test(hex(head))) return 0;
+  await load(reading.encoding);
+  const before = new Uint8Array(await file.slice(position, place - BEFORE / 2).arrayBuffer());
+  const cut = findCut(before, reading.encoding, 0, { position });
+  return cut === null ? 0 : position + cut;
+}
+
 export async function look(
   { file, reading, from, size }: Input<'look'>,
   task: Task,
 ): Promise<Cell[]> {
   const bad: Problem[] = [];
-  const reader = await TextReader.open(reading, { onProblem: (problem) => void bad.push(problem) });
+  const first = await beginOf(file, reading, from);
+  const reader = await TextReader.open(reading, {
+    onProblem: (problem) => void bad.push({ ...problem, offset: first + problem.offset }),
+  });
   try {
     // Where a character begins, and what a shift said, only the text in front tells.
-    for await (const piece of pieces(file.slice(0, from), task)) reader.push(piece);
+    for await (const piece of pieces(file.slice(first, from), task)) reader.push(piece);
     bad.length = 0;
 
     const end = Math.min(from + size, file.size);

@@ -1,8 +1,9 @@
 /** Reads records of mainframe files as a table. */
-import { Decoder, load, rawRecords, RowReader } from 'encconv';
+import { Decoder, findRecordCut, load, rawRecords, RowReader } from 'encconv';
 import type { Row } from 'encconv';
 import type { Input, RecordsRequest, RecordTable } from '../protocol';
 import { hex } from '../../common/format';
+import { BlobWriter } from './blob_writer';
 import { pieces, type Task } from './task';
 
 /** Bytes that the rows which are shown are looked for in. */
@@ -11,15 +12,37 @@ const MOST_PROBLEMS = 100;
 
 type Cells = (string | null)[];
 
+/** Parts of a file that end where records do, but for the last. */
+async function* recordParts(file: Blob, format: string, task: Task): AsyncGenerator<Uint8Array> {
+  let waiting = new Uint8Array(0);
+  let position = 0;
+  for await (const piece of pieces(file, task)) {
+    const bytes = new Uint8Array(waiting.length + piece.length);
+    bytes.set(waiting);
+    bytes.set(piece, waiting.length);
+    const cut = findRecordCut(bytes, format, bytes.length >> 1, { position, atCut: true });
+    const end = cut !== null && cut <= bytes.length ? cut : 0;
+    if (end > 0) yield bytes.subarray(0, end);
+    waiting = bytes.slice(end);
+    position += end;
+  }
+  yield waiting;
+}
+
 /** Rows of records without a layout: their text. */
-async function textRows(file: Blob, { format, encoding }: RecordsRequest): Promise<Row[]> {
+async function* textRows(
+  file: Blob,
+  { format, encoding }: RecordsRequest,
+  task: Task,
+): AsyncGenerator<Row[]> {
   await load(encoding);
   const decoder = new Decoder(encoding, { errors: 'substitute' });
+  const textOf = (data: Uint8Array): string => (decoder.push(data) + decoder.finish()).trimEnd();
   try {
-    const bytes = new Uint8Array(await file.arrayBuffer());
-    return rawRecords(bytes, { format, onProblem: () => undefined }).map(({ data }) => ({
-      text: (decoder.push(data) + decoder.finish()).trimEnd(),
-    }));
+    for await (const part of recordParts(file, format, task)) {
+      const records = rawRecords(part, { format, onProblem: () => undefined });
+      yield records.map(({ data }) => ({ text: textOf(data) }));
+    }
   } finally {
     decoder.close();
   }
@@ -33,7 +56,7 @@ async function* rowsOf(
 ): AsyncGenerator<Row[]> {
   const { file, format, encoding, fields } = request;
   if (!fields.trim()) {
-    yield await textRows(file, request);
+    yield* textRows(file, request, task);
     return;
   }
   await load(encoding);
@@ -82,10 +105,13 @@ function csvLine(cells: Cells): string {
 }
 
 export async function writeRecordsFile(request: RecordsRequest, task: Task): Promise<Blob> {
-  const parts: string[] = [];
+  const output = new BlobWriter();
+  const utf8 = new TextEncoder();
+  let isFirst = true;
   for await (const some of rowsOf(request, task, [])) {
-    if (parts.length === 0 && some[0]) parts.push(csvLine(Object.keys(some[0])));
-    parts.push(some.map((row) => csvLine(cellsOf(row))).join(''));
+    if (isFirst && some[0]) output.write(utf8.encode(csvLine(Object.keys(some[0]))));
+    isFirst &&= some.length === 0;
+    output.write(utf8.encode(some.map((row) => csvLine(cellsOf(row))).join('')));
   }
-  return new Blob(parts, { type: 'text/csv' });
+  return output.finish('text/csv');
 }
