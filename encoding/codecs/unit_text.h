@@ -38,18 +38,21 @@ struct UnitReader : CodecRun {
     }
   }
 
-  void copyAscii(const unsigned char* stop) {
+  // ASCII, up to one of some bytes.
+  template <class... Stops>
+  void copyAsciiUpTo(const unsigned char* stop, Stops... stops) {
     while (stop - p >= std::ptrdiff_t{kVector}) {
       const Bytes16 text = Bytes16::load(p);
-      const unsigned int count = countLow(text);
+      const unsigned int count = countLow((text | ... | equal(text, stops)));
       if (count == 0) return;
       storeAsUnits(text, dest);
       p += count;
       dest += 2 * count;
       if (count != kVector) return;
     }
-    while (p < stop && *p < 0x80) putUnit(*p++);
+    while (p < stop && *p < 0x80 && (... && (*p != stops))) putUnit(*p++);
   }
+  void copyAscii(const unsigned char* stop) { copyAsciiUpTo(stop); }
 
   bool refuse(unsigned int length) {
     return mark(length, kReplacementCharacter & 0xFF, kReplacementCharacter >> 8);
@@ -68,18 +71,21 @@ struct UnitWriter : CodecRun {
     return p + std::min(left(), ((room() - kMinRoom) / 4 + 1) * 2);
   }
 
-  void copyAscii(const unsigned char* stop) {
+  // ASCII, up to one of some characters.
+  template <class... Stops>
+  void copyAsciiUpTo(const unsigned char* stop, Stops... stops) {
     while (stop - p >= std::ptrdiff_t{2 * kVector}) {
       const Bytes16 text = loadUnits(p);
-      const unsigned int count = countLow(text);
+      const unsigned int count = countLow((text | ... | equal(text, stops)));
       if (count == 0) return;
       text.store(dest);
       p += 2 * count;
       dest += count;
       if (count != kVector) return;
     }
-    for (; stop - p >= 2 && p[1] == 0 && p[0] < 0x80; p += 2) put(*p);
+    for (; stop - p >= 2 && p[1] == 0 && p[0] < 0x80 && (... && (*p != stops)); p += 2) put(*p);
   }
+  void copyAscii(const unsigned char* stop) { copyAsciiUpTo(stop); }
 
   // The bytes of a code of a table; those behind are written over by what comes next.
   static unsigned char* putCode(unsigned char* to, std::uint32_t code) {

@@ -95,12 +95,13 @@ class IncrementalEncoder(_Errors, codecs.IncrementalEncoder):
     """
 
     _encode_step = None
+    _first_state = 0
 
     def __init__(self, encoding: str | int, errors: str = "strict"):
         super().__init__(errors)
         self.__dict__.update(_class_attributes(encoding, None, False))
         self._pending = ""
-        self._state = 0
+        self._state = self._first_state
 
     def encode(self, input: str, final: bool = False) -> bytes:
         if self._pending:
@@ -112,7 +113,7 @@ class IncrementalEncoder(_Errors, codecs.IncrementalEncoder):
 
     def reset(self) -> None:
         self._pending = ""
-        self._state = 0
+        self._state = self._first_state
 
     def getstate(self) -> int:
         """From the lowest byte up: the length of the text that waits, that text in UTF-8, and the
@@ -219,7 +220,7 @@ def codec_info(
         def __init__(self, errors="strict"):
             codecs.IncrementalEncoder.__init__(self, errors)
             self._pending = ""
-            self._state = 0
+            self._state = self._first_state
 
     class Decoder(IncrementalDecoder):
         def __init__(self, errors="strict"):
@@ -232,6 +233,7 @@ def codec_info(
         made.encoding = attributes["encoding"]
     if builtin:
         Decoder._most_pending = 8
+        Encoder._first_state = attributes["_encode_step"]("", None, True, 0)[2]
     attributes_of_streams = {
         "encode": staticmethod(attributes["encode_whole"]),
         "decode": staticmethod(attributes["decode_whole"]),

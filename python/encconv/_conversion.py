@@ -124,6 +124,37 @@ def convert(
     return output
 
 
+class Converter:
+    """Converts bytes of one encoding to bytes of another, piece by piece.
+
+    ``on_error`` and ``byte_order_mark`` are as in ``convert``; offsets and lines of problems count
+    from the first piece on. What ``ConversionError.output`` has is that of the last piece.
+
+    >>> converter = Converter('shift_jis', 'utf-8')
+    >>> converter.convert(b'\\x83') + converter.convert(b'\\x65', final=True)
+    b'\\xe3\\x83\\x86'
+    """
+
+    def __init__(
+        self,
+        source: str | int,
+        target: str | int,
+        on_error: str = "stop",
+        *,
+        byte_order_mark: bool = False,
+    ):
+        self._conversion = _native.Conversion(source, target, on_error, byte_order_mark)
+        self._names = (source, target)
+
+    def convert(self, data, final: bool = False) -> bytes:
+        """The output of a piece, as far as what follows does not matter to it; ``final`` says that
+        nothing follows."""
+        output, complete, problems = self._conversion.push(data, final)
+        if not complete:
+            raise ConversionError(_problems(problems)[0], *self._names, output)
+        return output
+
+
 def decode_report(
     data, encoding: str | int, on_error: str = "substitute", *, most: int = 1000
 ) -> DecodeReport:

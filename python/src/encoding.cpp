@@ -73,6 +73,8 @@ class Encoding final : private StreamErrorHandler {
   Step convertSegment();
   bool treatError();
   bool repeatSegment(std::size_t end);
+  bool settle(StreamConverter& stream, const StreamSettings& settings, std::size_t begin,
+              std::size_t end);
   bool lacks(std::size_t character) const;
   std::size_t endOfRun(std::size_t start) const;
   bool writeReplacement(PyObject* replacement);
@@ -180,10 +182,19 @@ bool Encoding::repeatSegment(std::size_t end) {
   const std::size_t settled = m_begin + static_cast<std::size_t>(m_call.place.settled) / width;
   if (settled == end) return true;
   // The last characters wait for what follows, which is none of the text.
+  return settle(*stream, settings, settled, end);
+}
+
+// Writes characters that wait: nothing follows that they may belong to.
+bool Encoding::settle(StreamConverter& stream, const StreamSettings& settings, std::size_t begin,
+                      std::size_t end) {
+  const std::size_t width = m_characters.width;
   const StreamPlace before = m_call.place;
-  if (stream->begin(settings, before) != StreamStatus::kGood) return false;
-  return stream->finish(m_characters.data + settled * width, (end - settled) * width, m_bytes) ==
-         StreamStatus::kGood;
+  if (stream.begin(settings, before) != StreamStatus::kGood) return false;
+  const StreamStatus status =
+      stream.finish(m_characters.data + begin * width, (end - begin) * width, m_bytes);
+  m_call.place = stream.place();
+  return status == StreamStatus::kGood;
 }
 
 bool Encoding::lacks(std::size_t character) const {
@@ -214,6 +225,7 @@ bool Encoding::writeReplacement(PyObject* replacement) {
   CodecCall call = m_call;
   call.errors = nullptr;
   call.isLast = false;
+  call.isReplacement = true;
   const Reference written(Encoding(call, replacement).run());
   if (written == nullptr) {
     if (m_entry.isSingleByte && PyErr_ExceptionMatches(PyExc_UnicodeEncodeError)) {
@@ -278,6 +290,11 @@ PyObject* Encoding::run() {
   m_call.used = m_call.isLast
                     ? m_characters.count
                     : m_begin + static_cast<std::size_t>(m_call.place.settled) / m_characters.width;
+  if (m_call.isReplacement && m_call.used != m_characters.count &&
+      !settle(*m_stream, m_settings, m_call.used, m_characters.count)) {
+    failMemory();
+    return nullptr;
+  }
   return m_bytes.finish();
 }
 
