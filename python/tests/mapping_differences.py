@@ -70,9 +70,10 @@ def encoded(codec, text):
         return None
 
 
-def characters():
-    """Blocks of all characters."""
-    for begin in range(0, 0x30000, 0x100):
+def characters(codec):
+    """Blocks of all characters that the codec may have."""
+    end = 0x30000 if codec in _builtin_names._MULTIBYTE else 0x10000
+    for begin in range(0, end, 0x100):
         block = "".join(map(chr, range(begin, begin + 0x100)))
         if not "\ud800" <= block[0] <= "\udfff":
             yield block
@@ -111,8 +112,8 @@ def differences(codec):
             continue
         kind = "lacks" if mine is None else "reads" if its is None else "reads otherwise"
         found.setdefault(kind, []).append(name)
-    for block in characters():
-        both = [c.encode(block, "xmlcharrefreplace")[0] for c in (ours, theirs)]
+    for block in characters(codec):
+        both = [c.encode(block, "ignore")[0] for c in (ours, theirs)]
         if both[0] == both[1]:
             continue
         for character in block:

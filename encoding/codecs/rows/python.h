@@ -1,5 +1,4 @@
-// Encodings as the codecs of Python have them, where these differ in more than a few characters
-// from what else the name means.
+// Encodings as the codecs of Python have them, where nothing else comes near enough.
 #ifndef ENCODING_CODECS_ROWS_PYTHON_H_
 #define ENCODING_CODECS_ROWS_PYTHON_H_
 
@@ -42,6 +41,17 @@ inline constexpr EncodingRow kPythonRows[] = {
     streamOnly(codec(200947, "python:euc_kr", "python:ksc5601 python:ks_x-1001",
                      "Python, Korean, KS X 1001 with syllables of four pairs",
                      CharsetKind::kMultiByte, &kPythonEucKrCodec)),
+    streamOnly(codec(200948, "python:shift_jis_2004", "python:sjis_2004",
+                     "Python, Japanese, Shift_JIS of JIS X 0213:2004", CharsetKind::kMultiByte,
+                     &kMultiByteCodec<kMap_python_shift_jis_2004>)),
+    streamOnly(codec(200949, "python:shift_jisx0213", "python:sjisx0213",
+                     "Python, Japanese, Shift_JIS of JIS X 0213:2000", CharsetKind::kMultiByte,
+                     &kMultiByteCodec<kMap_python_shift_jisx0213>)),
+    streamOnly(codec(200950, "python:johab", "python:cp1361",
+                     "Python, Korean, Johab with backslash", CharsetKind::kMultiByte,
+                     &kMultiByteCodec<kMap_python_johab>)),
+    mappedDoubleByte(200951, "python:gbk", "python:cp936",
+                     "Python, Simplified Chinese, GBK without euro sign", &kMap_python_gbk),
 };
 
 }  // namespace encoding_rows
