@@ -228,8 +228,6 @@ struct Utf16ToSingleByte {
   }
 };
 
-// The codes of eight units are looked up into a register and closed up as the forms of UTF-8 are:
-// so no place waits for the length of the code before it.
 template <class V>
 struct Utf16ToDoubleByte {
   static constexpr std::ptrdiff_t kBlock = 2 * V::kSize;
@@ -243,32 +241,17 @@ struct Utf16ToDoubleByte {
       out += V::kSize;
       return true;
     }
-    constexpr unsigned int kAtOnce = 8;
-    for (unsigned int i = 0; i < 2 * V::kSize; i += 2 * kAtOnce) {
-      const Units16 codes = lookUpCodes(in);
-      if (hasZeroUnit(codes)) return encodeOneByOne(kAtOnce, in, out);
-      const auto isOne = equal(codes & 0xFF00, 0);
-      writeShort(select(isOne, codes << 8, codes), eightBits<0>(isOne), out);
-      in += 2 * kAtOnce;
-    }
-    return true;
-  }
-
-  static bool hasZeroUnit(Units16 units) { return equal(units, 0).any(); }
-
-  Units16 lookUpCodes(const Byte* in) const {
-    const auto at = [&](unsigned int i) { return table.codes[getUnit(in + 2 * i)]; };
-    return Units16(Units16::Native{at(0), at(1), at(2), at(3), at(4), at(5), at(6), at(7)});
-  }
-
-  bool encodeOneByOne(unsigned int count, const Byte*& in, Byte*& out) const {
-    for (; count != 0; --count) {
-      const unsigned int code = table.codes[getUnit(in)];
-      if (code == 0) return false;
+    constexpr unsigned int kUnits = 16;
+    for (unsigned int i = 0; i < kUnits; ++i) {
+      const unsigned int code = table.codes[getUnit(in + 2 * i)];
+      if (code == 0) {
+        in += 2 * i;
+        return false;
+      }
       storeUnit(out, static_cast<std::uint16_t>(code));
       out += code > 0xFF ? 2 : 1;
-      in += 2;
     }
+    in += 2 * kUnits;
     return true;
   }
 };

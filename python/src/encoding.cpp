@@ -29,14 +29,35 @@ bool hasSurrogates(const Py_UCS2* units, std::size_t count) {
   return found != 0;
 }
 
-// The most that the characters may become, where that is little more than they mostly do.
+std::size_t countAscii(const Py_UCS2* units, std::size_t count) {
+  constexpr std::size_t kBlock = 32768;  // so that a count has sixteen bits, as a unit
+  std::size_t all = 0;
+  for (std::size_t i = 0; i < count; i += kBlock) {
+    const std::size_t end = std::min(count, i + kBlock);
+    std::uint16_t ascii = 0;
+    for (std::size_t j = i; j < end; ++j) {
+      ascii = static_cast<std::uint16_t>(ascii + (units[j] < 0x80 ? 1 : 0));
+    }
+    all += ascii;
+  }
+  return all;
+}
+
+// The most that the characters may become, where that is little more than they mostly do. What is
+// large is told nearly to the byte: malloc gives an object that had to shrink pages of its own
+// again each time, and to touch those for the first time costs as much as half of a conversion.
 std::size_t expectedBytes(const EncodingRow& row, const Characters& text) {
   constexpr std::size_t kSlack = fast::kKernelSlack + 64;
   switch (row.form) {
     case EncodingForm::kSingleByte:
       return text.count + kSlack;
-    case EncodingForm::kDoubleByte:
-      return text.count * std::min<std::size_t>(text.width, 2) + kSlack;
+    case EncodingForm::kDoubleByte: {
+      if (text.width != 2 || text.count < kUnlockedBytes) {
+        return text.count * std::min<std::size_t>(text.width, 2) + kSlack;
+      }
+      const auto* const units = reinterpret_cast<const Py_UCS2*>(text.data);
+      return text.count * 2 - countAscii(units, text.count) + kSlack;
+    }
     case EncodingForm::kUtf16:
       return text.count * std::max<std::size_t>(text.width, 2) + kSlack;
     case EncodingForm::kUtf32:
