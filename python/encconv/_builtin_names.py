@@ -5,7 +5,10 @@ from __future__ import annotations
 import codecs
 import encodings
 import encodings.aliases
+from collections.abc import Callable
 from typing import NamedTuple
+
+_Search = Callable[[str], codecs.CodecInfo | None]
 
 
 class Entry(NamedTuple):
@@ -64,10 +67,10 @@ def modules() -> dict[str, int]:
     return {**_CHARMAPS, **_MULTIBYTE}
 
 
-_installed: list = []
+_installed: list[_Search] = []
 
 
-def install(search) -> None:
+def install(search: _Search) -> None:
     """Has a search function asked before Python's own; the registry forgets what it found."""
     if _installed:
         return
@@ -82,7 +85,7 @@ def uninstall() -> None:
     _order([encodings.search_function])
 
 
-def _order(searches: list) -> None:
+def _order(searches: list[_Search]) -> None:
     from . import _codecs
 
     # The registry asks in the order of registration; names that Python lacks come last.

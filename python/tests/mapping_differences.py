@@ -5,7 +5,7 @@
 
 Asks both for every code and every character of the first three planes. What differs must be what
 mapping_differences.txt lists, with a reason for each line; --print writes the lines anew, with the
-reasons of codes and characters that were listed before.
+reasons of what was listed before.
 """
 
 import importlib
@@ -126,8 +126,8 @@ def differences(codec):
 
 
 def listed():
-    """(codec, kind, range): reason."""
-    reasons, heading = {}, None
+    """(codec, kind, range): reason. A reason of \'"\' is that of the next line."""
+    reasons, heading, waiting = {}, None, []
     for line in LISTED.read_text(encoding="utf-8").splitlines():
         if not line or line.startswith("#"):
             continue
@@ -136,8 +136,10 @@ def listed():
             continue
         kind, _, rest = line.strip().partition(": ")
         keys, _, reason = rest.partition("; ")
-        for key in keys.split():
-            reasons[heading, kind, key] = reason
+        waiting += [(heading, kind, key) for key in keys.split()]
+        if reason != '"':
+            reasons.update(dict.fromkeys(waiting, reason))
+            waiting = []
     return reasons
 
 
