@@ -62,6 +62,10 @@ struct OpenSet {
 // Characters of two bytes that are one unit.
 inline void copyPairs(UnitReader& reader, const OpenSet& set, const unsigned char* stop) {
   const CodeTable& table = *set.table;
+  const bool isFlat = set.high != 0 && set.node == CodeTable::kNode;
+  if (const auto* const pairs = isFlat ? table.pairDecoder() : nullptr) {
+    return reader.copyPairs(stop, *pairs);
+  }
   const CodeTable::Entry* const rows = table.node(set.node);
   const unsigned char high = set.high;
   const unsigned char* in = reader.p;

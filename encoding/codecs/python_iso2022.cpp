@@ -71,9 +71,9 @@ struct Reader : Direction<UnitReader> {
         const unsigned char shiftOut = scheme.hasShifts ? kShiftOut : kEscape;
         const unsigned char shiftIn = scheme.hasShifts ? kShiftIn : kEscape;
         const unsigned char newline = state.shiftedOut ? '\n' : kEscape;
-        copyAsciiUpTo(stop, kEscape, shiftOut, shiftIn, newline);
+        copyAsciiBut(stop, kEscape, shiftOut, shiftIn, newline);
       } else if (called.isPairs()) {
-        copyPairs(*this, called, stop);
+        ::copyPairs(*this, called, stop);
       }
       if (p == before || room() < kMinRoom) return p == end || readUnit();
     }
@@ -210,7 +210,7 @@ struct Writer : Direction<UnitWriter> {
         copyAscii(stop);
       } else if (called.set == scheme.designations[0].set) {
         // What the first set has is written in no other.
-        copyPairs(*this, called, stop, [](std::uint32_t) { return false; });
+        ::copyPairs(*this, called, stop, [](std::uint32_t) { return false; });
       }
       if (p == before || room() < kMinRoom) return p == end || writeUnit();
     }
