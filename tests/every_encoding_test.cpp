@@ -56,9 +56,10 @@ std::vector<char32_t> heldBy(int number, std::vector<char32_t> held) {
 }
 
 // Not those that turn text round or take letters apart, and so give back another text: those of
-// libraries (ANSEL and MARC-8) write composed letters, and read them taken apart.
+// libraries (ANSEL and MARC-8) write composed letters, and read them taken apart, and the
+// ISO-2022-KR of Python writes shifts as characters.
 bool keepsText(const EncodingRow& row) {
-  if (row.number == 200865 || row.number == 200866) return false;
+  if (row.number == 200865 || row.number == 200866 || row.number == 200946) return false;
   return row.number != 0 && row.isWritten && !row.reordersMacArabic && !row.decomposesVietnamese &&
          !fast::hasAccentPairs(row);
 }

@@ -26,8 +26,9 @@ struct CodecState {
 // One encoding in both directions. Both functions append the form of a piece of text, as far as it
 // can be told without what follows, and return how many bytes of the piece that was; the caller
 // puts the rest, fewer than kMaxRest bytes, in front of the next piece. With last set nothing is
-// left, the text is ended (in ASCII) and the state is initial again but for `replaced`. Output,
-// state and reports do not depend on how the text is cut.
+// left, the text is ended (in ASCII) and the state is initial again, but for `replaced` and what a
+// reader of the output still knows (a set that stays designated). Output, state and reports do not
+// depend on how the text is cut.
 //
 // What has no form becomes a mark in the output, is reported to sink, unless that is null, and sets
 // state.replaced. A mark is two bytes: the geta mark of the double-byte encodings, U+FFFD in

@@ -24,6 +24,7 @@
 #include "encoding/codecs/rows/korean.h"
 #include "encoding/codecs/rows/mac.h"
 #include "encoding/codecs/rows/plain_pairs.h"
+#include "encoding/codecs/rows/python.h"
 #include "encoding/codecs/rows/unicode_forms.h"
 #include "encoding/codecs/rows/vendor.h"
 #include "encoding/codecs/rows/web.h"
@@ -458,7 +459,7 @@ constexpr auto joined(const EncodingRow (&... families)[sizes]) {
 inline constexpr auto kEncodings = [] {
   auto rows = joined(kRows, kAccentRows, kEbcdicShiftRows, kEbcdicRows, kIsoRows, kIso2022Rows,
                      kDosRows, kMacRows, kVendorRows, kUnicodeFormRows, kChineseRows, kJapaneseRows,
-                     kKoreanRows, kIndicRows, kPlainPairsRows, kWebRows);
+                     kKoreanRows, kIndicRows, kPlainPairsRows, kWebRows, kPythonRows);
   std::ranges::sort(rows, {}, &EncodingRow::number);
   const auto find = [&](int number) {
     return std::ranges::find(rows, number, &EncodingRow::number);

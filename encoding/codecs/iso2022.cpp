@@ -1,7 +1,7 @@
 #include "encoding/codecs/iso2022.h"
 
 #include "encoding/codecs/escape_sequence.h"
-#include "encoding/codecs/unit_text.h"
+#include "encoding/codecs/iso2022_sets.h"
 
 namespace {
 
@@ -18,26 +18,6 @@ constexpr InPlace kUnknownPairs = 0xFF;
 
 constexpr bool isLineEnd(unsigned int character) { return character == '\n' || character == '\r'; }
 constexpr bool isControl(unsigned int character) { return character < 0x20 || character == 0x7F; }
-
-// A set with its table.
-struct OpenSet {
-  const GraphicSet* set = nullptr;  // null: unknown
-  const CodeTable* table = nullptr;
-  Entry node = CodeTable::kNode;  // of the first byte of a character
-  unsigned char high = 0;         // the high bit of its bytes in the table
-  std::uint32_t mask = 0;         // of the 7 bits of its bytes
-  std::uint32_t least = 0;        // which are this or more
-
-  bool isAscii() const { return set != nullptr && set->mapping == nullptr; }
-  bool isGraphic(unsigned char byte) const {
-    return (byte > 0x20 && byte < 0x7F) || (set != nullptr && set->has96 && byte >= 0x20);
-  }
-  // The code of a scalar value that the table has, in 7 bits; 0 where it is none of the set.
-  std::uint32_t codeIn(std::uint32_t code) const {
-    const std::uint32_t own = code & mask;
-    return (code & ~mask) == set->bits && own >= least ? own : 0;
-  }
-};
 
 // What both directions do. CodecState::bits has what stands in the places, G0 in its low byte;
 // shiftedOut says that G1 is called.
@@ -63,31 +43,11 @@ struct Direction : Base {
   }
 
   const GraphicSet* setIn(unsigned int place) const {
-    constexpr static GraphicSet kAscii = {nullptr, 1, false, 0, true};
     const InPlace what = inPlace(place);
-    if (what == kInitial) return place == 0 ? &kAscii : place == 1 ? scheme.right : nullptr;
-    return what >= kUnknown ? nullptr : scheme.designations[what - 1].set;
+    if (what == kInitial) return place == 0 ? &kAsciiSet : place == 1 ? scheme.right : nullptr;
+    return what > scheme.designationCount ? nullptr : scheme.designations[what - 1].set;
   }
-  OpenSet open(const GraphicSet* set) {
-    OpenSet opened;
-    opened.set = set;
-    if (set == nullptr || set->mapping == nullptr) return opened;
-    opened.table = CodeTable::open(*set->mapping);
-    opened.high = static_cast<unsigned char>(set->bits & 0x80);
-    opened.mask = set->length == 2 ? 0x7F7F : 0x7F;
-    opened.least = set->length == 2 ? 0x2121 : set->has96 ? 0x20 : 0x21;
-    if (opened.table == nullptr) {
-      isOutOfMemory = true;
-      opened.set = nullptr;
-      return opened;
-    }
-    // Bytes that stand in front of those of the character.
-    for (unsigned int shift = 24; shift >= 8u * set->length; shift -= 8) {
-      const std::uint32_t byte = set->bits >> shift & 0xFF;
-      if (byte != 0) opened.node = opened.table->node(opened.node)[byte];
-    }
-    return opened;
-  }
+  OpenSet open(const GraphicSet* set) { return OpenSet(set, isOutOfMemory); }
   // The set that is called. Texts go to and fro between the same two at every line end: these are
   // kept.
   const OpenSet* openCalled() {
@@ -116,8 +76,8 @@ struct Reader : Direction<UnitReader> {
       const unsigned char* const before = p;
       if (called->isAscii()) {
         copyText(stop);
-      } else if (called->set != nullptr && called->set->length == 2) {
-        copyPairs(stop);
+      } else if (called->isPairs()) {
+        ::copyPairs(*this, *called, stop);
       }
       if (p == before || room() < kMinRoom) return p == end || readUnit();
     }
@@ -137,29 +97,6 @@ struct Reader : Direction<UnitReader> {
     const unsigned char shiftOut = scheme.hasShifts ? kShiftOut : kEscape;
     const unsigned char shiftIn = scheme.hasShifts ? kShiftIn : kEscape;
     copyAsciiBut(stop, kEscape, shiftOut, shiftIn, newline);
-  }
-
-  // Characters of two bytes that are one unit.
-  void copyPairs(const unsigned char* stop) {
-    const CodeTable& table = *called->table;
-    const bool isFlat = called->high != 0 && called->node == CodeTable::kNode;
-    if (const auto* const pairs = isFlat ? table.pairDecoder() : nullptr) {
-      return UnitReader::copyPairs(stop, *pairs);
-    }
-    const Entry* const rows = table.node(called->node);
-    const unsigned char high = called->high;
-    const unsigned char* in = p;
-    unsigned char* to = dest;
-    for (; in < stop && end - in > 1; in += 2, to += 2) {
-      if (in[0] <= 0x20 || in[0] >= 0x7F || in[1] <= 0x20 || in[1] >= 0x7F) break;
-      Entry entry = rows[in[0] | high];
-      if ((entry & CodeTable::kKind) != CodeTable::kNode) break;
-      entry = table.node(entry)[in[1] | high];
-      if (entry - CodeTable::kScalar > 0xFFFF) break;
-      storeLow(to, static_cast<std::uint16_t>(entry));
-    }
-    p = in;
-    dest = to;
   }
 
   // What the loops leave. False when what follows decides.
@@ -213,14 +150,8 @@ struct Reader : Direction<UnitReader> {
 
   // A character whose bytes follow a shift.
   bool readCharacter(const OpenSet& from, unsigned int shift, unsigned int length) {
-    Entry entry = CodeTable::kNothing;
-    if (from.set != nullptr && from.set->length == length) {
-      entry = from.node;
-      for (unsigned int i = 0; i < length; ++i) {
-        if ((entry & CodeTable::kKind) != CodeTable::kNode) return refuse(shift + length);
-        entry = from.table->node(entry)[(p[shift + i] & 0x7F) | from.high];
-      }
-    }
+    const bool isKnown = from.set != nullptr && from.set->length == length;
+    const Entry entry = isKnown ? from.entryOf(p + shift, length) : CodeTable::kNothing;
     const Entry kind = entry & CodeTable::kKind;
     if (entry == CodeTable::kNothing || kind == CodeTable::kNode) return refuse(shift + length);
     putEntry(*from.table, entry);
@@ -319,7 +250,7 @@ struct Writer : Direction<UnitWriter> {
       const unsigned char* const before = p;
       if (called->isAscii()) {
         copyText(stop);
-      } else if (called->set->length == 2) {
+      } else if (called->isPairs()) {
         copyPairs(stop);
       }
       if (p == before || room() < kMinRoom) return p == end || writeUnit();
@@ -365,18 +296,11 @@ struct Writer : Direction<UnitWriter> {
   // Units that the set at hand has.
   void copyPairs(const unsigned char* stop) {
     const OpenSet set = *called;
-    const bool hasSequences = composing.table != nullptr;
-    const unsigned char* in = p;
-    unsigned char* to = dest;
-    for (; stop - in >= 2; in += 2, to += 2) {
-      const std::uint32_t unit = loadLow<std::uint16_t>(in);
-      const std::uint32_t code = set.codeIn(set.table->loadCode(unit));
-      if (code == 0 || (hasSequences && beginsSequence(unit))) break;
-      to[0] = static_cast<unsigned char>(code >> 8);
-      to[1] = static_cast<unsigned char>(code);
+    if (composing.table == nullptr) {
+      ::copyPairs(*this, set, stop, [](std::uint32_t) { return false; });
+    } else {
+      ::copyPairs(*this, set, stop, [this](std::uint32_t unit) { return beginsSequence(unit); });
     }
-    p = in;
-    dest = to;
   }
 
   // False when what follows decides.

@@ -4,6 +4,7 @@
 
 #include "encoding/codecs/iso2022.h"
 #include "encoding/codecs/mapping_list.h"
+#include "encoding/codecs/python_iso2022.h"
 
 namespace {
 
@@ -159,6 +160,54 @@ constexpr Designation kCompound[] = {
 };
 constexpr Iso2022 kCompoundScheme = {kCompound, std::size(kCompound), false, 0, &kLatin1};
 
+// ---- As Python has them: in the order in which it looks for a character ----
+
+constexpr Designation kPythonJp[] = {
+    {"$B", 0, &kJisX0208},
+    {"(J", 0, &kJisRoman},
+    {"$@", 0, &kJisX0208, kOnlyRead},
+};
+constexpr Designation kPythonJp1[] = {
+    {"$B", 0, &kJisX0208},
+    {"$(D", 0, &kJisX0212},
+    {"(J", 0, &kJisRoman},
+    {"$@", 0, &kJisX0208, kOnlyRead},
+};
+constexpr Designation kPythonJp2[] = {
+    {"$B", 0, &kJisX0208},          {"$(D", 0, &kJisX0212},        {"$(C", 0, &kKsX1001},
+    {"$(A", 0, &kGb2312},           {"(J", 0, &kJisRoman},         {"$@", 0, &kJisX0208, kOnlyRead},
+    {".A", 2, &kLatin1, kOnlyRead}, {".F", 2, &kGreek, kOnlyRead},
+};
+constexpr Designation kPythonJp3[] = {
+    {"$B", 0, &kJisX0208},
+    {"$(O", 0, &kJisX0213Of2000},
+    {"$(P", 0, &kJisX0213Plane2Of2000},
+};
+constexpr Designation kPythonJp2004[] = {
+    {"$B", 0, &kJisX0208},
+    {"$(Q", 0, &kJisX0213},
+    {"$(P", 0, &kJisX0213Plane2},
+};
+constexpr Designation kPythonJpExt[] = {
+    {"$B", 0, &kJisX0208},    {"$(D", 0, &kJisX0212},           {"(J", 0, &kJisRoman},
+    {"(I", 0, &kJisKatakana}, {"$@", 0, &kJisX0208, kOnlyRead},
+};
+constexpr Designation kPythonKr[] = {{"$)C", 1, &kKsX1001}};
+constexpr Iso2022 kPythonJpScheme = japanese(kPythonJp), kPythonJp1Scheme = japanese(kPythonJp1),
+                  kPythonJp2Scheme = japanese(kPythonJp2, 1),
+                  kPythonJp3Scheme = japanese(kPythonJp3),
+                  kPythonJp2004Scheme = japanese(kPythonJp2004),
+                  kPythonJpExtScheme = japanese(kPythonJpExt);
+constexpr Iso2022 kPythonKrScheme = {kPythonKr, std::size(kPythonKr), true, 0};
+
+// Nothing in a text shows where it can be cut: sets stay designated.
+constexpr Codec pythonCodecFor(const Iso2022& scheme) {
+  return {.codePage = 1200,
+          .read = {readPythonIso2022, &scheme},
+          .write = {writePythonIso2022, &scheme},
+          .mappings = visitIso2022};
+}
+
 }  // namespace
 
 extern const Codec kIso2022CnCodec = codecFor(kCnScheme);
@@ -171,3 +220,10 @@ extern const Codec kIso2022Jp2004Codec = codecFor(kJp2004Scheme);
 extern const Codec kIso2022JpExtCodec = codecFor(kJpExtScheme);
 extern const Codec kJis8Codec = codecFor(kJis8Scheme);
 extern const Codec kCompoundTextCodec = codecFor(kCompoundScheme);
+extern const Codec kPythonIso2022JpCodec = pythonCodecFor(kPythonJpScheme);
+extern const Codec kPythonIso2022Jp1Codec = pythonCodecFor(kPythonJp1Scheme);
+extern const Codec kPythonIso2022Jp2Codec = pythonCodecFor(kPythonJp2Scheme);
+extern const Codec kPythonIso2022Jp3Codec = pythonCodecFor(kPythonJp3Scheme);
+extern const Codec kPythonIso2022Jp2004Codec = pythonCodecFor(kPythonJp2004Scheme);
+extern const Codec kPythonIso2022JpExtCodec = pythonCodecFor(kPythonJpExtScheme);
+extern const Codec kPythonIso2022KrCodec = pythonCodecFor(kPythonKrScheme);

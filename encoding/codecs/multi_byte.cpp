@@ -17,12 +17,14 @@ struct Rules {
   const CodeTable& table;
   PieceRule pieceRule;        // null: as the table says
   std::uint32_t lastWritten;  // the highest code
+  const LongForms* longForms;
 };
 
 struct Reader : UnitReader {
   using UnitReader::UnitReader;
   const CodeTable& table = static_cast<const Rules*>(parameters)->table;
   const PieceRule pieceRule = static_cast<const Rules*>(parameters)->pieceRule;
+  const LongForms* const longForms = static_cast<const Rules*>(parameters)->longForms;
   const fast::DoubleByteDecoder* const pairs = table.isAscii() ? table.pairDecoder() : nullptr;
 
   bool step() {
@@ -100,6 +102,17 @@ struct Reader : UnitReader {
 
   // isCut: what can be seen may begin a code. False when what follows decides.
   bool refusePiece(std::size_t known, bool isCut) {
+    if (longForms != nullptr) {
+      char32_t scalar = 0;
+      const unsigned int length =
+          longForms->read(p, static_cast<std::size_t>(left()), last, scalar);
+      if (length == LongForms::kUndecided) return false;
+      if (length != 0) {
+        p += length;
+        putScalar(scalar);
+        return true;
+      }
+    }
     if (pieceRule != nullptr) {
       const unsigned int length = pieceRule(p, known, last);
       return length != 0 && refuse(length);
@@ -129,6 +142,7 @@ struct Writer : UnitWriter {
   using UnitWriter::UnitWriter;
   const CodeTable& table = static_cast<const Rules*>(parameters)->table;
   const std::uint32_t lastWritten = static_cast<const Rules*>(parameters)->lastWritten;
+  const LongForms* const longForms = static_cast<const Rules*>(parameters)->longForms;
   // Marks are above all codes.
   const std::uint32_t highestCopied =
       table.sequences().isEmpty() ? lastWritten : std::min(lastWritten, CodeTable::kFollows - 1);
@@ -203,6 +217,12 @@ struct Writer : UnitWriter {
       code = codeOfPair(character.scalar);
       isHeld = code != 0;
     }
+    if (!isHeld && longForms != nullptr) {
+      const unsigned int length = longForms->write(character.scalar, dest);
+      dest += length;
+      p += length != 0 ? character.length : 0;
+      if (length != 0) return true;
+    }
     if (!isHeld || code > lastWritten) return refuse(character.length, table.codeOf('?'));
     p += character.length;
     putCode(code);
@@ -215,7 +235,7 @@ unsigned int run(const RuledMapping& by, const unsigned char* data, unsigned int
                  CodecState& state, DataBuffer& out, ReplacementSink* sink) {
   if (const CodeTable* const table = CodeTable::open(by.mapping)) {
     const std::uint32_t lastWritten = 0xFFFFFFFFu >> 8 * (CodeTable::kMaxBytes - by.longestWritten);
-    const Rules rules = {*table, by.pieceRule, lastWritten};
+    const Rules rules = {*table, by.pieceRule, lastWritten, by.longForms};
     return runCodec<Direction>(&rules, data, length, last, state, out, sink);
   }
   out.latchFailure();

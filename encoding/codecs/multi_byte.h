@@ -24,12 +24,25 @@ using PieceRule = unsigned int (*)(const unsigned char* bytes, std::size_t known
 // a byte that cannot end a character is read again as itself.
 unsigned int eucJpPiece(const unsigned char* bytes, std::size_t known, bool last);
 
-// A mapping whose encoding has rules of its own: which pieces are malformed, and how long a code
-// may be that is written.
+// Characters that the mapping has no code for, but the encoding a longer form, of kLongest bytes at
+// most.
+struct LongForms {
+  static constexpr unsigned int kLongest = 8;
+  static constexpr unsigned int kUndecided = 0xFFFFFFFF;  // what follows decides
+  // The length of the form that stands at bytes where no code of the mapping does, and what it
+  // stands for; 0 for none.
+  unsigned int (*read)(const unsigned char* bytes, std::size_t known, bool last, char32_t& scalar);
+  // Writes it; 0 for a character without one.
+  unsigned int (*write)(char32_t scalar, unsigned char* bytes);
+};
+
+// A mapping whose encoding has rules of its own: which pieces are malformed (null: as the mapping
+// says), how long a code may be that is written, and longer forms (null for none).
 struct RuledMapping {
   const Mapping& mapping;
   PieceRule pieceRule;
   unsigned int longestWritten = CodeTable::kMaxBytes;
+  const LongForms* longForms = nullptr;
 };
 
 // The same; the parameters are a RuledMapping.

@@ -26,6 +26,7 @@ from ._codecs import (
 from ._conversion import (
     Candidate,
     ConversionError,
+    Converter,
     DecodeReport,
     Detection,
     Encoding,
@@ -46,6 +47,7 @@ from ._native import version as __version__
 __all__ = [
     "Candidate",
     "ConversionError",
+    "Converter",
     "DecodeReport",
     "Decoder",
     "Detection",

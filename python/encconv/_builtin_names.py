@@ -5,7 +5,10 @@ from __future__ import annotations
 import codecs
 import encodings
 import encodings.aliases
+from collections.abc import Callable
 from typing import NamedTuple
+
+_Search = Callable[[str], codecs.CodecInfo | None]
 
 
 class Entry(NamedTuple):
@@ -36,11 +39,11 @@ _CHARMAPS = {
 }  # fmt: skip
 _MULTIBYTE = {
     "big5": 200703, "big5hkscs": 200706, "cp932": 932, "cp949": 200935, "cp950": 950,
-    "euc_jis_2004": 200730, "euc_jisx0213": 200730, "euc_jp": 200954, "euc_kr": 51949,
-    "gb18030": 200700, "gb2312": 200701, "gbk": 200702, "hz": 1052936, "iso2022_jp": 50220,
-    "iso2022_jp_1": 200851, "iso2022_jp_2": 200852, "iso2022_jp_2004": 200854,
-    "iso2022_jp_3": 200853, "iso2022_jp_ext": 200855, "iso2022_kr": 50225, "johab": 200741,
-    "shift_jis": 200722, "shift_jis_2004": 200723, "shift_jisx0213": 200723,
+    "euc_jis_2004": 200730, "euc_jisx0213": 200730, "euc_jp": 200954, "euc_kr": 200947,
+    "gb18030": 200700, "gb2312": 200701, "gbk": 200951, "hz": 1052936, "iso2022_jp": 200940,
+    "iso2022_jp_1": 200941, "iso2022_jp_2": 200942, "iso2022_jp_2004": 200944,
+    "iso2022_jp_3": 200943, "iso2022_jp_ext": 200945, "iso2022_kr": 200946, "johab": 200950,
+    "shift_jis": 200722, "shift_jis_2004": 200948, "shift_jisx0213": 200949,
 }  # fmt: skip
 
 
@@ -64,10 +67,10 @@ def modules() -> dict[str, int]:
     return {**_CHARMAPS, **_MULTIBYTE}
 
 
-_installed: list = []
+_installed: list[_Search] = []
 
 
-def install(search) -> None:
+def install(search: _Search) -> None:
     """Has a search function asked before Python's own; the registry forgets what it found."""
     if _installed:
         return
@@ -82,7 +85,7 @@ def uninstall() -> None:
     _order([encodings.search_function])
 
 
-def _order(searches: list) -> None:
+def _order(searches: list[_Search]) -> None:
     from . import _codecs
 
     # The registry asks in the order of registration; names that Python lacks come last.

@@ -7,11 +7,16 @@ import functools
 import io
 import os
 import sys
+from collections.abc import Callable, Iterable
+from typing import IO, TYPE_CHECKING, Any, ClassVar, cast
 
 from . import _builtin_names, _native
 
+if TYPE_CHECKING:
+    from typing_extensions import Buffer
 
-def _class_attributes(encoding: str | int, label: str | None, python_spans: bool) -> dict:
+
+def _class_attributes(encoding: str | int, label: str | None, python_spans: bool) -> dict[str, Any]:
     if label is None:
         label = encoding if isinstance(encoding, str) else _native.properties(encoding)[0]
     encode, decode, encode_step, decode_step = _native.codec_functions(
@@ -48,8 +53,8 @@ class IncrementalDecoder(_Errors, codecs.IncrementalDecoder):
     ('', '', '¥')
     """
 
-    _decode_step = None
-    _most_pending = 1 << 20
+    _decode_step: Callable[[Buffer, str | None, bool, int], tuple[str, int, int]]
+    _most_pending: ClassVar[int] = 1 << 20
 
     def __init__(self, encoding: str | int, errors: str = "strict"):
         super().__init__(errors)
@@ -57,7 +62,7 @@ class IncrementalDecoder(_Errors, codecs.IncrementalDecoder):
         self._pending = b""
         self._state = 0
 
-    def decode(self, input, final: bool = False) -> str:
+    def decode(self, input: Buffer, final: bool = False) -> str:
         if self._pending:
             input = self._pending + bytes(input)
         text, used, state = self._decode_step(input, self.errors, final, self._state)
@@ -94,13 +99,14 @@ class IncrementalEncoder(_Errors, codecs.IncrementalEncoder):
     b'\\x1b$BF|K\\\\\\x1b(B'
     """
 
-    _encode_step = None
+    _encode_step: Callable[[str, str | None, bool, int], tuple[bytes, int, int]]
+    _first_state: ClassVar[int] = 0
 
     def __init__(self, encoding: str | int, errors: str = "strict"):
         super().__init__(errors)
         self.__dict__.update(_class_attributes(encoding, None, False))
         self._pending = ""
-        self._state = 0
+        self._state = self._first_state
 
     def encode(self, input: str, final: bool = False) -> bytes:
         if self._pending:
@@ -112,7 +118,7 @@ class IncrementalEncoder(_Errors, codecs.IncrementalEncoder):
 
     def reset(self) -> None:
         self._pending = ""
-        self._state = 0
+        self._state = self._first_state
 
     def getstate(self) -> int:
         """From the lowest byte up: the length of the text that waits, that text in UTF-8, and the
@@ -122,7 +128,7 @@ class IncrementalEncoder(_Errors, codecs.IncrementalEncoder):
             bytes([len(pending)]) + pending, "little"
         )
 
-    def setstate(self, state: int) -> None:
+    def setstate(self, state: int | str) -> None:
         if not isinstance(state, int):
             raise TypeError("the state must be an int")
         if state < 0:
@@ -144,9 +150,9 @@ class IncrementalEncoder(_Errors, codecs.IncrementalEncoder):
 class StreamWriter(codecs.StreamWriter):
     """A text stream over a binary one; its classes are made by codec_info()."""
 
-    _encoder_class: type
+    _encoder_class: type[IncrementalEncoder]
 
-    def __init__(self, stream, errors: str = "strict"):
+    def __init__(self, stream: Any, errors: str = "strict"):
         super().__init__(stream, errors)
         self._encoder = self._encoder_class(errors)
 
@@ -154,7 +160,7 @@ class StreamWriter(codecs.StreamWriter):
         self._encoder.errors = self.errors
         self.stream.write(self._encoder.encode(text))
 
-    def writelines(self, list) -> None:
+    def writelines(self, list: Iterable[str]) -> None:
         for line in list:
             self.write(line)
 
@@ -168,13 +174,13 @@ class StreamWriter(codecs.StreamWriter):
 class StreamReader(codecs.StreamReader):
     """A text stream over a binary one; its classes are made by codec_info()."""
 
-    _decoder_class: type
+    _decoder_class: type[IncrementalDecoder]
 
-    def __init__(self, stream, errors: str = "strict"):
+    def __init__(self, stream: Any, errors: str = "strict"):
         super().__init__(stream, errors)
         self._decoder = self._decoder_class(errors)
 
-    def _read(self, read, size) -> str:
+    def _read(self, read: Callable[..., bytes], size: int | None) -> str:
         self._decoder.errors = self.errors
         if size is None or size < 0:
             return self._decoder.decode(read(), True)
@@ -186,16 +192,16 @@ class StreamReader(codecs.StreamReader):
                 return text
             size = 1
 
-    def read(self, size=-1, chars=-1, firstline=False) -> str:
+    def read(self, size: int | None = -1, chars: int | None = -1, firstline: bool = False) -> str:
         if size is not None and size < 0 and chars is not None and chars > 0:
             size = chars
         return "" if size == 0 else self._read(self.stream.read, size)
 
-    def readline(self, size=None, keepends=True) -> str:
-        line = "" if size == 0 else self._read(self.stream.readline, size)
+    def readline(self, size: int | None = None, keepends: bool = True) -> str:
+        line = "" if size == 0 else self._read(cast(Any, self.stream).readline, size)
         return line if keepends else "".join(line.splitlines(False))
 
-    def readlines(self, sizehint=None, keepends=True) -> list[str]:
+    def readlines(self, sizehint: int | None = None, keepends: bool = True) -> list[str]:
         return self._read(self.stream.read, sizehint or -1).splitlines(True)
 
     def reset(self) -> None:
@@ -216,28 +222,29 @@ def codec_info(
     attributes = _class_attributes(encoding, label or name, builtin)
 
     class Encoder(IncrementalEncoder):
-        def __init__(self, errors="strict"):
+        def __init__(self, errors: str = "strict"):
             codecs.IncrementalEncoder.__init__(self, errors)
             self._pending = ""
-            self._state = 0
+            self._state = self._first_state
 
     class Decoder(IncrementalDecoder):
-        def __init__(self, errors="strict"):
+        def __init__(self, errors: str = "strict"):
             codecs.IncrementalDecoder.__init__(self, errors)
             self._pending = b""
             self._state = 0
 
     for made, attribute in ((Encoder, "_encode_step"), (Decoder, "_decode_step")):
         setattr(made, attribute, attributes[attribute])
-        made.encoding = attributes["encoding"]
+        setattr(made, "encoding", attributes["encoding"])
     if builtin:
         Decoder._most_pending = 8
+        Encoder._first_state = attributes["_encode_step"]("", None, True, 0)[2]
     attributes_of_streams = {
         "encode": staticmethod(attributes["encode_whole"]),
         "decode": staticmethod(attributes["decode_whole"]),
     }
-    reader = type("Reader", (StreamReader,), {**attributes_of_streams, "_decoder_class": Decoder})
-    writer = type("Writer", (StreamWriter,), {**attributes_of_streams, "_encoder_class": Encoder})
+    reader: Any = type("Reader", (StreamReader,), {**attributes_of_streams, "_decoder_class": Decoder})
+    writer: Any = type("Writer", (StreamWriter,), {**attributes_of_streams, "_encoder_class": Encoder})
     return codecs.CodecInfo(
         name=name,
         encode=attributes["encode_whole"],
@@ -281,7 +288,7 @@ def register() -> None:
         _searches.append(_search)
 
 
-_searches: list = []
+_searches: list[Callable[[str], codecs.CodecInfo | None]] = []
 
 
 def _is_registered() -> bool:
@@ -318,15 +325,15 @@ def restore_builtin() -> None:
 
 
 def open(
-    file,
+    file: str | bytes | os.PathLike[Any] | int,
     mode: str = "r",
     buffering: int = -1,
     encoding: str | int | None = None,
     errors: str | None = None,
     newline: str | None = None,
     closefd: bool = True,
-    opener=None,
-):
+    opener: Callable[[str, int], int] | None = None,
+) -> IO[Any]:
     """The built-in open(), but that text may be in any encoding here; ``encoding="auto"`` finds out
     the encoding of a file that is read.
 
@@ -343,7 +350,8 @@ def open(
     'Grüße'
     """
     if "b" in mode or encoding is None:
-        return io.open(file, mode, buffering, encoding, errors, newline, closefd, opener)
+        name = None if encoding is None else str(encoding)
+        return io.open(file, mode, buffering, name, errors, newline, closefd, opener)
     if encoding == "auto":
         if mode not in ("r", "rt"):
             raise ValueError("only a file that is read can tell its encoding")
@@ -355,7 +363,7 @@ def open(
     )
 
 
-def _found_encoding(file) -> str:
+def _found_encoding(file: object) -> str:
     from ._conversion import detect
 
     if not isinstance(file, (str, bytes, os.PathLike)):

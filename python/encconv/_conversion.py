@@ -3,9 +3,14 @@
 from __future__ import annotations
 
 import functools
+from collections.abc import Iterable
 from dataclasses import dataclass
+from typing import TYPE_CHECKING, Any
 
 from . import _native
+
+if TYPE_CHECKING:
+    from typing_extensions import Buffer
 
 
 # ---- Encodings. ----
@@ -92,15 +97,15 @@ class ConversionError(ValueError):
         self.output = output
 
 
-def _problems(entries) -> tuple[Problem, ...]:
+def _problems(entries: Iterable[tuple[Any, ...]]) -> tuple[Problem, ...]:
     return tuple(
-        Problem(*entry[:5], None if entry[5] is None else chr(entry[5]), entry[6])
-        for entry in entries
+        Problem(offset, line, length, kind, data, None if code is None else chr(code), written)
+        for offset, line, length, kind, data, code, written in entries
     )
 
 
 def convert(
-    data,
+    data: Buffer,
     source: str | int,
     target: str | int,
     on_error: str = "stop",
@@ -116,6 +121,7 @@ def convert(
     >>> convert('1 €'.encode(), 'utf-8', 'iso-8859-1', 'hex')
     b'1 &#x20AC;'
     """
+    output: bytes
     output, complete, _, _, problems = _native.convert(
         data, source, target, on_error, byte_order_mark, 1
     )
@@ -124,8 +130,39 @@ def convert(
     return output
 
 
+class Converter:
+    """Converts bytes of one encoding to bytes of another, piece by piece.
+
+    ``on_error`` and ``byte_order_mark`` are as in ``convert``; offsets and lines of problems count
+    from the first piece on. What ``ConversionError.output`` has is that of the last piece.
+
+    >>> converter = Converter('shift_jis', 'utf-8')
+    >>> converter.convert(b'\\x83') + converter.convert(b'\\x65', final=True)
+    b'\\xe3\\x83\\x86'
+    """
+
+    def __init__(
+        self,
+        source: str | int,
+        target: str | int,
+        on_error: str = "stop",
+        *,
+        byte_order_mark: bool = False,
+    ):
+        self._conversion = _native.Conversion(source, target, on_error, byte_order_mark)
+        self._names = (source, target)
+
+    def convert(self, data: Buffer, final: bool = False) -> bytes:
+        """The output of a piece, as far as what follows does not matter to it; ``final`` says that
+        nothing follows."""
+        output, complete, problems = self._conversion.push(data, final)
+        if not complete:
+            raise ConversionError(_problems(problems)[0], *self._names, output)
+        return output
+
+
 def decode_report(
-    data, encoding: str | int, on_error: str = "substitute", *, most: int = 1000
+    data: Buffer, encoding: str | int, on_error: str = "substitute", *, most: int = 1000
 ) -> DecodeReport:
     """The text of bytes, with the place of everything that was malformed.
 
@@ -147,7 +184,7 @@ def decode_report(
 
 
 def find_cut(
-    data,
+    data: Buffer,
     encoding: str | int,
     offset: int = 0,
     *,
@@ -203,7 +240,7 @@ class Detection:
         return first.name if first.number != 0 and first.confidence >= 0.5 else None
 
 
-def detect(data, *, is_beginning: bool = False) -> Detection:
+def detect(data: Buffer, *, is_beginning: bool = False) -> Detection:
     """Finds out which encoding a text is in, or that it is no text.
 
     ``is_beginning``: the text goes on behind the bytes.

@@ -26,7 +26,14 @@ def convert(
     on_error: str,
     byte_order_mark: bool,
     most: int,
-) -> tuple[Any, bool, int, int, tuple[Any, ...]]: ...
+) -> tuple[Any, bool, int, int, tuple[tuple[Any, ...], ...]]: ...
+
+class Conversion:
+    def __init__(
+        self, source: str | int, target: str | int, on_error: str, byte_order_mark: bool
+    ) -> None: ...
+    def push(self, data: Buffer, is_last: bool) -> tuple[bytes, bool, tuple[tuple[Any, ...], ...]]: ...
+
 def find_cut(
     data: Buffer,
     encoding: str | int,

@@ -12,7 +12,9 @@ here, and nothing is copied but the result.
 
 from __future__ import annotations
 
+import importlib
 import sys
+from typing import Any
 
 from . import _native
 
@@ -31,7 +33,7 @@ class _Column:
         """How many of the values are null."""
         return self._column.null_count
 
-    def __arrow_c_schema__(self):
+    def __arrow_c_schema__(self) -> object:
         return self._column.schema_capsule()
 
     def __repr__(self) -> str:
@@ -41,32 +43,30 @@ class _Column:
 class Array(_Column):
     """A column in one piece: what pyarrow.array(), polars.Series() and others take."""
 
-    def __arrow_c_array__(self, requested_schema=None):
+    def __arrow_c_array__(self, requested_schema: object = None) -> tuple[object, object]:
         return self._column.array_capsules()
 
 
 class ChunkedArray(_Column):
     """A column in chunks: what pyarrow.chunked_array(), polars.Series() and others take."""
 
-    def __arrow_c_stream__(self, requested_schema=None):
+    def __arrow_c_stream__(self, requested_schema: object = None) -> object:
         return self._column.stream_capsule()
 
 
-def _convert(array, encoding, errors, decoding):
-    pandas = sys.modules.get("pandas")
+def _convert(array: Any, encoding: str | int, errors: str | None, decoding: bool) -> Any:
+    pandas: Any = sys.modules.get("pandas")
     is_pandas = pandas is not None and isinstance(array, pandas.Series)
     given = array.array.__arrow_array__() if is_pandas and _has_arrow(array) else array
     if is_pandas and given is array:
         # A column of Python objects.
-        import pyarrow
-
+        pyarrow = _library("pyarrow")
         kind = pyarrow.large_binary() if decoding else pyarrow.large_string()
         given = pyarrow.array(array, kind, from_pandas=True)
     column, is_chunked = _native.arrow_convert(given, encoding, errors, decoding)
     made = ChunkedArray(column) if is_chunked else Array(column)
     if is_pandas:
-        import pyarrow
-
+        pyarrow = _library("pyarrow")
         values = pyarrow.chunked_array(made) if is_chunked else pyarrow.array(made)
         dtype = pandas.ArrowDtype(values.type)
         return pandas.Series(
@@ -74,21 +74,24 @@ def _convert(array, encoding, errors, decoding):
         )
     library = type(array).__module__.partition(".")[0]
     if library == "pyarrow":
-        import pyarrow
-
+        pyarrow = _library("pyarrow")
         return pyarrow.chunked_array(made) if is_chunked else pyarrow.array(made)
     if library == "polars":
-        import polars
-
+        polars = _library("polars")
         return polars.Series(array.name, made)
     return made
 
 
-def _has_arrow(series) -> bool:
+def _library(name: str) -> Any:
+    """One that is there if its columns are."""
+    return importlib.import_module(name)
+
+
+def _has_arrow(series: Any) -> bool:
     return hasattr(series.array, "__arrow_array__")
 
 
-def decode(array, encoding: str | int, errors: str | None = "strict"):
+def decode(array: Any, encoding: str | int, errors: str | None = "strict") -> Any:
     """The texts of a column of bytes (binary, large, view or of a fixed size), as a column of
     strings of the like layout. Null stays null; chunks stay chunks.
 
@@ -98,7 +101,7 @@ def decode(array, encoding: str | int, errors: str | None = "strict"):
     return _convert(array, encoding, errors, True)
 
 
-def encode(array, encoding: str | int, errors: str | None = "strict"):
+def encode(array: Any, encoding: str | int, errors: str | None = "strict") -> Any:
     """The bytes of a column of strings, as ``decode`` the other way round.
 
     >>> import pyarrow

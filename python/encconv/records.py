@@ -14,7 +14,7 @@ from __future__ import annotations
 from collections.abc import Callable, Iterable, Iterator
 from dataclasses import dataclass
 from decimal import Decimal
-from typing import BinaryIO
+from typing import Any, BinaryIO
 
 from . import _native
 
@@ -157,7 +157,7 @@ def _ignore(problem: RecordProblem) -> None:
 
 def write_rows(
     file: BinaryIO,
-    rows: Iterable[dict],
+    rows: Iterable[dict[str, Any]],
     format: str,
     layout: str,
     encoding: str | int = "ibm037",

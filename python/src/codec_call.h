@@ -21,9 +21,10 @@ struct CodecCall {
   const char* label = "";        // what exceptions call the encoding
   const char* errors = nullptr;  // the name of the handler; null for "strict"
   ErrorSpans spans = ErrorSpans::kPieces;
-  bool isLast = true;    // nothing follows the text
-  StreamPlace place;     // where it begins, and after the call where it goes on
-  std::size_t used = 0;  // after the call: the bytes or characters in front of that
+  bool isLast = true;          // nothing follows the text
+  bool isReplacement = false;  // encoding: nor belongs to it what follows, but the text goes on
+  StreamPlace place;           // where it begins, and after the call where it goes on
+  std::size_t used = 0;        // after the call: the bytes or characters in front of that
 };
 
 // The str of bytes, the bytes of a str; null with an exception.

@@ -200,14 +200,22 @@ bool readStep(PyObject* const* given, Py_ssize_t count, CodecCall& call) {
   }
   const int last = PyObject_IsTrue(given[2]);
   call.isLast = last != 0;
-  return last >= 0 && readErrors(given[1], call.errors) && placeOfNumber(given[3], call.place);
+  return last >= 0 && readErrors(given[1], call.errors);
 }
 
-PyObject* stepResult(PyObject* result, const CodecCall& call) {
-  if (result == nullptr) return nullptr;
-  PyObject* const state = numberOfPlace(*call.entry, call.isLast ? StreamPlace() : call.place);
-  if (state == nullptr) {
-    Py_DECREF(result);
+// The codecs of Python keep what is designated when a text has ended, until they are reset.
+bool keepsPlace(const CodecCall& call) {
+  return call.spans == ErrorSpans::kPython && hasPythonState(*call.entry);
+}
+
+StreamPlace placeBehind(const CodecCall& call) {
+  return call.isLast && !keepsPlace(call) ? StreamPlace() : call.place;
+}
+
+PyObject* stepResult(PyObject* result, const CodecCall& call, PyObject* state) {
+  if (result == nullptr || state == nullptr) {
+    Py_XDECREF(result);
+    Py_XDECREF(state);
     return nullptr;
   }
   return Py_BuildValue("NnN", result, pySize(call.used), state);
@@ -216,14 +224,35 @@ PyObject* stepResult(PyObject* result, const CodecCall& call) {
 PyObject* decodeStep(PyObject* self, PyObject* const* given, Py_ssize_t count) {
   CodecCall call = callOf(codecOf(self));
   HeldBuffer buffer;
-  if (!readStep(given, count, call) || !buffer.hold(given[0])) return nullptr;
-  return stepResult(decodeBytes(call, buffer), call);
+  if (!readStep(given, count, call) || !placeOfNumber(given[3], call.place) ||
+      !buffer.hold(given[0])) {
+    return nullptr;
+  }
+  if (call.isLast && keepsPlace(call)) {
+    // As if something followed; it is the end only if something is left that lacks its own.
+    CodecCall more = call;
+    more.isLast = false;
+    Reference text(decodeBytes(more, buffer));
+    if (text == nullptr) return nullptr;
+    call.isLast = more.used != buffer.size();
+    if (!call.isLast) {
+      return stepResult(text.release(), more, numberOfPlace(*call.entry, more.place));
+    }
+  }
+  PyObject* const text = decodeBytes(call, buffer);
+  if (text == nullptr) return nullptr;
+  return stepResult(text, call, numberOfPlace(*call.entry, placeBehind(call)));
 }
 
 PyObject* encodeStep(PyObject* self, PyObject* const* given, Py_ssize_t count) {
   CodecCall call = callOf(codecOf(self));
-  if (!readStep(given, count, call) || !isText(given[0])) return nullptr;
-  return stepResult(encodeText(call, given[0]), call);
+  if (!readStep(given, count, call) || !placeOfPythonNumber(*call.entry, given[3], call.place) ||
+      !isText(given[0])) {
+    return nullptr;
+  }
+  PyObject* const bytes = encodeText(call, given[0]);
+  if (bytes == nullptr) return nullptr;
+  return stepResult(bytes, call, numberOfPythonPlace(*call.entry, placeBehind(call)));
 }
 
 PyCFunction asFunction(PyObject* (*function)(PyObject*, PyObject* const*, Py_ssize_t, PyObject*)) {

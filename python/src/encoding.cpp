@@ -29,14 +29,35 @@ bool hasSurrogates(const Py_UCS2* units, std::size_t count) {
   return found != 0;
 }
 
-// The most that the characters may become, where that is little more than they mostly do.
+std::size_t countAscii(const Py_UCS2* units, std::size_t count) {
+  constexpr std::size_t kBlock = 32768;  // so that a count has sixteen bits, as a unit
+  std::size_t all = 0;
+  for (std::size_t i = 0; i < count; i += kBlock) {
+    const std::size_t end = std::min(count, i + kBlock);
+    std::uint16_t ascii = 0;
+    for (std::size_t j = i; j < end; ++j) {
+      ascii = static_cast<std::uint16_t>(ascii + (units[j] < 0x80 ? 1 : 0));
+    }
+    all += ascii;
+  }
+  return all;
+}
+
+// The most that the characters may become, where that is little more than they mostly do. What is
+// large is told nearly to the byte: malloc gives an object that had to shrink pages of its own
+// again each time, and to touch those for the first time costs as much as half of a conversion.
 std::size_t expectedBytes(const EncodingRow& row, const Characters& text) {
   constexpr std::size_t kSlack = fast::kKernelSlack + 64;
   switch (row.form) {
     case EncodingForm::kSingleByte:
       return text.count + kSlack;
-    case EncodingForm::kDoubleByte:
-      return text.count * std::min<std::size_t>(text.width, 2) + kSlack;
+    case EncodingForm::kDoubleByte: {
+      if (text.width != 2 || text.count < kUnlockedBytes) {
+        return text.count * std::min<std::size_t>(text.width, 2) + kSlack;
+      }
+      const auto* const units = reinterpret_cast<const Py_UCS2*>(text.data);
+      return text.count * 2 - countAscii(units, text.count) + kSlack;
+    }
     case EncodingForm::kUtf16:
       return text.count * std::max<std::size_t>(text.width, 2) + kSlack;
     case EncodingForm::kUtf32:
@@ -73,6 +94,8 @@ class Encoding final : private StreamErrorHandler {
   Step convertSegment();
   bool treatError();
   bool repeatSegment(std::size_t end);
+  bool settle(StreamConverter& stream, const StreamSettings& settings, std::size_t begin,
+              std::size_t end);
   bool lacks(std::size_t character) const;
   std::size_t endOfRun(std::size_t start) const;
   bool writeReplacement(PyObject* replacement);
@@ -180,10 +203,19 @@ bool Encoding::repeatSegment(std::size_t end) {
   const std::size_t settled = m_begin + static_cast<std::size_t>(m_call.place.settled) / width;
   if (settled == end) return true;
   // The last characters wait for what follows, which is none of the text.
+  return settle(*stream, settings, settled, end);
+}
+
+// Writes characters that wait: nothing follows that they may belong to.
+bool Encoding::settle(StreamConverter& stream, const StreamSettings& settings, std::size_t begin,
+                      std::size_t end) {
+  const std::size_t width = m_characters.width;
   const StreamPlace before = m_call.place;
-  if (stream->begin(settings, before) != StreamStatus::kGood) return false;
-  return stream->finish(m_characters.data + settled * width, (end - settled) * width, m_bytes) ==
-         StreamStatus::kGood;
+  if (stream.begin(settings, before) != StreamStatus::kGood) return false;
+  const StreamStatus status =
+      stream.finish(m_characters.data + begin * width, (end - begin) * width, m_bytes);
+  m_call.place = stream.place();
+  return status == StreamStatus::kGood;
 }
 
 bool Encoding::lacks(std::size_t character) const {
@@ -214,6 +246,7 @@ bool Encoding::writeReplacement(PyObject* replacement) {
   CodecCall call = m_call;
   call.errors = nullptr;
   call.isLast = false;
+  call.isReplacement = true;
   const Reference written(Encoding(call, replacement).run());
   if (written == nullptr) {
     if (m_entry.isSingleByte && PyErr_ExceptionMatches(PyExc_UnicodeEncodeError)) {
@@ -278,6 +311,11 @@ PyObject* Encoding::run() {
   m_call.used = m_call.isLast
                     ? m_characters.count
                     : m_begin + static_cast<std::size_t>(m_call.place.settled) / m_characters.width;
+  if (m_call.isReplacement && m_call.used != m_characters.count &&
+      !settle(*m_stream, m_settings, m_call.used, m_characters.count)) {
+    failMemory();
+    return nullptr;
+  }
   return m_bytes.finish();
 }
 

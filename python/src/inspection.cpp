@@ -197,6 +197,46 @@ nb::tuple convert(nb::handle data, nb::handle from, nb::handle to, const std::st
   return convertTo(buffer, settings, most, lock, out);
 }
 
+// The same piece by piece: bytes to bytes, up to what stops it.
+class Conversion {
+ public:
+  Conversion(nb::handle from, nb::handle to, const std::string& onError, bool byteOrderMark)
+      : m_problems(1) {
+    StreamSettings settings = settingsOf(&entryOf(from), &entryOf(to), onError);
+    settings.writeMark = byteOrderMark;
+    settings.errorHandler = &m_problems;
+    const StreamStatus status = m_stream.begin(settings);
+    if (status == StreamStatus::kNoMemory) throw std::bad_alloc();
+    if (status != StreamStatus::kGood) {
+      throw nb::value_error(std::string(describe(status)).c_str());
+    }
+  }
+
+  // (output, whether it goes on, the first problem)
+  nb::tuple push(nb::handle data, bool isLast) {
+    HeldBuffer buffer;
+    if (!buffer.hold(data.ptr())) throw nb::python_error();
+    ReleasedLock lock(buffer.isConstant() && buffer.size() >= kUnlockedBytes);
+    BytesOutput out(buffer.size(), &lock);
+    const StreamStatus status = isLast ? m_stream.finish(buffer.data(), buffer.size(), out)
+                                       : m_stream.push(buffer.data(), buffer.size(), out);
+    lock.takeBack();
+    if (status == StreamStatus::kMisuse)
+      throw nb::value_error("the conversion has come to its end");
+    if (status != StreamStatus::kGood && status != StreamStatus::kStopped) {
+      if (PyErr_Occurred() == nullptr) PyErr_NoMemory();
+      throw nb::python_error();
+    }
+    const nb::object result = nb::steal(out.finish());
+    if (!result.is_valid()) throw nb::python_error();
+    return nb::make_tuple(result, status == StreamStatus::kGood, m_problems.asTuple());
+  }
+
+ private:
+  Problems m_problems;
+  StreamConverter m_stream;
+};
+
 }  // namespace
 
 void addInspection(nb::module_& module) {
@@ -207,6 +247,11 @@ void addInspection(nb::module_& module) {
   module.def("convert", &convert, nb::arg("data"), nb::arg("source"), nb::arg("target").none(),
              nb::arg("on_error"), nb::arg("byte_order_mark"), nb::arg("most"),
              "The output of a conversion with its report, as a tuple.");
+  nb::class_<Conversion>(module, "Conversion")
+      .def(nb::init<nb::handle, nb::handle, const std::string&, bool>(), nb::arg("source"),
+           nb::arg("target"), nb::arg("on_error"), nb::arg("byte_order_mark"))
+      .def("push", &Conversion::push, nb::arg("data"), nb::arg("is_last"),
+           "The output of a piece, whether the conversion goes on, and the first problem.");
   module.def("find_cut", &findCut, nb::arg("data"), nb::arg("encoding"), nb::arg("offset"),
              nb::arg("position"), nb::arg("at_cut"), nb::arg("behind_line"),
              "Where a piece of a text can begin, or None.");

@@ -3,6 +3,8 @@
 #include <cstring>
 #include <string>
 
+#include "encoding/codecs/python_iso2022.h"
+
 namespace {
 
 // What most encodings need comes first: text files of Python want numbers of 31 bits to tell where
@@ -64,5 +66,52 @@ bool placeOfNumber(PyObject* number, StreamPlace& place) {
   for (std::size_t i = 0; i < place.state.windows.size(); ++i) {
     place.state.windows[i] = load(bytes + 12 + 4 * i);
   }
+  return true;
+}
+
+// ---- The encoders of Python. ----
+
+namespace {
+
+// The marks of G0 to G3, of which those of G0 and G1 are there from the beginning, and flags.
+constexpr int kPythonPlaces = 4, kPythonInitialPlaces = 2;
+constexpr unsigned int kShifted = 1, kInEscape = 2;
+
+}  // namespace
+
+bool hasPythonState(const EncodingEntry& entry) {
+  const Codec* const codec = entry.row->codec;
+  if (codec == nullptr) return false;
+  return codec->write == Codec::Convert(writePythonIso2022, codec->write.parameters());
+}
+
+PyObject* numberOfPythonPlace(const EncodingEntry& entry, const StreamPlace& place) {
+  if (!hasPythonState(entry)) return numberOfPlace(entry, place);
+  const CodecState& state = place.state;
+  unsigned long long number = 0;
+  for (int i = 0; i < kPythonPlaces; ++i) {
+    unsigned long long mark = state.bits >> 8 * i & 0xFF;
+    if (mark == 0 && i < kPythonInitialPlaces) mark = kPythonAsciiMark;
+    number |= mark << 8 * i;
+  }
+  const unsigned int flags =
+      (state.shiftedOut ? kShifted : 0) | (state.set == kPythonInEscape ? kInEscape : 0);
+  number |= static_cast<unsigned long long>(flags) << 8 * kPythonPlaces;
+  return PyLong_FromUnsignedLongLong(number);
+}
+
+bool placeOfPythonNumber(const EncodingEntry& entry, PyObject* number, StreamPlace& place) {
+  if (!hasPythonState(entry) || !PyLong_Check(number)) return placeOfNumber(number, place);
+  const unsigned long long packed = PyLong_AsUnsignedLongLong(number);
+  if (PyErr_Occurred() != nullptr) return false;
+  place = {};
+  place.hasBegun = packed != 0;
+  for (int i = 0; i < kPythonPlaces; ++i) {
+    const auto mark = static_cast<std::uint32_t>(packed >> 8 * i & 0xFF);
+    if (mark != kPythonAsciiMark) place.state.bits |= mark << 8 * i;
+  }
+  const auto flags = static_cast<unsigned int>(packed >> 8 * kPythonPlaces);
+  place.state.shiftedOut = (flags & kShifted) != 0;
+  place.state.set = (flags & kInEscape) != 0 ? kPythonInEscape : std::uint8_t{0};
   return true;
 }

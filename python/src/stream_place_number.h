@@ -10,4 +10,10 @@ PyObject* numberOfPlace(const EncodingEntry& entry, const StreamPlace& place);
 // False, with an exception, for what numberOfPlace() does not give.
 bool placeOfNumber(PyObject* number, StreamPlace& place);
 
+// Whether the encoding is one of those of ISO 2022 that are Python's.
+bool hasPythonState(const EncodingEntry& entry);
+// The same as the encoders of Python have it, in these encodings; in all others as above.
+PyObject* numberOfPythonPlace(const EncodingEntry& entry, const StreamPlace& place);
+bool placeOfPythonNumber(const EncodingEntry& entry, PyObject* number, StreamPlace& place);
+
 #endif  // PYTHON_SRC_STREAM_PLACE_NUMBER_H_

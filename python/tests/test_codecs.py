@@ -286,3 +286,30 @@ def test_conversion_and_report():
     found = encconv.detect(b"\x89PNG\r\n\x1a\n" + bytes(50))
     assert (found.kind, found.encoding) == ("binary", None)
     assert len(encconv.encodings()) > 480
+
+
+# Each with a character that waits for what follows: with that it may be one code.
+WAITING = [("euc_jisx0213", "\u00e6"), ("big5hkscs", "\u00ca"), ("shift_jis_2004", "\u02e9"),
+           ("iso2022_jp_2004", "\u00e6"), ("encconv_iso-2022-jp-3", "\u304b")]  # fmt: skip
+
+
+@pytest.mark.parametrize("encoding, first", WAITING)
+def test_characters_that_wait_are_not_lost_at_errors(encoding, first, builtin_replaced):
+    encconv.register()
+    codecs.register_error("encconv.waiting", lambda e: (first, e.end))
+    codecs.register_error("encconv.nothing", lambda e: ("", e.end))
+    lacking = "\u0e01"
+    for text, errors, written in (
+        (f"a{lacking}", "encconv.waiting", f"a{first}"),
+        (f"日{lacking}本", "encconv.waiting", f"日{first}本"),
+        (f"{lacking}{lacking}日", "encconv.waiting", f"{first}{first}日"),
+        (f"日{first}{lacking}日本", "encconv.nothing", f"日{first}日本"),
+        (f"{first}{lacking}日", "replace", f"{first}?日"),
+        (f"{first}{lacking}日", "xmlcharrefreplace", f"{first}&#3585;日"),
+        (f"{first}{lacking}", "ignore", first),
+    ):
+        data = text.encode(encoding, errors)
+        assert data.decode(encoding) == written, (text, errors)
+        encoder = codecs.getincrementalencoder(encoding)(errors)
+        pieces = b"".join(encoder.encode(character) for character in text) + encoder.encode("", True)
+        assert pieces.decode(encoding) == written, (text, errors)

@@ -23,6 +23,19 @@ def test_docstrings(name):
     assert result.failed == 0
 
 
+def test_types():
+    pytest.importorskip("mypy")
+    example = HERE / "typed_example.py"
+    modules = [f"-m{name}" for name in MODULES]
+    for checked in ([example], modules):
+        ran = subprocess.run(
+            [sys.executable, "-m", "mypy", "--strict", "--cache-dir=/dev/null", *checked],
+            capture_output=True, text=True,
+        )  # fmt: skip
+        assert ran.returncode == 0, ran.stdout + ran.stderr
+    subprocess.run([sys.executable, example], check=True)
+
+
 def test_recipes_of_the_guide():
     for library in ("pyarrow", "pandas", "polars", "duckdb"):
         pytest.importorskip(library)
@@ -30,6 +43,13 @@ def test_recipes_of_the_guide():
     result = doctest.testfile(str(guide), module_relative=False, encoding="utf-8")
     assert result.attempted > 30
     assert result.failed == 0
+
+
+def test_other_characters_than_those_of_python_are_listed():
+    ran = subprocess.run(
+        [sys.executable, HERE / "mapping_differences.py"], capture_output=True, text=True
+    )
+    assert ran.returncode == 0, ran.stdout + ran.stderr
 
 
 def test_tests_of_cpython(tmp_path):
