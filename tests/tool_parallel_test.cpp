@@ -1,6 +1,8 @@
 // Tests of the tool's conversion of one file on several threads: all is as with one.
+#include <new>
 #include <random>
 
+#include "apps/encconv/parallel_stream.h"
 #include "tests/tool_support.h"
 
 namespace {
@@ -20,6 +22,31 @@ std::string utf8Text(Random& random, std::size_t lines) {
   }
   return text;
 }
+
+// A text in UTF-8 whose reader or writer runs out of memory at a call.
+class ScarceMemory final : public tool::ParallelStream::Client {
+ public:
+  ScarceMemory(std::string_view text, std::size_t lastRead, std::size_t lastWritten)
+      : m_text(text), m_reads(lastRead), m_writes(lastWritten) {}
+
+  bool readText(std::span<unsigned char> buffer, std::size_t& count) override {
+    if (m_reads-- == 0) throw std::bad_alloc();
+    count = std::min(buffer.size(), m_text.size());
+    std::copy_n(m_text.begin(), count, buffer.begin());
+    m_text.remove_prefix(count);
+    return true;
+  }
+  bool writeText(std::string_view) override {
+    if (m_writes-- == 0) throw std::bad_alloc();
+    return true;
+  }
+  void onTextError(const StreamError&) override {}
+  void onTextDone(std::size_t) override {}
+
+ private:
+  std::string_view m_text;
+  std::size_t m_reads, m_writes;
+};
 
 }  // namespace
 
@@ -108,4 +135,20 @@ TEST_F(ToolTest, SeveralThreadsLeaveNothingOfWhatFails) {
   EXPECT_FALSE(fs::exists(path("out/bad")));
   // A reader that goes away, and a full disk.
   EXPECT_EQ(2, run("-j 4 --job-size 500 -f utf-8 -t utf-16le clean -o /dev/full").status);
+}
+
+TEST(ParallelStreamTest, ThreadsThatRunOutOfMemoryEndTheOthers) {
+  Random random(5);
+  const std::string text = utf8Text(random, 2000);
+  constexpr std::size_t kNever = SIZE_MAX;
+  StreamSettings settings;
+  settings.from = 65001;
+  settings.to = 1200;
+  for (std::size_t calls = 0; calls < 40; ++calls) {
+    for (const bool isReading : {true, false}) {
+      ScarceMemory memory(text, isReading ? calls : kNever, isReading ? kNever : calls);
+      tool::ParallelStream stream(settings, 4, 700, memory);
+      EXPECT_THROW(stream.run({}), std::bad_alloc) << calls;
+    }
+  }
 }

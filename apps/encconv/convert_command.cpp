@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <atomic>
 #include <cerrno>
+#include <new>
 #include <optional>
 #include <set>
 #include <system_error>
-#include <thread>
 #include <utility>
 #include <vector>
 
@@ -16,6 +16,7 @@
 #include "apps/encconv/place_report.h"
 #include "apps/encconv/record_conversion.h"
 #include "apps/encconv/system/process.h"
+#include "apps/encconv/threads.h"
 
 namespace tool {
 namespace {
@@ -68,7 +69,7 @@ bool openOutput(const Options& options, const Work& work, OutputFile& output) {
 }
 
 int convertOne(const Options& options, Console& console, FileConversion& conversion,
-               const Work& work) {
+               const Work& work) try {
   InputFile input;
   if (!input.open(work.input)) {
     console.report(input.error());
@@ -87,6 +88,9 @@ int convertOne(const Options& options, Console& console, FileConversion& convers
   }
   if (options.verbose && output.isUnchanged()) console.report(work.input + ": left as it is");
   return result.status;
+} catch (const std::bad_alloc&) {
+  console.report(work.input + ": not enough memory");
+  return kUsage;
 }
 
 int convertEach(const Options& options, Console& console, PlaceReport* report,
@@ -105,14 +109,7 @@ int convertEach(const Options& options, Console& console, PlaceReport* report,
       }
     }
   };
-  std::vector<std::thread> threads;
-  try {
-    while (threads.size() + 1 < count) threads.emplace_back(run);
-  } catch (const std::system_error&) {
-    // No more threads are to be had: those that there are do the work.
-  }
-  run();
-  for (std::thread& thread : threads) thread.join();
+  runOnThreads(count, run);
   return worst;
 }
 

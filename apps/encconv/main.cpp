@@ -64,5 +64,11 @@ int main(int argc, char** argv) {
   console.write(parsed.err);
   const int printed = console.print(parsed.out);
   if (printed != tool::kDone) return printed;
-  return parsed.run ? run(parsed.options) : parsed.status;
+  if (!parsed.run) return parsed.status;
+  try {
+    return run(parsed.options);
+  } catch (const std::bad_alloc&) {
+    console.report("not enough memory");
+    return tool::kUsage;
+  }
 }

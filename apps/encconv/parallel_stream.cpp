@@ -1,9 +1,9 @@
 #include "apps/encconv/parallel_stream.h"
 
 #include <algorithm>
-#include <system_error>
-#include <thread>
 #include <utility>
+
+#include "apps/encconv/threads.h"
 
 namespace tool {
 namespace {
@@ -216,7 +216,7 @@ bool ParallelStream::write(Piece& piece) {
 // ---- The threads. ----
 
 ParallelStream::Next ParallelStream::chooseNext() const {
-  if (m_status != StreamStatus::kGood) return Next::kEnd;
+  if (m_status != StreamStatus::kGood || m_hasThrown) return Next::kEnd;
   if (m_turns.empty() && m_isAllRead && !m_isReading) return Next::kEnd;
   if (!m_isWriting && !m_turns.empty() && m_turns.front()->isReady) return Next::kWrite;
   return !m_isReading && !m_isAllRead && !m_free.empty() ? Next::kRead : Next::kWait;
@@ -271,14 +271,17 @@ void ParallelStream::work() {
 }
 
 void ParallelStream::runThreads() {
-  std::vector<std::thread> threads;
-  try {
-    while (threads.size() + 1 < m_threads) threads.emplace_back([this] { work(); });
-  } catch (const std::system_error&) {
-    // No more threads are to be had: those that there are do the work.
-  }
-  work();
-  for (std::thread& thread : threads) thread.join();
+  runOnThreads(m_threads, [this] {
+    try {
+      work();
+    } catch (...) {
+      // Nobody waits for what this thread was doing.
+      const std::scoped_lock lock(m_mutex);
+      m_hasThrown = true;
+      m_changed.notify_all();
+      throw;
+    }
+  });
 }
 
 StreamStatus ParallelStream::run(std::span<const unsigned char> begun) {

@@ -60,7 +60,8 @@ class ParallelStream {
   ~ParallelStream();
 
   // Converts the text that begins with these bytes, which are read already, up to its end. kGood,
-  // or why it ended before that; kDrainFailed when reading or writing failed.
+  // or why it ended before that; kDrainFailed when reading or writing failed. Throws what a thread
+  // throws: std::bad_alloc, or what the client does.
   StreamStatus run(std::span<const unsigned char> begun);
   bool hasReadFailed() const { return m_hasReadFailed; }
   const StreamTotals& totals() const { return m_totals; }
@@ -114,6 +115,7 @@ class ParallelStream {
   std::uint64_t m_readPieces = 0;
   bool m_isReading = false, m_isWriting = false;
   bool m_isAllRead = false, m_hasReadFailed = false;
+  bool m_hasThrown = false;                     // a thread, which is gone
   StreamStatus m_status = StreamStatus::kGood;  // what m_written was last
   StreamPlace m_guess;
   unsigned int m_misses = 0;  // pieces one behind the other that were not as guessed

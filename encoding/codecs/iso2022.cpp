@@ -49,6 +49,7 @@ struct Direction : Base {
   using Base::state;
   const Iso2022& scheme = *static_cast<const Iso2022*>(Base::parameters);
   bool isOutOfMemory = false;
+  OpenSet kept[2];  // what was called last of G0 and G1
 
   InPlace inPlace(unsigned int place) const {
     return static_cast<InPlace>(state.bits >> 8 * place);
@@ -89,8 +90,14 @@ struct Direction : Base {
     }
     return opened;
   }
-  // The set that is called.
-  OpenSet openCalled() { return open(setIn(state.shiftedOut ? 1 : 0)); }
+  // The set that is called. Texts go to and fro between the same two at every line end: these are
+  // kept.
+  const OpenSet* openCalled() {
+    const unsigned int place = state.shiftedOut ? 1 : 0;
+    const GraphicSet* const set = setIn(place);
+    if (kept[place].set != set) kept[place] = open(set);
+    return &kept[place];
+  }
 
   void endText() {
     state.bits = 0;
@@ -102,16 +109,16 @@ struct Direction : Base {
 
 struct Reader : Direction<UnitReader> {
   using Direction::Direction;
-  OpenSet called = openCalled();
+  const OpenSet* called = openCalled();
 
   bool step() {
     if (isOutOfMemory) return fail();
     const unsigned char* const stop = readable();
     while (p < stop) {
       const unsigned char* const before = p;
-      if (called.isAscii()) {
+      if (called->isAscii()) {
         copyText(stop);
-      } else if (called.set != nullptr && called.set->length == 2) {
+      } else if (called->set != nullptr && called->set->length == 2) {
         copyPairs(stop);
       }
       if (p == before || room() < kMinRoom) return p == end || readUnit();
@@ -131,27 +138,18 @@ struct Reader : Direction<UnitReader> {
     const unsigned char newline = hasOthers() ? '\n' : kEscape;
     const unsigned char shiftOut = scheme.hasShifts ? kShiftOut : kEscape;
     const unsigned char shiftIn = scheme.hasShifts ? kShiftIn : kEscape;
-    while (stop - p >= std::ptrdiff_t{kVector}) {
-      const Bytes16 text = Bytes16::load(p);
-      const unsigned int count = countLow(text | equal(text, kEscape) | equal(text, shiftOut) |
-                                          equal(text, shiftIn) | equal(text, newline));
-      if (count == 0) return;
-      storeAsUnits(text, dest);
-      p += count;
-      dest += 2 * count;
-      if (count != kVector) return;
-    }
-    for (; p < stop && *p < 0x80; ++p) {
-      if (*p == kEscape || *p == shiftOut || *p == shiftIn || *p == newline) return;
-      putUnit(*p);
-    }
+    copyAsciiBut(stop, kEscape, shiftOut, shiftIn, newline);
   }
 
   // Characters of two bytes that are one unit.
   void copyPairs(const unsigned char* stop) {
-    const CodeTable& table = *called.table;
-    const Entry* const rows = table.node(called.node);
-    const unsigned char high = called.high;
+    const CodeTable& table = *called->table;
+    const bool isFlat = called->high != 0 && called->node == CodeTable::kNode;
+    if (const auto* const pairs = isFlat ? table.pairDecoder() : nullptr) {
+      return UnitReader::copyPairs(stop, *pairs);
+    }
+    const Entry* const rows = table.node(called->node);
+    const unsigned char high = called->high;
     const unsigned char* in = p;
     unsigned char* to = dest;
     for (; in < stop && end - in > 1; in += 2, to += 2) {
@@ -173,7 +171,7 @@ struct Reader : Direction<UnitReader> {
     if (byte == kEscape) return readEscape();
     if (scheme.hasShifts && (byte == kShiftOut || byte == kShiftIn)) return readShift();
     if (isLineEnd(byte)) return readLineEnd();
-    if (!called.isGraphic(byte)) return passUnit();
+    if (!called->isGraphic(byte)) return passUnit();
     return readGraphic();
   }
   bool passUnit() {
@@ -207,12 +205,12 @@ struct Reader : Direction<UnitReader> {
   }
 
   bool readGraphic() {
-    if (called.isAscii()) return passUnit();
-    const bool isPair = called.set != nullptr ? called.set->length == 2
-                                              : inPlace(state.shiftedOut ? 1 : 0) != kUnknown;
+    if (called->isAscii()) return passUnit();
+    const bool isPair = called->set != nullptr ? called->set->length == 2
+                                               : inPlace(state.shiftedOut ? 1 : 0) != kUnknown;
     if (isPair && left() < 2 && !last) return false;
-    if (isPair && (left() < 2 || !called.isGraphic(p[1]))) return refuse(1);
-    return readCharacter(called, 0, isPair ? 2 : 1);
+    if (isPair && (left() < 2 || !called->isGraphic(p[1]))) return refuse(1);
+    return readCharacter(*called, 0, isPair ? 2 : 1);
   }
 
   // A character whose bytes follow a shift.
@@ -309,7 +307,7 @@ struct Reader : Direction<UnitReader> {
 
 struct Writer : Direction<UnitWriter> {
   using Direction::Direction;
-  OpenSet called = openCalled();
+  const OpenSet* called = openCalled();
   const OpenSet composing = openComposing();
 
   bool step() {
@@ -321,9 +319,9 @@ struct Writer : Direction<UnitWriter> {
     const unsigned char* const stop = writable();
     while (p < stop) {
       const unsigned char* const before = p;
-      if (called.isAscii()) {
+      if (called->isAscii()) {
         copyText(stop);
-      } else if (called.set->length == 2) {
+      } else if (called->set->length == 2) {
         copyPairs(stop);
       }
       if (p == before || room() < kMinRoom) return p == end || writeUnit();
@@ -340,7 +338,7 @@ struct Writer : Direction<UnitWriter> {
     if (setIn(1) == scheme.right) return;
     for (std::size_t i = 0; i < scheme.designationCount && scheme.right != nullptr; ++i) {
       if (scheme.designations[i].set != scheme.right) continue;
-      return call(static_cast<InPlace>(i + 1), open(scheme.right));
+      return call(static_cast<InPlace>(i + 1));
     }
   }
 
@@ -363,35 +361,19 @@ struct Writer : Direction<UnitWriter> {
     const unsigned char carriageReturn = isLineLoud ? '\r' : kEscape;
     const unsigned char shiftOut = scheme.hasShifts ? kShiftOut : kEscape;
     const unsigned char shiftIn = scheme.hasShifts ? kShiftIn : kEscape;
-    while (stop - p >= std::ptrdiff_t{2 * kVector}) {
-      const Bytes16 text = loadUnits(p);
-      const unsigned int count =
-          countLow(text | equal(text, kEscape) | equal(text, shiftOut) | equal(text, shiftIn) |
-                   equal(text, lineFeed) | equal(text, carriageReturn));
-      if (count == 0) return;
-      text.store(dest);
-      p += 2 * count;
-      dest += count;
-      if (count != kVector) return;
-    }
-    for (; stop - p >= 2 && p[1] == 0 && p[0] < 0x80; p += 2) {
-      const unsigned char byte = p[0];
-      if (byte == kEscape || byte == shiftOut || byte == shiftIn || byte == lineFeed ||
-          byte == carriageReturn) {
-        return;
-      }
-      put(byte);
-    }
+    copyAsciiBut(stop, kEscape, shiftOut, shiftIn, lineFeed, carriageReturn);
   }
 
   // Units that the set at hand has.
   void copyPairs(const unsigned char* stop) {
+    const OpenSet set = *called;
+    const bool hasSequences = composing.table != nullptr;
     const unsigned char* in = p;
     unsigned char* to = dest;
     for (; stop - in >= 2; in += 2, to += 2) {
       const std::uint32_t unit = loadLow<std::uint16_t>(in);
-      const std::uint32_t code = called.codeIn(called.table->loadCode(unit));
-      if (code == 0 || beginsSequence(unit)) break;
+      const std::uint32_t code = set.codeIn(set.table->loadCode(unit));
+      if (code == 0 || (hasSequences && beginsSequence(unit))) break;
       to[0] = static_cast<unsigned char>(code >> 8);
       to[1] = static_cast<unsigned char>(code);
     }
@@ -419,18 +401,18 @@ struct Writer : Direction<UnitWriter> {
   // In the set that is called if that has the character, else in another of its standard, else in
   // the first one that has it.
   bool writeScalar(char32_t scalar, unsigned int length) {
-    if (writeIn(called, scalar, length)) return true;
+    if (writeIn(*called, scalar, length)) return true;
     if (scheme.right != nullptr && writeIn(open(setIn(1)), scalar, length, kRight)) return true;
     if (isOutOfMemory) return true;
     for (const bool isAkin : {true, false}) {
       for (std::size_t i = 0; i < scheme.designationCount; ++i) {
         const Designation& designation = scheme.designations[i];
         if (!designation.isWritten) continue;
-        if (isAkin && designation.set->mapping != called.set->mapping) continue;
+        if (isAkin && designation.set->mapping != called->set->mapping) continue;
         const OpenSet set = open(designation.set);
         if (isOutOfMemory) return true;
         if (set.table == nullptr || set.codeIn(set.table->codeOf(scalar)) == 0) continue;
-        call(static_cast<InPlace>(i + 1), set);
+        call(static_cast<InPlace>(i + 1));
         const bool isRight = scheme.right != nullptr && designation.place == 1;
         return writeIn(set, scalar, length, isRight ? kRight : 0);
       }
@@ -448,17 +430,17 @@ struct Writer : Direction<UnitWriter> {
     return true;
   }
   bool writeSequence(std::uint32_t code, unsigned int length) {
-    for (std::size_t i = 0; i < scheme.designationCount && !called.set->hasSequences; ++i) {
+    for (std::size_t i = 0; i < scheme.designationCount && !called->set->hasSequences; ++i) {
       const Designation& designation = scheme.designations[i];
-      if (designation.set->hasSequences) call(static_cast<InPlace>(i + 1), open(designation.set));
+      if (designation.set->hasSequences) call(static_cast<InPlace>(i + 1));
     }
-    putCode(called.codeIn(code));
+    putCode(called->codeIn(code));
     p += length;
     return true;
   }
 
   // Makes the next bytes mean a character of the set of a designation.
-  void call(InPlace what, const OpenSet& set) {
+  void call(InPlace what) {
     const Designation& designation = scheme.designations[what - 1];
     const unsigned int place = designation.place;
     if (place == 0) shift(false);
@@ -470,7 +452,7 @@ struct Writer : Direction<UnitWriter> {
     if (place == 1 && scheme.right != nullptr) return;
     if (place == 1) shift(true);
     if (place >= 2) return put(kEscape, place == 2 ? 'N' : 'O');
-    called = set;
+    called = openCalled();
   }
   void shift(bool isOut) {
     if (state.shiftedOut == isOut) return;
@@ -479,14 +461,14 @@ struct Writer : Direction<UnitWriter> {
   }
   void enterAscii() {
     shift(false);
-    if (!open(setIn(0)).isAscii()) put(kEscape), put('(', 'B');
+    if (!openCalled()->isAscii()) put(kEscape), put('(', 'B');
     designate(0, kInitial);
     called = openCalled();
   }
 
   bool writeAscii(unsigned char byte) {
-    const bool isSame = !state.shiftedOut && called.set->isLatin && called.table != nullptr &&
-                        byte != ' ' && called.table->codeOf(byte) == byte;
+    const bool isSame = !state.shiftedOut && called->set->isLatin && called->table != nullptr &&
+                        byte != ' ' && called->table->codeOf(byte) == byte;
     if (!isSame) enterAscii();
     put(byte);
     p += 2;

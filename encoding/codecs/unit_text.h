@@ -7,6 +7,7 @@
 #include "encoding/codecs/code_table.h"
 #include "encoding/codecs/codec_run.h"
 #include "encoding/codecs/text_bytes.h"
+#include "encoding/tables/kernel_tables.h"
 #include "support/utf.h"
 
 namespace {  // NOLINT(cert-dcl59-cpp): internal linkage, see lanes.h
@@ -50,6 +51,48 @@ struct UnitReader : CodecRun {
     }
     while (p < stop && *p < 0x80) putUnit(*p++);
   }
+  // ASCII up to one of the bytes that mean something else. There may be none of it, or a line end.
+  template <typename... Bytes>
+  void copyAsciiBut(const unsigned char* stop, Bytes... others) {
+    const unsigned char* in = p;
+    unsigned char* to = dest;
+    const auto isText = [&](unsigned char byte) { return byte < 0x80 && (... & (byte != others)); };
+    if (stop - in < 2 || !isText(in[0]) || !isText(in[1])) {
+      if (in < stop && isText(*in)) putUnit(*p++);
+      return;
+    }
+    bool isWhole = true;
+    while (isWhole && stop - in >= std::ptrdiff_t{kVector}) {
+      const Bytes16 text = Bytes16::load(in);
+      const unsigned int count = countLow((text | ... | equal(text, others)));
+      storeAsUnits(text, to);
+      in += count;
+      to += 2 * count;
+      isWhole = count == kVector;
+    }
+    for (; isWhole && in < stop && isText(*in); ++in, to += 2) {
+      storeLow(to, std::uint16_t{*in});
+    }
+    p = in;
+    dest = to;
+  }
+
+  // Pairs of seven bits, which the table has with the high bits set, up to one that is none.
+  void copyPairs(const unsigned char* stop, const fast::DoubleByteDecoder& pairs) {
+    stop = std::min(stop, end - 1);
+    const unsigned char* in = p;
+    unsigned char* to = dest;
+    for (; in < stop; in += 2, to += 2) {
+      const std::uint32_t pair = loadLow<std::uint16_t>(in);
+      // A high bit here is one of a byte that is not from 21 to 7E.
+      if (((pair | (pair - 0x2121) | (pair + 0x0101)) & 0x8080) != 0) break;
+      const std::uint16_t unit = pairs.units[pair | 0x8080];
+      if (unit == 0) break;
+      storeLow(to, unit);
+    }
+    p = in;
+    dest = to;
+  }
 
   bool refuse(unsigned int length) {
     return mark(length, kReplacementCharacter & 0xFF, kReplacementCharacter >> 8);
@@ -79,6 +122,34 @@ struct UnitWriter : CodecRun {
       if (count != kVector) return;
     }
     for (; stop - p >= 2 && p[1] == 0 && p[0] < 0x80; p += 2) put(*p);
+  }
+  // ASCII up to one of the characters that mean something else. There may be none of it, or a line
+  // end.
+  template <typename... Bytes>
+  void copyAsciiBut(const unsigned char* stop, Bytes... others) {
+    const unsigned char* in = p;
+    unsigned char* to = dest;
+    const auto isText = [&](const unsigned char* unit) {
+      return unit[1] == 0 && unit[0] < 0x80 && (... & (unit[0] != others));
+    };
+    if (stop - in < 4 || !isText(in) || !isText(in + 2)) {
+      if (stop - in < 2 || !isText(in)) return;
+      put(*in);
+      p = in + 2;
+      return;
+    }
+    bool isWhole = true;
+    while (isWhole && stop - in >= std::ptrdiff_t{2 * kVector}) {
+      const Bytes16 text = loadUnits(in);
+      const unsigned int count = countLow((text | ... | equal(text, others)));
+      text.store(to);
+      in += 2 * count;
+      to += count;
+      isWhole = count == kVector;
+    }
+    for (; isWhole && stop - in >= 2 && isText(in); in += 2) *to++ = *in;
+    p = in;
+    dest = to;
   }
 
   // The bytes of a code of a table; those behind are written over by what comes next.

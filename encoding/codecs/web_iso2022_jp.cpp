@@ -13,8 +13,6 @@
 
 namespace {
 
-using Entry = CodeTable::Entry;
-
 // CodecState::set. While reading, CodecState::shiftedOut says that a designation was the last
 // thing.
 enum Set : std::uint8_t { kAscii, kRoman, kKatakana, kPlane };
@@ -24,10 +22,9 @@ constexpr char16_t kYen = 0x00A5, kOverline = 0x203E, kFirstKatakana = 0xFF61;
 constexpr char16_t kFullWidth[] =
     u"。「」、・ヲァィゥェォャュョッーアイウエオカキクケコサシスセソタ"
     u"チツテトナニヌネノハヒフヘホマミムメモヤユヨラリルレロワン゛゜";
-constexpr unsigned int kHigh = 0x80;  // from seven bits to those of EUC
 
 constexpr bool isShift(unsigned int byte) {
-  return byte == kEscape || byte == 0x0E || byte == 0x0F;
+  return byte == kEscape || byte == kShiftOut || byte == kShiftIn;
 }
 constexpr bool isPlaneByte(unsigned int byte) { return byte >= 0x21 && byte <= 0x7E; }
 
@@ -43,16 +40,22 @@ bool findSet(unsigned int first, unsigned int second, std::uint8_t& set) {
 
 struct Reader : UnitReader {
   using UnitReader::UnitReader;
-  const CodeTable& table = *static_cast<const CodeTable*>(parameters);
+  const fast::DoubleByteDecoder* const pairs =
+      static_cast<const CodeTable*>(parameters)->pairDecoder();
 
   bool step() {
+    if (pairs == nullptr) {
+      out.latchFailure();
+      p = end;
+      return true;
+    }
     const unsigned char* const stop = readable();
     while (p < stop) {
       const unsigned char* const before = p;
       if (state.set == kPlane) {
-        copyPairs(stop);
+        copyPairs(stop, *pairs);
       } else if (state.set == kAscii) {
-        copyPlain(stop);
+        copyAsciiBut(stop, kEscape, kShiftOut, kShiftIn);
       }
       if (p != before) state.shiftedOut = false;
       if (p < stop && !readOne()) return false;
@@ -62,36 +65,6 @@ struct Reader : UnitReader {
   void finish() {
     state.set = kAscii;
     state.shiftedOut = false;
-  }
-
-  void copyPlain(const unsigned char* stop) {
-    while (stop - p >= std::ptrdiff_t{kVector}) {
-      const Bytes16 text = Bytes16::load(p);
-      if (countLow(text) != kVector || holdsShift(p)) break;
-      storeAsUnits(text, dest);
-      p += kVector;
-      dest += 2 * kVector;
-    }
-    while (p < stop && *p < 0x80 && !isShift(*p)) putUnit(*p++);
-  }
-  static bool holdsShift(const unsigned char* text) {
-    bool holds = false;
-    for (unsigned int i = 0; i < kVector; ++i) holds |= isShift(text[i]);
-    return holds;
-  }
-
-  void copyPairs(const unsigned char* stop) {
-    const unsigned char* in = p;
-    for (; in < stop && end - in > 1 && isPlaneByte(in[0]) && isPlaneByte(in[1]); in += 2) {
-      const Entry entry = pairAt(in);
-      if (entry == CodeTable::kNothing) break;
-      putUnit(entry & 0xFFFF);
-    }
-    p = in;
-  }
-  Entry pairAt(const unsigned char* pair) const {
-    const Entry row = table.root()[pair[0] | kHigh];
-    return row == CodeTable::kNothing ? row : table.node(row)[pair[1] | kHigh];
   }
 
   // What the loops leave. False when what follows decides.
@@ -149,17 +122,13 @@ struct Writer : UnitWriter {
       if (state.set == kPlane) {
         copyPairs(stop);
       } else if (state.set == kAscii) {
-        copyPlain(stop);
+        copyAsciiBut(stop, kEscape, kShiftOut, kShiftIn);
       }
       if (p < stop) return writeOne();
     }
     return true;
   }
   void finish() { enter(kAscii); }
-
-  void copyPlain(const unsigned char* stop) {
-    for (; stop - p >= 2 && p[1] == 0 && p[0] < 0x80 && !isShift(p[0]); p += 2) put(p[0]);
-  }
 
   // The code of a character in the plane, of EUC; 0 for none.
   std::uint32_t pairOf(char32_t scalar) const {
