@@ -237,8 +237,7 @@ const utf8Encoder = new TextEncoder();
 // Newer engines tell whether a string has halves of surrogate pairs that stand alone.
 type MaybeChecked = string & { isWellFormed?: () => boolean };
 
-// Whether a few characters from all over a text are ASCII: such a text the engine copies, while others
-// it encodes slower than the core.
+// Whether a few characters from all over a text are ASCII.
 function seemsAscii(text: string): boolean {
   const kSamples = 16;
   for (let i = 0; i < kSamples; ++i) {
@@ -246,10 +245,15 @@ function seemsAscii(text: string): boolean {
   }
   return true;
 }
-function encodeLong(text: string, to: number): Uint8Array | undefined {
-  if (to === kUtf16) return utf16OfString(text);
-  const isNative = to === kUtf8 && seemsAscii(text) && (text as MaybeChecked).isWellFormed?.() === true;
-  return isNative ? utf8Encoder.encode(text) : undefined;
+// The bytes of a clean text by the shortest way; undefined where there is none.
+function encodeClean(text: string, to: number): Uint8Array | undefined {
+  const isShort = 2 * text.length <= kShortBytes;
+  // The engine writes UTF-8 faster where it is short or ASCII, the core what else is long.
+  if (to === kUtf8 && (isShort || seemsAscii(text)) && (text as MaybeChecked).isWellFormed?.() === true) {
+    return utf8Encoder.encode(text);
+  }
+  if (isShort) return encodeShort(text, kUtf16, to);
+  return to === kUtf16 ? utf16OfString(text) : undefined;
 }
 
 /** The text of bytes. */
@@ -274,9 +278,7 @@ export function decodeReport(bytes: Bytes, encoding: EncodingName, options: Repo
 /** A text in an encoding. */
 export function encode(text: string, encoding: EncodingName, options: ConvertOptions = kNoOptions): Uint8Array {
   if (options === kNoOptions) {
-    const to = readyNumber(encoding);
-    const isShort = 2 * text.length <= kShortBytes;
-    const bytes = isShort ? encodeShort(text, kUtf16, to) : encodeLong(text, to);
+    const bytes = encodeClean(text, readyNumber(encoding));
     if (bytes !== undefined) return bytes;
   }
   return convertWhole(text, requestOf(kUtf16, encoding, kFromText, options, kStop, 1)) as Uint8Array;
