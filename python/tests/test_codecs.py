@@ -313,3 +313,23 @@ def test_characters_that_wait_are_not_lost_at_errors(encoding, first, builtin_re
         encoder = codecs.getincrementalencoder(encoding)(errors)
         pieces = b"".join(encoder.encode(character) for character in text) + encoder.encode("", True)
         assert pieces.decode(encoding) == written, (text, errors)
+
+
+def test_the_command_converts_piece_by_piece(tmp_path, capfdbinary):
+    from encconv.__main__ import main
+
+    text = "日本語テキスト\n" * 150000  # some pieces, which end within characters
+    source, target = tmp_path / "source", tmp_path / "target"
+    source.write_bytes(text.encode("cp932"))
+    assert main(["-f", "cp932", "-t", "euc-jp", str(source), "-o", str(target)]) == 0
+    assert target.read_bytes() == text.encode("euc_jp")
+    assert main(["-t", "utf-16le", "--bom", str(source), str(source), "-o", str(target)]) == 0
+    assert target.read_bytes() == (b"\xff\xfe" + 2 * text.encode("utf-16le"))
+    # What stops it is told with its place, and a file keeps what it had.
+    source.write_bytes(text.encode("cp932") + b"\x81")
+    assert main(["-f", "cp932", str(source), "-o", str(target)]) == 1
+    place = f"byte offset {len(text.encode('cp932'))}, line 150001: 81 is no text in cp932"
+    assert capfdbinary.readouterr().err.decode() == f"encconv: {source}: {place}\n"
+    assert target.read_bytes().startswith(b"\xff\xfe") and len(list(tmp_path.iterdir())) == 2
+    assert main(["-f", "cp932", str(source)]) == 1
+    assert capfdbinary.readouterr().out.decode() == text
