@@ -36,13 +36,16 @@ scripts/debian-root.sh $debian "$root" libc6 libc-bin libgcc-s1 libstdc++6 \
   libbz2-dev libuchardet-dev libcli11-dev libgtest-dev
 
 run="$emulator -L $root"
+# The option by which a program is given a name, which is otherwise its path.
+name=-0
 loader=$root/lib/ld-linux.so.2
 if [ "$1" = i386 ] && "$loader" --version >/dev/null 2>&1; then
   run="env GCONV_PATH=$root/usr/lib/$tuple/gconv"
   run="$run $loader --library-path $root/lib/$tuple:$root/usr/lib/$tuple"
+  name=--argv0
 fi
 # The command of that processor's C library, which ours is compared with.
-printf '#!/bin/sh\nexec %s %s "$@"\n' "$run" "$root/usr/bin/iconv" >"$build/iconv"
+printf '#!/bin/sh\nexec %s %s "$@"\n' "$run $name iconv" "$root/usr/bin/iconv" >"$build/iconv"
 chmod +x "$build/iconv"
 cat >"$build/toolchain.cmake" <<TOOLCHAIN
 set(CMAKE_SYSTEM_NAME Linux)
@@ -61,7 +64,7 @@ TOOLCHAIN
 cmake -S . -B "$build/encconv" -G Ninja -DCMAKE_TOOLCHAIN_FILE="$build/toolchain.cmake" \
   -DCMAKE_BUILD_TYPE=Release -DENCCONV_WERROR=ON -DENCCONV_UCHARDET_STATIC=ON \
   -DBZIP2_LIBRARY_RELEASE="$root/usr/lib/$tuple/libbz2.a" \
-  -DENCCONV_PEER_ICONV="$build/iconv"
+  -DENCCONV_PEER_ICONV="$build/iconv" -DENCCONV_EMULATOR_NAMES="$name"
 
 set_of() { echo "^($(echo "$@" | tr -s ' ' '|'))\$"; }
 if [ "${2:-}" = core ]; then
