@@ -114,7 +114,9 @@ TEST(Cut, PiecesOfCleanTextGiveTheWhole) {
       }
     }
     EXPECT_LT(0u, cleanTexts);
-    EXPECT_EQ(row.number != 1212, cuts > 0);  // SCSU shows nothing of its state
+    // SCSU shows nothing of its state, and in Python's forms of ISO 2022 sets stay designated.
+    const bool isShown = row.number != 1212 && (row.number < 200940 || row.number > 200946);
+    EXPECT_EQ(isShown, cuts > 0);
   }
 }
 

@@ -207,7 +207,8 @@ struct CutOptions {
 /// a character, in the state that texts begin in, and where no mark, second half or other part of
 /// the character before follows. bytes are the text or any part of it; of what stands before offset
 /// the last MiB is looked at. Nothing: no such place is in sight, because more bytes behind it or
-/// in front of it would be needed, or because the encoding shows nothing of its state (SCSU).
+/// in front of it would be needed, or because the encoding shows nothing of its state (SCSU,
+/// Python's forms of ISO 2022).
 ///
 /// If a text is clean, its pieces, each converted to an encoding without a state and without a byte
 /// order mark of its own, give the conversion of the whole when they are joined; converted to
