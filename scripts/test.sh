@@ -11,7 +11,7 @@ preset=${1:-release}
 [ $# -eq 0 ] || shift
 
 scripts/setup.sh test
-[ "$preset" != fuzz ] || scripts/setup.sh fuzz
+[ "$preset" != clang ] || scripts/setup.sh fuzz
 cmake --preset "$preset" -DENCCONV_BUILD_TESTS=ON "$@"
 cmake --build --preset "$preset"
 ctest --preset "$preset" --parallel "$(nproc)"
