@@ -67,7 +67,7 @@ bool keepsText(const EncodingRow& row) {
 }  // namespace
 
 TEST(EveryEncoding, GivesBackWhatItHolds) {
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#ifdef ENCCONV_SANITIZED
   constexpr std::size_t kCutText = 12000;  // slow there, and the way of each is the same
 #else
   constexpr std::size_t kCutText = 100000;

@@ -92,7 +92,7 @@ TEST(Iconv, ThreadsBuildTablesAtOnceAndAChildOfForkFindsThemUsable) {
       } while (!isOver);
     });
   }
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#ifdef ENCCONV_SANITIZED
   constexpr int kChildren = 0;  // the sanitizers' allocators may be locked in a child of threads
 #else
   constexpr int kChildren = 20;

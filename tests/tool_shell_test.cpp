@@ -117,7 +117,7 @@ TEST_F(ToolTest, ReportsEveryPlace) {
   for (int i = 0; i < 200000; ++i) many += "\xFF";
   for (int i = 0; i < 4; ++i) write("many" + std::to_string(i), many);
     // In bounded memory, but for sanitizers, which reserve all that there is.
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#ifdef ENCCONV_SANITIZED
   const std::string limit;
 #else
   const std::string limit = "ulimit -v 200000; ";
