@@ -115,7 +115,7 @@ struct Reader : Direction<UnitReader> {
 
   bool readCharacter() {
     const unsigned int length = called.set->length;
-    if (left() < std::ptrdiff_t{length}) return refuseRest();
+    if (left() < static_cast<std::ptrdiff_t>(length)) return refuseRest();
     // Sets of 96 are for a single shift only.
     const bool isLacking = called.set->has96 || p[length - 1] >= 0x80;
     return putCode(isLacking ? CodeTable::kNothing : called.entryOf(p, length), length);
@@ -200,6 +200,16 @@ struct Reader : Direction<UnitReader> {
 struct Writer : Direction<UnitWriter> {
   using Direction::Direction;
   OpenSet called = openCalled();
+  // The set that has characters of several scalar values, and how it is designated.
+  const Designation* const composes = findComposing();
+  const OpenSet composing = composes != nullptr ? open(composes->set) : OpenSet{};
+
+  const Designation* findComposing() const {
+    for (std::size_t i = 0; i < scheme.designationCount; ++i) {
+      if (scheme.designations[i].set->hasSequences) return &scheme.designations[i];
+    }
+    return nullptr;
+  }
 
   bool step() {
     if (isOutOfMemory) return fail();
@@ -210,7 +220,10 @@ struct Writer : Direction<UnitWriter> {
         copyAscii(stop);
       } else if (called.set == scheme.designations[0].set) {
         // What the first set has is written in no other.
-        ::copyPairs(*this, called, stop, [](std::uint32_t) { return false; });
+        ::copyPairs(*this, called, stop, [this](std::uint32_t unit) {
+          return composing.table != nullptr &&
+                 (composing.table->loadCode(unit) & CodeTable::kBegins) != 0;
+        });
       }
       if (p == before || room() < kMinRoom) return p == end || writeUnit();
     }
@@ -219,6 +232,14 @@ struct Writer : Direction<UnitWriter> {
   void finish() {
     shift(false);
     enterAscii();
+  }
+
+  bool write(const Designation& designation, const OpenSet& set, std::uint32_t code,
+             unsigned int length) {
+    call(designation, set);
+    putCode(set.codeIn(code));
+    p += length;
+    return true;
   }
 
   // False when what follows decides.
@@ -233,29 +254,20 @@ struct Writer : Direction<UnitWriter> {
       p += 2;
       return true;
     }
+    if (composing.table != nullptr) {
+      bool isCut = false;
+      unsigned int length = 0;
+      const auto* const sequence = sequenceAt(*composing.table, length, isCut);
+      if (isCut && !last) return false;
+      if (sequence != nullptr) return write(*composes, composing, sequence->code, length);
+    }
     for (std::size_t i = 0; i < scheme.designationCount; ++i) {
       const Designation& designation = scheme.designations[i];
       if (!designation.isWritten) continue;
       const OpenSet set = open(designation.set);
       if (isOutOfMemory) return fail();
-      unsigned int length = character.length;
-      std::uint32_t code = set.table->codeOf(character.scalar);
-      if (designation.set->hasSequences) {
-        bool isCut = false;
-        unsigned int itsLength = 0;
-        const auto* const sequence = sequenceAt(*set.table, itsLength, isCut);
-        if (isCut && !last) return false;
-        if (sequence != nullptr) {
-          length = itsLength;
-          code = sequence->code;
-        }
-      }
-      code = set.codeIn(code);
-      if (code == 0) continue;
-      call(designation, set);
-      putCode(code);
-      p += length;
-      return true;
+      const std::uint32_t code = set.table->codeOf(character.scalar);
+      if (set.codeIn(code) != 0) return write(designation, set, code, character.length);
     }
     return refuseAs(character.length);
   }
