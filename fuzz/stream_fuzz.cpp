@@ -116,8 +116,9 @@ Result dropped(int from, int to, const std::string& text) {
 }
 
 // Whether the text has what the two treat differently on purpose: U+0000, the unit that begins the
-// escapes of a pivot, byte order marks, files that are copied.
-bool differsOnPurpose(int from, const std::string& text) {
+// escapes of a pivot, byte order marks, files that are copied. Nor can the two be compared where
+// the text itself has what a target with shifts is read by: ESC, SO and SI.
+bool differsOnPurpose(int from, int to, const std::string& text) {
   for (const char* beginning : {"%PDF-1", "\xEF\xBB\xBF", "\xFE\xFF", "\xFF\xFE", "+/v"}) {
     if (text.starts_with(beginning)) return true;
   }
@@ -126,6 +127,11 @@ bool differsOnPurpose(int from, const std::string& text) {
   for (std::size_t at = 0; at + 3 < points.size(); at += 4) {
     const std::string_view point = std::string_view(points).substr(at, 4);
     if (point == std::string_view("\0\0\0\0", 4) || point == std::string_view("\xFD\xEF\0\0", 4)) {
+      return true;
+    }
+    if (hasShifts(to) &&
+        (point == std::string_view("\x1B\0\0\0", 4) || point == std::string_view("\x0E\0\0\0", 4) ||
+         point == std::string_view("\x0F\0\0\0", 4))) {
       return true;
     }
   }
@@ -144,12 +150,12 @@ void compareWithEncConvert(int from, int to, std::string text) {
   if (to == 0) to = from;
   if (!isKnownToWhole(from) || !isKnownToWhole(to)) return;
   Result result = dropped(from, to, text);
-  if (result.status != StreamStatus::kGood || differsOnPurpose(from, text)) return;
+  if (result.status != StreamStatus::kGood || differsOnPurpose(from, to, text)) return;
   // Taking pieces out changes what stands behind a shift, or in a run that is turned round.
   if (!result.errors.empty() && (hasShifts(from) || from == 10004)) return;
   std::sort(result.errors.rbegin(), result.errors.rend());
   for (const Piece& piece : result.errors) text.erase(piece.offset, piece.length);
-  if (differsOnPurpose(from, text)) return;
+  if (differsOnPurpose(from, to, text)) return;
   // EncConvert knows the codes only that are written.
   if (from != pageBehind(to) && findEncodingRow(from)->onlyReadText != nullptr) {
     text = whole(65001, from, dropped(from, 65001, text).out);

@@ -40,6 +40,7 @@ constexpr GraphicSet kLatin9 = {&kMap_iso_8859_15, 1, true, kHigh};
 constexpr GraphicSet kJisX0208 = pairs(kMap_jis_x_0208, 0);
 constexpr GraphicSet kJisX0212 = pairs(kMap_jis_x_0212, 0);
 constexpr GraphicSet kJisX0213Of2000 = jisX0213(kMap_jis_x_0213_2000, kHighPair);
+constexpr GraphicSet kPythonJisX0213Of2000 = jisX0213(kMap_python_jis_x_0213_2000, kHighPair);
 constexpr GraphicSet kJisX0213 = jisX0213(kMap_euc_jisx0213, kHighPair);
 constexpr GraphicSet kJisX0213Plane2 = pairs(kMap_euc_jisx0213, 0x8F0000 | kHighPair);
 constexpr GraphicSet kJisX0213Plane2Of2000 = pairs(kMap_jis_x_0213_2000, 0x8F0000 | kHighPair);
@@ -180,7 +181,7 @@ constexpr Designation kPythonJp2[] = {
 };
 constexpr Designation kPythonJp3[] = {
     {"$B", 0, &kJisX0208},
-    {"$(O", 0, &kJisX0213Of2000},
+    {"$(O", 0, &kPythonJisX0213Of2000},
     {"$(P", 0, &kJisX0213Plane2Of2000},
 };
 constexpr Designation kPythonJp2004[] = {
