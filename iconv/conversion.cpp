@@ -53,10 +53,14 @@ Conversion::Status Conversion::convert(Place& place, std::size_t& irreversible) 
   while (status == Status::kGood && place.in != place.inEnd) {
     const bool isMarkDue = m_route.to.hasMark && !m_hasMark;
     const unsigned char* const before = place.out;
-    if (!isMarkDue) takeClean(place);
+    const bool isRestCut = !isMarkDue && takeClean(place);
     if (place.out != before) outcome.unwritten = nullptr;
     if (place.in == place.inEnd) break;
-    status = takeCharacter(place, outcome);
+    if (isRestCut) {
+      status = keepWaiting(place) ? Status::kGood : Status::kCut;
+    } else {
+      status = takeCharacter(place, outcome);
+    }
   }
   // What stands in front of a character that does not fit is looked at again with it.
   if (status == Status::kFull && outcome.unwritten != nullptr) {
@@ -92,18 +96,25 @@ Conversion::Status Conversion::beginSource(Place& place) {
 
 // ---- Clean text. ----
 
-// Converts as much as it can without looking at single characters.
-void Conversion::takeClean(Place& place) {
-  if (isPlain()) return takePlain(place);
+// Converts as much as it can without looking at single characters. True when what is left is known
+// to be the beginning of one.
+bool Conversion::takeClean(Place& place) {
+  if (isPlain()) {
+    takePlain(place);
+    return false;
+  }
   if (m_steps != 0) {
     --m_steps;
-    return;
+    return false;
   }
   while (place.in != place.inEnd) {
     const std::size_t length = std::min({place.left(), std::size_t{m_window}, place.room()});
     const unsigned char* const before = place.in;
     if (length != 0 && takeWindow(place, length) && place.in != before) {
       m_window = std::min<std::uint16_t>(m_window * 4, kLargestWindow);
+      // What a reader leaves of all there is waits for more.
+      const bool isRead = reader() != nullptr && before + length == place.inEnd;
+      if (isRead && place.in != place.inEnd && !m_route.to.isWide) return true;
       continue;
     }
     // A short text may hold a character that its end cuts, and nothing else that stops.
@@ -111,9 +122,10 @@ void Conversion::takeClean(Place& place) {
     if (m_window < kLeastWindow) {
       m_window = kLeastWindow;
       m_steps = kLeastWindow;
-      return;
+      return false;
     }
   }
+  return false;
 }
 
 // Between encodings without codecs.

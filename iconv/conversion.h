@@ -74,7 +74,7 @@ class Conversion {
 
   Status beginSource(Place& place);
   Status writeMark(Place& place);
-  void takeClean(Place& place);
+  bool takeClean(Place& place);
   void takePlain(Place& place);
   void takePlainWindows(Place& place);
   bool takeShort(Place& place, std::size_t length) const;

@@ -52,7 +52,7 @@ bool DataBuffer::moveToCapacity(std::uint64_t capacity) {
   return true;
 }
 
-void DataBuffer::expect(std::uint64_t count) {
+void DataBuffer::expectMore(std::uint64_t count) {
   const bool failed = m_failed;
   ensureBuffer(static_cast<unsigned int>(std::min(count, kMaxSize - m_size)));
   m_failed = failed;

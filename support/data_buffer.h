@@ -16,7 +16,7 @@ class DataBuffer {
   DataBuffer() noexcept = default;
   // Frees owned storage (own or adopted); never touches borrowed memory.
   ~DataBuffer() {
-    if (m_data != nullptr) release();
+    if (m_data != nullptr && m_storage != Storage::kLent) release();
   }
   DataBuffer(const DataBuffer&) = delete;
   DataBuffer& operator=(const DataBuffer&) = delete;
@@ -63,7 +63,9 @@ class DataBuffer {
 
   // As ensureBuffer, for a count that is only a guess at what will be appended: where it cannot be
   // had nothing changes, and that is no failure.
-  void expect(std::uint64_t count);
+  void expect(std::uint64_t count) {
+    if (count > m_capacity - m_size) expectMore(count);
+  }
 
   // Removes every byte of 0x80 and above in place; the others keep their order.
   void drop_non_usascii();
@@ -102,6 +104,7 @@ class DataBuffer {
   enum class Storage : unsigned char { kArray, kLarge, kBorrowed, kLent };
 
   bool appendSlow(const void* data, unsigned int count);
+  void expectMore(std::uint64_t count);
   bool grow(unsigned int count);
   bool moveToCapacity(std::uint64_t capacity);
   void release();

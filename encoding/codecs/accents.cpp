@@ -1,5 +1,7 @@
 #include "encoding/codecs/accents.h"
 
+#include <algorithm>
+
 #include "encoding/codecs/mapping_list.h"
 #include "encoding/codecs/unit_text.h"
 
@@ -12,14 +14,22 @@ constexpr std::size_t kMaxMarks = 2;     // that are taken together with the cha
 
 constexpr bool isNode(Entry entry) { return (entry & CodeTable::kKind) == CodeTable::kNode; }
 constexpr bool isScalar(Entry entry) { return (entry & CodeTable::kKind) == CodeTable::kScalar; }
+// A scalar value of one unit.
+constexpr bool isUnit(Entry entry) { return entry - CodeTable::kScalar <= 0xFFFF; }
 // Whether a code is that of a mark, which is one byte in the text.
 constexpr bool isMark(std::uint32_t code) { return code > 0xFF && (code & 0xFF) == 0; }
+
+// What drives both directions.
+struct Rules {
+  const AccentScheme& scheme;
+  const CodeTable& table;
+};
 
 template <class Base>
 struct Direction : Base {
   using Base::Base;
-  const AccentScheme& scheme = *static_cast<const AccentScheme*>(Base::parameters);
-  const CodeTable& table = *CodeTable::open(*scheme.mapping);
+  const AccentScheme& scheme = static_cast<const Rules*>(Base::parameters)->scheme;
+  const CodeTable& table = static_cast<const Rules*>(Base::parameters)->table;
   void finish() {}
 };
 
@@ -34,25 +44,51 @@ struct Reader : Direction<UnitReader> {
     const unsigned char* const stop = readable();
     while (p < stop) {
       if (table.isAscii() && !scheme.isBehind) copyAscii(stop);
-      copySingles(stop);
+      scheme.isBehind ? copyBehind(stop) : copyInFront(stop);
       if (p < stop) return scheme.isBehind ? readBehind() : readInFront();
     }
     return true;
   }
 
-  // Bytes that are characters with no accent at them.
-  void copySingles(const unsigned char* stop) {
+  // Most of a text: characters, and letters with one accent that are a character together.
+  void copyInFront(const unsigned char* stop) {
+    const Entry* const root = table.root();
     const unsigned char* in = p;
     unsigned char* to = dest;
-    for (; in < stop; ++in, to += 2) {
-      const Entry entry = table.root()[*in];
-      if (!isScalar(entry)) break;
-      const bool isAlone = in + 1 == end ? last : !isAccent(in[1]);
-      if (scheme.isBehind && !isAlone) break;
+    for (; in < stop; to += 2) {
+      Entry entry = root[*in];
+      const unsigned char* next = in + 1;
+      if (isNode(entry) && next < end) entry = composedOf(*in, *next++);
+      if (!isUnit(entry)) break;
       storeLow(to, static_cast<std::uint16_t>(entry));
+      in = next;
     }
     p = in;
     dest = to;
+  }
+  void copyBehind(const unsigned char* stop) {
+    const Entry* const root = table.root();
+    const unsigned char* in = p;
+    unsigned char* to = dest;
+    for (; in < stop; to += 2) {
+      Entry entry = root[*in];
+      const unsigned char* next = in + 1;
+      if (!isUnit(entry) || (next == end && !last)) break;
+      if (next < end && isNode(root[*next])) {
+        const Entry composed = composedOf(*next, *in);
+        if (isUnit(composed)) entry = composed, ++next;
+      }
+      storeLow(to, static_cast<std::uint16_t>(entry));
+      in = next;
+    }
+    p = in;
+    dest = to;
+  }
+  // Nothing where they are two characters, or the letter is a control character.
+  Entry composedOf(unsigned char accent, unsigned char letter) const {
+    const unsigned char least = scheme.isBehind ? 1 : 0x20;
+    return scheme.composes && letter >= least ? table.node(table.root()[accent])[letter]
+                                              : CodeTable::kNothing;
   }
 
   char32_t scalarOf(std::uint32_t code) const {
@@ -93,13 +129,7 @@ struct Reader : Direction<UnitReader> {
       putMark(*p++);
       return true;
     }
-    const Entry letter = table.root()[*p];
-    if (!isScalar(letter)) return refuse(1);
-    if (left() < 2) return false;
-    const char32_t composed = scheme.composes ? scalarOf(p[1] * 0x100u + p[0]) : 0;
-    putScalar(composed != 0 ? composed : letter & ~CodeTable::kKind);
-    p += composed != 0 ? 2 : 1;
-    return true;
+    return isScalar(table.root()[*p]) ? false : refuse(1);
   }
 };
 
@@ -112,7 +142,7 @@ struct Writer : Direction<UnitWriter> {
     const unsigned char* const stop = writable();
     while (p < stop) {
       if (table.isAscii()) copyAsciiText(stop);
-      copySingles(stop);
+      copyCharacters(stop);
       if (p < stop) return writeOne();
     }
     return true;
@@ -126,28 +156,31 @@ struct Writer : Direction<UnitWriter> {
     p -= 2;
     --dest;
   }
-  // Units that have a code of one byte, and no mark behind them.
-  void copySingles(const unsigned char* stop) {
+  // Units that have a code, of one accent at most, and no mark behind them.
+  void copyCharacters(const unsigned char* stop) {
+    const CodeTable::Codes codes = table.codes();
+    const auto codeAt = [codes](const unsigned char* at) {
+      return codes.of(loadLow<std::uint16_t>(at));
+    };
+    const bool isBehind = scheme.isBehind;
+    // Of the last character of a piece it is not known yet.
+    const unsigned char* const textEnd = last || isBehind ? stop : std::min(stop, end - 2);
     const unsigned char* in = p;
     unsigned char* to = dest;
-    std::uint32_t code = stop - in >= 2 ? codeAt(in) : 0;
-    while (stop - in >= 2 && code - 1 < 0xFF) {
-      std::uint32_t next = 0;
-      if (end - in >= 4) {
-        next = codeAt(in + 2);
-        if (isMark(next) && !scheme.isBehind) break;
-      } else if (!last && !scheme.isBehind) {
-        break;
-      }
-      *to++ = static_cast<unsigned char>(code);
+    std::uint32_t code = textEnd - in >= 2 ? codeAt(in) : 0;
+    while (textEnd - in >= 2 && code - 1 < 0xFFFF && !isMark(code)) {
+      const std::uint32_t next = end - in >= 4 ? codeAt(in + 2) : 0;
+      if (isMark(next) && !isBehind) break;
+      const auto letter = static_cast<unsigned char>(code);
+      const auto accent = static_cast<unsigned char>(code >> 8);
+      to[0] = isBehind || accent == 0 ? letter : accent;
+      to[1] = isBehind ? accent : letter;
+      to += accent == 0 ? 1 : 2;
       in += 2;
       code = next;
     }
     p = in;
     dest = to;
-  }
-  std::uint32_t codeAt(const unsigned char* at) const {
-    return table.codeOf(loadLow<std::uint16_t>(at));
   }
 
   // A character, with the marks behind it. False when what follows decides.
@@ -192,8 +225,9 @@ template <typename Direction>
 unsigned int run(const void* parameters, const unsigned char* data, unsigned int length, bool last,
                  CodecState& state, DataBuffer& out, ReplacementSink* sink) {
   const auto& scheme = *static_cast<const AccentScheme*>(parameters);
-  if (CodeTable::open(*scheme.mapping) != nullptr) {
-    return runCodec<Direction>(parameters, data, length, last, state, out, sink);
+  if (const CodeTable* const table = CodeTable::open(*scheme.mapping)) {
+    const Rules rules = {scheme, *table};
+    return runCodec<Direction>(&rules, data, length, last, state, out, sink);
   }
   out.latchFailure();
   return length;

@@ -94,15 +94,25 @@ class CodeTable {
 
   // The code of a scalar value, its bytes from the highest that is not 0 on; 0 for none, and for
   // what byte 00 stands for.
-  std::uint32_t codeOf(char32_t scalar) const { return loadCode(scalar) & m_codeBits; }
+  std::uint32_t codeOf(char32_t scalar) const { return codes().of(scalar); }
   // The same, with marks where the table has sequences with codes of their own: kBegins for values
   // that begin one, kFollows for values whose first unit is the second in one.
   static constexpr std::uint32_t kBegins = 0x80000000u;
   static constexpr std::uint32_t kFollows = 0x40000000u;
   static constexpr std::uint32_t kMarks = kBegins | kFollows;
-  std::uint32_t loadCode(char32_t scalar) const {
-    return m_codes.data()[m_rowOf[scalar >> 8] * 256u + (scalar & 0xFF)];
-  }
+  std::uint32_t loadCode(char32_t scalar) const { return codes().load(scalar); }
+  // Both, for a loop that writes bytes: these might be the table's, for all that a compiler knows,
+  // which would read the table's own members again for each.
+  struct Codes {
+    const std::uint16_t* rowOf;
+    const std::uint32_t* rows;
+    std::uint32_t bits;
+    std::uint32_t load(char32_t scalar) const {
+      return rows[rowOf[scalar >> 8] * 256u + (scalar & 0xFF)];
+    }
+    std::uint32_t of(char32_t scalar) const { return load(scalar) & bits; }
+  };
+  Codes codes() const { return {m_rowOf, m_codes.data(), m_codeBits}; }
   // Whether a value has a code.
   bool holds(char32_t scalar) const { return codeOf(scalar) != 0 || scalar == m_zero; }
   // Whether some of the 256 values from block * 256 on may have a code.

@@ -327,19 +327,25 @@ struct Writer : Direction<UnitWriter> {
     if (scheme.right != nullptr && writeIn(open(setIn(1)), scalar, length, kRight)) return true;
     if (isOutOfMemory) return true;
     for (const bool isAkin : {true, false}) {
+      if (isAkin && called->isAscii()) continue;
       for (std::size_t i = 0; i < scheme.designationCount; ++i) {
         const Designation& designation = scheme.designations[i];
         if (!designation.isWritten) continue;
         if (isAkin && designation.set->mapping != called->set->mapping) continue;
-        const OpenSet set = open(designation.set);
-        if (isOutOfMemory) return true;
-        if (set.table == nullptr || set.codeIn(set.table->codeOf(scalar)) == 0) continue;
+        if (!has(*designation.set, scalar)) continue;
         call(static_cast<InPlace>(i + 1));
         const bool isRight = scheme.right != nullptr && designation.place == 1;
-        return writeIn(set, scalar, length, isRight ? kRight : 0);
+        return writeIn(open(designation.set), scalar, length, isRight ? kRight : 0);
       }
+      if (isOutOfMemory) return true;
     }
     return refuseAs(length);
+  }
+  bool has(const GraphicSet& set, char32_t scalar) {
+    if (set.mapping == nullptr) return false;
+    const CodeTable* const table = CodeTable::open(*set.mapping);
+    isOutOfMemory = isOutOfMemory || table == nullptr;
+    return table != nullptr && codeIn(set, table->codeOf(scalar)) != 0;
   }
   // highBits: those that the bytes have besides.
   bool writeIn(const OpenSet& set, char32_t scalar, unsigned int length,

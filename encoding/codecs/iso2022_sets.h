@@ -9,13 +9,24 @@ namespace {  // NOLINT(cert-dcl59-cpp): internal linkage, see lanes.h
 
 constexpr GraphicSet kAsciiSet = {nullptr, 1, false, 0, true};
 
+// Of the 7 bits of the bytes of a character; and the least that these are.
+constexpr std::uint32_t maskOf(const GraphicSet& set) { return set.length == 2 ? 0x7F7F : 0x7F; }
+constexpr std::uint32_t leastOf(const GraphicSet& set) {
+  return set.length == 2 ? 0x2121 : set.has96 ? 0x20 : 0x21;
+}
+// A code of the table of a set, in 7 bits; 0 where it is none of the set.
+constexpr std::uint32_t codeIn(const GraphicSet& set, std::uint32_t code) {
+  const std::uint32_t mask = maskOf(set), own = code & mask;
+  return (code & ~mask) == set.bits && own >= leastOf(set) ? own : 0;
+}
+
 struct OpenSet {
   const GraphicSet* set = nullptr;  // null: unknown
   const CodeTable* table = nullptr;
   CodeTable::Entry node = CodeTable::kNode;  // of the first byte of a character
   unsigned char high = 0;                    // the high bit of its bytes in the table
-  std::uint32_t mask = 0;                    // of the 7 bits of its bytes
-  std::uint32_t least = 0;                   // which are this or more
+  std::uint32_t mask = 0;                    // maskOf() the set
+  std::uint32_t least = 0;                   // leastOf() it
 
   OpenSet() = default;
   // Set to true is isOutOfMemory when the table cannot be made; the set is unknown then.
@@ -23,8 +34,8 @@ struct OpenSet {
     if (set == nullptr || set->mapping == nullptr) return;
     table = CodeTable::open(*set->mapping);
     high = static_cast<unsigned char>(set->bits & 0x80);
-    mask = set->length == 2 ? 0x7F7F : 0x7F;
-    least = set->length == 2 ? 0x2121 : set->has96 ? 0x20 : 0x21;
+    mask = maskOf(*set);
+    least = leastOf(*set);
     if (table == nullptr) {
       isOutOfMemory = true;
       set = nullptr;
@@ -42,7 +53,7 @@ struct OpenSet {
   bool isGraphic(unsigned char byte) const {
     return (byte > 0x20 && byte < 0x7F) || (set != nullptr && set->has96 && byte >= 0x20);
   }
-  // The code of a scalar value that the table has, in 7 bits; 0 where it is none of the set.
+  // The same as codeIn() of the set.
   std::uint32_t codeIn(std::uint32_t code) const {
     const std::uint32_t own = code & mask;
     return (code & ~mask) == set->bits && own >= least ? own : 0;
@@ -86,11 +97,12 @@ inline void copyPairs(UnitReader& reader, const OpenSet& set, const unsigned cha
 template <class Stops>
 inline void copyPairs(UnitWriter& writer, const OpenSet& set, const unsigned char* stop,
                       const Stops& stops) {
+  const CodeTable::Codes codes = set.table->codes();
   const unsigned char* in = writer.p;
   unsigned char* to = writer.dest;
   for (; stop - in >= 2; in += 2, to += 2) {
     const std::uint32_t unit = loadLow<std::uint16_t>(in);
-    const std::uint32_t code = set.codeIn(set.table->loadCode(unit));
+    const std::uint32_t code = set.codeIn(codes.load(unit));
     if (code == 0 || stops(unit)) break;
     to[0] = static_cast<unsigned char>(code >> 8);
     to[1] = static_cast<unsigned char>(code);
