@@ -7,17 +7,12 @@
 #include <new>
 #include <string_view>
 
+#include "encconv/export.h"
 #include "encconv/iconv.h"
 #include "encoding/code_page_list.h"
 #include "iconv/charset.h"
 #include "iconv/conversion.h"
 #include "iconv/route.h"
-
-#if defined(__GNUC__)
-#define ENCCONV_ICONV_CALL __attribute__((visibility("default")))
-#else
-#define ENCCONV_ICONV_CALL
-#endif
 
 namespace {
 
@@ -200,35 +195,35 @@ void list(ListVisitor visit, void* data) {
 
 extern "C" {
 
-ENCCONV_ICONV_CALL iconv_t iconv_open(const char* tocode, const char* fromcode) {
+ENCCONV_API iconv_t iconv_open(const char* tocode, const char* fromcode) {
   return open(tocode, fromcode, false);
 }
-ENCCONV_ICONV_CALL std::size_t iconv(iconv_t cd, char** inbuf, std::size_t* inbytesleft,
-                                     char** outbuf, std::size_t* outbytesleft) {
+ENCCONV_API std::size_t iconv(iconv_t cd, char** inbuf, std::size_t* inbytesleft, char** outbuf,
+                              std::size_t* outbytesleft) {
   return convert(cd, inbuf, inbytesleft, outbuf, outbytesleft);
 }
-ENCCONV_ICONV_CALL int iconv_close(iconv_t cd) { return close(cd); }
+ENCCONV_API int iconv_close(iconv_t cd) { return close(cd); }
 
-ENCCONV_ICONV_CALL iconv_t libiconv_open(const char* tocode, const char* fromcode) {
+ENCCONV_API iconv_t libiconv_open(const char* tocode, const char* fromcode) {
   return open(tocode, fromcode, true);
 }
-ENCCONV_ICONV_CALL std::size_t libiconv(iconv_t cd, char** inbuf, std::size_t* inbytesleft,
-                                        char** outbuf, std::size_t* outbytesleft) {
+ENCCONV_API std::size_t libiconv(iconv_t cd, char** inbuf, std::size_t* inbytesleft, char** outbuf,
+                                 std::size_t* outbytesleft) {
   return convert(cd, inbuf, inbytesleft, outbuf, outbytesleft);
 }
-ENCCONV_ICONV_CALL int libiconv_close(iconv_t cd) { return close(cd); }
+ENCCONV_API int libiconv_close(iconv_t cd) { return close(cd); }
 
-ENCCONV_ICONV_CALL int iconvctl(iconv_t cd, int request, void* argument) {
+ENCCONV_API int iconvctl(iconv_t cd, int request, void* argument) {
   return control(cd, request, argument);
 }
-ENCCONV_ICONV_CALL int libiconvctl(iconv_t cd, int request, void* argument) {
+ENCCONV_API int libiconvctl(iconv_t cd, int request, void* argument) {
   return control(cd, request, argument);
 }
 
-ENCCONV_ICONV_CALL void iconvlist(ListVisitor visit, void* data) { list(visit, data); }
-ENCCONV_ICONV_CALL void libiconvlist(ListVisitor visit, void* data) { list(visit, data); }
+ENCCONV_API void iconvlist(ListVisitor visit, void* data) { list(visit, data); }
+ENCCONV_API void libiconvlist(ListVisitor visit, void* data) { list(visit, data); }
 
-ENCCONV_ICONV_CALL const char* iconv_canonicalize(const char* name) {
+ENCCONV_API const char* iconv_canonicalize(const char* name) {
   return iconv_layer::canonicalName(name);
 }
 

@@ -6,6 +6,7 @@
 #include <new>
 
 #include "encoding/kernels/cpu_dispatch.h"
+#include "support/compiler.h"
 
 namespace std {
 const nothrow_t nothrow{};
@@ -51,5 +52,5 @@ extern "C" void __cxa_pure_virtual() { std::abort(); }
 // The library is compiled without guards for what functions keep; the one thing that is kept so is
 // made before there are threads.
 namespace {
-[[gnu::constructor]] void chooseKernels() { fast::kernels(); }
+COMPILER_AT_LOAD void chooseKernels() { fast::kernels(); }
 }  // namespace

@@ -36,10 +36,12 @@ LAYERS = [
     ("tools", ["tools/"], ["support", "codecs", "engine"]),
     ("examples", ["examples/"], ["include"]),
 ]
-# Where extensions may stand: iconv and Python's module are for the compilers that have them.
-EXTENSION_HEADERS = ("support/compiler.h", "include/encconv/export.h")
-EXTENSION_FREE = ("apps/", "encoding/", "include/", "interface/", "support/", "tools/")
-EXTENSION = re.compile(r"__attribute__|__builtin_|\[\[gnu::|#\s*pragma GCC|__declspec")
+# Where extensions may stand, and where only there.
+EXTENSION_HEADERS = ("support/compiler.h", "include/encconv/export.h", "npm/native/exports.h")
+EXTENSION_FREE = ("apps/", "encoding/", "iconv/", "include/", "interface/", "npm/native/",
+                  "python/src/", "support/", "tools/")
+EXTENSION = re.compile(
+    r"__attribute__|__builtin_|__extension__|__int128|\[\[gnu::|#\s*pragma GCC|__declspec")
 INCLUDE = re.compile(r'^\s*#\s*include\s+"([^"]+)"', re.MULTILINE)
 
 

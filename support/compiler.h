@@ -15,6 +15,8 @@
 #define COMPILER_NO_INLINE [[gnu::noinline]]
 #define COMPILER_INLINE [[gnu::always_inline]]
 #define COMPILER_FLATTEN [[gnu::flatten]]
+// In front of a function: it is called when the library that it is in has been loaded.
+#define COMPILER_AT_LOAD [[gnu::constructor]]
 // In front of a loop: it is written out eight times.
 #define COMPILER_UNROLL_8 _Pragma("GCC unroll 8")
 // Has the memory at an address fetched, which will be written.
@@ -23,6 +25,10 @@
 #define COMPILER_CPU_HAS(name) __builtin_cpu_supports(name)
 // Bytes in the other order.
 inline std::uint32_t compilerSwapBytes(std::uint32_t number) { return __builtin_bswap32(number); }
+#if defined(__SIZEOF_INT128__)
+// An integer of 128 bits, where processors have a word of 64.
+__extension__ typedef unsigned __int128 CompilerUint128;
+#endif
 
 // Lanes of a type, kBytes long together: CompilerVector<T, kBytes>::Type. With it come operators
 // lane by lane, comparisons whose lanes have all bits set or none, the choice by ?:, and casts

@@ -15,16 +15,62 @@
 #include "npm/native/exports.h"
 #include "support/utf.h"
 
+// Whether bytes are UTF-16, little endian, in which no half of a surrogate pair stands alone.
+ENCCONV_EXPORT(isUtf16) bool isUtf16(const unsigned char* data, unsigned int size) {
+  if (size % 2 != 0) return false;
+  constexpr unsigned int kBlock = 1024;
+  for (unsigned int at = 0; at < size;) {
+    const unsigned int end = at + std::min(kBlock, size - at);
+    std::uint16_t found = 0;
+    for (unsigned int i = at; i < end; i += 2) {
+      std::uint16_t unit = 0;
+      std::memcpy(&unit, data + i, sizeof unit);
+      found |= static_cast<std::uint16_t>((unit & 0xF800u) == 0xD800);
+    }
+    if (found == 0) {
+      at = end;
+      continue;
+    }
+    for (; at < end; at += 2) {
+      const unsigned int unit = data[at] | data[at + 1] * 256u;
+      if (!isSurrogate(unit)) continue;
+      const bool isPair = isHighSurrogate(unit) && size - at >= 4 &&
+                          isLowSurrogate(data[at + 2] | data[at + 3] * 256u);
+      if (!isPair) return false;
+      at += 2;
+    }
+  }
+  return true;
+}
+
 namespace {
 alignas(16) unsigned char g_shortInput[fast::kShortBytes];
 alignas(16) unsigned char g_shortOutput[fast::kShortOutput];
 
-// One that a plan alone does not convert.
+// By the codec of an encoding alone, which saves beginning a stream. -1 where there is none from or
+// to UTF-16, where marks may stand in front, or where the text is not clean.
+int convertByCodec(int from, int to, unsigned int size) {
+  const bool isWritten = from == kUtf16Le;
+  const EncodingRow* const row = findEncodingRow(isWritten ? to : from);
+  const Codec* const codec = row != nullptr ? row->codec : nullptr;
+  if (codec == nullptr || codec->codePage != kUtf16Le || !marksOf(*row).empty()) return -1;
+  if (isWritten ? !isUtf16(g_shortInput, size) : to != kUtf16Le) return -1;
+  const Codec::Convert convert = isWritten             ? codec->write
+                                 : codec->readStrictly ? codec->readStrictly
+                                                       : codec->read;
+  CodecState state;
+  DataBuffer text;
+  text.lendStorage(g_shortOutput, sizeof g_shortOutput);
+  if (!convert) return -1;
+  convert(g_shortInput, size, true, state, text, nullptr);
+  const bool isClean = !state.replaced && !text.hasFailed() && text.getData2() == g_shortOutput;
+  if (!isClean || (!isWritten && !isUtf16(g_shortOutput, text.getSize()))) return -1;
+  return static_cast<int>(text.getSize());
+}
+
+// One that neither a plan nor a codec alone converts.
 int convertByStream(int from, int to, unsigned int size) {
   static StreamConverter stream;
-  const bool isString = from == kUtf16Le && size >= 2;
-  const unsigned int unit = isString ? g_shortInput[0] | g_shortInput[1] * 256u : 0;
-  if (unit == 0xFEFF || unit == 0xFFFE) return -1;  // no mark, but a character
   StreamSettings settings;
   settings.from = from;
   settings.to = to;
@@ -44,7 +90,12 @@ ENCCONV_EXPORT(shortOutput) unsigned char* shortOutput() { return g_shortOutput;
 ENCCONV_EXPORT(convertShort) int convertShort(int from, int to, unsigned int size) {
   const unsigned char* const end = fast::convertShort(
       from, to, reinterpret_cast<const char*>(g_shortInput), size, g_shortOutput);
-  return end == nullptr ? convertByStream(from, to, size) : static_cast<int>(end - g_shortOutput);
+  if (end != nullptr) return static_cast<int>(end - g_shortOutput);
+  const bool isString = from == kUtf16Le && size >= 2;
+  const unsigned int unit = isString ? g_shortInput[0] | g_shortInput[1] * 256u : 0;
+  if (unit == 0xFEFF || unit == 0xFFFE) return -1;  // no mark, but a character
+  const int written = convertByCodec(from, to, size);
+  return written >= 0 ? written : convertByStream(from, to, size);
 }
 
 // Whether bytes are ASCII.
@@ -80,34 +131,6 @@ ENCCONV_EXPORT(readsAscii) bool readsAscii(int codePage) {
   }
   for (unsigned int i = 0; i < kCount; ++i) {
     if (text.getData2()[2 * i] != i || text.getData2()[2 * i + 1] != 0) return false;
-  }
-  return true;
-}
-
-// Whether bytes are UTF-16, little endian, in which no half of a surrogate pair stands alone.
-ENCCONV_EXPORT(isUtf16) bool isUtf16(const unsigned char* data, unsigned int size) {
-  if (size % 2 != 0) return false;
-  constexpr unsigned int kBlock = 1024;
-  for (unsigned int at = 0; at < size;) {
-    const unsigned int end = at + std::min(kBlock, size - at);
-    std::uint16_t found = 0;
-    for (unsigned int i = at; i < end; i += 2) {
-      std::uint16_t unit = 0;
-      std::memcpy(&unit, data + i, sizeof unit);
-      found |= static_cast<std::uint16_t>((unit & 0xF800u) == 0xD800);
-    }
-    if (found == 0) {
-      at = end;
-      continue;
-    }
-    for (; at < end; at += 2) {
-      const unsigned int unit = data[at] | data[at + 1] * 256u;
-      if (!isSurrogate(unit)) continue;
-      const bool isPair = isHighSurrogate(unit) && size - at >= 4 &&
-                          isLowSurrogate(data[at + 2] | data[at + 3] * 256u);
-      if (!isPair) return false;
-      at += 2;
-    }
   }
   return true;
 }

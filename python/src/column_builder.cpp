@@ -4,6 +4,7 @@
 #include <variant>
 
 #include "interface/records/numbers.h"
+#include "support/compiler.h"
 
 namespace nb = nanobind;
 
@@ -83,8 +84,7 @@ void ColumnBuilder::addText(std::string_view text) {
 }
 
 void ColumnBuilder::addDecimal(const encconv::Decimal& number) {
-  __extension__ using Wide = unsigned __int128;
-  Wide value = 0;
+  CompilerUint128 value = 0;
   for (const char digit : number.digits) value = value * 10 + static_cast<unsigned>(digit - '0');
   if (number.negative) value = ~value + 1;
   mark(true);
