@@ -213,8 +213,8 @@ TEST(Detect, NamesWhatDoesNotFitInPlaces) {
                                    {"japanese.51932", "EUC-JP"},
                                    {"korean.949", "KS_C_5601-1987"}}) {
     std::string bytes = readFile(file).substr(0, 330);
-    const auto high =
-        std::ranges::find_if(bytes.begin() + 100, bytes.end(), [](char c) { return c < 0; });
+    const auto high = std::ranges::find_if(bytes.begin() + 100, bytes.end(),
+                                           [](char c) { return static_cast<signed char>(c) < 0; });
     *high = '\xFF';
     const Detection found = encconv::detect(bytes);
     EXPECT_EQ(nameOf(found), name) << file;
