@@ -52,7 +52,7 @@ std::string someText(Random& random, unsigned int words) {
 // With bytes changed here and there, and shifts and designations of sets that may not be known.
 std::string damaged(Random& random, std::string bytes) {
   const std::string kBits[] = {"\x0E",     "\x0F",    "\x1B(I", "\x1B$(D", "\x1B.A", "\x1BN",
-                               "\x1B$*H",  "\x1B$)X", "\x1B(Z", "~{",      "+AGEA",  "\xEF\x44",
+                               "\x1B$*H",  "\x1B$)X", "\x1B(Z", "~{",      "+AGEA",  "\xEF\x46",
                                "\x1B$$ZB", "\x1B-L",  "\x1Bg",  "\x1B)Q",  "\xFF",   "\x0F\x0F",
                                "\x1B$)A",  "\x1B)!E", "\x1B(?", "\x1B$1",  "\n"};
   for (std::size_t i = 0; i < bytes.size(); i += 1 + random.below(30)) {
@@ -121,7 +121,7 @@ StreamPlace invented(Random& random, StreamPlace place) {
         state.bits = number;
         break;
       case 3:
-        state.bits ^= 1u << random.below(32);
+        state.bits ^= (random.isOneIn(2) ? number & 0xFF : ~number & 0xFF) << 8 * random.below(4);
         break;
       case 4:
         state.windows[random.below(8)] = random.isOneIn(2) ? number & ~0x7Fu : number;
@@ -196,7 +196,7 @@ TEST(StreamPlaces, AreWhereAnotherStreamGoesOn) {
         ASSERT_EQ(parts.text, stream(settings, source, [] { return 1; }).text);
         places.insert(places.end(), parts.places.begin(), parts.places.end());
       }
-      for (int round = hasStates ? 400 : 4; round != 0; --round) {
+      for (int round = hasStates ? 200 : 4; round != 0; --round) {
         const StreamPlace& real = places[random.below(static_cast<unsigned int>(places.size()))];
         const StreamPlace place = invented(random, real);
         const bool isTaken = goesOnAt(place, settings, source, random);
@@ -205,6 +205,6 @@ TEST(StreamPlaces, AreWhereAnotherStreamGoesOn) {
       }
     }
   }
-  EXPECT_GT(taken, 4000);
-  EXPECT_GT(refused, 40000);
+  EXPECT_GT(taken, 2000);
+  EXPECT_GT(refused, 20000);
 }
