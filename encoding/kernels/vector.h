@@ -66,20 +66,31 @@ COMPILER_FLATTEN KernelResult kernel(const Table&... table, const Byte* in, cons
 
 // ---- Short texts ----
 //
-// With 32-byte registers a text that fills half of one or more goes through one register, filled up
-// with something harmless, and not through a smaller register and up to fifteen steps.
+// With 32-byte registers a text that fills a quarter of one or more goes through one register,
+// filled up with something harmless, and not through a smaller register and up to fifteen steps.
+constexpr std::ptrdiff_t kLeastFilled = 8;
 
 template <class V>
 inline bool fitsOneRegister(const Byte* in, const Byte* inEnd, const Byte* out,
                             const Byte* outEnd) {
   const auto size = inEnd - in;
-  return V::kParts > 1 && size >= 16 && size < static_cast<std::ptrdiff_t>(V::kSize) &&
+  return V::kParts > 1 && size >= kLeastFilled && size < static_cast<std::ptrdiff_t>(V::kSize) &&
          outEnd - out >= kRoom;
 }
 
-// The 16 to 31 bytes at p, and zeros behind them: two loads that overlap, the second moved down.
+// The 8 to 16 bytes at p, and zeros behind them: two loads that overlap, the second moved down.
+template <class V>
+inline Bytes16 loadHalves(const Byte* p, unsigned int size) {
+  std::uint64_t first = 0, last = 0;
+  std::memcpy(&first, p, sizeof first);
+  std::memcpy(&last, p + size - sizeof last, sizeof last);
+  const unsigned int half = 4 * (16 - size);  // of the bits to move by, which may be all
+  return Bytes16(CompilerVector<std::uint64_t, 16>::Type{first, last >> half >> half});
+}
+// The same for kLeastFilled to 31 bytes.
 template <class V>
 inline typename V::Bytes loadFront(const Byte* p, unsigned int size) {
+  if (size < 16) return joinParts(loadHalves<V>(p, size), Bytes16(0));
   const Bytes16 last = Bytes16::load(p + size - 16);
   return joinParts(Bytes16::load(p),
                    lookup16(last, Bytes16::load(kMoveDown.control + V::kSize - size)));

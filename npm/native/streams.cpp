@@ -43,7 +43,11 @@ class Conversion final : private StreamErrorHandler {
   StreamStatus push(const unsigned char* data, unsigned int size, bool isLast);
 
   const std::vector<ProblemRow>& problems() const { return m_problems; }
-  void forgetProblems() { m_problems.clear(); }
+  // Those were told; of maxProblems, so many fewer are left.
+  void forgetProblems() {
+    m_most -= std::min(m_most, m_problems.size());
+    m_problems.clear();
+  }
   double errorCount() const { return static_cast<double>(m_stream.errorCount()); }
   double approximationCount() const { return static_cast<double>(m_stream.approximationCount()); }
 

@@ -390,7 +390,7 @@ abstract class Stream<Input, Output extends Side> {
 
 function streamRequest(from: EncodingName, to: EncodingName, flags: number, options: StreamOptions): Request {
   // Without a listener, the one problem that stops the stream is all that is asked for.
-  const most = options.onProblem === undefined ? 1 : 0xffffffff;
+  const most = options.onProblem === undefined ? 1 : (options.maxProblems ?? 0xffffffff);
   return requestOf(from, to, flags, options, kStop, most);
 }
 

@@ -39,6 +39,8 @@ export interface ReportOptions extends ConvertOptions {
 export interface StreamOptions extends ConvertOptions {
   /** Is told of each problem, in the order of the text. */
   onProblem?: (problem: Problem) => void;
+  /** The most problems of a text that it is told; all are counted. No limit by default. */
+  maxProblems?: number;
 }
 
 /** A piece of input that could not be converted, or not as it is. */

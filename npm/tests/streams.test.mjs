@@ -32,7 +32,8 @@ test("cuts nothing that is one character", () => {
 
 test("tells problems with their place in the whole text, and begins anew behind the end", () => {
   const problems = [];
-  const decoder = new Decoder("utf-8", { errors: "substitute=?", onProblem: (problem) => problems.push(problem) });
+  const options = { errors: "substitute=?", onProblem: (problem) => problems.push(problem) };
+  const decoder = new Decoder("utf-8", options);
   const pieces = ["41 0a", "e4 bd", "41 ff", "42"].map((digits) => decoder.push(bytes(digits)));
   assert.equal(pieces.join("") + decoder.finish(), "A\n?A?B");
   assert.deepEqual(problems.map(({ offset, length, line, textOffset }) => [offset, length, line, textOffset]),
@@ -42,6 +43,13 @@ test("tells problems with their place in the whole text, and begins anew behind 
   assert.equal(problems.at(-1).offset, 0);
   decoder.close();
   assert.throws(() => decoder.push(bytes("41")), /closed/);
+
+  problems.length = 0;
+  const limited = new Decoder("utf-8", { ...options, maxProblems: 3 });
+  for (const digits of ["ff fe", "fd 41", "ff fe", "ff"]) limited.push(bytes(digits));
+  limited.finish();
+  assert.deepEqual([problems.map(({ offset }) => offset), limited.problemCount], [[0, 1, 2], 6]);
+  limited.close();
 });
 
 test("gives what came before the problem that stops it", () => {

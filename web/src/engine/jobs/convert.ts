@@ -29,19 +29,17 @@ function describeStop({ problem }: ConversionError, target: string): string {
 
 export async function convert(request: Conversion, task: Task): Promise<Converted> {
   const { file, reading, target, lacking: treatment, lineEnds, mark } = request;
-  let malformed = 0;
   let lacking = 0;
   let firstLacking: string | null = null;
   const reader = await TextReader.open(reading, {
     errors: treatment === 'stop' ? 'stop' : 'substitute',
-    onProblem: () => void malformed++,
   });
   await load(target);
   const encoder = new Encoder(target, {
     errors: treatment,
     byteOrderMark: mark,
     onProblem: ({ character }) => {
-      if (character === REPLACEMENT && malformed > 0) return;
+      if (character === REPLACEMENT && reader.malformed > 0) return;
       lacking++;
       firstLacking ??= character;
     },
@@ -54,7 +52,7 @@ export async function convert(request: Conversion, task: Task): Promise<Converte
     }
     output.write(encoder.push(sameEnds(reader.finish(), true)));
     output.write(encoder.finish());
-    return { blob: output.finish(), malformed, lacking, firstLacking };
+    return { blob: output.finish(), malformed: reader.malformed, lacking, firstLacking };
   } catch (error) {
     throw error instanceof ConversionError ? new Error(describeStop(error, target)) : error;
   } finally {

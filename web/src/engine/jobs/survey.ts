@@ -14,14 +14,12 @@ function countLineEnds(text: string): number {
 
 export async function survey({ file, reading }: Input<'survey'>, task: Task): Promise<Survey> {
   const problems: Problem[] = [];
-  let problemCount = 0;
   let isEnd = false;
   const reader = await TextReader.open(reading, {
     onProblem: ({ offset, length, bytes, line }) => {
-      if (problemCount++ < MOST_PROBLEMS) {
-        problems.push({ offset, length, bytes, line, cut: isEnd });
-      }
+      problems.push({ offset, length, bytes, line, cut: isEnd });
     },
+    maxProblems: MOST_PROBLEMS,
   });
   try {
     let lineEnds = 0;
@@ -34,7 +32,7 @@ export async function survey({ file, reading }: Input<'survey'>, task: Task): Pr
     isEnd = true;
     count(reader.finish());
     const lines = lineEnds + (last === '' || last === '\n' ? 0 : 1);
-    return { lines, problemCount, problems, unmended: reader.unmended };
+    return { lines, problemCount: reader.malformed, problems, unmended: reader.unmended };
   } finally {
     reader.close();
   }

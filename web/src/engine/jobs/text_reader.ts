@@ -7,6 +7,7 @@ export interface ReaderOptions {
   /** What becomes of bytes that are no text, as the library takes it; "substitute" by default. */
   errors?: string;
   onProblem?: (problem: Problem) => void;
+  maxProblems?: number;
 }
 
 /** A run of ISO-2022-JP whose escape characters are lost or unread, and the beginning of one at an end. */
@@ -91,6 +92,11 @@ export class TextReader {
 
   finish(): string {
     return this.#menders.reduce((text, mender) => mender.finish(text), this.#decoder.finish());
+  }
+
+  /** Pieces that are no text, in what was read so far. */
+  get malformed(): number {
+    return this.#decoder.problemCount;
   }
 
   /** Characters that cannot come from the misreadings that are undone. */
