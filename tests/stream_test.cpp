@@ -6,7 +6,6 @@
 #include <new>
 #include <string>
 
-#include "encoding/stream/stream_place.h"
 #include "tests/stream_support.h"
 
 using namespace std::string_literals;
@@ -434,40 +433,4 @@ TEST(Stream, KnowsHzByName) {
              {936, kCodePageHz, "\xBC\xBA~\n", "~{<:~}~~\n"},
              {kCodePageHz, 936, "~{<:~}~~", "\xBC\xBA~"}},
             "stop");
-}
-
-// Another stream goes on where one stands, behind every byte, in every encoding.
-TEST(Stream, GoesOnWhereAnotherStands) {
-  const std::string text = "A\xC3\xA9\xE6\x97\xA5 \xE6\x9C\xAC\xD0\x96\xED\x95\x9C\xE4\xB8\xAD.\n";
-  const auto goOn = [](const StreamSettings& settings, const std::string& source) {
-    std::string written;
-    std::string left;
-    StreamPlace place;
-    for (const char byte : source) {
-      StreamConverter converter;
-      DataBuffer out;
-      left += byte;
-      EXPECT_EQ(converter.begin(settings, place), StreamStatus::kGood);
-      EXPECT_EQ(converter.push(bytesOf(left), left.size(), out), StreamStatus::kGood);
-      place = converter.place();
-      left.erase(0, static_cast<std::size_t>(place.settled));
-      written += textOf(out);
-    }
-    StreamConverter converter;
-    DataBuffer out;
-    EXPECT_EQ(converter.begin(settings, place), StreamStatus::kGood);
-    EXPECT_EQ(converter.push(bytesOf(left), left.size(), out), StreamStatus::kGood);
-    EXPECT_EQ(converter.finish(out), StreamStatus::kGood);
-    return written + textOf(out);
-  };
-  for (const CharsetNames& page : streamCodePages()) {
-    if (!page.canWrite) continue;
-    SCOPED_TRACE(page.preferredName);
-    const std::string utf16 = stream(settingsFor(65001, 1200), text).text;
-    const StreamSettings writing = settingsFor(1200, page.codePage, "drop");
-    const std::string bytes = stream(writing, utf16).text;
-    EXPECT_EQ(goOn(writing, utf16), bytes);
-    const StreamSettings reading = settingsFor(page.codePage, 1200, "drop");
-    EXPECT_EQ(goOn(reading, bytes), stream(reading, bytes).text);
-  }
 }

@@ -79,6 +79,17 @@ int placeOf(const CodecState& state) {
   return state.bits == 0 ? kAsciiPlace : static_cast<int>(state.bits);
 }
 
+// A place is one that is behind some character. The character in the middle of a block, or at its
+// beginning, has the place of the block.
+bool isState(const void*, const CodecState& state, bool) {
+  const auto isBehind = [&](std::uint32_t character) {
+    return character <= 0x10FFFF && !isSurrogate(character) &&
+           placeBehind(static_cast<int>(character)) == placeOf(state);
+  };
+  return (isBehind(state.bits) || isBehind(state.bits - kAsciiPlace)) &&
+         hasOnly(state, {.bits = state.bits});
+}
+
 // ---- Reading ----
 
 struct Reader : CodecRun {
@@ -318,4 +329,5 @@ extern const Codec kBocu1Codec = {.codePage = 1200,
                                   .read = runCodec<Reader>,
                                   .write = runCodec<Writer>,
                                   .unitsPerByte = 2,
-                                  .cut = cutBocu1};
+                                  .cut = cutBocu1,
+                                  .isState = isState};

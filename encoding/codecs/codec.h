@@ -23,6 +23,13 @@ struct CodecState {
   bool operator==(const CodecState&) const = default;
 };
 
+// Whether nothing of a state differs from the initial one but `replaced`, and members that are as
+// these.
+constexpr bool hasOnly(CodecState state, const CodecState& members) {
+  state.replaced = members.replaced;
+  return state == members;
+}
+
 // One encoding in both directions. Both functions append the form of a piece of text, as far as it
 // can be told without what follows, and return how many bytes of the piece that was; the caller
 // puts the rest, fewer than kMaxRest bytes, in front of the next piece. With last set nothing is
@@ -84,7 +91,17 @@ struct Codec {
   CutRule cut = nullptr;
   // Tells all mappings that read and write look up; parameters are those of read. Null for none.
   void (*mappings)(const void* parameters, MappingVisitor& visitor) = nullptr;
+  // Whether reading a text, or writing one, can leave this state, which is not the initial one; to
+  // be asked of states that come from outside, since read and write take any for their own.
+  // Parameters are those of read. Null: there is no other state.
+  bool (*isState)(const void* parameters, const CodecState& state, bool isWriting) = nullptr;
 };
+
+// Whether a state is one of the codec, in one of the directions.
+inline bool isStateOf(const Codec& codec, const CodecState& state, bool isWriting) {
+  return hasOnly(state, {}) ||
+         (codec.isState != nullptr && codec.isState(codec.read.parameters(), state, isWriting));
+}
 
 // The codec, of which texts can be cut by a rule.
 constexpr Codec cutBy(CutRule rule, Codec codec) {

@@ -22,6 +22,9 @@ unsigned int writeShifted(const void* parameters, const unsigned char* data, uns
 // What one of the sets only writes; see Codec::approximate.
 std::uint32_t approximateShifted(const void* parameters, std::uint32_t scalar);
 void visitShifted(const void* parameters, MappingVisitor& visitor);
+inline bool isShiftedState(const void*, const CodecState& state, bool) {
+  return hasOnly(state, {.shiftedOut = true});  // among the pairs
+}
 
 template <const Mapping& singles, const Mapping& pairs>
 inline constexpr ShiftedSets kShiftedSets = {&singles, &pairs};
@@ -31,7 +34,8 @@ inline constexpr Codec kShiftedCodec = {.codePage = 1200,
                                         .write = {writeShifted, &kShiftedSets<singles, pairs>},
                                         .approximate = approximateShifted,
                                         .cut = cutShifted,
-                                        .mappings = visitShifted};
+                                        .mappings = visitShifted,
+                                        .isState = isShiftedState};
 
 template <const Mapping& pairs>
 inline constexpr ShiftedSets kPairsOnly = {nullptr, &pairs};

@@ -284,6 +284,13 @@ std::uint64_t part(std::uint64_t v) {
 
 // In CodecState, bits and bitCount are what is left of the last byte read, or not yet written;
 // shiftedOut: reading, the septet before was an escape; writing, it was a CR.
+bool isPackedState(const void*, const CodecState& state, bool isWriting) {
+  constexpr unsigned int kSeptet = 7, kByte = 8;
+  return state.bitCount < (isWriting ? kByte : kSeptet) && state.bits >> state.bitCount == 0 &&
+         hasOnly(state,
+                 {.shiftedOut = state.shiftedOut, .bitCount = state.bitCount, .bits = state.bits});
+}
+
 template <typename Form>
 struct PackedReader : CodecRun {
   using CodecRun::CodecRun;
@@ -410,9 +417,11 @@ constexpr Codec unpacked(int codePage, const Tables<Form>& tables) {
 }
 template <typename Form>
 constexpr Codec packed(const Tables<Form>& tables) {
-  return cutBy(
-      cutPackedGsm,
-      {1200, {runCodec<PackedReader<Form>>, &tables}, {runCodec<PackedWriter<Form>>, &tables}});
+  return {.codePage = 1200,
+          .read = {runCodec<PackedReader<Form>>, &tables},
+          .write = {runCodec<PackedWriter<Form>>, &tables},
+          .cut = cutPackedGsm,
+          .isState = isPackedState};
 }
 
 }  // namespace

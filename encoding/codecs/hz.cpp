@@ -42,6 +42,8 @@ struct GbToHz : HighBitPairs<isGb8, codec_vectors::PairBox{0xA1, 0xFD, 0xA1, 0xF
 constexpr std::uint8_t kAscii = 0;
 constexpr std::uint8_t kGb = 1;  // between "~{" and "~}"
 
+bool isState(const void*, const CodecState& state, bool) { return hasOnly(state, {.set = kGb}); }
+
 // Every byte of the output belongs to a code of 936, whatever the input; see that of ISO-2022-JP.
 struct Reader : CodecRun {
   using CodecRun::CodecRun;
@@ -139,4 +141,8 @@ struct Writer : CodecRun {
 
 }  // namespace
 
-extern const Codec kHzCodec = cutBy(cutHz, {936, runCodec<Reader>, runCodec<Writer>});
+extern const Codec kHzCodec = {.codePage = 936,
+                               .read = runCodec<Reader>,
+                               .write = runCodec<Writer>,
+                               .cut = cutHz,
+                               .isState = isState};

@@ -261,6 +261,15 @@ std::uint32_t approximateIscii(const void*, std::uint32_t scalar) {
   return table == nullptr ? 0 : table->approximationOf(scalar);
 }
 
+bool isIsciiState(const void* parameters, const CodecState& state, bool isWriting) {
+  const auto first =
+      static_cast<std::size_t>(static_cast<const IsciiSettings*>(parameters)->script);
+  constexpr std::uint32_t kMostBytes = 0xFFFF;
+  return state.set <= std::size(kScripts) && state.set != first + 1 &&
+         state.bits <= (isWriting ? kMostBytes : 0) &&
+         hasOnly(state, {.set = state.set, .bits = state.bits});
+}
+
 // A text may change to any script.
 void visitIscii(const void*, MappingVisitor& visitor) {
   for (const auto& script : kScripts) visitor.visit(script.mapping);

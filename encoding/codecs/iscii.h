@@ -32,6 +32,7 @@ unsigned int writeIscii(const void* parameters, const unsigned char* data, unsig
 // What a script only writes; see Codec::approximate.
 std::uint32_t approximateIscii(const void* parameters, std::uint32_t scalar);
 void visitIscii(const void* parameters, MappingVisitor& visitor);
+bool isIsciiState(const void* parameters, const CodecState& state, bool isWriting);
 
 template <IsciiScript script>
 inline constexpr IsciiSettings kIsciiSettings = {script};
@@ -41,6 +42,7 @@ inline constexpr Codec kIsciiCodec = {.codePage = 1200,
                                       .write = {writeIscii, &kIsciiSettings<script>},
                                       .approximate = approximateIscii,
                                       .cut = cutIscii,
-                                      .mappings = visitIscii};
+                                      .mappings = visitIscii,
+                                      .isState = isIsciiState};
 
 #endif  // ENCODING_CODECS_ISCII_H_

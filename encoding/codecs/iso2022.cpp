@@ -19,8 +19,13 @@ constexpr InPlace kUnknownPairs = 0xFF;
 constexpr bool isLineEnd(unsigned int character) { return character == '\n' || character == '\r'; }
 constexpr bool isControl(unsigned int character) { return character < 0x20 || character == 0x7F; }
 
-// What both directions do. CodecState::bits has what stands in the places, G0 in its low byte;
-// shiftedOut says that G1 is called.
+// CodecState::bits has what stands in the places, G0 in its low byte; shiftedOut says that G1 is
+// called.
+constexpr InPlace inPlaceOf(const CodecState& state, unsigned int place) {
+  return static_cast<InPlace>(state.bits >> 8 * place);
+}
+
+// What both directions do.
 template <class Base>
 struct Direction : Base {
   using Base::Base;
@@ -29,9 +34,7 @@ struct Direction : Base {
   bool isOutOfMemory = false;
   OpenSet kept[2];  // what was called last of G0 and G1
 
-  InPlace inPlace(unsigned int place) const {
-    return static_cast<InPlace>(state.bits >> 8 * place);
-  }
+  InPlace inPlace(unsigned int place) const { return inPlaceOf(state, place); }
   void designate(unsigned int place, InPlace what) {
     state.bits &= ~(0xFFu << 8 * place);
     state.bits |= std::uint32_t{what} << 8 * place;
@@ -439,6 +442,21 @@ unsigned int readIso2022(const void* parameters, const unsigned char* data, unsi
 unsigned int writeIso2022(const void* parameters, const unsigned char* data, unsigned int length,
                           bool last, CodecState& state, DataBuffer& out, ReplacementSink* sink) {
   return runCodec<Writer>(parameters, data, length, last, state, out, sink);
+}
+
+// What is called is not nothing; what is unknown is only read.
+bool isIso2022State(const void* parameters, const CodecState& state, bool isWriting) {
+  const auto& scheme = *static_cast<const Iso2022*>(parameters);
+  for (unsigned int place = 0; place < kPlaces; ++place) {
+    const InPlace what = inPlaceOf(state, place);
+    if (what == kInitial || (!isWriting && what >= kUnknown)) continue;
+    if (what > scheme.designationCount) return false;
+    const Designation& designation = scheme.designations[what - 1];
+    if (designation.place != place || (isWriting && !designation.isWritten)) return false;
+  }
+  const bool mayBeOut = scheme.hasShifts && inPlaceOf(state, 1) != kInitial;
+  return (mayBeOut || !state.shiftedOut) &&
+         hasOnly(state, {.shiftedOut = state.shiftedOut, .bits = state.bits});
 }
 
 void visitIso2022(const void* parameters, MappingVisitor& visitor) {

@@ -51,5 +51,6 @@ unsigned int readIso2022(const void* parameters, const unsigned char* data, unsi
 unsigned int writeIso2022(const void* parameters, const unsigned char* data, unsigned int length,
                           bool last, CodecState& state, DataBuffer& out, ReplacementSink* sink);
 void visitIso2022(const void* parameters, MappingVisitor& visitor);
+bool isIso2022State(const void* parameters, const CodecState& state, bool isWriting);
 
 #endif  // ENCODING_CODECS_ISO2022_H_

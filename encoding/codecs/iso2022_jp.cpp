@@ -16,6 +16,12 @@ enum Set : std::uint8_t {
   kUnknown94x94,  // ESC $ and any other
 };
 
+bool isState(const void*, const CodecState& state, bool isWriting) {
+  const bool isOfWriter = state.set <= kJis0208 && !state.shiftedOut;
+  return (isWriting ? isOfWriter : state.set <= kUnknown94x94) &&
+         hasOnly(state, {.set = state.set, .shiftedOut = state.shiftedOut});
+}
+
 // ---- Codes outside the plane: IBM's extension, and NEC's selection of it in rows 89 to 92. ----
 
 // From trail byte `first` of lead FA on, count codes are the JIS positions from `row`, `cell` (as
@@ -327,6 +333,9 @@ struct Writer : CodecRun {
 
 }  // namespace
 
-extern const Codec kIso2022JpCodec =
-    cutBy(cutIso2022Jp,
-          {932, runCodec<Reader<false>>, runCodec<Writer>, nullptr, false, runCodec<Reader<true>>});
+extern const Codec kIso2022JpCodec = {.codePage = 932,
+                                      .read = runCodec<Reader<false>>,
+                                      .write = runCodec<Writer>,
+                                      .readStrictly = runCodec<Reader<true>>,
+                                      .cut = cutIso2022Jp,
+                                      .isState = isState};

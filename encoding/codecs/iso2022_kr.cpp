@@ -201,7 +201,17 @@ void resume(const CodecState& left, bool wrote, CodecState& state) {
   state.headerWritten = left.headerWritten || wrote;
 }
 
+// Nothing is written in front of the header.
+bool isState(const void*, const CodecState& state, bool isWriting) {
+  return (isWriting ? state.headerWritten : !state.headerWritten) &&
+         hasOnly(state, {.shiftedOut = state.shiftedOut, .headerWritten = state.headerWritten});
+}
+
 }  // namespace
 
-extern const Codec kIso2022KrCodec =
-    cutBy(cutIso2022Kr, {949, runCodec<Reader>, runCodec<Writer>, resume});
+extern const Codec kIso2022KrCodec = {.codePage = 949,
+                                      .read = runCodec<Reader>,
+                                      .write = runCodec<Writer>,
+                                      .resume = resume,
+                                      .cut = cutIso2022Kr,
+                                      .isState = isState};

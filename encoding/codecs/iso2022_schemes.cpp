@@ -64,7 +64,8 @@ constexpr Codec codecFor(const Iso2022& scheme) {
   return cutBy(cutIso2022, {.codePage = 1200,
                             .read = {readIso2022, &scheme},
                             .write = {writeIso2022, &scheme},
-                            .mappings = visitIso2022});
+                            .mappings = visitIso2022,
+                            .isState = isIso2022State});
 }
 
 constexpr bool kOnlyRead = false;
@@ -206,7 +207,8 @@ constexpr Codec pythonCodecFor(const Iso2022& scheme) {
   return {.codePage = 1200,
           .read = {readPythonIso2022, &scheme},
           .write = {writePythonIso2022, &scheme},
-          .mappings = visitIso2022};
+          .mappings = visitIso2022,
+          .isState = isPythonIso2022State};
 }
 
 }  // namespace

@@ -29,6 +29,21 @@ constexpr bool isMark(char32_t scalar) {
 }
 
 // CodecState::bits has the sets in G0 and G1, exclusive-or with those of the beginning.
+constexpr unsigned char setIn(const CodecState& state, bool isG1) {
+  return static_cast<unsigned char>(isG1 ? (state.bits >> 8 & 0xFF) ^ kAnsel
+                                         : (state.bits & 0xFF) ^ kAscii);
+}
+bool isState(const void*, const CodecState& state, bool isWriting) {
+  const auto isAmong = [](std::string_view sets, unsigned char set) {
+    return sets.find(static_cast<char>(set)) != sets.npos;
+  };
+  const unsigned char first = setIn(state, false), second = setIn(state, true);
+  const bool isUnknown = first == kUnknown && !isWriting;
+  const bool isSecond = isWriting ? second == kAnsel : isAmong(kSets, second) || second == kUnknown;
+  return (isAmong(kSets, first) || isAmong(kSymbols, first) || isUnknown) && isSecond &&
+         state.bits <= 0xFFFF && hasOnly(state, {.bits = state.bits});
+}
+
 template <class Base>
 struct Direction : Base {
   using Base::Base;
@@ -36,10 +51,7 @@ struct Direction : Base {
   const CodeTable& ansel = *CodeTable::open(kMap_ansel);
   const CodeTable& table = *CodeTable::open(kMap_marc_8);
 
-  unsigned char set(bool isG1) const {
-    return static_cast<unsigned char>(isG1 ? (state.bits >> 8 & 0xFF) ^ kAnsel
-                                           : (state.bits & 0xFF) ^ kAscii);
-  }
+  unsigned char set(bool isG1) const { return setIn(state, isG1); }
   void designate(bool isG1, unsigned char what) {
     if (isG1) {
       state.bits = (state.bits & 0xFF) | static_cast<std::uint32_t>(what ^ kAnsel) << 8;
@@ -325,11 +337,12 @@ unsigned int run(const void* parameters, const unsigned char* data, unsigned int
 
 }  // namespace
 
-extern const Codec kMarc8Codec =
-    cutBy(cutMarc8, {.codePage = 1200,
-                     .read = run<Reader>,
-                     .write = run<Writer>,
-                     .mappings = [](const void*, MappingVisitor& visitor) {
-                       visitor.visit(kMap_ansel);
-                       visitor.visit(kMap_marc_8);
-                     }});
+extern const Codec kMarc8Codec = cutBy(cutMarc8, {.codePage = 1200,
+                                                  .read = run<Reader>,
+                                                  .write = run<Writer>,
+                                                  .mappings =
+                                                      [](const void*, MappingVisitor& visitor) {
+                                                        visitor.visit(kMap_ansel);
+                                                        visitor.visit(kMap_marc_8);
+                                                      },
+                                                  .isState = isState});

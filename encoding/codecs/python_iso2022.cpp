@@ -17,6 +17,13 @@ constexpr Mark markOf(std::string_view escape) {
 
 constexpr bool isFinal(unsigned char byte) { return byte >= '@' && byte <= 'Z'; }
 
+const Designation* designationOf(const Iso2022& scheme, Mark mark) {
+  for (std::size_t i = 0; i < scheme.designationCount; ++i) {
+    if (markOf(scheme.designations[i].escape) == mark) return &scheme.designations[i];
+  }
+  return nullptr;
+}
+
 // What both directions do.
 template <class Base>
 struct Direction : Base {
@@ -33,14 +40,8 @@ struct Direction : Base {
     state.bits &= ~(0xFFu << 8 * place);
     if (mark != kPythonAsciiMark) state.bits |= std::uint32_t{mark} << 8 * place;
   }
-  const Designation* designationOf(Mark mark) const {
-    for (std::size_t i = 0; i < scheme.designationCount; ++i) {
-      if (markOf(scheme.designations[i].escape) == mark) return &scheme.designations[i];
-    }
-    return nullptr;
-  }
   OpenSet openIn(unsigned int place) {
-    const Designation* const designation = designationOf(markIn(place));
+    const Designation* const designation = designationOf(scheme, markIn(place));
     return open(designation == nullptr ? &kAsciiSet : designation->set);
   }
   OpenSet open(const GraphicSet* set) { return OpenSet(set, isOutOfMemory); }
@@ -159,7 +160,7 @@ struct Reader : Direction<UnitReader> {
     unsigned int place = 0;
     const Mark mark = readMark(sequence.substr(1), place);
     if (mark == 0) return refuse(count);
-    if (mark != kPythonAsciiMark && designationOf(mark) == nullptr) return refuse(count);
+    if (mark != kPythonAsciiMark && designationOf(scheme, mark) == nullptr) return refuse(count);
     designate(place, mark);
     called = openCalled();
     p += count;
@@ -316,4 +317,25 @@ unsigned int writePythonIso2022(const void* parameters, const unsigned char* dat
                                 unsigned int length, bool last, CodecState& state, DataBuffer& out,
                                 ReplacementSink* sink) {
   return runCodec<Writer>(parameters, data, length, last, state, out, sink);
+}
+
+// A text may designate any set in G0 and G1, of single bytes in G2; it is written in one place
+// each.
+bool isPythonIso2022State(const void* parameters, const CodecState& state, bool isWriting) {
+  const auto& scheme = *static_cast<const Iso2022*>(parameters);
+  const auto markIn = [&](unsigned int place) {
+    return static_cast<Mark>(state.bits >> 8 * place);
+  };
+  const auto mayStand = [&](unsigned int place) {
+    const Mark mark = markIn(place);
+    if (mark == 0) return true;
+    const Designation* const designation = designationOf(scheme, mark);
+    if (designation == nullptr) return false;
+    if (isWriting) return designation->isWritten && designation->place == place;
+    return place < 2 || (place == 2 && scheme.singleShiftBytes != 0 && (mark & kPairsBit) == 0);
+  };
+  const bool mayBeOut = scheme.hasShifts && (!isWriting || markIn(1) != 0);
+  return mayStand(0) && mayStand(1) && mayStand(2) && mayStand(3) &&
+         (mayBeOut || !state.shiftedOut) && state.set <= (isWriting ? 0 : kPythonInEscape) &&
+         hasOnly(state, {.set = state.set, .shiftedOut = state.shiftedOut, .bits = state.bits});
 }

@@ -18,6 +18,8 @@ unsigned int writePythonIso2022(const void* parameters, const unsigned char* dat
                                 unsigned int length, bool last, CodecState& state, DataBuffer& out,
                                 ReplacementSink* sink);
 
+bool isPythonIso2022State(const void* parameters, const CodecState& state, bool isWriting);
+
 // The state of these two, which is that of Python: in CodecState::bits the marks of G0 to G2, G0 in
 // the low byte, and 0 for ASCII. The mark of a set is the last byte of its designation, with the
 // high bit set for pairs.

@@ -9,6 +9,7 @@
 //
 // A window is chosen by looking at one character more: what stands alone is quoted, what goes on in
 // a window gets one, the least recently used. The same text always has the same form.
+#include <algorithm>
 #include <array>
 
 #include "encoding/codecs/codec_run.h"
@@ -46,6 +47,13 @@ constexpr std::uint32_t windowOf(unsigned int number) {
   if (number < kEndHigh) return number * kWindowSize + kHighGap;
   return number >= kFirstSpecial ? kSpecialWindows[number - kFirstSpecial] : kNoWindow;
 }
+// The number of a window in the BMP.
+constexpr unsigned char numberOf(std::uint32_t begin) {
+  for (unsigned int i = 0; i < std::size(kSpecialWindows); ++i) {
+    if (kSpecialWindows[i] == begin) return static_cast<unsigned char>(kFirstSpecial + i);
+  }
+  return static_cast<unsigned char>((begin < 0xE000 ? begin : begin - kHighGap) / kWindowSize);
+}
 
 constexpr bool isIn(std::uint32_t character, std::uint32_t window) {
   return character - window < kWindowSize;
@@ -64,8 +72,28 @@ Bytes16 arePlain(Bytes16 text) {
 // ---- What both directions carry. ----
 
 // In CodecState: set has the window in use and kUnicodeMode; windows has where each begins, 0 for
-// the initial one.
+// the initial one. Writing, bits has the windows in the order of their last use, the first to give
+// away lowest; 0 for the initial order.
 constexpr std::uint8_t kUnicodeMode = 8;
+constexpr unsigned int kOrderBits = 3;  // of each window
+constexpr std::uint32_t kInitialOrder = 0b000'001'010'101'110'111'011'100;
+
+constexpr bool isWindow(std::uint32_t begin) {
+  if (begin < 0x10000) return windowOf(numberOf(begin)) == begin;
+  return begin <= 0x10FFFF && begin % kWindowSize == 0;
+}
+constexpr bool isOrder(std::uint32_t order) {
+  unsigned int seen = 0;
+  for (unsigned int i = 0; i < kWindows; ++i) {
+    seen |= 1u << (order >> kOrderBits * i & (kWindows - 1));
+  }
+  return order >> kOrderBits * kWindows == 0 && seen == (1u << kWindows) - 1;
+}
+bool isState(const void*, const CodecState& state, bool isWriting) {
+  return state.set < 2 * kUnicodeMode && std::ranges::all_of(state.windows, isWindow) &&
+         (state.bits == 0 || (isWriting && isOrder(state.bits))) &&
+         hasOnly(state, {.set = state.set, .bits = state.bits, .windows = state.windows});
+}
 
 struct ScsuRun : CodecRun {
   using CodecRun::CodecRun;
@@ -254,10 +282,6 @@ struct Reader : ScsuRun {
 };
 
 // ---- Writing ----
-
-// CodecState::bits has the windows in the order of their last use, the first to give away lowest,
-// three bits each; 0 for the initial order.
-constexpr std::uint32_t kInitialOrder = 0b000'001'010'101'110'111'011'100;
 
 struct Writer : ScsuRun {
   using ScsuRun::ScsuRun;
@@ -488,27 +512,23 @@ struct Writer : ScsuRun {
     }
     put(static_cast<unsigned char>(character - begin + 0x80));
   }
-  static unsigned char numberOf(std::uint32_t begin) {
-    for (unsigned int i = 0; i < std::size(kSpecialWindows); ++i) {
-      if (kSpecialWindows[i] == begin) return static_cast<unsigned char>(kFirstSpecial + i);
-    }
-    return static_cast<unsigned char>((begin < 0xE000 ? begin : begin - kHighGap) / kWindowSize);
-  }
 
   std::uint32_t order() const { return state.bits != 0 ? state.bits : kInitialOrder; }
   // A window is used: it moves behind all others.
   void note(unsigned int index) {
-    constexpr unsigned int kBits = 3;
     const std::uint32_t now = order();
     unsigned int place = 0;
-    while ((now >> place & (kWindows - 1)) != index) place += kBits;
+    while ((now >> place & (kWindows - 1)) != index) place += kOrderBits;
     const std::uint32_t before = now & ((1u << place) - 1);
-    const std::uint32_t behind = now >> (place + kBits) << place;
-    state.bits = before | behind | index << (kBits * (kWindows - 1));
+    const std::uint32_t behind = now >> (place + kOrderBits) << place;
+    state.bits = before | behind | index << (kOrderBits * (kWindows - 1));
   }
 };
 
 }  // namespace
 
-extern const Codec kScsuCodec = {
-    .codePage = 1200, .read = runCodec<Reader>, .write = runCodec<Writer>, .unitsPerByte = 2};
+extern const Codec kScsuCodec = {.codePage = 1200,
+                                 .read = runCodec<Reader>,
+                                 .write = runCodec<Writer>,
+                                 .unitsPerByte = 2,
+                                 .isState = isState};

@@ -29,6 +29,12 @@ namespace {
 constexpr std::uint8_t kDirect = 0;
 constexpr std::uint8_t kRun = 1;  // behind a "+", in base64
 
+bool isState(const void*, const CodecState& state, bool) {
+  const bool isPending = state.bitCount <= 4 && state.bitCount % 2 == 0;
+  return isPending && state.bits >> state.bitCount == 0 &&
+         hasOnly(state, {.set = kRun, .bitCount = state.bitCount, .bits = state.bits});
+}
+
 // The value of each base64 character, and a value with the high bit set for all other bytes.
 constexpr unsigned char kNoBase64 = 0x80;
 constexpr std::array<unsigned char, 256> valuesOf(std::string_view digits) {
@@ -270,8 +276,10 @@ struct Reader : CodecRun {
   void endRun(unsigned int digits) {
     if (digits != 0) {
       malformed(digits);
-    } else if (state.bits != 0) {
-      report(p - 1, 1);  // in the last digit of the unit before
+    } else if (state.bits != 0 && p != begin) {
+      // In the last digit of the unit before. That is here: a piece in front would have ended the
+      // run as well.
+      report(p - 1, 1);
       dest = putUnit(dest, kReplacementCharacter);
     }
     if (p != end && *p == '-') ++p;
@@ -407,9 +415,16 @@ struct Writer : CodecRun {
   }
 };
 
+template <typename Scheme>
+constexpr Codec codecFor(CutRule cut) {
+  return {.codePage = 1200,
+          .read = runCodec<Reader<Scheme>>,
+          .write = runCodec<Writer<Scheme>>,
+          .cut = cut,
+          .isState = isState};
+}
+
 }  // namespace
 
-extern const Codec kUtf7Codec =
-    cutBy(cutUtf7, {1200, runCodec<Reader<Utf7>>, runCodec<Writer<Utf7>>});
-extern const Codec kImapUtf7Codec =
-    cutBy(cutImapUtf7, {1200, runCodec<Reader<ImapUtf7>>, runCodec<Writer<ImapUtf7>>});
+extern const Codec kUtf7Codec = codecFor<Utf7>(cutUtf7);
+extern const Codec kImapUtf7Codec = codecFor<ImapUtf7>(cutImapUtf7);

@@ -59,4 +59,9 @@ unsigned int webGb18030Piece(const unsigned char* bytes, std::size_t known, bool
   return isIn(bytes[3], '0', '9') ? 4 : 1;
 }
 
-extern const Codec kWebReplacementCodec = {.codePage = 1200, .read = runCodec<ReplacementReader>};
+extern const Codec kWebReplacementCodec = {
+    .codePage = 1200,
+    .read = runCodec<ReplacementReader>,
+    .isState = [](const void*, const CodecState& state, bool) {
+      return hasOnly(state, {.shiftedOut = true});  // behind the first byte
+    }};

@@ -17,6 +17,12 @@ namespace {
 // thing.
 enum Set : std::uint8_t { kAscii, kRoman, kKatakana, kPlane };
 
+bool isState(const void*, const CodecState& state, bool isWriting) {
+  const bool isOfWriter = state.set != kKatakana && !state.shiftedOut;
+  return state.set <= kPlane && (isOfWriter || !isWriting) &&
+         hasOnly(state, {.set = state.set, .shiftedOut = state.shiftedOut});
+}
+
 constexpr char16_t kYen = 0x00A5, kOverline = 0x203E, kFirstKatakana = 0xFF61;
 // What is written for the half-width katakana, which are only read.
 constexpr char16_t kFullWidth[] =
@@ -210,4 +216,5 @@ extern const Codec kWebIso2022JpCodec = {.codePage = 1200,
                                          .write = {run<Writer>, &kMap_web_euc_jp},
                                          .approximate = approximate,
                                          .cut = cutWebIso2022Jp,
-                                         .mappings = visitMultiByte};
+                                         .mappings = visitMultiByte,
+                                         .isState = isState};

@@ -30,6 +30,8 @@ class SourceStage {
   static constexpr std::uint32_t kBlock = 32 * 1024;
   // What stands in text() for a malformed piece.
   static constexpr std::uint32_t kMarkBytes = 2;
+  // More text is never repeated: a part of what bytes become that are read together.
+  static constexpr std::uint32_t kMostRepeated = 4 * 2 * Codec::kMaxRest;
 
   virtual ~SourceStage() = default;
 

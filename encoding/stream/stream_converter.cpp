@@ -142,10 +142,25 @@ StreamStatus StreamConverter::Core::resume(const StreamPlace& place) {
   if (m_plan == nullptr) return m_status;
   if (place.isOtherOrder) m_status = open(otherByteOrder(*m_plan->source));
   if (m_status != StreamStatus::kGood) return m_status;
+  if (!isPlace(place)) return m_status = StreamStatus::kMisuse;
   m_repeated = place.repeated;
   if (m_stage != nullptr) m_stage->resume(m_target ? place.sourceState : place.state);
   if (m_target) m_target->resume(place.state);
   return m_status;
+}
+
+// Whether a stream with these settings may stand at a place.
+bool StreamConverter::Core::isPlace(const StreamPlace& place) const {
+  // A unit of UTF-16 is written as a whole.
+  const bool hasUnits = m_plan->decoding.form == EncodingForm::kUtf16;
+  const std::uint32_t mostRepeated = m_stage != nullptr ? SourceStage::kMostRepeated : 0;
+  if (place.repeated > mostRepeated || (hasUnits && place.repeated % 2 != 0)) return false;
+  const auto isStateOfRow = [](const EncodingRow& row, const CodecState& state, bool isWriting) {
+    return row.codec != nullptr ? isStateOf(*row.codec, state, isWriting) : hasOnly(state, {});
+  };
+  if (!m_target) return isStateOfRow(*m_plan->source, place.state, false);
+  return isStateOfRow(*m_plan->source, place.sourceState, false) &&
+         isStateOfRow(*m_plan->target, place.state, true);
 }
 
 StreamPlace StreamConverter::Core::place() const {

@@ -114,7 +114,7 @@ enum class StreamStatus : unsigned char {
   kBadSubstitute,  // the substitute is not UTF-8, or the target cannot hold it
   kDrainFailed,
   kNoMemory,
-  kMisuse,  // push() or finish() without begin(), or after the end
+  kMisuse,  // push() or finish() without begin(), or after the end; begin() at a place that is none
 };
 
 // Converts every pair of code pages that EncodingConvert::EncConvert accepts, and HZ. The output
@@ -147,7 +147,8 @@ class StreamConverter {
   // again. kGood, or why the settings cannot be served; nothing is written then.
   StreamStatus begin(const StreamSettings& settings);
   // Starts one in the middle of a text, at a place that another stream with such settings told.
-  // Offsets and lines count from here.
+  // Offsets and lines count from here. kMisuse for a place where no such stream can stand, so that
+  // one may come from anywhere.
   StreamStatus begin(const StreamSettings& settings, const StreamPlace& place);
   // Where the stream stands between two pieces; stream_place.h says more.
   StreamPlace place() const;

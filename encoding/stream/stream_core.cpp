@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <limits>
 #include <new>
-#include <utility>
 
 #include "encoding/special_units.h"
 #include "support/utf.h"
@@ -114,7 +113,10 @@ std::uint32_t StreamConverter::Core::convertStaged(std::uint32_t length, bool la
   const unsigned char* const begin = m_stage->text().getData2();
   const unsigned char* const end = begin + m_stage->text().getSize();
   m_text = begin;
-  const unsigned char* done = begin + std::exchange(m_repeated, 0);
+  // Where a stream goes on, the source may come in smaller pieces than before.
+  const std::uint32_t repeated = std::min(m_repeated, m_stage->text().getSize());
+  m_repeated -= repeated;
+  const unsigned char* done = begin + repeated;
   m_counted = done;
   std::uint32_t copied = 0;
   for (std::uint32_t i = 0; i < m_stage->marks().size(); ++i) {

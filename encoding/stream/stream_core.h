@@ -52,6 +52,7 @@ class StreamConverter::Core final : private CodecTarget::Client {
   // ---- The beginning. ----
   bool isSame() const { return m_settings.from == m_settings.to; }
   StreamStatus open(int from);
+  bool isPlace(const StreamPlace& place) const;
   bool openComposer();
   bool isUndecided(std::string_view head, bool last) const;
   StreamStatus beginText(std::string_view head);

@@ -8,7 +8,8 @@
 
 // Who goes on gives the source again from settled on; where both sides have a codec, that is right
 // only if nothing waits. A place that only has hasBegun set is one in the middle of a text: a byte
-// order mark there is a character, and none is written.
+// order mark there is a character, and none is written. What is no place of the encodings at hand,
+// such as one of others, is refused when a stream is to begin there.
 struct StreamPlace {
   std::uint64_t settled = 0;   // bytes of the source, from the beginning of the stream, that are
                                // done with: nothing of them waits

@@ -224,7 +224,7 @@ PyObject* stepResult(PyObject* result, const CodecCall& call, PyObject* state) {
 PyObject* decodeStep(PyObject* self, PyObject* const* given, Py_ssize_t count) {
   CodecCall call = callOf(codecOf(self));
   HeldBuffer buffer;
-  if (!readStep(given, count, call) || !placeOfNumber(given[3], call.place) ||
+  if (!readStep(given, count, call) || !placeOfNumber(*call.entry, given[3], call.place) ||
       !buffer.hold(given[0])) {
     return nullptr;
   }

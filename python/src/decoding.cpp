@@ -219,7 +219,7 @@ PyObject* Decoding::run() {
     const Step step = convertSegment();
     m_lock.takeBack();
     if (step == Step::kFailure) {
-      failMemory();
+      raiseFailure(m_stream->status());
       return nullptr;
     }
     if (step == Step::kEnd) break;

@@ -8,6 +8,15 @@ BuiltinErrors builtinErrors(const char* errors) {
   return name == "replace" ? BuiltinErrors::kReplace : BuiltinErrors::kOther;
 }
 
+void raiseFailure(StreamStatus status) {
+  if (PyErr_Occurred() != nullptr) return;
+  if (status == StreamStatus::kMisuse) {
+    PyErr_SetString(PyExc_UnicodeError, "the state is none of this encoding");
+  } else {
+    PyErr_NoMemory();
+  }
+}
+
 bool CallErrors::ask(Reference& result) {
   if (m_handler == nullptr) m_handler.reset(PyCodec_LookupError(m_errors));
   if (m_handler == nullptr) return false;

@@ -5,11 +5,16 @@
 #include <cstddef>
 #include <string_view>
 
+#include "encoding/stream/stream_converter.h"
 #include "python/src/interpreter.h"
 
 // The handlers that need not be asked.
 enum class BuiltinErrors : unsigned char { kStrict, kIgnore, kReplace, kOther };
 BuiltinErrors builtinErrors(const char* errors);
+
+// Raises what is to be raised where a stream failed, if there is no exception yet: the state that
+// it should begin in may be none.
+void raiseFailure(StreamStatus status);
 
 // Where the conversion goes on, and what is written for what is left out: str, or when encoding
 // bytes as well.

@@ -42,7 +42,7 @@ PyObject* numberOfPlace(const EncodingEntry& entry, const StreamPlace& place) {
                              pySize(count), "little");
 }
 
-bool placeOfNumber(PyObject* number, StreamPlace& place) {
+bool placeOfNumber(const EncodingEntry& entry, PyObject* number, StreamPlace& place) {
   if (!PyLong_Check(number)) {
     PyErr_SetString(PyExc_TypeError, "the state must be an int");
     return false;
@@ -57,12 +57,13 @@ bool placeOfNumber(PyObject* number, StreamPlace& place) {
   std::memcpy(bytes, PyBytes_AS_STRING(packed.get()), kBytes);
   place.hasBegun = true;
   place.isOtherOrder = (bytes[0] & kOtherOrder) != 0;
+  place.repeated = load(bytes + 8);
+  if (entry.isStateless) return true;
   place.state.shiftedOut = (bytes[0] & kShiftedOut) != 0;
   place.state.headerWritten = (bytes[0] & kHeaderWritten) != 0;
   place.state.set = bytes[1];
   place.state.bitCount = bytes[2];
   place.state.bits = load(bytes + 4);
-  place.repeated = load(bytes + 8);
   for (std::size_t i = 0; i < place.state.windows.size(); ++i) {
     place.state.windows[i] = load(bytes + 12 + 4 * i);
   }
@@ -101,7 +102,7 @@ PyObject* numberOfPythonPlace(const EncodingEntry& entry, const StreamPlace& pla
 }
 
 bool placeOfPythonNumber(const EncodingEntry& entry, PyObject* number, StreamPlace& place) {
-  if (!hasPythonState(entry) || !PyLong_Check(number)) return placeOfNumber(number, place);
+  if (!hasPythonState(entry) || !PyLong_Check(number)) return placeOfNumber(entry, number, place);
   const unsigned long long packed = PyLong_AsUnsignedLongLong(number);
   if (PyErr_Occurred() != nullptr) return false;
   place = {};

@@ -7,8 +7,9 @@
 // 0 for the beginning of a text, and for every place in a text without a state. Null with an
 // exception.
 PyObject* numberOfPlace(const EncodingEntry& entry, const StreamPlace& place);
-// False, with an exception, for what numberOfPlace() does not give.
-bool placeOfNumber(PyObject* number, StreamPlace& place);
+// False, with an exception, for what is no number, or too large. Whether it is one of a place in
+// the encoding is told by who goes on there; encodings without a state take any, as Python's do.
+bool placeOfNumber(const EncodingEntry& entry, PyObject* number, StreamPlace& place);
 
 // Whether the encoding is one of those of ISO 2022 that are Python's.
 bool hasPythonState(const EncodingEntry& entry);

@@ -215,6 +215,37 @@ def test_pieces_give_the_text_of_the_whole():
         decoder.decode(b"", True)
 
 
+def test_states_that_are_none():
+    choose = random.Random(31)
+    refused = 0
+    for name in ("utf-7", "scsu", "bocu-1", "gsm-packed", "iso-2022-jp", "iso-2022-jp-2", "hz",
+                 "iso-2022-kr", "iso-2022-cn-ext", "marc-8", "ibm939", "x-iscii-be", "compound_text",
+                 "python:iso2022_jp", "euc-jp"):  # fmt: skip
+        decoder, encoder = encconv.Decoder(name, "ignore"), encconv.Encoder(name, "ignore")
+        data = encconv.encode("aé日 क Ж", name, "ignore")
+        ways = (
+            (decoder, lambda number: (b"", number), lambda: decoder.decode(data)),
+            # Of an encoder, the lowest byte says that nothing is pending.
+            (encoder, lambda number: number << 8, lambda: encoder.encode("aé日 क Ж")),
+        )
+        for codec, state_of, convert in ways * 200:
+            codec.reset()
+            whole = convert()
+            before = codec.getstate()
+            try:
+                codec.setstate(state_of(choose.getrandbits(choose.randint(1, 44 * 8))))
+            except OverflowError:
+                pass
+            except UnicodeError as error:
+                assert str(error) == "the state is none of this encoding"
+                assert codec.getstate() == before
+                refused += 1
+            convert()
+            codec.reset()
+            assert convert() == whole, name
+    assert refused > 2000
+
+
 def test_files(tmp_path):
     path = tmp_path / "text"
     for encoding in ("ibm1047", "iso-2022-jp", "utf-16", 930):
