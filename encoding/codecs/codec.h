@@ -43,7 +43,7 @@ constexpr bool hasOnly(CodecState state, const CodecState& members) {
 // latched in out and the whole piece counts as used. No codec keeps anything between calls but the
 // state: any thread may call.
 struct Codec {
-  static constexpr unsigned int kMaxRest = 8;
+  static constexpr unsigned int kMaxRest = 17;
 
   // One direction: an algorithm, and what drives it, which is constant and of a type that the
   // algorithm knows (the mapping tables of this encoding, its escape sequences), or null.

@@ -144,14 +144,11 @@ struct Reader : Direction<UnitReader> {
   }
 
   bool readDesignation() {
-    constexpr std::ptrdiff_t kLongest = 16;
+    constexpr std::ptrdiff_t kLongest = Codec::kMaxRest - 1;
     std::ptrdiff_t length = 2;
     for (;; ++length) {
       if (length > kLongest) return refuse(1);
-      if (length > left()) {
-        // No more can wait.
-        return last ? refuseRest() : left() >= std::ptrdiff_t{Codec::kMaxRest} && refuse(1);
-      }
+      if (length > left()) return refuseRest();
       if (isFinal(p[length - 1])) break;
       if (hasEdition() && length < left() && p[length - 1] == '&' && p[length] == '@') length += 2;
     }
