@@ -67,7 +67,7 @@ struct Walk {
   std::vector<StreamPlace> places;  // at the cuts, of which the last is the end of the source
 };
 
-// Converts a source by a new stream for each piece, which is given what waits before it.
+// Converts a source by a new stream for each piece, which is given what waits byte by byte.
 Walk walk(const StreamSettings& settings, const std::string& source, Random& random) {
   Walk walk;
   StreamConverter converter;
@@ -80,7 +80,9 @@ Walk walk(const StreamSettings& settings, const std::string& source, Random& ran
     done += size;
     DataBuffer out;
     EXPECT_EQ(converter.begin(settings, place), StreamStatus::kGood);
-    EXPECT_EQ(converter.push(bytesOf(left), left.size(), out), StreamStatus::kGood);
+    for (const char& byte : left) {
+      EXPECT_EQ(converter.push(bytesOf({&byte, 1}), 1, out), StreamStatus::kGood);
+    }
     place = converter.place();
     walk.places.push_back(place);
     left.erase(0, static_cast<std::size_t>(place.settled));
@@ -191,9 +193,12 @@ TEST(StreamPlaces, AreWhereAnotherStreamGoesOn) {
           expectPlaces(settingsFor(row.number, row.number, "drop"), source);
         }
         const Walk parts = walk(settings, source, random);
-        const std::string whole = stream(settings, source).text;
+        const std::string whole = stream(settings, source, [] { return 1; }).text;
         ASSERT_EQ(parts.text, whole);
-        ASSERT_EQ(stream(settings, source, [] { return 1; }).text, whole);
+        // Marks behind a character without a place are judged with more of the text in sight.
+        if (settings.to == 1200) {
+          ASSERT_EQ(stream(settings, source).text, whole);
+        }
         places.insert(places.end(), parts.places.begin(), parts.places.end());
       }
       for (int round = hasStates ? 200 : 4; round != 0; --round) {

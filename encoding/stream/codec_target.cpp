@@ -61,12 +61,6 @@ bool CodecTarget::emit(const Text& text, Behind behind, Output& out) {
   std::uint32_t done = 0;
   for (std::uint32_t i = 0; i < result.misfits.size(); ++i) {
     const ReplacedInput& misfit = result.misfits[i];
-    // Behind a character that was taken out the next one may have a place.
-    if (i != 0 && misfit.offset == done) {
-      done += misfit.length;
-      if (!emit(text.slice(misfit.offset, done), Behind::kMore, out)) return false;
-      continue;
-    }
     if (misfit.offset != done && !emit(text.slice(done, misfit.offset), Behind::kMisfit, out)) {
       return false;
     }
