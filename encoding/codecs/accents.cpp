@@ -50,15 +50,14 @@ struct Reader : Direction<UnitReader> {
     return true;
   }
 
-  // Most of a text: characters, and letters with one accent that are a character together.
-  void copyInFront(const unsigned char* stop) {
-    const Entry* const root = table.root();
+  // Most of a text: characters of one unit. readEntry() moves over one, and gives its entry.
+  template <class ReadEntry>
+  void copyUnits(const unsigned char* stop, ReadEntry readEntry) {
     const unsigned char* in = p;
     unsigned char* to = dest;
     for (; in < stop; to += 2) {
-      Entry entry = root[*in];
-      const unsigned char* next = in + 1;
-      if (isNode(entry) && next < end) entry = composedOf(*in, *next++);
+      const unsigned char* next = in;
+      const Entry entry = readEntry(next);
       if (!isUnit(entry)) break;
       storeLow(to, static_cast<std::uint16_t>(entry));
       in = next;
@@ -66,23 +65,23 @@ struct Reader : Direction<UnitReader> {
     p = in;
     dest = to;
   }
+  // Single bytes, and letters with one accent that are a character together.
+  void copyInFront(const unsigned char* stop) {
+    copyUnits(stop, [this, root = table.root()](const unsigned char*& at) {
+      const unsigned char byte = *at++;
+      return isNode(root[byte]) && at < end ? composedOf(byte, *at++) : root[byte];
+    });
+  }
   void copyBehind(const unsigned char* stop) {
-    const Entry* const root = table.root();
-    const unsigned char* in = p;
-    unsigned char* to = dest;
-    for (; in < stop; to += 2) {
-      Entry entry = root[*in];
-      const unsigned char* next = in + 1;
-      if (!isUnit(entry) || (next == end && !last)) break;
-      if (next < end && isNode(root[*next])) {
-        const Entry composed = composedOf(*next, *in);
-        if (isUnit(composed)) entry = composed, ++next;
-      }
-      storeLow(to, static_cast<std::uint16_t>(entry));
-      in = next;
-    }
-    p = in;
-    dest = to;
+    copyUnits(stop, [this, root = table.root()](const unsigned char*& at) {
+      const unsigned char byte = *at++;
+      if (at == end) return last ? root[byte] : CodeTable::kNothing;
+      if (!isUnit(root[byte]) || !isNode(root[*at])) return root[byte];
+      const Entry composed = composedOf(*at, byte);
+      if (!isUnit(composed)) return root[byte];
+      ++at;
+      return composed;
+    });
   }
   // Nothing where they are two characters, or the letter is a control character.
   Entry composedOf(unsigned char accent, unsigned char letter) const {
