@@ -23,7 +23,7 @@ check="clang-format"
 iconv="musl-tools patchelf php-cli libtext-iconv-perl git libxml2-utils vim man-db libarchive-tools
        unzip mutt libglib2.0-tests bsdutils python3"
 docs="doxygen"
-fuzz="$build clang"
+fuzz="$build clang libclang-rt-14-dev"
 python="$build ccache python3 python3-dev python3-venv libpython3.11-testsuite"
 spark="$python libcli11-dev default-jre-headless util-linux procps"
 cross="g++ cmake ninja-build python3 qemu-user"
