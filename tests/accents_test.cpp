@@ -196,4 +196,31 @@ TEST(Accents, AreReportedByStreams) {
   EXPECT_EQ(written.errors[1].offset, 8u);
 }
 
+// A mark joins no letter across a character that has no place, whatever that is treated as.
+TEST(Accents, AreTreatedAlikeHoweverTheTextIsCut) {
+  const StreamSettings dropping = settingsFor(1200, kIso6937, "drop");
+  EXPECT_EQ("SNA", stream(dropping, utf16(u"SN\u0305\u0308\u0308A"), [] { return 1; }).text);
+  // Besides those above: 1258, Big5-HKSCS, JIS X 0213 in three forms, 1390, Johab of the standard.
+  std::vector<int> targets = {1258, 200706, 200723, 200724, 200730, 1390, 200453};
+  targets.insert(targets.end(), std::begin(kEncodings), std::end(kEncodings));
+  const std::vector<char16_t> letters = {u'N',      u'e',      u'\x00CA', u'\x304B', u'\x0436',
+                                         u'\x02E9', u'\x1112', u'\x1161', u' ',      u'\x0304',
+                                         u'\x0308', u'\x0301', u'\x0305', u'\x309A', u'\x02E5',
+                                         u'\x11A8', u'\x20AC', u'\x1B'};
+  std::minstd_rand0 random(12);
+  for (const int target : targets) {
+    for (const char* treatment :
+         {"drop", "substitute", "hex", "best-fit,drop", "translit,drop", "compose,hex"}) {
+      SCOPED_TRACE(std::to_string(target) + " " + treatment);
+      const StreamSettings settings = settingsFor(1200, target, treatment);
+      for (int i = 0; i < 100; ++i) {
+        std::u16string text;
+        for (int j = 0; j < 10; ++j) text += letters[random() % letters.size()];
+        ASSERT_EQ(stream(settings, utf16(text)), stream(settings, utf16(text), [] { return 1; }))
+            << hex(utf16(text));
+      }
+    }
+  }
+}
+
 }  // namespace

@@ -127,12 +127,41 @@ std::uint32_t CodecTarget::run(const unsigned char* bytes, std::uint32_t count, 
   return m_codec.write(bytes, count, last, m_state, m_written, &misfits);
 }
 
+// Writes the letter, with its marks, that only waits for more marks. Its own first character stands
+// behind it for that: it joins nothing in front of it, takes no shift that the letter has not
+// taken, and waits itself. What waits for another reason stays: an ESC, and what no codec joins
+// marks to.
+void CodecTarget::closeRest(const unsigned char* bytes, std::uint32_t count, Result& result) {
+  const std::uint32_t rest = count - result.used;
+  if (m_codec.codePage != kUtf16Le || !result.misfits.isEmpty() || rest < 2) return;
+  const unsigned char* const letter = bytes + result.used;
+  const bool isPair = rest >= 4 && isInsideCharacter(letter, 2);
+  if (letter[0] == kEscape && letter[1] == 0) return;
+  DataBuffer twice;
+  twice.append(letter, rest);
+  twice.append(letter, isPair ? 4 : 2);
+  if (twice.hasFailed()) return m_written.latchFailure();
+  const CodecState before = m_state;
+  const unsigned int written = m_written.getSize();
+  ReplacementRows misfits(result.misfits);
+  const unsigned int used =
+      m_codec.write(twice.getData2(), twice.getSize(), false, m_state, m_written, &misfits);
+  if (used == rest && result.misfits.isEmpty()) {
+    result.used = count;
+    return;
+  }
+  result.misfits.clear();
+  m_written.truncate(written);
+  m_state = before;
+}
+
 bool CodecTarget::encode(const unsigned char* bytes, std::uint32_t count, Behind behind,
                          Output& out, Result& result) {
   const bool last = behind == Behind::kNothing;
   const CodecState before = m_state;
   result.used = run(bytes, count, last, result);
   if (last && m_codec.resume != nullptr) m_codec.resume(before, result.used != 0, m_state);
+  if (behind == Behind::kMisfit) closeRest(bytes, count, result);
   const std::uint32_t waiting = firstToWait(bytes, result.used, count, behind);
   if (result.misfits.isEmpty() && waiting < result.used) {
     m_state = before;

@@ -13,7 +13,8 @@
 // What stands behind a text that is to be written.
 enum class Behind : unsigned char {
   kMore,     // not known yet
-  kMisfit,   // a character that has no place; what becomes of it is not known yet
+  kMisfit,   // a character that has no place; what becomes of it is not known yet, but no mark
+             // behind it joins a letter in front of it
   kNothing,  // nothing that this text may be read together with
 };
 
@@ -42,7 +43,7 @@ class CodecTarget {
   }
   // Writes a treatment's own text, of which nothing is treated again.
   bool writeTreatment(const unsigned char* bytes, std::uint32_t count, Output& out) {
-    return emit({bytes, count, nullptr, 0, true, 0}, Behind::kMore, out);
+    return emit({bytes, count, nullptr, 0, true, 0}, Behind::kMisfit, out);
   }
   // Writes what waits: nothing follows that it may be read together with.
   bool flush(Output& out) { return emit({nullptr, 0, nullptr, 0, true, 0}, Behind::kNothing, out); }
@@ -87,6 +88,7 @@ class CodecTarget {
   bool encode(const unsigned char* bytes, std::uint32_t count, Behind behind, Output& out,
               Result& result);
   std::uint32_t run(const unsigned char* bytes, std::uint32_t count, bool last, Result& result);
+  void closeRest(const unsigned char* bytes, std::uint32_t count, Result& result);
 
   const Codec& m_codec;
   Client& m_client;

@@ -420,9 +420,11 @@ void StreamConverter::Core::writeInstead(std::u32string_view text, Piece& piece)
 // The same for one that only the target's codec lacks.
 bool StreamConverter::Core::writeInstead(const StreamError& error, std::u32string_view text) {
   reportInstead(error, text);
-  unsigned char bytes[fast::Repertoire::kMaxBytes];
-  for (const char32_t other : text) {
-    if (!m_target->writeTreatment(bytes, m_repertoire.write(other, bytes), *m_out)) fail();
+  DataBuffer bytes;  // of all: a letter and its mark may have one code
+  unsigned char form[fast::Repertoire::kMaxBytes];
+  for (const char32_t other : text) bytes.append(form, m_repertoire.write(other, form));
+  if (bytes.hasFailed() || !m_target->writeTreatment(bytes.getData2(), bytes.getSize(), *m_out)) {
+    fail();
   }
   return m_status == StreamStatus::kGood;
 }
