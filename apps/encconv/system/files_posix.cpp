@@ -41,6 +41,14 @@ FileStatus statusOf(const struct stat& found) {
   return status;
 }
 
+// Makes a system call again that a signal interrupted.
+template <class Call>
+auto uninterrupted(Call call) {
+  auto result = call();
+  while (result < 0 && errno == EINTR) result = call();
+  return result;
+}
+
 // The permissions that a new file gets; asked while the process has one thread, since it can be
 // asked only by setting it.
 const mode_t kDefaultMode = [] {
@@ -76,9 +84,14 @@ bool isReadable(const std::string& name) { return access(name.c_str(), R_OK) == 
 
 bool isWritable(const std::string& name) { return access(name.c_str(), W_OK) == 0; }
 
-int openToRead(const std::string& name) { return ::open(name.c_str(), O_RDONLY | O_CLOEXEC); }
+// Opening a pipe waits for its other end.
+int openToRead(const std::string& name) {
+  return uninterrupted([&] { return ::open(name.c_str(), O_RDONLY | O_CLOEXEC); });
+}
 
-int openToWrite(const std::string& name) { return ::open(name.c_str(), O_WRONLY | O_CLOEXEC); }
+int openToWrite(const std::string& name) {
+  return uninterrupted([&] { return ::open(name.c_str(), O_WRONLY | O_CLOEXEC); });
+}
 
 int openTemporary(const std::string& path, std::string& temporary) {
   temporary = path + ".XXXXXX";
@@ -95,23 +108,15 @@ void close(int fd) { ::close(fd); }
 bool closeWritten(int fd) { return ::close(fd) == 0; }
 
 std::ptrdiff_t read(int fd, std::span<unsigned char> buffer) {
-  ssize_t got = 0;
-  do {
-    got = ::read(fd, buffer.data(), buffer.size());
-  } while (got < 0 && errno == EINTR);
-  return got;
+  return uninterrupted([&] { return ::read(fd, buffer.data(), buffer.size()); });
 }
 
 std::ptrdiff_t readAt(int fd, std::span<unsigned char> buffer, std::int64_t offset) {
-  return pread(fd, buffer.data(), buffer.size(), offset);
+  return uninterrupted([&] { return pread(fd, buffer.data(), buffer.size(), offset); });
 }
 
 std::ptrdiff_t write(int fd, std::string_view bytes) {
-  ssize_t written = 0;
-  do {
-    written = ::write(fd, bytes.data(), bytes.size());
-  } while (written < 0 && errno == EINTR);
-  return written;
+  return uninterrupted([&] { return ::write(fd, bytes.data(), bytes.size()); });
 }
 
 bool writeText(int fd, std::string_view text) {
