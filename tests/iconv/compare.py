@@ -1,11 +1,11 @@
 #!/usr/bin/env python3
 """Sets what calls.c prints with the C library's iconv beside what it prints with ours.
 
-    compare.py THEIRS OURS...
+    compare.py PROCESSOR THEIRS OURS...
 
 THEIRS and OURS are built programs; a program of ours may be given several times, linked with
 different C libraries: all must print the same. Each difference needs a reason in differences.txt,
-and each reason a difference. Ends with status 1 otherwise.
+and each reason for PROCESSOR a difference. Ends with status 1 otherwise.
 """
 
 import pathlib
@@ -24,19 +24,21 @@ def sums(program):
     return dict(line.rsplit(" ", 1) for line in run(program).splitlines())
 
 
-def read_reasons():
+def read_reasons(processor):
     path = pathlib.Path(__file__).with_name("differences.txt")
     lines = path.read_text(encoding="utf-8").splitlines()
     rows = [line.split(None, 1) for line in lines if line and not line.startswith("#")]
-    return [(re.compile(pattern), reason) for pattern, reason in rows]
+    rows = [(*pattern.rpartition("@"), reason) for pattern, reason in rows]
+    return [(re.compile(pattern), reason) for only, _, pattern, reason in rows
+            if only in ("", processor)]
 
 
 def main():
-    theirs_program, ours_program, *others = sys.argv[1:]
+    processor, theirs_program, ours_program, *others = sys.argv[1:]
     theirs, ours = sums(theirs_program), sums(ours_program)
     failures = [f"{other} prints something else than {ours_program}" for other in others
                 if sums(other) != ours]
-    reasons = read_reasons()
+    reasons = read_reasons(processor)
     used = [0] * len(reasons)
     unexplained = []
     differences = [case for case in theirs | ours if theirs.get(case) != ours.get(case)]
