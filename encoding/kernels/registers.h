@@ -22,6 +22,7 @@
 //   joinParts(first, second)  16 bytes each, as one register
 //   joinBytes(low, high, first, second)   all units of these low and high bytes, in order
 //   loadWidened(p, a)         bytes from memory as units or scalars
+//   loadPlace<n>(p, a)        a unit from memory, as the n-th of eight
 //   widenLow(a), widenHigh(a) the first and the second half of the units of a, as scalars
 //   storeScalars(units, p)    eight units as scalars, to memory
 //   narrow(a, b)              the lanes of both, in order, in half the width; saturating, and for

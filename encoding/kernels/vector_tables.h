@@ -228,6 +228,15 @@ struct Utf16ToSingleByte {
   }
 };
 
+// What a table of 65536 has for four keys, in the places from n on.
+template <int n>
+inline void lookUpFour(const std::uint16_t* table, std::uint64_t keys, Units16& found) {
+  loadPlace<n>(table + (keys & 0xFFFF), found);
+  loadPlace<n + 1>(table + (keys >> 16 & 0xFFFF), found);
+  loadPlace<n + 2>(table + (keys >> 32 & 0xFFFF), found);
+  loadPlace<n + 3>(table + (keys >> 48), found);
+}
+
 template <class V>
 struct Utf16ToDoubleByte {
   static constexpr std::ptrdiff_t kBlock = 2 * V::kSize;
@@ -241,18 +250,32 @@ struct Utf16ToDoubleByte {
       out += V::kSize;
       return true;
     }
-    constexpr unsigned int kUnits = 16;
-    for (unsigned int i = 0; i < kUnits; ++i) {
-      const unsigned int code = table.codes[getUnit(in + 2 * i)];
-      if (code == 0) {
-        in += 2 * i;
-        return false;
-      }
+    return eight(in, out) && eight(in, out);
+  }
+
+  // How long each code is decides nothing but a shuffle.
+  bool eight(const Byte*& in, Byte*& out) const {
+    const auto units = Bytes16::load(in);
+    Units16 codes = 0;
+    lookUpFour<0>(table.codes, half<0>(units), codes);
+    lookUpFour<4>(table.codes, half<1>(units), codes);
+    if (equal(codes, 0).any()) return upToFree(in, out);
+    const auto isSingle = isAtMost(codes, 0xFF);
+    const unsigned int singles = eightBits<0>(isSingle);
+    const auto bytes = as<Bytes16>(select(isSingle, codes << 8, codes));
+    lookup16(bytes, Bytes16::load(kOneOrTwo.control[singles])).store(out);
+    in += 16;
+    out += 16 - countBits(singles);
+    return true;
+  }
+
+  bool upToFree(const Byte*& in, Byte*& out) const {
+    while (const unsigned int code = table.codes[getUnit(in)]) {
       storeUnit(out, static_cast<std::uint16_t>(code));
+      in += 2;
       out += code > 0xFF ? 2 : 1;
     }
-    in += 2 * kUnits;
-    return true;
+    return false;
   }
 };
 
@@ -333,16 +356,19 @@ struct DoubleByteWork {
 
   // A block of pairs alone.
   bool pairs(const Byte*& in, Byte*& out) const {
-    COMPILER_UNROLL_8
-    for (unsigned int i = 0; i < kBytes; i += 2) {
-      if (!look(in + i, out + i)) {
-        in += i;
-        out += i;
+    for (unsigned int i = 0; i < kBytes; i += 16) {
+      const auto keys = Bytes16::load(in);
+      Units16 units = 0;
+      lookUpFour<0>(table.units, half<0>(keys), units);
+      lookUpFour<4>(table.units, half<1>(keys), units);
+      if (equal(units, 0).any()) {
+        while (look(in, out)) in += 2, out += 2;
         return false;
       }
+      units.store(out);
+      in += 16;
+      out += 16;
     }
-    in += kBytes;
-    out += kBytes;
     return true;
   }
 
@@ -355,19 +381,16 @@ struct DoubleByteWork {
       const unsigned int back = kIsShort && i == 8 ? 7 : 0;  // not to read beyond the block
       const Bytes16 control = Bytes16::load(kItemsAt.control[mask]) + back;
       const Bytes16 keys = lookup16(Bytes16::load(in - back), control);
-      std::uint64_t key = half<0>(keys);
-      unsigned int done = 0;
-      for (; done < 4; ++done, key >>= 16) {
-        if (!lookKey(key, out + 2 * done)) return stopAt(mask, done, in, out);
-      }
-      key = half<1>(keys);
-      for (; done < 5; ++done, key >>= 16) {
-        if (!lookKey(key, out + 2 * done)) return stopAt(mask, done, in, out);
-      }
       const unsigned int count = countBits(mask);
-      for (; done < count; ++done, key >>= 16) {
-        if (!lookKey(key, out + 2 * done)) return stopAt(mask, done, in, out);
+      Units16 units = 1;
+      lookUpFour<0>(table.units, half<0>(keys), units);
+      if (count > 5) {
+        lookUpFour<4>(table.units, half<1>(keys), units);
+      } else {
+        loadPlace<4>(&table.units[half<1>(keys) & 0xFFFF], units);
       }
+      units.store(out);
+      if (equal(units, 0).any()) return stopAt(mask, in, out);
       in += 8;
       out += 2 * count;
     }
@@ -375,16 +398,12 @@ struct DoubleByteWork {
     return true;
   }
 
-  bool lookKey(std::uint64_t key, Byte* out) const {
-    const std::uint16_t unit = table.units[key & 0xFFFF];
-    storeUnit(out, unit);
-    return unit != 0;
-  }
-
-  // Only the first of repeated keys can be the one without a unit.
-  static bool stopAt(unsigned int mask, unsigned int done, const Byte*& in, Byte*& out) {
-    out += 2 * done;
-    for (; done != 0; --done) mask &= mask - 1;
+  // Moves to the first of the characters at the places of a mask that has no unit.
+  bool stopAt(unsigned int mask, const Byte*& in, Byte*& out) const {
+    while (look(in + firstBit(mask), out)) {
+      mask &= mask - 1;
+      out += 2;
+    }
     in += firstBit(mask);
     return false;
   }

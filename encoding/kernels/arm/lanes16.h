@@ -73,6 +73,10 @@ inline void loadWidened(const void* p, Scalars16& a) {
   std::memcpy(&bytes, p, sizeof bytes);
   a = Scalars16(vmovl_u16(vget_low_u16(vmovl_u8(vcreate_u8(bytes)))));
 }
+template <int n>
+inline void loadPlace(const std::uint16_t* p, Units16& a) {
+  a = Units16(vld1q_lane_u16(p, raw(a), n));
+}
 inline Scalars16 widenLow(Units16 a) { return Scalars16(vmovl_u16(vget_low_u16(raw(a)))); }
 inline Scalars16 widenHigh(Units16 a) { return Scalars16(vmovl_high_u16(raw(a))); }
 inline void storeScalars(Units16 a, void* p) {

@@ -70,6 +70,10 @@ inline void loadWidened(const void* p, Scalars16& a) {
   const v128_t units = wasm_u16x8_extend_low_u8x16(wasm_v128_load32_zero(p));
   a = Scalars16(wasm_u32x4_extend_low_u16x8(units));
 }
+template <int n>
+inline void loadPlace(const std::uint16_t* p, Units16& a) {
+  a = Units16(wasm_v128_load16_lane(p, raw(a), n));
+}
 inline Scalars16 widenLow(Units16 a) { return Scalars16(wasm_u32x4_extend_low_u16x8(raw(a))); }
 inline Scalars16 widenHigh(Units16 a) { return Scalars16(wasm_u32x4_extend_high_u16x8(raw(a))); }
 inline void storeScalars(Units16 a, void* p) {

@@ -66,6 +66,10 @@ inline void loadWidened(const void* p, Units16& a) {
 inline void loadWidened(const void* p, Scalars16& a) {
   a = Scalars16(_mm_cvtepu8_epi32(_mm_loadu_si32(p)));
 }
+template <int n>
+inline void loadPlace(const std::uint16_t* p, Units16& a) {
+  a = Units16(_mm_insert_epi16(raw(a), *p, n));
+}
 inline Scalars16 widenLow(Units16 a) { return as<Scalars16>(interleaveLow(a, 0)); }
 inline Scalars16 widenHigh(Units16 a) { return as<Scalars16>(interleaveHigh(a, 0)); }
 inline void storeScalars(Units16 a, void* p) {
