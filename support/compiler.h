@@ -17,8 +17,6 @@
 #define COMPILER_FLATTEN [[gnu::flatten]]
 // In front of a function: it is called when the library that it is in has been loaded.
 #define COMPILER_AT_LOAD [[gnu::constructor]]
-// In front of a loop: it is written out eight times.
-#define COMPILER_UNROLL_8 _Pragma("GCC unroll 8")
 // Has the memory at an address fetched, which will be written.
 #define COMPILER_EXPECT_WRITE(address) __builtin_prefetch(address, 1)
 // Whether the processor has something, by its usual name in lower case.
@@ -47,7 +45,6 @@ struct CompilerVector {
 #define COMPILER_NO_INLINE [[msvc::noinline]]
 #define COMPILER_INLINE [[msvc::forceinline]]
 #define COMPILER_FLATTEN [[msvc::flatten]]
-#define COMPILER_UNROLL_8
 #define COMPILER_EXPECT_WRITE(address) static_cast<void>(address)
 #define COMPILER_CPU_HAS(name) false
 inline std::uint32_t compilerSwapBytes(std::uint32_t number) { return _byteswap_ulong(number); }

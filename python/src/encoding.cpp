@@ -17,28 +17,33 @@ struct Characters {
   const unsigned char* data = nullptr;
   std::size_t count = 0;
   std::size_t width = 1;  // bytes of each
+  std::size_t ascii = 0;  // how many are ASCII, where the width is 2
 
   int codePage() const {
     return width == 1 ? kHostUnits.bytes : width == 2 ? kHostUnits.utf16 : kHostUnits.utf32;
   }
 };
 
-bool hasSurrogates(const Py_UCS2* units, std::size_t count) {
-  unsigned int found = 0;
-  for (std::size_t i = 0; i < count; ++i) found |= (units[i] & 0xF800u) == 0xD800u ? 1u : 0u;
-  return found != 0;
-}
+// What has to be known of units before they are converted, told in one go over them, by numbers
+// of sixteen bits: as many of them stand in a register as units.
+struct UnitCounts {
+  std::size_t ascii = 0;
+  bool hasSurrogates = false;
+};
 
-std::size_t countAscii(const Py_UCS2* units, std::size_t count) {
-  constexpr std::size_t kBlock = 32768;  // so that a count has sixteen bits, as a unit
-  std::size_t all = 0;
+UnitCounts countsOf(const Py_UCS2* units, std::size_t count) {
+  constexpr std::size_t kBlock = 32768;  // may be counted in sixteen bits
+  UnitCounts all;
   for (std::size_t i = 0; i < count; i += kBlock) {
     const std::size_t end = std::min(count, i + kBlock);
-    std::uint16_t ascii = 0;
+    std::uint16_t ascii = 0, surrogates = 0;
     for (std::size_t j = i; j < end; ++j) {
       ascii = static_cast<std::uint16_t>(ascii + (units[j] < 0x80 ? 1 : 0));
+      const auto fromFirst = static_cast<std::uint16_t>(units[j] - 0xD800);
+      surrogates = static_cast<std::uint16_t>(surrogates + (fromFirst < 0x800 ? 1 : 0));
     }
-    all += ascii;
+    all.ascii += ascii;
+    all.hasSurrogates |= surrogates != 0;
   }
   return all;
 }
@@ -55,8 +60,7 @@ std::size_t expectedBytes(const EncodingRow& row, const Characters& text) {
       if (text.width != 2 || text.count < kUnlockedBytes) {
         return text.count * std::min<std::size_t>(text.width, 2) + kSlack;
       }
-      const auto* const units = reinterpret_cast<const Py_UCS2*>(text.data);
-      return text.count * 2 - countAscii(units, text.count) + kSlack;
+      return text.count * 2 - text.ascii + kSlack;
     }
     case EncodingForm::kUtf16:
       return text.count * std::max<std::size_t>(text.width, 2) + kSlack;
@@ -123,8 +127,11 @@ Characters Encoding::charactersOf(PyObject* text) {
   all.data = static_cast<const unsigned char*>(PyUnicode_DATA(text));
   all.count = static_cast<std::size_t>(PyUnicode_GET_LENGTH(text));
   all.width = static_cast<std::size_t>(PyUnicode_KIND(text));
-  if (all.width != 2 || !hasSurrogates(PyUnicode_2BYTE_DATA(text), all.count)) return all;
+  if (all.width != 2) return all;
   const Py_UCS2* const units = PyUnicode_2BYTE_DATA(text);
+  const UnitCounts counts = countsOf(units, all.count);
+  all.ascii = counts.ascii;
+  if (!counts.hasSurrogates) return all;
   m_scalars.assign(units, units + all.count);
   all.data = reinterpret_cast<const unsigned char*>(m_scalars.data());
   all.width = 4;
@@ -332,7 +339,7 @@ PyObject* encodeShort(EncodingEntry& entry, PyObject* text) {
   const fast::Plan& plan = width == 1 ? *entry.writing1 : *entry.writing2;
   const auto* const data = static_cast<const unsigned char*>(PyUnicode_DATA(text));
   if (plan.whole == nullptr) return nullptr;
-  if (width == 2 && entry.mayHavePairs && hasSurrogates(PyUnicode_2BYTE_DATA(text), count)) {
+  if (width == 2 && entry.mayHavePairs && countsOf(PyUnicode_2BYTE_DATA(text), count).hasSurrogates) {
     return nullptr;
   }
   unsigned char bytes[fast::kShortOutput];
