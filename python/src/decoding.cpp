@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "encoding/codecs/codec.h"
 #include "encoding/plan.h"
 #include "python/src/codec_call.h"
 #include "python/src/error_handling.h"
@@ -193,16 +194,16 @@ bool Decoding::takeNarrow() {
   }
   const fast::Plan* const plan = m_entry.readingLatin1;
   if (plan != nullptr && plan->direct != nullptr) {
-    unsigned char block[16 * 1024];
     while (m_begin < m_size) {
-      const fast::KernelResult r =
-          plan->direct(*plan, m_data + m_begin, m_data + m_size, block, block + sizeof block);
-      const auto count = static_cast<std::size_t>(r.out - block);
+      const std::span<unsigned char> window = m_text.latin1Window();
+      const fast::KernelResult r = plan->direct(*plan, m_data + m_begin, m_data + m_size,
+                                                window.data(), window.data() + window.size());
+      const auto count = static_cast<std::size_t>(r.out - window.data());
       // A str that soon has to become wider is not begun.
       if (m_begin == 0 && count < kWorthwhile) break;
-      if (!m_text.appendLatin1(block, count)) return false;
+      if (!m_text.takeLatin1(count)) return false;
       m_begin = static_cast<std::size_t>(r.in - m_data);
-      if (sizeof block - count >= fast::kKernelSlack) break;
+      if (window.size() - count >= fast::kKernelSlack) break;
     }
   }
   m_call.place.hasBegun = m_call.place.hasBegun || m_begin != 0;
@@ -231,6 +232,18 @@ PyObject* Decoding::run() {
   return m_text.finish();
 }
 
+// By a codec alone, which saves beginning a stream. Null where the text is not clean.
+PyObject* decodeByCodec(const Codec& codec, const unsigned char* data, std::size_t size) {
+  alignas(32) unsigned char storage[fast::kShortOutput];
+  DataBuffer text;
+  text.lendStorage(storage, sizeof storage);
+  const Codec::Convert read = codec.readStrictly ? codec.readStrictly : codec.read;
+  if (!convertWhole(read, data, static_cast<std::int64_t>(size), text)) return nullptr;
+  const auto* const units = reinterpret_cast<const std::uint16_t*>(text.getData2());
+  const std::size_t count = text.getSize() / 2;
+  return hasSurrogates(units, count) ? nullptr : textOfUnits(units, count, false);
+}
+
 }  // namespace
 
 PyObject* decodeShort(EncodingEntry& entry, const unsigned char* data, std::size_t size) {
@@ -243,9 +256,9 @@ PyObject* decodeShort(EncodingEntry& entry, const unsigned char* data, std::size
     return text;
   }
   const fast::Plan& plan = *entry.reading;
-  if (size > fast::kShortBytes || plan.whole == nullptr || plan.mayBeginWithMark(data, size)) {
-    return nullptr;
-  }
+  if (size > fast::kShortBytes) return nullptr;
+  if (entry.codec != nullptr) return decodeByCodec(*entry.codec, data, size);
+  if (plan.whole == nullptr || plan.mayBeginWithMark(data, size)) return nullptr;
   alignas(32) unsigned char units[fast::kShortOutput];
   const unsigned char* const end = plan.whole(plan, data, size, units, units + sizeof units);
   if (end == nullptr) return nullptr;

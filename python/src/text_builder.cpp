@@ -11,16 +11,11 @@ namespace {
 
 constexpr Py_UCS4 kLargest[] = {0x7F, 0xFF, 0xFFFF, 0x10FFFF};  // by width
 
-std::uint16_t bitsOf(const std::uint16_t* units, std::size_t count) {
-  std::uint16_t bits = 0;
+template <typename Unit>
+Unit bitsOf(const Unit* units, std::size_t count) {
+  Unit bits = 0;
   for (std::size_t i = 0; i < count; ++i) bits |= units[i];
   return bits;
-}
-
-bool hasSurrogate(const std::uint16_t* units, std::size_t count) {
-  unsigned int found = 0;
-  for (std::size_t i = 0; i < count; ++i) found |= (units[i] & 0xF800u) == 0xD800u ? 1u : 0u;
-  return found != 0;
 }
 
 void narrow(const std::uint16_t* units, std::size_t count, unsigned char* to) {
@@ -62,8 +57,18 @@ Py_UCS4* joinPairs(const std::uint16_t* units, std::size_t count, Py_UCS4* to, s
 
 }  // namespace
 
+// By numbers of sixteen bits: as many of them stand in a register as units.
+bool hasSurrogates(const std::uint16_t* units, std::size_t count) {
+  std::uint16_t found = 0;
+  for (std::size_t i = 0; i < count; ++i) {
+    const auto fromFirst = static_cast<std::uint16_t>(units[i] - 0xD800);
+    found = static_cast<std::uint16_t>(found | (fromFirst < 0x800 ? 1 : 0));
+  }
+  return found != 0;
+}
+
 PyObject* textOfUnits(const std::uint16_t* units, std::size_t count, bool mayHavePairs) {
-  if (mayHavePairs && hasSurrogate(units, count)) {
+  if (mayHavePairs && hasSurrogates(units, count)) {
     int order = PY_BIG_ENDIAN ? 1 : -1;
     return PyUnicode_DecodeUTF16(reinterpret_cast<const char*>(units), pySize(count * 2),
                                  "surrogatepass", &order);
@@ -136,7 +141,7 @@ bool TextBuilder::widen(Width width, std::size_t more) {
 bool TextBuilder::takeBlock(const unsigned char* bytes, std::size_t count) {
   const auto* const units = reinterpret_cast<const std::uint16_t*>(bytes);
   const bool isWide =
-      m_width == kScalars || m_half != 0 || (m_mayHavePairs && hasSurrogate(units, count));
+      m_width == kScalars || m_half != 0 || (m_mayHavePairs && hasSurrogates(units, count));
   if (isWide) {
     if (!widen(kScalars, count + 1)) return false;
     bool hasLone = false;
@@ -177,7 +182,7 @@ bool TextBuilder::flush() {
   if (units == 0) return true;
   if (isBlock) return takeBlock(begin, units);
   const auto* const written = reinterpret_cast<const std::uint16_t*>(begin);
-  if (!m_mayHavePairs || !hasSurrogate(written, units)) {
+  if (!m_mayHavePairs || !hasSurrogates(written, units)) {
     m_size += units;
     return true;
   }
@@ -221,10 +226,8 @@ bool TextBuilder::append(PyObject* text) {
 }
 
 bool TextBuilder::appendLatin1(const unsigned char* bytes, std::size_t count, bool isAscii) {
-  unsigned char bits = 0;
-  if (!isAscii && m_width == kAscii) {
-    for (std::size_t i = 0; i < count; ++i) bits |= bytes[i];
-  }
+  const bool mayWiden = !isAscii && m_width == kAscii;
+  const unsigned int bits = mayWiden ? bitsOf(bytes, count) : 0;
   if (!widen(bits < 0x80 ? kAscii : kLatin1, count)) return false;
   if (m_width <= kLatin1) {
     std::memcpy(place(m_size), bytes, count);
@@ -235,6 +238,26 @@ bool TextBuilder::appendLatin1(const unsigned char* bytes, std::size_t count, bo
   }
   m_size += count;
   return true;
+}
+
+bool TextBuilder::takesLatin1() const {
+  return m_width <= kLatin1 && m_capacity - m_size >= 4 * fast::kKernelSlack;
+}
+
+std::span<unsigned char> TextBuilder::latin1Window() {
+  if (!takesLatin1()) return m_block;
+  return {place(m_size), std::min(m_capacity - m_size, kBlockBytes)};
+}
+
+bool TextBuilder::takeLatin1(std::size_t count) {
+  if (!takesLatin1()) return appendLatin1(m_block, count);
+  const unsigned char* const bytes = place(m_size);
+  if (m_width == kLatin1 || bitsOf(bytes, count) < 0x80) {
+    m_size += count;
+    return true;
+  }
+  std::memcpy(m_block, bytes, count);  // a wider str takes the place of this one
+  return appendLatin1(m_block, count);
 }
 
 void TextBuilder::truncate(std::size_t size) {

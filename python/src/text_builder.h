@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 
 #include "encoding/output.h"
 #include "python/src/interpreter.h"
@@ -27,6 +28,10 @@ class TextBuilder final : public Output {
   bool append(PyObject* text);
   // Bytes that are characters of Latin-1; of ASCII, where that is known of all of them.
   bool appendLatin1(const unsigned char* bytes, std::size_t count, bool isAscii = false);
+  // Where such bytes may be written to become a part of the str by takeLatin1(); as long as it is
+  // as narrow as they are and has room, that is its own place.
+  std::span<unsigned char> latin1Window();
+  bool takeLatin1(std::size_t count);
   std::size_t size() const { return m_size; }
   void truncate(std::size_t size);
   // The str; null with an exception. Nothing may be done with the object afterwards.
@@ -39,6 +44,7 @@ class TextBuilder final : public Output {
   bool grow(std::size_t count, std::uint64_t expected) override;
   void openWindow();
   bool takeBlock(const unsigned char* bytes, std::size_t units);
+  bool takesLatin1() const;
   bool widen(Width width, std::size_t more);
   unsigned char* place(std::size_t character) const;
 
@@ -55,6 +61,9 @@ class TextBuilder final : public Output {
   unsigned char* m_begin = nullptr;  // of the window
   alignas(32) unsigned char m_block[kBlockBytes];
 };
+
+// Whether a unit is a surrogate.
+bool hasSurrogates(const std::uint16_t* units, std::size_t count);
 
 // A str of units that may hold characters above U+FFFF, or not. Null with an exception.
 PyObject* textOfUnits(const std::uint16_t* units, std::size_t count, bool mayHavePairs);
