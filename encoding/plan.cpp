@@ -219,6 +219,11 @@ Direct* findDirect(const Plan& plan) {
 
 // ---- Short texts. ----
 
+const EncodingRow* rowBehindCodec(const EncodingRow* row) {
+  const bool hasCodec = row != nullptr && row->form == EncodingForm::kCodec;
+  return hasCodec ? findEncodingRow(row->codec->codePage) : row;
+}
+
 unsigned char* wholeDirect(const Plan& plan, const unsigned char* in, std::size_t length,
                            unsigned char* out, unsigned char* outEnd) {
   const KernelResult r = plan.direct(plan, in, in + length, out, outEnd);
@@ -231,32 +236,65 @@ unsigned char* wholeEncode(const Plan& plan, const unsigned char* in, std::size_
   return r.in == in + length ? r.out : nullptr;
 }
 
-unsigned char* wholeTwoSteps(const Plan& plan, const unsigned char* in, std::size_t length,
-                             unsigned char* out, unsigned char* outEnd) {
-  alignas(32) unsigned char utf16[2 * kShortBytes + kSlack];
+template <std::size_t maxLength>
+unsigned char* twoSteps(const Plan& plan, const unsigned char* in, std::size_t length,
+                        unsigned char* out, unsigned char* outEnd) {
+  alignas(32) unsigned char utf16[2 * maxLength + kSlack];
   const KernelResult decoded = decode(plan, in, in + length, utf16, utf16 + sizeof utf16);
   if (decoded.in != in + length) return nullptr;
   const KernelResult r = encode(plan, utf16, decoded.out, out, outEnd);
   return r.in == decoded.out ? r.out : nullptr;
 }
 
+constexpr ShortConvert* wholeTwoSteps = twoSteps<kShortBytes>;
+
+// The most of a text that a codec has read from a short one.
+constexpr std::size_t kReadBytes = kWorstFactor * kShortBytes;
+
+// From and to the code page of a codec on either side, with the codec.
+unsigned char* wholeByCodec(const Plan& plan, const unsigned char* in, std::size_t length,
+                            unsigned char* out, unsigned char* outEnd) {
+  unsigned char readStorage[kReadBytes];
+  DataBuffer read;
+  read.lendStorage(readStorage, sizeof readStorage);
+  if (plan.source->form == EncodingForm::kCodec) {
+    const Codec& codec = *plan.source->codec;
+    const Codec::Convert convert = codec.readStrictly ? codec.readStrictly : codec.read;
+    if (!convertWhole(convert, in, static_cast<std::int64_t>(length), read)) return nullptr;
+    in = read.getData2();
+    length = read.getSize();
+    if (length > kReadBytes) return nullptr;
+  }
+  ShortConvert* const convertRest = plan.direct != nullptr ? wholeDirect : twoSteps<kReadBytes>;
+  if (plan.target->form != EncodingForm::kCodec) {
+    return convertRest(plan, in, length, out, outEnd);
+  }
+  unsigned char text[kWorstFactor * kReadBytes + kSlack];
+  const unsigned char* const end = convertRest(plan, in, length, text, text + sizeof text);
+  if (end == nullptr) return nullptr;
+  DataBuffer written;
+  written.lendStorage(out, static_cast<unsigned int>(outEnd - out));
+  const bool isWritten = convertWhole(plan.target->codec->write, text, end - text, written);
+  return isWritten && written.getData2() == out ? out + written.getSize() : nullptr;
+}
+
 ShortConvert* findWhole(const Plan& plan) {
   const EncodingForm from = plan.source->form;
-  // What must be read in order, and marks of four bytes, are a stream's business.
-  if (from == EncodingForm::kCodec || plan.target->form == EncodingForm::kCodec) return nullptr;
+  // Marks of four bytes, and letters that are joined or put in order, are a stream's business.
   if (from == EncodingForm::kUtf32 || plan.source->reordersMacArabic) return nullptr;
-  if (from != plan.decoding.form || plan.target->writesMark) return nullptr;
+  if (rowBehindCodec(plan.source)->form != plan.decoding.form) return nullptr;
+  if (plan.target->writesMark) return nullptr;
+  if (plan.hasCodec()) {
+    const bool isWritable =
+        plan.target->form != EncodingForm::kCodec || bool{plan.target->codec->write};
+    return plan.reader == Reader::kStream && isWritable ? wholeByCodec : nullptr;
+  }
   if (plan.direct != nullptr) return wholeDirect;
   const bool isPivot = from == EncodingForm::kUtf16 && !plan.decoding.bigEndian;
   return isPivot ? wholeEncode : wholeTwoSteps;
 }
 
 // ---- Making a plan. ----
-
-const EncodingRow* rowBehindCodec(const EncodingRow* row) {
-  const bool hasCodec = row != nullptr && row->form == EncodingForm::kCodec;
-  return hasCodec ? findEncodingRow(row->codec->codePage) : row;
-}
 
 // The row of the text that the decoder reads. Streams join accents and letters first.
 const EncodingRow* decodedRow(const Plan& plan) {

@@ -38,7 +38,9 @@ using Direct = KernelResult(const Plan& plan, const unsigned char* in, const uns
                             unsigned char* out, unsigned char* outEnd);
 
 // Converts a text of at most kShortBytes as a whole and returns the end of the output, which has
-// room for kWorstFactor times the length and kKernelSlack; null for a text that is not clean.
+// room for kWorstFactor times the length and kKernelSlack; null for a text that is not clean. Where
+// there is a codec the text is all there is, and no piece of a longer one, and null is also for one
+// that needs more room.
 using ShortConvert = unsigned char*(const Plan& plan, const unsigned char* in, std::size_t length,
                                     unsigned char* out, unsigned char* outEnd);
 inline constexpr unsigned int kShortBytes = 256;
@@ -73,6 +75,11 @@ struct Plan {
   std::uint32_t markFirst = 0x100;
   std::uint32_t markSecond = 0x100;
 
+  // Whether something has to be remembered from piece to piece.
+  bool hasCodec() const {
+    return source->form == EncodingForm::kCodec || target->form == EncodingForm::kCodec;
+  }
+
   // Whether a text may begin with a byte order mark.
   bool mayBeginWithMark(const unsigned char* in, std::size_t length) const {
     return (in[0] | 1u) == markFirst && length > 1 && (in[1] | 1u) == markSecond;
@@ -105,10 +112,9 @@ bool isPlainPair(int from, int to);
 // cannot be converted, or when memory is short. Any thread may call.
 const Plan* openPlan(int from, int to, Reader reader = Reader::kEngine);
 
-// Converts a short text as a stream does, that is clean and begins with no mark, between two
-// encodings of which nothing has to be remembered. Returns the end of the output, for which out has
-// kShortOutput bytes; null, with nothing done, for any other text, and for a pair that no stream
-// opened yet.
+// Converts a short text as a stream does, that is clean and begins with no mark. Returns the end of
+// the output, for which out has kShortOutput bytes; null, with nothing done, for any other text,
+// and for a pair that no stream opened yet.
 inline constexpr std::size_t kShortOutput = kWorstFactor * kShortBytes + kKernelSlack;
 unsigned char* convertShort(int from, int to, const char* data, std::size_t length,
                             unsigned char* out);

@@ -7,6 +7,7 @@
 
 #include "encoding/accent_pairs.h"
 #include "encoding/codecs/encoding_row.h"
+#include "encoding/plan.h"
 #include "tests/stream_support.h"
 
 namespace {
@@ -64,6 +65,22 @@ bool keepsText(const EncodingRow& row) {
          !fast::hasAccentPairs(row);
 }
 
+// A codec alone must make of a short text that is clean what a stream makes of it, and leave any
+// other.
+void expectTheSameOfCodec(int from, int to, const std::string& text) {
+  const StreamResult whole = stream(settingsFor(from, to, "drop"), text);
+  const fast::Plan* const plan = fast::findPlan(from, to, fast::Reader::kStream);
+  if (plan->mayBeginWithMark(bytesOf(text), text.size())) return;
+  const bool hasZero = whole.text.find('\0') != std::string::npos;  // which the kernels leave
+  const bool isClean = whole.errors.empty() && whole.approximations.empty();
+  unsigned char room[fast::kShortOutput];
+  const unsigned char* const end = fast::convertShort(from, to, text.data(), text.size(), room);
+  ASSERT_TRUE(hasZero || isClean == (end != nullptr)) << hex(text);
+  if (end == nullptr) return;
+  const auto* const begin = reinterpret_cast<const char*>(room);
+  ASSERT_EQ(whole.text, std::string(begin, static_cast<std::size_t>(end - room)));
+}
+
 }  // namespace
 
 TEST(EveryEncoding, GivesBackWhatItHolds) {
@@ -112,6 +129,15 @@ TEST(EveryEncoding, ReadsTheSameWhereverTheInputIsCut) {
     const std::string utf32Text = utf32(sample);
     const std::string text =
         row.isWritten ? stream(settingsFor(12000, row.number, "drop"), utf32Text).text : utf32Text;
+    if (row.form == EncodingForm::kCodec && row.isWritten) {
+      for (int i = 0; i < 100; ++i) {
+        sample[random() % sample.size()] = allScalars()[random() % allScalars().size()];
+        const std::vector<char32_t> front(sample.begin(), sample.begin() + random() % 8 + 1);
+        const std::string utf8 = stream(settingsFor(12000, 65001), utf32(front)).text;
+        ASSERT_NO_FATAL_FAILURE(expectTheSameOfCodec(65001, row.number, utf8));
+        if (i % 2 == 0) sample[random() % sample.size()] = held[random() % held.size()];
+      }
+    }
     const StreamSettings settings = settingsFor(row.number, 65001, "hex");
     for (std::size_t length = 0; length <= text.size(); ++length) {
       std::string cut = text.substr(0, length);
@@ -121,6 +147,9 @@ TEST(EveryEncoding, ReadsTheSameWhereverTheInputIsCut) {
         ASSERT_EQ(StreamStatus::kGood, atOnce.status);
         ASSERT_EQ(atOnce, stream(settings, cut, [] { return 1; }));
         ASSERT_EQ(atOnce, stream(settings, cut, [&] { return 1 + random() % 5; }));
+        if (row.form == EncodingForm::kCodec && !cut.empty()) {
+          ASSERT_NO_FATAL_FAILURE(expectTheSameOfCodec(row.number, 65001, cut));
+        }
         for (int i = 0; i < 4; ++i) {
           cut.insert(random() % (cut.size() + 1), 1, static_cast<char>(random()));
         }

@@ -37,8 +37,8 @@ bool isCutUtf8(const unsigned char* p, std::size_t left) {
 // with nothing done, for any other.
 bool StreamConverter::Core::convertShort(const unsigned char* data, std::size_t length,
                                          Output& out) {
-  if (m_plan == nullptr || m_plan->whole == nullptr || m_composer != nullptr ||
-      length > fast::kShortBytes || m_waiting.getSize() != 0 || m_isPdf) {
+  if (m_plan == nullptr || m_plan->whole == nullptr || m_plan->hasCodec() ||
+      m_composer != nullptr || length > fast::kShortBytes || m_waiting.getSize() != 0 || m_isPdf) {
     return false;
   }
   const bool isPlain = m_hasBegun || (!m_settings.writeMark && !m_settings.pdfPassthrough &&

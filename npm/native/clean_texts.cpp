@@ -5,7 +5,6 @@
 #include <cstdint>
 #include <cstring>
 
-#include "encoding/codecs/codec.h"
 #include "encoding/codecs/encoding_row.h"
 #include "encoding/kernels/registers.h"
 #include "encoding/plan.h"
@@ -47,28 +46,7 @@ namespace {
 alignas(16) unsigned char g_shortInput[fast::kShortBytes];
 alignas(16) unsigned char g_shortOutput[fast::kShortOutput];
 
-// By the codec of an encoding alone, which saves beginning a stream. -1 where there is none from or
-// to UTF-16, where marks may stand in front, or where the text is not clean.
-int convertByCodec(int from, int to, unsigned int size) {
-  const bool isWritten = from == kUtf16Le;
-  const EncodingRow* const row = findEncodingRow(isWritten ? to : from);
-  const Codec* const codec = row != nullptr ? row->codec : nullptr;
-  if (codec == nullptr || codec->codePage != kUtf16Le || !marksOf(*row).empty()) return -1;
-  if (isWritten ? !isUtf16(g_shortInput, size) : to != kUtf16Le) return -1;
-  const Codec::Convert convert = isWritten             ? codec->write
-                                 : codec->readStrictly ? codec->readStrictly
-                                                       : codec->read;
-  CodecState state;
-  DataBuffer text;
-  text.lendStorage(g_shortOutput, sizeof g_shortOutput);
-  if (!convert) return -1;
-  convert(g_shortInput, size, true, state, text, nullptr);
-  const bool isClean = !state.replaced && !text.hasFailed() && text.getData2() == g_shortOutput;
-  if (!isClean || (!isWritten && !isUtf16(g_shortOutput, text.getSize()))) return -1;
-  return static_cast<int>(text.getSize());
-}
-
-// One that neither a plan nor a codec alone converts.
+// One that no plan converts alone.
 int convertByStream(int from, int to, unsigned int size) {
   static StreamConverter stream;
   StreamSettings settings;
@@ -94,8 +72,7 @@ ENCCONV_EXPORT(convertShort) int convertShort(int from, int to, unsigned int siz
   const bool isString = from == kUtf16Le && size >= 2;
   const unsigned int unit = isString ? g_shortInput[0] | g_shortInput[1] * 256u : 0;
   if (unit == 0xFEFF || unit == 0xFFFE) return -1;  // no mark, but a character
-  const int written = convertByCodec(from, to, size);
-  return written >= 0 ? written : convertByStream(from, to, size);
+  return convertByStream(from, to, size);
 }
 
 // Whether bytes are ASCII.

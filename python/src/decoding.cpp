@@ -2,7 +2,6 @@
 #include <algorithm>
 #include <cstring>
 
-#include "encoding/codecs/codec.h"
 #include "encoding/plan.h"
 #include "python/src/codec_call.h"
 #include "python/src/error_handling.h"
@@ -232,18 +231,6 @@ PyObject* Decoding::run() {
   return m_text.finish();
 }
 
-// By a codec alone, which saves beginning a stream. Null where the text is not clean.
-PyObject* decodeByCodec(const Codec& codec, const unsigned char* data, std::size_t size) {
-  alignas(32) unsigned char storage[fast::kShortOutput];
-  DataBuffer text;
-  text.lendStorage(storage, sizeof storage);
-  const Codec::Convert read = codec.readStrictly ? codec.readStrictly : codec.read;
-  if (!convertWhole(read, data, static_cast<std::int64_t>(size), text)) return nullptr;
-  const auto* const units = reinterpret_cast<const std::uint16_t*>(text.getData2());
-  const std::size_t count = text.getSize() / 2;
-  return hasSurrogates(units, count) ? nullptr : textOfUnits(units, count, false);
-}
-
 }  // namespace
 
 PyObject* decodeShort(EncodingEntry& entry, const unsigned char* data, std::size_t size) {
@@ -257,7 +244,6 @@ PyObject* decodeShort(EncodingEntry& entry, const unsigned char* data, std::size
   }
   const fast::Plan& plan = *entry.reading;
   if (size > fast::kShortBytes) return nullptr;
-  if (entry.codec != nullptr) return decodeByCodec(*entry.codec, data, size);
   if (plan.whole == nullptr || plan.mayBeginWithMark(data, size)) return nullptr;
   alignas(32) unsigned char units[fast::kShortOutput];
   const unsigned char* const end = plan.whole(plan, data, size, units, units + sizeof units);

@@ -4,7 +4,6 @@
 #include <string_view>
 #include <vector>
 
-#include "encoding/codecs/codec.h"
 #include "encoding/plan.h"
 #include "python/src/bytes_output.h"
 #include "python/src/codec_call.h"
@@ -328,28 +327,6 @@ PyObject* Encoding::run() {
   return m_bytes.finish();
 }
 
-// By a codec alone, which saves beginning a stream. Null where a character has no place, and where
-// the first might be taken for a mark.
-PyObject* encodeByCodec(const Codec& codec, const unsigned char* data, std::size_t count,
-                        std::size_t width) {
-  Py_UCS2 units[fast::kShortBytes];
-  if (width == 1) {
-    std::copy_n(data, count, units);
-  } else {
-    std::memcpy(units, data, count * 2);
-  }
-  if (units[0] == 0xFEFF || units[0] == 0xFFFE) return nullptr;
-  unsigned char storage[fast::kShortOutput];
-  DataBuffer bytes;
-  bytes.lendStorage(storage, sizeof storage);
-  const auto* const begin = reinterpret_cast<const unsigned char*>(units);
-  if (!convertWhole(codec.write, begin, static_cast<std::int64_t>(count * 2), bytes)) {
-    return nullptr;
-  }
-  return PyBytes_FromStringAndSize(reinterpret_cast<const char*>(bytes.getData2()),
-                                   static_cast<Py_ssize_t>(bytes.getSize()));
-}
-
 }  // namespace
 
 PyObject* encodeShort(EncodingEntry& entry, PyObject* text) {
@@ -365,7 +342,6 @@ PyObject* encodeShort(EncodingEntry& entry, PyObject* text) {
   if (width == 2 && entry.mayHavePairs && hasSurrogates(PyUnicode_2BYTE_DATA(text), count)) {
     return nullptr;
   }
-  if (entry.codec != nullptr) return encodeByCodec(*entry.codec, data, count, width);
   if (plan.whole == nullptr) return nullptr;
   unsigned char bytes[fast::kShortOutput];
   const unsigned char* const end =

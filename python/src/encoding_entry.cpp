@@ -63,10 +63,6 @@ EncodingEntry* entryOf(int codePage) {
   entry.isStateless = isStatelessRow(*row);
   entry.mayHavePairs = !hasTable(*row);
   entry.hasMark = !marksOf(*row).empty();
-  const bool isCodec = row->form == EncodingForm::kCodec && !row->reordersMacArabic;
-  if (isCodec && !entry.hasMark && row->codec->codePage == kHostUnits.utf16) {
-    entry.codec = row->codec;
-  }
   entry.readsAscii = entry.isStateless && keepsAscii(codePage, kUtf16Le, 2, true);
   return &entries().emplace(codePage, entry).first->second;
 }

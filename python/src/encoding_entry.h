@@ -26,9 +26,6 @@ struct EncodingEntry {
   bool writesAscii = false;   // and the other way round; known once it was opened for writing
   bool mayHavePairs = false;  // text may have characters above U+FFFF
   bool hasMark = false;       // text may begin with a byte order mark
-  // What reads and writes short texts alone, from and to the units of this machine; null where
-  // there is no such codec, and where a text may begin with a mark.
-  const Codec* codec = nullptr;
   const fast::Plan* reading = nullptr;        // to UTF-16; null before the first use
   const fast::Plan* readingLatin1 = nullptr;  // to Latin-1, of a table of single bytes
   const fast::Plan* writing1 = nullptr;       // from Latin-1
