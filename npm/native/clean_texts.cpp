@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <cstring>
 
+#include "encoding/codecs/codec.h"
 #include "encoding/codecs/encoding_row.h"
 #include "encoding/kernels/registers.h"
 #include "encoding/plan.h"
