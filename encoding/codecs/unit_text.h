@@ -77,6 +77,38 @@ struct UnitReader : CodecRun {
     dest = to;
   }
 
+  // Text in ASCII from 20 to 7E, as far as vectors go, and what copyOther(in, to) copies and moves
+  // both pointers over of what is not, two bytes at most; false where it does not. Bits say where
+  // that stands: a loop that looked for it would have to wait for itself.
+  template <class CopyOther>
+  static bool copyTextAnd(const CopyOther& copyOther, const unsigned char*& in, unsigned char*& to,
+                          const unsigned char* stop) {
+    while (stop - in > std::ptrdiff_t{2 * kVector}) {
+      const unsigned char* const blockEnd = in + kVector;
+      const Bytes16 text = Bytes16::load(in);
+      storeAsUnits(text, to);
+      for (unsigned int others = topBits(~isAsciiText(text)); others != 0;) {
+        const auto count = static_cast<unsigned int>(std::countr_zero(others));
+        const unsigned char* const before = in;
+        in += count;
+        to += 2 * count;
+        if (!copyOther(in, to)) return false;
+        others >>= in - before;
+        storeAsUnits(Bytes16::load(in), to);
+      }
+      const std::ptrdiff_t rest = std::max<std::ptrdiff_t>(blockEnd - in, 0);
+      in += rest;
+      to += 2 * rest;
+    }
+    if (stop - in < std::ptrdiff_t{kVector}) return true;
+    const Bytes16 text = Bytes16::load(in);
+    storeAsUnits(text, to);
+    const unsigned int count = countLow(~isAsciiText(text));
+    in += count;
+    to += 2 * count;
+    return true;
+  }
+
   // Pairs of seven bits, which the table has with the high bits set, up to one that is none.
   void copyPairs(const unsigned char* stop, const fast::DoubleByteDecoder& pairs) {
     stop = std::min(stop, end - 1);
@@ -150,6 +182,37 @@ struct UnitWriter : CodecRun {
     for (; isWhole && stop - in >= 2 && isText(in); in += 2) *to++ = *in;
     p = in;
     dest = to;
+  }
+
+  // As in UnitReader; copyOther() copies one unit.
+  template <class CopyOther>
+  static bool copyTextAnd(const CopyOther& copyOther, const unsigned char*& in, unsigned char*& to,
+                          const unsigned char* stop) {
+    while (stop - in > std::ptrdiff_t{4 * kVector}) {
+      const Bytes16 text = loadUnits(in);
+      text.store(to);
+      std::ptrdiff_t rest = kVector;
+      for (unsigned int others = topBits(~isAsciiText(text)); others != 0;) {
+        const auto count = static_cast<unsigned int>(std::countr_zero(others));
+        in += 2 * count;
+        to += count;
+        if (!copyOther(in, to)) return false;
+        others >>= count + 1;
+        rest -= count + 1;
+        loadUnits(in).store(to);
+      }
+      in += 2 * rest;
+      to += rest;
+    }
+    while (stop - in >= std::ptrdiff_t{kVector}) {
+      const Bytes16 text = loadEightUnits(in);
+      text.store(to);
+      const unsigned int count = std::min(countLow(~isAsciiText(text)), kVector / 2);
+      in += 2 * count;
+      to += count;
+      if (count != kVector / 2 && !copyOther(in, to)) return false;
+    }
+    return true;
   }
 
   // The bytes of a code of a table; those behind are written over by what comes next.
