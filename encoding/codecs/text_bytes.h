@@ -31,7 +31,8 @@ void storeLow(unsigned char* dest, Number number) {
   }
 }
 // The same with the first byte from the highest.
-inline void storeBig(unsigned char* dest, std::uint32_t number) {
+template <typename Number>
+void storeBig(unsigned char* dest, Number number) {
   storeLow(dest, compilerSwapBytes(number));
 }
 

@@ -114,12 +114,29 @@ struct UnitReader : CodecRun {
     stop = std::min(stop, end - 1);
     const unsigned char* in = p;
     unsigned char* to = dest;
+    // A high bit here is one of a byte that is not from 21 to 7E, or of a pair that is no
+    // character.
+    constexpr std::uint64_t kBytes = 0x0101010101010101, kPairs = 0x0001000100010001;
+    const auto unusual = [](std::uint64_t bytes) {
+      return (bytes | (bytes - 0x21 * kBytes) | (bytes + kBytes)) & 0x80 * kBytes;
+    };
+    const auto lacking = [](std::uint64_t units) {
+      return (units - kPairs) & ~units & kPairs << 15;
+    };
+    for (; stop - in >= 8; in += 8, to += 8) {
+      const auto bytes = loadLow<std::uint64_t>(in);
+      const std::uint64_t four = bytes | 0x80 * kBytes;
+      std::uint64_t units = 0;
+      for (unsigned int i = 0; i < 64; i += 16) {
+        units |= std::uint64_t{pairs.units[four >> i & 0xFFFF]} << i;
+      }
+      if ((unusual(bytes) | lacking(units)) != 0) break;
+      storeLow(to, units);
+    }
     for (; in < stop; in += 2, to += 2) {
       const std::uint32_t pair = loadLow<std::uint16_t>(in);
-      // A high bit here is one of a byte that is not from 21 to 7E.
-      if (((pair | (pair - 0x2121) | (pair + 0x0101)) & 0x8080) != 0) break;
       const std::uint16_t unit = pairs.units[pair | 0x8080];
-      if (unit == 0) break;
+      if ((unusual(pair) & 0x8080) != 0 || unit == 0) break;
       storeLow(to, unit);
     }
     p = in;
