@@ -325,17 +325,21 @@ std::size_t Conversion::makeSegment(Text text, DataBuffer& segment) const {
     segment.commitTail(static_cast<unsigned int>(r.out - out));
     return static_cast<std::size_t>(r.in - text.bytes);
   }
-  // Of a reader's text it is all or nothing.
-  if (reader() != nullptr && plan.direct == nullptr) {
+  const bool isAll = reader() != nullptr;  // of a reader's text it is all or nothing
+  if (plan.direct == nullptr && (isAll || !plan.isCopy)) {
     unsigned char units[kWindowStorage];
     const unsigned char* const end = text.bytes + text.size;
     unsigned char* const out = segment.reserveTail(kWindowStorage);
+    if (out == nullptr) return 0;
     const fast::KernelResult decoded =
         fast::decode(plan, text.bytes, end, units, units + sizeof units);
-    if (out == nullptr || decoded.in != end) return 0;
+    if (isAll && decoded.in != end) return 0;
     const fast::KernelResult r = fast::encode(plan, units, decoded.out, out, out + kWindowStorage);
-    segment.commitTail(static_cast<unsigned int>(r.out - out));
-    return r.in == decoded.out ? text.size : 0;
+    if (r.in == decoded.out) {
+      segment.commitTail(static_cast<unsigned int>(r.out - out));
+      return static_cast<std::size_t>(decoded.in - text.bytes);
+    }
+    if (isAll) return 0;
   }
   fast::PumpBlock block;
   fast::Pump pump;
