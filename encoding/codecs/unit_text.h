@@ -78,35 +78,50 @@ struct UnitReader : CodecRun {
   }
 
   // Text in ASCII from 20 to 7E, as far as vectors go, and what copyOther(in, to) copies and moves
-  // both pointers over of what is not, two bytes at most; false where it does not. Bits say where
-  // that stands: a loop that looked for it would have to wait for itself.
+  // both pointers over of what is not, two bytes at most; false where it does not.
   template <class CopyOther>
   static bool copyTextAnd(const CopyOther& copyOther, const unsigned char*& in, unsigned char*& to,
                           const unsigned char* stop) {
-    while (stop - in > std::ptrdiff_t{2 * kVector}) {
-      const unsigned char* const blockEnd = in + kVector;
-      const Bytes16 text = Bytes16::load(in);
-      storeAsUnits(text, to);
-      for (unsigned int others = topBits(~isAsciiText(text)); others != 0;) {
-        const auto count = static_cast<unsigned int>(std::countr_zero(others));
-        const unsigned char* const before = in;
-        in += count;
-        to += 2 * count;
-        if (!copyOther(in, to)) return false;
-        others >>= in - before;
-        storeAsUnits(Bytes16::load(in), to);
-      }
-      const std::ptrdiff_t rest = std::max<std::ptrdiff_t>(blockEnd - in, 0);
-      in += rest;
-      to += 2 * rest;
+    if (!copyBlocks<4>(copyOther, in, to, stop) || !copyBlocks<1>(copyOther, in, to, stop)) {
+      return false;
     }
-    if (stop - in < std::ptrdiff_t{kVector}) return true;
-    const Bytes16 text = Bytes16::load(in);
-    storeAsUnits(text, to);
-    const unsigned int count = countLow(~isAsciiText(text));
+    if (stop - in >= std::ptrdiff_t{kVector}) {
+      copyBytes(in, to, countLow(~isAsciiText(Bytes16::load(in))));
+    }
+    return true;
+  }
+  // The same in blocks of several vectors. Bits say where the others stand: a loop that looked for
+  // them would have to wait for itself.
+  template <unsigned int kVectors, class CopyOther>
+  static bool copyBlocks(const CopyOther& copyOther, const unsigned char*& in, unsigned char*& to,
+                         const unsigned char* stop) {
+    constexpr std::ptrdiff_t kBlock = kVectors * kVector;
+    while (stop - in > kBlock + std::ptrdiff_t{kVector}) {
+      const unsigned char* const blockEnd = in + kBlock;
+      std::uint64_t others = 0;
+      for (unsigned int i = 0; i < kBlock; i += kVector) {
+        others |= std::uint64_t{topBits(~isAsciiText(Bytes16::load(in + i)))} << i;
+      }
+      while (others != 0) {
+        const int count = std::countr_zero(others);
+        copyBytes(in, to, count);
+        const unsigned char* const other = in;
+        if (!copyOther(in, to)) return false;
+        others = others >> count >> (in - other);
+      }
+      copyBytes(in, to, std::max<std::ptrdiff_t>(blockEnd - in, 0));
+    }
+    return true;
+  }
+  // By vectors, of which the last one may be written, and read, in part for nothing.
+  static void copyBytes(const unsigned char*& in, unsigned char*& to, std::ptrdiff_t count) {
+    std::ptrdiff_t done = 0;
+    do {
+      storeAsUnits(Bytes16::load(in + done), to + 2 * done);
+      done += kVector;
+    } while (done < count);
     in += count;
     to += 2 * count;
-    return true;
   }
 
   // Pairs of seven bits, which the table has with the high bits set, up to one that is none.
@@ -205,21 +220,8 @@ struct UnitWriter : CodecRun {
   template <class CopyOther>
   static bool copyTextAnd(const CopyOther& copyOther, const unsigned char*& in, unsigned char*& to,
                           const unsigned char* stop) {
-    while (stop - in > std::ptrdiff_t{4 * kVector}) {
-      const Bytes16 text = loadUnits(in);
-      text.store(to);
-      std::ptrdiff_t rest = kVector;
-      for (unsigned int others = topBits(~isAsciiText(text)); others != 0;) {
-        const auto count = static_cast<unsigned int>(std::countr_zero(others));
-        in += 2 * count;
-        to += count;
-        if (!copyOther(in, to)) return false;
-        others >>= count + 1;
-        rest -= count + 1;
-        loadUnits(in).store(to);
-      }
-      in += 2 * rest;
-      to += rest;
+    if (!copyBlocks<4>(copyOther, in, to, stop) || !copyBlocks<1>(copyOther, in, to, stop)) {
+      return false;
     }
     while (stop - in >= std::ptrdiff_t{kVector}) {
       const Bytes16 text = loadEightUnits(in);
@@ -230,6 +232,36 @@ struct UnitWriter : CodecRun {
       if (count != kVector / 2 && !copyOther(in, to)) return false;
     }
     return true;
+  }
+  template <unsigned int kVectors, class CopyOther>
+  static bool copyBlocks(const CopyOther& copyOther, const unsigned char*& in, unsigned char*& to,
+                         const unsigned char* stop) {
+    constexpr std::ptrdiff_t kBlock = kVectors * kVector;
+    while (stop - in > 2 * (kBlock + std::ptrdiff_t{kVector})) {
+      std::uint64_t others = 0;
+      for (unsigned int i = 0; i < kBlock; i += kVector) {
+        others |= std::uint64_t{topBits(~isAsciiText(loadUnits(in + 2 * i)))} << i;
+      }
+      std::ptrdiff_t rest = kBlock;
+      while (others != 0) {
+        const int count = std::countr_zero(others);
+        copyUnits(in, to, count);
+        if (!copyOther(in, to)) return false;
+        others = others >> count >> 1;
+        rest -= count + 1;
+      }
+      copyUnits(in, to, rest);
+    }
+    return true;
+  }
+  static void copyUnits(const unsigned char*& in, unsigned char*& to, std::ptrdiff_t count) {
+    std::ptrdiff_t done = 0;
+    do {
+      loadUnits(in + 2 * done).store(to + done);
+      done += kVector;
+    } while (done < count);
+    in += 2 * count;
+    to += count;
   }
 
   // The bytes of a code of a table; those behind are written over by what comes next.
