@@ -14,6 +14,9 @@ namespace {
 
 using fast::kKernelSlack;
 
+// Of the room of the caller, as much as a buffer can be told of.
+constexpr std::size_t kMostLent = 0xFFFFFFFFu;
+
 // The room of the caller, and no more.
 class Room final : public Output {
  public:
@@ -48,7 +51,7 @@ Conversion::Status Conversion::convert(Place& place, std::size_t& irreversible) 
   Status status = Status::kGood;
   // In one step from wide characters the mark comes first, whatever the text.
   if (m_route.from.isWide && m_route.to.hasMark && !m_hasMark) status = writeMark(place);
-  if (status == Status::kGood) status = beginSource(place);
+  if (m_route.from.hasMark && status == Status::kGood) status = beginSource(place);
   if (status == Status::kGood && m_waitingBytes != 0) status = takeWaiting(place, outcome);
   while (status == Status::kGood && place.in != place.inEnd) {
     const bool isMarkDue = m_route.to.hasMark && !m_hasMark;
@@ -75,7 +78,7 @@ Conversion::Status Conversion::convert(Place& place, std::size_t& irreversible) 
 
 // Looks for the mark of the source, which tells its byte order.
 Conversion::Status Conversion::beginSource(Place& place) {
-  if (!m_route.from.hasMark || m_hasBegun || place.in == place.inEnd) return Status::kGood;
+  if (m_hasBegun || place.in == place.inEnd) return Status::kGood;
   const EncodingRow& source = *m_route.from.row;
   const std::size_t width = source.form == EncodingForm::kUtf32 ? 4 : 2;
   if (place.left() < width) return Status::kCut;
@@ -231,37 +234,54 @@ void Conversion::takeByPump(Place& place, std::size_t length) const {
 // Converts a part of the text where codecs are concerned. False, with nothing done, where it is not
 // clean or does not fit.
 bool Conversion::takeWindow(Place& place, std::size_t length) {
+  return reader() != nullptr ? takeReadWindow(place, length) : takeWrittenWindow(place, length);
+}
+
+bool Conversion::takeReadWindow(Place& place, std::size_t length) {
   LentBuffer<kWindowStorage> read;
-  LentBuffer<kWindowStorage> segment;
-  CodecState reading = m_reading;
-  Text text{place.in, length};
-  std::size_t used = 0;
-  if (const Codec* const codec = reader()) {
-    MarkCounter marks;
-    const Codec::Convert& convert = codec->readStrictly ? codec->readStrictly : codec->read;
-    used = convert(place.in, static_cast<unsigned int>(length), false, reading, read, &marks);
-    if (used == 0 || marks.count() != 0 || read.hasFailed()) return false;
-    text = {read.getData2(), read.getSize()};
-    if (writer() == nullptr && isEncodedAtOnce()) {
-      if (!encodeAtOnce(text, place)) return false;
-      m_reading = reading;
-      place.in += used;
-      return true;
-    }
-  } else if (m_route.from.isUcs2 && hasSurrogate(text, m_plan->decoding.bigEndian)) {
+  MarkCounter marks;
+  const CodecState before = m_reading;
+  const unsigned int used =
+      strictReader()(place.in, static_cast<unsigned int>(length), false, m_reading, read, &marks);
+  const bool isClean = used != 0 && marks.count() == 0 && !read.hasFailed();
+  if (!isClean || !putRead({read.getData2(), read.getSize()}, place)) {
+    m_reading = before;
     return false;
   }
-  const std::size_t taken = makeSegment(text, segment);
-  if (segment.hasFailed()) return false;
-  if (reader() == nullptr) {
-    used = taken;
-    if (used == 0) return false;
-  } else if (taken != text.size) {
-    return false;
-  }
-  if (!putSegment({segment.getData2(), segment.getSize()}, place)) return false;
-  m_reading = reading;
   place.in += used;
+  return true;
+}
+
+// Writes the text of a reader.
+bool Conversion::putRead(Text text, Place& place) {
+  if (writer() == nullptr && isEncodedAtOnce()) return encodeAtOnce(text, place);
+  LentBuffer<kWindowStorage> segment;
+  return makeSegment(text, segment) == text.size && !segment.hasFailed() &&
+         putSegment({segment.getData2(), segment.getSize()}, place);
+}
+
+bool Conversion::takeWrittenWindow(Place& place, std::size_t length) {
+  const Text text{place.in, length};
+  if (m_route.from.isUcs2 && hasSurrogate(text, m_plan->decoding.bigEndian)) return false;
+  if (writer() != nullptr && isDecodedOnly()) {
+    // Behind what is held, which the codec takes together with it.
+    unsigned char units[kMostHeld + kWindowStorage];
+    std::memcpy(units, m_held, sizeof m_held);
+    const fast::KernelResult r = fast::decode(*m_plan, text.bytes, text.bytes + text.size,
+                                              units + m_heldBytes, units + sizeof units);
+    if (r.in == text.bytes || !writeText({units, static_cast<std::size_t>(r.out - units)}, place)) {
+      return false;
+    }
+    place.in = r.in;
+    return true;
+  }
+  LentBuffer<kWindowStorage> segment;
+  const std::size_t taken = makeSegment(text, segment);
+  if (taken == 0 || segment.hasFailed() ||
+      !putSegment({segment.getData2(), segment.getSize()}, place)) {
+    return false;
+  }
+  place.in += taken;
   return true;
 }
 
@@ -288,12 +308,16 @@ bool Conversion::encodeAtOnce(Text text, Place& place) const {
   return true;
 }
 
+// Whether the first step of the plan makes what the writer takes.
+bool Conversion::isDecodedOnly() const {
+  return m_plan->encoding.form == EncodingForm::kUtf16 && !m_plan->encoding.bigEndian &&
+         m_plan->decoding.form != EncodingForm::kUtf16;
+}
+
 // Brings text to the encoding of the plan's other side; returns how much of it.
 std::size_t Conversion::makeSegment(Text text, DataBuffer& segment) const {
   const fast::Plan& plan = *m_plan;
-  const bool isDecoded = plan.encoding.form == EncodingForm::kUtf16 && !plan.encoding.bigEndian &&
-                         plan.decoding.form != EncodingForm::kUtf16;
-  if (isDecoded) {
+  if (isDecodedOnly()) {
     unsigned char* const out = segment.reserveTail(kWindowStorage);
     if (out == nullptr) return 0;
     const fast::KernelResult r =
@@ -301,17 +325,21 @@ std::size_t Conversion::makeSegment(Text text, DataBuffer& segment) const {
     segment.commitTail(static_cast<unsigned int>(r.out - out));
     return static_cast<std::size_t>(r.in - text.bytes);
   }
-  // Of a reader's text it is all or nothing.
-  if (reader() != nullptr && plan.direct == nullptr) {
+  const bool isAll = reader() != nullptr;  // of a reader's text it is all or nothing
+  if (plan.direct == nullptr && (isAll || !plan.isCopy)) {
     unsigned char units[kWindowStorage];
     const unsigned char* const end = text.bytes + text.size;
     unsigned char* const out = segment.reserveTail(kWindowStorage);
+    if (out == nullptr) return 0;
     const fast::KernelResult decoded =
         fast::decode(plan, text.bytes, end, units, units + sizeof units);
-    if (out == nullptr || decoded.in != end) return 0;
+    if (isAll && decoded.in != end) return 0;
     const fast::KernelResult r = fast::encode(plan, units, decoded.out, out, out + kWindowStorage);
-    segment.commitTail(static_cast<unsigned int>(r.out - out));
-    return r.in == decoded.out ? text.size : 0;
+    if (r.in == decoded.out) {
+      segment.commitTail(static_cast<unsigned int>(r.out - out));
+      return static_cast<std::size_t>(decoded.in - text.bytes);
+    }
+    if (isAll) return 0;
   }
   fast::PumpBlock block;
   fast::Pump pump;
@@ -326,32 +354,43 @@ std::size_t Conversion::makeSegment(Text text, DataBuffer& segment) const {
 
 // Writes a text of the plan's other side, by the target's codec where it has one.
 bool Conversion::putSegment(Text segment, Place& place) {
-  const Codec* const codec = writer();
-  if (codec == nullptr) {
+  if (writer() == nullptr) {
     if (segment.size > place.room()) return false;
     if (m_route.to.isUcs2 && hasSurrogate(segment, m_plan->encoding.bigEndian)) return false;
     std::memcpy(place.out, segment.bytes, segment.size);
     place.out += segment.size;
     return true;
   }
+  if (m_heldBytes == 0) return writeText(segment, place);
   LentBuffer<kWindowStorage> joined;
-  if (m_heldBytes != 0) {
-    joined.append(m_held, m_heldBytes);
-    joined.append(segment.bytes, static_cast<unsigned int>(segment.size));
-    segment = {joined.getData2(), joined.getSize()};
+  joined.append(m_held, m_heldBytes);
+  joined.append(segment.bytes, static_cast<unsigned int>(segment.size));
+  return !joined.hasFailed() && writeText({joined.getData2(), joined.getSize()}, place);
+}
+
+// Writes a text that begins with what is held by the target's codec: straight to the caller where
+// there is room for whatever it may become.
+bool Conversion::writeText(Text text, Place& place) {
+  unsigned char aside[kWindowStorage];
+  DataBuffer out;
+  if (place.room() >= text.size * 4 + 2 * kKernelSlack) {
+    out.lendStorage(place.out,
+                    static_cast<unsigned int>(std::min<std::size_t>(place.room(), kMostLent)));
+  } else {
+    out.lendStorage(aside, sizeof aside);
   }
-  LentBuffer<kWindowStorage> out;
   MarkCounter marks;
-  CodecState writing = m_writing;
-  const unsigned int taken = codec->write(segment.bytes, static_cast<unsigned int>(segment.size),
-                                          false, writing, out, &marks);
-  const std::size_t rest = segment.size - taken;
-  if (marks.count() != 0 || out.hasFailed() || joined.hasFailed()) return false;
-  if (out.getSize() > place.room() || rest > kMostHeld) return false;
-  std::memcpy(place.out, out.getData2(), out.getSize());
+  const CodecState before = m_writing;
+  const unsigned int taken = writer()->write(text.bytes, static_cast<unsigned int>(text.size),
+                                             false, m_writing, out, &marks);
+  const std::size_t rest = text.size - taken;
+  if (marks.count() != 0 || out.hasFailed() || out.getSize() > place.room() || rest > kMostHeld) {
+    m_writing = before;
+    return false;
+  }
+  if (out.getData2() != place.out) std::memcpy(place.out, out.getData2(), out.getSize());
   place.out += out.getSize();
-  m_writing = writing;
-  std::memcpy(m_held, segment.bytes + taken, rest);
+  if (rest != 0) std::memcpy(m_held, text.bytes + taken, rest);
   m_heldBytes = static_cast<std::uint8_t>(rest);
   return true;
 }

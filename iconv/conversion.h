@@ -67,6 +67,11 @@ class Conversion {
   };
 
   const Codec* reader() const { return m_plan->source->codec; }
+  // How the reader reads for streams.
+  const Codec::Convert& strictReader() const {
+    const Codec& codec = *reader();
+    return codec.readStrictly ? codec.readStrictly : codec.read;
+  }
   const Codec* writer() const { return m_plan->target->codec; }
   bool isPlain() const {
     return reader() == nullptr && writer() == nullptr && !m_route.from.isUcs2 && !m_route.to.isUcs2;
@@ -80,10 +85,15 @@ class Conversion {
   bool takeShort(Place& place, std::size_t length) const;
   void takeByPump(Place& place, std::size_t length) const;
   bool takeWindow(Place& place, std::size_t length);
+  bool takeReadWindow(Place& place, std::size_t length);
+  bool takeWrittenWindow(Place& place, std::size_t length);
+  bool putRead(Text text, Place& place);
   bool isEncodedAtOnce() const;
   bool encodeAtOnce(Text text, Place& place) const;
   std::size_t makeSegment(Text text, DataBuffer& segment) const;
+  bool isDecodedOnly() const;
   bool putSegment(Text segment, Place& place);
+  bool writeText(Text text, Place& place);
   static bool hasSurrogate(Text text, bool bigEndian);
   Status takeCharacter(Place& place, Outcome& outcome);
   void noteUnwritten(const Place& place, Outcome& outcome) const;
@@ -114,10 +124,10 @@ class Conversion {
   bool m_hasMark = false;   // the mark of the target is written
   // What the writer cannot write before it sees more, as text of the code page behind it.
   static constexpr std::size_t kMostHeld = 32;
-  unsigned char m_held[kMostHeld];
+  unsigned char m_held[kMostHeld] = {};
   // What is read and cannot be told yet, as text of the source: a letter that an accent may follow.
   static constexpr std::size_t kMostWaiting = 16;
-  unsigned char m_waiting[kMostWaiting];
+  unsigned char m_waiting[kMostWaiting] = {};
 
   static constexpr std::uint32_t kLeastPlainWindow = 32;
   static constexpr std::uint32_t kLargestPlainWindow = 64 * 1024;

@@ -189,8 +189,7 @@ void Conversion::readPlain(const unsigned char* in, std::size_t left, Character&
 void Conversion::readByCodec(const unsigned char* in, std::size_t left,
                              Character& character) const {
   using Kind = Character::Kind;
-  const Codec& codec = *reader();
-  const Codec::Convert convert = codec.readStrictly ? codec.readStrictly : codec.read;
+  const Codec::Convert& convert = strictReader();
   character.kind = Kind::kCut;
   const auto most = static_cast<unsigned int>(std::min(left, kLongest));
   LentBuffer<4096 + 128> text;
@@ -402,9 +401,8 @@ Conversion::Status Conversion::writeCharacter(Place& place, const Character& cha
 // where it ends within a character.
 bool Conversion::keepWaiting(Place& place) {
   constexpr int kUtf7 = 65000;
-  const Codec* const codec = reader();
   const std::size_t left = place.left();
-  if (codec == nullptr || left > kMostWaiting) return false;
+  if (reader() == nullptr || left > kMostWaiting) return false;
   if (m_route.from.row->number == kUtf7) {
     // Behind the first byte of base64 its bytes are no characters on their own.
     if (left == 1 && place.in[0] == '+') return false;
@@ -413,8 +411,7 @@ bool Conversion::keepWaiting(Place& place) {
     LentBuffer<4096 + 128> text;
     MarkCounter marks;
     CodecState state = m_reading;
-    const Codec::Convert convert = codec->readStrictly ? codec->readStrictly : codec->read;
-    convert(place.in, static_cast<unsigned int>(left), true, state, text, &marks);
+    strictReader()(place.in, static_cast<unsigned int>(left), true, state, text, &marks);
     if (marks.count() != 0 || text.getSize() == 0) return false;
   }
   std::memcpy(m_waiting, place.in, left);
@@ -425,15 +422,20 @@ bool Conversion::keepWaiting(Place& place) {
 
 // Goes on with what waits and what follows it.
 Conversion::Status Conversion::takeWaiting(Place& place, Outcome& outcome) {
-  constexpr std::size_t kMostAdded = 48;
+  constexpr std::size_t kMostAdded = 240;
   if (place.in == place.inEnd) return Status::kGood;
   unsigned char joined[kMostWaiting + kMostAdded];
   const std::size_t waiting = m_waitingBytes;
   const std::size_t added = std::min(place.left(), kMostAdded);
-  std::memcpy(joined, m_waiting, waiting);
+  std::memcpy(joined, m_waiting, sizeof m_waiting);
   std::memcpy(joined + waiting, place.in, added);
   Place aside{joined, joined + waiting + added, place.out, place.outEnd};
   m_waitingBytes = 0;
+  // A short text at once, where it is clean. With shifts in it one would have to know which of them
+  // stand in front of a character that does not fit.
+  const bool isMarkDue = m_route.to.hasMark && !m_hasMark;
+  const bool isTaken = added == place.left() && reader()->isStateless && m_steps == 0 &&
+                       !isMarkDue && takeWindow(aside, aside.left());
   Status status = Status::kGood;
   while (status == Status::kGood && aside.in < joined + waiting && aside.in != aside.inEnd) {
     status = takeCharacter(aside, outcome);
@@ -444,21 +446,22 @@ Conversion::Status Conversion::takeWaiting(Place& place, Outcome& outcome) {
   if (used >= waiting) {
     place.in += used - waiting;
   } else if (status != Status::kBad) {  // else it is malformed, and told of as read
-
     m_waitingBytes = static_cast<std::uint8_t>(waiting - used);
     std::memcpy(m_waiting, aside.in, m_waitingBytes);
+  }
+  // What the reader has left of all there is waits for more, as behind a window.
+  if (status == Status::kGood && isTaken && place.in != place.inEnd && !m_route.to.isWide) {
+    return keepWaiting(place) ? Status::kGood : Status::kCut;
   }
   return status;
 }
 
 // Writes what waits as it is: nothing follows it.
 Conversion::Status Conversion::writeWaiting(Place& place) {
-  const Codec& codec = *reader();
   LentBuffer<4096 + 128> text;
   MarkCounter marks;
   CodecState state = m_reading;
-  const Codec::Convert convert = codec.readStrictly ? codec.readStrictly : codec.read;
-  convert(m_waiting, m_waitingBytes, true, state, text, &marks);
+  strictReader()(m_waiting, m_waitingBytes, true, state, text, &marks);
   Character character;
   if (marks.count() == 0 && text.getSize() <= sizeof character.text) {
     std::memcpy(character.text, text.getData2(), text.getSize());

@@ -23,6 +23,7 @@
 #define COMPILER_CPU_HAS(name) __builtin_cpu_supports(name)
 // Bytes in the other order.
 inline std::uint32_t compilerSwapBytes(std::uint32_t number) { return __builtin_bswap32(number); }
+inline std::uint64_t compilerSwapBytes(std::uint64_t number) { return __builtin_bswap64(number); }
 #if defined(__SIZEOF_INT128__)
 // An integer of 128 bits, where processors have a word of 64.
 __extension__ typedef unsigned __int128 CompilerUint128;
@@ -48,6 +49,7 @@ struct CompilerVector {
 #define COMPILER_EXPECT_WRITE(address) static_cast<void>(address)
 #define COMPILER_CPU_HAS(name) false
 inline std::uint32_t compilerSwapBytes(std::uint32_t number) { return _byteswap_ulong(number); }
+inline std::uint64_t compilerSwapBytes(std::uint64_t number) { return _byteswap_uint64(number); }
 #error "CompilerVector has no form for this compiler yet, nor has COMPILER_SHUFFLE"
 
 #else

@@ -43,51 +43,65 @@ struct Reader : Direction<UnitReader> {
   bool step() {
     const unsigned char* const stop = readable();
     while (p < stop) {
-      if (table.isAscii() && !scheme.isBehind) copyAscii(stop);
       scheme.isBehind ? copyBehind(stop) : copyInFront(stop);
       if (p < stop) return scheme.isBehind ? readBehind() : readInFront();
     }
     return true;
   }
 
-  // Most of a text: characters of one unit. readEntry() moves over one, and gives its entry.
-  template <class ReadEntry>
-  void copyUnits(const unsigned char* stop, ReadEntry readEntry) {
+  // Both loops read most of a text: characters of one unit.
+
+  // Single bytes, and letters with one accent that are a character together.
+  void copyInFront(const unsigned char* stop) {
+    const Entry* const root = table.root();
+    const bool composes = scheme.composes;
+    const auto copyOne = [=, this](const unsigned char*& in, unsigned char*& to) {
+      const Entry own = root[*in];
+      const bool isAccent = isNode(own);
+      if (isAccent && (!composes || end - in < 2 || in[1] < 0x20)) return false;
+      const Entry unit = isAccent ? table.node(own)[in[1]] : own;
+      if (!isUnit(unit)) return false;
+      storeLow(to, static_cast<std::uint16_t>(unit));
+      in += isAccent ? 2 : 1;
+      to += 2;
+      return true;
+    };
+    copyAll(copyOne, stop);
+  }
+  // Single bytes, which become one with an accent behind them where that makes a character.
+  void copyBehind(const unsigned char* stop) {
+    const Entry* const root = table.root();
+    const bool composes = scheme.composes;
+    const unsigned char* first = p;  // of the letters that have no accent yet
+    const auto copyOne = [=, this, &first](const unsigned char*& in, unsigned char*& to) {
+      const Entry own = root[*in];
+      const bool isAccent = isNode(own);
+      if (isAccent && (!composes || in == first || in[-1] == 0)) return false;
+      const Entry unit = isAccent ? table.node(own)[in[-1]] : own;
+      if (!isUnit(unit)) return false;
+      storeLow(isAccent ? to - 2 : to, static_cast<std::uint16_t>(unit));
+      ++in;
+      to += isAccent ? 0 : 2;
+      if (isAccent) first = in;
+      return true;
+    };
+    if (stop < end && isAccent(*stop)) ++stop;  // which needs no room of its own
+    copyAll(copyOne, stop);
+    // Of the last letter of a piece it is not known yet.
+    if (p != end || p == first || last) return;
+    --p;
+    dest -= 2;
+  }
+  template <class CopyOne>
+  void copyAll(const CopyOne& copyOne, const unsigned char* stop) {
     const unsigned char* in = p;
     unsigned char* to = dest;
-    for (; in < stop; to += 2) {
-      const unsigned char* next = in;
-      const Entry entry = readEntry(next);
-      if (!isUnit(entry)) break;
-      storeLow(to, static_cast<std::uint16_t>(entry));
-      in = next;
+    if (!table.isAsciiText() || copyTextAnd(copyOne, in, to, stop)) {
+      while (in < stop && copyOne(in, to)) {
+      }
     }
     p = in;
     dest = to;
-  }
-  // Single bytes, and letters with one accent that are a character together.
-  void copyInFront(const unsigned char* stop) {
-    copyUnits(stop, [this, root = table.root()](const unsigned char*& at) {
-      const unsigned char byte = *at++;
-      return isNode(root[byte]) && at < end ? composedOf(byte, *at++) : root[byte];
-    });
-  }
-  void copyBehind(const unsigned char* stop) {
-    copyUnits(stop, [this, root = table.root()](const unsigned char*& at) {
-      const unsigned char byte = *at++;
-      if (at == end) return last ? root[byte] : CodeTable::kNothing;
-      if (!isUnit(root[byte]) || !isNode(root[*at])) return root[byte];
-      const Entry composed = composedOf(*at, byte);
-      if (!isUnit(composed)) return root[byte];
-      ++at;
-      return composed;
-    });
-  }
-  // Nothing where they are two characters, or the letter is a control character.
-  Entry composedOf(unsigned char accent, unsigned char letter) const {
-    const unsigned char least = scheme.isBehind ? 1 : 0x20;
-    return scheme.composes && letter >= least ? table.node(table.root()[accent])[letter]
-                                              : CodeTable::kNothing;
   }
 
   char32_t scalarOf(std::uint32_t code) const {
@@ -140,47 +154,58 @@ struct Writer : Direction<UnitWriter> {
   bool step() {
     const unsigned char* const stop = writable();
     while (p < stop) {
-      if (table.isAscii()) copyAsciiText(stop);
-      copyCharacters(stop);
+      if (!(scheme.isBehind ? copyCharacters<true>(stop) : copyCharacters<false>(stop))) {
+        return false;
+      }
       if (p < stop) return writeOne();
     }
     return true;
   }
 
-  // All but the last character, behind which a mark may stand.
-  void copyAsciiText(const unsigned char* stop) {
-    const unsigned char* const before = p;
-    copyAscii(stop);
-    if (p == before || scheme.isBehind) return;
-    p -= 2;
-    --dest;
-  }
-  // Units that have a code, of one accent at most, and no mark behind them.
-  void copyCharacters(const unsigned char* stop) {
+  // Units that have a code, of one accent at most, and no mark behind them. False when what follows
+  // decides.
+  template <bool isBehind>
+  bool copyCharacters(const unsigned char* stop) {
     const CodeTable::Codes codes = table.codes();
     const auto codeAt = [codes](const unsigned char* at) {
       return codes.of(loadLow<std::uint16_t>(at));
     };
-    const bool isBehind = scheme.isBehind;
-    // Of the last character of a piece it is not known yet.
-    const unsigned char* const textEnd = last || isBehind ? stop : std::min(stop, end - 2);
+    const auto copyOne = [codes](const unsigned char*& in, unsigned char*& to) {
+      const std::uint32_t code = codes.loadAt(in);
+      const std::uint32_t letter = code & 0xFF, accent = code >> 8;
+      if (accent > 0xFF || letter == 0) return false;
+      const std::uint32_t isPair = accent != 0 ? 1 : 0;
+      const std::uint32_t first = accent | (letter & (isPair - 1));
+      to[0] = static_cast<unsigned char>(isBehind ? letter : first);
+      to[1] = static_cast<unsigned char>(isBehind ? accent : letter);
+      in += 2;
+      to += 1 + isPair;
+      return true;
+    };
+    const unsigned char* const unitsEnd = stop - (stop - p) % 2;
     const unsigned char* in = p;
     unsigned char* to = dest;
-    std::uint32_t code = textEnd - in >= 2 ? codeAt(in) : 0;
-    while (textEnd - in >= 2 && code - 1 < 0xFFFF && !isMark(code)) {
-      const std::uint32_t next = end - in >= 4 ? codeAt(in + 2) : 0;
-      if (isMark(next) && !isBehind) break;
-      const auto letter = static_cast<unsigned char>(code);
-      const auto accent = static_cast<unsigned char>(code >> 8);
-      to[0] = isBehind || accent == 0 ? letter : accent;
-      to[1] = isBehind ? accent : letter;
-      to += accent == 0 ? 1 : 2;
-      in += 2;
-      code = next;
+    if (!table.isAsciiText() || copyTextAnd(copyOne, in, to, stop)) {
+      while (in != unitsEnd && copyOne(in, to)) {
+      }
+    }
+    // A mark behind the last one goes in front of it.
+    const bool isOver = end - in < 2;
+    bool isOpen = false;
+    if (!isBehind && in != p && (isOver ? !last : isMark(codeAt(in)))) {
+      const std::uint32_t code = codeAt(in - 2);
+      if (takesMarks(code)) {
+        in -= 2;
+        to -= code > 0xFF ? 2 : 1;
+        isOpen = isOver;
+      }
     }
     p = in;
     dest = to;
+    return !isOpen;
   }
+  // Control characters do not.
+  static bool takesMarks(std::uint32_t code) { return (code & 0xFF) >= 0x20; }
 
   // A character, with the marks behind it. False when what follows decides.
   bool writeOne() {
@@ -198,7 +223,7 @@ struct Writer : Direction<UnitWriter> {
     std::uint32_t marks[kMaxMarks];
     std::size_t count = 0;
     unsigned int length = character.length;
-    if ((code & 0xFF) >= 0x20) {
+    if (takesMarks(code)) {
       unsigned int room = kMaxAccents - (code > 0xFFFF ? 2 : code > 0xFF ? 1 : 0);
       for (; count < kMaxMarks && count < room; ++count) {
         const Character next = characterAt(p + length);

@@ -13,8 +13,6 @@
 
 namespace {
 
-constinit std::atomic<const CodeTable*> g_tables[CodeTable::kMaxMappings];
-
 constexpr unsigned char kImageEnd = 0xFF;
 enum Kind : unsigned int { kBoth, kRead, kWrite, kRemove };
 
@@ -128,8 +126,10 @@ bool CodeTable::mayBeLonger(const unsigned char* bytes, std::size_t known) const
 
 // ---- Building. ----
 
-const CodeTable* CodeTable::open(const Mapping& mapping) {
-  return publish(g_tables[mapping.index], [&](CodeTable& made) {
+constinit std::atomic<const CodeTable*> CodeTable::s_tables[kMaxMappings];
+
+const CodeTable* CodeTable::make(const Mapping& mapping) {
+  return publish(s_tables[mapping.index], [&](CodeTable& made) {
     if (!made.build(mapping)) return false;
     made.derive();
     return !made.hasFailed();
@@ -144,23 +144,23 @@ CodeTable::~CodeTable() {
 }
 
 template <class Table>
-const Table* CodeTable::flatTable(std::atomic<const Table*>& slot) const {
+const Table* CodeTable::makeFlat(std::atomic<const Table*>& slot) const {
   return publish(slot, [this](Table& table) {
     fast::fillExactly(*this, table);
     return true;
   });
 }
-template const fast::SingleByteDecoder* CodeTable::flatTable(
+template const fast::SingleByteDecoder* CodeTable::makeFlat(
     std::atomic<const fast::SingleByteDecoder*>& slot) const;
-template const fast::SingleByteEncoder* CodeTable::flatTable(
+template const fast::SingleByteEncoder* CodeTable::makeFlat(
     std::atomic<const fast::SingleByteEncoder*>& slot) const;
-template const fast::DoubleByteDecoder* CodeTable::flatTable(
+template const fast::DoubleByteDecoder* CodeTable::makeFlat(
     std::atomic<const fast::DoubleByteDecoder*>& slot) const;
-template const fast::DoubleByteEncoder* CodeTable::flatTable(
+template const fast::DoubleByteEncoder* CodeTable::makeFlat(
     std::atomic<const fast::DoubleByteEncoder*>& slot) const;
 
 void releaseCodeTables() {
-  for (auto& slot : g_tables) release(slot);
+  for (auto& slot : CodeTable::s_tables) release(slot);
 }
 
 bool CodeTable::hasFailed() const {
@@ -387,6 +387,10 @@ void CodeTable::derive() {
   m_isAscii = true;
   for (Entry ascii = 0; ascii < 0x80; ++ascii) {
     m_isAscii = m_isAscii && root()[ascii] == (kScalar | ascii);
+  }
+  m_isAsciiText = true;
+  for (Entry text = 0x20; text < 0x7F; ++text) {
+    m_isAsciiText = m_isAsciiText && root()[text] == (kScalar | text) && codeOf(text) == text;
   }
   if (!m_approximations.isEmpty()) {
     OneWay* const oneWays = &m_approximations.at(0);

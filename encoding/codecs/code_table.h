@@ -77,7 +77,10 @@ class CodeTable {
   // Null when memory is short, when the image does not make a table, or is in a file that was not
   // provided (mapping_files.h). Built on first use and kept
   // until releaseCodeTables(). Any thread may call.
-  static const CodeTable* open(const Mapping& mapping);
+  static const CodeTable* open(const Mapping& mapping) {
+    const CodeTable* const table = s_tables[mapping.index].load(std::memory_order_acquire);
+    return table != nullptr ? table : make(mapping);
+  }
 
   // The 256 entries of a node; the first one is for the first byte of a code.
   const Entry* node(Entry index) const { return m_nodes.data() + (index & ~kKind) * 256; }
@@ -109,6 +112,10 @@ class CodeTable {
     std::uint32_t bits;
     std::uint32_t load(char32_t scalar) const {
       return rows[rowOf[scalar >> 8] * 256u + (scalar & 0xFF)];
+    }
+    // Of a unit, little endian.
+    std::uint32_t loadAt(const unsigned char* unit) const {
+      return rows[rowOf[unit[1]] * 256u + unit[0]];
     }
     std::uint32_t of(char32_t scalar) const { return load(scalar) & bits; }
   };
@@ -145,6 +152,8 @@ class CodeTable {
   bool hasCounted() const { return m_hasCounted; }
 
   bool isAscii() const { return m_isAscii; }
+  // Whether 20 to 7E are those of ASCII, in both directions.
+  bool isAsciiText() const { return m_isAsciiText; }
   // How many bytes the malformed piece has that begins with these, of which `known` can be seen:
   // all bytes of a form that some code has, as far as no byte below 80 is lost, or one.
   unsigned int malformedLength(const unsigned char* bytes, std::size_t known) const;
@@ -152,6 +161,8 @@ class CodeTable {
   bool mayBeLonger(const unsigned char* bytes, std::size_t known) const;
 
  private:
+  friend void releaseCodeTables();
+  static const CodeTable* make(const Mapping& mapping);
   // Of codes of four bytes that count up the second and the fourth byte are digits.
   static constexpr std::uint32_t kSupplementaryCount = (0x90 - 0x81) * 12600;
   static constexpr std::uint32_t codeAtCount(std::uint32_t count) {
@@ -180,7 +191,14 @@ class CodeTable {
   void noteForms(Entry node, unsigned int depth, std::uint8_t (&bytes)[kMaxBytes]);
   bool hasFailed() const;
   template <class Table>
-  const Table* flatTable(std::atomic<const Table*>& slot) const;
+  const Table* flatTable(std::atomic<const Table*>& slot) const {
+    const Table* const table = slot.load(std::memory_order_acquire);
+    return table != nullptr ? table : makeFlat(slot);
+  }
+  template <class Table>
+  const Table* makeFlat(std::atomic<const Table*>& slot) const;
+
+  static std::atomic<const CodeTable*> s_tables[kMaxMappings];
 
   Rows<Entry> m_nodes;
   std::uint16_t m_rowOf[0x1100] = {};
@@ -193,6 +211,7 @@ class CodeTable {
   char32_t m_zero = 0xFFFFFFFFu;            // what byte 00 stands for, and is written for
   bool m_hasCounted = false;
   bool m_isAscii = false;
+  bool m_isAsciiText = false;
   mutable std::atomic<const fast::SingleByteDecoder*> m_singleDecoder{nullptr};
   mutable std::atomic<const fast::SingleByteEncoder*> m_singleEncoder{nullptr};
   mutable std::atomic<const fast::DoubleByteDecoder*> m_pairDecoder{nullptr};

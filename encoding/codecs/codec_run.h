@@ -48,10 +48,13 @@ struct CodecRun {
       return !out.hasFailed();
     }
     const auto wanted = static_cast<unsigned int>(std::min(left(), kUsualRoom) + kMinRoom);
-    dest = out.reserveTail(std::min(wanted, possible));
-    destStart = dest;
-    destEnd = dest == nullptr ? nullptr : dest + out.getTailRoom();
+    takeRoom(out.reserveTail(std::min(wanted, possible)));
     return dest != nullptr;
+  }
+  // Makes the room behind the content of the output that of the run.
+  void takeRoom(unsigned char* tail) {
+    dest = destStart = tail;
+    destEnd = tail == nullptr ? nullptr : tail + out.getTailRoom();
   }
   void commit() {
     const auto count = static_cast<unsigned int>(dest - destStart);
@@ -110,6 +113,7 @@ unsigned int runCodec(const void* parameters, const unsigned char* data, unsigne
                       bool last, CodecState& state, DataBuffer& out, ReplacementSink* sink) {
   Direction run(parameters, data, length, last, state, out, sink);
   out.expect(std::uint64_t{length} * Direction::kGrowth / 8 + CodecRun::kMinRoom);
+  run.takeRoom(out.reserveTail(0));
   while (run.p != run.end) {
     if (!run.makeRoom()) return length;
     if (!run.step()) break;

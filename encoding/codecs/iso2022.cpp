@@ -74,17 +74,24 @@ struct Reader : Direction<UnitReader> {
 
   bool step() {
     if (isOutOfMemory) return fail();
-    const unsigned char* const stop = readable();
+    const unsigned char* stop = readable();
     while (p < stop) {
       const unsigned char* const before = p;
-      if (called->isAscii()) {
-        copyText(stop);
-      } else if (called->isPairs()) {
-        ::copyPairs(*this, *called, stop);
-      }
-      if (p == before || room() < kMinRoom) return p == end || readUnit();
+      // Control characters come several in a row, where sets change.
+      if (*p >= 0x20) copySet(stop);
+      if (p != before) continue;
+      if (!readUnit()) return false;
+      if (isOutOfMemory || room() < kMinRoom) return true;
+      stop = readable();
     }
     return true;
+  }
+  void copySet(const unsigned char* stop) {
+    if (called->isAscii()) {
+      copyText(stop);
+    } else if (called->isPairs()) {
+      ::copyPairs(*this, *called, stop);
+    }
   }
   void finish() { Direction::endText(); }
 
@@ -175,15 +182,16 @@ struct Reader : Direction<UnitReader> {
   }
 
   bool readEscape() {
+    for (std::size_t i = 0; i < scheme.designationCount; ++i) {
+      const std::string_view escape = scheme.designations[i].escape;
+      if (matchEscape(p + 1, end, escape) == EscapeMatch::kYes) {
+        return readDesignation(i, escape.size());
+      }
+    }
     bool isCut = left() < 2;
     for (std::size_t i = 0; i < scheme.designationCount; ++i) {
-      const Designation& designation = scheme.designations[i];
-      const unsigned int length = matchDesignation(designation.escape, isCut);
-      if (length == 0) continue;
-      designate(designation.place, static_cast<InPlace>(i + 1));
-      called = openCalled();
-      p += 1 + length;
-      return true;
+      const unsigned int length = matchDesignation(scheme.designations[i].escape, isCut);
+      if (length != 0) return readDesignation(i, length);
     }
     if (scheme.singleShiftBytes != 0 && !isCut && (p[1] == 'N' || p[1] == 'O')) {
       return readSingleShift(p[1] == 'N' ? 2 : 3);
@@ -197,6 +205,12 @@ struct Reader : Direction<UnitReader> {
     const unsigned int unknown = designationLength(p + 1, end, isCut);
     if (isCut && !last) return false;
     return unknown == 0 ? passUnit() : readUnknown(unknown);
+  }
+  bool readDesignation(std::size_t index, std::size_t length) {
+    designate(scheme.designations[index].place, static_cast<InPlace>(index + 1));
+    called = openCalled();
+    p += 1 + length;
+    return true;
   }
   // How many bytes behind the ESC are a designation, which sets of pairs in G0 have two forms of.
   unsigned int matchDesignation(std::string_view escape, bool& isCut) const {
@@ -248,17 +262,26 @@ struct Writer : Direction<UnitWriter> {
       p = end;
       return true;
     }
-    const unsigned char* const stop = writable();
+    const unsigned char* stop = writable();
     while (p < stop) {
       const unsigned char* const before = p;
-      if (called->isAscii()) {
-        copyText(stop);
-      } else if (called->isPairs()) {
-        copyPairs(stop);
-      }
-      if (p == before || room() < kMinRoom) return p == end || writeUnit();
+      copySet(stop);
+      if (p != before) continue;
+      if (!writeUnit()) return false;
+      if (isOutOfMemory || room() < kMinRoom) return true;
+      stop = writable();
     }
     return true;
+  }
+  void copySet(const unsigned char* stop) {
+    if (stop - p < 2) return;
+    const bool isLow = p[1] == 0;
+    if (isLow && isControl(*p)) return;
+    if (called->isAscii()) {
+      if (isLow) copyText(stop);
+    } else if (called->isPairs()) {
+      copyPairs(stop);
+    }
   }
   void finish() {
     enterAscii();
@@ -335,27 +358,30 @@ struct Writer : Direction<UnitWriter> {
         const Designation& designation = scheme.designations[i];
         if (!designation.isWritten) continue;
         if (isAkin && designation.set->mapping != called->set->mapping) continue;
-        if (!has(*designation.set, scalar)) continue;
+        const std::uint32_t code = codeIn(*designation.set, scalar);
+        if (code == 0) continue;
         call(static_cast<InPlace>(i + 1));
         const bool isRight = scheme.right != nullptr && designation.place == 1;
-        return writeIn(open(designation.set), scalar, length, isRight ? kRight : 0);
+        return putCharacter(code, length, isRight ? kRight : 0);
       }
       if (isOutOfMemory) return true;
     }
     return refuseAs(length);
   }
-  bool has(const GraphicSet& set, char32_t scalar) {
-    if (set.mapping == nullptr) return false;
+  std::uint32_t codeIn(const GraphicSet& set, char32_t scalar) {
+    if (set.mapping == nullptr) return 0;
     const CodeTable* const table = CodeTable::open(*set.mapping);
     isOutOfMemory = isOutOfMemory || table == nullptr;
-    return table != nullptr && codeIn(set, table->codeOf(scalar)) != 0;
+    return table != nullptr ? ::codeIn(set, table->codeOf(scalar)) : 0;
   }
-  // highBits: those that the bytes have besides.
   bool writeIn(const OpenSet& set, char32_t scalar, unsigned int length,
                std::uint32_t highBits = 0) {
     const std::uint32_t code =
         set.table != nullptr ? set.codeIn(set.table->codeOf(scalar)) : std::uint32_t{0};
-    if (code == 0) return false;
+    return code != 0 && putCharacter(code, length, highBits);
+  }
+  // highBits: those that the bytes have besides.
+  bool putCharacter(std::uint32_t code, unsigned int length, std::uint32_t highBits) {
     putCode(code | (code > 0xFF ? highBits : highBits & 0xFF));
     p += length;
     return true;
@@ -376,8 +402,10 @@ struct Writer : Direction<UnitWriter> {
     const unsigned int place = designation.place;
     if (place == 0) shift(false);
     if (inPlace(place) != what) {
-      put(kEscape);
-      for (const char byte : designation.escape) put(static_cast<unsigned char>(byte));
+      unsigned char* to = dest;
+      *to++ = kEscape;
+      for (const char byte : designation.escape) *to++ = static_cast<unsigned char>(byte);
+      dest = to;
       designate(place, what);
     }
     if (place == 1 && scheme.right != nullptr) return;

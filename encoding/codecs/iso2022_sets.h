@@ -98,14 +98,31 @@ template <class Stops>
 inline void copyPairs(UnitWriter& writer, const OpenSet& set, const unsigned char* stop,
                       const Stops& stops) {
   const CodeTable::Codes codes = set.table->codes();
+  const std::uint32_t bits = set.set->bits, mask = set.mask, least = set.least;
   const unsigned char* in = writer.p;
   unsigned char* to = writer.dest;
+  // Of the codes of a set, and of no others, only bits of the mask are left.
+  const auto ownAt = [=](const unsigned char* at) { return codes.loadAt(at) ^ bits; };
+  constexpr std::uint64_t kEach = 0x0001000100010001;
+  for (; stop - in >= 8; in += 8, to += 8) {
+    std::uint64_t four = 0;
+    std::uint32_t all = 0;
+    bool isStopped = false;
+    for (unsigned int i = 0; i < 8; i += 2) {
+      const std::uint32_t own = ownAt(in + i);
+      all |= own;
+      four = four << 16 | own;
+      isStopped |= stops(loadLow<std::uint16_t>(in + i));
+    }
+    const std::uint64_t enough = four + (0x8000 - least) * kEach;
+    if ((all & ~mask) != 0 || (~enough & 0x8000 * kEach) != 0 || isStopped) break;
+    storeBig(to, four);
+  }
   for (; stop - in >= 2; in += 2, to += 2) {
-    const std::uint32_t unit = loadLow<std::uint16_t>(in);
-    const std::uint32_t code = set.codeIn(codes.load(unit));
-    if (code == 0 || stops(unit)) break;
-    to[0] = static_cast<unsigned char>(code >> 8);
-    to[1] = static_cast<unsigned char>(code);
+    const std::uint32_t own = ownAt(in);
+    if ((own & ~mask) != 0 || own < least || stops(loadLow<std::uint16_t>(in))) break;
+    to[0] = static_cast<unsigned char>(own >> 8);
+    to[1] = static_cast<unsigned char>(own);
   }
   writer.p = in;
   writer.dest = to;

@@ -67,11 +67,15 @@ void copyPlain(CodecRun& run) {
 // what copyTurns leaves comes in small groups, only a few, and returns false.
 template <typename Map>
 bool copyPairs(CodecRun& run) {
+  const unsigned char* p = run.p;
+  unsigned char* dest = run.dest;
   std::ptrdiff_t count = std::min<std::ptrdiff_t>(run.copyable(2), 8);
-  for (; count > 0 && Map::one(run.p, run.dest); --count) {
-    run.p += 2;
-    run.dest += 2;
+  for (; count > 0 && Map::one(p, dest); --count) {
+    p += 2;
+    dest += 2;
   }
+  run.p = p;
+  run.dest = dest;
   return count > 0 || run.copyable(2) == 0;
 }
 
@@ -130,8 +134,10 @@ bool copyTurns(CodecRun& run, bool inPairs) {
 template <auto isPair, codec_vectors::PairBox box, bool setsHighBits>
 struct HighBitPairs {
   static bool one(const unsigned char* pair, unsigned char* dest) {
-    for (int i : {0, 1}) dest[i] = setsHighBits ? pair[i] | 0x80 : pair[i] & 0x7F;
-    return isPair(pair[0], pair[1]);
+    const unsigned char first = pair[0], second = pair[1];
+    dest[0] = setsHighBits ? first | 0x80 : first & 0x7F;
+    dest[1] = setsHighBits ? second | 0x80 : second & 0x7F;
+    return isPair(first, second);
   }
   static codec_vectors::Words eight(codec_vectors::Words pairs, codec_vectors::SignedWords& known) {
     known = codec_vectors::inBox(reinterpret_cast<codec_vectors::Bytes>(pairs), box);

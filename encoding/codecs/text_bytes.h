@@ -31,7 +31,8 @@ void storeLow(unsigned char* dest, Number number) {
   }
 }
 // The same with the first byte from the highest.
-inline void storeBig(unsigned char* dest, std::uint32_t number) {
+template <typename Number>
+void storeBig(unsigned char* dest, Number number) {
   storeLow(dest, compilerSwapBytes(number));
 }
 
@@ -42,19 +43,30 @@ using fast::Bytes16;
 constexpr unsigned int kVector = 16;
 
 // The low bytes of sixteen UTF-16 units, little endian, and the high ones.
-inline Bytes16 loadLowBytes(const unsigned char* p) {
-  const auto first = Bytes16::load(p).native(), second = Bytes16::load(p + kVector).native();
+inline Bytes16 lowBytes(Bytes16 units, Bytes16 moreUnits) {
+  const auto first = units.native(), second = moreUnits.native();
   return Bytes16(
       COMPILER_SHUFFLE(first, second, 0, 2, 4, 6, 8, 10, 12, 14, 16, 18, 20, 22, 24, 26, 28, 30));
 }
-inline Bytes16 loadHighBytes(const unsigned char* p) {
-  const auto first = Bytes16::load(p).native(), second = Bytes16::load(p + kVector).native();
+inline Bytes16 highBytes(Bytes16 units, Bytes16 moreUnits) {
+  const auto first = units.native(), second = moreUnits.native();
   return Bytes16(
       COMPILER_SHUFFLE(first, second, 1, 3, 5, 7, 9, 11, 13, 15, 17, 19, 21, 23, 25, 27, 29, 31));
+}
+inline Bytes16 loadLowBytes(const unsigned char* p) {
+  return lowBytes(Bytes16::load(p), Bytes16::load(p + kVector));
+}
+inline Bytes16 loadHighBytes(const unsigned char* p) {
+  return highBytes(Bytes16::load(p), Bytes16::load(p + kVector));
 }
 // The low bytes, and FF for units above U+00FF.
 inline Bytes16 loadUnits(const unsigned char* p) {
   return loadLowBytes(p) | ~equal(loadHighBytes(p), 0);
+}
+// The same of eight units, twice.
+inline Bytes16 loadEightUnits(const unsigned char* p) {
+  const Bytes16 units = Bytes16::load(p);
+  return lowBytes(units, units) | ~equal(highBytes(units, units), 0);
 }
 // Sixteen units with these low bytes and high bytes.
 inline void storeAsUnits(Bytes16 lowBytes, Bytes16 highBytes, unsigned char* dest) {
@@ -70,6 +82,7 @@ inline void storeAsUnits(Bytes16 text, unsigned char* dest) { storeAsUnits(text,
 inline fast::Mask<Bytes16> isBetween(Bytes16 text, unsigned char first, unsigned char last) {
   return isAtMost(text - first, static_cast<unsigned char>(last - first));
 }
+inline fast::Mask<Bytes16> isAsciiText(Bytes16 text) { return isBetween(text, 0x20, 0x7E); }
 inline fast::Mask<Bytes16> isAsciiLetter(Bytes16 text) { return isBetween(text | 0x20, 'a', 'z'); }
 
 // How many bytes at the beginning have their high bit set, and clear.

@@ -77,17 +77,81 @@ struct UnitReader : CodecRun {
     dest = to;
   }
 
+  // Text in ASCII from 20 to 7E, as far as vectors go, and what copyOther(in, to) copies and moves
+  // both pointers over of what is not, two bytes at most; false where it does not.
+  template <class CopyOther>
+  static bool copyTextAnd(const CopyOther& copyOther, const unsigned char*& in, unsigned char*& to,
+                          const unsigned char* stop) {
+    if (!copyBlocks<4>(copyOther, in, to, stop) || !copyBlocks<1>(copyOther, in, to, stop)) {
+      return false;
+    }
+    if (stop - in >= std::ptrdiff_t{kVector}) {
+      copyBytes(in, to, countLow(~isAsciiText(Bytes16::load(in))));
+    }
+    return true;
+  }
+  // The same in blocks of several vectors. Bits say where the others stand: a loop that looked for
+  // them would have to wait for itself.
+  template <unsigned int kVectors, class CopyOther>
+  static bool copyBlocks(const CopyOther& copyOther, const unsigned char*& in, unsigned char*& to,
+                         const unsigned char* stop) {
+    constexpr std::ptrdiff_t kBlock = kVectors * kVector;
+    while (stop - in > kBlock + std::ptrdiff_t{kVector}) {
+      const unsigned char* const blockEnd = in + kBlock;
+      std::uint64_t others = 0;
+      for (unsigned int i = 0; i < kBlock; i += kVector) {
+        others |= std::uint64_t{topBits(~isAsciiText(Bytes16::load(in + i)))} << i;
+      }
+      while (others != 0) {
+        const int count = std::countr_zero(others);
+        copyBytes(in, to, count);
+        const unsigned char* const other = in;
+        if (!copyOther(in, to)) return false;
+        others = others >> count >> (in - other);
+      }
+      copyBytes(in, to, std::max<std::ptrdiff_t>(blockEnd - in, 0));
+    }
+    return true;
+  }
+  // By vectors, of which the last one may be written, and read, in part for nothing.
+  static void copyBytes(const unsigned char*& in, unsigned char*& to, std::ptrdiff_t count) {
+    std::ptrdiff_t done = 0;
+    do {
+      storeAsUnits(Bytes16::load(in + done), to + 2 * done);
+      done += kVector;
+    } while (done < count);
+    in += count;
+    to += 2 * count;
+  }
+
   // Pairs of seven bits, which the table has with the high bits set, up to one that is none.
   void copyPairs(const unsigned char* stop, const fast::DoubleByteDecoder& pairs) {
     stop = std::min(stop, end - 1);
     const unsigned char* in = p;
     unsigned char* to = dest;
+    // A high bit here is one of a byte that is not from 21 to 7E, or of a pair that is no
+    // character.
+    constexpr std::uint64_t kBytes = 0x0101010101010101, kPairs = 0x0001000100010001;
+    const auto unusual = [](std::uint64_t bytes) {
+      return (bytes | (bytes - 0x21 * kBytes) | (bytes + kBytes)) & 0x80 * kBytes;
+    };
+    const auto lacking = [](std::uint64_t units) {
+      return (units - kPairs) & ~units & kPairs << 15;
+    };
+    for (; stop - in >= 8; in += 8, to += 8) {
+      const auto bytes = loadLow<std::uint64_t>(in);
+      const std::uint64_t four = bytes | 0x80 * kBytes;
+      std::uint64_t units = 0;
+      for (unsigned int i = 0; i < 64; i += 16) {
+        units |= std::uint64_t{pairs.units[four >> i & 0xFFFF]} << i;
+      }
+      if ((unusual(bytes) | lacking(units)) != 0) break;
+      storeLow(to, units);
+    }
     for (; in < stop; in += 2, to += 2) {
       const std::uint32_t pair = loadLow<std::uint16_t>(in);
-      // A high bit here is one of a byte that is not from 21 to 7E.
-      if (((pair | (pair - 0x2121) | (pair + 0x0101)) & 0x8080) != 0) break;
       const std::uint16_t unit = pairs.units[pair | 0x8080];
-      if (unit == 0) break;
+      if ((unusual(pair) & 0x8080) != 0 || unit == 0) break;
       storeLow(to, unit);
     }
     p = in;
@@ -150,6 +214,54 @@ struct UnitWriter : CodecRun {
     for (; isWhole && stop - in >= 2 && isText(in); in += 2) *to++ = *in;
     p = in;
     dest = to;
+  }
+
+  // As in UnitReader; copyOther() copies one unit.
+  template <class CopyOther>
+  static bool copyTextAnd(const CopyOther& copyOther, const unsigned char*& in, unsigned char*& to,
+                          const unsigned char* stop) {
+    if (!copyBlocks<4>(copyOther, in, to, stop) || !copyBlocks<1>(copyOther, in, to, stop)) {
+      return false;
+    }
+    while (stop - in >= std::ptrdiff_t{kVector}) {
+      const Bytes16 text = loadEightUnits(in);
+      text.store(to);
+      const unsigned int count = std::min(countLow(~isAsciiText(text)), kVector / 2);
+      in += 2 * count;
+      to += count;
+      if (count != kVector / 2 && !copyOther(in, to)) return false;
+    }
+    return true;
+  }
+  template <unsigned int kVectors, class CopyOther>
+  static bool copyBlocks(const CopyOther& copyOther, const unsigned char*& in, unsigned char*& to,
+                         const unsigned char* stop) {
+    constexpr std::ptrdiff_t kBlock = kVectors * kVector;
+    while (stop - in > 2 * (kBlock + std::ptrdiff_t{kVector})) {
+      std::uint64_t others = 0;
+      for (unsigned int i = 0; i < kBlock; i += kVector) {
+        others |= std::uint64_t{topBits(~isAsciiText(loadUnits(in + 2 * i)))} << i;
+      }
+      std::ptrdiff_t rest = kBlock;
+      while (others != 0) {
+        const int count = std::countr_zero(others);
+        copyUnits(in, to, count);
+        if (!copyOther(in, to)) return false;
+        others = others >> count >> 1;
+        rest -= count + 1;
+      }
+      copyUnits(in, to, rest);
+    }
+    return true;
+  }
+  static void copyUnits(const unsigned char*& in, unsigned char*& to, std::ptrdiff_t count) {
+    std::ptrdiff_t done = 0;
+    do {
+      loadUnits(in + 2 * done).store(to + done);
+      done += kVector;
+    } while (done < count);
+    in += 2 * count;
+    to += count;
   }
 
   // The bytes of a code of a table; those behind are written over by what comes next.

@@ -73,9 +73,9 @@ struct SingleByteToUtf8 {
   // The second is looked at for a run of ASCII only.
   bool treatRegisters(Bytes bytes, Bytes next, const Byte*& in, Byte*& out) const {
     if (!table.isAscii) {
-      const Bytes ascii = lookUp<V, 16>(table.ascii, bytes);
-      if (topBits(ascii) != 0 || hasZero(ascii)) return encode<16>(bytes, in, out);
-      ascii.store(out);
+      const Bytes last = place<16>(2, bytes);  // the only ones of ASCII
+      if (topBits(last) != 0 || hasZero(last)) return encode<16>(bytes, last, in, out);
+      last.store(out);
       in += V::kSize;
       out += V::kSize;
       return true;
@@ -90,7 +90,8 @@ struct SingleByteToUtf8 {
     }
     // The letters of most code pages have bytes from C0.
     const bool isBelow = greaterSigned(0xC0, bytes).any();
-    return isBelow ? encode<8>(bytes, in, out) : encode<4>(bytes, in, out);
+    return isBelow ? encode<8>(bytes, place<8>(2, bytes), in, out)
+                   : encode<4>(bytes, place<4>(2, bytes), in, out);
   }
 
   // The bytes at one place of the UTF-8 forms.
@@ -100,10 +101,10 @@ struct SingleByteToUtf8 {
     return kRows == 16 ? found : selectByTopBit(bytes, found, index == 2 ? bytes : Bytes(0));
   }
 
-  // The forms are looked up byte by byte and closed up as those of utf16ToUtf8 are.
+  // The forms, of which the last bytes are known, are looked up byte by byte and closed up as those
+  // of utf16ToUtf8 are.
   template <unsigned int kRows>
-  bool encode(Bytes bytes, const Byte*& in, Byte*& out) const {
-    const Bytes last = place<kRows>(2, bytes);
+  bool encode(Bytes bytes, Bytes last, const Byte*& in, Byte*& out) const {
     if (hasZero(last)) return false;
     const Bytes middle = place<kRows>(1, bytes);
     const Bytes isAscii = equal(middle, 0);
