@@ -412,3 +412,12 @@ def test_streams_find_lines_and_keep_the_beginning():
     reader = codecs.getreader("encconv_utf-16")(io.BytesIO(b"a\0b"))
     with pytest.raises(UnicodeDecodeError):
         reader.read()
+
+
+def test_numbers_and_errors_are_looked_at_as_a_whole():
+    for number in (2**32 + 932, 932 - 2**32):
+        with pytest.raises(LookupError):
+            encconv.decode(b"a", number)
+    for errors, exception in ((5, TypeError), ("ignore\0", ValueError)):
+        with pytest.raises(exception):
+            encconv.decode(b"a", "utf-8", errors)
