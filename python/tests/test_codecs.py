@@ -5,11 +5,13 @@ import csv
 import email
 import email.policy
 import io
+import pickle
 import random
 
 import pytest
 
 import encconv
+from encconv import records
 
 # A text of each kind of encoding that Python has too.
 SAMPLES = {
@@ -421,3 +423,12 @@ def test_numbers_and_errors_are_looked_at_as_a_whole():
     for errors, exception in ((5, TypeError), ("ignore\0", ValueError)):
         with pytest.raises(exception):
             encconv.decode(b"a", "utf-8", errors)
+
+
+def test_exceptions_can_go_to_other_processes():
+    with pytest.raises(encconv.ConversionError) as caught:
+        encconv.convert(b"a\xff", "utf-8", "latin1")
+    copy = pickle.loads(pickle.dumps(caught.value))
+    assert (str(copy), copy.problem, copy.output) == (str(caught.value), caught.value.problem, b"a")
+    damaged = records.RecordError(records.RecordProblem("cut", 1, 2, 3, b"a", "", "cut short"))
+    assert str(pickle.loads(pickle.dumps(damaged))) == str(damaged)
