@@ -200,13 +200,15 @@ TEST(Accents, AreReportedByStreams) {
 TEST(Accents, AreTreatedAlikeHoweverTheTextIsCut) {
   const StreamSettings dropping = settingsFor(1200, kIso6937, "drop");
   EXPECT_EQ("SNA", stream(dropping, utf16(u"SN\u0305\u0308\u0308A"), [] { return 1; }).text);
+  // Nor across what is malformed.
+  EXPECT_EQ("eA", stream(settingsFor(65001, kIso6937, "drop"), "e\xFF\xCC\x81\x41").text);
   // Besides those above: 1258, Big5-HKSCS, JIS X 0213 in three forms, 1390, Johab of the standard.
   std::vector<int> targets = {1258, 200706, 200723, 200724, 200730, 1390, 200453};
   targets.insert(targets.end(), std::begin(kEncodings), std::end(kEncodings));
   const std::vector<char16_t> letters = {u'N',      u'e',      u'\x00CA', u'\x304B', u'\x0436',
                                          u'\x02E9', u'\x1112', u'\x1161', u' ',      u'\x0304',
                                          u'\x0308', u'\x0301', u'\x0305', u'\x309A', u'\x02E5',
-                                         u'\x11A8', u'\x20AC', u'\x1B'};
+                                         u'\x11A8', u'\x20AC', u'\x1B',   u'\xDC00'};
   std::minstd_rand0 random(12);
   for (const int target : targets) {
     for (const char* treatment :

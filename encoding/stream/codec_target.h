@@ -45,6 +45,8 @@ class CodecTarget {
   bool writeTreatment(const unsigned char* bytes, std::uint32_t count, Output& out) {
     return emit({bytes, count, nullptr, 0, true, 0}, Behind::kMisfit, out);
   }
+  // Writes the letter that waits for marks, since what would have stood between them was taken out.
+  bool close(Output& out) { return m_waiting.getSize() == 0 || writeTreatment(nullptr, 0, out); }
   // Writes what waits: nothing follows that it may be read together with.
   bool flush(Output& out) { return emit({nullptr, 0, nullptr, 0, true, 0}, Behind::kNothing, out); }
   // The same, and leaves any shift. What follows is the end, or bytes that are no business

@@ -135,13 +135,15 @@ void StreamConverter::Core::treat(const StreamError& error, const unsigned char*
     if (m_status == StreamStatus::kGood) m_status = StreamStatus::kStopped;
     return;
   }
-  if (m_settings.treatment == StreamTreatment::kDrop) return;
-  const Treatment::Replacement replacement = m_treatment.replace(error, piece, length);
+  Treatment::Replacement replacement;
+  if (m_settings.treatment != StreamTreatment::kDrop) {
+    replacement = m_treatment.replace(error, piece, length);
+  }
   bool isWritten = true;
   if (m_treatment.hasFailed()) {
     isWritten = false;
   } else if (replacement.count == 0) {
-    return;
+    isWritten = !m_target || m_target->close(*m_out);
   } else if (!m_target) {
     isWritten = m_out->append(replacement.bytes, replacement.count);
   } else if (replacement.isRaw) {

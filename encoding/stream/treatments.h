@@ -17,9 +17,9 @@ class Treatment {
   // A replacement: text in the code page that the target's codec takes, or in the target's own; or
   // bytes to be written as they are. Valid until the next call.
   struct Replacement {
-    const unsigned char* bytes;
-    std::uint32_t count;
-    bool isRaw;
+    const unsigned char* bytes = nullptr;
+    std::uint32_t count = 0;
+    bool isRaw = false;
   };
 
   Treatment();

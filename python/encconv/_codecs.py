@@ -45,6 +45,15 @@ class _Errors:
         self._errors = name
 
 
+def _behind(data: Buffer, used: int) -> bytes:
+    """The bytes of a buffer, whatever its items are, behind the first; of those that a handler put
+    in there may be more than there are."""
+    view = memoryview(data)
+    if view.itemsize != 1 or view.ndim != 1:
+        view = memoryview(view.tobytes())
+    return bytes(view[used:])
+
+
 class IncrementalDecoder(_Errors, codecs.IncrementalDecoder):
     """Decodes a text piece by piece. The text does not depend on how it is cut.
 
@@ -66,8 +75,7 @@ class IncrementalDecoder(_Errors, codecs.IncrementalDecoder):
         if self._pending:
             input = self._pending + bytes(input)
         text, used, state = self._decode_step(input, self.errors, final, self._state)
-        # What comes of the handler may be longer than what there is.
-        self._pending = bytes(memoryview(input)[used:])
+        self._pending = _behind(input, used)
         self._state = state
         return text
 
@@ -88,9 +96,6 @@ class IncrementalDecoder(_Errors, codecs.IncrementalDecoder):
         self._state = number
 
 
-_MOST_PENDING_TEXT = 8  # bytes of UTF-8: two characters
-
-
 class IncrementalEncoder(_Errors, codecs.IncrementalEncoder):
     """Encodes a text piece by piece; shift sequences stand where the text as a whole has them.
 
@@ -100,13 +105,23 @@ class IncrementalEncoder(_Errors, codecs.IncrementalEncoder):
     """
 
     _encode_step: Callable[[str, str | None, bool, int], tuple[bytes, int, int]]
-    _first_state: ClassVar[int] = 0
+    # Of the text that waits, in UTF-8: the bytes that tell its length, and the most of it.
+    _length_bytes: ClassVar[int] = 4
+    _most_pending: ClassVar[int] = 1 << 20
 
     def __init__(self, encoding: str | int, errors: str = "strict"):
         super().__init__(errors)
         self.__dict__.update(_class_attributes(encoding, None, False))
         self._pending = ""
-        self._state = self._first_state
+        self._state = self._first_state()
+
+    def _first_state(self) -> int:
+        """That of the beginning. 0 is one where text came before: io.TextIOWrapper sets it where it
+        appends."""
+        try:
+            return self._encode_step("", None, True, 0)[2]
+        except LookupError:  # only read
+            return 0
 
     def encode(self, input: str, final: bool = False) -> bytes:
         if self._pending:
@@ -118,27 +133,28 @@ class IncrementalEncoder(_Errors, codecs.IncrementalEncoder):
 
     def reset(self) -> None:
         self._pending = ""
-        self._state = self._first_state
+        self._state = self._first_state()
 
     def getstate(self) -> int:
         """From the lowest byte up: the length of the text that waits, that text in UTF-8, and the
         state of the encoding, as the codecs of Python have it."""
         pending = self._pending.encode("utf-8", "surrogatepass")
-        return self._state << 8 * (1 + len(pending)) | int.from_bytes(
-            bytes([len(pending)]) + pending, "little"
-        )
+        packed = len(pending).to_bytes(self._length_bytes, "little") + pending
+        return self._state << 8 * len(packed) | int.from_bytes(packed, "little")
 
     def setstate(self, state: int | str) -> None:
         if not isinstance(state, int):
             raise TypeError("the state must be an int")
         if state < 0:
             raise OverflowError("can't convert negative int to unsigned")
-        count = state & 0xFF
-        if count > _MOST_PENDING_TEXT:
+        length_bits = 8 * self._length_bytes
+        count = state & ((1 << length_bits) - 1)
+        if count > self._most_pending:
             raise UnicodeError("pending buffer too large")
-        packed = (state >> 8) & ((1 << 8 * count) - 1)
+        state >>= length_bits
+        packed = state & ((1 << 8 * count) - 1)
         pending = packed.to_bytes(count, "little").decode("utf-8", "surrogatepass")
-        number = state >> 8 * (1 + count)
+        number = state >> 8 * count
         self._encode_step("", None, False, number)
         self._pending = pending
         self._state = number
@@ -155,10 +171,18 @@ class StreamWriter(codecs.StreamWriter):
     def __init__(self, stream: Any, errors: str = "strict"):
         super().__init__(stream, errors)
         self._encoder = self._encoder_class(errors)
+        self._end: int | None = None  # of what was written, where that can be told
 
     def write(self, text: str) -> None:
         self._encoder.errors = self.errors
         self.stream.write(self._encoder.encode(text))
+        self._end = self._place() if self._encoder.getstate() else None
+
+    def _place(self) -> int | None:
+        try:
+            return cast(int, cast(Any, self.stream).tell())
+        except (AttributeError, OSError, ValueError):
+            return None
 
     def writelines(self, list: Iterable[str]) -> None:
         for line in list:
@@ -167,7 +191,15 @@ class StreamWriter(codecs.StreamWriter):
     def reset(self) -> None:
         data = self._encoder.encode("", True)
         if data:
-            self.stream.write(data)
+            # The classes of codecs seek before they reset.
+            stream: Any = self.stream
+            place = self._place()
+            is_elsewhere = self._end is not None and place not in (None, self._end)
+            if is_elsewhere:
+                stream.seek(self._end)
+            stream.write(data)
+            if is_elsewhere:
+                stream.seek(place)
         self._encoder.reset()
 
 
@@ -208,6 +240,36 @@ class StreamReader(codecs.StreamReader):
         self._decoder.reset()
 
 
+class _CharacterReader(StreamReader):
+    """One that finds lines in the text, where not every byte 0A ends one, or others do so."""
+
+    bytebuffer: bytes
+
+    def __init__(self, stream: Any, errors: str = "strict"):
+        super().__init__(stream, errors)
+        self._state = 0
+
+    def decode(self, input: Buffer, errors: str | None = "strict", final: bool = False) -> Any:
+        text, used, self._state = self._decoder._decode_step(input, errors, final, self._state)
+        return text, used
+
+    def read(self, size: int | None = -1, chars: int | None = -1, firstline: bool = False) -> str:
+        size = -1 if size is None else size
+        chars = -1 if chars is None else chars
+        text = codecs.StreamReader.read(self, size, chars, firstline)
+        if self.bytebuffer and (size < 0 > chars or (not text and size != 0 != chars)):
+            data, self.bytebuffer = self.bytebuffer, b""
+            text += self.decode(data, self.errors, True)[0]
+        return text
+
+    readline = codecs.StreamReader.readline
+    readlines = codecs.StreamReader.readlines
+
+    def reset(self) -> None:
+        codecs.StreamReader.reset(self)
+        self._state = 0
+
+
 # ---- The registry. ----
 
 
@@ -225,7 +287,7 @@ def codec_info(
         def __init__(self, errors: str = "strict"):
             codecs.IncrementalEncoder.__init__(self, errors)
             self._pending = ""
-            self._state = self._first_state
+            self._state = self._first_state()
 
     class Decoder(IncrementalDecoder):
         def __init__(self, errors: str = "strict"):
@@ -237,13 +299,20 @@ def codec_info(
         setattr(made, attribute, attributes[attribute])
         setattr(made, "encoding", attributes["encoding"])
     if builtin:
-        Decoder._most_pending = 8
-        Encoder._first_state = attributes["_encode_step"]("", None, True, 0)[2]
-    attributes_of_streams = {
-        "encode": staticmethod(attributes["encode_whole"]),
-        "decode": staticmethod(attributes["decode_whole"]),
-    }
-    reader: Any = type("Reader", (StreamReader,), {**attributes_of_streams, "_decoder_class": Decoder})
+        Decoder._most_pending = Encoder._most_pending = 8
+        Encoder._length_bytes = 1
+    try:
+        has_line_feed = attributes["decode_whole"](b"\n")[0] == "\n"
+    except UnicodeDecodeError:
+        has_line_feed = False
+    is_stateless = _native.properties(encoding)[2]
+    attributes_of_streams = {"encode": staticmethod(attributes["encode_whole"])}
+    reader_class: type[StreamReader] = _CharacterReader
+    if has_line_feed and (builtin or is_stateless):
+        reader_class = StreamReader
+        attributes_of_streams["decode"] = staticmethod(attributes["decode_whole"])
+    reader: Any = type("Reader", (reader_class,), {**attributes_of_streams, "_decoder_class": Decoder})
+    attributes_of_streams["decode"] = staticmethod(attributes["decode_whole"])
     writer: Any = type("Writer", (StreamWriter,), {**attributes_of_streams, "_encoder_class": Encoder})
     return codecs.CodecInfo(
         name=name,

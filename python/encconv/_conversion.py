@@ -95,6 +95,10 @@ class ConversionError(ValueError):
         super().__init__(f"byte offset {problem.offset}, line {problem.line}: {what}")
         self.problem = problem
         self.output = output
+        self._names = (source, target)
+
+    def __reduce__(self) -> tuple[Any, ...]:
+        return type(self), (self.problem, *self._names, self.output), self.__dict__
 
 
 def _problems(entries: Iterable[tuple[Any, ...]]) -> tuple[Problem, ...]:

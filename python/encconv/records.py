@@ -54,6 +54,9 @@ class RecordError(ValueError):
         )
         self.problem = problem
 
+    def __reduce__(self) -> tuple[Any, ...]:
+        return type(self), (self.problem,), self.__dict__
+
 
 def find_record_cut(
     data: bytes, format: str, offset: int = 0, *, position: int = 0, at_cut: bool = False

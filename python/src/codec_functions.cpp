@@ -3,6 +3,7 @@
 // less than half of what a generic dispatcher does.
 #include "python/src/codec_functions.h"
 
+#include <cstring>
 #include <memory>
 #include <new>
 #include <string>
@@ -60,8 +61,13 @@ bool readErrors(PyObject* given, const char*& errors) {
     PyErr_Format(PyExc_TypeError, "errors must be str, not %.100s", Py_TYPE(given)->tp_name);
     return false;
   }
-  errors = PyUnicode_AsUTF8(given);
-  return errors != nullptr;
+  Py_ssize_t size = 0;
+  errors = PyUnicode_AsUTF8AndSize(given, &size);
+  if (errors == nullptr || std::strlen(errors) == static_cast<std::size_t>(size)) {
+    return errors != nullptr;
+  }
+  PyErr_SetString(PyExc_ValueError, "embedded null character");
+  return false;
 }
 
 bool isText(PyObject* object) {
@@ -88,13 +94,14 @@ PyObject* decode(PyObject* /*module*/, PyObject* const* given, Py_ssize_t count,
   EncodingEntry* const entry = findEntry(arguments[1]);
   if (entry == nullptr || !entry->openReading()) return nullptr;
   HeldBuffer buffer;
-  if (!buffer.hold(arguments[0])) return nullptr;
+  const char* errors = nullptr;
+  if (!buffer.hold(arguments[0]) || !readErrors(sorted[2], errors)) return nullptr;
   PyObject* const text = decodeShort(*entry, buffer.data(), buffer.size());
   if (text != nullptr || PyErr_Occurred() != nullptr) return text;
   CodecCall call;
   call.entry = entry;
   call.label = labelOf(arguments[1], *entry);
-  if (!readErrors(sorted[2], call.errors)) return nullptr;
+  call.errors = errors;
   return decodeBytes(call, buffer);
 }
 
@@ -109,12 +116,14 @@ PyObject* encode(PyObject* /*module*/, PyObject* const* given, Py_ssize_t count,
   }
   EncodingEntry* const entry = findEntry(arguments[1]);
   if (entry == nullptr || !entry->openWriting() || !isText(arguments[0])) return nullptr;
+  const char* errors = nullptr;
+  if (!readErrors(sorted[2], errors)) return nullptr;
   PyObject* const bytes = encodeShort(*entry, arguments[0]);
   if (bytes != nullptr || PyErr_Occurred() != nullptr) return bytes;
   CodecCall call;
   call.entry = entry;
   call.label = labelOf(arguments[1], *entry);
-  if (!readErrors(sorted[2], call.errors)) return nullptr;
+  call.errors = errors;
   return encodeText(call, arguments[0]);
 }
 

@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "encoding/codecs/codec.h"
@@ -71,7 +72,8 @@ EncodingEntry* lookUp(PyObject* encoding) {
   if (PyLong_Check(encoding)) {
     int overflow = 0;
     const long number = PyLong_AsLongAndOverflow(encoding, &overflow);
-    EncodingEntry* const entry = overflow == 0 ? entryOf(static_cast<int>(number)) : nullptr;
+    const bool isNumber = overflow == 0 && std::in_range<int>(number);
+    EncodingEntry* const entry = isNumber ? entryOf(static_cast<int>(number)) : nullptr;
     if (entry == nullptr && PyErr_Occurred() == nullptr) {
       PyErr_Format(PyExc_LookupError, "unknown encoding: %R", encoding);
     }

@@ -77,6 +77,8 @@ namespace {
 // The marks of G0 to G3, of which those of G0 and G1 are there from the beginning, and flags.
 constexpr int kPythonPlaces = 4, kPythonInitialPlaces = 2;
 constexpr unsigned int kShifted = 1, kInEscape = 2;
+// Of encodings that begin with a mark. 0, which files set where they append, is behind it.
+constexpr long kMarkFollows = 1;
 
 }  // namespace
 
@@ -87,6 +89,7 @@ bool hasPythonState(const EncodingEntry& entry) {
 }
 
 PyObject* numberOfPythonPlace(const EncodingEntry& entry, const StreamPlace& place) {
+  if (entry.row->writesMark) return PyLong_FromLong(place.hasBegun ? 0 : kMarkFollows);
   if (!hasPythonState(entry)) return numberOfPlace(entry, place);
   const CodecState& state = place.state;
   unsigned long long number = 0;
@@ -102,6 +105,11 @@ PyObject* numberOfPythonPlace(const EncodingEntry& entry, const StreamPlace& pla
 }
 
 bool placeOfPythonNumber(const EncodingEntry& entry, PyObject* number, StreamPlace& place) {
+  if (entry.row->writesMark && PyLong_Check(number)) {
+    place = {};
+    place.hasBegun = PyLong_AsLong(number) != kMarkFollows;
+    return PyErr_Occurred() == nullptr;
+  }
   if (!hasPythonState(entry) || !PyLong_Check(number)) return placeOfNumber(entry, number, place);
   const unsigned long long packed = PyLong_AsUnsignedLongLong(number);
   if (PyErr_Occurred() != nullptr) return false;

@@ -5,11 +5,13 @@ import csv
 import email
 import email.policy
 import io
+import pickle
 import random
 
 import pytest
 
 import encconv
+from encconv import records
 
 # A text of each kind of encoding that Python has too.
 SAMPLES = {
@@ -225,8 +227,8 @@ def test_states_that_are_none():
         data = encconv.encode("aé日 क Ж", name, "ignore")
         ways = (
             (decoder, lambda number: (b"", number), lambda: decoder.decode(data)),
-            # Of an encoder, the lowest byte says that nothing is pending.
-            (encoder, lambda number: number << 8, lambda: encoder.encode("aé日 क Ж")),
+            # Of an encoder, the lowest bytes say that nothing is pending.
+            (encoder, lambda number: number << 32, lambda: encoder.encode("aé日 क Ж")),
         )
         for codec, state_of, convert in ways * 200:
             codec.reset()
@@ -330,6 +332,8 @@ def test_characters_that_wait_are_not_lost_at_errors(encoding, first, builtin_re
     codecs.register_error("encconv.waiting", lambda e: (first, e.end))
     codecs.register_error("encconv.nothing", lambda e: ("", e.end))
     lacking = "\u0e01"
+    marks = "\u0300\u0304\u02e5\u309a"  # some of which have codes of their own
+    alone = marks.encode(encoding, "ignore").decode(encoding)
     for text, errors, written in (
         (f"a{lacking}", "encconv.waiting", f"a{first}"),
         (f"日{lacking}本", "encconv.waiting", f"日{first}本"),
@@ -338,6 +342,7 @@ def test_characters_that_wait_are_not_lost_at_errors(encoding, first, builtin_re
         (f"{first}{lacking}日", "replace", f"{first}?日"),
         (f"{first}{lacking}日", "xmlcharrefreplace", f"{first}&#3585;日"),
         (f"{first}{lacking}", "ignore", first),
+        (f"{first}\udc00{marks}", "ignore", first + alone),
     ):
         data = text.encode(encoding, errors)
         assert data.decode(encoding) == written, (text, errors)
@@ -364,3 +369,66 @@ def test_the_command_converts_piece_by_piece(tmp_path, capfdbinary):
     assert target.read_bytes().startswith(b"\xff\xfe") and len(list(tmp_path.iterdir())) == 2
     assert main(["-f", "cp932", str(source)]) == 1
     assert capfdbinary.readouterr().out.decode() == text
+
+
+def test_what_is_left_of_a_buffer_is_counted_in_bytes():
+    decoder = encconv.Decoder("utf-32le")
+    pieces = memoryview("AB".encode("utf-32-le")[:6]).cast("H"), b"\0\0"
+    assert [decoder.decode(piece) for piece in pieces] == ["A", "B"]
+
+
+def test_text_that_waits_is_a_part_of_the_state():
+    for text in ("\x1b" * 40, "\x1b\u0e01" * 200):
+        encoder = encconv.Encoder("iso-2022-jp", "ignore")
+        data = b""
+        for character in text:
+            data += encoder.encode(character)
+            state, encoder = encoder.getstate(), encconv.Encoder("iso-2022-jp", "ignore")
+            encoder.setstate(state)
+        assert data + encoder.encode("", True) == encconv.encode(text, "iso-2022-jp", "ignore")
+
+
+def test_a_mark_stands_at_the_beginning_of_a_file_alone(tmp_path):
+    path = tmp_path / "text"
+    for mode in "wa":
+        with encconv.open(path, mode, encoding="utf-8-sig") as file:
+            file.write("é")
+            file.seek(0, io.SEEK_END)
+            file.write("a")
+    assert path.read_bytes() == "éaéa".encode("utf-8-sig")
+
+
+def test_streams_find_lines_and_keep_the_beginning():
+    encconv.register()
+    for encoding in ("ibm297", "encconv_utf-16", "encconv_utf-7", "encconv_hz"):
+        stream = io.BytesIO()
+        file = codecs.StreamReaderWriter(stream, codecs.getreader(encoding), codecs.getwriter(encoding))
+        lines = ["aé\n", "\n", "é"] if encoding != "encconv_hz" else ["~\n", "本~\n", "本"]
+        file.writelines(lines)
+        file.seek(0)
+        assert list(file) == lines, encoding
+        file.seek(0)
+        assert [file.readline(), file.read()] == [lines[0], "".join(lines[1:])], encoding
+        # What a shift back is written for stands where the text ended.
+        assert encconv.decode(stream.getvalue(), encoding.removeprefix("encconv_")) == "".join(lines)
+    reader = codecs.getreader("encconv_utf-16")(io.BytesIO(b"a\0b"))
+    with pytest.raises(UnicodeDecodeError):
+        reader.read()
+
+
+def test_numbers_and_errors_are_looked_at_as_a_whole():
+    for number in (2**32 + 932, 932 - 2**32):
+        with pytest.raises(LookupError):
+            encconv.decode(b"a", number)
+    for errors, exception in ((5, TypeError), ("ignore\0", ValueError)):
+        with pytest.raises(exception):
+            encconv.decode(b"a", "utf-8", errors)
+
+
+def test_exceptions_can_go_to_other_processes():
+    with pytest.raises(encconv.ConversionError) as caught:
+        encconv.convert(b"a\xff", "utf-8", "latin1")
+    copy = pickle.loads(pickle.dumps(caught.value))
+    assert (str(copy), copy.problem, copy.output) == (str(caught.value), caught.value.problem, b"a")
+    damaged = records.RecordError(records.RecordProblem("cut", 1, 2, 3, b"a", "", "cut short"))
+    assert str(pickle.loads(pickle.dumps(damaged))) == str(damaged)
