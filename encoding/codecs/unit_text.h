@@ -86,7 +86,7 @@ struct UnitReader : CodecRun {
       return false;
     }
     if (stop - in >= std::ptrdiff_t{kVector}) {
-      copyBytes(in, to, countLow(~isAsciiText(Bytes16::load(in))));
+      copyBytes(in, to, static_cast<int>(countLow(~isAsciiText(Bytes16::load(in)))));
     }
     return true;
   }
