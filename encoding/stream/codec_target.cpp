@@ -31,6 +31,9 @@ std::uint32_t firstToWait(const unsigned char* bytes, std::uint32_t used, std::u
 
 constexpr int kUtf16Le = 1200;
 
+// A header, shifts and whatever else a short text may take besides its characters.
+constexpr std::uint32_t kSomeRoom = 256;
+
 // Whether a byte of UTF-16 is not the first of a unit, or pair of surrogates.
 bool isInsideCharacter(const unsigned char* text, std::uint32_t byte) {
   if (byte % 2 != 0) return true;
@@ -120,18 +123,19 @@ bool CodecTarget::holds(const unsigned char* bytes, std::uint32_t count, bool& f
 }
 
 std::uint32_t CodecTarget::run(const unsigned char* bytes, std::uint32_t count, bool last,
-                               Result& result) {
-  m_written.clear();
+                               DataBuffer& written, Result& result) {
+  written.clear();
   result.misfits.clear();
   ReplacementRows misfits(result.misfits);
-  return m_codec.write(bytes, count, last, m_state, m_written, &misfits);
+  return m_codec.write(bytes, count, last, m_state, written, &misfits);
 }
 
 // Writes the letter, with its marks, that only waits for more marks. Its own first character stands
 // behind it for that: it joins nothing in front of it, takes no shift that the letter has not
 // taken, and waits itself. What waits for another reason stays: an ESC, and what no codec joins
 // marks to.
-void CodecTarget::closeRest(const unsigned char* bytes, std::uint32_t count, Result& result) {
+void CodecTarget::closeRest(const unsigned char* bytes, std::uint32_t count, DataBuffer& written,
+                            Result& result) {
   const std::uint32_t rest = count - result.used;
   if (m_codec.codePage != kUtf16Le || !result.misfits.isEmpty() || rest < 2) return;
   const unsigned char* const letter = bytes + result.used;
@@ -140,18 +144,18 @@ void CodecTarget::closeRest(const unsigned char* bytes, std::uint32_t count, Res
   DataBuffer twice;
   twice.append(letter, rest);
   twice.append(letter, isPair ? 4 : 2);
-  if (twice.hasFailed()) return m_written.latchFailure();
+  if (twice.hasFailed()) return written.latchFailure();
   const CodecState before = m_state;
-  const unsigned int written = m_written.getSize();
+  const unsigned int size = written.getSize();
   ReplacementRows misfits(result.misfits);
   const unsigned int used =
-      m_codec.write(twice.getData2(), twice.getSize(), false, m_state, m_written, &misfits);
+      m_codec.write(twice.getData2(), twice.getSize(), false, m_state, written, &misfits);
   if (used == rest && result.misfits.isEmpty()) {
     result.used = count;
     return;
   }
   result.misfits.clear();
-  m_written.truncate(written);
+  written.truncate(size);
   m_state = before;
 }
 
@@ -159,17 +163,28 @@ bool CodecTarget::encode(const unsigned char* bytes, std::uint32_t count, Behind
                          Output& out, Result& result) {
   const bool last = behind == Behind::kNothing;
   const CodecState before = m_state;
-  result.used = run(bytes, count, last, result);
+  // Where there is plenty of room, it is written where it stays.
+  DataBuffer inPlace;
+  const bool hasRoom = out.room() >= std::uint64_t{count} * 2 + kSomeRoom;
+  if (hasRoom) {
+    constexpr std::size_t kMost = 0xFFFFFFFF;
+    inPlace.lendStorage(out.next, static_cast<unsigned int>(std::min(out.room(), kMost)));
+  }
+  DataBuffer& written = hasRoom ? inPlace : m_written;
+  result.used = run(bytes, count, last, written, result);
   if (last && m_codec.resume != nullptr) m_codec.resume(before, result.used != 0, m_state);
-  if (behind == Behind::kMisfit) closeRest(bytes, count, result);
+  if (behind == Behind::kMisfit) closeRest(bytes, count, written, result);
   const std::uint32_t waiting = firstToWait(bytes, result.used, count, behind);
   if (result.misfits.isEmpty() && waiting < result.used) {
     m_state = before;
-    result.used = run(bytes, waiting + 1, false, result);  // the last of them decides for no one
+    result.used =
+        run(bytes, waiting + 1, false, written, result);  // the last of them decides for no one
   }
-  if (m_written.hasFailed() || result.misfits.hasFailed()) return false;
+  if (written.hasFailed() || result.misfits.hasFailed()) return false;
   if (result.misfits.isEmpty() && (result.used != 0 || last)) {
-    return out.append(m_written.getData2(), m_written.getSize());
+    if (written.getData2() != out.next) return out.append(written.getData2(), written.getSize());
+    out.next += written.getSize();
+    return true;
   }
   // Nothing of the text is written, so nothing in front of it either, such as a header.
   m_state = before;

@@ -89,13 +89,15 @@ class CodecTarget {
   StreamError placeOf(const Text& text, std::uint32_t index);
   bool encode(const unsigned char* bytes, std::uint32_t count, Behind behind, Output& out,
               Result& result);
-  std::uint32_t run(const unsigned char* bytes, std::uint32_t count, bool last, Result& result);
-  void closeRest(const unsigned char* bytes, std::uint32_t count, Result& result);
+  std::uint32_t run(const unsigned char* bytes, std::uint32_t count, bool last, DataBuffer& written,
+                    Result& result);
+  void closeRest(const unsigned char* bytes, std::uint32_t count, DataBuffer& written,
+                 Result& result);
 
   const Codec& m_codec;
   Client& m_client;
   CodecState m_state;
-  DataBuffer m_written;  // by the call at hand
+  DataBuffer m_written;  // by the call at hand, where it needs a place of its own
   // What cannot be written yet, with the places that it came from.
   DataBuffer m_waiting;
   Rows<StreamError> m_waitingPlaces;
