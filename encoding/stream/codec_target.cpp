@@ -177,8 +177,8 @@ bool CodecTarget::encode(const unsigned char* bytes, std::uint32_t count, Behind
   const std::uint32_t waiting = firstToWait(bytes, result.used, count, behind);
   if (result.misfits.isEmpty() && waiting < result.used) {
     m_state = before;
-    result.used =
-        run(bytes, waiting + 1, false, written, result);  // the last of them decides for no one
+    // The last of them decides for no one.
+    result.used = run(bytes, waiting + 1, false, written, result);
   }
   if (written.hasFailed() || result.misfits.hasFailed()) return false;
   if (result.misfits.isEmpty() && (result.used != 0 || last)) {
