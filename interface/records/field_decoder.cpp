@@ -8,8 +8,15 @@
 namespace encconv {
 namespace {
 
-void trimEnd(std::string& text, std::string_view blank) {
-  while (std::string_view(text).ends_with(blank)) text.resize(text.size() - blank.size());
+constexpr std::string_view kIdeographicSpace = "\u3000";
+
+// Most of a field is padding, hence a loop that calls nothing.
+void trimSpaces(std::string& text) { text.erase(text.find_last_not_of(' ') + 1); }
+
+void trimIdeographicSpaces(std::string& text) {
+  std::string_view rest = text;
+  while (rest.ends_with(kIdeographicSpace)) rest.remove_suffix(kIdeographicSpace.size());
+  text.resize(rest.size());
 }
 
 }  // namespace
@@ -35,8 +42,8 @@ bool FieldDecoder::State::decodeText(const RecordFields::Served& served, std::st
   }
   const bool isConverted = served.text->convert(bytes, text);
   if (fields.options.trim) {
-    trimEnd(text, " ");
-    if (served.text->blank() != " ") trimEnd(text, "\u3000");
+    trimSpaces(text);
+    if (served.text->blank() != " ") trimIdeographicSpaces(text);
   }
   value = std::move(text);
   return isConverted;

@@ -5,6 +5,7 @@
 #include "python/src/arrow_conversion.h"
 #include "python/src/codec_functions.h"
 #include "python/src/inspection.h"
+#include "python/src/lines.h"
 #include "python/src/record_columns.h"
 #include "python/src/record_file.h"
 #include "python/src/records.h"
@@ -14,6 +15,7 @@ NB_MODULE(_native, module) {
   if (!addCodecFunctions(module.ptr())) throw nanobind::python_error();
   addInspection(module);
   addArrowConversion(module);
+  addLines(module);
   addRecords(module);
   addRecordColumns(module);
   addRecordFile(module);

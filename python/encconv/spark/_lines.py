@@ -23,7 +23,7 @@ class Lines:
     """Lines that were decoded."""
 
     values: pyarrow.Array
-    offsets: numpy.ndarray  #: where they begin in the file
+    offsets: numpy.ndarray | None  #: where they begin in the file, if it was asked for
     problems: tuple  #: (offset in the file, message), ascending
 
 
@@ -41,19 +41,9 @@ def _split(text: bytes, form: TextForm) -> pyarrow.Array:
     """The lines of a text in UTF-8, without their ends."""
     if form.has_next_line:
         text = text.replace(b"\xc2\x85", b"\n")
-    if b"\r\n" in text:
-        text = text.replace(b"\r\n", b"\n")
-    ends = numpy.flatnonzero(numpy.frombuffer(text, "u1") == 10)
-    count = len(ends)
-    has_rest = not text.endswith(b"\n") and bool(text)
-    # Line ends are dropped by moving each line back by as many as stand before it.
-    offsets = numpy.zeros(count + has_rest + 1, "i4")
-    offsets[1 : count + 1] = ends - numpy.arange(count)
-    if has_rest:
-        offsets[-1] = len(text) - count
-    data = text.replace(b"\n", b"")
+    count, offsets, data = _native.split_lines(text)
     buffers = [None, pyarrow.py_buffer(offsets), pyarrow.py_buffer(data)]
-    return pyarrow.Array.from_buffers(pyarrow.utf8(), count + has_rest, buffers)
+    return pyarrow.Array.from_buffers(pyarrow.utf8(), count, buffers)
 
 
 def _message(offset: int, data: bytes, encoding: str) -> str:
@@ -69,7 +59,9 @@ def stop(path: str, message: str) -> DamagedInput:
     return DamagedInput(f"encconv: {path}, {message}")
 
 
-def _decode(data: bytes, base: int, form: TextForm, settings: Settings, path: str) -> Iterator[Lines]:
+def _decode(
+    data: bytes, base: int, form: TextForm, settings: Settings, path: str, with_offsets: bool
+) -> Iterator[Lines]:
     """Lines of bytes which begin at base in their file; more than one where the line ends in the
     bytes are not all those of the text, as in HZ and UTF-7."""
     text, is_whole, count, _, told = _native.convert(
@@ -79,6 +71,9 @@ def _decode(data: bytes, base: int, form: TextForm, settings: Settings, path: st
     if not is_whole:
         raise stop(path, problems[0][1])
     values = _split(text, form)
+    if not with_offsets:
+        yield Lines(values, None, problems)
+        return
     starts = numpy.concatenate(([0], _ends_in(data, form)))
     if starts[-1] == len(data):
         starts = starts[:-1]
@@ -90,8 +85,8 @@ def _decode(data: bytes, base: int, form: TextForm, settings: Settings, path: st
         # A line is where the piece begins that can be told apart.
         yield Lines(values, numpy.full(len(values), base), problems)
         return
-    yield from _decode(data[:middle], base, form, settings, path)
-    yield from _decode(data[middle:], base + middle, form, settings, path)
+    yield from _decode(data[:middle], base, form, settings, path, True)
+    yield from _decode(data[middle:], base + middle, form, settings, path, True)
 
 
 def _chunks(piece: Piece, settings: Settings) -> Iterator[tuple[bytes, int, TextForm]]:
@@ -116,10 +111,10 @@ def _chunks(piece: Piece, settings: Settings) -> Iterator[tuple[bytes, int, Text
             wanted = _BATCH
 
 
-def read_lines(piece: Piece, settings: Settings) -> Iterator[Lines]:
+def read_lines(piece: Piece, settings: Settings, with_offsets: bool) -> Iterator[Lines]:
     """The lines that begin in a piece."""
     for data, begin, form in _chunks(piece, settings):
-        yield from _decode(data, begin, form, settings, piece.path)
+        yield from _decode(data, begin, form, settings, piece.path, with_offsets)
 
 
 def read_text(piece: Piece, settings: Settings) -> Iterator[bytes]:

@@ -8,9 +8,11 @@ from .. import _native, find_cut
 from ._files import File, Parts, list_files
 from ._options import Settings, TextForm
 
+# A task costs a quarter of a second before it reads anything, so that Spark's own pieces are of 128 MiB.
+# Those of less than 1 GiB are smaller, for the sake of workers that would have none.
 _LEAST_PIECE = 16 << 20
 _MOST_PIECE = 128 << 20
-_MOST_PIECES = 1024  # before pieces become larger
+_ENOUGH_PIECES = 8
 _WINDOW = 1 << 16  # in which a cut is looked for at first
 _WALK = 8 << 20
 
@@ -100,7 +102,7 @@ def plan(settings: Settings) -> list[list[Piece]]:
 def plan_files(files: list[File], settings: Settings) -> list[list[Piece]]:
     """As ``plan``, of files that were listed."""
     total = sum(file.size for file in files)
-    size = settings.piece_size or min(max(total // _MOST_PIECES, _LEAST_PIECE), _MOST_PIECE)
+    size = settings.piece_size or min(max(total // _ENOUGH_PIECES, _LEAST_PIECE), _MOST_PIECE)
     tasks: list[list[Piece]] = []
     room = 0
     for file in files:

@@ -82,8 +82,9 @@ def _check_schema(schema: StructType, settings: Settings) -> None:
 def _line_columns(lines: Lines, names: set[str]) -> dict[str, pyarrow.Array]:
     columns = {"value": lines.values}
     count = len(lines.values)
-    if "offset" in names:
-        columns["offset"] = pyarrow.array(lines.offsets, pyarrow.int64())
+    if lines.offsets is None:
+        return columns
+    columns["offset"] = pyarrow.array(lines.offsets, pyarrow.int64())
     if "problems" in names or "first_problem" in names:
         counts = numpy.zeros(count, "i4")
         firsts: pyarrow.Array = pyarrow.nulls(count, pyarrow.utf8())
@@ -102,11 +103,12 @@ def _line_columns(lines: Lines, names: set[str]) -> dict[str, pyarrow.Array]:
 
 def _read(pieces: list[Piece], settings: Settings, names: list[str]) -> Iterator[pyarrow.RecordBatch]:
     wanted = set(names)
+    with_offsets = not wanted.isdisjoint({"offset", "problems", "first_problem"})
     for piece in pieces:
         parts = (
             read_records(piece, settings)
             if settings.records
-            else (_line_columns(lines, wanted) for lines in read_lines(piece, settings))
+            else (_line_columns(lines, wanted) for lines in read_lines(piece, settings, with_offsets))
         )
         for columns in parts:
             count = len(next(iter(columns.values())))
