@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <limits>
 
 namespace encconv {
 namespace {
@@ -81,11 +82,13 @@ std::string Decimal::text() const {
 }
 
 std::optional<std::int64_t> Decimal::integer() const {
-  const std::string written = text();
-  std::int64_t value = 0;
-  const char* const end = written.data() + written.size();
-  const auto [rest, error] = std::from_chars(written.data(), end, value);
-  return error != std::errc() || rest != end ? std::nullopt : std::optional(value);
+  if (scale > 0) return std::nullopt;
+  std::uint64_t size = 0;
+  const char* const end = digits.data() + digits.size();
+  const auto [rest, error] = std::from_chars(digits.data(), end, size);
+  constexpr auto kMost = std::uint64_t{std::numeric_limits<std::int64_t>::max()};
+  if (error != std::errc() || rest != end || size > kMost + negative) return std::nullopt;
+  return static_cast<std::int64_t>(negative ? 0 - size : size);
 }
 
 std::optional<Decimal> parse_decimal(std::string_view text) {
