@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "encoding/code_page_list.h"
 #include "encoding/plan.h"
 #include "python/src/codec_call.h"
 #include "python/src/error_handling.h"
@@ -30,6 +31,28 @@ std::size_t countAscii(const unsigned char* data, std::size_t size) {
   return i;
 }
 
+// How many bytes Python's codec of an encoding that is in its place asks for before it judges what
+// begins with these. Of most it is two, whether or not the first can begin a pair.
+std::size_t askedByPython(int codePage, const unsigned char* data, std::size_t size) {
+  const unsigned char first = data[0];
+  switch (codePage) {
+    case 200722:  // Shift_JIS
+      return (first >= 0x81 && first <= 0x9F) || (first >= 0xE0 && first <= 0xEA) ? 2 : 1;
+    case 200948:  // with JIS X 0213
+    case 200949:
+      return (first >= 0x81 && first <= 0x9F) || (first >= 0xE0 && first <= 0xFC) ? 2 : 1;
+    case 200947:  // EUC-KR, which composes a syllable of a filler and three letters
+      return size >= 2 && first == 0xA4 && data[1] == 0xD4 ? 8 : 2;
+    case 200730:  // EUC-JP, which has a third plane behind 8F
+    case kCodePageEucJp:
+      return first == 0x8F ? 3 : 2;
+    case 200700:  // GB18030
+      return size >= 2 && data[1] >= '0' && data[1] <= '9' ? 4 : 2;
+    default:
+      return 2;
+  }
+}
+
 // One text on its way. Segments of it, each up to what is malformed, go through the stream.
 class Decoding {
  public:
@@ -40,6 +63,8 @@ class Decoding {
         m_data(buffer.data()),
         m_size(buffer.size()),
         m_errors(call.label, call.errors),
+        m_countsAsPython(call.spans == ErrorSpans::kPython && m_entry.isStateless &&
+                         !m_entry.isSingleByte),
         m_lock(buffer.isConstant() && buffer.size() >= kUnlockedBytes),
         m_text(buffer.size(), call.entry->mayHavePairs, &m_lock) {
     m_settings.from = m_entry.codePage;
@@ -59,10 +84,14 @@ class Decoding {
   enum class Step : unsigned char { kEnd, kError, kFailure };
   bool takeNarrow();
   Step convertSegment();
-  bool treatError(BorrowedStream& stream);
+  bool findBad(Step step, std::size_t& start, std::size_t& length);
+  bool treatError(std::size_t start, std::size_t length);
   bool repeatSegment(std::size_t end);
   std::size_t endOfPiece(std::size_t start, std::size_t length, const char*& reason);
   bool isCutShort(std::size_t start);
+  bool isCutForPython(std::size_t start) const {
+    return askedByPython(m_entry.codePage, m_data + start, m_size - start) > m_size - start;
+  }
   bool failMemory();
 
   CodecCall& m_call;
@@ -73,6 +102,7 @@ class Decoding {
   CallErrors m_errors;
   BorrowedStream m_stream;
   StreamSettings m_settings;
+  bool m_countsAsPython;  // the bytes of bad text
   ReleasedLock m_lock;
   TextBuilder m_text;
   std::size_t m_begin = 0;  // of the segment, in the data
@@ -100,7 +130,8 @@ Decoding::Step Decoding::convertSegment() {
 
 // Whether what is left only lacks its end.
 bool Decoding::isCutShort(std::size_t start) {
-  constexpr std::size_t kLongest = 8;
+  if (m_countsAsPython) return m_call.isLast && isCutForPython(start);
+  constexpr std::size_t kLongest = 16;  // an escape sequence
   const std::size_t left = m_size - start;
   if (!m_call.isLast || left > kLongest) return false;
   BorrowedStream stream;
@@ -126,8 +157,7 @@ std::size_t Decoding::endOfPiece(std::size_t start, std::size_t length, const ch
     return m_size;
   }
   reason = isUnit ? "illegal encoding" : "illegal multibyte sequence";
-  const bool isByte = m_call.spans == ErrorSpans::kPython && m_entry.isStateless;
-  return start + (isByte ? 1 : length);
+  return start + (m_countsAsPython ? 1 : length);
 }
 
 // Takes the state from the segment up to a place, which is behind a malformed piece.
@@ -144,17 +174,15 @@ bool Decoding::repeatSegment(std::size_t end) {
   return isRepeated;
 }
 
-bool Decoding::treatError(BorrowedStream& stream) {
-  const StreamError& error = stream->firstError();
-  const std::size_t start = m_begin + static_cast<std::size_t>(error.offset);
+bool Decoding::treatError(std::size_t start, std::size_t length) {
   if (m_entry.isStateless) {
-    m_call.place.isOtherOrder = stream->place().isOtherOrder;
-  } else if (!repeatSegment(start + error.length)) {
+    m_call.place.isOtherOrder = m_stream->place().isOtherOrder;
+  } else if (!repeatSegment(start + length)) {
     return failMemory();
   }
   m_call.place.hasBegun = true;
   const char* reason = nullptr;
-  const std::size_t end = endOfPiece(start, error.length, reason);
+  const std::size_t end = endOfPiece(start, length, reason);
   if (m_errors.object() == nullptr) {
     PyObject* const given = m_buffer.object();
     if (PyBytes_CheckExact(given)) {
@@ -209,12 +237,29 @@ bool Decoding::takeNarrow() {
   return true;
 }
 
+// Whether there is bad text to be treated where a segment ended; start is where that is, or how far
+// all is done.
+bool Decoding::findBad(Step step, std::size_t& start, std::size_t& length) {
+  if (step == Step::kError) {
+    const StreamError& error = m_stream->firstError();
+    start = m_begin + static_cast<std::size_t>(error.offset);
+    length = error.length;
+    if (m_call.isLast || !m_countsAsPython) return true;
+  } else {
+    length = 1;
+    start = m_call.isLast ? m_size : m_begin + static_cast<std::size_t>(m_stream->place().settled);
+    if (!m_countsAsPython || start == m_size) return false;
+  }
+  return !isCutForPython(start);
+}
+
 PyObject* Decoding::run() {
   if (!takeNarrow()) {
     m_lock.takeBack();
     failMemory();
     return nullptr;
   }
+  std::size_t start = 0, length = 0;
   while (true) {
     const Step step = convertSegment();
     m_lock.takeBack();
@@ -222,12 +267,12 @@ PyObject* Decoding::run() {
       raiseFailure(m_stream->status());
       return nullptr;
     }
-    if (step == Step::kEnd) break;
-    if (!treatError(m_stream)) return nullptr;
+    if (!findBad(step, start, length)) break;
+    if (!treatError(start, length)) return nullptr;
     if (m_buffer.isConstant() && m_size - m_begin >= kUnlockedBytes) m_lock.release();
   }
   m_call.place = m_stream->place();
-  m_call.used = m_call.isLast ? m_size : m_begin + static_cast<std::size_t>(m_call.place.settled);
+  m_call.used = start;
   return m_text.finish();
 }
 

@@ -4,6 +4,7 @@ import codecs
 import csv
 import email
 import email.policy
+import importlib
 import io
 import pickle
 import random
@@ -137,6 +138,39 @@ def test_handlers_write_what_they_write_for_python(errors, builtin_replaced):
                 if encoding == "cp874" and theirs == python.decode:
                     continue  # other characters
                 assert results[0] == results[1], (encoding, item)
+
+
+def _outcome(decode, *arguments):
+    try:
+        return decode(*arguments)
+    except UnicodeDecodeError as error:
+        return error.start, error.end, error.reason
+
+
+# Those of Python without a state. euc_jp has control characters in front of its leads here.
+@pytest.mark.parametrize(
+    "name",
+    [
+        "big5", "cp932", "cp949", "euc_jis_2004", "euc_jp", "euc_kr", "gb18030", "gb2312", "gbk", "johab",
+        "shift_jis", "shift_jis_2004",
+    ],
+)  # fmt: skip
+def test_bad_bytes_are_those_of_python(name, builtin_replaced):
+    own = importlib.import_module(f"encodings.{name}").getregentry()
+    ours = codecs.lookup(name)
+    leads = [0x8E, 0x8F, *range(0xA0 if name == "euc_jp" else 0x80, 0x100)]
+    tails = [b"", b"0", b"9", b"A", b"\x7f", b"\x80", b"\xd4", b"\xff", b"0\x81", b"0\xff0", b"\x00\xa1"]
+    for text in [bytes([lead]) + tail for lead in leads for tail in tails]:
+        expected = _outcome(own.decode, text)
+        if len(expected) == 3:
+            assert _outcome(ours.decode, text) == expected, text
+        steps = [codec.incrementaldecoder() for codec in (own, ours)]
+        for byte in text:
+            expected, found = (_outcome(step.decode, bytes([byte])) for step in steps)
+            assert found == expected, text
+            if not isinstance(expected, str):
+                break
+            assert steps[0].getstate()[0] == steps[1].getstate()[0], text
 
 
 def test_handlers_of_the_user_say_where_to_go_on():
