@@ -99,8 +99,7 @@ class Encoding final : private StreamErrorHandler {
   Step convertSegment();
   bool treatError();
   bool repeatSegment(std::size_t end);
-  bool settle(StreamConverter& stream, const StreamSettings& settings, std::size_t begin,
-              std::size_t end);
+  bool settle(StreamConverter& stream, std::size_t begin, std::size_t end);
   bool lacks(std::size_t character) const;
   std::size_t endOfRun(std::size_t start) const;
   bool writeReplacement(PyObject* replacement);
@@ -211,17 +210,26 @@ bool Encoding::repeatSegment(std::size_t end) {
   const std::size_t settled = m_begin + static_cast<std::size_t>(m_call.place.settled) / width;
   if (settled == end) return true;
   // The last characters wait for what follows, which is none of the text.
-  return settle(*stream, settings, settled, end);
+  return settle(*stream, settled, end);
 }
 
-// Writes characters that wait: nothing follows that they may belong to.
-bool Encoding::settle(StreamConverter& stream, const StreamSettings& settings, std::size_t begin,
-                      std::size_t end) {
-  const std::size_t width = m_characters.width;
+// Writes characters that wait: nothing follows that they may belong to, but the text goes on in the
+// shift that they are in. So what follows is no character, and dropped.
+bool Encoding::settle(StreamConverter& stream, std::size_t begin, std::size_t end) {
+  constexpr Py_UCS4 kNoCharacter = 0x110000;
+  std::vector<Py_UCS4> waiting;
+  for (std::size_t i = begin; i < end; ++i) {
+    waiting.push_back(PyUnicode_READ_CHAR(m_string, pySize(i)));
+  }
+  waiting.push_back(kNoCharacter);
+  StreamSettings settings;
+  settings.from = kHostUnits.utf32;
+  settings.to = m_entry.codePage;
+  settings.treatment = StreamTreatment::kDrop;
   const StreamPlace before = m_call.place;
   if (stream.begin(settings, before) != StreamStatus::kGood) return false;
-  const StreamStatus status =
-      stream.finish(m_characters.data + begin * width, (end - begin) * width, m_bytes);
+  const StreamStatus status = stream.push(reinterpret_cast<const unsigned char*>(waiting.data()),
+                                          waiting.size() * sizeof waiting[0], m_bytes);
   m_call.place = stream.place();
   return status == StreamStatus::kGood;
 }
@@ -320,7 +328,7 @@ PyObject* Encoding::run() {
                     ? m_characters.count
                     : m_begin + static_cast<std::size_t>(m_call.place.settled) / m_characters.width;
   if (m_call.isReplacement && m_call.used != m_characters.count &&
-      !settle(*m_stream, m_settings, m_call.used, m_characters.count)) {
+      !settle(*m_stream, m_call.used, m_characters.count)) {
     failMemory();
     return nullptr;
   }
