@@ -241,13 +241,13 @@ nb::object convertColumn(nb::handle array, nb::handle encoding, nb::handle error
   ArrowInput input;
   takeArrow(array, input);
   ArrowType type;
-  const bool isKnown = input.schema->dictionary == nullptr &&
-                       parseArrowFormat(input.schema->format, type) && type.isText != isDecoding;
-  if (!isKnown) {
+  const bool isDictionary = input.schema->dictionary != nullptr;
+  if (isDictionary || !parseArrowFormat(input.schema->format, type) || type.isText == isDecoding) {
+    const std::string given = isDictionary
+                                  ? "a dictionary: convert the values that it stands for"
+                                  : std::string("one of format '") + input.schema->format + "'";
     const std::string wanted = isDecoding ? "binary" : "string";
-    throw nb::type_error(("a column of " + wanted + " values is required, not one of format '" +
-                          input.schema->format + "'")
-                             .c_str());
+    throw nb::type_error(("a column of " + wanted + " values is required, not " + given).c_str());
   }
   const char* const label =
       PyUnicode_Check(encoding.ptr()) ? PyUnicode_AsUTF8(encoding.ptr()) : entry->row->name;

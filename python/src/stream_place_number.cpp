@@ -80,6 +80,19 @@ constexpr unsigned int kShifted = 1, kInEscape = 2;
 // Of encodings that begin with a mark. 0, which files set where they append, is behind it.
 constexpr long kMarkFollows = 1;
 
+// Whether a text begins with a header that is no mark, as in ISO-2022-KR.
+bool writesHeader(const EncodingEntry& entry) {
+  const Codec* const codec = entry.row->codec;
+  return codec != nullptr && isStateOf(*codec, {.headerWritten = true}, true);
+}
+
+// The other way round for the number: 0 is behind the header as well.
+StreamPlace withHeaderTurned(StreamPlace place) {
+  place.state.headerWritten = !place.state.headerWritten;
+  place.hasBegun = place.state.headerWritten;
+  return place;
+}
+
 }  // namespace
 
 bool hasPythonState(const EncodingEntry& entry) {
@@ -90,6 +103,7 @@ bool hasPythonState(const EncodingEntry& entry) {
 
 PyObject* numberOfPythonPlace(const EncodingEntry& entry, const StreamPlace& place) {
   if (entry.row->writesMark) return PyLong_FromLong(place.hasBegun ? 0 : kMarkFollows);
+  if (writesHeader(entry)) return numberOfPlace(entry, withHeaderTurned(place));
   if (!hasPythonState(entry)) return numberOfPlace(entry, place);
   const CodecState& state = place.state;
   unsigned long long number = 0;
@@ -109,6 +123,11 @@ bool placeOfPythonNumber(const EncodingEntry& entry, PyObject* number, StreamPla
     place = {};
     place.hasBegun = PyLong_AsLong(number) != kMarkFollows;
     return PyErr_Occurred() == nullptr;
+  }
+  if (writesHeader(entry)) {
+    if (!placeOfNumber(entry, number, place)) return false;
+    place = withHeaderTurned(place);
+    return true;
   }
   if (!hasPythonState(entry) || !PyLong_Check(number)) return placeOfNumber(entry, number, place);
   const unsigned long long packed = PyLong_AsUnsignedLongLong(number);

@@ -13,8 +13,8 @@ bool placeOfNumber(const EncodingEntry& entry, PyObject* number, StreamPlace& pl
 
 // Whether the encoding is one of those of ISO 2022 that are Python's.
 bool hasPythonState(const EncodingEntry& entry);
-// The same as the encoders of Python have it, in these encodings. In those that begin with a mark 0
-// is behind it. In all others as above.
+// The same as the encoders of Python have it, in these encodings. In those that begin with a mark
+// or a header 0 is behind it. In all others as above.
 PyObject* numberOfPythonPlace(const EncodingEntry& entry, const StreamPlace& place);
 bool placeOfPythonNumber(const EncodingEntry& entry, PyObject* number, StreamPlace& place);
 

@@ -422,14 +422,21 @@ def test_text_that_waits_is_a_part_of_the_state():
         assert data + encoder.encode("", True) == encconv.encode(text, "iso-2022-jp", "ignore")
 
 
-def test_a_mark_stands_at_the_beginning_of_a_file_alone(tmp_path):
+@pytest.mark.parametrize(
+    "encoding, letter, expected",
+    [
+        ("utf-8-sig", "é", "éaaéaa".encode("utf-8-sig")),
+        ("iso-2022-kr", "가", b"\x1b$)C" + 2 * b"\x0e0!\x0faa"),
+    ],
+)
+def test_what_a_text_begins_with_is_written_once_a_file(tmp_path, encoding, letter, expected):
     path = tmp_path / "text"
     for mode in "wa":
-        with encconv.open(path, mode, encoding="utf-8-sig") as file:
-            file.write("é")
+        with encconv.open(path, mode, encoding=encoding) as file:
+            file.write(letter + "a")
             file.seek(0, io.SEEK_END)
             file.write("a")
-    assert path.read_bytes() == "éaéa".encode("utf-8-sig")
+    assert path.read_bytes() == expected
 
 
 def test_streams_find_lines_and_keep_the_beginning():
