@@ -57,12 +57,12 @@ std::size_t expectedBytes(const EncodingRow& row, const Characters& text) {
   switch (row.form) {
     case EncodingForm::kSingleByte:
       return text.count + kSlack;
-    case EncodingForm::kDoubleByte: {
+    case EncodingForm::kDoubleByte:
+    case EncodingForm::kCodec:  // mostly
       if (text.width != 2 || text.count < kUnlockedBytes) {
         return text.count * std::min<std::size_t>(text.width, 2) + kSlack;
       }
       return text.count * 2 - text.ascii + kSlack;
-    }
     case EncodingForm::kUtf16:
       return text.count * std::max<std::size_t>(text.width, 2) + kSlack;
     case EncodingForm::kUtf32:
