@@ -256,13 +256,36 @@ function encodeClean(text: string, to: number): Uint8Array | undefined {
   return to === kUtf16 ? utf16OfString(text) : undefined;
 }
 
+// An engine may lack what it takes.
+function strictDecoder(label: string): TextDecoder | undefined {
+  try {
+    return new TextDecoder(label, { fatal: true });
+  } catch {
+    return undefined;
+  }
+}
+const utf8Strict = strictDecoder("utf-8"), utf16Strict = strictDecoder("utf-16le");
+
+// The text of short bytes that are clean; undefined for any others. The engine reads Unicode in less
+// time than it takes to hand it to the core.
+function decodeClean(bytes: Uint8Array, from: number): string | undefined {
+  const isSwapped = bytes[0] === 0xfe && bytes[1] === 0xff; // a mark to the core, no character
+  const strict = from === kUtf8 ? utf8Strict : from === kUtf16 && !isSwapped ? utf16Strict : undefined;
+  if (strict === undefined) return decodeShort(bytes, from, kUtf16);
+  try {
+    return strict.decode(bytes);
+  } catch {
+    return undefined;
+  }
+}
+
 /** The text of bytes. */
 export function decode(bytes: Bytes, encoding: EncodingName, options: ConvertOptions = kNoOptions): string {
   const input = viewOf(bytes);
   if (options === kNoOptions) {
     const from = readyNumber(encoding);
     let text: string | undefined;
-    if (input.length <= kShortBytes) text = decodeShort(input, from, kUtf16);
+    if (input.length <= kShortBytes) text = decodeClean(input, from);
     else if (from === kUtf16) text = stringOfUtf16(input);
     if (text !== undefined) return text;
   }
