@@ -162,8 +162,10 @@ class Workshop:
                   "-DCMAKE_GTEST_DISCOVER_TESTS_DISCOVERY_MODE=PRE_TEST"])
         self.commands = {}
         for entry in json.loads((self.build / "compile_commands.json").read_text()):
-            path = Path(entry["file"]).relative_to(self.tree).as_posix()
-            self.commands.setdefault(path, shlex.split(entry["command"]))
+            path = Path(entry["file"])
+            if path.is_relative_to(self.tree):  # and not generated
+                path = path.relative_to(self.tree).as_posix()
+                self.commands.setdefault(path, shlex.split(entry["command"]))
         self.tests = {Path(path).stem: [self.build / "tests" / Path(path).stem, "--gtest_fail_fast"]
                       for path in self.commands if path.endswith("_test.cpp")}
         script = self.tree / "tests" / f"{DOCUMENTED}.py"
