@@ -166,8 +166,10 @@ class Workshop:
             if path.is_relative_to(self.tree):  # and not generated
                 path = path.relative_to(self.tree).as_posix()
                 self.commands.setdefault(path, shlex.split(entry["command"]))
-        self.tests = {Path(path).stem: [self.build / "tests" / Path(path).stem, "--gtest_fail_fast"]
-                      for path in self.commands if path.endswith("_test.cpp")}
+        targets = subprocess.run(["ninja", "-t", "targets", "all"], cwd=self.build,
+                                 capture_output=True, text=True, check=True).stdout
+        self.tests = {name: [self.build / "tests" / name, "--gtest_fail_fast"]
+                      for name in re.findall(r"^tests/(\w+_test): ", targets, re.MULTILINE)}
         script = self.tree / "tests" / f"{DOCUMENTED}.py"
         self.tests[DOCUMENTED] = [sys.executable, script, self.build / "bin/encconv"]
         if not all(map(self.build_test, self.tests)):
