@@ -237,6 +237,13 @@ TEST(FrontEndTest, LogLinesAndContexts) {
             "    converting from utf-8 to utf-16\n    cv_utf8_to_utf16:\n"
             "      error: Found invalid utf-8 when trying to convert to utf-16.\n"
             "      m_errorAction: 0\n      m_foundErrors: true\n");
+  log.clear();
+  EXPECT_TRUE(converter.EncConvert(1200, 28592, bytesOf({"A\0", 2}), 2, out, log));
+  EXPECT_EQ(log.text(),
+            "EncConvert:\n  fromCodePage: 1200\n  toCodePage: 28592\n  convert_a:\n"
+            "    convertFromUnicodeHC:\n      toCodePage: 28592\n      inDataLen: 2\n"
+            "      isLittleEndian: " +
+                std::to_string(zvIsLittleEndian() ? 1 : 0) + "\n");
   TextLog quiet;
   converter.EncConvert(65001, 1200, bytesOf("\xFF"), 1, out, quiet);
   converter.EncConvert(28600, 65001, bytesOf("A"), 1, out, quiet);
