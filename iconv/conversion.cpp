@@ -255,6 +255,13 @@ bool Conversion::takeReadWindow(Place& place, std::size_t length) {
 // Writes the text of a reader.
 bool Conversion::putRead(Text text, Place& place) {
   if (writer() == nullptr && isEncodedAtOnce()) return encodeAtOnce(text, place);
+  if (writer() == nullptr && isEncodedInSteps()) {
+    unsigned char units[kWindowStorage];
+    const unsigned char* const end = text.bytes + text.size;
+    const fast::KernelResult r =
+        fast::decode(*m_plan, text.bytes, end, units, units + sizeof units);
+    return r.in == end && encodeAtOnce({units, static_cast<std::size_t>(r.out - units)}, place);
+  }
   LentBuffer<kWindowStorage> segment;
   return makeSegment(text, segment) == text.size && !segment.hasFailed() &&
          putSegment({segment.getData2(), segment.getSize()}, place);
@@ -289,6 +296,11 @@ bool Conversion::takeWrittenWindow(Place& place, std::size_t length) {
 bool Conversion::isEncodedAtOnce() const {
   return m_plan->decoding.form == EncodingForm::kUtf16 && !m_plan->decoding.bigEndian &&
          !m_plan->isCopy && m_plan->encoding.form != EncodingForm::kUtf16;
+}
+
+// Whether it needs both steps.
+bool Conversion::isEncodedInSteps() const {
+  return m_plan->direct == nullptr && m_plan->encoding.form != EncodingForm::kUtf16;
 }
 
 bool Conversion::encodeAtOnce(Text text, Place& place) const {

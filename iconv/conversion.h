@@ -89,6 +89,7 @@ class Conversion {
   bool takeWrittenWindow(Place& place, std::size_t length);
   bool putRead(Text text, Place& place);
   bool isEncodedAtOnce() const;
+  bool isEncodedInSteps() const;
   bool encodeAtOnce(Text text, Place& place) const;
   std::size_t makeSegment(Text text, DataBuffer& segment) const;
   bool isDecodedOnly() const;

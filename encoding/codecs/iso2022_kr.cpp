@@ -2,6 +2,7 @@
 #include "encoding/codecs/escape_sequence.h"
 #include "encoding/codecs/pair_runs.h"
 #include "encoding/codecs/plane94.h"
+#include "encoding/codecs/text_bytes.h"
 
 namespace {
 
@@ -44,26 +45,16 @@ bool isKs8(unsigned char first, unsigned char second) {
          isKs7(static_cast<unsigned char>(first - 0x80), static_cast<unsigned char>(second - 0x80));
 }
 
-// Pairs in the two directions, with the usual turns of a text (pair_runs.h); eight at a time are
-// pairs of the full rows from 16 on, Hangul and Hanja.
-struct KsTo949 : HighBitPairs<isKs7, codec_vectors::PairBox{0x30, 0x7E, 0x21, 0x7E}, true> {
-  static bool turn(const unsigned char*& p, unsigned char*& dest, bool& inPairs) {
-    if (*p != (inPairs ? kShiftIn : kShiftOut)) return false;
-    // Between two words one space is the rule. As a branch of its own it costs nearly nothing.
-    if (inPairs && isPlain(p[1]) && p[2] == kShiftOut) {
-      *dest++ = p[1];
-      p += 3;
-      return true;
-    }
-    ++p;
-    inPairs = !inPairs;
-    return true;
-  }
-};
+// Of the pairs the full rows from 16 on, Hangul and Hanja: in 7 bits.
+constexpr codec_vectors::PairBox kFullRows = {0x30, 0x7E, 0x21, 0x7E};
+
+// Pairs in the other direction, with the usual turns of a text (pair_runs.h); eight at a time are
+// those of the full rows.
 struct KsFrom949 : HighBitPairs<isKs8, codec_vectors::PairBox{0xB0, 0xFE, 0xA1, 0xFE}, false> {
   static bool turn(const unsigned char*& p, unsigned char*& dest, bool& inPairs) {
     if (inPairs ? !isPlain(*p) : *p < 0x80) return false;
-    if (inPairs && p[1] >= 0x80) {  // as above
+    // Between two words one space is the rule. As a branch of its own it costs nearly nothing.
+    if (inPairs && p[1] >= 0x80) {
       dest[0] = kShiftIn;
       dest[1] = *p++;
       dest[2] = kShiftOut;
@@ -90,15 +81,86 @@ struct Reader : CodecRun {
   using CodecRun::CodecRun;
 
   bool step() {
-    state.shiftedOut = copyTurns<KsTo949, kEscape, kShiftOut, kShiftIn>(*this, state.shiftedOut);
-    if (state.shiftedOut) {
-      if (!copyPairs<KsTo949>(*this)) return true;
-    } else {
-      copyPlain<kEscape, kShiftOut, kShiftIn>(*this);
-    }
-    return left() == 0 || room() < kMinRoom || readUnit();
+    copyBlocks<4>();
+    copyBlocks<1>();
+    return !copyRuns() || left() == 0 || room() < kMinRoom || readUnit();
   }
   void finish() { state.shiftedOut = false; }
+
+  // The usual course of a text: runs of pairs and of ASCII in turns, in blocks of several vectors.
+  // Bits say where the shifts stand: a loop that looked for them would have to wait for itself.
+  // Stops in front of a run that has anything else in it.
+  template <unsigned int kVectors>
+  void copyBlocks() {
+    constexpr std::ptrdiff_t kBlock = kVectors * kVector;
+    constexpr std::ptrdiff_t kWhole = kBlock + std::ptrdiff_t{kVector};
+    const unsigned char* in = p;
+    unsigned char* to = dest;
+    bool inPairs = state.shiftedOut, isUsual = true;
+    while (isUsual && end - in >= kWhole && destEnd - to >= kWhole) {
+      std::uint64_t shifts = 0;
+      for (unsigned int i = 0; i < kBlock; i += kVector) {
+        shifts |= std::uint64_t{topBits(equal(Bytes16::load(in + i) | 1, kShiftIn))} << i;
+      }
+      if (shifts == 0) isUsual = copyRun(inPairs, kBlock, in, to);
+      while (shifts != 0) {
+        const int count = std::countr_zero(shifts);
+        isUsual = copyRun(inPairs, static_cast<unsigned int>(count), in, to);
+        if (!isUsual) break;
+        inPairs = *in++ == kShiftOut;
+        shifts = shifts >> count >> 1;
+      }
+    }
+    p = in;
+    dest = to;
+    state.shiftedOut = inPairs;
+  }
+  // False, and the pointers stay, where not all of it is such text.
+  static bool copyRun(bool inPairs, unsigned int count, const unsigned char*& in,
+                      unsigned char*& to) {
+    if (inPairs && count % 2 != 0) return false;
+    unsigned int done = 0;
+    do {
+      const Bytes16 bytes = Bytes16::load(in + done);
+      const Bytes16 others = inPairs ? ~Bytes16(codec_vectors::inBox(bytes.native(), kFullRows))
+                                     : bytes | equal(bytes, kEscape);
+      (inPairs ? bytes | 0x80 : bytes).store(to + done);
+      if (countLow(others) < std::min(count - done, kVector)) return false;
+      done += kVector;
+    } while (done < count);
+    in += count;
+    to += count;
+    return true;
+  }
+
+  // What the vectors leave, but for a long text not much of it. True where something else stands in
+  // front.
+  bool copyRuns() {
+    // A pair may be the last that begins there.
+    const unsigned char* const stop = p + std::min({left(), room() - 1, kMinRoom});
+    const unsigned char* in = p;
+    unsigned char* to = dest;
+    bool inPairs = state.shiftedOut;
+    while (in < stop) {
+      if ((*in | 1) == kShiftIn) {
+        inPairs = *in++ == kShiftOut;
+      } else if (inPairs && end - in > 1 && isKs7(in[0], in[1])) {
+        to[0] = in[0] | 0x80;
+        to[1] = in[1] | 0x80;
+        in += 2;
+        to += 2;
+      } else if (!inPairs && *in < 0x80 && *in != kEscape) {
+        *to++ = *in++;
+      } else {
+        break;
+      }
+    }
+    const bool isUsual = in >= stop;
+    p = in;
+    dest = to;
+    state.shiftedOut = inPairs;
+    return !isUsual;
+  }
 
   bool readUnit() {
     const unsigned char byte = *p;
