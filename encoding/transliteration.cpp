@@ -37,7 +37,7 @@ constexpr std::size_t kRecords =
     static_cast<std::size_t>(std::count(kTexts.begin(), kTexts.end(), kEnd));
 
 // Where records are, in their order; and in which of 256 characters each the first of them are, of
-// which those from kLastPage on are together.
+// which those from kLastPage on are together: these are the variation selectors.
 constexpr std::uint32_t kPageBits = 8, kLastPage = 0x300;
 struct Index {
   std::array<std::uint16_t, kRecords> places{};
@@ -59,15 +59,28 @@ constexpr Index makeIndex() {
 }
 constexpr Index kIndex = makeIndex();
 
-// Where the candidates of a character are in kTexts; npos where it has none.
+// Where the candidates of a character are in kTexts; npos where it has none. The searches for the
+// characters of a text go every way: this one has no branches to guess.
 std::size_t findCandidates(std::uint32_t scalar) {
   const std::uint32_t page = std::min(scalar >> kPageBits, kLastPage);
-  const auto* const begin = kIndex.places.data() + kIndex.pages[page];
-  const auto* const end = kIndex.places.data() + kIndex.pages[page + 1];
-  const auto* const found = std::ranges::lower_bound(begin, end, scalar, {}, characterAt);
-  if (found == end || characterAt(*found) != scalar) return kTexts.npos;
+  const std::uint16_t* found = kIndex.places.data() + kIndex.pages[page];
+  std::size_t count = kIndex.pages[page + 1] - std::size_t{kIndex.pages[page]};
+  if (count == 0) return kTexts.npos;
   const std::size_t length = scalar < 0x800 ? 2 : scalar < 0x10000 ? 3 : 4;
-  return *found + length;
+  // The last two bytes of a form tell the characters of a page apart.
+  const std::uint32_t key =
+      (length == 2 ? 0xC080 : 0x8080) + (scalar << 2 & 0x3F00) + (scalar & 0x3F);
+  const auto keyAt = [&](std::size_t record) {
+    const char* const last = kTexts.data() + record + length - 2;
+    return std::uint32_t{static_cast<unsigned char>(last[0])} << 8 |
+           static_cast<unsigned char>(last[1]);
+  };
+  while (count > 1) {
+    const std::size_t half = count / 2;
+    found += keyAt(found[half]) <= key ? half : 0;
+    count -= half;
+  }
+  return characterAt(*found) == scalar ? *found + length : kTexts.npos;
 }
 
 }  // namespace

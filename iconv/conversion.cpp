@@ -5,7 +5,6 @@
 #include <cstring>
 
 #include "encoding/output.h"
-#include "encoding/pump.h"
 #include "iconv/lent_buffer.h"
 #include "support/utf.h"
 
@@ -56,7 +55,7 @@ Conversion::Status Conversion::convert(Place& place, std::size_t& irreversible) 
   while (status == Status::kGood && place.in != place.inEnd) {
     const bool isMarkDue = m_route.to.hasMark && !m_hasMark;
     const unsigned char* const before = place.out;
-    const bool isRestCut = !isMarkDue && takeClean(place);
+    const bool isRestCut = !isMarkDue && takeClean(place, outcome);
     if (place.out != before) outcome.unwritten = nullptr;
     if (place.in == place.inEnd) break;
     if (isRestCut) {
@@ -101,9 +100,9 @@ Conversion::Status Conversion::beginSource(Place& place) {
 
 // Converts as much as it can without looking at single characters. True when what is left is known
 // to be the beginning of one.
-bool Conversion::takeClean(Place& place) {
+bool Conversion::takeClean(Place& place, Outcome& outcome) {
   if (isPlain()) {
-    takePlain(place);
+    takePlain(place, outcome);
     return false;
   }
   if (m_steps != 0) {
@@ -132,7 +131,7 @@ bool Conversion::takeClean(Place& place) {
 }
 
 // Between encodings without codecs.
-void Conversion::takePlain(Place& place) {
+void Conversion::takePlain(Place& place, Outcome& outcome) {
   const fast::Plan& plan = *m_plan;
   const std::size_t length = place.left();
   if (length <= fast::kShortBytes && plan.whole != nullptr) {
@@ -156,13 +155,13 @@ void Conversion::takePlain(Place& place) {
     }
   }
   if (length <= fast::kShortBytes && plan.whole == nullptr && takeShort(place, length)) return;
-  takePlainWindows(place);
+  takePlainWindows(place, outcome);
   // In the rest of the room, less and less at a time.
   std::size_t part = std::min<std::size_t>({place.left(), place.room(), kKernelSlack});
   while (part >= 8 && place.room() < kKernelSlack) {
     unsigned char text[kKernelSlack * fast::kWorstFactor + kKernelSlack];
     Place aside{place.in, place.in + part, text, text + sizeof text};
-    takeByPump(aside, part);
+    takeByPump(aside, part, nullptr);
     const auto size = static_cast<std::size_t>(aside.out - text);
     if (size > place.room()) {
       part /= 2;
@@ -204,12 +203,12 @@ bool Conversion::takeShort(Place& place, std::size_t length) const {
 
 // Converts up to what is not clean, or up to where fewer than kKernelSlack bytes of room are left.
 // The pump decodes what is behind its stop in vain, so windows are small where much is not clean.
-void Conversion::takePlainWindows(Place& place) {
+void Conversion::takePlainWindows(Place& place, Outcome& outcome) {
   constexpr std::size_t kLongestCharacter = 6;
   while (place.left() != 0 && place.room() >= kKernelSlack) {
     const unsigned char* const begin = place.in;
     const std::size_t length = std::min<std::size_t>(place.left(), m_plainWindow);
-    takeByPump(place, length);
+    takeByPump(place, length, &outcome);
     const std::size_t rest = length - static_cast<std::size_t>(place.in - begin);
     const bool isClean = rest < kLongestCharacter && place.in != begin;
     if (!isClean && place.room() >= kKernelSlack) {
@@ -220,13 +219,16 @@ void Conversion::takePlainWindows(Place& place) {
   }
 }
 
-// Converts up to what is not clean, or up to where fewer than kKernelSlack bytes are left.
-void Conversion::takeByPump(Place& place, std::size_t length) const {
+// Converts up to what is not clean, or up to where fewer than kKernelSlack bytes are left. With an
+// outcome, characters without a place are treated as the target's suffixes say.
+void Conversion::takeByPump(Place& place, std::size_t length, Outcome* outcome) const {
   fast::PumpBlock block;
   fast::Pump pump;
   Room out(place.out, place.outEnd);
   pump.start(*m_plan, block, place.in, place.in + length);
-  pump.run(out);
+  while (pump.run(out) == fast::Pump::Stop::kUnmappable && outcome != nullptr &&
+         passUnmappable(pump, out, *outcome)) {
+  }
   place.out = out.next;
   place.in = pump.unit() != pump.unitEnd() ? pump.sourceOf(pump.unit()) : pump.in();
 }

@@ -7,6 +7,7 @@
 
 #include "encoding/codecs/codec.h"
 #include "encoding/plan.h"
+#include "encoding/pump.h"
 #include "iconv/route.h"
 
 namespace iconv_layer {
@@ -79,11 +80,11 @@ class Conversion {
 
   Status beginSource(Place& place);
   Status writeMark(Place& place);
-  bool takeClean(Place& place);
-  void takePlain(Place& place);
-  void takePlainWindows(Place& place);
+  bool takeClean(Place& place, Outcome& outcome);
+  void takePlain(Place& place, Outcome& outcome);
+  void takePlainWindows(Place& place, Outcome& outcome);
   bool takeShort(Place& place, std::size_t length) const;
-  void takeByPump(Place& place, std::size_t length) const;
+  void takeByPump(Place& place, std::size_t length, Outcome* outcome) const;
   bool takeWindow(Place& place, std::size_t length);
   bool takeReadWindow(Place& place, std::size_t length);
   bool takeWrittenWindow(Place& place, std::size_t length);
@@ -109,6 +110,8 @@ class Conversion {
   bool write(const unsigned char* units, std::size_t bytes, Written& written) const;
   bool writeSegment(const unsigned char* segment, std::size_t bytes, Written& written) const;
   bool writeSimilar(std::uint32_t scalar, Written& written) const;
+  bool passOne(fast::Pump& pump, Output& out, Outcome& outcome) const;
+  bool passUnmappable(fast::Pump& pump, Output& out, Outcome& outcome) const;
   const fast::Plan* writingPlan() const;
   Status put(const Written& written, Place& place);
 

@@ -37,24 +37,6 @@ bool endsWithinPair(const unsigned char* units, std::size_t bytes) {
   return bytes >= 2 && isHighSurrogate(unitAt(units + bytes - 2));
 }
 
-std::size_t storeScalar(std::uint32_t scalar, unsigned char* units) {
-  const bool isPair = scalar > 0xFFFF;
-  const std::uint32_t first = isPair ? highSurrogateOf(scalar) : scalar;
-  units[0] = static_cast<unsigned char>(first);
-  units[1] = static_cast<unsigned char>(first >> 8);
-  if (!isPair) return 2;
-  const std::uint32_t second = lowSurrogateOf(scalar);
-  units[2] = static_cast<unsigned char>(second);
-  units[3] = static_cast<unsigned char>(second >> 8);
-  return 4;
-}
-
-std::size_t appendScalars(const char32_t* scalars, std::size_t count, unsigned char* units) {
-  std::size_t bytes = 0;
-  for (std::size_t i = 0; i < count; ++i) bytes += storeScalar(scalars[i], units + bytes);
-  return bytes;
-}
-
 // The piece of UTF-8 at p: how many bytes the lead byte asks for, and how many there are.
 struct Utf8Form {
   std::size_t wanted;  // 0: no lead byte
@@ -77,6 +59,24 @@ Utf8Form utf8FormAt(const unsigned char* p, std::size_t left) {
 // The least that a character takes.
 std::size_t leastWidth(const EncodingRow& row) {
   return row.form == EncodingForm::kUtf16 ? 2 : row.form == EncodingForm::kUtf32 ? 4 : 1;
+}
+
+// Writes a few units where there is room for whatever they become; false, with nothing done, where
+// one has no place.
+bool encodeAll(const fast::Plan& plan, const unsigned char* units, std::size_t bytes, Output& out) {
+  unsigned char* to = out.next;
+  if (const fast::SingleByteEncoder* const table = plan.encoding.table.singleByte) {
+    for (std::size_t i = 0; i < bytes; i += 2) {
+      *to = table->bytes[unitAt(units + i)];
+      if (*to++ == 0) return false;
+    }
+  } else {
+    const fast::KernelResult r = fast::encode(plan, units, units + bytes, to, out.end);
+    if (r.in != units + bytes) return false;
+    to = r.out;
+  }
+  out.next = to;
+  return true;
 }
 
 // The room of a character.
@@ -300,13 +300,48 @@ bool Conversion::writeSegment(const unsigned char* segment, std::size_t bytes,
 // Finds the first text that stands for a character and has a place in the target.
 bool Conversion::writeSimilar(std::uint32_t scalar, Written& written) const {
   SimilarText similar(scalar);
-  char32_t scalars[SimilarText::kMostScalars];
-  unsigned char units[SimilarText::kMostScalars * 4];
+  unsigned char units[SimilarText::kMostBytes];
   while (true) {
-    const std::size_t count = similar.next(scalars);
-    if (count == SimilarText::kNone) return false;
-    if (write(units, appendScalars(scalars, count, units), written)) return true;
+    const std::size_t bytes = similar.next(units);
+    if (bytes == SimilarText::kNone) return false;
+    if (write(units, bytes, written)) return true;
   }
+}
+
+// Writes the same for the characters that a pump has stopped at, or leaves them out, where there is
+// room in any case; so that the text behind them is not decoded again. False, with nothing done,
+// for what is to be looked at more closely.
+bool Conversion::passUnmappable(fast::Pump& pump, Output& out, Outcome& outcome) const {
+  const fast::SingleByteEncoder* const table = m_plan->encoding.table.singleByte;
+  if (m_plan->isCopy || !passOne(pump, out, outcome)) return false;
+  while (table != nullptr && pump.unitEnd() - pump.unit() >= 2 &&
+         table->bytes[unitAt(pump.unit())] == 0 && passOne(pump, out, outcome)) {
+  }
+  return true;
+}
+
+bool Conversion::passOne(fast::Pump& pump, Output& out, Outcome& outcome) const {
+  constexpr std::size_t kRoom = SimilarText::kMostBytes * 2 + kKernelSlack;
+  const auto left = static_cast<std::size_t>(pump.unitEnd() - pump.unit());
+  if (out.room() < kRoom || left < 2) return false;
+  const std::uint32_t first = unitAt(pump.unit());
+  const std::size_t length = isHighSurrogate(first) ? 4 : 2;
+  if (fast::mayBeSpecialUnit(first) || left < length || !isText(pump.unit(), length)) return false;
+  const Suffixes& suffixes = m_route.suffixes;
+  bool isWritten = false;
+  if (suffixes.transliterates) {
+    SimilarText similar(length == 4 ? joinSurrogates(first, unitAt(pump.unit() + 2)) : first);
+    unsigned char units[SimilarText::kMostBytes];
+    std::size_t bytes = 0;
+    while (!isWritten && (bytes = similar.next(units)) != SimilarText::kNone) {
+      isWritten = encodeAll(*m_plan, units, bytes, out);
+    }
+  }
+  if (!isWritten && !suffixes.ignores && !suffixes.discards) return false;
+  outcome.ignoredSome = outcome.ignoredSome || (!isWritten && suffixes.ignores);
+  ++outcome.irreversible;
+  pump.skipUnits(length);
+  return true;
 }
 
 // ---- One character. ----

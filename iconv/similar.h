@@ -14,12 +14,14 @@ namespace iconv_layer {
 class SimilarText {
  public:
   static constexpr std::size_t kMostScalars = fast::Transliterations::kMaxLength;
-  static constexpr std::size_t kNone = kMostScalars + 1;
+  static constexpr std::size_t kMostBytes = kMostScalars * 4;
+  static constexpr std::size_t kNone = kMostBytes + 1;
 
   explicit SimilarText(std::uint32_t scalar) : m_texts(scalar) {}
 
-  // The next text and its length, which may be 0; kNone: there is no other.
-  std::size_t next(char32_t (&scalars)[kMostScalars]);
+  // The next text, in UTF-16 little endian, and its length in bytes, which may be 0; kNone: there
+  // is no other.
+  std::size_t next(unsigned char (&units)[kMostBytes]);
 
  private:
   fast::Transliterations m_texts;
