@@ -55,8 +55,10 @@ Conversion::Status Conversion::convert(Place& place, std::size_t& irreversible) 
   while (status == Status::kGood && place.in != place.inEnd) {
     const bool isMarkDue = m_route.to.hasMark && !m_hasMark;
     const unsigned char* const before = place.out;
+    const std::size_t heldBefore = m_heldBytes;
     const bool isRestCut = !isMarkDue && takeClean(place, outcome);
-    if (place.out != before) outcome.unwritten = nullptr;
+    // What the writer holds is as good as written.
+    if (place.out != before || m_heldBytes != heldBefore) outcome.unwritten = nullptr;
     if (place.in == place.inEnd) break;
     if (isRestCut) {
       status = keepWaiting(place) ? Status::kGood : Status::kCut;
