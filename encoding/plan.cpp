@@ -44,15 +44,16 @@ KernelResult decodeUtf16(const Plan& plan, const unsigned char* in, const unsign
   return r;
 }
 
-KernelResult decodeUtf32(const Plan& plan, const unsigned char* in, const unsigned char* inEnd,
-                         unsigned char* out, unsigned char* outEnd) {
-  if (!plan.decoding.bigEndian) return plan.kernels->utf32ToUtf16(in, inEnd, out, outEnd);
+// From UTF-32 by a kernel, which reads little endian only.
+KernelResult convertUtf32(const Plan& plan, Kernel* kernel, const unsigned char* in,
+                          const unsigned char* inEnd, unsigned char* out, unsigned char* outEnd) {
+  if (!plan.decoding.bigEndian) return kernel(in, inEnd, out, outEnd);
   constexpr std::size_t kSwapBytes = 4096;
   unsigned char swapped[kSwapBytes];
   while (in != inEnd && outEnd - out >= static_cast<std::ptrdiff_t>(kSlack)) {
     const auto units = std::min(static_cast<std::size_t>(inEnd - in), kSwapBytes) / 4;
     copySwapped<4>(in, units, swapped);
-    const KernelResult r = plan.kernels->utf32ToUtf16(swapped, swapped + units * 4, out, outEnd);
+    const KernelResult r = kernel(swapped, swapped + units * 4, out, outEnd);
     const auto done = r.in - swapped;
     in += done;
     out = r.out;
@@ -72,7 +73,7 @@ KernelResult decode(const Plan& plan, const unsigned char* in, const unsigned ch
     case EncodingForm::kUtf16:
       return decodeUtf16(plan, in, inEnd, out, outEnd);
     case EncodingForm::kUtf32:
-      return decodeUtf32(plan, in, inEnd, out, outEnd);
+      return convertUtf32(plan, k.utf32ToUtf16, in, inEnd, out, outEnd);
     case EncodingForm::kSingleByte:
       return k.singleByteToUtf16(*plan.decoding.table.singleByte, in, inEnd, out, outEnd);
     case EncodingForm::kDoubleByte:
@@ -138,7 +139,7 @@ KernelResult directUtf8ToUtf32(const Plan& plan, const unsigned char* in,
 KernelResult directUtf32ToUtf8(const Plan& plan, const unsigned char* in,
                                const unsigned char* inEnd, unsigned char* out,
                                unsigned char* outEnd) {
-  return plan.kernels->utf32ToUtf8(in, inEnd, out, outEnd);
+  return convertUtf32(plan, plan.kernels->utf32ToUtf8, in, inEnd, out, outEnd);
 }
 
 KernelResult directMapBytes(const Plan& plan, const unsigned char* in, const unsigned char* inEnd,
@@ -205,13 +206,10 @@ Direct* findDirect(const Plan& plan) {
   // A codec behind the target asks for the places of units.
   if (plan.target->form == EncodingForm::kCodec) return nullptr;
   if (to == EncodingForm::kUtf16 && !plan.encoding.bigEndian) return directDecode;
-  const bool isLittleUtf32 = !plan.decoding.bigEndian && !plan.encoding.bigEndian;
-  if (isLittleUtf32 && from == EncodingForm::kUtf8 && to == EncodingForm::kUtf32) {
+  if (from == EncodingForm::kUtf8 && to == EncodingForm::kUtf32 && !plan.encoding.bigEndian) {
     return directUtf8ToUtf32;
   }
-  if (isLittleUtf32 && from == EncodingForm::kUtf32 && to == EncodingForm::kUtf8) {
-    return directUtf32ToUtf8;
-  }
+  if (from == EncodingForm::kUtf32 && to == EncodingForm::kUtf8) return directUtf32ToUtf8;
   if (from != EncodingForm::kSingleByte) return nullptr;
   if (to == EncodingForm::kUtf8) return directSingleByteToUtf8;
   return to == EncodingForm::kSingleByte ? directMapBytes : nullptr;
