@@ -5,11 +5,14 @@
 #include <clocale>
 #include <cstdio>
 #include <cstring>
+#include <iterator>
 #include <set>
+#include <sstream>
 #include <string>
 
 #include "apps/encconv-iconv/command_line.h"
 #include "apps/encconv-iconv/conversion.h"
+#include "apps/encconv-iconv/spellings.h"
 #include "encconv/iconv.h"
 
 namespace {
@@ -55,11 +58,16 @@ void printInLines(const Names& names) {
 void listNames() {
   Names names;
   iconvlist(addNames, &names);
+  std::istringstream others{std::string(iconv_command::kOtherSpellings)};
+  names.insert(std::istream_iterator<std::string>(others), {});
   if (isatty(STDOUT_FILENO) != 0) {
     printInLines(names);
     return;
   }
-  for (const std::string& name : names) std::printf("%s//\n", name.c_str());
+  // Two slashes are in each line.
+  for (const std::string& name : names) {
+    std::printf("%s%s\n", name.c_str(), name.find('/') == std::string::npos ? "//" : "/");
+  }
 }
 
 }  // namespace

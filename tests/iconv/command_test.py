@@ -193,6 +193,9 @@ def main():
         expect(status == 1 and out == b"a", "an option behind a file is one, as POSIX has it not")
         names = run(ours, ["-l"], folder)[1].decode().split()
         expect({"UTF-8//", "CP1252//", "SHIFT_JIS//", "IBM1047//"} <= set(names), "-l lacks names")
+        theirs_only = set(run(theirs, ["-l"], folder)[1].decode().split()) - set(names)
+        expect(all(run(ours, ["-f", n.rstrip("/")], folder)[0] != 0 for n in theirs_only),
+               "-l lacks names that it knows")
         listed, shown = on_terminal(ours).split("\n\n"), on_terminal(theirs).split("\n\n")
         expect(listed[0] == shown[0], "-l says something else on a terminal")
         expect(" ".join(listed[1].split()).split(", ") == [n.rstrip("/") for n in names],
