@@ -63,7 +63,8 @@ void convertPieces(Codec::Convert convert, std::span<const std::uint8_t> text, N
 template <class NextSize>
 void checkPieces(Codec::Convert convert, std::span<const std::uint8_t> text, NextSize nextSize,
                  Converted& whole, Converted& cut) {
-  convertPieces(convert, text, [&] { return text.size(); }, whole);
+  convertPieces(
+      convert, text, [&] { return text.size(); }, whole);
   convertPieces(convert, text, nextSize, cut);
   check(whole.state == cut.state, "the state does not depend on the cuts");
   check(viewOf(whole.out) == viewOf(cut.out), "the output does not depend on the cuts");

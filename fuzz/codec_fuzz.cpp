@@ -80,7 +80,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const Bytes text = input.rest();
   Converted whole, cut;
   for (const Codec::Convert convert : {codec.read, codec.readStrictly, codec.write}) {
-    if (convert) checkPieces(convert, text, [&] { return step; }, whole, cut);
+    if (convert)
+      checkPieces(
+          convert, text, [&] { return step; }, whole, cut);
   }
   // The calls that convert what these do, or no codec does.
   if (&codec == &codecOf(65000)) utf7(text);
