@@ -53,13 +53,18 @@ inline bool Pump::makeRoom(Output& out) {
 }
 
 inline KernelResult Pump::encodeUnits(Output& out) const {
-  const unsigned char* end = m_unitEnd;
-  // Where both steps are of UTF-16, neither looks for surrogates without their other half.
-  if (m_composer != nullptr && m_plan->decoding.form == EncodingForm::kUtf16 &&
-      m_plan->encoding.form == EncodingForm::kUtf16) {
-    end = m_plan->kernels->pairedUtf16(m_unit, m_unitEnd);
+  // Where both steps are of UTF-16, neither looks for surrogates without their other half. What is
+  // written lies in front of a codec then, low byte first, and copied as long as there is room.
+  const bool isCopy = m_composer != nullptr && m_plan->decoding.form == EncodingForm::kUtf16 &&
+                      m_plan->encoding.form == EncodingForm::kUtf16;
+  if (!isCopy) return encode(*m_plan, m_unit, m_unitEnd, out.next, out.end);
+  const unsigned char* const end = m_plan->kernels->pairedUtf16(m_unit, m_unitEnd);
+  KernelResult r = encode(*m_plan, m_unit, end, out.next, out.end);
+  if (r.in != end && isLowSurrogate(loadUnit(r.in))) {  // between the halves of a pair
+    r.in -= 2;
+    r.out -= 2;
   }
-  return encode(*m_plan, m_unit, end, out.next, out.end);
+  return r;
 }
 
 Pump::Stop Pump::run(Output& out) {

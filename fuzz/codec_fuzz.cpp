@@ -1,58 +1,16 @@
-// The codecs whole and in pieces; and UTF-7, UTF-32 and GSM there and back. Settings: codec, size
-// of the pieces.
+// The codecs whole and in pieces; and UTF-7, UTF-32 and GSM there and back. Settings: the number of
+// an encoding, in three bytes, and the size of the pieces.
 #include <algorithm>
 #include <vector>
 
-#include "encoding/codecs/codec.h"
 #include "encoding/codecs/encoding_row.h"
 #include "encoding/codecs/gsm.h"
-#include "fuzz/fuzz_support.h"
+#include "fuzz/codec_checks.h"
 #include "support/zv_utf.h"
 
 namespace {
 
 using Bytes = std::span<const std::uint8_t>;
-
-// Marks must be reported in order and within input and output.
-class Marks : public ReplacementSink {
- public:
-  void onReplaced(const ReplacedInput& piece) {
-    check(piece.length != 0, "a reported piece is not empty");
-    ++count;
-  }
-  unsigned int count = 0;
-};
-
-CodecState inPieces(Codec::Convert convert, Bytes text, std::size_t step, DataBuffer& out,
-                    Marks& marks) {
-  CodecState state;
-  std::size_t begin = 0, end = 0;
-  while (true) {
-    end = std::min(end + step, text.size());
-    const bool last = end == text.size();
-    // A copy, so that a read behind the piece is seen.
-    const auto cut = text.subspan(begin, end - begin);
-    const std::vector<std::uint8_t> exact(cut.begin(), cut.end());
-    const unsigned int used = convert(exact.data(), sizeOf(exact), last, state, out, &marks);
-    check(used <= exact.size(), "no more is used than is there");
-    check(exact.size() - used < Codec::kMaxRest, "what waits is short");
-    begin += used;
-    if (!last) continue;
-    check(begin == text.size(), "nothing waits at the end");
-    return state;
-  }
-}
-
-void compare(Codec::Convert convert, Bytes text, std::size_t step) {
-  DataBuffer whole, cut;
-  Marks wholeMarks, cutMarks;
-  const CodecState state = inPieces(convert, text, text.size() + 1, whole, wholeMarks);
-  check(state == inPieces(convert, text, step, cut, cutMarks),
-        "the state does not depend on the cuts");
-  check(viewOf(whole) == viewOf(cut), "the output does not depend on the cuts");
-  check(wholeMarks.count == cutMarks.count, "the reports do not depend on the cuts");
-  check(whole.getSize() <= 8 * text.size() + 16, "the output is linear in the input");
-}
 
 void utf7(Bytes text) {
   DataBuffer raw, utf16, again, utf7;
@@ -103,22 +61,32 @@ const std::vector<const Codec*> kCodecs = [] {
   return codecs;
 }();
 
+// That of an encoding, so that seeds can name it; of the other numbers each codec has as many.
+const Codec& codecNamed(unsigned int number) {
+  const EncodingRow* const row = findEncodingRow(static_cast<int>(number));
+  if (row != nullptr && row->codec != nullptr) return *row->codec;
+  return *kCodecs[number % kCodecs.size()];
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   FuzzInput input(data, size);
-  const std::size_t codec = input.byte() % (kCodecs.size() + 3);
+  unsigned int number = input.byte();
+  number |= input.byte() << 8;
+  number |= input.byte() << 16;
+  const Codec& codec = codecNamed(number);
   const std::size_t step = input.byte() % 16 + 1;
   const Bytes text = input.rest();
-  if (codec < kCodecs.size()) {
-    compare(kCodecs[codec]->read, text, step);
-    if (kCodecs[codec]->write) compare(kCodecs[codec]->write, text, step);
-  } else if (codec == kCodecs.size()) {
-    utf7(text);
-  } else if (codec == kCodecs.size() + 1) {
-    utf32(text);
-  } else {
-    gsm(text);
+  Converted whole, cut;
+  for (const Codec::Convert convert : {codec.read, codec.readStrictly, codec.write}) {
+    if (convert)
+      checkPieces(
+          convert, text, [&] { return step; }, whole, cut);
   }
+  // The calls that convert what these do, or no codec does.
+  if (&codec == &codecOf(65000)) utf7(text);
+  if (&codec == &codecOf(55000)) gsm(text);
+  if (&codec == &kGsmUtf8Codec) utf32(text);
   return 0;
 }

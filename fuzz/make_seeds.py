@@ -86,22 +86,23 @@ table("container-cut", 3, 1, 9, b"", CONTAINER[:-9])
 
 
 def codec(name, number, step, text):
-    write("codec", name, bytes([number, step]) + text)
+    write("codec", name, number.to_bytes(3, "little") + bytes([step]) + text)
 
 
-codec("jp-read", 0, 2, "日本語 mail".encode("iso-2022-jp") + b"\x1b(I1\x0e2\x0f\x1b$(D0!")
-codec("jp-write", 0, 0, "日本語 mail ｶﾅ".encode("cp932") + b"\xfa\x5c\xff\x81")
-codec("kr-read", 1, 3, "한국어 text".encode("iso-2022-kr"))
-codec("kr-write", 1, 1, "한국어 text\n한".encode("cp949") + b"\x81\x41")
-codec("hz-read", 2, 0, "汉字 ~ text".encode("hz") + b"~\n~~~{V")
-codec("hz-write", 2, 0, "汉字 ~ text".encode("gbk") + b"\x81\x40")
-codec("utf7-pieces", 3, 1, "Hi +é 日本 - 😀!".encode("utf-7") + b"+AOn-+A-+\x80")
-codec("gsm-pieces", 4, 1, b"\x00\x1b\x65abc\x1b\x1b\x7f\x80")
-codec("gsm-utf8", 5, 2, "a€日😀".encode() + b"\xe2\x82")
-codec("utf7", 6, 0, "Hi +é 日本 - 😀!".encode("utf-7"))
-codec("utf7-units", 6, 0, "a日 b".encode("utf-16-le"))
-codec("utf32", 7, 0, MIXED.encode("utf-32-le"))
-codec("gsm", 8, 0, b"\x00\x1b\x65abc\x1b\x1b\x7f")
+GSM_UTF8 = 0  # the first of those that no encoding names; with UTF-32
+codec("jp-read", 50220, 2, "日本語 mail".encode("iso-2022-jp") + b"\x1b(I1\x0e2\x0f\x1b$(D0!")
+codec("jp-write", 50220, 0, "日本語 mail ｶﾅ".encode("cp932") + b"\xfa\x5c\xff\x81")
+codec("kr-read", 50225, 3, "한국어 text".encode("iso-2022-kr"))
+codec("kr-write", 50225, 1, "한국어 text\n한".encode("cp949") + b"\x81\x41")
+codec("hz-read", 1052936, 0, "汉字 ~ text".encode("hz") + b"~\n~~~{V")
+codec("hz-write", 1052936, 0, "汉字 ~ text".encode("gbk") + b"\x81\x40")
+codec("utf7-pieces", 65000, 1, "Hi +é 日本 - 😀!".encode("utf-7") + b"+AOn-+A-+\x80")
+codec("gsm-pieces", 55000, 1, b"\x00\x1b\x65abc\x1b\x1b\x7f\x80")
+codec("gsm-utf8", GSM_UTF8, 2, "a€日😀".encode() + b"\xe2\x82")
+codec("utf7", 65000, 0, "Hi +é 日本 - 😀!".encode("utf-7"))
+codec("utf7-units", 65000, 0, "a日 b".encode("utf-16-le"))
+codec("utf32", GSM_UTF8, 0, MIXED.encode("utf-32-le"))
+codec("gsm", 55000, 0, b"\x00\x1b\x65abc\x1b\x1b\x7f")
 
 for number, charset in enumerate([
         "utf-8", "ISO_8859-1", "cp0000932", "hz-gb-2312", "x-mac-japanese", "windows-1252\0",

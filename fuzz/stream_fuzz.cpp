@@ -1,80 +1,15 @@
 // StreamConverter: a stream in pieces against the stream in one piece, and that against EncConvert.
 // Settings: source, target, treatment, alternate code page, flags, size of the pieces, substitute.
-#include "encoding/stream/stream_converter.h"
-
-#include <vector>
+#include <algorithm>
 
 #include "encoding/codecs/codec.h"
 #include "encoding/codecs/encoding_row.h"
 #include "encoding/encoding_convert.h"
-#include "fuzz/fuzz_support.h"
+#include "fuzz/stream_checks.h"
 
 namespace {
 
 using Bytes = std::span<const std::uint8_t>;
-
-struct Piece {
-  std::uint64_t offset;
-  std::uint32_t length;
-  auto operator<=>(const Piece&) const = default;
-};
-
-class Errors : public StreamErrorHandler {
- public:
-  explicit Errors(int from) : m_isOrdered(from != 10004) {}  // which turns runs of text round
-
-  void onStreamError(const StreamError& error) override {
-    // Controls may have to wait for what follows them.
-    if (m_isOrdered && error.codePoint != 0x1B && error.codePoint != 0x0E &&
-        error.codePoint != 0x0F) {
-      check(error.offset >= m_last, "errors come in the order of the source");
-      m_last = error.offset;
-    }
-    // What another character is written for is not left out.
-    if (error.kind == StreamErrorKind::kApproximated) {
-      isApproximated = true;
-    } else {
-      pieces.push_back({error.offset, error.length});
-    }
-    digest = digest * 31 + error.offset * 5 + error.length * 3 + error.line * 7 +
-             static_cast<std::uint32_t>(error.codePoint);
-  }
-  std::vector<Piece> pieces;
-  bool isApproximated = false;
-  std::uint64_t digest = 0;
-
- private:
-  bool m_isOrdered;
-  std::uint64_t m_last = 0;
-};
-
-struct Result {
-  StreamStatus status;
-  std::vector<Piece> errors;
-  bool isApproximated;
-  std::uint64_t digest;
-  std::string out;
-  bool operator==(const Result&) const = default;
-};
-
-Result run(StreamSettings settings, Bytes text, std::size_t step) {
-  Errors errors(settings.from);
-  settings.errorHandler = &errors;
-  StreamConverter stream;
-  DataBuffer out;
-  StreamStatus status = stream.begin(settings);
-  for (std::size_t at = 0; status == StreamStatus::kGood && at < text.size(); at += step) {
-    // A copy, so that a read behind the piece is seen.
-    const auto piece = text.subspan(at, std::min(step, text.size() - at));
-    const std::vector<std::uint8_t> copy(piece.begin(), piece.end());
-    status = stream.push(copy.data(), copy.size(), out);
-  }
-  if (status == StreamStatus::kGood) status = stream.finish(out);
-  check(status != StreamStatus::kNoMemory && status != StreamStatus::kMisuse, "memory suffices");
-  check(stream.errorCount() == errors.pieces.size(), "each error is told once");
-  check(out.getSize() <= 1024 * (text.size() + 1), "the output is linear in the input");
-  return {status, errors.pieces, errors.isApproximated, errors.digest, std::string(viewOf(out))};
-}
 
 Bytes bytesOf(const std::string& text) {
   return {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()};
@@ -114,9 +49,9 @@ bool hasShifts(int page) {
   return page == 65000 || (page >= 50220 && page <= 50225) || page == kCodePageHz;
 }
 
-Result dropped(int from, int to, const std::string& text) {
+StreamedText dropped(int from, int to, const std::string& text) {
   const StreamSettings settings{.from = from, .to = to, .treatment = StreamTreatment::kDrop};
-  return run(settings, bytesOf(text), text.size() + 1);
+  return streamPieces(settings, bytesOf(text), [&] { return text.size(); });
 }
 
 // Whether the text has what the two treat differently on purpose: U+0000, the unit that begins the
@@ -154,13 +89,13 @@ void compareWithEncConvert(int from, int to, std::string text) {
   if (from == 0) from = to;
   if (to == 0) to = from;
   if (!isKnownToWhole(from) || !isKnownToWhole(to)) return;
-  Result result = dropped(from, to, text);
+  StreamedText result = dropped(from, to, text);
   if (result.status != StreamStatus::kGood || result.isApproximated) return;
   if (differsOnPurpose(from, to, text)) return;
   // Taking pieces out changes what stands behind a shift, or in a run that is turned round.
   if (!result.errors.empty() && (hasShifts(from) || from == 10004)) return;
   std::sort(result.errors.rbegin(), result.errors.rend());
-  for (const Piece& piece : result.errors) text.erase(piece.offset, piece.length);
+  for (const StreamedPiece& piece : result.errors) text.erase(piece.offset, piece.length);
   if (differsOnPurpose(from, to, text)) return;
   // EncConvert knows the codes only that are written.
   if (from != pageBehind(to) && findEncodingRow(from)->onlyReadText != nullptr) {
@@ -200,8 +135,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   settings.substitute = textOf(input.bytes(input.byte() % 8));
   const auto text = input.rest();
 
-  const Result atOnce = run(settings, text, text.size() + 1);
-  check(run(settings, text, step) == atOnce, "the result does not depend on the cuts");
+  const StreamedText atOnce = streamPieces(settings, text, [&] { return text.size(); });
+  check(streamPieces(settings, text, [&] { return step; }) == atOnce,
+        "the result does not depend on the cuts");
   compareWithEncConvert(settings.from, settings.to, textOf(text));
   return 0;
 }

@@ -48,3 +48,5 @@ for target in "$@"; do
   grep number_of_executed_units "$log"
   [ "$seconds" != --smoke ] || rm -rf "$kept"
 done
+# Each encoding with a state once more; scripts/random-texts.sh does it in earnest.
+[ "$seconds" != --smoke ] || "$build/fuzz/random_texts" 2000 >"$build/random_texts.log"

@@ -231,6 +231,19 @@ TEST(StreamWriting, ComposesAcrossBlocksAndPieces) {
   }
 }
 
+// Wherever the room for what is written ends.
+TEST(StreamWriting, KeepsPairsOfSurrogatesTogetherWhereItComposes) {
+  for (const std::string front : {"", "a"}) {
+    std::string text = front;
+    for (int i = 0; i < 20000; ++i) text += "😀";
+    for (const int from : {1200, 1201}) {
+      const StreamResult result =
+          stream(settingsFor(from, 54936, "compose"), stream(settingsFor(kUtf8, from), text).text);
+      EXPECT_TRUE(result == stream(settingsFor(kUtf8, 54936), text)) << from << front;
+    }
+  }
+}
+
 TEST(StreamWriting, ReadsWhatIsTriedInFrontOfATreatment) {
   StreamSettings settings;
   for (const auto& [text, treatment] :
