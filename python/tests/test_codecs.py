@@ -8,6 +8,7 @@ import importlib
 import io
 import pickle
 import random
+import unicodedata
 
 import pytest
 
@@ -336,6 +337,33 @@ def test_names_of_python_are_replaced_and_given_back():
     encconv.restore_builtin()
     assert type(codecs.lookup("cp932").encode).__name__ == type(before).__name__
     assert codecs.lookup("cp932").incrementaldecoder.__module__ == "encodings.cp932"
+
+
+def _has(character, encoding):
+    try:
+        return bool(encconv.encode(character, encoding))
+    except UnicodeError:
+        return False
+
+
+def test_letters_are_composed_as_unicode_does():
+    pairs = {}
+    for letter in map(chr, range(0xA0, 0x10000)):
+        parts = unicodedata.decomposition(letter).split()
+        if len(parts) == 2 and not parts[0].startswith("<"):
+            apart = chr(int(parts[0], 16)) + chr(int(parts[1], 16))
+            if unicodedata.normalize("NFC", apart) == letter:
+                pairs[apart] = letter
+    marks = {apart[1] for apart in pairs}
+    seen = set()
+    # What is composed is what an encoding has as one letter only.
+    for encoding in (e.number for e in encconv.encodings() if e.can_encode):
+        lacking = {mark for mark in marks if not _has(mark, encoding)} if _has("\n", encoding) else set()
+        here = [t for t in pairs if t[1] in lacking and t not in seen and _has(pairs[t], encoding)]
+        seen.update(here)
+        composed = encconv.convert("\n".join(here).encode(), "utf-8", encoding, "compose")
+        assert composed == encconv.encode("\n".join(pairs[t] for t in here), encoding), encoding
+    assert len(seen) > len(pairs) / 2
 
 
 def test_conversion_and_report():
