@@ -183,6 +183,7 @@ TEST(Cut, TakesWhatIsKnownOfTheWindow) {
       {"iso-2022-jp-2", "a\x1B(J\\\na", 4, {0}, std::nullopt},  // letters, but not ASCII
       {"iso-2022-kr", "0!\x0Fz", 0, {9}, 3},
       {"iso-2022-cn", "\x0Fz\nz", 0, {9}, 3},
+      {"marc-8", "\033gb\033sc d", 1, {}, 5},
       {"hz", "~}~}~}\nz", 0, {9}, 7},
       {"hz", "a~{VP~}z", 1, {}, 1},
       {"hz", "a~{VP~}z", 2, {}, 7},

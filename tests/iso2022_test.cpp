@@ -38,6 +38,17 @@ TEST(Iso2022, ConvertsWholeTexts) {
   EXPECT_EQ(convert(50222, 65001, jp).out + convert(50225, 65001, kr).out, mail);
 }
 
+// An SO of the text stays where no reader takes it for a shift: in front of an SI or a line end.
+TEST(Iso2022, ShiftsOfTheTextStayWhereTheyAreHarmless) {
+  for (const std::string text : {"a\x0E\nb", "a\x0E\rb", "a\x0E\x0F"}) {
+    const ConversionResult written = convert(65001, 50220, text + "b");
+    EXPECT_TRUE(written.ok);
+    EXPECT_EQ(hex(written.out), hex(text + "b"));
+  }
+  const std::string shifted = "a\016b";
+  EXPECT_NE(hex(convert(65001, 50220, shifted).out), hex(shifted));
+}
+
 // Clean text goes through the engine a block at a time, which must not show.
 TEST(Iso2022, BlocksEqualTheWhole) {
   std::string text;
