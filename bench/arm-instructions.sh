@@ -58,4 +58,4 @@ for language in English Russian Japanese; do
 done
 row Russian singleByteToUtf16 singleByteToUtf8 mapBytes utf16ToSingleByte
 row Japanese doubleByteToUtf16 utf16ToDoubleByte
-row Russian pairedUtf16 countByte countUnit countScalar utf8Length
+row Russian pairedUtf16 wellFormedUtf8 countByte countUnit countScalar utf8Length

@@ -153,6 +153,7 @@ constexpr Row kRows[] = {
      withTable<&Kernels::utf16ToDoubleByte, fast::DoubleByteEncoder>},
     // What only reads has no peers.
     {"pairedUtf16", kUtf16, "", reader<&Kernels::pairedUtf16>},
+    {"wellFormedUtf8", kUtf8, "", reader<&Kernels::wellFormedUtf8>},
     {"countByte", kUtf8, "", reader<&Kernels::countByte, std::uint8_t{0x0A}>},
     {"countUnit", kUtf16, "", reader<&Kernels::countUnit, std::uint16_t{0x0A}>},
     {"countScalar", kUtf32, "", reader<&Kernels::countScalar, std::uint32_t{0x0A}>},

@@ -180,6 +180,22 @@ KernelResult directUtf16(const Plan& plan, const unsigned char* in, const unsign
   return {in, out};
 }
 
+// UTF-8 to itself. In parts that are still near when they are copied.
+KernelResult directUtf8Copy(const Plan& plan, const unsigned char* in, const unsigned char* inEnd,
+                            unsigned char* out, unsigned char* outEnd) {
+  constexpr std::ptrdiff_t kPart = 16 * 1024;
+  while (in != inEnd) {
+    const std::ptrdiff_t count = std::min({inEnd - in, outEnd - out, kPart});
+    // What the end of a part cuts is whole in the next one.
+    const std::ptrdiff_t good = plan.kernels->wellFormedUtf8(in, in + count) - in;
+    std::memcpy(out, in, static_cast<std::size_t>(good));
+    in += good;
+    out += good;
+    if (good == 0 || count - good > 3) break;
+  }
+  return {in, out};
+}
+
 // One encoding to itself: decoded to see whether it is text, and copied.
 KernelResult directCopy(const Plan& plan, const unsigned char* in, const unsigned char* inEnd,
                         unsigned char* out, unsigned char* outEnd) {
@@ -202,7 +218,7 @@ Direct* findDirect(const Plan& plan) {
   const EncodingForm to = plan.encoding.form;
   const bool isUtf16Pair = from == EncodingForm::kUtf16 && to == EncodingForm::kUtf16;
   if (isUtf16Pair) return directUtf16;
-  if (plan.isCopy) return directCopy;
+  if (plan.isCopy) return from == EncodingForm::kUtf8 ? directUtf8Copy : directCopy;
   // A codec behind the target asks for the places of units.
   if (plan.target->form == EncodingForm::kCodec) return nullptr;
   if (to == EncodingForm::kUtf16 && !plan.encoding.bigEndian) return directDecode;

@@ -136,7 +136,7 @@ class Conversion {
   static constexpr std::uint32_t kLeastPlainWindow = 32;
   static constexpr std::uint32_t kLargestPlainWindow = 64 * 1024;
   static constexpr std::uint16_t kFirstWindow = 256;
-  static constexpr std::uint16_t kLargestWindow = 1024;
+  static constexpr std::uint16_t kLargestWindow = 2048;
   static constexpr std::uint16_t kLeastWindow = 16;
   // More than a window becomes in any step.
   static constexpr unsigned int kWindowStorage = 8 * kLargestWindow;

@@ -177,6 +177,14 @@ std::vector<Case> cases() {
   withoutTable("utf16ToUtf32", &Kernels::utf16ToUtf32, utf16Character);
   withoutTable("utf8ToUtf32", &Kernels::utf8ToUtf32, utf8Character);
   withoutTable("utf32ToUtf8", &Kernels::utf32ToUtf8, utf32Character);
+  result.push_back(
+      {"wellFormedUtf8",
+       [](const Kernels& form, const Byte* in, const Byte* inEnd, Byte* out, Byte* outEnd) {
+         const Byte* const seenEnd = in + std::min(inEnd - in, outEnd - out);
+         const Byte* const stop = form.wellFormedUtf8(in, seenEnd);
+         return fast::KernelResult{stop, std::copy(in, stop, out)};
+       },
+       utf8Character});
   const auto withTable = [&]<class Table>(const char* name,
                                           fast::TableKernel<Table>* Kernels::*member,
                                           const MakeCharacter& character) {

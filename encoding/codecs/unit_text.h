@@ -257,7 +257,7 @@ struct UnitWriter : CodecRun {
   static void copyUnits(const unsigned char*& in, unsigned char*& to, std::ptrdiff_t count) {
     std::ptrdiff_t done = 0;
     do {
-      loadUnits(in + 2 * done).store(to + done);
+      loadLowBytes(in + 2 * done).store(to + done);
       done += kVector;
     } while (done < count);
     in += 2 * count;

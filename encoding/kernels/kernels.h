@@ -72,6 +72,8 @@ struct Kernels {
   // The first surrogate that is not of a pair (the upper half of one at the end included) or an odd
   // last byte; inEnd when there is neither.
   Scan* pairedUtf16;
+  // The first byte of what stops utf8ToUtf16; inEnd when nothing does.
+  Scan* wellFormedUtf8;
 
   // How many bytes, or little-endian units of 16 or 32 bits, have a value; of a text that is big
   // endian, by the value with its bytes swapped. What is left of a unit at the end does not count.

@@ -241,10 +241,12 @@ KernelResult repeat(const Table&... table, const Byte* in, const Byte* inEnd, By
 
 // ---- Read-only kernels. ----
 
-inline const Byte* scanPairedUtf16(const Byte* in, const Byte* inEnd) {
+// Up to where characters can be read.
+template <auto read>
+const Byte* scan(const Byte* in, const Byte* inEnd) {
   unsigned int scalar = 0;
   while (in < inEnd) {
-    const unsigned int length = readUtf16(in, inEnd, scalar);
+    const unsigned int length = read(in, inEnd, scalar);
     if (length == 0) break;
     in += length;
   }

@@ -240,10 +240,10 @@ const Byte* pairedUtf16(const Byte* in, const Byte* inEnd) {
       continue;
     }
     const Pairs<V> pairs(first);
-    if (!isZero(pairs.wrong())) return scanPairedUtf16(in, inEnd);
+    if (!isZero(pairs.wrong())) return scan<readUtf16>(in, inEnd);
     in += V::kSize - (pairs.endsWithUpper() ? 2 : 0);
   }
-  return scanPairedUtf16(in, inEnd);
+  return scan<readUtf16>(in, inEnd);
 }
 
 template <class V, class Value, auto countRest>

@@ -27,6 +27,7 @@ constexpr Kernels vectorForm(const char* name) {
       .doubleByteToUtf16 = doubleByteToUtf16<V>,
       .utf16ToDoubleByte = kernel<V, Utf16ToDoubleByte, DoubleByteEncoder>,
       .pairedUtf16 = pairedUtf16<V>,
+      .wellFormedUtf8 = wellFormedUtf8<V>,
       .countByte = count<V, std::uint8_t, countByteSteps>,
       .countUnit = count<V, std::uint16_t, countUnitSteps>,
       .countScalar = count<V, std::uint32_t, countScalarSteps>,

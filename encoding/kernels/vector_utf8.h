@@ -1,4 +1,4 @@
-// From UTF-8 to UTF-16 and UTF-32.
+// From UTF-8 to UTF-16 and UTF-32, and whether it is UTF-8.
 #ifndef ENCODING_KERNELS_VECTOR_UTF8_H_
 #define ENCODING_KERNELS_VECTOR_UTF8_H_
 
@@ -80,8 +80,8 @@ struct Utf8Block {
         previous2(moveUp<2>(first)),
         previous3(moveUp<3>(first)) {}
 
-  // The bytes that do not follow rightly on the three before them.
-  std::uint32_t malformed() const {
+  // Not 0 in the bytes that do not follow rightly on the three before them.
+  Bytes wrong() const {
     const auto lookUp = [](const std::uint8_t(&table)[16], Bytes places) {
       Bytes bytes;
       loadEachPart(table, bytes);
@@ -94,8 +94,11 @@ struct Utf8Block {
     // Two continuations are right where a third or fourth byte has to be, and only there.
     const Bytes isThird = subtractSaturated(previous2, 0xE0 - 0x80);
     const Bytes isFourth = subtractSaturated(previous3, 0xF0 - 0x80);
-    const Bytes wrong = ((isThird | isFourth) & 0x80) ^ pairs;
-    return isZero(wrong) ? 0 : V::kAllBits & ~topBits(equal(wrong, 0));
+    return ((isThird | isFourth) & 0x80) ^ pairs;
+  }
+  std::uint32_t malformed() const {
+    const Bytes bytes = wrong();
+    return isZero(bytes) ? 0 : V::kAllBits & ~topBits(equal(bytes, 0));
   }
 
   // Whether there are third or fourth bytes of characters of four.
@@ -330,6 +333,66 @@ COMPILER_FLATTEN KernelResult fromUtf8(const Byte* begin, const Byte* inEnd, Byt
     }
   }
   return fromUtf8Long<To, V>(begin, inEnd, out, outEnd);
+}
+
+// ---- Only to see whether it is well formed ----
+
+// Goes on by several registers at a time, as long as nothing is malformed.
+template <class V>
+inline void passWellFormed(const Byte*& in, const Byte* inEnd) {
+  using Bytes = typename V::Bytes;
+  constexpr auto kSize = static_cast<std::ptrdiff_t>(V::kSize);
+  for (; inEnd - in >= 4 * kSize; in += 4 * kSize) {
+    const Bytes all = (Bytes::load(in) | Bytes::load(in + kSize)) |
+                      (Bytes::load(in + 2 * kSize) | Bytes::load(in + 3 * kSize));
+    if (topBits(all) == 0 && !isInsideCharacter(in)) continue;
+    const auto wrong = [&](int i) { return Utf8Block<V>(in + i * kSize).wrong(); };
+    if (!isZero((wrong(0) | wrong(1)) | (wrong(2) | wrong(3)))) return;
+  }
+}
+
+// Of a text in one register, and zeros: where what is malformed in it begins, or its end.
+template <class V>
+inline const Byte* passShort(const Byte* in, std::ptrdiff_t size) {
+  const Utf8Block<V> block(loadFront<V>(in, static_cast<unsigned int>(size)));
+  const std::uint32_t malformed = block.malformed() & ((std::uint32_t{1} << size) - 1);
+  return malformed == 0 ? in + size : in + firstBit(malformed);
+}
+
+// The same of a longer one; the last register goes over again what does not fill it.
+template <class V>
+inline const Byte* passLong(const Byte* begin, const Byte* inEnd) {
+  constexpr auto kSize = static_cast<std::ptrdiff_t>(V::kSize);
+  const Byte* in = begin;
+  const auto pass = [&](const Utf8Block<V>& block, const Byte* at) {
+    const std::uint32_t malformed = block.malformed() & V::kAllBits << (in - at);
+    in = malformed == 0 ? at + kSize : at + firstBit(malformed);
+    return malformed == 0;
+  };
+  bool isGood = pass(Utf8Block<V>(V::Bytes::load(begin)), begin);
+  if (isGood) passWellFormed<V>(in, inEnd);
+  while (isGood && inEnd - in >= kSize) isGood = pass(Utf8Block<V>(in), in);
+  if (isGood && in != inEnd) pass(Utf8Block<V>(inEnd - kSize), inEnd - kSize);
+  return in;
+}
+
+template <class V>
+COMPILER_FLATTEN const Byte* wellFormedUtf8(const Byte* begin, const Byte* inEnd) {
+  constexpr auto kSize = static_cast<std::ptrdiff_t>(V::kSize);
+  constexpr std::ptrdiff_t kBefore = 3;  // bytes that a register looks back at
+  const auto size = inEnd - begin;
+  const Byte* in = begin;
+  if (size >= kSize + kBefore) {
+    in = passLong<V>(begin, inEnd);
+  } else {
+    if constexpr (V::kParts > 1) {
+      if (size >= kLeastFilled && size < kSize) in = passShort<V>(begin, size);
+    }
+    if (in == begin) return scan<readUtf8>(begin, inEnd);
+  }
+  Byte* nothing = nullptr;
+  dropCutShort(begin, 0, in, nothing);
+  return in;
 }
 
 }  // namespace
