@@ -1,6 +1,7 @@
 // EBCDIC with shifts: what is malformed, and where.
 #include <gtest/gtest.h>
 
+#include <random>
 #include <string>
 
 #include "tests/stream_support.h"
@@ -57,4 +58,43 @@ TEST(EbcdicShifts, Writes) {
                                  "B",
                                  "drop"));
   EXPECT_EQ("\x45\x62\x45\x66"s, written(300, "日A本", "drop"));
+}
+
+// Long texts of short runs, which go in blocks, and what is unusual in one of them: at once as byte
+// by byte.
+TEST(EbcdicShifts, GoesTheSameInBlocks) {
+  std::minstd_rand0 random(1);
+  const auto oneOf = [&](const std::string& codes, std::size_t width) {
+    return codes.substr(random() % (codes.size() / width) * width, width);
+  };
+  struct {
+    int number;
+    std::string pairs, singles;
+  } const pages[] = {
+      {933, "\x88\x61\x90\x61\x41\x41"s, "\xC1\x40\x15"s},
+      {1390, "\x45\x62\x45\x66\xEC\xB5"s, "\xC1\x40\x81"s},
+  };
+  const std::string faults[] = {"\x0E"s, "\x0E\x0E"s, "\x0F\x0F"s, "\x41"s, "\x41\xFF"s, "\x00"s};
+  const std::string others[] = {"ğ", "\x0E", "か\u309A", "😀"};
+  for (const auto& page : pages) {
+    for (int round = 0; round < 200; ++round) {
+      std::string bytes;
+      for (int runs = 60; runs != 0; --runs) {
+        bytes += '\x0E';
+        for (auto i = random() % 6; i != 0; --i) bytes += oneOf(page.pairs, 2);
+        bytes += '\x0F';
+        for (auto i = random() % 4; i != 0; --i) bytes += oneOf(page.singles, 1);
+        if (round % 2 != 0 && random() % 40 == 0) {
+          bytes.insert(random() % (bytes.size() + 1), faults[random() % std::size(faults)]);
+        }
+      }
+      const StreamSettings reading = settingsFor(page.number, 65001, "hex");
+      const StreamResult read = stream(reading, bytes);
+      ASSERT_EQ(read, stream(reading, bytes, [] { return 1; }));
+      std::string text = read.text;
+      text.insert(text.find(' ', text.size() / 2), others[random() % std::size(others)]);
+      const StreamSettings writing = settingsFor(65001, page.number, "hex");
+      ASSERT_EQ(stream(writing, text), stream(writing, text, [] { return 1; }));
+    }
+  }
 }

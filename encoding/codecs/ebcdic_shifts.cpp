@@ -27,6 +27,14 @@ const unsigned char* findShift(const unsigned char* text, const unsigned char* e
 // shifts, which no character may be taken for.
 constexpr std::ptrdiff_t kShortRun = 16;
 
+// Whether bits say that a text turns from one set to the other so often that no branch should have
+// to guess where.
+constexpr bool isManyTurns(std::uint64_t turns) {
+  constexpr int kFew = 4;
+  for (int i = 0; i < kFew; ++i) turns &= turns - 1;
+  return turns != 0;
+}
+
 struct Tables {
   const CodeTable* singles;  // null: all is pairs
   const CodeTable* pairs;
@@ -51,10 +59,12 @@ struct Tables {
 struct Reader : UnitReader {
   using UnitReader::UnitReader;
   const Tables& tables = *static_cast<const Tables*>(parameters);
+  const unsigned char* unusualEnd = p;  // of the last block that copyTurns() left
 
   bool step() {
     const unsigned char* const stop = readable();
     while (p < stop) {
+      if (tables.singles != nullptr && p >= unusualEnd) copyTurns(stop);
       const bool isAmongPairs = tables.singles == nullptr || state.shiftedOut;
       isAmongPairs ? copyPairs(stop) : copySingles(stop);
       if (p < stop) {
@@ -68,6 +78,76 @@ struct Reader : UnitReader {
     return true;
   }
   void finish() {}
+
+  // Short runs of both sets in turns, in blocks. Bits say where the shifts stand, and whether all
+  // was characters is asked of the whole block: a branch for the end of each word would be guessed
+  // wrong. Stops in front of a block with longer runs, or with anything else in it.
+  void copyTurns(const unsigned char* stop) {
+    constexpr std::ptrdiff_t kBlock = 4 * kVector, kGroup = 8;
+    while (stop - p >= kBlock + kGroup) {
+      std::uint64_t shifts = 0;
+      for (unsigned int i = 0; i < kBlock; i += kVector) {
+        shifts |= std::uint64_t{topBits(equal(Bytes16::load(p + i) | 1, kShiftIn))} << i;
+      }
+      if (!isManyTurns(shifts)) return;
+      if (!copyBlock(shifts, p + kBlock)) {
+        unusualEnd = p + kBlock;
+        return;
+      }
+    }
+  }
+  // False, and nothing is done, where not all of it is such text.
+  bool copyBlock(std::uint64_t shifts, const unsigned char* blockEnd) {
+    const unsigned char* in = p;
+    unsigned char* to = dest;
+    bool isOut = state.shiftedOut, isUsual = true;
+    for (; shifts != 0; ++in) {
+      const int count = std::countr_zero(shifts);
+      shifts = shifts >> count >> 1;
+      isUsual &= !(isOut && count % 2 != 0);
+      isOut ? copyPairs(count, in, to) : copySingles(count, in, to);
+      isUsual &= (*in == kShiftOut) != isOut;
+      isOut = !isOut;
+    }
+    const std::ptrdiff_t rest = blockEnd - in;
+    isOut ? copyPairs(rest - rest % 2, in, to) : copySingles(rest, in, to);
+    if (!isUsual || hasZeroUnit(dest, to)) return false;
+    p = in;
+    dest = to;
+    state.shiftedOut = isOut;
+    return true;
+  }
+  // Both convert some more at the end, which is written over.
+  void copyPairs(std::ptrdiff_t count, const unsigned char*& in, unsigned char*& to) const {
+    const std::uint16_t* const units = tables.pairDecoder->units;
+    std::ptrdiff_t done = 0;
+    do {
+      for (const std::ptrdiff_t end = done + 8; done != end; done += 2) {
+        storeLow(to + done, units[loadLow<std::uint16_t>(in + done)]);
+      }
+    } while (done < count);
+    in += count;
+    to += count;
+  }
+  void copySingles(std::ptrdiff_t count, const unsigned char*& in, unsigned char*& to) const {
+    const std::uint16_t* const units = tables.singleDecoder->units;
+    std::ptrdiff_t done = 0;
+    do {
+      for (const std::ptrdiff_t end = done + 4; done != end; ++done) {
+        storeLow(to + 2 * done, units[in[done]]);
+      }
+    } while (done < count);
+    in += count;
+    to += 2 * count;
+  }
+  // Also says so of a text that is shorter than a vector.
+  static bool hasZeroUnit(const unsigned char* text, const unsigned char* textEnd) {
+    const auto zeros = [](const unsigned char* at) { return equal(fast::Units16::load(at), 0); };
+    if (textEnd - text < std::ptrdiff_t{kVector}) return true;
+    auto found = zeros(textEnd - kVector);
+    for (; textEnd - text > std::ptrdiff_t{kVector}; text += kVector) found = found | zeros(text);
+    return found.any();
+  }
 
   void copySingles(const unsigned char* stop) {
     const auto& decoder = *tables.singleDecoder;
@@ -149,10 +229,12 @@ struct Reader : UnitReader {
 struct Writer : UnitWriter {
   using UnitWriter::UnitWriter;
   const Tables& tables = *static_cast<const Tables*>(parameters);
+  const unsigned char* unusualEnd = p;  // of the last group that copyTurns() left
 
   bool step() {
     const unsigned char* const stop = writable();
     while (p < stop) {
+      if (tables.singles != nullptr && p >= unusualEnd) copyTurns(stop);
       const bool isAmongPairs = tables.singles == nullptr || state.shiftedOut;
       isAmongPairs ? copyPairs(stop) : copySingles(stop);
       if (p < stop && !turn(stop)) return writeOne();
@@ -160,6 +242,46 @@ struct Writer : UnitWriter {
     return true;
   }
   void finish() { shift(false); }
+
+  // Characters of both sets in turns, in groups, without a branch that would have to guess which
+  // set the next one is of. Stops in front of a group with longer runs, or with anything else in
+  // it.
+  void copyTurns(const unsigned char* stop) {
+    constexpr std::ptrdiff_t kGroupBytes = 2 * std::ptrdiff_t{kVector};
+    while (stop - p >= kGroupBytes) {
+      const std::uint32_t others = topBits(loadUnits(p));
+      if (!isManyTurns((others ^ others >> 1) & (fast::Vector16::kAllBits >> 1))) return;
+      if (!copyGroup()) {
+        unusualEnd = p + kGroupBytes;
+        return;
+      }
+    }
+  }
+  // False, and nothing is done, where not all of it is such text.
+  bool copyGroup() {
+    const std::uint8_t* const bytes = tables.singleEncoder->bytes;
+    const std::uint16_t* const codes = tables.pairEncoder->codes;
+    unsigned char* to = dest;
+    std::uint32_t isOut = state.shiftedOut ? 1 : 0;
+    bool isUsual = true;
+    for (unsigned int i = 0; i < kVector; ++i) {
+      const std::uint32_t unit = loadLow<std::uint16_t>(p + 2 * std::ptrdiff_t{i});
+      const std::uint32_t single = bytes[unit];
+      const std::uint32_t isPair = single == 0 ? 1 : 0;
+      const std::uint32_t code = single | (codes[unit] & (0 - isPair));
+      isUsual &= code != 0 && !isShift(single);
+      *to = static_cast<unsigned char>(kShiftIn - isPair);
+      to += isPair ^ isOut;
+      isOut = isPair;
+      storeLow(to, static_cast<std::uint16_t>(code));
+      to += 1 + isPair;
+    }
+    if (!isUsual) return false;
+    p += 2 * kVector;
+    dest = to;
+    state.shiftedOut = isOut != 0;
+    return true;
+  }
 
   // Goes over to the set of the next character, if it is one that the loops know.
   bool turn(const unsigned char* stop) {
