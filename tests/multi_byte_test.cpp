@@ -114,6 +114,22 @@ TEST(MultiByte, WritesSequencesWhereverTheTextIsCut) {
 }
 
 // Sets of pairs by themselves have no room for anything else.
+// In runs of their own as one by one, whatever stands between them and wherever a run ends.
+TEST(MultiByte, ReadsAndWritesRunsBeyondTheFirstPlane) {
+  const std::string pieces[] = {"\x94\x39\xD5\x36"s, "\xE3\x32\x9A\x35"s, "a"s,
+                                "\x81\x30\x81\x30"s, "\xC4\xE3"s,         "\xE3\x32\x9A\x36"s,
+                                "\x94\x39\xFF\x36"s};
+  const StreamSettings reading = settingsFor(54936, 65001, "hex");
+  const StreamSettings writing = settingsFor(65001, 54936, "hex");
+  for (unsigned int choice = 0; choice < 7 * 7 * 7 * 7; ++choice) {
+    std::string bytes = pieces[0] + pieces[0];
+    for (unsigned int i = choice; i != 0; i /= 7) bytes += pieces[i % 7] + pieces[0];
+    const StreamResult read = stream(reading, bytes);
+    ASSERT_EQ(read, stream(reading, bytes, [] { return 1; }));
+    ASSERT_EQ(stream(writing, read.text), stream(writing, read.text, [] { return 1; }));
+  }
+}
+
 TEST(MultiByte, ReadsAndWritesPairsAlone) {
   EXPECT_EQ("啊鸟", stream(settingsFor(200752, 65001), "0!Dq").text);
   EXPECT_EQ("GQ1[", stream(settingsFor(65001, 200753), "한글").text);

@@ -145,6 +145,12 @@ class CodeTable {
     const char32_t scalar = 0x10000 + count - kSupplementaryCount;
     return scalar >= 0x10000 && scalar <= 0x10FFFF ? scalar : char32_t{0};
   }
+  // The same for those beyond U+FFFF, as the distance from U+10000, which is above FFFFF for none.
+  static constexpr std::uint32_t supplementaryOffset(const unsigned char* code) {
+    const std::uint32_t second = code[1] - 0x30u, third = code[2] - 0x81u, fourth = code[3] - 0x30u;
+    const std::uint32_t offset = (((code[0] - 0x90u) * 10 + second) * 126 + third) * 10 + fourth;
+    return second > 9 || third > 0x7D || fourth > 9 ? 0xFFFFFFFFu : offset;
+  }
   // And the code of a value beyond U+FFFF.
   static constexpr std::uint32_t countedCode(char32_t scalar) {
     return codeAtCount(kSupplementaryCount + scalar - 0x10000);
@@ -166,10 +172,10 @@ class CodeTable {
   // Of codes of four bytes that count up the second and the fourth byte are digits.
   static constexpr std::uint32_t kSupplementaryCount = (0x90 - 0x81) * 12600;
   static constexpr std::uint32_t codeAtCount(std::uint32_t count) {
-    const std::uint32_t fourth = 0x30 + count % 10;
-    const std::uint32_t third = 0x81 + count / 10 % 126;
-    const std::uint32_t second = 0x30 + count / 1260 % 10;
-    return (0x81 + count / 12600) << 24 | second << 16 | third << 8 | fourth;
+    const std::uint32_t first = count / 12600, behindFirst = count - first * 12600;
+    const std::uint32_t second = behindFirst / 1260, behindSecond = behindFirst - second * 1260;
+    const std::uint32_t third = behindSecond / 10, fourth = behindSecond - third * 10;
+    return 0x81308130 + (first << 24 | second << 16 | third << 8 | fourth);
   }
 
   bool isForm(const unsigned char* bytes, std::size_t count, unsigned int length) const;

@@ -50,7 +50,8 @@ struct Reader : UnitReader {
     const bool isAscii = table.isAscii();
     const unsigned char* in = p;
     unsigned char* to = dest;
-    stop = std::min({stop, end - (CodeTable::kMaxBytes - 1), pairs != nullptr ? p + kGroup : stop});
+    const unsigned char* const runStop = std::min(stop, end - (CodeTable::kMaxBytes - 1));
+    stop = std::min(runStop, pairs != nullptr ? p + kGroup : stop);
     while (in < stop && !(isAscii && *in < 0x80)) {
       Entry entry = root[in[0]];
       unsigned int length = 1;
@@ -63,6 +64,7 @@ struct Reader : UnitReader {
       }
       while (isNode(entry)) entry = below(entry)[in[length++]];
       if (entry == CodeTable::kCounted) {
+        if (copySupplementary(in, to, runStop)) continue;
         const char32_t scalar = table.countedScalar(in);
         if (scalar == 0) break;
         entry = CodeTable::kScalar | scalar;
@@ -80,6 +82,28 @@ struct Reader : UnitReader {
     p = in;
     dest = to;
     return isCopied;
+  }
+
+  // A run of codes that count up beyond U+FFFF, as emoji are, with single bytes of ASCII between
+  // them. False for none.
+  bool copySupplementary(const unsigned char*& in, unsigned char*& to,
+                         const unsigned char* stop) const {
+    const unsigned char* const before = in;
+    const auto offsetAt = [](const unsigned char* code) {
+      return CodeTable::supplementaryOffset(code);
+    };
+    for (; in < stop; in += CodeTable::kMaxBytes, to += 4) {
+      std::uint32_t offset = offsetAt(in);
+      if (offset > 0xFFFFF) {
+        if (*in >= 0x80 || !table.isAscii() || stop - in < 2) break;
+        offset = offsetAt(in + 1);
+        if (offset > 0xFFFFF) break;
+        storeLow(to, std::uint16_t{*in++});
+        to += 2;
+      }
+      storeLow(to, 0xDC00D800u + (offset >> 10) + ((offset & 0x3FF) << 16));
+    }
+    return in != before;
   }
 
   // What the loops leave: one code of any kind. False when what follows decides.
@@ -170,11 +194,13 @@ struct Writer : UnitWriter {
     const bool isAscii = table.isAscii();
     const unsigned char* in = p;
     unsigned char* to = dest;
+    const unsigned char* const runStop = stop;
     if (pairs != nullptr) stop = std::min(stop, p + kGroup);
     while (stop - in >= 4) {
       const std::uint32_t unit = loadLow<std::uint16_t>(in);
       if (isAscii && unit < 0x80) break;
       const bool isPair = isHighSurrogate(unit);
+      if (isPair && copySupplementary(in, to, runStop)) continue;
       const std::uint32_t low = loadLow<std::uint16_t>(in + 2);
       if (isPair && !isLowSurrogate(low)) break;
       const std::uint32_t code =
@@ -187,6 +213,27 @@ struct Writer : UnitWriter {
     p = in;
     dest = to;
     return isCopied;
+  }
+
+  // A run of characters beyond U+FFFF that have their codes by counting, with single ones of ASCII
+  // between them. False for none.
+  bool copySupplementary(const unsigned char*& in, unsigned char*& to,
+                         const unsigned char* stop) const {
+    if (!table.hasCounted() || CodeTable::countedCode(0x10FFFF) > highestCopied) return false;
+    const unsigned char* const before = in;
+    for (; stop - in >= 6; in += 4, to += 4) {
+      std::uint32_t high = loadLow<std::uint16_t>(in);
+      const bool isBehindAscii = high < 0x80 && table.isAscii();
+      *to = static_cast<unsigned char>(high);
+      if (isBehindAscii) high = loadLow<std::uint16_t>(in + 2);
+      const std::uint32_t low = loadLow<std::uint16_t>(in + (isBehindAscii ? 4 : 2));
+      if (!isHighSurrogate(high) || !isLowSurrogate(low)) break;
+      const char32_t scalar = joinSurrogates(high, low);
+      if (table.hasBlock(scalar >> 8)) break;
+      if (isBehindAscii) in += 2, ++to;
+      storeBig(to, CodeTable::countedCode(scalar));
+    }
+    return in != before;
   }
 
   // The code of a character beyond U+FFFF; 0 for none, and kBegins for one that may begin a
