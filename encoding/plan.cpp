@@ -213,11 +213,23 @@ KernelResult directCopy(const Plan& plan, const unsigned char* in, const unsigne
   return {in, out};
 }
 
+// The text of a codec that reads no surrogates but pairs.
+KernelResult directUnits(const Plan& /*plan*/, const unsigned char* in, const unsigned char* inEnd,
+                         unsigned char* out, unsigned char* outEnd) {
+  const auto count = static_cast<std::size_t>(std::min(inEnd - in, outEnd - out));
+  std::memcpy(out, in, count);
+  return {in + count, out + count};
+}
+
 Direct* findDirect(const Plan& plan) {
   const EncodingForm from = plan.decoding.form;
   const EncodingForm to = plan.encoding.form;
   const bool isUtf16Pair = from == EncodingForm::kUtf16 && to == EncodingForm::kUtf16;
-  if (isUtf16Pair) return directUtf16;
+  if (isUtf16Pair) {
+    const Codec* const reader = plan.source->codec;
+    const bool isCopied = reader != nullptr && reader->readsPairs && !plan.encoding.bigEndian;
+    return isCopied ? directUnits : directUtf16;
+  }
   if (plan.isCopy) return from == EncodingForm::kUtf8 ? directUtf8Copy : directCopy;
   // A codec behind the target asks for the places of units.
   if (plan.target->form == EncodingForm::kCodec) return nullptr;

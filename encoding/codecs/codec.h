@@ -86,6 +86,8 @@ struct Codec {
   std::uint32_t (*approximate)(const void* parameters, std::uint32_t scalar) = nullptr;
   // Reading: the most units of UTF-16 that a text has for each byte.
   std::uint8_t unitsPerByte = 1;
+  // Reading: surrogates come in pairs only, and both halves at once.
+  bool readsPairs = false;
   // Reading: where a text can be cut; by the parameters of read. Null: nowhere, since nothing in a
   // text shows what has come before.
   CutRule cut = nullptr;

@@ -243,16 +243,17 @@ struct Writer : UnitWriter {
   }
   void finish() { shift(false); }
 
+  static constexpr std::ptrdiff_t kGroup = 2 * std::ptrdiff_t{kVector};  // bytes of the text
+
   // Characters of both sets in turns, in groups, without a branch that would have to guess which
   // set the next one is of. Stops in front of a group with longer runs, or with anything else in
   // it.
   void copyTurns(const unsigned char* stop) {
-    constexpr std::ptrdiff_t kGroupBytes = 2 * std::ptrdiff_t{kVector};
-    while (stop - p >= kGroupBytes) {
+    while (stop - p >= kGroup) {
       const std::uint32_t others = topBits(loadUnits(p));
       if (!isManyTurns((others ^ others >> 1) & (fast::Vector16::kAllBits >> 1))) return;
       if (!copyGroup()) {
-        unusualEnd = p + kGroupBytes;
+        unusualEnd = p + kGroup;
         return;
       }
     }
@@ -264,8 +265,9 @@ struct Writer : UnitWriter {
     unsigned char* to = dest;
     std::uint32_t isOut = state.shiftedOut ? 1 : 0;
     bool isUsual = true;
-    for (unsigned int i = 0; i < kVector; ++i) {
-      const std::uint32_t unit = loadLow<std::uint16_t>(p + 2 * std::ptrdiff_t{i});
+    const unsigned char* const groupEnd = p + kGroup;
+    for (const unsigned char* in = p; in != groupEnd; in += 2) {
+      const std::uint32_t unit = loadLow<std::uint16_t>(in);
       const std::uint32_t single = bytes[unit];
       const std::uint32_t isPair = single == 0 ? 1 : 0;
       const std::uint32_t code = single | (codes[unit] & (0 - isPair));
@@ -277,7 +279,7 @@ struct Writer : UnitWriter {
       to += 1 + isPair;
     }
     if (!isUsual) return false;
-    p += 2 * kVector;
+    p = groupEnd;
     dest = to;
     state.shiftedOut = isOut != 0;
     return true;

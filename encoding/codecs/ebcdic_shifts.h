@@ -33,6 +33,7 @@ inline constexpr Codec kShiftedCodec = {.codePage = 1200,
                                         .read = {readShifted, &kShiftedSets<singles, pairs>},
                                         .write = {writeShifted, &kShiftedSets<singles, pairs>},
                                         .approximate = approximateShifted,
+                                        .readsPairs = true,
                                         .cut = cutShifted,
                                         .mappings = visitShifted,
                                         .isState = isShiftedState};
@@ -45,6 +46,7 @@ inline constexpr Codec kPairsCodec = {.codePage = 1200,
                                       .write = {writeShifted, &kPairsOnly<pairs>},
                                       .isStateless = true,
                                       .approximate = approximateShifted,
+                                      .readsPairs = true,
                                       .cut = cutUnits<2>,
                                       .mappings = visitShifted};
 

@@ -61,6 +61,7 @@ inline constexpr Codec kMultiByteCodec = {.codePage = 1200,
                                           .isStateless = true,
                                           .approximate = approximateMultiByte,
                                           .unitsPerByte = unitsPerByte,
+                                          .readsPairs = true,
                                           .cut = cutMultiByte,
                                           .mappings = visitMultiByte};
 
@@ -70,6 +71,7 @@ inline constexpr Codec kRuledCodec = {.codePage = 1200,
                                       .write = {writeRuled, &mapping},
                                       .isStateless = true,
                                       .approximate = approximateRuled,
+                                      .readsPairs = true,
                                       .cut = cutRuled,
                                       .mappings = visitRuled};
 
