@@ -1,5 +1,5 @@
 # libencconv_iconv: iconv(3) for programs as they are.
-set(iconv_calls charset conversion conversion_steps iconv_calls route similar strict_plan)
+set(iconv_calls charset conversion conversion_reading conversion_steps iconv_calls route similar strict_plan)
 list(TRANSFORM iconv_calls REPLACE "(.+)" "${PROJECT_SOURCE_DIR}/iconv/\\1.cpp")
 
 # The calls as ordinary objects beside the engine: what is tested under sanitizers.

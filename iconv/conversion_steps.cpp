@@ -4,7 +4,7 @@
 
 #include "encoding/output.h"
 #include "encoding/special_units.h"
-#include "iconv/conversion.h"
+#include "iconv/conversion_character.h"
 #include "iconv/lent_buffer.h"
 #include "iconv/similar.h"
 #include "support/utf.h"
@@ -13,48 +13,6 @@ namespace iconv_layer {
 namespace {
 
 using fast::kKernelSlack;
-
-// More than any codec reads as one character, shifts included, or writes for one.
-constexpr std::size_t kLongest = 64;
-
-std::uint32_t unitAt(const unsigned char* p) { return p[0] | p[1] * 256u; }
-
-// The scalar values of UTF-16; false when there is half a pair, or half a unit.
-bool isText(const unsigned char* units, std::size_t bytes) {
-  if (bytes % 2 != 0) return false;
-  for (std::size_t i = 0; i < bytes; i += 2) {
-    const std::uint32_t unit = unitAt(units + i);
-    if (!isSurrogate(unit)) continue;
-    if (!isHighSurrogate(unit) || i + 2 == bytes || !isLowSurrogate(unitAt(units + i + 2))) {
-      return false;
-    }
-    i += 2;
-  }
-  return true;
-}
-
-bool endsWithinPair(const unsigned char* units, std::size_t bytes) {
-  return bytes >= 2 && isHighSurrogate(unitAt(units + bytes - 2));
-}
-
-// The piece of UTF-8 at p: how many bytes the lead byte asks for, and how many there are.
-struct Utf8Form {
-  std::size_t wanted;  // 0: no lead byte
-  std::size_t there;   // the lead byte and what may follow it
-};
-Utf8Form utf8FormAt(const unsigned char* p, std::size_t left) {
-  constexpr std::size_t kLongestRun = 5;
-  const std::size_t wanted = p[0] < 0x80   ? 1
-                             : p[0] < 0xC2 ? 0
-                             : p[0] < 0xE0 ? 2
-                             : p[0] < 0xF0 ? 3
-                             : p[0] < 0xF8 ? 4
-                                           : 0;
-  const std::size_t most = std::min(left, wanted == 0 ? kLongestRun : wanted);
-  std::size_t there = 1;
-  while (there < most && isContinuation(p[there])) ++there;
-  return {wanted, there};
-}
 
 // The least that a character takes.
 std::size_t leastWidth(const EncodingRow& row) {
@@ -92,143 +50,6 @@ class SmallOutput final : public Output {
 };
 
 }  // namespace
-
-// What stands at a place of the source.
-struct Conversion::Character {
-  enum class Kind : unsigned char { kText, kCut, kMalformed };
-  Kind kind = Kind::kMalformed;
-  std::size_t length = 1;     // bytes of the source
-  std::size_t unitBytes = 0;  // none: a shift, say
-  unsigned char units[kLongest * 2 + kKernelSlack];
-  std::size_t textBytes = 0;  // as the plan decodes it
-  unsigned char text[kLongest * 2];
-  CodecState reading;  // behind it
-};
-
-// What is to be written for it, and what the descriptor becomes by that.
-struct Conversion::Written {
-  std::size_t bytes = 0;
-  unsigned char out[kLongest * 4 + kKernelSlack];
-  CodecState writing;
-  std::size_t heldBytes = 0;
-  unsigned char held[kMostHeld];
-};
-
-// ---- Reading. ----
-
-void Conversion::read(const Place& place, Character& character) const {
-  character.reading = m_reading;
-  if (reader() != nullptr) {
-    readByCodec(place.in, place.left(), character);
-  } else {
-    readPlain(place.in, place.left(), character);
-  }
-}
-
-void Conversion::readPlain(const unsigned char* in, std::size_t left, Character& character) const {
-  using Kind = Character::Kind;
-  std::size_t length = 1;
-  bool isCut = false;
-  switch (m_plan->decoding.form) {
-    case EncodingForm::kUtf8: {
-      const Utf8Form form = utf8FormAt(in, left);
-      isCut = form.there == left && form.there < form.wanted;
-      character.length = form.there;
-      length = form.wanted == form.there ? form.there : 0;
-      break;
-    }
-    case EncodingForm::kUtf16: {
-      isCut = left < 2;
-      length = 2;
-      character.length = 2;
-      const auto at = [&](std::size_t i) {
-        return m_plan->decoding.bigEndian ? in[i] * 256u | in[i + 1] : unitAt(in + i);
-      };
-      if (isCut || !isSurrogate(at(0))) break;
-      if (!isHighSurrogate(at(0)) || m_route.from.isUcs2) {
-        length = 0;
-      } else if (left < 4) {
-        isCut = true;
-      } else {
-        length = isLowSurrogate(at(2)) ? 4 : 0;
-      }
-      break;
-    }
-    case EncodingForm::kUtf32:
-      isCut = left < 4;
-      character.length = length = 4;
-      break;
-    case EncodingForm::kDoubleByte: {
-      const fast::DoubleByteDecoder& table = *m_plan->decoding.table.doubleByte;
-      if (in[0] < 0x80) break;
-      if (!table.isLead(in[0]) && !table.mayBegin[in[0]]) break;
-      isCut = left < table.decisiveLength(in[0]);
-      character.length = table.lackingLength(in, left);
-      length = table.isLead(in[0]) ? 2 : 1;
-      break;
-    }
-    default:
-      break;
-  }
-  if (isCut) {
-    character.kind = Kind::kCut;
-    return;
-  }
-  if (length == 0) return;
-  const fast::KernelResult r = fast::decode(*m_plan, in, in + length, character.units,
-                                            character.units + sizeof character.units);
-  if (r.in != in + length) return;
-  character.kind = Kind::kText;
-  character.length = length;
-  character.unitBytes = static_cast<std::size_t>(r.out - character.units);
-  std::memcpy(character.text, in, length);
-  character.textBytes = length;
-}
-
-// Reads as little as the codec goes on with.
-void Conversion::readByCodec(const unsigned char* in, std::size_t left,
-                             Character& character) const {
-  using Kind = Character::Kind;
-  const Codec::Convert& convert = strictReader();
-  character.kind = Kind::kCut;
-  const auto most = static_cast<unsigned int>(std::min(left, kLongest));
-  LentBuffer<4096 + 128> text;
-  unsigned int half = 0;  // of a pair of surrogates, in bytes of the source
-  for (unsigned int length = 1; length <= most; ++length) {
-    text.clear();
-    MarkCounter marks;
-    CodecState state = m_reading;
-    const unsigned int used = convert(in, length, false, state, text, &marks);
-    if (used == 0) continue;
-    character.length = used;
-    character.reading = state;
-    if (marks.count() != 0) {
-      character.kind = Kind::kMalformed;
-      return;
-    }
-    if (text.getSize() > sizeof character.text) return;
-    character.kind = Kind::kText;
-    character.textBytes = text.getSize();
-    if (character.textBytes == 0) return;
-    std::memcpy(character.text, text.getData2(), character.textBytes);
-    const fast::KernelResult r =
-        fast::decode(*m_plan, character.text, character.text + character.textBytes, character.units,
-                     character.units + sizeof character.units);
-    character.unitBytes = static_cast<std::size_t>(r.out - character.units);
-    if (m_plan->decoding.form == EncodingForm::kUtf16 &&
-        endsWithinPair(character.text, character.textBytes)) {
-      character.kind = Kind::kCut;
-      if (half == 0) half = used;
-      continue;
-    }
-    if (r.in != character.text + character.textBytes ||
-        !isText(character.units, character.unitBytes)) {
-      character.kind = Kind::kMalformed;
-      if (half != 0) character.length = half;
-    }
-    return;
-  }
-}
 
 // ---- Writing. ----
 
@@ -472,8 +293,10 @@ Conversion::Status Conversion::takeWaiting(Place& place, Outcome& outcome) {
   const bool isTaken = added == place.left() && reader()->isStateless && m_steps == 0 &&
                        !isMarkDue && takeWindow(aside, aside.left());
   Status status = Status::kGood;
+  if (aside.in == joined) m_tooFew = static_cast<std::uint8_t>(waiting);
   while (status == Status::kGood && aside.in < joined + waiting && aside.in != aside.inEnd) {
     status = takeCharacter(aside, outcome);
+    m_tooFew = 0;
   }
   outcome.unwritten = nullptr;
   place.out = aside.out;
