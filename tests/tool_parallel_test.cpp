@@ -117,6 +117,65 @@ TEST_F(ToolTest, SeveralThreadsConvertOneFileAsOneDoes) {
   }
 }
 
+TEST_F(ToolTest, SeveralThreadsConvertRecordsAsOneDoes) {
+  constexpr const char* kRows[] = {
+      "-f 37 -t utf-8 --records fixed:50 --trim",
+      "-f 930 -t iso-2022-kr --records fixed:50 --newline crlf",
+      "-f 37 -t utf-16 --bom --records fixed:200",
+      "-f 1047 -t 37 --records fixed:30 --to-records rdw",
+      "-f 37 -t utf-8 --records rdw --ebcdic-newline lf",
+      "-f 37 -t 1252 --records bdw --to-records fixed:40",
+      "-f 37 -t utf-8 --records bdw --to-records bdw:200",
+      "-f 37 -t utf-8 --records rdw --fields @layout --as csv --bom --newline lf",
+      "-f 37 -t 932 --records bdw --fields @layout --as json",
+      "-f 930 -t utf-8 --records fixed:50 --fields @layout --trim",
+      "-f 37 -t iso-2022-jp --records fixed:50 --fields @layout",
+  };
+  constexpr const char* kTreatments[] = {"hex", "drop", "stop", "substitute"};
+  write("layout", "name 1 20 text, n + 4 packed:scale=1, item 20 14 text:encoding=939");
+  Random random(23);
+  std::size_t round = 0;
+  for (const char* const row : kRows) {
+    const std::string form = std::string(row).substr(std::string(row).find("--records ") + 10, 3);
+    for (unsigned int variant = 0; variant < 16; ++variant) {
+      // Clean records are letters; others have bytes that cannot be read, segments, and, in the
+      // last variants, descriptor words that are wrong.
+      std::string records;
+      std::vector<std::size_t> words;
+      while (records.size() < 12000) {
+        const std::size_t length = form == "fix" ? 50 : random() % 60;
+        std::string record(length, '\xC1');
+        for (char& byte : record) {
+          if (random() % (variant < 4 ? 1000000 : 40) == 0) byte = static_cast<char>(random());
+        }
+        if (length > 23) record.replace(20, 4, "\0\0\x12\x3C", 4);
+        std::string word = {'\0', static_cast<char>(length + 4), '\0', '\0'};
+        if (variant % 4 == 3 && random() % 8 == 0) word[2] = static_cast<char>(random() % 4);
+        const std::string block = {'\0', static_cast<char>(length + 8), '\0', '\0'};
+        words.push_back(records.size());
+        records += form == "fix" ? record : (form == "bdw" ? block : "") + word + record;
+      }
+      if (variant >= 12) records[words[random() % words.size()] + random() % 8] = '\1';
+      if (variant % 2 == 1) records.resize(records.size() - random() % 40);
+      write("records", records);
+      const std::string arguments = std::string(" ") + row + " --strict --on-error " +
+                                    kTreatments[round++ % 4] + " --report places records -o output";
+      SCOPED_TRACE(arguments + " " + std::to_string(variant));
+      const ToolRun one = run(arguments);
+      const std::string places = read("places"), output = read("output");
+      fs::remove(path("output"));
+      for (const char* job : {"-j 2 --job-size 64", "-j 4 --job-size 1000"}) {
+        const ToolRun several = run(job + arguments);
+        ASSERT_EQ(one.status, several.status) << several.err;
+        ASSERT_EQ(one.err, several.err);
+        ASSERT_TRUE(places == read("places"));
+        ASSERT_TRUE(output == read("output"));
+        fs::remove(path("output"));
+      }
+    }
+  }
+}
+
 TEST_F(ToolTest, SeveralThreadsLeaveNothingOfWhatFails) {
   std::string text;
   for (int i = 0; i < 3000; ++i) text += "line " + std::to_string(i) + "\n";

@@ -149,7 +149,7 @@ ConversionResult FileConversion::convert(InputFile& input, OutputFile& output, b
     if (!chooseEncoding(input, isWhole)) return {kNotConverted, false};
   }
   if (!prepare(m_settings.from, isFirst)) return {kUsage, false};
-  return pump(input, output, isWhole);
+  return pump(input, output, isWhole, isFirst);
 }
 
 StreamStatus FileConversion::convertPiece(std::span<const unsigned char> piece, bool isLast) {
@@ -241,10 +241,11 @@ void FileConversion::tellStory(const InputFile& input, bool isComplete) const {
   m_console.report(story);
 }
 
-ConversionResult FileConversion::pump(InputFile& input, OutputFile& output, bool isWhole) {
+ConversionResult FileConversion::pump(InputFile& input, OutputFile& output, bool isWhole,
+                                      bool isFirst) {
   StreamStatus status = StreamStatus::kGood;
   const bool isPumped =
-      isForThreads(input, isWhole) ? pumpInParallel(input, status) : pumpStream(isWhole, status);
+      isForThreads(input, isWhole) ? pumpInParallel(isFirst, status) : pumpStream(isWhole, status);
   if (!isPumped) return fail(input.error().empty() ? output.error() : input.error());
   if (m_newlines) {
     m_newlines->finish(m_ended);
@@ -279,24 +280,31 @@ bool FileConversion::pumpStream(bool isWhole, StreamStatus& status) {
   return true;
 }
 
-// ---- A text on several threads. ----
+// ---- A file on several threads. ----
 
 // Only of a file it is known that there is enough of it, and that no one waits for the beginning of
 // the output before he writes on.
 bool FileConversion::isForThreads(const InputFile& input, bool isWhole) const {
   constexpr std::int64_t kLeastPieces = 4;
   const auto least = kLeastPieces * static_cast<std::int64_t>(m_options.pieceBytes);
-  if (m_threads < 2 || isWhole || m_records != nullptr || input.size() < least) return false;
-  return !m_options.pdfPassthrough;
+  if (m_threads < 2 || isWhole || input.size() < least) return false;
+  return m_records == nullptr ? !m_options.pdfPassthrough : ParallelRecords::canServe(m_options);
 }
 
-bool FileConversion::pumpInParallel(const InputFile& input, StreamStatus& status) {
-  ParallelStream text(m_settings, m_threads, m_options.pieceBytes, *this);
+bool FileConversion::pumpInParallel(bool isFirst, StreamStatus& status) {
   const std::span<unsigned char> begun = std::span(m_buffer).first(m_buffered);
   mapInput(begun);
-  status = text.run(begun);
-  m_totals = text.totals();
-  return input.error().empty() && status != StreamStatus::kDrainFailed;
+  if (m_records != nullptr) {
+    const auto tell = [this](const encconv::RecordProblem& problem) { onRecordProblem(problem); };
+    ParallelRecords records(m_options, m_settings.from, isFirst, m_threads, m_options.pieceBytes,
+                            *this, tell);
+    status = records.run(begun);
+  } else {
+    ParallelStream text(m_settings, m_threads, m_options.pieceBytes, *this);
+    status = text.run(begun);
+    m_totals = text.totals();
+  }
+  return m_input->error().empty() && status != StreamStatus::kDrainFailed;
 }
 
 bool FileConversion::readText(std::span<unsigned char> buffer, std::size_t& count) {

@@ -14,6 +14,7 @@
 #include "apps/encconv/file_io.h"
 #include "apps/encconv/newline_filter.h"
 #include "apps/encconv/options.h"
+#include "apps/encconv/parallel_records.h"
 #include "apps/encconv/parallel_stream.h"
 #include "apps/encconv/place_report.h"
 #include "apps/encconv/record_conversion.h"
@@ -51,10 +52,10 @@ class FileConversion : private StreamDrain,
   bool prepare(int fromCodePage, bool isFirst);
   bool prepareNewlines();
   bool prepareRecords(int fromCodePage, bool isFirst);
-  ConversionResult pump(InputFile& input, OutputFile& output, bool isWhole);
+  ConversionResult pump(InputFile& input, OutputFile& output, bool isWhole, bool isFirst);
   bool pumpStream(bool isWhole, StreamStatus& status);
   bool isForThreads(const InputFile& input, bool isWhole) const;
-  bool pumpInParallel(const InputFile& input, StreamStatus& status);
+  bool pumpInParallel(bool isFirst, StreamStatus& status);
   void mapInput(std::span<unsigned char> bytes) const;
   bool readText(std::span<unsigned char> buffer, std::size_t& count) override;
   bool writeText(std::string_view bytes) override;

@@ -44,6 +44,7 @@ class FromRecords : public RecordConversion {
       if (m_problems.hasEnded) return false;
     }
   }
+  std::uint64_t count() const final { return m_reader.number(); }
 
  protected:
   // Appends what the record becomes. False when a problem ends the conversion.
@@ -296,6 +297,11 @@ const char* lineEnd(const RecordTask& task) {
 }
 
 }  // namespace
+
+bool RecordConversion::canDivide(const Options& options) {
+  if (!options.fields.empty()) return isStateless(options.toCodePage, true);
+  return !options.toRecords || options.toRecords->form != RecordForm::bdw;
+}
 
 std::unique_ptr<RecordConversion> convertFromRecords(const RecordTask& task, std::string& why) {
   const Options& options = task.options;

@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <utility>
 
-#include "apps/encconv/threads.h"
-
 namespace tool {
 namespace {
 
@@ -53,8 +51,8 @@ struct ParallelStream::Piece final : StreamErrorHandler {
   std::size_t size = 0;             // of the text
   std::uint64_t offset = 0;
   bool isLast = false;
-  bool isReady = false;
-  bool isAhead = false;  // is converted, or is to be, ahead of its turn; from the place `from` on
+  bool isMissed = false;  // was converted ahead, and had to be converted anew
+  bool isAhead = false;   // is converted, or is to be, ahead of its turn; from the place `from` on
   StreamPlace from;
   std::unique_ptr<StreamConverter> stream = std::make_unique<StreamConverter>();
   StreamStatus status = StreamStatus::kGood;
@@ -76,24 +74,20 @@ class ParallelStream::Told final : public StreamErrorHandler {
 
 ParallelStream::ParallelStream(const StreamSettings& settings, unsigned int threads,
                                std::size_t pieceBytes, Client& client)
-    : m_settings([&] {
+    : Turns(threads),
+      m_settings([&] {
         StreamSettings made = settings;
         made.errorHandler = nullptr;
         made.drain = nullptr;
         return made;
       }()),
       m_isTold(settings.errorHandler != nullptr),
-      m_threads(threads),
       m_pieceBytes(pieceBytes),
       m_client(client),
       m_cuts(settings.from),
       m_stream(std::make_unique<StreamConverter>()),
       m_told(std::make_unique<Told>(*this)) {
-  // One for each thread to convert, and as many that wait for their turn.
-  for (unsigned int i = 0; i < 2 * threads; ++i) {
-    m_pieces.push_back(std::make_unique<Piece>());
-    m_free.push_back(m_pieces.back().get());
-  }
+  while (m_pieces.size() < pieceCount()) m_pieces.push_back(std::make_unique<Piece>());
 }
 
 ParallelStream::~ParallelStream() = default;
@@ -205,83 +199,42 @@ void ParallelStream::writeInTurn(Piece& piece) {
   }
 }
 
-// False when the piece was converted ahead and has to be converted anew.
-bool ParallelStream::write(Piece& piece) {
+void ParallelStream::write(Piece& piece) {
   const bool isHit = piece.isAhead && isAsGuessed(piece);
   isHit ? goOnWith(piece) : writeInTurn(piece);
+  piece.isMissed = piece.isAhead && !isHit;
   m_client.onTextDone(piece.size);
-  return isHit || !piece.isAhead;
 }
 
 // ---- The threads. ----
 
-ParallelStream::Next ParallelStream::chooseNext() const {
-  if (m_status != StreamStatus::kGood || m_hasThrown) return Next::kEnd;
-  if (m_turns.empty() && m_isAllRead && !m_isReading) return Next::kEnd;
-  if (!m_isWriting && !m_turns.empty() && m_turns.front()->isReady) return Next::kWrite;
-  return !m_isReading && !m_isAllRead && !m_free.empty() ? Next::kRead : Next::kWait;
+bool ParallelStream::readPiece(std::size_t index) {
+  m_hasReadFailed = !read(*m_pieces[index]);
+  return !m_hasReadFailed && !m_pieces[index]->isLast;
 }
 
-void ParallelStream::writeNext(std::unique_lock<std::mutex>& lock) {
-  m_isWriting = true;
-  Piece& piece = *m_turns.front();
-  lock.unlock();
-  const bool isHit = write(piece);
-  lock.lock();
-  m_isWriting = false;
-  m_misses = isHit ? (piece.isAhead ? 0 : m_misses) : m_misses + 1;
-  m_turns.pop_front();
-  m_free.push_back(&piece);
-  m_status = m_written;
-  m_guess = m_stream->place();
-}
-
-void ParallelStream::readNext(std::unique_lock<std::mutex>& lock) {
-  m_isReading = true;
-  Piece& piece = *m_free.back();
-  m_free.pop_back();
-  lock.unlock();
-  const bool isGood = read(piece);
-  lock.lock();
-  m_isReading = false;
-  m_isAllRead = !isGood || piece.isLast;
-  m_hasReadFailed = !isGood;
-  piece.isReady = false;
+void ParallelStream::onPieceRead(std::size_t index) {
+  Piece& piece = *m_pieces[index];
   piece.from = m_guess;
   const bool isTried = m_misses < kMostMisses || ++m_readPieces % kTrials == 0;
   piece.isAhead = piece.isAhead && isTried;
-  m_turns.push_back(&piece);
-  m_changed.notify_all();
-  lock.unlock();
-  convertAhead(piece);
-  lock.lock();
-  piece.isReady = true;
 }
 
-void ParallelStream::work() {
-  std::unique_lock lock(m_mutex);
-  for (Next next = chooseNext(); next != Next::kEnd; next = chooseNext()) {
-    if (next == Next::kWait) {
-      m_changed.wait(lock);
-      continue;
-    }
-    next == Next::kWrite ? writeNext(lock) : readNext(lock);
-    m_changed.notify_all();
+void ParallelStream::convertPiece(std::size_t index) { convertAhead(*m_pieces[index]); }
+
+bool ParallelStream::writePiece(std::size_t index) {
+  write(*m_pieces[index]);
+  return m_written == StreamStatus::kGood;
+}
+
+void ParallelStream::onPieceWritten(std::size_t index) {
+  const Piece& piece = *m_pieces[index];
+  if (piece.isMissed) {
+    ++m_misses;
+  } else if (piece.isAhead) {
+    m_misses = 0;
   }
-}
-
-void ParallelStream::runThreads() {
-  runOnThreads(m_threads, [this] {
-    try {
-      work();
-    } catch (...) {
-      // Nobody waits for what this thread was doing.
-      const std::scoped_lock lock(m_mutex);
-      m_hasThrown = true;
-      m_changed.notify_all();
-      throw;
-    }
-  });
+  m_guess = m_stream->place();
 }
 
 StreamStatus ParallelStream::run(std::span<const unsigned char> begun) {
@@ -291,12 +244,10 @@ StreamStatus ParallelStream::run(std::span<const unsigned char> begun) {
   if (m_written != StreamStatus::kGood) return m_written;
   m_carried.assign(begun.begin(), begun.end());
   // The state behind a first piece is the guess for others.
-  Piece& first = *m_free.back();
-  m_hasReadFailed = !read(first);
-  m_isAllRead = m_hasReadFailed || first.isLast;
-  if (m_written == StreamStatus::kGood) write(first);
+  const bool isMore = readPiece(0);
+  write(*m_pieces[0]);
   m_guess = m_stream->place();
-  if (!m_isAllRead && m_written == StreamStatus::kGood) runThreads();
+  if (isMore && m_written == StreamStatus::kGood) runThreads();
   if (m_written == StreamStatus::kGood && m_hasReadFailed) m_written = StreamStatus::kDrainFailed;
   if (m_written == StreamStatus::kGood) {
     m_out.clear();

@@ -3,16 +3,13 @@
 #ifndef APPS_ENCCONV_PARALLEL_STREAM_H_
 #define APPS_ENCCONV_PARALLEL_STREAM_H_
 
-#include <condition_variable>
 #include <cstddef>
 #include <cstdint>
-#include <deque>
 #include <memory>
-#include <mutex>
 #include <span>
-#include <string_view>
 #include <vector>
 
+#include "apps/encconv/turns.h"
 #include "encoding/stream/cut_finder.h"
 #include "encoding/stream/stream_converter.h"
 #include "encoding/stream/stream_place.h"
@@ -36,58 +33,46 @@ struct StreamTotals {
 // state that the text is in really. Where they differ, as they may in damaged text, or where the
 // encoding shows no places to cut it at, the piece is converted in its turn, by the stream of what
 // stands before it. So all is as if one stream had converted the text.
-class ParallelStream {
+class ParallelStream : private Turns {
  public:
-  // Where the text comes from and goes. Called by one thread at a time, read() also while another
-  // thread is in one of the others.
-  class Client {
+  class Client : public TextClient {
    public:
-    virtual ~Client() = default;
-    // Sets count to how many bytes were read; 0 at the end. False: it failed.
-    virtual bool readText(std::span<unsigned char> buffer, std::size_t& count) = 0;
-    // The rest in the order of the text. False: it failed.
-    virtual bool writeText(std::string_view bytes) = 0;
     // As StreamErrorHandler, if the settings have one.
     virtual void onTextError(const StreamError& error) = 0;
-    // So many bytes of the input are done.
-    virtual void onTextDone(std::size_t bytes) = 0;
   };
 
   // Takes pieces of about pieceBytes; keeps a few for each thread, with what they became. The
   // settings have no drain. client must outlive the object.
   ParallelStream(const StreamSettings& settings, unsigned int threads, std::size_t pieceBytes,
                  Client& client);
-  ~ParallelStream();
+  ~ParallelStream() override;
 
   // Converts the text that begins with these bytes, which are read already, up to its end. kGood,
   // or why it ended before that; kDrainFailed when reading or writing failed. Throws what a thread
   // throws: std::bad_alloc, or what the client does.
   StreamStatus run(std::span<const unsigned char> begun);
-  bool hasReadFailed() const { return m_hasReadFailed; }
   const StreamTotals& totals() const { return m_totals; }
 
  private:
   struct Piece;
   class Told;
-  enum class Next : unsigned char { kRead, kWrite, kWait, kEnd };
 
   bool read(Piece& piece);
   std::size_t findCut(const Piece& piece);
   void convertAhead(Piece& piece);
-  bool write(Piece& piece);
+  void write(Piece& piece);
   void writeInTurn(Piece& piece);
   bool isAsGuessed(const Piece& piece) const;
   void goOnWith(Piece& piece);
   bool emit(const DataBuffer& out);
-  Next chooseNext() const;
-  void writeNext(std::unique_lock<std::mutex>& lock);
-  void readNext(std::unique_lock<std::mutex>& lock);
-  void work();
-  void runThreads();
+  bool readPiece(std::size_t index) override;
+  void convertPiece(std::size_t index) override;
+  bool writePiece(std::size_t index) override;
+  void onPieceRead(std::size_t index) override;
+  void onPieceWritten(std::size_t index) override;
 
   const StreamSettings m_settings;  // with no handler
   const bool m_isTold;              // errors are wanted
-  const unsigned int m_threads;
   const std::size_t m_pieceBytes;
   Client& m_client;
   CutFinder m_cuts;
@@ -107,16 +92,11 @@ class ParallelStream {
   std::uint64_t m_readOffset = 0;        // of the next piece
   bool m_isAtCut = false;                // it begins where the text can be cut
 
-  std::mutex m_mutex;  // of all that follows
-  std::condition_variable m_changed;
+  bool m_hasReadFailed = false;
+
+  // Shared by the threads.
   std::vector<std::unique_ptr<Piece>> m_pieces;
-  std::vector<Piece*> m_free;  // of them; the last is in the cache still
-  std::deque<Piece*> m_turns;  // those that are read, in the order of the text
   std::uint64_t m_readPieces = 0;
-  bool m_isReading = false, m_isWriting = false;
-  bool m_isAllRead = false, m_hasReadFailed = false;
-  bool m_hasThrown = false;                     // a thread, which is gone
-  StreamStatus m_status = StreamStatus::kGood;  // what m_written was last
   StreamPlace m_guess;
   unsigned int m_misses = 0;  // pieces one behind the other that were not as guessed
 };

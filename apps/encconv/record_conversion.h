@@ -2,6 +2,7 @@
 #ifndef APPS_ENCCONV_RECORD_CONVERSION_H_
 #define APPS_ENCCONV_RECORD_CONVERSION_H_
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
@@ -24,8 +25,13 @@ class RecordConversion {
                                                 bool isFirst, Handler handler, std::string& why);
   virtual ~RecordConversion() = default;
 
+  // Whether whole records, converted in parts, give what they give together.
+  static bool canDivide(const Options& options);
+
   // Appends to out what the next bytes of the input become. False when a problem ends it.
   virtual bool push(std::string_view piece, bool isLast, std::string& out) = 0;
+  // How many records, lines or rows there were.
+  virtual std::uint64_t count() const = 0;
 };
 
 // What --fields names, a file or the fields themselves, into options.layout. False with the reason

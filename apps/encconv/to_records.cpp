@@ -111,6 +111,7 @@ class LinesToRecords final : public RecordConversion {
     m_writer.finish(out);
     return true;
   }
+  std::uint64_t count() const override { return m_number; }
 
  private:
   // The line that has come ends with rest and its line end.
@@ -209,6 +210,7 @@ class TableToRecords final : public RecordConversion {
     }
     return false;
   }
+  std::uint64_t count() const override { return m_reader.number(); }
 
  private:
   RecordProblems m_problems;

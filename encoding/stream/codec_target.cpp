@@ -182,7 +182,10 @@ bool CodecTarget::encode(const unsigned char* bytes, std::uint32_t count, Behind
   }
   if (written.hasFailed() || result.misfits.hasFailed()) return false;
   if (result.misfits.isEmpty() && (result.used != 0 || last)) {
-    if (written.getData2() != out.next) return out.append(written.getData2(), written.getSize());
+    // What the buffer in place had no room for has moved. Another buffer may well begin where the
+    // room ends: some allocators put blocks side by side.
+    const bool isInPlace = hasRoom && inPlace.getData2() == out.next;
+    if (!isInPlace) return out.append(written.getData2(), written.getSize());
     out.next += written.getSize();
     return true;
   }

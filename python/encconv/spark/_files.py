@@ -5,6 +5,7 @@ from __future__ import annotations
 import glob
 import os
 from dataclasses import dataclass
+from urllib.parse import urlsplit
 
 import fsspec
 
@@ -44,7 +45,9 @@ def list_files(path: str) -> list[File]:
                 found.append(File(system.unstrip_protocol(name), inner["size"]))
     if not found and glob.has_magic(root):
         raise FileNotFoundError(f"no file matches {path}")
-    return [File(_plain(file.path), file.size) for file in found]
+    # fsspec leaves the host out that the files are on, with the user and the port.
+    host = urlsplit(path).netloc if "host" in system.storage_options else ""
+    return [File(_plain(file.path).replace(":///", f"://{host}/", 1), file.size) for file in found]
 
 
 def _plain(path: str) -> str:

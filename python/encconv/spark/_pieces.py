@@ -8,7 +8,7 @@ from .. import _native, find_cut
 from ._files import File, Parts, list_files
 from ._options import Settings, TextForm
 
-# A task costs a quarter of a second before it reads anything, so that Spark's own pieces are of 128 MiB.
+# A task costs a tenth of a second before it reads anything, so that Spark's own pieces are of 128 MiB.
 # Those of less than 1 GiB are smaller, for the sake of workers that would have none.
 _LEAST_PIECE = 16 << 20
 _MOST_PIECE = 128 << 20

@@ -21,6 +21,7 @@ from ._files import File, list_files
 from ._lines import Lines, read_lines
 from ._options import Settings
 from ._pieces import Piece, plan, plan_files
+from ._process import settle
 from ._records import read_records, record_types
 from ._writer import EncconvWriter
 
@@ -42,6 +43,10 @@ class Task(InputPartition):
 class EncconvDataSource(DataSource):
     """Text files and mainframe records in any encoding, as rows."""
 
+    def __init__(self, options: dict[str, str]):
+        super().__init__(options)
+        settle()
+
     @classmethod
     def name(cls) -> str:
         return "encconv"
@@ -50,6 +55,7 @@ class EncconvDataSource(DataSource):
         return _schema(Settings.of(self.options))
 
     def reader(self, schema: StructType) -> DataSourceReader:
+        settle()
         return EncconvReader(Settings.of(self.options), schema)
 
     def writer(self, schema: StructType, overwrite: bool) -> DataSourceWriter:
@@ -102,6 +108,7 @@ def _line_columns(lines: Lines, names: set[str]) -> dict[str, pyarrow.Array]:
 
 
 def _read(pieces: list[Piece], settings: Settings, names: list[str]) -> Iterator[pyarrow.RecordBatch]:
+    settle()
     wanted = set(names)
     with_offsets = not wanted.isdisjoint({"offset", "problems", "first_problem"})
     for piece in pieces:

@@ -10,6 +10,7 @@ pytest.importorskip("pyspark")
 
 import encconv  # noqa: E402
 import fsspec  # noqa: E402
+from fsspec.implementations.memory import MemoryFileSystem  # noqa: E402
 import pyarrow  # noqa: E402
 from encconv import records  # noqa: E402
 from encconv.spark import DamagedInput, EncconvDataSource  # noqa: E402
@@ -124,6 +125,34 @@ def test_damaged_records_are_told(tmp_path):
     assert [row["id"] for row in rows] == [*range(9), None, None]
     assert rows[9]["problems"] == 2 and "'id'" in rows[9]["first_problem"]
     assert f"byte offset {len(good) + 9}" in rows[10]["first_problem"]
+
+
+class Hosted(MemoryFileSystem):
+    """Files on a host, which is in their names, and which must be known to find them."""
+
+    protocol = "hosted"
+
+    @classmethod
+    def _strip_protocol(cls, path):
+        return fsspec.utils.infer_storage_options(path)["path"].rstrip("/")
+
+    @staticmethod
+    def _get_kwargs_from_urls(path):
+        known = fsspec.utils.infer_storage_options(path)
+        return {name: known[name] for name in ("host", "port", "username") if name in known}
+
+    def __init__(self, host, port, username, **options):
+        super().__init__(host=host, port=port, username=username, **options)
+
+
+def test_names_of_files_keep_their_host():
+    fsspec.register_implementation("hosted", Hosted, clobber=True)
+    folder = "hosted://mary@node:9870/land"
+    Hosted("node", 9870, "mary").pipe_file("/land/x.txt", b"one\ntwo\n")
+    for path in folder, f"{folder}/*.txt", f"{folder}/x.txt":
+        table = read(path, encoding="utf-8", pieceSize="4")
+        assert table["value"].to_pylist() == ["one", "two"]
+        assert table["file"].to_pylist() == [f"{folder}/x.txt"] * 2
 
 
 def test_files_by_directory_glob_and_memory(tmp_path):
