@@ -72,6 +72,9 @@ TEST(Detect, ReadsSamplesAsTheTextThatTheyAre) {
   EXPECT_EQ(nameOf(record), "IBM037");
   EXPECT_EQ(record.sure(), nullptr);
   EXPECT_GT(record.candidates.size(), 1u);
+  for (const char* few : {"0 00 000 0\n", "9 99 999 9\n", "A 1\n"}) {
+    EXPECT_EQ(nameOf(encconv::detect(encconv::from_utf8(few, 37).text)), "IBM037") << few;
+  }
 }
 
 TEST(Detect, FindsWideFormsOfAnyScriptWithoutAMark) {

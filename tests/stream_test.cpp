@@ -193,6 +193,8 @@ TEST(Stream, WritesTreatmentsAsTextOfTheTarget) {
             "substitute");
   expectAll({{kUtf8, 1252, "\xFF", "<\x80>"}, {kUtf8, kLe, "\xFF", "<\0\xAC\x20>\0"s}},
             "substitute=<\xE2\x82\xAC>");
+  expectAll({{kUtf8, kLe, "\xFF", "\xFF\xFF\0\xD8\0\xDC"s}},
+            "substitute=\xEF\xBF\xBF\xF0\x90\x80\x80");
   expectAll({{kUtf8, 50220, "\xE6\x97\xA5\xFF", "\x1B$BF|\x1B(B\x01\xFF"},
              {kUtf8, kUtf7, "\xE2\x82\xAC\xFF\x61", "+IKw-\x01\xFF\x61"}},
             "substitute=0x01fF");
