@@ -198,6 +198,12 @@ TEST(Console, DrawsProgressOnATerminal) {
                                                   size + rate + left + " *\r" + blank + "end")))
         << text;
   }
+  EXPECT_EQ(onTerminal([] {
+              tool::Console console(false);
+              std::this_thread::sleep_for(std::chrono::milliseconds(1050));
+              console.advance(1);
+            }),
+            "end");
 }
 
 }  // namespace
