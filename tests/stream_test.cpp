@@ -179,6 +179,7 @@ TEST(Stream, WritesTreatmentsAsTextOfTheTarget) {
              {50220, kUtf8, "\x1B$BF|\x1B$(D\"/\x1B(B.", "\xE6\x97\xA5<0x222F>."},
              {kUtf8, kCodePageHz, "\xE6\x97\xA5" + emoji, "~{HU~}&#x1F600;"},
              {kUtf8, 55000, "~\xC3\xB1" + emoji, "\x1B\x3D\x7D&#x1F600;"},
+             {kUtf8, 55000, "\xED\xA0\xBD\xED\xB8\x80", "&#x1F600;"},
              {kLe, kUtf8, "\x3D\xD8\x61\0\x00\xDE"s, "<0x3DD8>a<0x00DE>"},
              {932, 932, "\x93\xFA\xFF\x85\x40", "\x93\xFA\xFF<0x85>@"},
              {kUtf7, kUtf8, "a+IK-b", "a<0x494B>b"},
