@@ -58,7 +58,6 @@ bool StreamConverter::Core::convertShort(const unsigned char* data, std::size_t 
   }
   m_hasBegun = true;
   m_offset += length;
-  m_sourceBytes += length;
   m_lines += countLineEnds(data, data + length);
   return true;
 }
