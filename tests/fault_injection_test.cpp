@@ -389,6 +389,19 @@ TEST(FaultInjectionElsewhere, LargeStorage) {
   EXPECT_EQ(countLeaks(), 0);
 }
 
+// Tables that are made of mappings, by themselves and over others.
+TEST(FaultInjectionElsewhere, Mappings) {
+  constexpr int kBig5Hkscs = 200706, kIso2022Jp3 = 200853, kMarc8 = 200866, kLatin10 = 28606;
+  const Case cases[] = {{.from = 65001, .to = kBig5Hkscs, .input = kMixed},
+                        {.from = kIso2022Jp3, .to = 1252, .input = "\x1B$BF|K\\y!\x1B(B mail"},
+                        {.from = kMarc8, .to = 65001, .input = "e\xE2 \x1B$1!04\x1B(B"},
+                        {.from = 65001, .to = kLatin10, .input = kMixed}};
+  for (const Case& c : cases) {
+    EXPECT_GT(failEach(c, streamWithFault, kModes[0]), 0) << c.from << " to " << c.to;
+    EXPECT_EQ(countLeaks(), 0);
+  }
+}
+
 TEST(FaultInjectionElsewhere, Interfaces) {
   constexpr Mode kShort[] = {{false, false, false, 25}, {false, true, false, 25}};
   for (const Case& c : kCases) {
