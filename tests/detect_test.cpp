@@ -95,6 +95,14 @@ TEST(Detect, FindsWideFormsOfAnyScriptWithoutAMark) {
       EXPECT_EQ(nameOf(encconv::detect(bytes, options)), found.candidates[0].name) << name;
     }
   }
+  // One character in 200 may be of private use.
+  for (const std::size_t length : {198u, 199u}) {
+    std::string text;
+    while (text.size() < length) text += "hello world ";
+    const std::string wide = encconv::from_utf8(text.substr(0, length) + "\uE000", 1200).text;
+    const Detection found = encconv::detect(wide);
+    EXPECT_EQ(found.kind == DetectedKind::text, length == 199);
+  }
   // Not a blank or line end of ASCII in it, and so no NUL byte.
   const std::string chinese =
       "床前明月光，疑是地上霜。举头望明月，低头思故乡。春眠不觉晓，处处闻啼鸟。";
