@@ -166,6 +166,8 @@ TEST(Detect, TellsWhatIsNoText) {
       {"", DetectedKind::empty},
       {"plain\n", DetectedKind::ascii},
       {"\x1B[1mbold\x1B[0m 1+2 ~{ x ~}", DetectedKind::ascii},
+      {"in HZ ~{w~!!~}", DetectedKind::text},  // rows 1 to 87, and no more
+      {"not HZ ~{xa~}", DetectedKind::ascii},
       {"a+b-c +x-y ++ +1234-", DetectedKind::ascii},
       {"SQLite format 3", DetectedKind::ascii},  // but for its NUL
       {std::string("SQLite format 3\0", 16), DetectedKind::binary},
