@@ -11,6 +11,7 @@
 #include "encconv/encconv_c.h"
 #include "support/japanese.h"
 #include "support/text_log.h"
+#include "support/zv_utf.h"
 #include "tests/stream_support.h"
 
 using namespace std::string_view_literals;
@@ -387,6 +388,18 @@ TEST(FaultInjectionElsewhere, LargeStorage) {
   }
   RecordProperty("faults", std::to_string(faults));
   EXPECT_EQ(countLeaks(), 0);
+}
+
+TEST(FaultInjectionElsewhere, Utf32) {
+  DataBuffer toUtf32, toUtf8;
+  LogBase log;
+  bool isGood = false;
+  {
+    const Watch watch(1, true);
+    isGood = _zvUtf::utf8toUtf32(false, bytesOf("a"), 1, toUtf32) ||
+             _zvUtf::utf32ToUtf8(bytesOf({"a\0\0\0", 4}), 1, toUtf8, log);
+  }
+  EXPECT_FALSE(isGood || !toUtf32.hasFailed() || !toUtf8.hasFailed());
 }
 
 // Tables that are made of mappings, by themselves and over others.
