@@ -67,6 +67,7 @@ TEST(Detect, ReadsSamplesAsTheTextThatTheyAre) {
     EXPECT_EQ(readAsFound(found, bytes), readFile(name.substr(0, name.find('.')) + ".txt"));
   }
   EXPECT_EQ(nameOf(encconv::detect(readFile("vietnamese.1258"))), "windows-1258");
+  EXPECT_EQ(nameOf(encconv::detect(readFile("japanese.51932").substr(14, 40))), "EUC-JP");
   // Small letters are the same on Macs, which are fewer.
   EXPECT_EQ(nameOf(encconv::detect(encconv::from_utf8("привет, как дела?", 1251).text)),
             "windows-1251");
