@@ -209,7 +209,8 @@ TEST(Detect, LooksAtSamplesOfLongTexts) {
   EXPECT_EQ(encconv::detect(declared, options).kind, DetectedKind::ascii);
   EXPECT_EQ(encconv::detect(declared, options).candidates.at(1).name, "KOI8-R");
   const std::string minorities = readFile("minorities.54936");
-  EXPECT_EQ(nameOf(encconv::detect(minorities.substr(0, minorities.size() - 2), options)), "GB18030");
+  EXPECT_EQ(nameOf(encconv::detect(minorities.substr(0, minorities.size() - 2), options)),
+            "GB18030");
   // A sequence that the end cuts off is no fault; in a whole text it is.
   EXPECT_EQ(nameOf(encconv::detect("caf\xC3\xA9 \xE2\x82", options)), "UTF-8");
   EXPECT_EQ(encconv::detect("caf\xC3\xA9 \xE2\x82").sure(), nullptr);

@@ -392,4 +392,3 @@ const StreamError& StreamConverter::firstApproximation() const {
 }
 
 std::uint64_t StreamConverter::line() const { return m_core == nullptr ? 1 : m_core->line(); }
-
