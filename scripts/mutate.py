@@ -12,6 +12,7 @@ import collections
 import concurrent.futures
 import json
 import os
+import platform
 import queue
 import random
 import re
@@ -26,10 +27,12 @@ from pathlib import Path
 
 ROOT = Path(__file__).resolve().parent.parent
 HARMLESS = Path(__file__).with_name("mutate-harmless.txt")
-AREAS = ("encoding", "support", "interface", "apps")
-# The tests that are likely to find a fault, by where it is.
+AREAS = ("encoding", "support", "interface", "iconv", "apps")
+ELSEWHERE = re.compile(r"/(arm|wasm|texts)/|windows")  # what this machine does not compile
+# The tests that are likely to find a fault, by where it is, besides those that name its file.
 LIKELY = {
     "apps/": ["tool_test"],
+    "iconv/": ["iconv_test"],
     "interface/": ["interface_test", "c_interface_test"],
     "support/": ["utf_helpers_test", "buffers_test", "content_coding_test"],
     "encoding/codecs/": ["codecs_test", "iso2022_test", "names_test"],
@@ -38,8 +41,19 @@ LIKELY = {
     "encoding/tables/": ["tables_test", "registry_test"],
     "encoding/": ["fast_path_test", "front_end_test", "pivot_steps_test", "unicode_test", "property_test"],
 }
-DOCUMENTED = "documented_commands_test"
-APPS_TESTS = ("tool_test", "names_test", DOCUMENTED)  # the others are built without apps/
+# Tests that are scripts: what they are given, in the build folder, and the targets.
+SCRIPTS = {
+    "documented_commands_test.py": (["bin/encconv"], ["encconv_cli"]),
+    "iconv/command_test.py": (["bin/encconv-iconv", shutil.which("iconv")], ["encconv_iconv_cli"]),
+    "iconv/compare.py": ([platform.machine(), "tests/iconv_calls_theirs", "tests/iconv_calls_ours"],
+                         ["iconv_calls_theirs", "iconv_calls_ours"]),
+}
+# Of these folders no other test is built.
+ONLY = {
+    "apps/encconv/": ["tool_test", "names_test", "documented_commands_test.py"],
+    "apps/encconv-iconv/": ["iconv/command_test.py"],
+    "iconv/": ["iconv_test", "iconv/compare.py", "iconv/command_test.py"],
+}
 
 Mutant = collections.namedtuple("Mutant", "path line before after")
 
@@ -56,6 +70,7 @@ NUMBER = re.compile(r"(?<![\w.'])(0x[0-9A-Fa-f]+|0|[1-9]\d*)(?=[uUlL]*\b)(?!['.]
 NOT = re.compile(r"(?<![\w!])!(?=[\w(])")
 CONDITION = re.compile(r"\bif \(([^;]*)\)(?= \{$| \w.*;$|$)")
 RETURN = re.compile(r"\breturn (.+);$")
+ROW = re.compile(r"\s*(?:[{\"'0-9]|-\d)")  # of a table; whose first row may be the declaration's
 STATEMENT = re.compile(  # but for declarations, which the rest of the function needs
     r" +(?!(?:const|auto|static|constexpr|return|using|else|case|default|struct)\b|[\w:<>]+[*&]* \w+[;({])"
     r"[\w*(+-].*;")
@@ -86,6 +101,8 @@ def changes(code, begins_statement):
 
 def mutants_of(path):
     text = (ROOT / path).read_text(encoding="utf-8")
+    if "do not edit" in text[:500]:
+        return  # made by a script
     blank = IGNORED.sub(lambda m: re.sub(r"[^\n]", "\0", m[0]), text)
     begins_statement = False
     for number, (line, code) in enumerate(zip(text.split("\n"), blank.split("\n")), 1):
@@ -102,18 +119,23 @@ def all_mutants(only):
     for area in AREAS:
         for file in sorted((ROOT / area).rglob("*.[ch]*")):
             path = file.relative_to(ROOT).as_posix()
-            if path.endswith((".cpp", ".h")) and "/texts/" not in path:
+            if path.endswith((".cpp", ".h")) and not ELSEWHERE.search(path):
                 if path.startswith(tuple(only) or area):
                     yield from mutants_of(path)
 
 
 def choose(mutants, count, source):
-    """As many as asked for, on different lines if possible: rows of numbers offer very many."""
+    """As many as asked for, on different lines if possible: a row of numbers offers very many.
+
+    All rows of a file count as one line. Nothing but another copy of the data can tell whether a
+    number is right, and a fault in one row says of the tests what a fault in the next one says.
+    """
     on_line = collections.Counter()
 
     def rank(mutant):
-        on_line[mutant.path, mutant.line] += 1
-        return on_line[mutant.path, mutant.line]
+        line = mutant.path, not ROW.match(mutant.before) and mutant.line
+        on_line[line] += 1
+        return on_line[line]
 
     source.shuffle(mutants)
     return sorted(mutants, key=rank)[:count]
@@ -146,7 +168,7 @@ class Workshop:
     """A copy of the tree with its build folder; one thread uses it."""
 
     seconds = {}  # that each test takes
-    kills = collections.defaultdict(collections.Counter)  # by file and test, of all workshops
+    kills = collections.defaultdict(collections.Counter)  # of all workshops, by file or folder and test
 
     def __init__(self, folder):
         self.tree, self.build, self.scratch = folder / "tree", folder / "build", folder / "scratch"
@@ -170,8 +192,11 @@ class Workshop:
                                  capture_output=True, text=True, check=True).stdout
         self.tests = {name: [self.build / "tests" / name, "--gtest_fail_fast"]
                       for name in re.findall(r"^tests/(\w+_test): ", targets, re.MULTILINE)}
-        script = self.tree / "tests" / f"{DOCUMENTED}.py"
-        self.tests[DOCUMENTED] = [sys.executable, script, self.build / "bin/encconv"]
+        for name, (given, _) in SCRIPTS.items():
+            self.tests[name] = [sys.executable, self.tree / "tests" / name, *given]
+        self.texts = {file.name.removesuffix(".cpp"):
+                      re.sub("[-_]", "", file.read_text(encoding="utf-8").lower())
+                      for file in (self.tree / "tests").glob("*_test.*")}
         if not all(map(self.build_test, self.tests)):
             sys.exit(f"{self.build}: does not build")
 
@@ -193,7 +218,7 @@ class Workshop:
             shutil.rmtree(self.scratch, ignore_errors=True)
 
     def build_test(self, test):
-        return self.run(["ninja", "-j2", "encconv_cli" if test == DOCUMENTED else test]) == 0
+        return self.run(["ninja", "-j2", *SCRIPTS.get(test, (None, [test]))[1]]) == 0
 
     def time_tests(self):
         for test in self.tests:
@@ -203,14 +228,15 @@ class Workshop:
             self.seconds[test] = time.monotonic() - begin
 
     def dependents(self, path):
-        """The sources of the library and the tool that the file is compiled with."""
+        """Sources that the file is compiled with, a few of them, its namesake first."""
         if path.endswith(".cpp"):
             return [path]
         listing = subprocess.run(["ninja", "-t", "deps"], cwd=self.build, capture_output=True,
                                  text=True, check=True).stdout
         blocks = ([os.path.relpath(self.build / line.strip(), self.tree)
                    for line in block.split("\n")[1:]] for block in listing.split("\n\n"))
-        return [names[0] for names in blocks if path in names and names[0].startswith(AREAS)]
+        sources = {names[0] for names in blocks if path in names and names[0].startswith(AREAS)}
+        return sorted(sources, key=lambda s: (Path(s).stem != Path(path).stem, s))[:6]
 
     def optimised(self, source):
         """The object file at -O2; None when the source does not compile."""
@@ -220,37 +246,54 @@ class Workshop:
         command[command.index("-o") + 1] = str(target)
         return target.read_bytes() if self.run([*command, "-O2", "-g0"]) == 0 else None
 
-    def compiles_to_other_code(self, mutant, changed):
-        for source in self.dependents(mutant.path):
+    def compiles_to_other_code(self, path, original, changed):
+        for source in self.dependents(path):
             if source not in self.originals:
-                shutil.copy(ROOT / mutant.path, self.tree / mutant.path)
+                (self.tree / path).write_text(original, encoding="utf-8")
                 self.originals[source] = self.optimised(source)
-                (self.tree / mutant.path).write_text(changed, encoding="utf-8")
+                (self.tree / path).write_text(changed, encoding="utf-8")
             now = self.optimised(source)
             if now != self.originals[source]:
                 return now is not None
         return False
 
+    def in_order(self, path):
+        """The tests, those first that found a fault in the file, or are likely to."""
+        likely = next(tests for area, tests in LIKELY.items() if path.startswith(area))
+        stem = re.sub("[-_]|s$", "", Path(path).stem)
+        folder = os.path.dirname(path)
+
+        def key(test):
+            is_likely = test in likely or stem in self.texts.get(test, "")
+            return -self.kills[path][test], not is_likely, -self.kills[folder][test], self.seconds[test]
+
+        return sorted(next((o for area, o in ONLY.items() if path.startswith(area)), self.tests), key=key)
+
     def judge(self, mutant):
         """'skipped', the test that finds the mutant, or 'NOT FOUND'."""
-        file, kills, seconds = self.tree / mutant.path, self.kills[mutant.path], self.seconds
-        lines = file.read_text(encoding="utf-8").split("\n")
+        file = self.tree / mutant.path
+        original = file.read_text(encoding="utf-8")
+        lines = original.split("\n")
         lines[mutant.line - 1] = mutant.after
-        likely = next(tests for area, tests in LIKELY.items() if mutant.path.startswith(area))
-        tests = APPS_TESTS if mutant.path.startswith("apps/") else self.tests
+        changed = "\n".join(lines)
         try:
-            file.write_text("\n".join(lines), encoding="utf-8")
-            if not self.compiles_to_other_code(mutant, "\n".join(lines)):
-                return "skipped"
-            for test in sorted(tests, key=lambda t: (-kills[t], t not in likely, seconds[t])):
-                if not self.build_test(test):
-                    return "skipped"
-                if self.run(self.tests[test], 20 + 10 * seconds[test]) != 0:
-                    kills[test] += 1
+            file.write_text(changed, encoding="utf-8")
+            tests = self.in_order(mutant.path)
+            for tried, test in enumerate(tests):
+                is_built = self.build_test(test)
+                # Most are found by now, and need no comparison.
+                if not is_built or tried == min(2, len(tests) - 1):
+                    if not self.compiles_to_other_code(mutant.path, original, changed):
+                        return "skipped"
+                if not is_built:
+                    return "the build"
+                if self.run(self.tests[test], 20 + 10 * self.seconds[test]) != 0:
+                    self.kills[mutant.path][test] += 1
+                    self.kills[os.path.dirname(mutant.path)][test] += 1
                     return test
             return "NOT FOUND"
         finally:
-            shutil.copy(ROOT / mutant.path, file)  # with a new time: to be built again
+            file.write_text(original, encoding="utf-8")  # with a new time: to be built again
 
 
 # ---- The run. ----

@@ -109,6 +109,12 @@ TEST(Accents, ConvertAndReportHoweverTheTextIsCut) {
        "e \xEA\xE1\xF2"
        "A",
        {}},
+      // No more than three in front of a letter.
+      {ansel.write,
+       utf16(u"ệ\u0301\u0300"),
+       "\xF2\xE3\xE2"
+       "e?",
+       {{4, 2, 4}}},
       {tcvn.read,
        "a\xB3\xB0"
        "b\xB3\xA9\xB4",

@@ -79,6 +79,8 @@ TEST(DataBufferTest, TakesAnArrayAndKeepsItsAddress) {
   buffer.append("old", 3);
   buffer.takeData(array, 1);
   EXPECT_EQ(buffer.getData2(), array);
+  buffer.takeData(array, 1);
+  EXPECT_EQ(text(buffer), "z") << "what it has already";
   buffer.append("!", 1);
   EXPECT_EQ(text(buffer), "z!");
 }

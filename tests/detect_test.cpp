@@ -67,11 +67,18 @@ TEST(Detect, ReadsSamplesAsTheTextThatTheyAre) {
     EXPECT_EQ(readAsFound(found, bytes), readFile(name.substr(0, name.find('.')) + ".txt"));
   }
   EXPECT_EQ(nameOf(encconv::detect(readFile("vietnamese.1258"))), "windows-1258");
+  EXPECT_EQ(nameOf(encconv::detect(readFile("japanese.51932").substr(14, 40))), "EUC-JP");
+  // Small letters are the same on Macs, which are fewer.
+  EXPECT_EQ(nameOf(encconv::detect(encconv::from_utf8("привет, как дела?", 1251).text)),
+            "windows-1251");
   // Which national page of EBCDIC it is, a text leaves open that has none of the letters.
   const Detection record = encconv::detect(readFile("record.37"));
   EXPECT_EQ(nameOf(record), "IBM037");
   EXPECT_EQ(record.sure(), nullptr);
   EXPECT_GT(record.candidates.size(), 1u);
+  for (const char* few : {"0 00 000 0\n", "9 99 999 9\n", "A 1\n"}) {
+    EXPECT_EQ(nameOf(encconv::detect(encconv::from_utf8(few, 37).text)), "IBM037") << few;
+  }
 }
 
 TEST(Detect, FindsWideFormsOfAnyScriptWithoutAMark) {
@@ -91,6 +98,14 @@ TEST(Detect, FindsWideFormsOfAnyScriptWithoutAMark) {
       options.is_beginning = true;
       EXPECT_EQ(nameOf(encconv::detect(bytes, options)), found.candidates[0].name) << name;
     }
+  }
+  // One character in 200 may be of private use.
+  for (const std::size_t length : {198u, 199u}) {
+    std::string text;
+    while (text.size() < length) text += "hello world ";
+    const std::string wide = encconv::from_utf8(text.substr(0, length) + "\uE000", 1200).text;
+    const Detection found = encconv::detect(wide);
+    EXPECT_EQ(found.kind == DetectedKind::text, length == 199);
   }
   // Not a blank or line end of ASCII in it, and so no NUL byte.
   const std::string chinese =
@@ -155,6 +170,8 @@ TEST(Detect, TellsWhatIsNoText) {
       {"", DetectedKind::empty},
       {"plain\n", DetectedKind::ascii},
       {"\x1B[1mbold\x1B[0m 1+2 ~{ x ~}", DetectedKind::ascii},
+      {"in HZ ~{w~!!~}", DetectedKind::text},  // rows 1 to 87, and no more
+      {"not HZ ~{xa~}", DetectedKind::ascii},
       {"a+b-c +x-y ++ +1234-", DetectedKind::ascii},
       {"SQLite format 3", DetectedKind::ascii},  // but for its NUL
       {std::string("SQLite format 3\0", 16), DetectedKind::binary},
@@ -191,6 +208,9 @@ TEST(Detect, LooksAtSamplesOfLongTexts) {
   const std::string declared = "# coding: koi8-r\n" + ascii;
   EXPECT_EQ(encconv::detect(declared, options).kind, DetectedKind::ascii);
   EXPECT_EQ(encconv::detect(declared, options).candidates.at(1).name, "KOI8-R");
+  const std::string minorities = readFile("minorities.54936");
+  EXPECT_EQ(nameOf(encconv::detect(minorities.substr(0, minorities.size() - 2), options)),
+            "GB18030");
   // A sequence that the end cuts off is no fault; in a whole text it is.
   EXPECT_EQ(nameOf(encconv::detect("caf\xC3\xA9 \xE2\x82", options)), "UTF-8");
   EXPECT_EQ(encconv::detect("caf\xC3\xA9 \xE2\x82").sure(), nullptr);

@@ -6,6 +6,7 @@ code in a sentence, that begins with "encconv ". The files that it names are mad
 encoding that it says they are in; what it writes must be the same text in the other encoding.
 """
 import json
+import json
 import os
 import pathlib
 import re
@@ -255,6 +256,17 @@ def check_message(environment, folder):
     return "" if said == shown[1] + " " + shown[4] + "\n" else f"the tool says: {said}"
 
 
+def check_numbers(environment):
+    """Numbers do not change: docs/code-pages.md has most of them."""
+    run = subprocess.run(["encconv", "--list", "--json"], env=environment, capture_output=True,
+                         check=True)
+    names = {row["codePage"]: {row["name"], *row["aliases"]} for row in json.loads(run.stdout)}
+    shown = re.findall(r"^\| (\d+) \| `?([^|`]+?)`? \|",
+                       (PROJECT / "docs/code-pages.md").read_text(encoding="utf-8"), re.MULTILINE)
+    wrong = [f"{number} {name}" for number, name in shown if name not in names.get(int(number), ())]
+    return ", ".join(wrong if len(shown) > 400 else ["the list is not where it was"])
+
+
 def main():
     tool = pathlib.Path(sys.argv[1]).resolve()
     environment = dict(os.environ, PATH=f"{tool.parent}:{os.environ['PATH']}", LC_ALL="C")
@@ -269,6 +281,9 @@ def main():
             print(f"{document}: {command or 'the messages'}\n    {wrong}")
         else:
             print(f"{document}: {command or 'the messages'}: good")
+    if wrong := check_numbers(environment):
+        failures += 1
+        print(f"docs/code-pages.md: no encodings: {wrong}")
     return 1 if failures else 0
 
 

@@ -159,6 +159,7 @@ TEST(ErrorActionsTest, SubstitutionsThroughAConversion) {
       {65001, 1252, {.action = 1}, "61 FF 62", "true, errors [61 3F 62]"},
       {65001, 1252, {.action = 7}, "61 FF 62", "true, errors [61 FF 62]"},
       {1200, 1252, {.action = 2}, "61 00 00 4E", "false, errors [61 26 23 78 30 30 34 45 3B]"},
+      {1251, 1252, {.action = 2}, "61 C0", "false, errors [61 26 23 78 43 30 3B]"},
       {1200, 1252, {.action = 7}, "61 00 00 4E", "false, errors [61 00 4E]"},
       // Even numbers of bytes make the pivot odd; the unit at its end is whole all the same.
       {932, 1252, {.action = 7}, "61 81 00 62", "true, errors [61 81 00 62]"},

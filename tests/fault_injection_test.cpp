@@ -11,6 +11,7 @@
 #include "encconv/encconv_c.h"
 #include "support/japanese.h"
 #include "support/text_log.h"
+#include "support/zv_utf.h"
 #include "tests/stream_support.h"
 
 using namespace std::string_view_literals;
@@ -396,6 +397,31 @@ TEST(FaultInjectionElsewhere, LargeStorage) {
   }
   RecordProperty("faults", std::to_string(faults));
   EXPECT_EQ(countLeaks(), 0);
+}
+
+TEST(FaultInjectionElsewhere, Utf32) {
+  DataBuffer toUtf32, toUtf8;
+  LogBase log;
+  bool isGood = false;
+  {
+    const Watch watch(1, true);
+    isGood = _zvUtf::utf8toUtf32(false, bytesOf("a"), 1, toUtf32) ||
+             _zvUtf::utf32ToUtf8(bytesOf({"a\0\0\0", 4}), 1, toUtf8, log);
+  }
+  EXPECT_FALSE(isGood || !toUtf32.hasFailed() || !toUtf8.hasFailed());
+}
+
+// Tables that are made of mappings, by themselves and over others.
+TEST(FaultInjectionElsewhere, Mappings) {
+  constexpr int kBig5Hkscs = 200706, kIso2022Jp3 = 200853, kMarc8 = 200866, kLatin10 = 28606;
+  const Case cases[] = {{.from = 65001, .to = kBig5Hkscs, .input = kMixed},
+                        {.from = kIso2022Jp3, .to = 1252, .input = "\x1B$BF|K\\y!\x1B(B mail"},
+                        {.from = kMarc8, .to = 65001, .input = "e\xE2 \x1B$1!04\x1B(B"},
+                        {.from = 65001, .to = kLatin10, .input = kMixed}};
+  for (const Case& c : cases) {
+    EXPECT_GT(failEach(c, streamWithFault, kModes[0]), 0) << c.from << " to " << c.to;
+    EXPECT_EQ(countLeaks(), 0);
+  }
 }
 
 TEST(FaultInjectionElsewhere, Interfaces) {

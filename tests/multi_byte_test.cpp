@@ -3,9 +3,11 @@
 #include <gtest/gtest.h>
 
 #include <fstream>
+#include <set>
 #include <sstream>
 #include <string>
 
+#include "encoding/codecs/mapping_files.h"
 #include "tests/stream_support.h"
 
 using namespace std::string_literals;
@@ -94,6 +96,32 @@ TEST(MultiByte, TreatsWhatIsMalformed) {
 }
 
 // A mark that follows, or does not, decides on the code of the letter before it.
+// A code that is written for several characters is read as one of them.
+TEST(MultiByte, FindsTheCharacterOfEveryCode) {
+  class Check final : public MappingVisitor {
+   public:
+    void visit(const Mapping& mapping) override {
+      if (!m_seen.insert(mapping.index).second) return;
+      const CodeTable* const table = CodeTable::open(mapping);
+      ASSERT_NE(table, nullptr);
+      for (char32_t scalar = 1; scalar < 0x30000; ++scalar) {
+        const std::uint32_t code = table->codeOf(scalar);
+        if (code == 0) continue;
+        const CodeTable::Entry entry = table->find(code);
+        const auto read = static_cast<char32_t>(entry & ~CodeTable::kKind);
+        const bool isOwn = (entry & CodeTable::kKind) == CodeTable::kScalar &&
+                           (read == scalar || table->codeOf(read) == code);
+        EXPECT_TRUE(isOwn) << mapping.index << " U+" << std::hex << std::uint32_t{scalar} << " "
+                           << code << " " << entry;
+      }
+    }
+
+   private:
+    std::set<int> m_seen;
+  } check;
+  for (const EncodingRow& row : encodingRows()) visitMappings(row, check);
+}
+
 TEST(MultiByte, WritesSequencesWhereverTheTextIsCut) {
   const struct {
     int number;

@@ -87,6 +87,17 @@ TEST(DecodeTest, MissingTableIsAnErrorEvenInAQuietLog) {
   EXPECT_TRUE(converter.convertToUnicodeHC(1252, nullptr, 5, out, log));
 }
 
+TEST(EncodeTest, NothingToEncodeIsNoError) {
+  const std::unique_ptr<HashConvert> map(HashConvert::createNewObject(1));
+  EncodingConvert converter;
+  LogBase log;
+  DataBuffer out;
+  EXPECT_TRUE(converter.convertFromUnicodeHC(1252, nullptr, 4, out, log));
+  EXPECT_TRUE(converter.convertFromUnicodeHC2(map.get(), nullptr, 4, out, log));
+  EXPECT_TRUE(converter.convertFromUnicodeHC2(map.get(), bytesOf("a"), 0, out, log));
+  EXPECT_FALSE(converter.convertFromUnicodeHC2(nullptr, nullptr, 0, out, log));
+}
+
 TEST(EncodeTest, LooksUpFoldsAndDecomposes) {
   struct {
     int to;

@@ -59,6 +59,7 @@ TEST(PythonEncodings, AreReadAsPythonDoes) {
       {"iso2022_jp", "a\x1B&@\x1B$B$\"", "aあ"},
       {"iso2022_jp_2", "\x1B.A\x1BNi\x1B.F\x1BNa\n\x1BNa", "éα\nα"},
       {"iso2022_jp_2", "a\x1BNb", "ab"},
+      {"iso2022_jp_2", "a\x1BN\x80z", "a?z"},
       {"iso2022_jp_ext", "\x1B(I1\x1B(Ba", "ｱa"},
       {"iso2022_jp_2004", "\x1B$(Q+D", "\u00E6\u0300"},
       {"euc_kr", "\xA4\xD4\xA4\xA1\xA4\xBF\xA4\xA2\xA4\xD4\xA4\xB6\xA4\xD0\xA4\xD4", "갂쓔"},

@@ -213,3 +213,38 @@ TEST(StreamPlaces, AreWhereAnotherStreamGoesOn) {
   EXPECT_GT(taken, 2000);
   EXPECT_GT(refused, 20000);
 }
+
+TEST(StreamPlaces, AreOfStatesThatTextsLeadTo) {
+  constexpr int kMarc8 = 200866, kWebIso2022Jp = 200933;
+  const auto marc8 = [](unsigned char first, unsigned char second) {
+    return CodecState{.bits = std::uint32_t(first ^ 'B') | std::uint32_t(second ^ 'E') << 8};
+  };
+  const struct {
+    int from, to;
+    CodecState state;
+    bool isTaken;
+  } cases[] = {
+      {kMarc8, 1200, marc8('S', 'Q'), true},  // of the sets in both halves
+      {kMarc8, 1200, marc8('g', 'E'), true},
+      {kMarc8, 1200, marc8('?', '?'), true},
+      {kMarc8, 1200, marc8('B', 'g'), false},
+      {kMarc8, 1200, marc8('X', 'E'), false},
+      {1200, kMarc8, marc8('p', 'E'), true},
+      {1200, kMarc8, marc8('?', 'E'), false},
+      {1200, kMarc8, marc8('B', 'N'), false},
+      {kWebIso2022Jp, 1200, {.set = 2, .shiftedOut = true}, true},
+      {kWebIso2022Jp, 1200, {.set = 4}, false},
+      {1200, kWebIso2022Jp, {.set = 3}, true},
+      {1200, kWebIso2022Jp, {.set = 2}, false},
+      {1200, kWebIso2022Jp, {.set = 1, .shiftedOut = true}, false},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(std::to_string(&c - cases));
+    StreamConverter converter;
+    StreamPlace place;
+    place.hasBegun = true;
+    place.state = c.state;
+    EXPECT_EQ(converter.begin(settingsFor(c.from, c.to, "drop"), place),
+              c.isTaken ? StreamStatus::kGood : StreamStatus::kMisuse);
+  }
+}

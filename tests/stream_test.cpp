@@ -179,6 +179,7 @@ TEST(Stream, WritesTreatmentsAsTextOfTheTarget) {
              {50220, kUtf8, "\x1B$BF|\x1B$(D\"/\x1B(B.", "\xE6\x97\xA5<0x222F>."},
              {kUtf8, kCodePageHz, "\xE6\x97\xA5" + emoji, "~{HU~}&#x1F600;"},
              {kUtf8, 55000, "~\xC3\xB1" + emoji, "\x1B\x3D\x7D&#x1F600;"},
+             {kUtf8, 55000, "\xED\xA0\xBD\xED\xB8\x80", "&#x1F600;"},
              {kLe, kUtf8, "\x3D\xD8\x61\0\x00\xDE"s, "<0x3DD8>a<0x00DE>"},
              {932, 932, "\x93\xFA\xFF\x85\x40", "\x93\xFA\xFF<0x85>@"},
              {kUtf7, kUtf8, "a+IK-b", "a<0x494B>b"},
@@ -193,6 +194,8 @@ TEST(Stream, WritesTreatmentsAsTextOfTheTarget) {
             "substitute");
   expectAll({{kUtf8, 1252, "\xFF", "<\x80>"}, {kUtf8, kLe, "\xFF", "<\0\xAC\x20>\0"s}},
             "substitute=<\xE2\x82\xAC>");
+  expectAll({{kUtf8, kLe, "\xFF", "\xFF\xFF\0\xD8\0\xDC"s}},
+            "substitute=\xEF\xBF\xBF\xF0\x90\x80\x80");
   expectAll({{kUtf8, 50220, "\xE6\x97\xA5\xFF", "\x1B$BF|\x1B(B\x01\xFF"},
              {kUtf8, kUtf7, "\xE2\x82\xAC\xFF\x61", "+IKw-\x01\xFF\x61"}},
             "substitute=0x01fF");

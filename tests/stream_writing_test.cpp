@@ -6,6 +6,8 @@
 #include <vector>
 
 #include "encoding/approximations.h"
+#include "encoding/composer.h"
+#include "encoding/composition_pairs.h"
 #include "tests/stream_support.h"
 
 using namespace std::string_literals;
@@ -208,6 +210,13 @@ TEST(StreamWriting, ComposesWhatItsTargetLacksTakenApart) {
   EXPECT_EQ(stopped.errors[0].offset, 8u);
   EXPECT_EQ(stopped.errors[0].line, 2u);
   EXPECT_EQ(stopped.text, "\xE9\n \xE9");
+}
+
+TEST(StreamWriting, LooksAtEveryMarkThatComposes) {
+  for (const fast::CompositionPair& pair : fast::kCompositionPairs) {
+    EXPECT_EQ(fast::compose(pair.first, pair.second), pair.composed);
+    EXPECT_TRUE(fast::mayCompose(pair.second)) << pair.second;
+  }
 }
 
 // A long text, of which blocks and pieces end anywhere.

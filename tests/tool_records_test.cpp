@@ -103,6 +103,10 @@ TEST_F(ToolRecordsTest, TextsGoBetweenLinesAndRecords) {
       {"-f 1047 -t 37 --to-records rdw --ebcdic-newline lf", "\xC1\x15\xC2",
        "\0\5\0\0\xC1\0\5\0\0\xC2"s},
       {"-f utf-16 -t utf-16be --to-records fixed:4", "\xFE\xFF\0A\0\n\0B\0\n"s, "\0A\0 \0B\0 "s},
+      {"-f utf-16le -t utf-8 --records fixed:4 --bom=keep", "\xFF\xFE\x61\0b\0c\0"s,
+       "\xEF\xBB\xBF\x61\nbc\n"},
+      {"-f utf-16le -t utf-8 --records fixed:4 --bom=keep", "a\0b\0c\0"s, "ab\nc\n"},
+      {"-f utf-16le -t utf-8 --records fixed:4 --bom", "a\0b\0c\0"s, "\xEF\xBB\xBF\x61\x62\nc\n"},
       // Each record begins and ends in ASCII, and the designation of the whole text stands once.
       {"-f utf-8 -t iso-2022-jp --to-records fixed:9", "あ\nい\n",
        "\x1B$B$\"\x1B(B \x1B$B$$\x1B(B "},

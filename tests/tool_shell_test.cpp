@@ -1,4 +1,13 @@
 // The tool in a shell: with the locale of the environment, in pipes, with little memory.
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <cstdlib>
+#include <regex>
+#include <thread>
+
+#include "apps/encconv/console.h"
 #include "tests/tool_support.h"
 
 namespace {
@@ -143,6 +152,58 @@ TEST_F(ToolTest, CompletesNamesOfEncodings) {
   EXPECT_EQ(complete("--to = 125", 3), "1250 1251 1252 1253 1254 1255 1256 1257 1258\n");
   EXPECT_EQ(complete("-t uj", 2), "ujis\n");
   EXPECT_EQ(complete("-t csShift", 2), "csShiftJIS\n");
+}
+
+// What a terminal gets that is standard error for as long as the function runs.
+template <typename Function>
+std::string onTerminal(const Function& function) {
+  const int terminal = posix_openpt(O_RDWR | O_NOCTTY);
+  EXPECT_TRUE(grantpt(terminal) == 0 && unlockpt(terminal) == 0);
+  const int shown = open(ptsname(terminal), O_RDWR | O_NOCTTY);  // NOLINT(concurrency-mt-unsafe)
+  const int before = dup(STDERR_FILENO);
+  dup2(shown, STDERR_FILENO);
+  function();
+  (void)!write(STDERR_FILENO, "end", 3);
+  dup2(before, STDERR_FILENO);
+  std::string text;
+  while (!text.ends_with("end")) {
+    char some[256];
+    const ssize_t count = read(terminal, some, sizeof some);
+    if (count <= 0) break;
+    text.append(some, static_cast<std::size_t>(count));
+  }
+  for (const int file : {terminal, shown, before}) close(file);
+  return text;
+}
+
+TEST(Console, DrawsProgressOnATerminal) {
+  for (const bool isSizeKnown : {true, false}) {
+    const std::string text = onTerminal([=] {
+      tool::Console console(true);
+      console.expectInput(1000);
+      console.expectInput(isSizeKnown ? 1048 : -1);
+      console.advance(99);  // too early
+      std::this_thread::sleep_for(std::chrono::milliseconds(1050));
+      console.advance(1);
+      console.advance(1);  // too early again
+      console.report("a\x1B");
+      std::this_thread::sleep_for(std::chrono::milliseconds(250));
+      console.advance(923);
+    });
+    const std::string size = isSizeKnown ? " of 2.0 KiB" : "",
+                      left = isSizeKnown ? ", \\d+ s left" : "";
+    const std::string rate = ", \\d+ bytes/s", blank = " {20,}\r";
+    EXPECT_TRUE(std::regex_match(text, std::regex("100 bytes" + size + rate + left + " *\r" +
+                                                  blank + "encconv: a\\\\x1B\r\n" + "1.0 KiB" +
+                                                  size + rate + left + " *\r" + blank + "end")))
+        << text;
+  }
+  EXPECT_EQ(onTerminal([] {
+              tool::Console console(false);
+              std::this_thread::sleep_for(std::chrono::milliseconds(1050));
+              console.advance(1);
+            }),
+            "end");
 }
 
 }  // namespace

@@ -33,6 +33,7 @@ TEST_F(ToolTest, RefusesInOneLineAndWritesNothing) {
       {"-f nonsense -t utf-8 latin -o result", "'nonsense'"},
       {"-f utf-8 -t 12345 latin -o result", "'12345'"},
       {"-f uft-8 -t utf-8 latin -o result", "'uft-8'; did you mean UTF-8?"},
+      {"-f ascij -t utf-8 latin -o result", "'ascij'; did you mean ASCII?"},
       {"-f utf-8 -t windws-1251 latin -o result",
        "did you mean windows-1251, windows-1250 or windows-1252?"},
       {"-f utf-8 -t latin1//FAST latin -o result", "'//FAST' is neither //IGNORE nor //TRANSLIT"},

@@ -1,4 +1,5 @@
 // The tool and what stands around the text: byte order marks and line ends.
+#include "apps/encconv/console.h"
 #include "tests/tool_support.h"
 
 namespace {
@@ -65,6 +66,19 @@ TEST_F(ToolTest, MakesLineEndsTheSame) {
       {"-f utf-8 -t 1252 --newline crlf --on-error hex -q", "\n\u4E00\n", "\r\n&#x4E00;\r\n"},
   };
   for (const auto& c : cases) EXPECT_EQ(run(c.arguments, c.input).out, c.output) << c.arguments;
+}
+
+TEST(Console, ShowsSizesAndTimes) {
+  const std::pair<std::uint64_t, const char*> sizes[] = {
+      {0, "0 bytes"},        {1, "1 byte"},        {1023, "1023 bytes"},
+      {1024, "1.0 KiB"},     {102348, "99.9 KiB"}, {102349, "100 KiB"},
+      {1048524, "1024 KiB"}, {1048525, "1.0 MiB"}, {~std::uint64_t{0}, "16.0 EiB"}};
+  for (const auto& [bytes, text] : sizes) EXPECT_EQ(tool::formatBytes(bytes), text) << bytes;
+  const std::pair<double, const char*> times[] = {
+      {0.0, "0.00 ms"},      {0.0099, "9.90 ms"},  {0.01, "10 ms"},
+      {1, "1.00 s"},         {59.99, "59.99 s"},   {60, "1 min 00 s"},
+      {3599, "59 min 59 s"}, {3600, "1 h 00 min"}, {90061, "25 h 01 min"}};
+  for (const auto& [seconds, text] : times) EXPECT_EQ(tool::formatDuration(seconds), text);
 }
 
 TEST_F(ToolTest, TellsWhatItDid) {

@@ -271,6 +271,20 @@ const Direction kDirections[] = {
     {kScsu.write, -1, 3, kUnits},
 };
 
+// What nothing that follows can change must not wait for it.
+TEST(UnicodeForms, TakeWholeCharactersAtOnce) {
+  for (const int number : {9400, 200800, 200801}) {
+    for (const std::u16string_view text : {u"a", u"é", u"日", u"\xE000", u"😀"}) {
+      const std::string units = utf16(text);
+      const Result written = inPieces(codecOf(number).write, units, {}, false);
+      EXPECT_EQ(written.used, units.size()) << number;
+      const Result read = inPieces(codecOf(number).read, written.text, {}, false);
+      EXPECT_EQ(read.used, written.text.size()) << number;
+      EXPECT_EQ(hex(read.text), hex(units)) << number;
+    }
+  }
+}
+
 TEST(UnicodeForms, StandAnyBytesHoweverTheyAreCut) { checkAnyBytes(kDirections, 800); }
 
 }  // namespace

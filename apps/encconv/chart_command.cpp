@@ -6,8 +6,8 @@
 namespace tool {
 
 int runChart(const Options& options, Console& console) {
-  Chart chart;
-  if (!buildChart(options.fromCodePage, chart)) {
+  const std::optional<Chart> chart = buildChart(options.fromCodePage);
+  if (!chart) {
     console.report(
         "--chart: " + describeCodePage(options.fromCodePage) +
         " has no chart; encodings have one whose codes mean the same wherever they stand");
@@ -16,7 +16,7 @@ int runChart(const Options& options, Console& console) {
   OutputFile output;
   const bool isPage = !options.chartHtml.empty();
   if (!output.open(options.chartHtml) ||
-      !output.writeText(isPage ? chartAsHtml(chart) : chartAsText(chart)) || !output.commit()) {
+      !output.writeText(isPage ? chartAsHtml(*chart) : chartAsText(*chart)) || !output.commit()) {
     console.report(output.error());
     return kUsage;
   }

@@ -172,17 +172,17 @@ struct InvisibleName {
 
 }  // namespace
 
-bool buildChart(int codePage, Chart& chart) {
+std::optional<Chart> buildChart(int codePage) {
   const CharsetNames* names = findCodePage(codePage);
-  if (names == nullptr || names->kind == CharsetKind::kUnicode) return false;
+  if (names == nullptr || names->kind == CharsetKind::kUnicode) return std::nullopt;
   Asker asker(codePage);
-  chart = {};
+  Chart chart;
   chart.codePage = codePage;
   ChartGrid singles;
   std::vector<std::string> leads;
   const bool hasSingles = fillGrid(asker, singles, leads);
   chart.hasShifts = names->kind == CharsetKind::kStateful && hasShifts(Asker(codePage), singles);
-  if (names->kind == CharsetKind::kStateful && !chart.hasShifts) return false;
+  if (names->kind == CharsetKind::kStateful && !chart.hasShifts) return std::nullopt;
   if (hasSingles) chart.grids.push_back(std::move(singles));
   if (chart.hasShifts) {
     asker.shift();
@@ -190,10 +190,10 @@ bool buildChart(int codePage, Chart& chart) {
     for (std::size_t lead = 0x40; lead < 0xFF; ++lead) leads.push_back(codeBehind({}, lead));
   }
   fillLonger(asker, chart, std::move(leads));
-  if (chart.grids.empty()) return false;
+  if (chart.grids.empty()) return std::nullopt;
   dropEscapedDefaults(chart);
   findWriteOnly(asker, chart);
-  return true;
+  return chart;
 }
 
 const char* invisibleName(char32_t c) {

@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -35,9 +36,9 @@ struct Chart {
 };
 
 // Asks the engine about every code, and every character of the Basic Multilingual Plane and the
-// second plane. False when the encoding has no chart: it is a form of Unicode, cannot be read, or
+// second plane. None when the encoding has no chart: it is a form of Unicode, cannot be read, or
 // what its codes mean depends on escape sequences before them.
-bool buildChart(int codePage, Chart& chart);
+std::optional<Chart> buildChart(int codePage);
 
 constexpr bool isPrivateUse(char32_t c) { return c >= 0xE000 && c <= 0xF8FF; }
 

@@ -153,9 +153,8 @@ class CutFinder::Filter final : public CutWindow::Filter {
          {std::string_view("\n\0", 2), std::string_view("\x85\0", 2)}) {
       StreamSettings settings;
       settings.from = kUtf16;
-      settings.to = m_row->isWritten                      ? m_row->number
-                    : m_row->form == EncodingForm::kUtf16 ? (m_row->bigEndian ? 1201 : kUtf16)
-                                                          : 65001;
+      // What is only read is UTF-16, or has no places for cuts.
+      settings.to = m_row->isWritten ? m_row->number : m_row->bigEndian ? 1201 : kUtf16;
       settings.dropMark = true;
       DataBuffer bytes;
       StreamConverter writer;

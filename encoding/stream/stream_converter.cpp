@@ -75,7 +75,7 @@ StreamStatus StreamConverter::Core::begin(const StreamSettings& settings) {
   if (m_settings.from == 0) m_settings.from = m_settings.to;
   m_isPdf = m_hasBegun = m_isEnd = false;
   m_waiting.clear();
-  m_offset = m_sourceBytes = m_errorCount = m_approximationCount = 0;
+  m_offset = m_errorCount = m_approximationCount = 0;
   m_firstError = m_firstApproximation = {};
   m_lines = 1;
   m_status = open(m_settings.from);
@@ -224,7 +224,6 @@ StreamStatus StreamConverter::Core::push(const unsigned char* data, std::size_t 
                                          Output& out) {
   if (convertShort(data, length, out)) return m_status;
   m_out = &out;
-  m_sourceBytes += length;
   if (!m_hasBegun) {
     // Seven bytes are enough to tell how a stream begins, and one is nearly always.
     const std::size_t waiting = m_waiting.getSize();
@@ -393,7 +392,3 @@ const StreamError& StreamConverter::firstApproximation() const {
 }
 
 std::uint64_t StreamConverter::line() const { return m_core == nullptr ? 1 : m_core->line(); }
-
-std::uint64_t StreamConverter::sourceBytes() const {
-  return m_core == nullptr ? 0 : m_core->sourceBytes();
-}

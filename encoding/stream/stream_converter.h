@@ -175,7 +175,6 @@ class StreamConverter {
       const;  // the one that stands first; meaningless while there is none
   std::uint64_t approximationCount() const;       // characters that others were written for so far
   const StreamError& firstApproximation() const;  // as firstError()
-  std::uint64_t sourceBytes() const;              // pushed so far
   // The line of the text behind what is done, counted from 1; not told once the stream has ended.
   std::uint64_t line() const;
 

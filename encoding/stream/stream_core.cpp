@@ -58,7 +58,6 @@ bool StreamConverter::Core::convertShort(const unsigned char* data, std::size_t 
   }
   m_hasBegun = true;
   m_offset += length;
-  m_sourceBytes += length;
   m_lines += countLineEnds(data, data + length);
   return true;
 }
@@ -359,20 +358,11 @@ bool StreamConverter::Core::dropRun() {
   return unit != begin;
 }
 
+// No code page that a target's codec takes has one.
 bool StreamConverter::Core::writeSpecialUnit(const unsigned char* unit) {
-  if (!fast::mayBeSpecialUnit(unitAt(unit, false))) return false;
-  DataBuffer bytes;
-  {
-    DataBufferOutput out(bytes);
-    if (!fast::writeSpecialUnit(*m_plan, unit, m_target ? out : *m_out)) return false;
-  }
-  if (m_target) {
-    const Piece piece{StreamErrorKind::kNoPlace, m_pump.sourceOf(unit),
-                      m_pump.sourceLength(unit, 2), static_cast<std::int32_t>(unitAt(unit, false))};
-    writeCharacter(bytes.getData2(), bytes.getSize(), piece);
-  }
+  if (m_target || !fast::mayBeSpecialUnit(unitAt(unit, false))) return false;
+  if (!fast::writeSpecialUnit(*m_plan, unit, *m_out)) return false;
   m_pump.skipUnits(2);
-  m_segmentUnit = m_pump.unit();
   return true;
 }
 

@@ -43,7 +43,6 @@ class StreamConverter::Core final : private CodecTarget::Client {
   const StreamError& firstError() const { return m_firstError; }
   std::uint64_t approximationCount() const { return m_approximationCount; }
   const StreamError& firstApproximation() const { return m_firstApproximation; }
-  std::uint64_t sourceBytes() const { return m_sourceBytes; }
   std::uint64_t line() const { return m_lines; }
 
  private:
@@ -128,7 +127,6 @@ class StreamConverter::Core final : private CodecTarget::Client {
   Treatment m_treatment;
   DataBuffer m_waiting;        // of the source: what could not be converted yet
   std::uint64_t m_offset = 0;  // where that begins in the stream
-  std::uint64_t m_sourceBytes = 0;
 
   // The data at hand, the text made of it, and where they stand.
   const unsigned char* m_data = nullptr;

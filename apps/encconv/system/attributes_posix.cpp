@@ -56,11 +56,9 @@ bool readAttribute(const std::string& path, const char* name, std::vector<char>&
 }
 
 bool hasAttribute(int fd, const char* name, const std::vector<char>& value) {
-  std::vector<char> present(value.size() + 1);
+  std::vector<char> present(value.size());
   const ssize_t got = fgetxattr(fd, name, present.data(), present.size());
-  if (got < 0 || static_cast<std::size_t>(got) != value.size()) return false;
-  present.resize(value.size());
-  return present == value;
+  return got >= 0 && static_cast<std::size_t>(got) == value.size() && present == value;
 }
 
 std::string describeAttribute(std::string_view name) {
