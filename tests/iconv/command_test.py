@@ -191,7 +191,9 @@ def main():
         expect((status, out) == (0, b"a\xe9b\n"), "standard input cannot be named twice")
         status, out, _, _ = run(ours, ["text", "-f", "utf-8"], folder, POSIXLY_CORRECT="1")
         expect(status == 1 and out == b"a", "an option behind a file is one, as POSIX has it not")
-        names = run(ours, ["-l"], folder)[1].decode().split()
+        status, out, messages, _ = run(ours, ["-l"], folder)
+        expect((status, messages) == (0, b""), "-l does not succeed")
+        names = out.decode().split()
         expect({"UTF-8//", "CP1252//", "SHIFT_JIS//", "IBM1047//"} <= set(names), "-l lacks names")
         theirs_only = set(run(theirs, ["-l"], folder)[1].decode().split()) - set(names)
         expect(all(run(ours, ["-f", n.rstrip("/")], folder)[0] != 0 for n in theirs_only),
