@@ -1,9 +1,9 @@
 // Texts and bytes from one encoding to another, whole and piece by piece.
 import {
   asciiText, core, decodeShort, encodeShort, kPieceSize, kShortBytes, memoryView, outputBytes, outputUnits, putBytes,
-  putUnits, shrink, stringOfUtf16, utf16OfString, viewOf, withTexts, type Pointer,
+  putUnits, readsAscii, shrink, stringOfUtf16, utf16OfString, viewOf, withTexts, type Pointer,
 } from "./core.js";
-import { readsAscii, readyNumber } from "./encodings.js";
+import { findNumber, readyNumber } from "./encodings.js";
 import type {
   Bytes, ConvertOptions, DecodeReport, EncodeReport, EncodingName, Problem, ReportOptions,
   StreamOptions,
@@ -162,7 +162,7 @@ function takeOutput(flags: number): Side {
 
 // The text of bytes that are ASCII, where the encoding has that; undefined for any others.
 function asciiOf(piece: Side, { from, flags }: Request): string | undefined {
-  if (flags !== kToText || typeof piece === "string" || !readsAscii(from)) return undefined;
+  if (flags !== kToText || typeof piece === "string" || !readsAscii(findNumber(from))) return undefined;
   const place = putBytes(piece);
   return core().isAscii(place, piece.length) !== 0 ? asciiText(place, piece.length) : undefined;
 }

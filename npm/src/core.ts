@@ -215,6 +215,17 @@ const kFewUnits = 24, kFewBytes = 24;
 let shortInput: Pointer = 0;
 let shortOutput: Pointer = 0;
 
+const asciiReaders = new Map<number, boolean>();
+/** Whether an encoding that is ready reads ASCII as itself, and keeps no state. */
+export function readsAscii(encoding: number): boolean {
+  let reads = asciiReaders.get(encoding);
+  if (reads === undefined) {
+    reads = core().readsAscii(encoding) !== 0;
+    asciiReaders.set(encoding, reads);
+  }
+  return reads;
+}
+
 /** The text of a short one that is clean; undefined, with nothing done, where it takes more. */
 export function decodeShort(bytes: Uint8Array, from: number, utf16: number): string | undefined {
   const size = bytes.length;
@@ -223,6 +234,10 @@ export function decodeShort(bytes: Uint8Array, from: number, utf16: number): str
     memory.set(bytes, shortInput);
   } else {
     for (let i = 0; i < size; ++i) memory[shortInput + i] = bytes[i]!;
+  }
+  const isEasy = size > kFewBytes && bytes[0]! < 0x80 && bytes[size - 1]! < 0x80;
+  if (isEasy && core().isAscii(shortInput, size) !== 0 && readsAscii(from)) {
+    return platform.readAscii(memoryView(), shortInput, size);
   }
   const written = core().convertShort(from, utf16, size);
   if (written < 0) return undefined;

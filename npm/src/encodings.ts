@@ -30,7 +30,7 @@ export function encodings(): Encoding[] {
 const kMaxNames = 4096;
 const numbers = new Map<EncodingName, number>();
 /** The number of an encoding, or 0. */
-function findNumber(name: EncodingName): number {
+export function findNumber(name: EncodingName): number {
   const known = numbers.get(name);
   if (known !== undefined) return known;
   const number = withTexts([String(name)], core().findEncoding);
@@ -91,18 +91,6 @@ export function readyNumber(name: EncodingName): number {
   if (late.length !== 0) throw new TablesMissingError(findEncoding(name)?.name ?? String(name), late);
   ready.add(number);
   return number;
-}
-
-const asciiReaders = new Map<EncodingName, boolean>();
-/** Whether an encoding that is ready reads ASCII as itself, and keeps no state. */
-export function readsAscii(name: EncodingName): boolean {
-  let reads = asciiReaders.get(name);
-  if (reads === undefined) {
-    reads = core().readsAscii(findNumber(name)) !== 0;
-    if (asciiReaders.size >= kMaxNames) asciiReaders.clear();
-    asciiReaders.set(name, reads);
-  }
-  return reads;
 }
 
 /** Sees to it that the tables of these encodings are there. */
