@@ -61,12 +61,12 @@ constexpr std::size_t kAlignment = __STDCPP_DEFAULT_NEW_ALIGNMENT__;
 
 // Blocks without anything between them, as some allocators have them, each in front of the one
 // before; used once.
-alignas(kAlignment) unsigned char g_row[1u << 18];
+alignas(64) unsigned char g_row[1u << 18];
 std::size_t g_rowLeft = 0;
 
 void* allocate(std::size_t size, std::size_t alignment) {
-  if (g_rowLeft > size + kAlignment) {
-    return g_row + (g_rowLeft = (g_rowLeft - size) / kAlignment * kAlignment);
+  if (g_rowLeft > size + alignment) {
+    return g_row + (g_rowLeft = (g_rowLeft - size) / alignment * alignment);
   }
   if (failsNow(size)) return nullptr;
   // malloc aligns for everything usual.
