@@ -4,6 +4,7 @@ from __future__ import annotations
 
 import uuid
 from collections.abc import Iterator
+from contextlib import suppress
 from dataclasses import dataclass
 
 import pyarrow
@@ -17,6 +18,8 @@ from ._files import file_system
 from ._options import Settings, opening_of
 
 _UTF8 = 65001
+_MARK = "_job"  # in the folder of a job, as long as it goes on
+_ATTEMPTS = 5
 
 
 @dataclass
@@ -96,6 +99,8 @@ class EncconvWriter(DataSourceArrowWriter):
 
     Tasks write into a folder of the job, which readers do not look into; when all have ended, the
     files get their names, and ``_SUCCESS`` appears. What failed tasks left goes with the folder.
+    A task may still run when its job has ended, as a second attempt or where another has failed: a
+    mark in the folder, which goes first, tells it, so that it leaves nothing.
     """
 
     def __init__(self, settings: Settings, schema: StructType, overwrite: bool):
@@ -112,6 +117,9 @@ class EncconvWriter(DataSourceArrowWriter):
             )
         if not settings.fields and schema[0].dataType != StringType():
             raise ValueError("encconv: the column value must be a string")
+        system, _, folder = self._places()
+        system.makedirs(folder, exist_ok=True)
+        system.pipe_file(f"{folder}/{_MARK}", b"")
 
     def _places(self):
         system, root = file_system(self._settings.paths[0])
@@ -123,7 +131,7 @@ class EncconvWriter(DataSourceArrowWriter):
         number = task.partitionId() if task is not None else 0
         # A second attempt of the task writes a file of its own.
         name = f"part-{number:05d}-{self._job[:8]}-{uuid.uuid4().hex[:8]}{self._settings.file_name}"
-        system.makedirs(folder, exist_ok=True)
+        _require_job(system, folder)
         rows = 0
         try:
             with system.open(f"{folder}/{name}", "wb") as file:
@@ -133,8 +141,9 @@ class EncconvWriter(DataSourceArrowWriter):
                     file.write(made.write(columns))
                     rows += batch.num_rows
                 file.write(made.finish())
+            _require_job(system, folder)
         except BaseException:
-            if system.exists(f"{folder}/{name}"):
+            with suppress(OSError):  # where the folder has gone, or goes in the meantime
                 system.rm(f"{folder}/{name}")
             raise
         return Written(name, rows)
@@ -148,17 +157,37 @@ class EncconvWriter(DataSourceArrowWriter):
                 system.mv(f"{folder}/{message.name}", f"{root}/{message.name}")
         for old in before:
             system.rm(old)
-        self._remove(system, folder)
+        _remove(system, folder)
         system.pipe_file(f"{root}/_SUCCESS", b"")
 
     def abort(self, messages: list[WriterCommitMessage | None]) -> None:
         system, _, folder = self._places()
-        self._remove(system, folder)
+        _remove(system, folder)
 
-    @staticmethod
-    def _remove(system, folder: str) -> None:
-        if system.exists(folder):
+
+def _require_job(system, folder: str) -> None:
+    system.invalidate_cache()
+    if system.exists(f"{folder}/{_MARK}"):
+        return
+    # Some file systems make the folder of a file anew.
+    if system.exists(folder):
+        _remove(system, folder)
+    raise RuntimeError("encconv: the job of this task has ended")
+
+
+def _remove(system, folder: str) -> None:
+    """Removes the folder of a job, its mark first, while tasks may still make files in it."""
+    if system.exists(f"{folder}/{_MARK}"):
+        system.rm(f"{folder}/{_MARK}")
+    for attempt in range(_ATTEMPTS):
+        system.invalidate_cache()
+        if not system.exists(folder):
+            return
+        try:
             system.rm(folder, recursive=True)
+        except OSError:
+            if attempt == _ATTEMPTS - 1:
+                raise
 
 
 def _files_of(system, root: str) -> list[str]:

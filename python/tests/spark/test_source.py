@@ -223,7 +223,10 @@ def test_what_is_written_is_read(tmp_path, options, encoding):
     ]
     failed = writer.write(iter(batches[:2]))
     writer.abort([failed, None])
+    with pytest.raises(RuntimeError, match="the job of this task has ended"):
+        writer.write(iter(batches))
     assert list(folder.iterdir()) == []
+    writer = source(folder, **writing).writer(StructType().add("value", "string"), False)
     messages = [writer.write(iter(batches)), writer.write(iter([]))]
     writer.commit(messages)
     assert sorted(p.name[:5] for p in folder.iterdir()) == ["_SUCC", "part-"]
@@ -257,7 +260,15 @@ def test_a_task_that_fails_leaves_nothing(tmp_path, records_):
     batch = pyarrow.RecordBatch.from_pydict({"value": ["fine", "語"]})
     with pytest.raises(ValueError, match="row 2 of the task: .*U\\+8A9E"):
         writer.write(iter([batch]))
-    assert [p for p in (tmp_path / "out").rglob("*") if p.is_file()] == []
+    assert [p.name for p in (tmp_path / "out").rglob("*") if p.is_file()] == ["_job"]
+
+    def ending():
+        yield pyarrow.RecordBatch.from_pydict({"value": ["fine"]})
+        writer.abort([])
+
+    with pytest.raises(RuntimeError, match="the job of this task has ended"):
+        writer.write(ending())
+    assert list((tmp_path / "out").iterdir()) == []
 
 
 def test_stream_reads_each_file_once(tmp_path):
