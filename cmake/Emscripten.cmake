@@ -4,7 +4,7 @@ include_directories(BEFORE SYSTEM ${CMAKE_CURRENT_LIST_DIR}/emscripten/include)
 
 option(ENCCONV_WASM_SIMD "Use the SIMD of WebAssembly" ON)
 if(ENCCONV_WASM_SIMD)
-  add_compile_options(-msimd128)
+  add_compile_options(-msimd128 -mbulk-memory -msign-ext -mnontrapping-fptoint)
 endif()
 
 # There are no shared libraries here, and code that could be moved is slower.
