@@ -44,10 +44,13 @@ const Case kCases[] = {
      {}},
     // What would be read together is kept apart, but for a nukta at its consonant.
     {kDevanagari.write,
-     utf16(u"\u0915\u093C\u0958\u0964\u0964\u0965\u094D\u094D\u093C\u0907\u093C\u094D\u200D\u0952"),
+     utf16(u"\u0915\u093C\u0958\u0964\u0964\u0965\u094D\u094D\u093C\u0907\u093C\u094D\u200D\u0952"
+           u"\u0907"
+           u"a\u093C"),
      "\xB3\xE9\xB3\xE9\xEA\xEF\x42\xEA\xEF\x42\xEA\xEA\xE8\xEF\x42\xE8\xEF\x42\xE9\xA6\xEF\x42\xE9"
      "\xE8\xE9"
-     "\xF0\xB8",
+     "\xF0\xB8\xA6"
+     "a\xE9",
      {}},
     {kGurmukhi.write,
      utf16(u"\u0A2A\u0A71\u0A15\u0A3E \u0A15\u0A4D\u0A15\u0A71"),

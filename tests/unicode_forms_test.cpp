@@ -129,6 +129,7 @@ const struct {
 } kPeers[] = {
     {"the standard's examples; uconv SCSU", kScsu, u"Öl fließt", "D6 6C 20 66 6C 69 65 DF 74"},
     {"the standard's examples; uconv SCSU", kScsu, u"Москва", "12 9C BE C1 BA B2 B0"},
+    {"uconv SCSU", kScsu, u"Ĉĝéáñĝ", "11 C8 DD A9 A1 B1 DD"},
     {"uconv SCSU", kScsu, kTour,
      "D8 6C 2C 20 AB C4 BB 21 20 12 9F C0 B8 B2 B5 C2 2C 20 BC B8 C0 20 05 13 20 1F FB CA C1 CB C7 "
      "CC BD D1 C1 3B 20 0F 65 E5 67 2C 8A 9E E5 AE 16 A6 8D 99 A8 08 01 0F 6F 22 5B 57 00 20 E8 FF "
