@@ -124,10 +124,9 @@ class Conversion {
   std::uint8_t m_steps = 0;               // characters to take before it is tried again
   std::uint8_t m_heldBytes = 0;
   std::uint8_t m_waitingBytes = 0;
-  std::uint8_t m_tooFew =
-      0;                    // bytes at the place to be read next that no character can be told from
-  bool m_hasBegun = false;  // the beginning of the source was looked at for a mark
-  bool m_hasMark = false;   // the mark of the target is written
+  std::uint8_t m_tooFew = 0;  // bytes to be read next that no character can be told from
+  bool m_hasBegun = false;    // the beginning of the source was looked at for a mark
+  bool m_hasMark = false;     // the mark of the target is written
   // What the writer cannot write before it sees more, as text of the code page behind it.
   static constexpr std::size_t kMostHeld = 32;
   unsigned char m_held[kMostHeld] = {};
