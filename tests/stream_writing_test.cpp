@@ -152,6 +152,8 @@ TEST(StreamWriting, Transliterates) {
       {kUtf8, 20127, "best-fit,translit", "«Ж", "<ZH",
        "0+2 line 1 U+00AB as <, 2+2 line 1 U+0416 as ZH"},
       {kUtf8, kUtf8, "translit", "é\xFF", "é", "", 1},
+      // One beyond the first plane, by a codec.
+      {kUtf8, 200706, "translit", "\uFA6C", "\x9B\xAD", "0+3 line 1 U+FA6C as 𤋮"},
       // Texts of many characters.
       {kUtf8, 932, "translit", "㌕", "\x83\x4C\x83\x8D\x83\x4F\x83\x89\x83\x80",
        "0+3 line 1 U+3315 as キログラム"},
