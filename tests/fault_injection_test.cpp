@@ -507,6 +507,19 @@ TEST(FaultInjectionElsewhere, BlocksSideBySideAreToldApart) {
   }
 }
 
+// Sizes have 32 bits.
+TEST(FaultInjectionElsewhere, BuffersGrowToFourGigabytesAndNoFurther) {
+  constexpr unsigned int kMuch = 3u << 30;
+  unsigned char lent = 0;
+  DataBuffer buffer;
+  buffer.lendStorage(&lent, kMuch);  // which nobody looks at
+  buffer.commitTail(kMuch);
+  g_largest = 0;
+  const Watch watch(1, true);
+  EXPECT_FALSE(buffer.ensureBuffer(1));
+  EXPECT_EQ(g_largest, 0xFFFFFFFFu);
+}
+
 // The tables that are not built on the way of a conversion.
 TEST(FaultInjectionElsewhere, LastBlockList) {
   EXPECT_EQ(countLeaks(), 0);

@@ -53,6 +53,8 @@ TEST(FrontEndTest, CopiesAndRefusals) {
       {"no such table", 20936, 65001, "41", "", false},
       {"table without codec", 28600, 65001, "41", "", false},
       {"no target table", 65001, 28601, "41", "", false},
+      {"no source of that number", 50223, 65001, "41", "", false},
+      {"no target of that number", 65001, 50223, "41", "", false},
       {"empty", 99, 1, "", ""},
   });
 }

@@ -57,6 +57,8 @@ TEST(PythonEncodings, AreReadAsPythonDoes) {
       {"iso2022_jp", "a\x1B[\x1B(Bb", "a\x1B[\x1B(Bb"},
       {"iso2022_jp", "a\x1B$def", "a?"},
       {"iso2022_jp", "a\x1B&@\x1B$B$\"", "aあ"},
+      {"iso2022_jp", "a\x1B$(((((((((((((Bz", "a?z"},
+      {"iso2022_jp", "a\x1B$((((((((((((((Bz", "a?$((((((((((((((Bz"},
       {"iso2022_jp_2", "\x1B.A\x1BNi\x1B.F\x1BNa\n\x1BNa", "éα\nα"},
       {"iso2022_jp_2", "a\x1BNb", "ab"},
       {"iso2022_jp_2", "a\x1BN\x80z", "a?z"},

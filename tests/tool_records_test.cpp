@@ -122,6 +122,7 @@ TEST_F(ToolRecordsTest, TextsGoBetweenLinesAndRecords) {
       {"-f 930 -t utf-8 --records rdw --on-error drop --quiet",
        "\0\x08\0\0\xC1\x0E\x44\x81\0\5\0\0\xC1"s, "Aあ\nA\n"},
       {"-f utf-8 -t 932 --to-records fixed:4 --on-error drop --quiet", "aああ\n", "a\x82\xA0 "},
+      {"-f utf-8 -t utf-8 --records fixed:3 --on-error alternate=1250 --quiet", "a\xE6z", "aćz\n"},
   };
   for (const auto& c : cases) {
     const ToolRun outcome = run(c.arguments, c.input);
