@@ -273,7 +273,7 @@ class Subject {
 
   // Whether a text need not come back. Python writes controls as they are, shifts too; packed GSM
   // has a CR at the end twice, so that it is no filling; ISCII has one form for a consonant and
-  // nukta, and TCVN for a letter and its marks.
+  // nukta, and TCVN for a letter and its marks; TSCII reads what is in front of a letter behind it.
   bool mayChange() const {
     const Text& text = current.characters;
     const auto isAnyUnit = [&](const auto& test) {
@@ -288,8 +288,23 @@ class Subject {
     if (isNumber(200940, 200946)) return isAnyUnit(isShift);
     if (isNumber(57002, 57011)) return isAnyUnit(isNukta);
     if (isNumber(200864, 200864)) return isAnyUnit(isMark);
+    if (isNumber(200519, 200519)) return hasStraySign();
     return isNumber(200810, 200825) && text.size() >= 2 && text.end()[-2] == '\r' &&
            text.back() == 0;
+  }
+  // The left half of a sign of Tamil that stands behind no letter, or with its right half behind
+  // it.
+  bool hasStraySign() const {
+    const Text& text = current.characters;
+    const auto unit = [&](std::size_t at) {
+      return at + 1 < text.size() ? text[at] | text[at + 1] * 256 : 0;
+    };
+    for (std::size_t at = 0; at + 1 < text.size(); at += 2) {
+      if (unit(at) < 0x0BC6 || unit(at) > 0x0BC8) continue;
+      const int before = at == 0 ? 0 : unit(at - 2), behind = unit(at + 2);
+      if (before < 0x0B95 || before > 0x0BB9 || behind == 0x0BBE || behind == 0x0BD7) return true;
+    }
+    return false;
   }
   // A letter for each, so that what stands around it does not come together.
   Text withoutMarks() const {
@@ -313,7 +328,7 @@ class Subject {
 
 bool hasState(const EncodingRow& row) {
   return row.codec != nullptr && (row.kind == CharsetKind::kStateful || !row.codec->isStateless ||
-                                  row.codec->cut == cutAccents);
+                                  row.codec->cut == cutAccents || row.codec->cut == cutTscii);
 }
 
 void run(const EncodingRow& row, std::uint64_t count) {

@@ -98,4 +98,63 @@ TEST(Iscii, HoldsAllScripts) {
   }
 }
 
+// ---- TSCII: Tamil as it stands on the page. ----
+
+const Codec& kTscii = codecOf(200519);
+
+// Texts that are both what is read and what is written. Where Grantha and AU are not in it, the C
+// library has the same.
+const struct {
+  const char* bytes;
+  std::u16string_view text;
+} kTsciiTexts[] = {
+    {"\xBE\xC1\xA2\xFA z", u"தமிழ் z"},
+    // A sign in front of its letter, or around it.
+    {"\xA6\xB8\xA1\xF1\xCE \xA7\xB8\xA1\xA8\xC5", u"கொண்டு கோவை"},
+    {"\xA6\xB8\xA1\xA6\xB8\xA7\xB8\xA8\xB8\xB8\xEC\xCC", u"கொகெகேகைகக்கு"},
+    {"\xA6\xB8\xAA\xB6", u"கௌஔ"},
+    // Grantha, and what is several characters in one byte.
+    {"\xA6\x83\xC2\xC4\xC4\xA2\xBE\xA1", u"ஜெயலலிதா"},
+    {"\x87\x8C\xA7\x87\xA1\xEC\x82\x8A\xD5\x85\xA4\x89", u"க்ஷக்ஷ்க்ஷோக்ஸ்ரீஸ்ருஸுஷ்"},
+    {"\xCA\xCB\x99\x9C\x81\x98\x9F\x91\x94\xA9", u"டிடீஙுஞூ௧௯௲‘”©"},
+    // Signs without a letter in front of them, and the right halves.
+    {"\xA6\xA1\xA7\xA1\xA6\xAA\xAA\xA1 \xA7\xCC\xA6",
+     u"\u0BCA\u0BCB\u0BCC\u0BD7\u0BBE \u0BC7கு\u0BC6"},
+    {"\xA6\xA6\xB8\xA7\xA8", u"\u0BC6கெ\u0BC7\u0BC8"},
+};
+
+TEST(Tscii, ReadsAndWritesLettersInTheirOrder) {
+  for (const auto& [bytes, text] : kTsciiTexts) {
+    checkCase({kTscii.read, bytes, utf16(text), {}});
+    checkCase({kTscii.write, utf16(text), bytes, {}});
+  }
+}
+
+const Case kTsciiCases[] = {
+    // What is only read: the letter I of version 1.6, and forms of the C library.
+    {kTscii.read, "\xAD\xA7\xB8\xAA\xA7\xAA\x8A\xA4\x8B\xA5\x8A", utf16(u"இகௌ\u0BCCஸுஹூஸ்"), {}},
+    // No characters, which belong to none in front of them; and byte 00, which does not either.
+    {kTscii.read,
+     std::string("\xA6\xFF\xA7\xB8\xA0\xA6\0\xA6\xB8\0\xA8z\x8A\0", 14),
+     utf16({u"\u0BC6\uFFFDகே\uFFFD\u0BC6\0கெ\0\u0BC8zஸ்\0", 15}),
+     {{1, 1, 2}, {4, 1, 8}}},
+    {kTscii.write,
+     utf16({u"க\0\u0BC6é\u0BCD\U0001F600க\xD800ஸ்ர\u0BC0ஷ்\xDC00\u0B95\u0BCD", 18}) + "z",
+     std::string("\xB8\0\xA6???\xB8?\x82\x89?\xEC?", 13),
+     {{6, 2, 3}, {8, 2, 4}, {10, 4, 5}, {16, 2, 7}, {30, 2, 10}, {36, 1, 12}}},
+    {kTscii.write, utf16(u"க்ஷ்\u0BCDஸ்ர"), "\x8C?\x8A\xC3", {{8, 2, 1}}},
+};
+
+TEST(Tscii, ConvertsAndReportsHoweverTheTextIsCut) {
+  for (const Case& c : kTsciiCases) checkCase(c);
+}
+
+TEST(Tscii, StandsAnyBytesHoweverTheyAreCut) {
+  const std::string bytes =
+      "\xA6\xA7\xA8\xA6\xA7\xA1\xAA\xB8\xC9\x83\x87\x8A\xA4\x82\x8C\xEC\xA0z\n";
+  const std::string units = utf16(u"கஷஸரஜ\u0BCD\u0BCD\u0BC0\u0BC6\u0BC7\u0BBE\u0BD7\u0BCAz");
+  const Direction directions[] = {{kTscii.read, -1, 8, bytes}, {kTscii.write, -1, 2, units}};
+  checkAnyBytes(directions, 400);
+}
+
 }  // namespace

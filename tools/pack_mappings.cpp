@@ -28,7 +28,7 @@ using Scalars = std::vector<std::uint32_t>;
 // A code by its length and value, which is the order that images have.
 using Code = std::pair<unsigned int, std::uint32_t>;
 
-constexpr std::size_t kMaxScalars = 3;
+constexpr std::size_t kMaxScalars = 4;
 
 enum Kind : std::uint8_t { kBoth, kRead, kWrite, kRemove, kKinds };
 

@@ -24,6 +24,7 @@ STRUCTURES = {
     **dict.fromkeys((930, 931, 933, 935, 937, 939, 1364, 1371, 1388, 1390, 1399), HOST),
     **dict.fromkeys((200304, 200453), PAIRS),
     55000: ESCAPED,
+    200519: Structure("00-FF", "8A-8B,A4-A5", "A6-A8,83-C9", "A6-A8,83-C9,A1-AA", joins=True),
 }
 BY_KIND = {"single-byte": BYTES, "double-byte": PAIRS, "multi-byte": PAIRS}
 

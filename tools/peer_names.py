@@ -35,7 +35,6 @@ LEFT_OUT = {
     "5601": NUMBER,
     "LMBCS-1": "has no description but one program's", "lmbcs": "as LMBCS-1",
     "ibm-65025": "as LMBCS-1",
-    "TSCII": "letters stand in the order of the page, and no second converter has it",
     **{name: ADDITION for name in (
         "ISO_6937-2-ADD", "ISO-IR-142", "ISO_8859-1,GL", "JIS_C6229-1984-B-ADD", "ISO-IR-93",
         "JP-OCR-B-ADD", "JIS_C6229-1984-HAND", "ISO-IR-94", "JP-OCR-HAND",

@@ -30,10 +30,12 @@ SO, SI = b"\x0E", b"\x0F"
 
 
 class Structure:
-    def __init__(self, *patterns, shifts=False):
+    """joins: what a code begins may be a code of its own, of bytes that are read together."""
+
+    def __init__(self, *patterns, shifts=False, joins=False):
         self.text = " ".join(patterns) + (" shifts" if shifts else "")
         self.patterns = [[_places(place) for place in pattern.split(",")] for pattern in patterns]
-        self.shifts = shifts
+        self.shifts, self.joins = shifts, joins
 
     def codes(self, is_code):
         """All codes; is_code says whether the beginning of one is a code already."""
@@ -45,7 +47,7 @@ class Structure:
         if not places:
             yield beginning
             return
-        if not self.shifts and is_code(beginning):
+        if not (self.shifts or self.joins) and is_code(beginning):
             return
         for byte in places[0]:
             yield from self._behind(beginning + bytes([byte]), places[1:], is_code)
@@ -87,7 +89,8 @@ class OneByOne:
             if structure.shifts and code in (SO, SI):
                 continue
             values = self.read(structure.in_text(code))
-            if values and not (len(code) > 1 and not structure.shifts and code[:1] in read):
+            is_begun = len(code) > 1 and not structure.shifts and code[:1] in read
+            if values and (structure.joins or not is_begun):
                 read[code] = tuple(map(ord, values))
         return read
 

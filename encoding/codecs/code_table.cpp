@@ -89,8 +89,8 @@ const CodeTable::Sequence* CodeTable::findSequence(const char32_t* scalars, std:
   isCut = false;
   for (std::uint32_t i = 0; i < m_sequences.size(); ++i) {
     const Sequence& sequence = m_sequences[i];
-    if (sequence.code == 0) continue;
-    const std::size_t length = sequence.scalars[2] != 0 ? 3 : 2;
+    if (sequence.code == 0 || sequence.scalars[0] != scalars[0]) continue;
+    const std::size_t length = sequence.length();
     if (!std::equal(scalars, scalars + std::min(count, length), sequence.scalars)) continue;
     isCut = isCut || count < length;
     if (count < length || length <= longestLength) continue;

@@ -23,7 +23,7 @@ struct MappingFile;
 //
 // The image consists of sections and a byte FF. A section begins with a byte: the kind of its
 // entries in bits 0 and 1 (both ways, only read, only written, removed), the bytes of a code in
-// bits 2 to 4, the values of a code in bits 5 and 6. Numbers follow, seven bits a byte, low ones
+// bits 2 to 4, the values of a code in bits 5 to 7. Numbers follow, seven bits a byte, low ones
 // first, the high bit set in all but the last byte: how many runs there are; for each run the
 // distance of its first code from the last one of the run before, and how many codes it has, each
 // one higher than the one before; for each value its distance from the value before plus 1, folded
@@ -57,10 +57,12 @@ class CodeTable {
   // A node's entry where four bytes count up: the two that follow make the value.
   static constexpr Entry kCounted = 0x80000000u | 0x3FFFFFFFu;
 
-  static constexpr std::size_t kMaxScalars = 3;
+  static constexpr std::size_t kMaxScalars = 4;
   struct Sequence {
     char32_t scalars[kMaxScalars];  // filled up with 0
     std::uint32_t code;
+
+    std::size_t length() const { return scalars[3] != 0 ? 4 : scalars[2] != 0 ? 3 : 2; }
   };
   struct OneWay {
     char32_t scalar;

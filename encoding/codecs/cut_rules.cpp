@@ -134,6 +134,10 @@ std::size_t cutAccents(const void* parameters, const CutWindow& window) {
   });
 }
 
+std::size_t cutTscii(const void*, const CutWindow& window) {
+  return firstPlace(window, [&](std::size_t place) { return window.data[place] < 0x80; });
+}
+
 namespace {
 constexpr unsigned char kGsmEscape = 0x1B, kGsmReturn = 0x0D;
 }  // namespace

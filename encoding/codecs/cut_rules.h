@@ -82,6 +82,8 @@ std::size_t cutUtf8(const void*, const CutWindow& window);
 std::size_t cutMultiByte(const void* parameters, const CutWindow& window);
 std::size_t cutRuled(const void* parameters, const CutWindow& window);
 std::size_t cutAccents(const void* parameters, const CutWindow& window);
+// In front of ASCII.
+std::size_t cutTscii(const void*, const CutWindow& window);
 // GSM 03.38, one septet a byte and packed.
 std::size_t cutGsm(const void*, const CutWindow& window);
 std::size_t cutPackedGsm(const void*, const CutWindow& window);

@@ -325,8 +325,7 @@ struct UnitWriter : CodecRun {
     }
     const CodeTable::Sequence* const found = table.findSequence(scalars, count, isCut);
     if (found == nullptr) return nullptr;
-    const std::size_t used = found->scalars[2] != 0 ? 3 : 2;
-    for (std::size_t i = 0; i < used; ++i) length += lengths[i];
+    for (std::size_t i = 0; i < found->length(); ++i) length += lengths[i];
     return found;
   }
 

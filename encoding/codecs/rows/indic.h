@@ -5,6 +5,8 @@
 #include "encoding/codecs/iscii.h"
 #include "encoding/codecs/row_makers.h"
 
+extern const Codec kTsciiCodec;
+
 namespace encoding_rows {
 
 template <IsciiScript script>
@@ -34,6 +36,8 @@ inline constexpr EncodingRow kIndicRows[] = {
                                   "ISCII, Gujarati"),
     iscii<IsciiScript::kGurmukhi>(57011, "x-iscii-pa", "iscii-gur ISCII,version=2",
                                   "ISCII, Gurmukhi (Punjabi)"),
+    streamOnly(codec(200519, "TSCII", "csTSCII", "Tamil in the order of the page, TSCII 1.7",
+                     CharsetKind::kMultiByte, &kTsciiCodec)),
 };
 
 }  // namespace encoding_rows
