@@ -35,6 +35,12 @@ const Codec::Convert kHzRead = kHzCodec.read, kHzWrite = kHzCodec.write;
 const Codec::Convert kUtf7Read = kUtf7Codec.read, kUtf7Write = kUtf7Codec.write;
 const Codec::Convert kGsmRead = kGsmCodec.read, kGsmWrite = kGsmCodec.write;
 
+std::string times(int count, const char* text) {
+  std::string all;
+  while (count-- > 0) all += text;
+  return all;
+}
+
 const Case kCases[] = {
     {kJpRead, "a\x1B$B$\"\x1B(Jb\x1B$@0!\x1B(Bc", "a\x82\xA0\x62\x88\x9F\x63", {}},
     {kJpRead,
@@ -49,6 +55,12 @@ const Case kCases[] = {
      "1\x0F$\"\t $\"",
      "\x82\xA0\xB1\x82\xA0\xB1\x82\xA0\t \x82\xA0",
      {}},
+    // What is no pair, in the middle of many and with a byte of a character of its own.
+    {kJpRead,
+     "\x1B$B" + times(8, "F|") + "! " + times(40, "F|"),
+     times(8, "\x93\xFA") + "\x81\xAC " + times(40, "\x93\xFA"),
+     {{19, 1, 16}}},
+    {kJpWrite, "\xF0 z", "\x1B$B\".\x1B(B z", {{0, 1, 3}}},
     // The writer forgot to return, in each set; a shift that has no end or no character.
     {kJpRead,
      "\x1B$B$\"\na\x1B(I1\r\nb\x0E"

@@ -145,6 +145,7 @@ TEST(FrontEndTest, MacArabicPrePass) {
       {"digits between letters", 10004, 65001, "C7 B1 B2 C8", "D8 A7 32 31 D8 A8"},
       {"run of one", 10004, 65001, "20 A1 20", "20 21 20"},
       {"run at the end", 10004, 65001, "41 A1 A2", "41 22 21"},
+      {"letters are not", 10004, 65001, "FE FA", "DA 98 DA 91"},
       {"control byte ends a run", 10004, 65001, "A1 A2 0A A3", "22 21 0A 23"},
   });
 }

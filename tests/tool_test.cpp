@@ -305,6 +305,9 @@ TEST_F(ToolTest, TracesGarbledText) {
   const std::string utf16 = encconv::from_utf8(garbled, 1200).text;
   EXPECT_EQ(run("--trace --brief -f utf-16le", utf16).out, "na\u00EFve caf\u00E9\n");
 
+  // What no conversion brings back is mended by what traced it.
+  EXPECT_TRUE(contains(run("--trace", "$BF|K\\8l$G$9!#(B$B0lHVLL$GF0$/$b$N$G$9!#(B").out,
+                       "mend it: encconv -f UTF-8 --trace --brief"));
   const ToolRun good = run("--trace", "na\u00EFve caf\u00E9");
   EXPECT_EQ(good.status, 1);
   EXPECT_EQ(good.out, "standard input: nothing suggests that it is garbled\n");
