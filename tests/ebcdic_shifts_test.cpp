@@ -73,6 +73,7 @@ TEST(EbcdicShifts, GoesTheSameInBlocks) {
   } const pages[] = {
       {933, "\x88\x61\x90\x61\x41\x41"s, "\xC1\x40\x15"s},
       {1390, "\x45\x62\x45\x66\xEC\xB5"s, "\xC1\x40\x81"s},
+      {931, "\x41\x89\x41\x8C\x41\x8B"s, "\xC1\x40\x6A"s},  // of which both sets have the last
   };
   const std::string faults[] = {"\x0E"s, "\x0E\x0E"s, "\x0F\x0F"s, "\x41"s, "\x41\xFF"s, "\x00"s};
   const std::string others[] = {"ğ", "\x0E", "か\u309A", "😀"};

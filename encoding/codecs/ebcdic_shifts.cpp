@@ -258,7 +258,8 @@ struct Writer : UnitWriter {
       }
     }
   }
-  // False, and nothing is done, where not all of it is such text.
+  // False, and nothing is done, where not all of it is such text. What both sets have is not: it is
+  // written in the set at hand.
   bool copyGroup() {
     const std::uint8_t* const bytes = tables.singleEncoder->bytes;
     const std::uint16_t* const codes = tables.pairEncoder->codes;
@@ -268,10 +269,10 @@ struct Writer : UnitWriter {
     const unsigned char* const groupEnd = p + kGroup;
     for (const unsigned char* in = p; in != groupEnd; in += 2) {
       const std::uint32_t unit = loadLow<std::uint16_t>(in);
-      const std::uint32_t single = bytes[unit];
+      const std::uint32_t single = bytes[unit], pair = codes[unit];
       const std::uint32_t isPair = single == 0 ? 1 : 0;
-      const std::uint32_t code = single | (codes[unit] & (0 - isPair));
-      isUsual &= code != 0 && !isShift(single);
+      const std::uint32_t code = single | pair;
+      isUsual &= (single == 0) != (pair == 0) && !isShift(single);
       *to = static_cast<unsigned char>(kShiftIn - isPair);
       to += isPair ^ isOut;
       isOut = isPair;
