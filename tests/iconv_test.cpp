@@ -166,10 +166,30 @@ TEST(Iconv, AllocatesOneSmallDescriptorAndNothingForACall) {
   }
 }
 
+TEST(Iconv, LeavesOutHalfAPairAndNothingBehindIt) {
+  std::string text;
+  for (int i = 0; i < 40; ++i) text += std::string("A\0", 2);
+  text += std::string("\x3D\xD8z\0\xE9\0\0\xDEz\0", 10);
+  const iconv_t cd = iconv_open("ASCII//IGNORE", "UTF-16LE");
+  char out[100];
+  char* in = text.data();
+  char* next = out;
+  std::size_t left = text.size(), room = sizeof out;
+  EXPECT_EQ(iconv(cd, &in, &left, &next, &room), static_cast<std::size_t>(-1));
+  EXPECT_EQ(errno, EILSEQ);
+  EXPECT_EQ(left, 0U);
+  EXPECT_EQ(std::string(out, next), std::string(40, 'A') + "zz");
+  iconv_close(cd);
+  EXPECT_EQ(convert("ASCII//TRANSLIT", "UTF-16LE", text), "failed");
+}
+
 TEST(Iconv, LeavesErrnoAloneAndTellsOfWhatIsNoDescriptor) {
   errno = 1234;
   EXPECT_EQ(convert("CP1251", "UTF-8", "\u0416"), "\xC6");
   EXPECT_EQ(errno, 1234);
+  // Windows gives it to the user, the C library to nobody.
+  EXPECT_EQ(convert("UTF-8", "BIG5", "\xFA\x40"), "failed");
+  errno = 0;
   EXPECT_EQ(iconv_open("no such", "UTF-8"), kNone);
   EXPECT_EQ(errno, EINVAL);
   EXPECT_EQ(iconv_close(kNone), -1);
