@@ -1,7 +1,7 @@
 // Texts and bytes from one encoding to another, whole and piece by piece.
 import {
-  asciiText, core, decodeShort, encodeShort, kPieceSize, kShortBytes, memoryView, outputBytes, outputUnits, putBytes,
-  putUnits, readsAscii, shrink, stringOfUtf16, utf16OfString, viewOf, withTexts, type Pointer,
+  asciiText, core, decodeShort, encodeShort, kFewBytes, kPieceSize, kShortBytes, memoryView, outputBytes,
+  outputUnits, putBytes, putUnits, readsAscii, shrink, stringOfUtf16, utf16OfString, viewOf, withTexts, type Pointer,
 } from "./core.js";
 import { findNumber, readyNumber } from "./encodings.js";
 import type {
@@ -266,11 +266,30 @@ function strictDecoder(label: string): TextDecoder | undefined {
 }
 const utf8Strict = strictDecoder("utf-8"), utf16Strict = strictDecoder("utf-16le");
 
-// The text of short bytes that are clean; undefined for any others. The engine reads Unicode in less
-// time than it takes to hand it to the core.
-function decodeClean(bytes: Uint8Array, from: number): string | undefined {
+// The engine's decoders of single bytes, by number, where they read each byte as the core does.
+const alikeDecoders = new Map<number, TextDecoder | undefined>();
+function alikeDecoder(encoding: EncodingName, from: number): TextDecoder | undefined {
+  let decoder = alikeDecoders.get(from);
+  if (decoder !== undefined || alikeDecoders.has(from)) return decoder;
+  const all = Uint8Array.from({ length: 256 }, (_, byte) => byte);
+  try {
+    decoder = strictDecoder(String(encoding));
+    if (decoder?.decode(all).length !== 256 || decoder.decode(all) !== decodeShort(all, from, kUtf16)) {
+      decoder = undefined;
+    }
+  } catch {
+    decoder = undefined;
+  }
+  alikeDecoders.set(from, decoder);
+  return decoder;
+}
+
+// The text of short bytes that are clean; undefined for any others. The engine reads Unicode, and more
+// than a few single bytes, in less time than it takes to hand them to the core.
+function decodeClean(bytes: Uint8Array, encoding: EncodingName, from: number): string | undefined {
   const isSwapped = bytes[0] === 0xfe && bytes[1] === 0xff; // a mark to the core, no character
-  const strict = from === kUtf8 ? utf8Strict : from === kUtf16 && !isSwapped ? utf16Strict : undefined;
+  let strict = from === kUtf8 ? utf8Strict : from === kUtf16 && !isSwapped ? utf16Strict : undefined;
+  if (from !== kUtf8 && from !== kUtf16 && bytes.length > kFewBytes) strict = alikeDecoder(encoding, from);
   if (strict === undefined) return decodeShort(bytes, from, kUtf16);
   try {
     return strict.decode(bytes);
@@ -285,7 +304,7 @@ export function decode(bytes: Bytes, encoding: EncodingName, options: ConvertOpt
   if (options === kNoOptions) {
     const from = readyNumber(encoding);
     let text: string | undefined;
-    if (input.length <= kShortBytes) text = decodeClean(input, from);
+    if (input.length <= kShortBytes) text = decodeClean(input, encoding, from);
     else if (from === kUtf16) text = stringOfUtf16(input);
     if (text !== undefined) return text;
   }

@@ -210,7 +210,8 @@ export function utf16OfString(text: string): Uint8Array | undefined {
 /** Texts of at most so many bytes are short. */
 export const kShortBytes = 256;
 // Below this, strings are made and taken faster unit by unit.
-const kFewUnits = 24, kFewBytes = 24;
+const kFewUnits = 24;
+export const kFewBytes = 24;
 
 let shortInput: Pointer = 0;
 let shortOutput: Pointer = 0;

@@ -156,7 +156,8 @@ test("knows the encodings as the tool does", async () => {
 test("takes no other way for clean UTF-16, short texts and ASCII than for the rest", () => {
   const pair = "\ud83d\ude00";
   const texts = ["", "a", "\ufeffa", "\ufffea", "é".repeat(129), "\ud800", `${"a".repeat(300)}\udc00`, `${"x".repeat(65535)}${pair}y`,
-    `${"x".repeat(65536)}${pair}`, `${"字".repeat(200)}\ud83d`, `${"a".repeat(2000)}é`, "日本語\u0000", "\u007f".repeat(5000)];
+    `${"x".repeat(65536)}${pair}`, `${"字".repeat(200)}\ud83d`, `${"a".repeat(2000)}é`, "日本語\u0000", "\u007f".repeat(5000),
+    "“Ñandú” für 5 €, Œuvre".repeat(2), "Съешь ещё этих мягких булок\u0098".repeat(2), "ไทย".repeat(9)];
   const outcomeOf = (call) => {
     try {
       return call();
@@ -164,7 +165,8 @@ test("takes no other way for clean UTF-16, short texts and ASCII than for the re
       return [error.message, error.problem, error.output];
     }
   };
-  for (const encoding of ["utf-16le", "utf-8", "utf-16be", "euc-jp", "iso-2022-jp", "gb18030", "utf-7"]) {
+  for (const encoding of ["utf-16le", "utf-8", "utf-16be", "euc-jp", "iso-2022-jp", "gb18030", "utf-7",
+    "windows-1251", "windows-1252", "iso-8859-1", "windows-1255", "windows-874", "koi8-r", "cp037"]) {
     for (const [i, text] of texts.entries()) {
       const bytes = outcomeOf(() => encode(text, encoding, { errors: "stop" }));
       assert.deepEqual(outcomeOf(() => encode(text, encoding)), bytes, `${encoding} ${i}`);
