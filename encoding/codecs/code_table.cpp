@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <iterator>
 
 #include "encoding/codecs/encoding_row.h"
@@ -84,20 +85,17 @@ char32_t CodeTable::approximationOf(char32_t scalar) const {
 
 const CodeTable::Sequence* CodeTable::findSequence(const char32_t* scalars, std::size_t count,
                                                    bool& isCut) const {
-  const Sequence* longest = nullptr;
-  std::size_t longestLength = 0;
-  isCut = false;
-  for (std::uint32_t i = 0; i < m_sequences.size(); ++i) {
-    const Sequence& sequence = m_sequences[i];
-    if (sequence.code == 0 || sequence.scalars[0] != scalars[0]) continue;
+  isCut = count < 2;
+  if (isCut) return nullptr;
+  for (std::uint32_t slot = slotOf(scalars[0], scalars[1]);; ++slot) {
+    const std::uint32_t place = m_sequenceSlots[slot & m_lastSlot];
+    if (place == 0) return nullptr;
+    const Sequence& sequence = m_sequences[place - 1];
     const std::size_t length = sequence.length();
     if (!std::equal(scalars, scalars + std::min(count, length), sequence.scalars)) continue;
-    isCut = isCut || count < length;
-    if (count < length || length <= longestLength) continue;
-    longest = &sequence;
-    longestLength = length;
+    if (count >= length) return &sequence;
+    isCut = true;
   }
-  return longest;
 }
 
 // Whether the first bytes, count of them, may be those of a code of a length.
@@ -165,7 +163,7 @@ void releaseCodeTables() {
 
 bool CodeTable::hasFailed() const {
   return m_nodes.hasFailed() || m_codes.hasFailed() || m_sequences.hasFailed() ||
-         m_approximations.hasFailed() || m_counted.hasFailed();
+         m_sequenceSlots.hasFailed() || m_approximations.hasFailed() || m_counted.hasFailed();
 }
 
 bool CodeTable::build(const Mapping& mapping) {
@@ -405,15 +403,30 @@ void CodeTable::derive() {
   const bool areForgotten = std::all_of(sequences, sequences + m_sequences.size(),
                                         [](const Sequence& s) { return s.scalars[0] == 0; });
   if (areForgotten) m_sequences.truncate(0);
-  if (m_sequences.isEmpty()) return;
-  for (std::uint32_t i = 0; i < m_sequences.size(); ++i) {
-    if (m_sequences[i].code == 0) continue;
-    const char32_t first = m_sequences[i].scalars[0], second = m_sequences[i].scalars[1];
-    const char32_t unit = second > 0xFFFF ? highSurrogateOf(second) : second;
-    setCode(first, loadCode(first) | kBegins);
-    setCode(unit, loadCode(unit) | kFollows);
+  if (!m_sequences.isEmpty()) indexSequences();
+}
+
+void CodeTable::indexSequences() {
+  m_lastSlot = std::bit_ceil(2 * m_sequences.size()) - 1;
+  for (std::uint32_t slot = 0; slot <= m_lastSlot; ++slot) m_sequenceSlots.add(0);
+  if (hasFailed()) return;
+  for (std::size_t length = kMaxScalars; length > 1; --length) {
+    for (std::uint32_t i = 0; i < m_sequences.size(); ++i) {
+      const Sequence& sequence = m_sequences[i];
+      if (sequence.code != 0 && sequence.length() == length) noteSequence(sequence, i + 1);
+    }
   }
   m_codeBits = ~kMarks;
+}
+
+void CodeTable::noteSequence(const Sequence& sequence, std::uint32_t place) {
+  const char32_t first = sequence.scalars[0], second = sequence.scalars[1];
+  const char32_t unit = second > 0xFFFF ? highSurrogateOf(second) : second;
+  setCode(first, loadCode(first) | kBegins);
+  setCode(unit, loadCode(unit) | kFollows);
+  std::uint32_t slot = slotOf(first, second);
+  while (m_sequenceSlots[slot & m_lastSlot] != 0) ++slot;
+  m_sequenceSlots.at(slot & m_lastSlot) = place;
 }
 
 // Notes the bytes of all codes below a node, at which these bytes lead to it.

@@ -133,9 +133,22 @@ class CodeTable {
   // Codes that stand for several values. There are few. Tables that have some have no codes of four
   // bytes.
   const Rows<Sequence>& sequences() const { return m_sequences; }
-  // The longest sequence that these values begin with, which is written; null for none. isCut says
-  // whether there may be a longer one when more values follow.
+  // The longest sequence that these values begin with, which is written; null for none. The first
+  // one must have the mark kBegins. isCut says whether there may be a longer one when more values
+  // follow.
   const Sequence* findSequence(const char32_t* scalars, std::size_t count, bool& isCut) const;
+  // The code of the first two of three values, the first of which has the mark kBegins; 0 for none,
+  // and where a longer sequence begins with all three.
+  std::uint32_t codeOfPair(char32_t first, char32_t second, char32_t third) const {
+    for (std::uint32_t slot = slotOf(first, second);; ++slot) {
+      const std::uint32_t place = m_sequenceSlots[slot & m_lastSlot];
+      if (place == 0) return 0;
+      const Sequence& sequence = m_sequences[place - 1];
+      if (sequence.scalars[0] != first || sequence.scalars[1] != second) continue;
+      if (sequence.scalars[2] == 0) return sequence.code;
+      if (sequence.scalars[2] == third) return 0;
+    }
+  }
 
   // The value of a code of four bytes that is found by counting; 0 for none.
   char32_t countedScalar(const unsigned char* code) const {
@@ -196,6 +209,11 @@ class CodeTable {
   Entry& place(unsigned int length, std::uint32_t code);
   void countRest();
   void derive();
+  static std::uint32_t slotOf(char32_t first, char32_t second) {
+    return static_cast<std::uint32_t>(first * 37 + second);
+  }
+  void indexSequences();
+  void noteSequence(const Sequence& sequence, std::uint32_t place);
   void noteForms(Entry node, unsigned int depth, std::uint8_t (&bytes)[kMaxBytes]);
   bool hasFailed() const;
   template <class Table>
@@ -212,6 +230,11 @@ class CodeTable {
   std::uint16_t m_rowOf[0x1100] = {};
   Rows<std::uint32_t> m_codes;  // rows of 256; the first one is empty
   Rows<Sequence> m_sequences;
+  // Places of sequences that are written, plus 1, by what their first two values hash to: each in
+  // the first free slot from there on, long ones before short ones. 0 in free slots, which are half
+  // of them at least.
+  Rows<std::uint32_t> m_sequenceSlots;
+  std::uint32_t m_lastSlot = 0;
   Rows<OneWay> m_approximations;            // in ascending order of scalar
   Rows<std::uint16_t> m_counted;            // values of the counted codes up to U+FFFF
   ByteRange m_forms[kMaxBytes][kMaxBytes];  // by length - 1 and place

@@ -14,7 +14,9 @@ constexpr bool isWithin(std::uint32_t code, std::uint32_t first, std::uint32_t l
 constexpr bool isLetter(std::uint32_t code) {
   return isWithin(code, 0xB8, 0xC9) || isWithin(code, 0x83, 0x87);
 }
+constexpr bool isByte(std::uint32_t code) { return isWithin(code, 1, 0xFF); }
 constexpr bool isPrefix(std::uint32_t byte) { return isWithin(byte, 0xA6, 0xA8); }
+constexpr bool isScalar(Entry entry) { return (entry & CodeTable::kKind) == CodeTable::kScalar; }
 constexpr bool isNode(Entry entry) { return (entry & CodeTable::kKind) == CodeTable::kNode; }
 
 // In the mapping 00 is behind a byte that is by itself, though others may change it.
@@ -32,9 +34,49 @@ struct Reader : Direction<UnitReader> {
     const unsigned char* const stop = readable();
     while (p < stop) {
       copyAscii(stop);
-      if (p < stop) return readOne();
+      if (p < stop) return copyCodes(stop) || readOne();
     }
     return true;
+  }
+
+  // Bytes that are something by themselves, and letters between the halves of a sign, up to ASCII.
+  // False for none.
+  bool copyCodes(const unsigned char* stop) {
+    const Entry* const root = table.root();
+    const unsigned char* in = p;
+    unsigned char* to = dest;
+    while (stop - in >= 3 && destEnd - to >= kMinRoom) {
+      if ((in[0] | in[1]) < 0x80) break;
+      const Entry entry = root[*in];
+      if (isScalar(entry)) {
+        storeLow(to, static_cast<std::uint16_t>(entry));
+        to += 2;
+        in += 1;
+      } else if (isNode(entry)) {
+        const Entry letter = root[in[1]];
+        if (!isPrefix(*in) || !isLetter(in[1]) || !isScalar(letter)) break;
+        const Entry* const halves = table.node(entry);
+        const Entry whole = in[2] == 0 ? CodeTable::kNothing : halves[in[2]];
+        storeLow(to, static_cast<std::uint16_t>(letter));
+        storeLow(to + 2, static_cast<std::uint16_t>(isScalar(whole) ? whole : halves[0]));
+        to += 4;
+        in += isScalar(whole) ? 3 : 2;
+      } else if (entry != CodeTable::kNothing) {
+        const CodeTable::Sequence& sequence = table.sequences()[entry & ~CodeTable::kKind];
+        for (const char32_t scalar : sequence.scalars) {
+          storeLow(to, static_cast<std::uint16_t>(scalar));
+          to += 2;
+        }
+        to -= 2 * (CodeTable::kMaxScalars - sequence.length());
+        in += 1;
+      } else {
+        break;
+      }
+    }
+    const bool isSome = in != p;
+    p = in;
+    dest = to;
+    return isSome;
   }
 
   // False when what follows decides.
@@ -67,9 +109,46 @@ struct Writer : Direction<UnitWriter> {
     const unsigned char* const stop = writable();
     while (p < stop) {
       copyAscii(stop);
-      if (p < stop) return writeOne();
+      if (p < stop && !copyCodes(stop)) return writeOne();
     }
     return true;
+  }
+
+  // Units and pairs of them that are one byte, and letters with a sign, up to ASCII. False for
+  // none.
+  bool copyCodes(const unsigned char* stop) {
+    const CodeTable::Codes codes = table.codes();
+    const unsigned char* in = p;
+    unsigned char* to = dest;
+    while (stop - in >= 6) {
+      const std::uint32_t unit = loadLow<std::uint16_t>(in), next = loadLow<std::uint16_t>(in + 2);
+      if ((unit | next) < 0x80) break;
+      std::uint32_t code = codes.load(unit);
+      const std::uint32_t nextCode = codes.load(next);
+      if (code >= CodeTable::kBegins && (nextCode & CodeTable::kFollows) != 0) {
+        code = table.codeOfPair(unit, next, loadLow<std::uint16_t>(in + 4));
+        if (!isByte(code)) break;
+        *to++ = static_cast<unsigned char>(code);
+        in += 4;
+        continue;
+      }
+      code &= ~CodeTable::kMarks;
+      if (!isByte(code)) break;
+      const std::uint32_t sign = nextCode & ~CodeTable::kMarks;
+      if (isLetter(code) && isPrefix(sign >> 8)) {
+        *to++ = static_cast<unsigned char>(sign >> 8);
+        to = putCode(to, code << 8 | (sign & 0xFF));
+        to -= (sign & 0xFF) == 0 ? 1 : 0;
+        in += 4;
+        continue;
+      }
+      *to++ = static_cast<unsigned char>(code);
+      in += 2;
+    }
+    const bool isSome = in != p;
+    p = in;
+    dest = to;
+    return isSome;
   }
 
   // False when what follows decides.
