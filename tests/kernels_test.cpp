@@ -106,6 +106,33 @@ string pairCharacter(unsigned int kind) {
           static_cast<char>(between(0x40, 0xFC))};
 }
 
+// Words between shifts, and what is right on either side of them.
+string shiftedCharacter(unsigned int kind) {
+  const auto pair = [] {
+    const unsigned int first = below(9) == 0 ? 0x21 : between(0x30, 0x7E);
+    return string{static_cast<char>(first), static_cast<char>(between(0x21, 0x7E))};
+  };
+  static const string bad[] = {"\x1B",         "\x80",         "\xA1\xA1",    "\x0E\x22\x21",
+                               "\x0E\x30\x0F", "\x0E\x30\x20", "\x0E\x7F\x30"};
+  switch (kind) {
+    case 9:
+      return bad[below(7)];
+    case 8:
+      return below(2) != 0 ? "\x0E" : "\x0F";
+    case 7:
+      return string("\x0E") + pair();
+    case 6:
+    case 5:
+    case 4: {
+      string word = "\x0E";
+      for (unsigned int left = between(1, 4); left != 0; --left) word += pair();
+      return word += "\x0F ";
+    }
+    default:
+      return pair();
+  }
+}
+
 // Random tables: nearly everything is mapped, to characters of all lengths.
 template <class Table>
 struct Tables {
@@ -185,6 +212,21 @@ std::vector<Case> cases() {
          return fast::KernelResult{stop, std::copy(in, stop, out)};
        },
        utf8Character});
+  // What follows on the last call goes on in its state.
+  struct Reached {
+    const Byte* place = nullptr;
+    bool inPairs = false;
+  };
+  result.push_back(
+      {"unshiftPairs",
+       [reached = std::make_shared<Reached>()](const Kernels& form, const Byte* in,
+                                               const Byte* inEnd, Byte* out, Byte* outEnd) {
+         if (in != reached->place) *reached = {};
+         const KernelResult done = form.unshiftPairs(reached->inPairs, in, inEnd, out, outEnd);
+         reached->place = done.in;
+         return done;
+       },
+       shiftedCharacter});
   const auto withTable = [&]<class Table>(const char* name,
                                           fast::TableKernel<Table>* Kernels::*member,
                                           const MakeCharacter& character) {

@@ -3,6 +3,7 @@
 #include "encoding/codecs/pair_runs.h"
 #include "encoding/codecs/plane94.h"
 #include "encoding/codecs/text_bytes.h"
+#include "encoding/kernels/cpu_dispatch.h"
 
 namespace {
 
@@ -45,8 +46,8 @@ bool isKs8(unsigned char first, unsigned char second) {
          isKs7(static_cast<unsigned char>(first - 0x80), static_cast<unsigned char>(second - 0x80));
 }
 
-// Of the pairs the full rows from 16 on, Hangul and Hanja: in 7 bits.
-constexpr codec_vectors::PairBox kFullRows = {0x30, 0x7E, 0x21, 0x7E};
+// The kernel begins with a block of so many bytes.
+constexpr std::ptrdiff_t kLeastForKernel = 64;
 
 // Pairs in the other direction, with the usual turns of a text (pair_runs.h); eight at a time are
 // those of the full rows.
@@ -81,60 +82,17 @@ struct Reader : CodecRun {
   using CodecRun::CodecRun;
 
   bool step() {
-    copyBlocks<4>();
-    copyBlocks<1>();
+    if (left() >= kLeastForKernel) {
+      const auto done = fast::kernels().unshiftPairs(state.shiftedOut, p, end, dest, destEnd);
+      p = done.in;
+      dest = done.out;
+    }
     return !copyRuns() || left() == 0 || room() < kMinRoom || readUnit();
   }
   void finish() { state.shiftedOut = false; }
 
-  // The usual course of a text: runs of pairs and of ASCII in turns, in blocks of several vectors.
-  // Bits say where the shifts stand: a loop that looked for them would have to wait for itself.
-  // Stops in front of a run that has anything else in it.
-  template <unsigned int kVectors>
-  void copyBlocks() {
-    constexpr std::ptrdiff_t kBlock = kVectors * kVector;
-    constexpr std::ptrdiff_t kWhole = kBlock + std::ptrdiff_t{kVector};
-    const unsigned char* in = p;
-    unsigned char* to = dest;
-    bool inPairs = state.shiftedOut, isUsual = true;
-    while (isUsual && end - in >= kWhole && destEnd - to >= kWhole) {
-      std::uint64_t shifts = 0;
-      for (unsigned int i = 0; i < kBlock; i += kVector) {
-        shifts |= std::uint64_t{topBits(equal(Bytes16::load(in + i) | 1, kShiftIn))} << i;
-      }
-      if (shifts == 0) isUsual = copyRun(inPairs, kBlock, in, to);
-      while (shifts != 0) {
-        const int count = std::countr_zero(shifts);
-        isUsual = copyRun(inPairs, static_cast<unsigned int>(count), in, to);
-        if (!isUsual) break;
-        inPairs = *in++ == kShiftOut;
-        shifts = shifts >> count >> 1;
-      }
-    }
-    p = in;
-    dest = to;
-    state.shiftedOut = inPairs;
-  }
-  // False, and the pointers stay, where not all of it is such text.
-  static bool copyRun(bool inPairs, unsigned int count, const unsigned char*& in,
-                      unsigned char*& to) {
-    if (inPairs && count % 2 != 0) return false;
-    unsigned int done = 0;
-    do {
-      const Bytes16 bytes = Bytes16::load(in + done);
-      const Bytes16 others = inPairs ? ~Bytes16(codec_vectors::inBox(bytes.native(), kFullRows))
-                                     : bytes | equal(bytes, kEscape);
-      (inPairs ? bytes | 0x80 : bytes).store(to + done);
-      if (countLow(others) < std::min(count - done, kVector)) return false;
-      done += kVector;
-    } while (done < count);
-    in += count;
-    to += count;
-    return true;
-  }
-
-  // What the vectors leave, but for a long text not much of it. True where something else stands in
-  // front.
+  // The usual course of a short text, and pairs where the kernel stops. True where something else
+  // stands in front.
   bool copyRuns() {
     // A pair may be the last that begins there.
     const unsigned char* const stop = p + std::min({left(), room() - 1, kMinRoom});

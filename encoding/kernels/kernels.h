@@ -35,6 +35,8 @@ template <class Table>
 using TableKernel = KernelResult(const Table& table, const unsigned char* in,
                                  const unsigned char* inEnd, unsigned char* out,
                                  unsigned char* outEnd);
+using ShiftKernel = KernelResult(bool& inPairs, const unsigned char* in, const unsigned char* inEnd,
+                                 unsigned char* out, unsigned char* outEnd);
 
 // Read-only kernels, for inputs of any size.
 using Scan = const unsigned char*(const unsigned char* in, const unsigned char* inEnd);
@@ -68,6 +70,11 @@ struct Kernels {
   TableKernel<SingleByteEncoder>* utf16ToSingleByte;
   TableKernel<DoubleByteDecoder>* doubleByteToUtf16;
   TableKernel<DoubleByteEncoder>* utf16ToDoubleByte;
+
+  // Of text in seven bits in which SO and SI turn to pairs and back: pairs get their high bits, the
+  // shifts go. Stops before ESC, bytes from 80, and pairs other than 21 or 30..7E, 21..7E. inPairs
+  // is the state at in, and becomes that at the returned place.
+  ShiftKernel* unshiftPairs;
 
   // The first surrogate that is not of a pair (the upper half of one at the end included) or an odd
   // last byte; inEnd when there is neither.

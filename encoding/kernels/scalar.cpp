@@ -20,6 +20,7 @@ const Kernels& scalarKernels() {
       .utf16ToSingleByte = repeat<stepUtf16ToSingleByte, SingleByteEncoder>,
       .doubleByteToUtf16 = repeat<stepDoubleByteToUtf16, DoubleByteDecoder>,
       .utf16ToDoubleByte = repeat<stepUtf16ToDoubleByte, DoubleByteEncoder>,
+      .unshiftPairs = unshiftPairsSteps,
       .pairedUtf16 = scan<readUtf16>,
       .wellFormedUtf8 = scan<readUtf8>,
       .countByte = countByteSteps,

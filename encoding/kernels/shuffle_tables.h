@@ -32,6 +32,10 @@ constexpr ShuffleTable build(unsigned int itemSize, BytesOf bytesOf) {
 
 }  // namespace shuffle_building
 
+// Eight bytes; bit i of the mask: byte i stays.
+inline constexpr ShuffleTable kKeepBytes = shuffle_building::build(
+    1, [](unsigned int mask, unsigned int item) { return mask >> item & 1; });
+
 // Eight units; bit i of the mask: unit i stays.
 inline constexpr ShuffleTable kKeepUnits = shuffle_building::build(
     2, [](unsigned int mask, unsigned int item) { return (mask >> item & 1) != 0 ? 3u : 0u; });

@@ -239,6 +239,41 @@ KernelResult repeat(const Table&... table, const Byte* in, const Byte* inEnd, By
   return {in, out};
 }
 
+// ---- Shifts. ----
+
+constexpr Byte kShiftOut = 0x0E, kShiftIn = 0x0F, kEscape = 0x1B;
+
+inline bool stepUnshiftPairs(bool& inPairs, const Byte*& in, const Byte* inEnd, Byte*& out) {
+  const Byte first = *in;
+  if ((first | 1) == kShiftIn) {
+    inPairs = first == kShiftOut;
+    ++in;
+    return true;
+  }
+  if (!inPairs) {
+    if (first >= 0x80 || first == kEscape) return false;
+    *out++ = first;
+    ++in;
+    return true;
+  }
+  const auto isWithin = [](Byte byte, Byte from) { return byte >= from && byte <= 0x7E; };
+  if (inEnd - in < 2 || !(isWithin(first, 0x30) || first == 0x21) || !isWithin(in[1], 0x21)) {
+    return false;
+  }
+  out[0] = first | 0x80;
+  out[1] = in[1] | 0x80;
+  in += 2;
+  out += 2;
+  return true;
+}
+
+inline KernelResult unshiftPairsSteps(bool& inPairs, const Byte* in, const Byte* inEnd, Byte* out,
+                                      Byte* outEnd) {
+  while (in < inEnd && outEnd - out >= kMaxStep && stepUnshiftPairs(inPairs, in, inEnd, out)) {
+  }
+  return {in, out};
+}
+
 // ---- Read-only kernels. ----
 
 // Up to where characters can be read.

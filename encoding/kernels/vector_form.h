@@ -2,7 +2,7 @@
 #ifndef ENCODING_KERNELS_VECTOR_FORM_H_
 #define ENCODING_KERNELS_VECTOR_FORM_H_
 
-#include "encoding/kernels/vector_tables.h"
+#include "encoding/kernels/vector_shifts.h"
 #include "encoding/kernels/vector_utf32.h"
 #include "encoding/kernels/vector_utf8.h"
 
@@ -26,6 +26,7 @@ constexpr Kernels vectorForm(const char* name) {
       .utf16ToSingleByte = kernel<V, Utf16ToSingleByte, SingleByteEncoder>,
       .doubleByteToUtf16 = doubleByteToUtf16<V>,
       .utf16ToDoubleByte = kernel<V, Utf16ToDoubleByte, DoubleByteEncoder>,
+      .unshiftPairs = unshiftPairs<V>,
       .pairedUtf16 = pairedUtf16<V>,
       .wellFormedUtf8 = wellFormedUtf8<V>,
       .countByte = count<V, std::uint8_t, countByteSteps>,
