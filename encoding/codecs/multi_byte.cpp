@@ -10,7 +10,20 @@ using Entry = CodeTable::Entry;
 
 constexpr bool isNode(Entry entry) { return (entry & CodeTable::kKind) == CodeTable::kNode; }
 
-constexpr std::ptrdiff_t kGroup = 128;  // bytes of codes that no kernel takes
+// How many bytes of codes go without a kernel once it has stopped: those that no kernel takes come
+// in groups. The more of them there are, the longer these are.
+class Group {
+ public:
+  // Of how many bytes the kernel has come further.
+  void note(std::ptrdiff_t progress) {
+    m_bytes = progress < kLeast ? std::min(2 * m_bytes, kMost) : kLeast;
+  }
+  std::ptrdiff_t bytes() const { return m_bytes; }
+
+ private:
+  static constexpr std::ptrdiff_t kLeast = 128, kMost = 2048;
+  std::ptrdiff_t m_bytes = kLeast;
+};
 
 // What drives both directions.
 struct Rules {
@@ -26,12 +39,14 @@ struct Reader : UnitReader {
   const PieceRule pieceRule = static_cast<const Rules*>(parameters)->pieceRule;
   const LongForms* const longForms = static_cast<const Rules*>(parameters)->longForms;
   const fast::DoubleByteDecoder* const pairs = table.isAscii() ? table.pairDecoder() : nullptr;
+  Group group;
 
   bool step() {
     const unsigned char* const stop = readable();
     while (p < stop) {
       if (pairs != nullptr) {
         const auto done = fast::kernels().doubleByteToUtf16(*pairs, p, end, dest, destEnd);
+        group.note(done.in - p);
         p = done.in;
         dest = done.out;
       }
@@ -47,12 +62,22 @@ struct Reader : UnitReader {
   bool copyCodes(const unsigned char* stop) {
     const Entry* const root = table.root();
     const auto below = [root](Entry node) { return root + (node & ~CodeTable::kKind) * 256; };
+    const fast::DoubleByteDecoder* const flat = pairs;
     const bool isAscii = table.isAscii();
     const unsigned char* in = p;
     unsigned char* to = dest;
     const unsigned char* const runStop = std::min(stop, end - (CodeTable::kMaxBytes - 1));
-    stop = std::min(runStop, pairs != nullptr ? p + kGroup : stop);
+    stop = std::min(runStop, pairs != nullptr ? p + group.bytes() : stop);
     while (in < stop && !(isAscii && *in < 0x80)) {
+      // Of what a byte begins a wrong guess is seen earlier in the byte than in what it leads to.
+      if (flat != nullptr && flat->isLead(*in)) {
+        if (const std::uint16_t unit = flat->units[loadLow<std::uint16_t>(in)]) {
+          storeLow(to, unit);
+          to += 2;
+          in += 2;
+          continue;
+        }
+      }
       Entry entry = root[in[0]];
       unsigned int length = 1;
       if (isNode(entry)) entry = below(entry)[in[length++]];
@@ -173,12 +198,14 @@ struct Writer : UnitWriter {
   // To kernels U+0000 is byte 00.
   const fast::DoubleByteEncoder* const pairs =
       table.root()[0] == CodeTable::kScalar ? table.pairEncoder() : nullptr;
+  Group group;
 
   bool step() {
     const unsigned char* const stop = writable();
     while (p < stop) {
       if (pairs != nullptr) {
         const auto done = fast::kernels().utf16ToDoubleByte(*pairs, p, end, dest, destEnd);
+        group.note(done.in - p);
         p = done.in;
         dest = done.out;
       }
@@ -191,21 +218,28 @@ struct Writer : UnitWriter {
 
   // Characters that have a code and stand in no sequence, as the reader does it.
   bool copyCodes(const unsigned char* stop) {
+    const CodeTable::Codes codes = table.codes();
+    const std::uint32_t highest = highestCopied;
     const bool isAscii = table.isAscii();
     const unsigned char* in = p;
     unsigned char* to = dest;
     const unsigned char* const runStop = stop;
-    if (pairs != nullptr) stop = std::min(stop, p + kGroup);
+    if (pairs != nullptr) stop = std::min(stop, p + group.bytes());
     while (stop - in >= 4) {
       const std::uint32_t unit = loadLow<std::uint16_t>(in);
       if (isAscii && unit < 0x80) break;
+      std::uint32_t code = codes.load(unit);
+      if (code - 1 < highest) {
+        to = putCode(to, code);
+        in += 2;
+        continue;
+      }
       const bool isPair = isHighSurrogate(unit);
       if (isPair && copySupplementary(in, to, runStop)) continue;
       const std::uint32_t low = loadLow<std::uint16_t>(in + 2);
       if (isPair && !isLowSurrogate(low)) break;
-      const std::uint32_t code =
-          isPair ? codeOfPair(joinSurrogates(unit, low)) : codeAt(table, in, stop);
-      if (code - 1 >= highestCopied) break;
+      code = isPair ? codeOfPair(joinSurrogates(unit, low)) : codeAt(table, in, stop);
+      if (code - 1 >= highest) break;
       to = putCode(to, code);
       in += isPair ? 4 : 2;
     }

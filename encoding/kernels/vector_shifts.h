@@ -15,14 +15,14 @@ struct ShiftedBlock {
   using Bytes = typename V::Bytes;
   static constexpr std::ptrdiff_t kBlock = 64;
 
-  std::uint64_t outs = 0, ins = 0;  // the shifts
+  std::uint64_t outs = 0, ins = 0;      // the shifts
   std::uint64_t leads = 0, trails = 0;  // what may be in pairs
   std::uint64_t others = 0;             // what may not be outside of them
-  std::uint64_t pairs = 0;  // bytes of them
+  std::uint64_t pairs = 0;              // bytes of them
   std::uint64_t firsts = 0;
 
-  // inPairs has all bits set where the block begins in pairs; isSecond is 1 where it begins with the
-  // second byte of one.
+  // inPairs has all bits set where the block begins in pairs; isSecond is 1 where it begins with
+  // the second byte of one.
   ShiftedBlock(const Byte* in, std::uint64_t inPairs, std::uint64_t isSecond) {
     for (unsigned int i = 0; i < kBlock; i += V::kSize) look(Bytes::load(in + i), i);
     std::uint64_t after = outs | ins;
@@ -32,8 +32,8 @@ struct ShiftedBlock {
     pairs = after & ~outs;
     firsts = pairStarts(pairs & ~isSecond);
     const std::uint64_t seconds = firsts << 1 | isSecond;
-    const std::uint64_t wrong = (firsts & ~leads) | (pairs & ~trails) |
-                                ((pairs & ~firsts) ^ seconds) | (others & ~pairs);
+    const std::uint64_t wrong =
+        (firsts & ~leads) | (pairs & ~trails) | ((pairs & ~firsts) ^ seconds) | (others & ~pairs);
     isUsual = isUsual && wrong == 0;
     endsInPairs = 0 - (after >> 63);
     endsInHalf = firsts >> 63;
