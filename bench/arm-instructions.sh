@@ -27,7 +27,7 @@ text_of() {
   for _ in 1 2 3 4 5 6 7 8; do cat "$work/once"; done >"$work/eight"
   for _ in 1 2 3 4 5 6 7 8; do cat "$work/eight"; done
 }
-for language in English Russian Japanese; do text_of $language >"$work/$language"; done
+for language in English Russian Japanese Korean; do text_of $language >"$work/$language"; done
 
 # Instructions for each byte: what eight rounds more take than two do.
 count() {
@@ -58,4 +58,5 @@ for language in English Russian Japanese; do
 done
 row Russian singleByteToUtf16 singleByteToUtf8 mapBytes utf16ToSingleByte
 row Japanese doubleByteToUtf16 utf16ToDoubleByte
+row Korean unshiftPairs
 row Russian pairedUtf16 wellFormedUtf8 countByte countUnit countScalar utf8Length

@@ -101,22 +101,24 @@ void fill(fast::DoubleByteEncoder& table) {
 
 // ---- The kernels ----
 
+using fast::Kernels;
+
 struct Row {
   std::string_view kernel;
   const char *from, *to;
   // The kernel of a form, with its table.
-  Convert (*open)(const fast::Kernels& form);
+  Convert (*open)(const Kernels& form);
 };
 
 template <auto member>
-Convert withoutTable(const fast::Kernels& form) {
+Convert withoutTable(const Kernels& form) {
   return [kernel = form.*member](const Bytes& in, Bytes& out) {
     const Byte* const end = in.data() + in.size();
     return kernel(in.data(), end, out.data(), out.data() + out.size()).in == end;
   };
 }
 template <auto member, class Table>
-Convert withTable(const fast::Kernels& form) {
+Convert withTable(const Kernels& form) {
   static Table table = {};
   fill(table);
   return [kernel = form.*member](const Bytes& in, Bytes& out) {
@@ -124,14 +126,22 @@ Convert withTable(const fast::Kernels& form) {
     return kernel(table, in.data(), end, out.data(), out.data() + out.size()).in == end;
   };
 }
+// The header in front of the text is the codec's.
+Convert withShifts(const Kernels& form) {
+  constexpr std::ptrdiff_t kHeader = 4;
+  return [kernel = form.unshiftPairs](const Bytes& in, Bytes& out) {
+    bool inPairs = false;
+    const Byte *const begin = in.data() + kHeader, *const end = in.data() + in.size();
+    return kernel(inPairs, begin, end, out.data(), out.data() + out.size()).in == end;
+  };
+}
 template <auto member, auto... value>
-Convert reader(const fast::Kernels& form) {
+Convert reader(const Kernels& form) {
   return [kernel = form.*member](const Bytes& in, Bytes& /*out*/) {
     return kernel(in.data(), in.data() + in.size(), value...) != 0;
   };
 }
 
-using fast::Kernels;
 constexpr Row kRows[] = {
     {"utf8ToUtf16", kUtf8, kUtf16, withoutTable<&Kernels::utf8ToUtf16>},
     {"utf16ToUtf8", kUtf16, kUtf8, withoutTable<&Kernels::utf16ToUtf8>},
@@ -151,6 +161,7 @@ constexpr Row kRows[] = {
      withTable<&Kernels::doubleByteToUtf16, fast::DoubleByteDecoder>},
     {"utf16ToDoubleByte", kUtf16, kDouble,
      withTable<&Kernels::utf16ToDoubleByte, fast::DoubleByteEncoder>},
+    {"unshiftPairs", "ISO-2022-KR", "EUC-KR", withShifts},
     // What only reads has no peers.
     {"pairedUtf16", kUtf16, "", reader<&Kernels::pairedUtf16>},
     {"wellFormedUtf8", kUtf8, "", reader<&Kernels::wellFormedUtf8>},
