@@ -79,6 +79,7 @@ TEST(MultiByte, TreatsWhatIsMalformed) {
       {54936, "\x81\x30"s, "<0x81>0"},
       {54936, "\x81\x30\x81"s, "<0x81>0<0x81>"},
       {54936, "\x81\x30\x22\x30"s, "<0x81>0\"0"},
+      {54936, "\x81\x30\x80\x30\xFF"s, "<0x81>0<0x80>0<0xFF>"},
       {54936, "\x84\x31\xA5\x30\x41"s, "<0x8431A530>A"},  // between the BMP and what is beyond
       {54936, "\xE3\x32\x9A\x36"s, "<0xE3329A36>"},       // beyond U+10FFFF
       {54936, "\x80\xFF\x41"s, "<0x80><0xFF>A"},
