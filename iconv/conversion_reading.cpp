@@ -129,11 +129,20 @@ void Conversion::readByCodec(const unsigned char* in, std::size_t left,
     text.clear();
     MarkCounter marks;
     CodecState state = m_reading;
-    const unsigned int used = convert(in, length, false, state, text, &marks);
+    unsigned int used = convert(in, length, false, state, text, &marks);
     if (used == 0) continue;
+    // What has decided that there is a mark may have been read as well, and what waited in front.
+    const ReplacedInput& mark = marks.first();
+    const bool isMalformed = marks.count() != 0 && (mark.markOffset == 0 || mark.offset == 0);
+    if (marks.count() != 0) {
+      const unsigned int end = isMalformed ? mark.offset + mark.length : mark.offset;
+      if (used != end) state = stateBehind(in, end);
+      used = end;
+      if (!isMalformed) text.truncate(mark.markOffset);
+    }
     character.length = used;
     character.reading = state;
-    if (marks.count() != 0) {
+    if (isMalformed) {
       character.kind = Kind::kMalformed;
       return;
     }
@@ -159,6 +168,14 @@ void Conversion::readByCodec(const unsigned char* in, std::size_t left,
     }
     return;
   }
+}
+
+// What the reader's state is when it has seen so many bytes.
+CodecState Conversion::stateBehind(const unsigned char* in, unsigned int length) const {
+  LentBuffer<4096 + 128> text;
+  CodecState state = m_reading;
+  strictReader()(in, length, false, state, text, nullptr);
+  return state;
 }
 
 }  // namespace iconv_layer

@@ -19,14 +19,18 @@ class LentBuffer : public DataBuffer {
   unsigned char m_storage[size];
 };
 
-// Counts what had no form.
+// Counts what had no form, and keeps the first of it.
 class MarkCounter final : public ReplacementSink {
  public:
-  void onReplaced(const ReplacedInput& /*piece*/) override { ++m_count; }
+  void onReplaced(const ReplacedInput& piece) override {
+    if (m_count++ == 0) m_first = piece;
+  }
   unsigned int count() const { return m_count; }
+  const ReplacedInput& first() const { return m_first; }
 
  private:
   unsigned int m_count = 0;
+  ReplacedInput m_first{};
 };
 
 }  // namespace iconv_layer

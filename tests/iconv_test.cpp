@@ -183,6 +183,36 @@ TEST(Iconv, LeavesOutHalfAPairAndNothingBehindIt) {
   EXPECT_EQ(convert("ASCII//TRANSLIT", "UTF-16LE", text), "failed");
 }
 
+TEST(Iconv, LeavesOutWhatIsMalformedAndNothingBehindIt) {
+  const struct {
+    const char* from;
+    std::string bytes, text;
+  } kCases[] = {
+      {"EUC-JP", "a\x8F/\xA6\"", "a/\""},
+      {"EUC-TW", "a\x8E\xA2/\xA6\"", "a/\""},
+      {"GB18030", "a\xA6/\x81\x30\"", "a/0\""},
+      {"BIG5-HKSCS", "a\xA6/", "a/"},
+      {"JOHAB", "a\x8F/", "a/"},
+      {"SHIFT_JIS", "a\x81\"b", "a\"b"},
+      {"ISO-2022-KR", "\033$)Ca\x0E\x30\x0F/b", "a/b"},
+      {"ISO-2022-JP-3", "\033$Ba\033(B/b", "/b"},
+      // What waits in front of it is text.
+      {"TSCII", "a\xA6\xFF/", "a\u0BC6/"},
+  };
+  for (const auto& c : kCases) {
+    const iconv_t cd = iconv_open("UTF-8//IGNORE", c.from);
+    std::string bytes = c.bytes;
+    char out[100];
+    char* in = bytes.data();
+    char* next = out;
+    std::size_t left = bytes.size(), room = sizeof out;
+    EXPECT_EQ(iconv(cd, &in, &left, &next, &room), static_cast<std::size_t>(-1)) << c.from;
+    EXPECT_EQ(std::string(out, next), c.text) << c.from;
+    EXPECT_EQ(left, 0U) << c.from;
+    iconv_close(cd);
+  }
+}
+
 TEST(Iconv, LeavesErrnoAloneAndTellsOfWhatIsNoDescriptor) {
   errno = 1234;
   EXPECT_EQ(convert("CP1251", "UTF-8", "\u0416"), "\xC6");
