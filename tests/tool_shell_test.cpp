@@ -97,6 +97,20 @@ TEST_F(ToolTest, SeveralThreadsStandBetweenPipes) {
   EXPECT_EQ(shell("{ " + convert + "text; echo $? >&2; } | head -c 9").err, "141\n");
 }
 
+TEST_F(ToolTest, LeavesTheFileOfAStreamInPlace) {
+  const std::string report = ENCCONV_TOOL " -q -f ascii -t utf-8 --on-error drop -o text --report ";
+  const ToolRun said = shell("{ " + report + "/dev/stdout; echo out; } >all; { " + report +
+                                 "/dev/stderr; echo err >&2; } 2>>all; cat all",
+                             "\xFF");
+  EXPECT_EQ(said.out,
+            "standard input: byte offset 0, line 1: FF is not valid US-ASCII (code page 20127)\n"
+            "out\nerr\n");
+  EXPECT_EQ(
+      shell("{ echo a; " ENCCONV_TOOL " -f 1252 -t utf-8 -o all; echo b; } >all; cat all", "\xE9\n")
+          .out,
+      "a\né\nb\n");
+}
+
 TEST_F(ToolTest, ReportsEveryPlace) {
   write("text", "\xE4\xB8\x80\n\xFF\n");
   write("odd\n\xE9\"", "\xFF");

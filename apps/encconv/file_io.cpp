@@ -110,6 +110,13 @@ bool OutputFile::open(const std::string& name) {
     m_ownsFd = true;
     return m_fd >= 0 || fail();
   }
+  // As /dev/stdout, say, behind which others write as well, who would not see a new file.
+  for (const int stream : {files::kStandardOutput, files::kStandardError}) {
+    FileStatus status;
+    if (m_isInPlace || !files::getStatus(stream, status) || !isFile(status)) continue;
+    m_fd = stream;
+    return true;
+  }
   // A rename would also replace a file that must not be written.
   const bool isFound = m_exists ? files::isWritable(name) && files::resolve(name, m_path)
                                 : files::followLinks(m_path);

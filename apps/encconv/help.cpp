@@ -130,9 +130,10 @@ that is missing ends the run before anything is written there; a directory is
 reported and passed over.
 
   -o OUTPUT      The result is written beside OUTPUT under a temporary name and
-                 renamed when all went well. Devices and pipes are written
-                 directly, - is standard output, and a symbolic link is written
-                 through. OUTPUT must not be one of the inputs.
+                 renamed when all went well. Devices, pipes, and a file that
+                 standard output or error goes to, are written directly; - is
+                 standard output, and a symbolic link is written through.
+                 OUTPUT must not be one of the inputs.
   --in-place     Each FILE is replaced by its converted text. Its owner, access
                  rights, access control list and extended attributes stay, and
                  its time of modification becomes the present one. A file that
