@@ -28,7 +28,8 @@ inline constexpr CharsetMeaning kCharsetMeanings[] = {
     {kHostUtf32, Form::kWide, "WCHAR_T", ""},
     {kHostUtf32, Form::kWide, "INTERNAL", ""},
     // Windows's and IBM's code pages of the same names hold more, or something else.
-    {950, Form::kStrict, "BIG5", "BIG-FIVE CN-BIG5 CP950"},
+    {200711, Form::kPlain, "BIG5", "BIG-FIVE CN-BIG5 CP950"},
+    {874, Form::kStrict, "IBM874", "CP874 WINDOWS-874"},
     {1250, Form::kStrict, "CP1250", "MS-EE WINDOWS-1250"},
     {1251, Form::kStrict, "CP1251", "MS-CYRL WINDOWS-1251"},
     {1252, Form::kStrict, "CP1252", "MS-ANSI WINDOWS-1252"},

@@ -118,6 +118,8 @@ MAPPINGS = [
               ["JDK: Big5", "C library: BIG5"]),
     MultiByte("big5-eten", "Big5 with the extensions of ETEN.", PAIRS, "Perl: big5-eten",
               ["C library: BIG5", "Python: cp950"], over="950"),
+    MultiByte("big5-gnu", "Big5 of the C library.", PAIRS, "C library: BIG5",
+              ["Python: big5", "JDK: Big5"], over="big5-unicode"),
     MultiByte("big5-solaris", "Big5 of Solaris.", PAIRS, "JDK: x-Big5-Solaris", ["JDK: Big5"],
               over="big5-unicode"),
     MultiByte("big5-hkscs", "Big5 with the Hong Kong Supplementary Character Set of 2008.", PAIRS,

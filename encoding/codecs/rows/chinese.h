@@ -40,6 +40,8 @@ inline constexpr EncodingRow kChineseRows[] = {
                      CharsetKind::kMultiByte, &kMultiByteCodec<kMap_big5_eten>)),
     mappedDoubleByte(200705, "x-Big5-Solaris", "Big5_Solaris",
                      "Traditional Chinese, Big5 of Solaris", &kMap_big5_solaris),
+    mappedDoubleByte(200711, "Big5-GNU", "", "Traditional Chinese, Big5 of the C library of GNU",
+                     &kMap_big5_gnu),
     streamOnly(codec(200706, "Big5-HKSCS",
                      "csBig5HKSCS big5hk HKSCS-BIG5 hkscs Big5-HKSCS:2008 Big5-HKSCS:2004",
                      "Traditional Chinese, Hong Kong set of 2008", CharsetKind::kMultiByte,
