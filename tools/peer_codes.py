@@ -38,6 +38,7 @@ UNDER_OTHER_NAMES = {
     200702: [("C library", "GBK"), ("Python", "gbk"), ("JDK", "GBK")],
     200703: [("Python", "big5"), ("JDK", "Big5")],
     200704: [("C library", "BIG5")],
+    200711: [("C library", "BIG5")],
     200721: [("C library", "SJIS"), ("Python", "shift_jis")],
     200722: [("JDK", "Shift_JIS")],
     200740: [("C library", "EUC-KR"), ("Python", "euc_kr"), ("JDK", "EUC-KR")],
