@@ -61,7 +61,10 @@ Charset findCharset(std::string_view name) {
   if (const CharsetMeaning* const meaning = findMeaning(name)) return charsetOf(*meaning);
   Charset charset;
   charset.row = findEncoding(name);
-  charset.hasMark = charset.row != nullptr && charset.row->writesMark;
+  if (charset.row == nullptr) return charset;
+  charset.hasMark = charset.row->writesMark;
+  charset.writesOneWay = std::find(std::begin(kWritesOneWay), std::end(kWritesOneWay),
+                                   charset.row->number) != std::end(kWritesOneWay);
   return charset;
 }
 

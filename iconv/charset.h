@@ -19,6 +19,7 @@ struct Charset {
   bool isWide = false;    // wide characters of the host, between which and others is one step: for
                           // want of room it stops in front of text that is malformed
   bool isStrict = false;  // without the characters that Windows gives to free bytes
+  bool writesOneWay = false;  // other shapes of its characters are written as these
 };
 
 // What the suffixes ask for, in any case and order: //TRANSLIT, //IGNORE, //NON_IDENTICAL_DISCARD.

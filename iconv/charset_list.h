@@ -65,6 +65,9 @@ inline constexpr CharsetMeaning kCharsetMeanings[] = {
     {949, Form::kStrict, "UHC", "MSCP949 CP949"},
 };
 
+// Rows whose other shapes, of Arabic letters for the most part, the C library writes as well.
+inline constexpr int kWritesOneWay[] = {1008, 1046, 1097, 4517, 4909, 4971, 9448, 16804};
+
 }  // namespace iconv_layer
 
 #endif  // ICONV_CHARSET_LIST_H_

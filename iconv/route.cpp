@@ -99,8 +99,9 @@ OpenStatus findRoute(const char* toCode, const char* fromCode, Route& route) {
   route = {from.charset, to.charset, to.suffixes, nullptr};
   route.plan =
       fast::openPlan(from.charset.row->number, to.charset.row->number, fast::Reader::kStream);
-  if (route.plan != nullptr && (from.charset.isStrict || to.charset.isStrict)) {
-    route.plan = strictPlan(*route.plan, from.charset.isStrict, to.charset.isStrict);
+  const Strictness strictness{from.charset.isStrict, to.charset.isStrict, to.charset.writesOneWay};
+  if (route.plan != nullptr && strictness != Strictness()) {
+    route.plan = strictPlan(*route.plan, strictness);
   }
   if (route.plan == nullptr) return OpenStatus::kNoMemory;
   if (!to.isOfLocale && !from.isOfLocale) add(spelling, route);

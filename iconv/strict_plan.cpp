@@ -10,8 +10,7 @@ namespace {
 // One plan, and the tables that it has for itself.
 struct StrictPlan {
   const fast::Plan* base;
-  bool isSourceStrict;
-  bool isTargetStrict;
+  Strictness strictness;
   const StrictPlan* next = nullptr;
   fast::Plan plan;
   std::unique_ptr<fast::SingleByteDecoder> singleDecoder;
@@ -19,8 +18,7 @@ struct StrictPlan {
   std::unique_ptr<fast::SingleByteEncoder> singleEncoder;
   std::unique_ptr<fast::DoubleByteEncoder> doubleEncoder;
 
-  StrictPlan(const fast::Plan& of, bool strictSource, bool strictTarget)
-      : base(&of), isSourceStrict(strictSource), isTargetStrict(strictTarget), plan(of) {}
+  StrictPlan(const fast::Plan& of, Strictness how) : base(&of), strictness(how), plan(of) {}
 };
 
 constinit std::atomic<const StrictPlan*> g_plans{nullptr};
@@ -57,11 +55,15 @@ bool replace(const Table*& table, std::unique_ptr<Table>& own, Change change) {
 }
 
 // False when memory is short.
-bool leaveOutFree(StrictPlan& strict) {
+bool change(StrictPlan& strict) {
   fast::Plan& plan = strict.plan;
+  const fast::Encoder& approximating = plan.encoding.approximating;
+  const bool hasOneWays =
+      approximating.singleByte != nullptr || approximating.doubleByte != nullptr;
+  if (strict.strictness.writesOneWay && hasOneWays) plan.encoding.table = approximating;
   fast::Decoder& decoder = plan.decoding.table;
   fast::Encoder& encoder = plan.encoding.table;
-  if (strict.isSourceStrict &&
+  if (strict.strictness.source &&
       (!replace(decoder.singleByte, strict.singleDecoder,
                 [](fast::SingleByteDecoder& table) { clearFree(table.units); }) ||
        !replace(decoder.doubleByte, strict.doubleDecoder, [](fast::DoubleByteDecoder& table) {
@@ -70,7 +72,7 @@ bool leaveOutFree(StrictPlan& strict) {
        }))) {
     return false;
   }
-  if (strict.isTargetStrict &&
+  if (strict.strictness.target &&
       (!replace(encoder.singleByte, strict.singleEncoder,
                 [](fast::SingleByteEncoder& table) { clearFreePlaces(table.bytes); }) ||
        !replace(encoder.doubleByte, strict.doubleEncoder,
@@ -87,8 +89,7 @@ bool leaveOutFree(StrictPlan& strict) {
 
 const fast::Plan* find(const StrictPlan* strict, const StrictPlan& wanted) {
   for (; strict != nullptr; strict = strict->next) {
-    if (strict->base == wanted.base && strict->isSourceStrict == wanted.isSourceStrict &&
-        strict->isTargetStrict == wanted.isTargetStrict) {
+    if (strict->base == wanted.base && strict->strictness == wanted.strictness) {
       return &strict->plan;
     }
   }
@@ -97,13 +98,12 @@ const fast::Plan* find(const StrictPlan* strict, const StrictPlan& wanted) {
 
 }  // namespace
 
-const fast::Plan* strictPlan(const fast::Plan& plan, bool isSourceStrict, bool isTargetStrict) {
-  std::unique_ptr<StrictPlan> made(new (std::nothrow)
-                                       StrictPlan(plan, isSourceStrict, isTargetStrict));
+const fast::Plan* strictPlan(const fast::Plan& plan, Strictness strictness) {
+  std::unique_ptr<StrictPlan> made(new (std::nothrow) StrictPlan(plan, strictness));
   if (made == nullptr) return nullptr;
   const StrictPlan* first = g_plans.load(std::memory_order_acquire);
   if (const fast::Plan* const known = find(first, *made)) return known;
-  if (!leaveOutFree(*made)) return nullptr;
+  if (!change(*made)) return nullptr;
   made->next = first;
   while (!g_plans.compare_exchange_weak(made->next, made.get(), std::memory_order_acq_rel)) {
     // Another thread was faster.

@@ -248,6 +248,9 @@ TEST(Iconv, NamesAndSuffixesMeanWhatTheyMeanToPrograms) {
       {"CP932", "UTF-8", "\u2460", "\x87\x40"},
       {"UTF-8", "CP1252", "\x81", "failed"},
       {"UTF-8", "GB2312", "\xA8\xBC", "failed"},
+      {"UTF-8", "BIG5", "\xC6\xA1", "\uF6B1"},
+      {"IBM874", "UTF-8", "\u20AC\u0E01", "\x80\xA1"},
+      {"IBM4517", "UTF-8", "\u0621\u0628", "\x46\x58"},  // as the shapes that the page has
       {"UCS-2LE", "UTF-8", "\U0001F600", "failed"},
   };
   for (const Row& row : rows) {
