@@ -5,7 +5,7 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <limits>
+#include <utility>
 
 namespace iconv_command {
 namespace {
@@ -23,14 +23,21 @@ Conversion::~Conversion() {
 
 int Conversion::run() {
   if (!open()) return 1;
-  if (m_options.files.empty() && !convertFile(STDIN_FILENO)) m_status = 1;
-  for (const std::string& name : m_options.files) {
-    if (m_options.isVerbose) std::fprintf(stderr, "%s:\n", name.c_str());
-    if (convertNamed(name)) continue;
+  std::vector<std::string> files = m_options.files;
+  if (files.empty()) files.emplace_back("-");
+  // Once the output is opened, what is not read yet of its text is lost.
+  std::size_t held = files.size();
+  while (held != 0 && !isOutput(files[held - 1])) --held;
+  m_isHeld = held != 0;
+  for (std::size_t i = 0; i < files.size(); ++i) {
+    if (m_options.isVerbose && !m_options.files.empty()) {
+      std::fprintf(stderr, "%s:\n", files[i].c_str());
+    }
+    if (convertNamed(files[i]) && (i + 1 != held || writeHeld())) continue;
     m_status = 1;
     break;
   }
-  if (!closeOutput()) m_status = 1;
+  if (!writeHeld() || !closeOutput()) m_status = 1;
   return m_status;
 }
 
@@ -67,12 +74,9 @@ bool Conversion::convertFile(int file) {
   m_input.clear();
   m_position = 0;
   m_hasIgnored = false;
-  // The output may be opened by the first block, and what is not read yet lost.
-  const bool readsAll = isOutput(file);
   bool isEnd = false;
   while (!isEnd) {
-    if (!readOn(file, isEnd)) return false;
-    if ((!readsAll || isEnd) && !convertBlock(isEnd)) return false;
+    if (!readOn(file, isEnd) || !convertBlock(isEnd)) return false;
   }
   if (!endText()) return false;
   if (!m_hasIgnored || m_options.omitsInvalid) return true;
@@ -80,9 +84,10 @@ bool Conversion::convertFile(int file) {
   return false;
 }
 
-bool Conversion::isOutput(int file) const {
+bool Conversion::isOutput(const std::string& name) const {
   struct stat input, output;
-  return !m_options.output.empty() && ::fstat(file, &input) == 0 &&
+  const int found = name == "-" ? ::fstat(STDIN_FILENO, &input) : ::stat(name.c_str(), &input);
+  return found == 0 && !m_options.output.empty() &&
          ::stat(m_options.output.c_str(), &output) == 0 && input.st_dev == output.st_dev &&
          input.st_ino == output.st_ino && S_ISREG(input.st_mode);
 }
@@ -142,6 +147,12 @@ bool Conversion::endText() {
 // Writes m_written up to its end.
 bool Conversion::write(const char* end) {
   const auto count = static_cast<std::size_t>(end - m_written.data());
+  if (!m_isHeld) return write(m_written.data(), count);
+  m_held.append(m_written.data(), count);
+  return true;
+}
+
+bool Conversion::write(const char* bytes, std::size_t count) {
   if (count == 0) return true;
   if (m_output == nullptr) {
     m_output = m_options.output.empty() ? stdout : std::fopen(m_options.output.c_str(), "we");
@@ -150,9 +161,16 @@ bool Conversion::write(const char* end) {
     say("cannot open output file", errno);
     return false;
   }
-  if (std::fwrite(m_written.data(), 1, count, m_output) == count) return true;
+  if (std::fwrite(bytes, 1, count, m_output) == count) return true;
   say("conversion stopped due to problem in writing the output");
   return false;
+}
+
+bool Conversion::writeHeld() {
+  m_isHeld = false;
+  const std::string held = std::move(m_held);
+  m_held.clear();
+  return write(held.data(), held.size());
 }
 
 bool Conversion::closeOutput() {

@@ -31,7 +31,9 @@ class Conversion {
   bool convertBlock(bool isLast);
   bool endText();
   bool write(const char* end);
-  bool isOutput(int file) const;
+  bool write(const char* bytes, std::size_t count);
+  bool writeHeld();
+  bool isOutput(const std::string& name) const;
   bool readOn(int file, bool& isEnd);
   bool closeOutput();
 
@@ -39,6 +41,8 @@ class Conversion {
   iconv_t m_descriptor = nullptr;
   bool m_ignores = false;         // what is invalid does not end the text
   std::FILE* m_output = nullptr;  // opened for the first bytes
+  bool m_isHeld = false;  // nothing is written until all inputs are read that are the output
+  std::string m_held;     // what is to be written then
   int m_status = 0;
 
   // The file at hand.

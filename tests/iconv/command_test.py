@@ -187,6 +187,11 @@ def main():
                                   folder)
         expect(status == 0 and files["long"].decode("utf-16-le") == FILES["long"].decode(),
                "an output that is the input is not whole")
+        status, _, _, files = run(ours, ["-f", "utf-8", "-t", "utf-16le", "-o", "text", "long",
+                                         "text", "text"], folder)
+        expect(status == 0 and files["text"] == run(ours, ["-f", "utf-8", "-t", "utf-16le", "long",
+                                                           "text", "text"], folder)[1],
+               "an output that is a later input is not whole")
         status, out, _, _ = run(ours, ["-f", "utf-8", "-t", "latin1", "-", "-", "<text"], folder)
         expect((status, out) == (0, b"a\xe9b\n"), "standard input cannot be named twice")
         status, out, _, _ = run(ours, ["text", "-f", "utf-8"], folder, POSIXLY_CORRECT="1")
