@@ -287,6 +287,10 @@ unsigned char* wholeByCodec(const Plan& plan, const unsigned char* in, std::size
     const Codec& codec = *plan.source->codec;
     const Codec::Convert convert = codec.readStrictly ? codec.readStrictly : codec.read;
     if (!convertWhole(convert, in, static_cast<std::int64_t>(length), read)) return nullptr;
+    // To itself: second codes stay as they are.
+    if (plan.source == plan.target && codec.isStateless) {
+      return std::copy_n(in, static_cast<std::uint32_t>(length), out);
+    }
     in = read.getData2();
     length = read.getSize();
     if (length > kReadBytes) return nullptr;

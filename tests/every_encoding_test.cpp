@@ -165,6 +165,9 @@ TEST(EveryEncoding, ReadsTheSameWhereverTheInputIsCut) {
         ASSERT_EQ(atOnce, stream(settings, cut, [&] { return 1 + random() % 5; }));
         if (row.form == EncodingForm::kCodec && !cut.empty()) {
           ASSERT_NO_FATAL_FAILURE(expectTheSameOfCodec(row.number, 65001, cut));
+          if (row.isWritten) {
+            ASSERT_NO_FATAL_FAILURE(expectTheSameOfCodec(row.number, row.number, cut));
+          }
         }
         for (int i = 0; i < 4; ++i) {
           cut.insert(random() % (cut.size() + 1), 1, static_cast<char>(random()));

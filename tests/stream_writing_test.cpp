@@ -272,3 +272,22 @@ TEST(StreamWriting, ReadsWhatIsTriedInFrontOfATreatment) {
   ASSERT_TRUE(parseStreamTreatment("hex", settings));
   EXPECT_FALSE(settings.bestFit);
 }
+
+// The characters of one code are each where the code is, and raw copies that once.
+TEST(StreamWriting, KnowsTheCodeOfSeveralCharacters) {
+  constexpr int kBig5Hkscs = 200706, kTscii = 200519;
+  const StreamResult result = stream(settingsFor(kBig5Hkscs, 1252, "raw"), "A\x88\x62z");
+  EXPECT_EQ("A\xCA\x88\x62z", result.text);  // 1252 has the letter, but not its mark
+  ASSERT_EQ(1u, result.errors.size());
+  EXPECT_EQ(1u, result.errors[0].offset);
+  EXPECT_EQ(2u, result.errors[0].length);
+
+  // All at once: 8A, of two characters, is told apart at the end only.
+  StreamConverter converter;
+  DataBuffer out;
+  DataBufferOutput output(out);
+  ASSERT_EQ(StreamStatus::kGood, converter.begin(settingsFor(kTscii, 932, "raw")));
+  ASSERT_EQ(StreamStatus::kGood, converter.finish(bytesOf("A\x8A\xA8"s), 3, output));
+  EXPECT_EQ("A\x8A\xA8", textOf(output.content()));
+  EXPECT_EQ(3u, converter.errorCount());
+}

@@ -79,24 +79,27 @@ class CodecStage final : public SourceStage {
     return {first.offset, last.offset + last.length - first.offset};
   }
 
-  // A piece is one unit, and where that can only be told from what follows it, one byte more: no
-  // unit, or the next one.
+  // A piece may be several units: of one code, or of characters of which the last one told what the
+  // others are. As much of it as makes no more than the units in front is not of this one.
   SourcePlace locateUnit(std::uint32_t byte) {
     walkTo(byte, m_walk);
-    if (byte != m_walk.firstByte) return {m_walk.offset + m_walk.length - 1, 1};
-    const unsigned char* const unit = m_text.getDataAt2(byte);
-    std::uint32_t length = 0;
-    bool isUnit = false;
-    while (!isUnit && length < m_walk.length) {
+    const std::uint32_t before = byte - m_walk.firstByte, through = before + 2;
+    const unsigned char* const units = m_text.getDataAt2(m_walk.firstByte);
+    std::uint32_t begin = 0;
+    for (std::uint32_t length = 1; length < m_walk.length; ++length) {
       m_scratch.clear();
       CodecState state = m_walk.stateBefore;
       state.replaced = false;
-      m_read(m_data + m_walk.offset, ++length, true, state, m_scratch, nullptr);
-      const bool isMark = state.replaced && m_scratch.getSize() == 2;
-      isUnit =
-          !isMark && m_scratch.getSize() >= 2 && std::equal(unit, unit + 2, m_scratch.getData2());
+      m_read(m_data + m_walk.offset, length, true, state, m_scratch, nullptr);
+      const std::uint32_t size = m_scratch.getSize();
+      const std::uint32_t compared = std::min(size, through);
+      const bool isMark = state.replaced && size == through;
+      if (isMark || size == 0 || !std::equal(units, units + compared, m_scratch.getData2()))
+        continue;
+      if (size >= through) return {m_walk.offset + begin, length - begin};
+      begin = length;
     }
-    return {m_walk.offset, length};
+    return {m_walk.offset + begin, m_walk.length - begin};
   }
 
   // The data is read once more, as little at a time as the codec allows.

@@ -75,7 +75,7 @@ StreamStatus StreamConverter::Core::begin(const StreamSettings& settings) {
   if (m_settings.from == 0) m_settings.from = m_settings.to;
   m_isPdf = m_hasBegun = m_isEnd = false;
   m_waiting.clear();
-  m_offset = m_errorCount = m_approximationCount = 0;
+  m_offset = m_errorCount = m_approximationCount = m_copiedBegin = m_copiedEnd = 0;
   m_firstError = m_firstApproximation = {};
   m_lines = 1;
   m_status = open(m_settings.from);

@@ -96,6 +96,7 @@ class StreamConverter::Core final : private CodecTarget::Client {
   void treatPiece(const Piece& piece);
   void treatMark(const ReplacedInput& mark);
   void treat(const StreamError& error, const unsigned char* piece, std::uint32_t length);
+  void dropCopied(std::uint64_t offset, Treatment::Replacement& copied);
   void report(const StreamError& error);
   void reportInstead(StreamError error, std::u32string_view text);
   StreamError errorAt(const Piece& piece);
@@ -145,6 +146,8 @@ class StreamConverter::Core final : private CodecTarget::Client {
   const fast::DoubleByteDecoder* m_segmentTable = nullptr;  // of its code page; null for UTF-16
   const Piece* m_fixedPiece = nullptr;  // where the character came from that is written by itself
 
+  std::uint64_t m_copiedBegin = 0;  // the piece of the source that was copied last
+  std::uint64_t m_copiedEnd = 0;
   std::uint64_t m_errorCount = 0;
   StreamError m_firstError;
   bool m_isReportWanted =

@@ -139,6 +139,7 @@ void StreamConverter::Core::treat(const StreamError& error, const unsigned char*
   if (m_settings.treatment != StreamTreatment::kDrop) {
     replacement = m_treatment.replace(error, piece, length);
   }
+  if (m_settings.treatment == StreamTreatment::kRaw) dropCopied(error.offset, replacement);
   bool isWritten = true;
   if (m_treatment.hasFailed()) {
     isWritten = false;
@@ -152,6 +153,18 @@ void StreamConverter::Core::treat(const StreamError& error, const unsigned char*
     isWritten = m_target->writeTreatment(replacement.bytes, replacement.count, *m_out);
   }
   if (!isWritten) fail();
+}
+
+// Takes off what was copied for the character before, which one code has together with this one.
+void StreamConverter::Core::dropCopied(std::uint64_t offset, Treatment::Replacement& copied) {
+  const std::uint64_t end = offset + copied.count;
+  if (offset >= m_copiedBegin && offset < m_copiedEnd) {
+    const std::uint64_t before = std::min(m_copiedEnd, end) - offset;
+    copied.bytes += before;
+    copied.count -= static_cast<std::uint32_t>(before);
+  }
+  m_copiedBegin = offset;
+  m_copiedEnd = end;
 }
 
 // ---- For the target's codec. ----
