@@ -100,6 +100,22 @@ Conversion::Status Conversion::beginSource(Place& place) {
 
 // ---- Clean text. ----
 
+// Converts a text that is no longer than a window, where nothing waits. False when it is not known
+// what becomes of the rest.
+bool Conversion::takeOnly(Place& place, Status& status) {
+  const std::size_t length = place.left();
+  if (m_steps != 0 || m_waitingBytes != 0) return false;
+  if (length - 1 >= m_window || length > place.room()) return false;
+  if (!takeWindow(place, length)) {
+    narrowWindow(length);
+    return false;
+  }
+  if (place.in == place.inEnd) return true;
+  if (!waitsBehindWindow()) return false;
+  status = keepWaiting(place) ? Status::kGood : Status::kCut;
+  return true;
+}
+
 // Converts as much as it can without looking at single characters. True when what is left is known
 // to be the beginning of one.
 bool Conversion::takeClean(Place& place, Outcome& outcome) {
@@ -116,20 +132,22 @@ bool Conversion::takeClean(Place& place, Outcome& outcome) {
     const unsigned char* const before = place.in;
     if (length != 0 && takeWindow(place, length) && place.in != before) {
       m_window = std::min<std::uint16_t>(m_window * 4, kLargestWindow);
-      // What a reader leaves of all there is waits for more.
-      const bool isRead = reader() != nullptr && before + length == place.inEnd;
-      if (isRead && place.in != place.inEnd && !m_route.to.isWide) return true;
+      const bool isLast = before + length == place.inEnd;
+      if (isLast && place.in != place.inEnd && waitsBehindWindow()) return true;
       continue;
     }
-    // A short text may hold a character that its end cuts, and nothing else that stops.
-    m_window = static_cast<std::uint16_t>(std::min<std::size_t>(m_window, length) / 4);
-    if (m_window < kLeastWindow) {
-      m_window = kLeastWindow;
-      m_steps = kLeastWindow;
-      return false;
-    }
+    narrowWindow(length);
+    if (m_steps != 0) return false;
   }
   return false;
+}
+
+// A short text may hold a character that its end cuts, and nothing else that stops.
+void Conversion::narrowWindow(std::size_t length) {
+  m_window = static_cast<std::uint16_t>(std::min<std::size_t>(m_window, length) / 4);
+  if (m_window >= kLeastWindow) return;
+  m_window = kLeastWindow;
+  m_steps = kLeastWindow;
 }
 
 // Between encodings without codecs.
@@ -137,23 +155,11 @@ void Conversion::takePlain(Place& place, Outcome& outcome) {
   const fast::Plan& plan = *m_plan;
   const std::size_t length = place.left();
   if (length <= fast::kShortBytes && plan.whole != nullptr) {
-    if (place.room() >= length * fast::kWorstFactor + kKernelSlack) {
-      unsigned char* const end = plan.whole(plan, place.in, length, place.out, place.outEnd);
-      if (end != nullptr) {
-        place.in = place.inEnd;
-        place.out = end;
-        return;
-      }
-    } else {
-      unsigned char text[fast::kShortOutput];
-      const unsigned char* const end = plan.whole(plan, place.in, length, text, text + sizeof text);
-      const auto size = static_cast<std::size_t>(end - text);
-      if (end != nullptr && size <= place.room()) {
-        std::memcpy(place.out, text, size);
-        place.in = place.inEnd;
-        place.out += size;
-        return;
-      }
+    unsigned char* const end = takeWhole(place.in, length, place.out, place.room());
+    if (end != nullptr) {
+      place.in = place.inEnd;
+      place.out = end;
+      return;
     }
   }
   if (length <= fast::kShortBytes && plan.whole == nullptr && takeShort(place, length)) return;
@@ -175,6 +181,21 @@ void Conversion::takePlain(Place& place, Outcome& outcome) {
     place.in = aside.in;
     part = std::min({part, place.left(), place.room()});
   }
+}
+
+// Converts a short text as a whole. Null, with nothing done, where it is not clean or does not fit.
+unsigned char* Conversion::takeWhole(const unsigned char* in, std::size_t length,
+                                     unsigned char* out, std::size_t room) const {
+  const fast::Plan& plan = *m_plan;
+  if (room >= length * fast::kWorstFactor + kKernelSlack) {
+    return plan.whole(plan, in, length, out, out + room);
+  }
+  unsigned char text[fast::kShortOutput];
+  const unsigned char* const end = plan.whole(plan, in, length, text, text + sizeof text);
+  const auto size = static_cast<std::size_t>(end - text);
+  if (end == nullptr || size > room) return nullptr;
+  std::memcpy(out, text, size);
+  return out + size;
 }
 
 // Converts a short text by the two steps; false, with nothing done, where it is not clean or does

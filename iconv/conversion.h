@@ -21,7 +21,8 @@ namespace iconv_layer {
 // thread uses an object at a time.
 class Conversion {
  public:
-  explicit Conversion(const Route& route) : m_route(route), m_plan(route.plan) {}
+  explicit Conversion(const Route& route)
+      : m_route(route), m_plan(route.plan), m_shortWay(shortWay()) {}
 
   enum class Status : unsigned char {
     kGood,
@@ -40,6 +41,18 @@ class Conversion {
     std::size_t room() const { return static_cast<std::size_t>(outEnd - out); }
   };
 
+  // What most calls are, a short clean text and room for it, without a look at anything else. Else
+  // false; then what is left is for convert().
+  bool convertShort(Place& place, Status& status) {
+    status = Status::kGood;
+    if (m_shortWay == ShortWay::kWindow) return takeOnly(place, status);
+    if (m_shortWay != ShortWay::kWhole || place.left() - 1 >= fast::kShortBytes) return false;
+    unsigned char* const end = takeWhole(place.in, place.left(), place.out, place.room());
+    if (end == nullptr) return false;
+    place.in = place.inEnd;
+    place.out = end;
+    return true;
+  }
   // Adds the characters that were not written as they are to irreversible.
   Status convert(Place& place, std::size_t& irreversible);
   // Writes what waits and leaves any shift; then the object is as new. kFull: nothing is done.
@@ -74,15 +87,29 @@ class Conversion {
     return codec.readStrictly ? codec.readStrictly : codec.read;
   }
   const Codec* writer() const { return m_plan->target->codec; }
+  // Whether what a window leaves of all there is waits for more.
+  bool waitsBehindWindow() const { return reader() != nullptr && !m_route.to.isWide; }
   bool isPlain() const {
     return reader() == nullptr && writer() == nullptr && !m_route.from.isUcs2 && !m_route.to.isUcs2;
   }
 
+  // How the whole of a short text is converted: by the plan, or in one window of the codecs.
+  enum class ShortWay : unsigned char { kNone, kWhole, kWindow };
+  ShortWay shortWay() const {
+    if (m_route.from.hasMark || m_route.to.hasMark) return ShortWay::kNone;
+    if (!isPlain()) return ShortWay::kWindow;
+    return m_plan->whole != nullptr ? ShortWay::kWhole : ShortWay::kNone;
+  }
+
   Status beginSource(Place& place);
   Status writeMark(Place& place);
+  bool takeOnly(Place& place, Status& status);
   bool takeClean(Place& place, Outcome& outcome);
+  void narrowWindow(std::size_t length);
   void takePlain(Place& place, Outcome& outcome);
   void takePlainWindows(Place& place, Outcome& outcome);
+  unsigned char* takeWhole(const unsigned char* in, std::size_t length, unsigned char* out,
+                           std::size_t room) const;
   bool takeShort(Place& place, std::size_t length) const;
   void takeByPump(Place& place, std::size_t length, Outcome* outcome) const;
   bool takeWindow(Place& place, std::size_t length);
@@ -118,6 +145,7 @@ class Conversion {
 
   Route m_route;
   const fast::Plan* m_plan;  // that of the route, or that of the other byte order, as a mark says
+  ShortWay m_shortWay;
   CodecState m_reading;
   CodecState m_writing;
   std::uint32_t m_plainWindow = kLargestPlainWindow;  // the same where none are

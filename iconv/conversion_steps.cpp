@@ -307,8 +307,7 @@ Conversion::Status Conversion::takeWaiting(Place& place, Outcome& outcome) {
     m_waitingBytes = static_cast<std::uint8_t>(waiting - used);
     std::memcpy(m_waiting, aside.in, m_waitingBytes);
   }
-  // What the reader has left of all there is waits for more, as behind a window.
-  if (status == Status::kGood && isTaken && place.in != place.inEnd && !m_route.to.isWide) {
+  if (status == Status::kGood && isTaken && place.in != place.inEnd && waitsBehindWindow()) {
     return keepWaiting(place) ? Status::kGood : Status::kCut;
   }
   return status;

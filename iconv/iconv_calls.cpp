@@ -27,11 +27,12 @@ iconv_t noDescriptor() { return reinterpret_cast<iconv_t>(-1); }  // NOLINT: as 
 // What is left of the value that errno had before a call that went well.
 class KeptErrno {
  public:
-  ~KeptErrno() { errno = m_value; }
+  ~KeptErrno() { m_place = m_value; }
   void fail(int error) { m_value = error; }
 
  private:
-  int m_value = errno;
+  int& m_place = errno;
+  int m_value = m_place;
 };
 
 struct Descriptor {
@@ -91,41 +92,67 @@ int errorOf(Conversion::Status status, bool countsIgnored) {
 
 unsigned char* bytesAt(char* text) { return reinterpret_cast<unsigned char*>(text); }
 
-std::size_t convert(iconv_t cd, char** inbuf, std::size_t* inLeft, char** outbuf,
-                    std::size_t* outLeft) {
+// The text and the room that a call is given, of which either may be missing.
+struct Given {
+  char** inbuf;
+  std::size_t* inLeft;
+  char** outbuf;
+  std::size_t* outLeft;
+
+  bool hasText() const { return inbuf != nullptr && *inbuf != nullptr; }
+  bool hasRoom() const { return outbuf != nullptr && *outbuf != nullptr; }
+  Conversion::Place place() const {
+    Conversion::Place place{};
+    if (hasText()) {
+      place.in = bytesAt(*inbuf);
+      place.inEnd = place.in + *inLeft;
+    }
+    if (hasRoom()) {
+      place.out = bytesAt(*outbuf);
+      place.outEnd = place.out + *outLeft;
+    }
+    return place;
+  }
+  // Says how far a call has come.
+  void moveTo(const Conversion::Place& place) const {
+    if (hasText()) {
+      *inLeft = place.left();
+      *inbuf += place.in - bytesAt(*inbuf);
+    }
+    if (hasRoom()) {
+      *outLeft = place.room();
+      *outbuf += place.out - bytesAt(*outbuf);
+    }
+  }
+};
+
+std::size_t convert(iconv_t cd, const Given& given) {
   Descriptor* const descriptor = descriptorOf(cd);
   if (descriptor == nullptr) {
     errno = EBADF;
     return kFailed;
   }
-  KeptErrno kept;
   Conversion& conversion = descriptor->conversion;
-  const bool hasRoom = outbuf != nullptr && *outbuf != nullptr;
-  const bool hasText = inbuf != nullptr && *inbuf != nullptr;
-  if (!hasRoom && !hasText) {
-    conversion.restart();
+  Conversion::Place place = given.place();
+  Conversion::Status status = Conversion::Status::kGood;
+  // Nothing in there sets errno, unless memory is short.
+  if (given.hasText() && given.hasRoom() && conversion.convertShort(place, status) &&
+      status == Conversion::Status::kGood) {
+    given.moveTo(place);
     return 0;
   }
-  Conversion::Place place{};
-  if (hasRoom) {
-    place.out = bytesAt(*outbuf);
-    place.outEnd = place.out + *outLeft;
-  }
-  if (hasText) {
-    place.in = bytesAt(*inbuf);
-    place.inEnd = place.in + *inLeft;
-  }
+  KeptErrno kept;
   std::size_t irreversible = 0;
-  const Conversion::Status status =
-      hasText ? conversion.convert(place, irreversible) : conversion.finish(place);
-  if (hasText) {
-    *inLeft = place.left();
-    *inbuf += place.in - bytesAt(*inbuf);
+  if (status == Conversion::Status::kGood) {
+    if (given.hasText()) {
+      status = conversion.convert(place, irreversible);
+    } else if (given.hasRoom()) {
+      status = conversion.finish(place);
+    } else {
+      conversion.restart();
+    }
   }
-  if (hasRoom) {
-    *outLeft = place.room();
-    *outbuf += place.out - bytesAt(*outbuf);
-  }
+  given.moveTo(place);
   const int error = errorOf(status, descriptor->countsIgnored);
   if (error == 0) return irreversible;
   kept.fail(error);
@@ -200,7 +227,7 @@ ENCCONV_API iconv_t iconv_open(const char* tocode, const char* fromcode) {
 }
 ENCCONV_API std::size_t iconv(iconv_t cd, char** inbuf, std::size_t* inbytesleft, char** outbuf,
                               std::size_t* outbytesleft) {
-  return convert(cd, inbuf, inbytesleft, outbuf, outbytesleft);
+  return convert(cd, {inbuf, inbytesleft, outbuf, outbytesleft});
 }
 ENCCONV_API int iconv_close(iconv_t cd) { return close(cd); }
 
@@ -209,7 +236,7 @@ ENCCONV_API iconv_t libiconv_open(const char* tocode, const char* fromcode) {
 }
 ENCCONV_API std::size_t libiconv(iconv_t cd, char** inbuf, std::size_t* inbytesleft, char** outbuf,
                                  std::size_t* outbytesleft) {
-  return convert(cd, inbuf, inbytesleft, outbuf, outbytesleft);
+  return convert(cd, {inbuf, inbytesleft, outbuf, outbytesleft});
 }
 ENCCONV_API int libiconv_close(iconv_t cd) { return close(cd); }
 

@@ -19,7 +19,8 @@ constexpr bool isUnit(Entry entry) { return entry - CodeTable::kScalar <= 0xFFFF
 // Whether a code is that of a mark, which is one byte in the text.
 constexpr bool isMark(std::uint32_t code) { return code > 0xFF && (code & 0xFF) == 0; }
 
-// What drives both directions.
+// What drives both directions. They refer to it: a copy of both members by one load would have to
+// wait for the two stores that have just made it, which a short text would feel.
 struct Rules {
   const AccentScheme& scheme;
   const CodeTable& table;
@@ -28,8 +29,7 @@ struct Rules {
 template <class Base>
 struct Direction : Base {
   using Base::Base;
-  const AccentScheme& scheme = static_cast<const Rules*>(Base::parameters)->scheme;
-  const CodeTable& table = static_cast<const Rules*>(Base::parameters)->table;
+  const Rules& rules = *static_cast<const Rules*>(Base::parameters);
   void finish() {}
 };
 
@@ -38,13 +38,13 @@ struct Direction : Base {
 struct Reader : Direction<UnitReader> {
   using Direction::Direction;
 
-  bool isAccent(unsigned char byte) const { return isNode(table.root()[byte]); }
+  bool isAccent(unsigned char byte) const { return isNode(rules.table.root()[byte]); }
 
   bool step() {
     const unsigned char* const stop = readable();
     while (p < stop) {
-      scheme.isBehind ? copyBehind(stop) : copyInFront(stop);
-      if (p < stop) return scheme.isBehind ? readBehind() : readInFront();
+      rules.scheme.isBehind ? copyBehind(stop) : copyInFront(stop);
+      if (p < stop) return rules.scheme.isBehind ? readBehind() : readInFront();
     }
     return true;
   }
@@ -53,13 +53,13 @@ struct Reader : Direction<UnitReader> {
 
   // Single bytes, and letters with one accent that are a character together.
   void copyInFront(const unsigned char* stop) {
-    const Entry* const root = table.root();
-    const bool composes = scheme.composes;
+    const Entry* const root = rules.table.root();
+    const bool composes = rules.scheme.composes;
     const auto copyOne = [=, this](const unsigned char*& in, unsigned char*& to) {
       const Entry own = root[*in];
       const bool isAccent = isNode(own);
       if (isAccent && (!composes || end - in < 2 || in[1] < 0x20)) return false;
-      const Entry unit = isAccent ? table.node(own)[in[1]] : own;
+      const Entry unit = isAccent ? rules.table.node(own)[in[1]] : own;
       if (!isUnit(unit)) return false;
       storeLow(to, static_cast<std::uint16_t>(unit));
       in += isAccent ? 2 : 1;
@@ -70,14 +70,14 @@ struct Reader : Direction<UnitReader> {
   }
   // Single bytes, which become one with an accent behind them where that makes a character.
   void copyBehind(const unsigned char* stop) {
-    const Entry* const root = table.root();
-    const bool composes = scheme.composes;
+    const Entry* const root = rules.table.root();
+    const bool composes = rules.scheme.composes;
     const unsigned char* first = p;  // of the letters that have no accent yet
     const auto copyOne = [=, this, &first](const unsigned char*& in, unsigned char*& to) {
       const Entry own = root[*in];
       const bool isAccent = isNode(own);
       if (isAccent && (!composes || in == first || in[-1] == 0)) return false;
-      const Entry unit = isAccent ? table.node(own)[in[-1]] : own;
+      const Entry unit = isAccent ? rules.table.node(own)[in[-1]] : own;
       if (!isUnit(unit)) return false;
       storeLow(isAccent ? to - 2 : to, static_cast<std::uint16_t>(unit));
       ++in;
@@ -96,7 +96,7 @@ struct Reader : Direction<UnitReader> {
   void copyAll(const CopyOne& copyOne, const unsigned char* stop) {
     const unsigned char* in = p;
     unsigned char* to = dest;
-    if (!table.isAsciiText() || copyTextAnd(copyOne, in, to, stop)) {
+    if (!rules.table.isAsciiText() || copyTextAnd(copyOne, in, to, stop)) {
       while (in < stop && copyOne(in, to)) {
       }
     }
@@ -105,7 +105,7 @@ struct Reader : Direction<UnitReader> {
   }
 
   char32_t scalarOf(std::uint32_t code) const {
-    const Entry entry = table.find(code);
+    const Entry entry = rules.table.find(code);
     return isScalar(entry) ? static_cast<char32_t>(entry & ~CodeTable::kKind) : char32_t{0};
   }
   void putMark(unsigned char accent) {
@@ -124,13 +124,13 @@ struct Reader : Direction<UnitReader> {
     }
     if (accents == rest && !last) return false;
     if (accents == rest || p[accents] < 0x20) return refuse(1);
-    const Entry letter = table.root()[p[accents]];
+    const Entry letter = rules.table.root()[p[accents]];
     if (!isScalar(letter)) return refuse(1);
-    const char32_t composed = scheme.composes ? scalarOf(code << 8 | p[accents]) : 0;
+    const char32_t composed = rules.scheme.composes ? scalarOf(code << 8 | p[accents]) : 0;
     if (composed != 0) {
       putScalar(composed);
     } else {
-      putEntry(table, letter);
+      putEntry(rules.table, letter);
       for (unsigned int i = 0; i < accents; ++i) putMark(p[i]);
     }
     p += accents + 1;
@@ -142,7 +142,7 @@ struct Reader : Direction<UnitReader> {
       putMark(*p++);
       return true;
     }
-    return isScalar(table.root()[*p]) ? false : refuse(1);
+    return isScalar(rules.table.root()[*p]) ? false : refuse(1);
   }
 };
 
@@ -154,7 +154,7 @@ struct Writer : Direction<UnitWriter> {
   bool step() {
     const unsigned char* const stop = writable();
     while (p < stop) {
-      if (!(scheme.isBehind ? copyCharacters<true>(stop) : copyCharacters<false>(stop))) {
+      if (!(rules.scheme.isBehind ? copyCharacters<true>(stop) : copyCharacters<false>(stop))) {
         return false;
       }
       if (p < stop) return writeOne();
@@ -166,7 +166,7 @@ struct Writer : Direction<UnitWriter> {
   // decides.
   template <bool isBehind>
   bool copyCharacters(const unsigned char* stop) {
-    const CodeTable::Codes codes = table.codes();
+    const CodeTable::Codes codes = rules.table.codes();
     const auto codeAt = [codes](const unsigned char* at) {
       return codes.of(loadLow<std::uint16_t>(at));
     };
@@ -185,7 +185,7 @@ struct Writer : Direction<UnitWriter> {
     const unsigned char* const unitsEnd = stop - (stop - p) % 2;
     const unsigned char* in = p;
     unsigned char* to = dest;
-    if (!table.isAsciiText() || copyTextAnd(copyOne, in, to, stop)) {
+    if (!rules.table.isAsciiText() || copyTextAnd(copyOne, in, to, stop)) {
       while (in != unitsEnd && copyOne(in, to)) {
       }
     }
@@ -211,10 +211,10 @@ struct Writer : Direction<UnitWriter> {
   bool writeOne() {
     const Character character = characterAt(p);
     if (character.length == 0) return false;
-    const std::uint32_t code = character.isScalar ? table.codeOf(character.scalar) : 0;
+    const std::uint32_t code = character.isScalar ? rules.table.codeOf(character.scalar) : 0;
     const bool isNul = character.isScalar && character.scalar == 0;
     if (code == 0 && !isNul) return refuse(character.length, '?');
-    if (scheme.isBehind) {
+    if (rules.scheme.isBehind) {
       putBehind(code);
       p += character.length;
       return true;
@@ -228,7 +228,7 @@ struct Writer : Direction<UnitWriter> {
       for (; count < kMaxMarks && count < room; ++count) {
         const Character next = characterAt(p + length);
         if (next.length == 0 && !last) return false;
-        marks[count] = next.length != 0 && next.isScalar ? table.codeOf(next.scalar) : 0;
+        marks[count] = next.length != 0 && next.isScalar ? rules.table.codeOf(next.scalar) : 0;
         if (!isMark(marks[count])) break;
         length += next.length;
       }
