@@ -1,7 +1,8 @@
 // Texts and bytes from one encoding to another, whole and piece by piece.
 import {
   asciiText, core, decodeShort, encodeShort, kFewBytes, kPieceSize, kShortBytes, memoryView, outputBytes,
-  outputUnits, putBytes, putUnits, readsAscii, shrink, stringOfUtf16, utf16OfString, viewOf, withTexts, type Pointer,
+  outputUnits, putBytes, putUnits, readsAscii, shrink, stringOfUtf16, textOf, utf16OfString, viewOf, withTexts,
+  type Pointer,
 } from "./core.js";
 import { findNumber, readyNumber } from "./encodings.js";
 import type {
@@ -320,20 +321,21 @@ export function decodeReport(bytes: Bytes, encoding: EncodingName, options: Repo
 /** A text in an encoding. */
 export function encode(text: string, encoding: EncodingName, options: ConvertOptions = kNoOptions): Uint8Array {
   if (options === kNoOptions) {
-    const bytes = encodeClean(text, readyNumber(encoding));
+    const bytes = encodeClean(textOf(text), readyNumber(encoding));
     if (bytes !== undefined) return bytes;
   }
-  return convertWhole(text, requestOf(kUtf16, encoding, kFromText, options, kStop, 1)) as Uint8Array;
+  return convertWhole(textOf(text), requestOf(kUtf16, encoding, kFromText, options, kStop, 1)) as Uint8Array;
 }
 /** The same, with the place of everything that the encoding lacks. */
 export function encodeReport(text: string, encoding: EncodingName, options: ReportOptions = {}): EncodeReport {
   const most = options.maxProblems ?? kMaxProblems;
-  const { output, report } = reportWhole(text, requestOf(kUtf16, encoding, kFromText, options, kSubstitute, most));
+  const request = requestOf(kUtf16, encoding, kFromText, options, kSubstitute, most);
+  const { output, report } = reportWhole(textOf(text), request);
   return { bytes: output as Uint8Array, ...report };
 }
 /** Whether an encoding has all characters of a text. */
 export function canEncode(text: string, encoding: EncodingName): boolean {
-  const { conversion, isStopped } = run(text, requestOf(kUtf16, encoding, kFromText, {}, kStop, 0));
+  const { conversion, isStopped } = run(textOf(text), requestOf(kUtf16, encoding, kFromText, {}, kStop, 0));
   return !isStopped && core().approximationCount(conversion) === 0;
 }
 /** Bytes of one encoding in another. */
@@ -451,7 +453,7 @@ export class Encoder extends Stream<string, Uint8Array> {
     super(streamRequest(kUtf16, encoding, kFromText, options), options.onProblem);
   }
   protected toSide(piece: string | undefined): Side {
-    return piece ?? "";
+    return piece === undefined ? "" : textOf(piece);
   }
 }
 /** Bytes that come in pieces to bytes. */

@@ -88,6 +88,11 @@ export function viewOf(bytes: Bytes): Uint8Array {
   }
   throw new TypeError("encconv: bytes must be a Uint8Array, another view or an ArrayBuffer");
 }
+/** A text as it is; bytes in its place would pass for UTF-16. */
+export function textOf(text: string): string {
+  if (typeof text === "string") return text;
+  throw new TypeError("encconv: the text must be a string");
+}
 
 // ---- Memory. ----
 

@@ -1,5 +1,5 @@
 // Finding out an encoding, and tracing garbled text back.
-import { core, kPieceSize, outputText, putBytes, shrink, viewOf, withTexts } from "./core.js";
+import { core, kPieceSize, outputText, putBytes, shrink, textOf, viewOf, withTexts } from "./core.js";
 import type { Bytes, Detection, Origin } from "./types.js";
 
 // How much of a text is looked at: its beginning, and lines from all over the rest.
@@ -20,7 +20,7 @@ export function detect(bytes: Bytes, options: { isBeginning?: boolean } = {}): D
 /** Traces garbled text back ("Ã©tÃ©" to "été"): which encodings were mixed up, and what it was. The
  *  likeliest origin first; none when the text is likelier as it is. */
 export function trace(garbled: string): Origin[] {
-  withTexts([garbled], core().trace);
+  withTexts([textOf(garbled)], core().trace);
   const origins = JSON.parse(outputText()) as Origin[];
   shrink();
   return origins;

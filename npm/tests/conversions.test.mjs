@@ -3,8 +3,8 @@ import assert from "node:assert/strict";
 import { before, test } from "node:test";
 
 import {
-  canEncode, ConversionError, convert, convertReport, decode, decodeReport, encode, encodeReport,
-  findEncoding, encodings, init,
+  canEncode, ConversionError, convert, convertReport, decode, decodeReport, encode, Encoder, encodeReport,
+  findEncoding, encodings, init, trace,
 } from "encconv";
 import { bytes, hex, runTool } from "./support.mjs";
 
@@ -137,6 +137,11 @@ test("refuses with a clear message", () => {
     [() => decode(bytes("41"), "utf-8", { errors: "alternate=klingon" }), RangeError, /alternate=klingon/],
     [() => encode("a", "ascii", { errors: "substitute=€" }), RangeError, /ascii lacks the substitute/],
     [() => decode("text", "utf-8"), TypeError, /bytes must be/],
+    [() => encode(bytes("41"), "cp1252"), TypeError, /text must be/],
+    [() => encodeReport(bytes("41"), "cp1252"), TypeError, /text must be/],
+    [() => canEncode(undefined, "cp1252"), TypeError, /text must be/],
+    [() => new Encoder("cp1252").push(bytes("41")), TypeError, /text must be/],
+    [() => trace(bytes("41")), TypeError, /text must be/],
   ];
   for (const [call, kind, message] of cases) {
     assert.throws(call, (error) => error instanceof kind && message.test(error.message), String(message));
