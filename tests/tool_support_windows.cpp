@@ -55,6 +55,21 @@ HANDLE open(const fs::path& file, DWORD access, DWORD disposition) {
                      disposition, FILE_ATTRIBUTE_NORMAL, nullptr);
 }
 
+// Of some thousand processes that Wine is to start, one may be lost before it begins, which is told
+// as an error of Wine's own.
+bool start(std::wstring command, const fs::path& directory, STARTUPINFOW& startup,
+           PROCESS_INFORMATION& process) {
+  constexpr int kAttempts = 3;
+  for (int i = 0; i < kAttempts; ++i) {
+    if (CreateProcessW(nullptr, command.data(), nullptr, nullptr, TRUE, 0, nullptr,
+                       directory.c_str(), &startup, &process) != 0) {
+      return true;
+    }
+    if (GetLastError() != ERROR_INTERNAL_ERROR) return false;
+  }
+  return false;
+}
+
 }  // namespace
 
 fs::path ToolTest::makeDirectory() {
@@ -70,7 +85,6 @@ ToolRun ToolTest::run(const std::string& arguments, const std::string& input) co
   write(".in", input);
   std::string line = quoted(ENCCONV_TOOL);
   for (const std::string& word : wordsOf(arguments)) line += quoted(word);
-  std::wstring command = wide(line.substr(1));
   STARTUPINFOW startup = {};
   startup.cb = sizeof startup;
   startup.dwFlags = STARTF_USESTDHANDLES;
@@ -79,8 +93,7 @@ ToolRun ToolTest::run(const std::string& arguments, const std::string& input) co
   startup.hStdError = open(path(".err"), GENERIC_WRITE, CREATE_ALWAYS);
   PROCESS_INFORMATION process = {};
   DWORD status = 0xFFFF;
-  if (CreateProcessW(nullptr, command.data(), nullptr, nullptr, TRUE, 0, nullptr,
-                     m_directory.c_str(), &startup, &process) != 0) {
+  if (start(wide(line.substr(1)), m_directory, startup, process)) {
     WaitForSingleObject(process.hProcess, INFINITE);
     GetExitCodeProcess(process.hProcess, &status);
     CloseHandle(process.hProcess);
