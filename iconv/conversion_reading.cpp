@@ -125,6 +125,7 @@ void Conversion::readByCodec(const unsigned char* in, std::size_t left,
   const auto most = static_cast<unsigned int>(std::min(left, kLongest));
   LentBuffer<4096 + 128> text;
   unsigned int half = 0;  // of a pair of surrogates, in bytes of the source
+  CodecState behindHalf;
   for (unsigned int length = m_tooFew + 1u; length <= most; ++length) {
     text.clear();
     MarkCounter marks;
@@ -155,16 +156,23 @@ void Conversion::readByCodec(const unsigned char* in, std::size_t left,
         fast::decode(*m_plan, character.text, character.text + character.textBytes, character.units,
                      character.units + sizeof character.units);
     character.unitBytes = static_cast<std::size_t>(r.out - character.units);
-    if (m_plan->decoding.form == EncodingForm::kUtf16 &&
-        endsWithinPair(character.text, character.textBytes)) {
+    const bool isHalf = m_plan->decoding.form == EncodingForm::kUtf16 &&
+                        endsWithinPair(character.text, character.textBytes);
+    if (isHalf && half == 0) {
+      half = used;
+      behindHalf = state;
+    }
+    if (isHalf && marks.count() == 0) {
       character.kind = Kind::kCut;
-      if (half == 0) half = used;
       continue;
     }
-    if (r.in != character.text + character.textBytes ||
+    if (isHalf || r.in != character.text + character.textBytes ||
         !isText(character.units, character.unitBytes)) {
       character.kind = Kind::kMalformed;
-      if (half != 0) character.length = half;
+      if (half != 0) {
+        character.length = half;
+        character.reading = behindHalf;
+      }
     }
     return;
   }

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "encoding/codecs/escape_sequence.h"
 #include "encoding/output.h"
 #include "encoding/special_units.h"
 #include "iconv/conversion_character.h"
@@ -263,12 +264,16 @@ bool Conversion::keepWaiting(Place& place) {
     // Behind the first byte of base64 its bytes are no characters on their own.
     if (left == 1 && place.in[0] == '+') return false;
   } else {
-    if (m_route.from.row->kind == CharsetKind::kStateful) return false;
+    // Of packed septets the last byte is known as such only when the text has ended. Where there
+    // are escape sequences, ESC wants what follows it.
+    const bool isPacked = reader()->cut == cutPackedGsm;
+    const bool isStateful = m_route.from.row->kind == CharsetKind::kStateful;
+    if (isStateful && !isPacked && place.in[0] == kEscape) return false;
     LentBuffer<4096 + 128> text;
     MarkCounter marks;
     CodecState state = m_reading;
     strictReader()(place.in, static_cast<unsigned int>(left), true, state, text, &marks);
-    if (marks.count() != 0 || text.getSize() == 0) return false;
+    if (marks.count() != 0 || (text.getSize() == 0 && !isPacked)) return false;
   }
   std::memcpy(m_waiting, place.in, left);
   m_waitingBytes = static_cast<std::uint8_t>(left);
@@ -319,8 +324,10 @@ Conversion::Status Conversion::writeWaiting(Place& place) {
   MarkCounter marks;
   CodecState state = m_reading;
   strictReader()(m_waiting, m_waitingBytes, true, state, text, &marks);
+  // Bits that are left over at the end of base64 are no character.
+  if (marks.count() != 0) text.truncate(marks.first().markOffset);
   Character character;
-  if (marks.count() == 0 && text.getSize() <= sizeof character.text) {
+  if (text.getSize() <= sizeof character.text) {
     std::memcpy(character.text, text.getData2(), text.getSize());
     character.textBytes = text.getSize();
     const fast::KernelResult r =

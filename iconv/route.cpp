@@ -97,9 +97,12 @@ OpenStatus findRoute(const char* toCode, const char* fromCode, Route& route) {
     return OpenStatus::kUnknownName;
   }
   route = {from.charset, to.charset, to.suffixes, nullptr};
-  route.plan =
-      fast::openPlan(from.charset.row->number, to.charset.row->number, fast::Reader::kStream);
-  const Strictness strictness{from.charset.isStrict, to.charset.isStrict, to.charset.writesOneWay};
+  // Accents that are characters stay so: only a stream joins them and the letters behind them.
+  const fast::Reader reader =
+      fast::hasAccentPairs(*from.charset.row) ? fast::Reader::kEngine : fast::Reader::kStream;
+  route.plan = fast::openPlan(from.charset.row->number, to.charset.row->number, reader);
+  const Strictness strictness{from.charset.isStrict, to.charset.isStrict, to.charset.writesOneWay,
+                              from.charset.row->reordersMacArabic};
   if (route.plan != nullptr && strictness != Strictness()) {
     route.plan = strictPlan(*route.plan, strictness);
   }

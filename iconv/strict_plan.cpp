@@ -1,8 +1,11 @@
 #include "iconv/strict_plan.h"
 
+#include <algorithm>
 #include <atomic>
 #include <memory>
 #include <new>
+
+#include "encoding/codecs/mac_arabic.h"
 
 namespace iconv_layer {
 namespace {
@@ -42,6 +45,17 @@ void clearFreePlaces(Codes& codes) {
   }
 }
 
+void foldDirections(fast::SingleByteDecoder& table) {
+  std::uint16_t units[256];
+  std::copy_n(table.units, 256, units);
+  StringBuffer scratch;
+  for (unsigned int byte = 0; byte < 256; ++byte) {
+    auto folded = static_cast<unsigned char>(byte);
+    rewriteMacArabic(&folded, 1, scratch);
+    table.units[byte] = units[folded];
+  }
+}
+
 // A copy of a table, which change() makes the plan's own.
 template <class Table, class Change>
 bool replace(const Table*& table, std::unique_ptr<Table>& own, Change change) {
@@ -63,6 +77,10 @@ bool change(StrictPlan& strict) {
   if (strict.strictness.writesOneWay && hasOneWays) plan.encoding.table = approximating;
   fast::Decoder& decoder = plan.decoding.table;
   fast::Encoder& encoder = plan.encoding.table;
+  if (strict.strictness.foldsDirections &&
+      !replace(decoder.singleByte, strict.singleDecoder, foldDirections)) {
+    return false;
+  }
   if (strict.strictness.source &&
       (!replace(decoder.singleByte, strict.singleDecoder,
                 [](fast::SingleByteDecoder& table) { clearFree(table.units); }) ||

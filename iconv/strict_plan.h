@@ -1,5 +1,5 @@
 // Plans between encodings as the C library has them: it gives no characters to the bytes that their
-// maker left free, and writes some letters as other shapes of them.
+// maker left free, writes some letters as other shapes of them, and turns no text round.
 #ifndef ICONV_STRICT_PLAN_H_
 #define ICONV_STRICT_PLAN_H_
 
@@ -13,6 +13,8 @@ struct Strictness {
   bool source = false;
   bool target = false;
   bool writesOneWay = false;  // what the target writes as another character is as good as its own
+  // What the source, Mac Arabic, has twice, for both directions, is read as one character.
+  bool foldsDirections = false;
   bool operator==(const Strictness&) const = default;
 };
 

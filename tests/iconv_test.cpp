@@ -3,10 +3,12 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <atomic>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
+#include <random>
 #include <set>
 #include <string>
 #include <thread>
@@ -32,6 +34,8 @@ void* __wrap_malloc(std::size_t size) {  // NOLINT(bugprone-reserved-identifier)
 }
 
 namespace {
+
+using Random = std::minstd_rand0;
 
 const auto kNone = reinterpret_cast<iconv_t>(-1);  // NOLINT: as iconv_open says
 
@@ -141,6 +145,65 @@ TEST(Iconv, TwoDescriptorsInTurnsKeepTheirOwnStates) {
   EXPECT_EQ(iconv_close(two), 0);
 }
 
+// The same in pieces and into room of any size.
+std::string convertInPieces(const char* to, const char* from, const std::string& text,
+                            Random& random) {
+  const iconv_t cd = iconv_open(to, from);
+  std::string out;
+  std::size_t used = 0, known = 0;
+  int result = 0;
+  for (int calls = 0; calls < 10000; ++calls) {
+    if (result != E2BIG) known = std::min(known + 1 + random() % 24, text.size());
+    char room[400];
+    char* in = const_cast<char*>(text.data()) + used;
+    char* next = room;
+    std::size_t left = known - used, space = random() % 2 == 0 ? sizeof room : random() % 24;
+    const bool isOver = left == 0 && known == text.size();
+    const bool isGood =
+        iconv(cd, isOver ? nullptr : &in, &left, &next, &space) != static_cast<std::size_t>(-1);
+    result = isGood ? 0 : errno;
+    out.append(room, next);
+    if (!isOver) used = static_cast<std::size_t>(in - text.data());
+    if (result == EILSEQ || (isOver && isGood)) break;
+  }
+  iconv_close(cd);
+  return result == 0 ? out : "failed";
+}
+
+TEST(Iconv, GoesTheSameInPieces) {
+  const struct {
+    const char* encoding;
+    std::string text;
+  } kCases[] = {
+      {"TCVN", "Ti\u1EBFng Vi\u1EC7t E \u00EAa\u1EBF"},
+      {"ISO_6937", "d\u00E9j\u00E0 vu, \u0141\u00F3d\u017A"},
+      {"CP1258", "Ti\u1EBFng Vi\u1EC7t"},
+      {"TSCII",
+       "\u0BA4\u0BAE\u0BBF\u0BB4\u0BCD a \u0B95\u0BCA \u0B95\u0BC1 \u0BB8\u0BCD\u0BB0\u0BC0"},
+      {"BIG5-HKSCS", "\u4E2D\u00CA \u00CA\u0304\u00EA\u030C a"},
+      {"EUC-JISX0213", "\u304B\u309A\u304B \u02E9\u02E5 \u65E5"},
+      {"ISO-2022-JP-3", "\u304B\u309A\u304B a\u65E5\u672C \u02E9\u02E5"},
+      {"ISO-2022-KR", "\uD55C\uAE00 a\uD55C b"},
+      {"ISO-2022-CN", "\u4E2D\u6587 a\u4E2D\n\u6587"},
+      {"UTF-7", "a+b \u65E5\u672C\u8A9E- \u00E9+"},
+      {"IBM939", "\u65E5\u672C ab\u65E5"},
+      {"GB18030", "\u4E2D\U0001F600a\u00E4"},
+      {"gsm-packed", "abcdefg {\u20AC} h"},
+      {"SCSU", "\u0416\u0443\u043A \u65E5\u672C"},
+      {"UTF-16", "\u0416\U0001F600a"},
+  };
+  Random random(5);
+  for (const auto& c : kCases) {
+    const std::string bytes = convert(c.encoding, "UTF-8", c.text);
+    const std::string text = convert("UTF-8", c.encoding, bytes);
+    ASSERT_TRUE(bytes != "failed" && text != "failed") << c.encoding;
+    for (int i = 0; i < 500; ++i) {
+      ASSERT_EQ(convertInPieces(c.encoding, "UTF-8", c.text, random), bytes) << c.encoding;
+      ASSERT_EQ(convertInPieces("UTF-8", c.encoding, bytes, random), text) << c.encoding;
+    }
+  }
+}
+
 TEST(Iconv, AllocatesOneSmallDescriptorAndNothingForACall) {
   for (const Sample& sample : kSamples) {
     for (const bool isWritten : {false, true}) {
@@ -196,6 +259,10 @@ TEST(Iconv, LeavesOutWhatIsMalformedAndNothingBehindIt) {
       {"SHIFT_JIS", "a\x81\"b", "a\"b"},
       {"ISO-2022-KR", "\033$)Ca\x0E\x30\x0F/b", "a/b"},
       {"ISO-2022-JP-3", "\033$Ba\033(B/b", "/b"},
+      {"UTF-7", "a+2D0-b", "ab"},
+      {"UTF-7", "a+AGHYPQ-b", "aab"},
+      {"UTF-7", "a+2D0b!c", "a!c"},
+      {"UTF-7", "+2D3YPd4A-c", "\U0001F600c"},
       // What waits in front of it is text.
       {"TSCII", "a\xA6\xFF/", "a\u0BC6/"},
   };
@@ -219,6 +286,16 @@ TEST(Iconv, LeavesErrnoAloneAndTellsOfWhatIsNoDescriptor) {
   EXPECT_EQ(errno, 1234);
   // Windows gives it to the user, the C library to nobody.
   EXPECT_EQ(convert("UTF-8", "BIG5", "\xFA\x40"), "failed");
+  // What is left over of the last digit at the end of a text is no character.
+  EXPECT_EQ(convert("UTF-8", "UTF-7", "+a02"), "\u6B4D");
+  // Accents that are characters, and what stands twice, for both directions, go one by one.
+  EXPECT_EQ(convert("UTF-8", "x-cp20261",
+                    "f\xC2"
+                    "e 0"),
+            "f\u00B4e 0");
+  EXPECT_EQ(convert("UTF-8", "MacArabic", "\xD3\xE4\xA6\xB1"), "\u0633\u0644&1");
+  // UCS-2 has no pairs, whatever the target has.
+  EXPECT_EQ(convert("GB18030", "UCS-2LE", std::string("\x3D\xD8\0\xDE", 4)), "failed");
   errno = 0;
   EXPECT_EQ(iconv_open("no such", "UTF-8"), kNone);
   EXPECT_EQ(errno, EINVAL);
@@ -287,19 +364,24 @@ TEST(Iconv, TheOtherNamesCountWhatIsLeftOutAndTakeRequests) {
   libiconv_close(cd);
 }
 
+// A word comes back from wherever it can be written.
+int opensAndConverts(unsigned int count, const char* const* names, void* data) {
+  static_cast<std::set<std::string>*>(data)->insert(names[0]);
+  for (unsigned int i = 0; i < count; ++i) {
+    const iconv_t cd = iconv_open("UTF-8", names[i]);
+    EXPECT_NE(cd, kNone) << names[i];
+    if (cd != kNone) iconv_close(cd);
+  }
+  const std::string word = "AB c", bytes = convert(names[0], "UTF-8", word);
+  if (bytes != "failed") {
+    EXPECT_EQ(convert("UTF-8", names[0], bytes), word) << names[0];
+  }
+  return 0;
+}
+
 TEST(Iconv, ListsEveryEncodingByNamesThatOpen) {
   std::set<std::string> firsts;
-  iconvlist(
-      [](unsigned int count, const char* const* names, void* data) {
-        static_cast<std::set<std::string>*>(data)->insert(names[0]);
-        for (unsigned int i = 0; i < count; ++i) {
-          const iconv_t cd = iconv_open("UTF-8", names[i]);
-          EXPECT_NE(cd, kNone) << names[i];
-          if (cd != kNone) iconv_close(cd);
-        }
-        return 0;
-      },
-      &firsts);
+  iconvlist(opensAndConverts, &firsts);
   EXPECT_GT(firsts.size(), 400U);
 }
 
