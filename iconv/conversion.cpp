@@ -81,12 +81,14 @@ Conversion::Status Conversion::convert(Place& place, std::size_t& irreversible) 
 Conversion::Status Conversion::beginSource(Place& place) {
   if (m_hasBegun || place.in == place.inEnd) return Status::kGood;
   const EncodingRow& source = *m_route.from.row;
-  const std::size_t width = source.form == EncodingForm::kUtf32 ? 4 : 2;
+  const std::size_t width = source.form == EncodingForm::kUtf32   ? 4
+                            : source.form == EncodingForm::kUtf16 ? 2
+                                                                  : 1;
   if (place.left() < width) return Status::kCut;
-  m_hasBegun = true;
   for (const Mark& mark : marksOf(source)) {
     const std::size_t length = mark.bytes.size();
-    if (place.left() < length || std::memcmp(place.in, mark.bytes.data(), length) != 0) continue;
+    if (std::memcmp(place.in, mark.bytes.data(), std::min(place.left(), length)) != 0) continue;
+    if (place.left() < length) return Status::kCut;
     place.in += length;
     if (mark.bigEndian != source.bigEndian) {
       const fast::Plan* const other =
@@ -95,6 +97,7 @@ Conversion::Status Conversion::beginSource(Place& place) {
     }
     break;
   }
+  m_hasBegun = true;
   return Status::kGood;
 }
 

@@ -134,6 +134,7 @@ class Conversion {
   void read(const Place& place, Character& character) const;
   void readPlain(const unsigned char* in, std::size_t left, Character& character) const;
   void readByCodec(const unsigned char* in, std::size_t left, Character& character) const;
+  bool takeRead(const DataBuffer& text, Character& character) const;
   CodecState stateBehind(const unsigned char* in, unsigned int length) const;
   bool write(const unsigned char* units, std::size_t bytes, Written& written) const;
   bool writeSegment(const unsigned char* segment, std::size_t bytes, Written& written) const;

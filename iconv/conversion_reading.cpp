@@ -116,6 +116,17 @@ void Conversion::readPlain(const unsigned char* in, std::size_t left, Character&
   character.textBytes = length;
 }
 
+// Makes a character, or several, of the text of a reader; false where that has half a pair.
+bool Conversion::takeRead(const DataBuffer& text, Character& character) const {
+  character.textBytes = text.getSize();
+  std::memcpy(character.text, text.getData2(), character.textBytes);
+  const unsigned char* const end = character.text + character.textBytes;
+  const fast::KernelResult r = fast::decode(*m_plan, character.text, end, character.units,
+                                            character.units + sizeof character.units);
+  character.unitBytes = static_cast<std::size_t>(r.out - character.units);
+  return r.in == end && isText(character.units, character.unitBytes);
+}
+
 // Reads as little as the codec goes on with.
 void Conversion::readByCodec(const unsigned char* in, std::size_t left,
                              Character& character) const {
@@ -126,6 +137,7 @@ void Conversion::readByCodec(const unsigned char* in, std::size_t left,
   LentBuffer<4096 + 128> text;
   unsigned int half = 0;  // of a pair of surrogates, in bytes of the source
   CodecState behindHalf;
+  bool isFromStart = m_tooFew == 0;
   for (unsigned int length = m_tooFew + 1u; length <= most; ++length) {
     text.clear();
     MarkCounter marks;
@@ -149,15 +161,16 @@ void Conversion::readByCodec(const unsigned char* in, std::size_t left,
     }
     if (text.getSize() > sizeof character.text) return;
     character.kind = Kind::kText;
-    character.textBytes = text.getSize();
-    if (character.textBytes == 0) return;
-    std::memcpy(character.text, text.getData2(), character.textBytes);
-    const fast::KernelResult r =
-        fast::decode(*m_plan, character.text, character.text + character.textBytes, character.units,
-                     character.units + sizeof character.units);
-    character.unitBytes = static_cast<std::size_t>(r.out - character.units);
+    if (text.getSize() == 0 || takeRead(text, character)) return;
     const bool isHalf = m_plan->decoding.form == EncodingForm::kUtf16 &&
                         endsWithinPair(character.text, character.textBytes);
+    // In fewer bytes half a pair is to be seen.
+    if (!isFromStart) {
+      isFromStart = true;
+      length = 0;
+      character.kind = Kind::kCut;
+      continue;
+    }
     if (isHalf && half == 0) {
       half = used;
       behindHalf = state;
@@ -166,13 +179,10 @@ void Conversion::readByCodec(const unsigned char* in, std::size_t left,
       character.kind = Kind::kCut;
       continue;
     }
-    if (isHalf || r.in != character.text + character.textBytes ||
-        !isText(character.units, character.unitBytes)) {
-      character.kind = Kind::kMalformed;
-      if (half != 0) {
-        character.length = half;
-        character.reading = behindHalf;
-      }
+    character.kind = Kind::kMalformed;
+    if (half != 0) {
+      character.length = half;
+      character.reading = behindHalf;
     }
     return;
   }

@@ -161,7 +161,7 @@ std::string convertInPieces(const char* to, const char* from, const std::string&
     const bool isOver = left == 0 && known == text.size();
     const bool isGood =
         iconv(cd, isOver ? nullptr : &in, &left, &next, &space) != static_cast<std::size_t>(-1);
-    result = isGood ? 0 : errno;
+    result = isGood || (errno == EILSEQ && left == 0) ? 0 : errno;  // left out
     out.append(room, next);
     if (!isOver) used = static_cast<std::size_t>(in - text.data());
     if (result == EILSEQ || (isOver && isGood)) break;
@@ -191,6 +191,7 @@ TEST(Iconv, GoesTheSameInPieces) {
       {"gsm-packed", "abcdefg {\u20AC} h"},
       {"SCSU", "\u0416\u0443\u043A \u65E5\u672C"},
       {"UTF-16", "\u0416\U0001F600a"},
+      {"UTF-8-BOM", "\u0416a"},
   };
   Random random(5);
   for (const auto& c : kCases) {
@@ -263,10 +264,15 @@ TEST(Iconv, LeavesOutWhatIsMalformedAndNothingBehindIt) {
       {"UTF-7", "a+AGHYPQ-b", "aab"},
       {"UTF-7", "a+2D0b!c", "a!c"},
       {"UTF-7", "+2D3YPd4A-c", "\U0001F600c"},
+      {"UTF-7", "+2D3nLA-c", "\uE72Cc"},
       // What waits in front of it is text.
       {"TSCII", "a\xA6\xFF/", "a\u0BC6/"},
   };
+  Random random(7);
   for (const auto& c : kCases) {
+    for (int i = 0; i < 100; ++i) {
+      ASSERT_EQ(convertInPieces("UTF-8//IGNORE", c.from, c.bytes, random), c.text) << c.from;
+    }
     const iconv_t cd = iconv_open("UTF-8//IGNORE", c.from);
     std::string bytes = c.bytes;
     char out[100];
