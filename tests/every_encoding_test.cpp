@@ -154,15 +154,19 @@ TEST(EveryEncoding, ReadsTheSameWhereverTheInputIsCut) {
         if (i % 2 == 0) sample[random() % sample.size()] = held[random() % held.size()];
       }
     }
-    const StreamSettings settings = settingsFor(row.number, 65001, "hex");
+    // To what holds all, and to what lacks most of it.
+    const StreamSettings toAll = settingsFor(row.number, 65001, "hex"),
+                         toFew = settingsFor(row.number, 20127, "raw");
     for (std::size_t length = 0; length <= text.size(); ++length) {
       std::string cut = text.substr(0, length);
       for (int round = 0; round < 2; ++round) {
         SCOPED_TRACE(::testing::PrintToString(cut));
-        const StreamResult atOnce = stream(settings, cut);
-        ASSERT_EQ(StreamStatus::kGood, atOnce.status);
-        ASSERT_EQ(atOnce, stream(settings, cut, [] { return 1; }));
-        ASSERT_EQ(atOnce, stream(settings, cut, [&] { return 1 + random() % 5; }));
+        for (const StreamSettings& settings : {toAll, toFew}) {
+          const StreamResult atOnce = stream(settings, cut);
+          ASSERT_EQ(StreamStatus::kGood, atOnce.status);
+          ASSERT_EQ(atOnce, stream(settings, cut, [] { return 1; }));
+          ASSERT_EQ(atOnce, stream(settings, cut, [&] { return 1 + random() % 5; }));
+        }
         if (row.form == EncodingForm::kCodec && !cut.empty()) {
           ASSERT_NO_FATAL_FAILURE(expectTheSameOfCodec(row.number, 65001, cut));
           if (row.isWritten) {

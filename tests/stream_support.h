@@ -49,30 +49,43 @@ inline void expectCounted(std::uint64_t count, const StreamError& first,
   EXPECT_EQ(first, *std::ranges::min_element(told, {}, &StreamError::offset));
 }
 
-// Streams a text in pieces whose sizes nextSize() gives.
-template <typename NextSize>
-StreamResult stream(StreamSettings settings, const std::string& text, NextSize nextSize) {
+// Streams a text, which convert(converter, out) gives.
+template <typename Convert>
+StreamResult streamBy(StreamSettings settings, Convert convert) {
   StreamResult result;
   ErrorList errors(result);
   settings.errorHandler = &errors;
   StreamConverter converter;
   DataBuffer out;
   result.status = converter.begin(settings);
-  for (std::size_t done = 0; done < text.size() && result.status == StreamStatus::kGood;) {
-    const std::size_t size = std::min<std::size_t>(nextSize(), text.size() - done);
-    const std::string piece = text.substr(done, size);  // so that a sanitizer sees its end
-    result.status = converter.push(bytesOf(piece), size, out);
-    done += size;
-  }
-  if (result.status == StreamStatus::kGood) result.status = converter.finish(out);
+  if (result.status == StreamStatus::kGood) result.status = convert(converter, out);
   expectCounted(converter.errorCount(), converter.firstError(), result.errors);
   expectCounted(converter.approximationCount(), converter.firstApproximation(),
                 result.approximations);
   result.text = textOf(out);
   return result;
 }
+
+// In pieces whose sizes nextSize() gives.
+template <typename NextSize>
+StreamResult stream(const StreamSettings& settings, const std::string& text, NextSize nextSize) {
+  return streamBy(settings, [&](StreamConverter& converter, DataBuffer& out) {
+    for (std::size_t done = 0; done < text.size();) {
+      const std::size_t size = std::min<std::size_t>(nextSize(), text.size() - done);
+      const std::string piece = text.substr(done, size);  // so that a sanitizer sees its end
+      const StreamStatus status = converter.push(bytesOf(piece), size, out);
+      if (status != StreamStatus::kGood) return status;
+      done += size;
+    }
+    return converter.finish(out);
+  });
+}
+// All by one call, as the interfaces convert whole texts.
 inline StreamResult stream(const StreamSettings& settings, const std::string& text) {
-  return stream(settings, text, [&] { return text.size(); });
+  return streamBy(settings, [&](StreamConverter& converter, DataBuffer& out) {
+    DataBufferOutput output(out);
+    return converter.finish(bytesOf(text), text.size(), output);
+  });
 }
 
 inline StreamSettings settingsFor(int from, int to, const std::string& treatment = "stop") {

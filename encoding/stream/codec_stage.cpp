@@ -133,13 +133,20 @@ class CodecStage final : public SourceStage {
       walk.stateBefore = walk.state;
       const std::uint32_t left = m_length - walk.offset;  // what decides may stand behind m_used
       for (std::uint32_t length = 1; length <= left && walk.length == 0; ++length) {
-        m_scratch.clear();
-        walk.length = m_read(m_data + walk.offset, length, m_last && length == left, walk.state,
-                             m_scratch, nullptr);
-        walk.bytes += m_scratch.getSize();
+        readPiece(length, false, walk);
       }
+      // The end is asked for only where all of the rest is not enough: what is in front of it is a
+      // piece of its own, as in a stream that has not ended yet.
+      if (walk.length == 0 && m_last) readPiece(left, true, walk);
       if (walk.length == 0) return;  // not reached: what was used once can be used again
     }
+  }
+
+  // Tries what so many bytes make.
+  void readPiece(std::uint32_t length, bool last, Walk& walk) {
+    m_scratch.clear();
+    walk.length = m_read(m_data + walk.offset, length, last, walk.state, m_scratch, nullptr);
+    walk.bytes += m_scratch.getSize();
   }
 
   // Reads on from m_used to an end.
