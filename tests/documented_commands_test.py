@@ -6,7 +6,6 @@ code in a sentence, that begins with "encconv ". The files that it names are mad
 encoding that it says they are in; what it writes must be the same text in the other encoding.
 """
 import json
-import json
 import os
 import pathlib
 import re

@@ -264,6 +264,8 @@ TEST(FieldsTest, TablesAreReadAndTheirFaultsTold) {
   } cases[] = {
       {TableFormat::csv, "a,b\r\nx,1\r\n\"y\"\"\n,\",\r\n\r\n\"\",2",
        "1@5 'x' '1'\n2@10 'y\"\n,' -\n3@22 '' '2'\n"},
+      {TableFormat::csv, "\xEF\xBB\xBF\"a\",b\nx,1\n", "1@9 'x' '1'\n"},
+      {TableFormat::json, "\xEF\xBB\xBF{\"b\": 1}\n", "1@3 - '1'\n"},
       {TableFormat::csv, "b\n1\n", "1@2 - '1'\n"},
       {TableFormat::csv, "b,a\n1,x\n", "1@4 'x' '1'\n"},
       {TableFormat::csv, "a,b\n1\n1,2\n",

@@ -107,6 +107,7 @@ TEST_F(ToolRecordsTest, TextsGoBetweenLinesAndRecords) {
        "\xEF\xBB\xBF\x61\nbc\n"},
       {"-f utf-16le -t utf-8 --records fixed:4 --bom=keep", "a\0b\0c\0"s, "ab\nc\n"},
       {"-f utf-16le -t utf-8 --records fixed:4 --bom", "a\0b\0c\0"s, "\xEF\xBB\xBF\x61\x62\nc\n"},
+      {"-f utf-8 -t utf-8 --to-records fixed:3", "\xEF\xBB\xBF\x41\nB\n", "A  B  "},
       // Each record begins and ends in ASCII, and the designation of the whole text stands once.
       {"-f utf-8 -t iso-2022-jp --to-records fixed:9", "あ\nい\n",
        "\x1B$B$\"\x1B(B \x1B$B$$\x1B(B "},
@@ -174,6 +175,7 @@ TEST_F(ToolRecordsTest, DamageHasItsRecordAndItsPlace) {
        "byte offset 2, record 2: the line is longer than a record of 3 bytes (42 43 44 45)"},
       {"-f utf-8 -t 37 --to-records fixed:3", "A\nB一\n",
        "byte offset 3, record 2: U+4E00 (E4 B8 80) has no place in IBM037"},
+      {"-f utf-8 -t 37 --to-records fixed:3", "\xEF\xBB\xBF\x41一\n", "byte offset 4, record 1"},
       {"-f utf-8 -t 37 --to-records fixed:3", "A\nB\xFF\n",
        "byte offset 3, line 2: FF is not valid UTF-8"},
       {"-f utf-16 -t 37 --to-records fixed:3", "A\0\n\0B\0B\0B\0B\0"s, "byte offset 4, record 2"},
@@ -186,6 +188,8 @@ TEST_F(ToolRecordsTest, DamageHasItsRecordAndItsPlace) {
        "byte offset 5, record 1, field 'n': a number is missing"},
       {"-f utf-8 -t 37 --to-records rdw --fields @layout", "name,n\nA\n",
        "byte offset 7, record 1: the row has 1 cell, and the header 2 (41)"},
+      {"-f utf-8 -t 37 --to-records rdw --fields @layout", "\xEF\xBB\xBFname,n\nA\n",
+       "byte offset 10, record 1: the row has 1 cell, and the header 2 (41)"},
       {"-f utf-8 -t 37 --to-records rdw --fields @layout --as json", "{}\n{\"x\": 1}\n",
        "byte offset 3, record 2: 'x' is no field"},
   };

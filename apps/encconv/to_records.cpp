@@ -37,10 +37,7 @@ class SourceText {
       m_sourceBytes += line.size();
       piece.remove_prefix(line.size());
       if (!m_stream.push(line, utf8)) return false;
-      // The mark at the beginning is no part of the text.
-      if (m_isUtf8 && m_lines.back().source == 0 && line.starts_with("\xEF\xBB\xBF")) {
-        m_lines.back().source = 3;
-      }
+      takeMarkOff(utf8);
     }
     const bool isGood = !isLast || m_stream.finish(utf8);
     m_textBytes += utf8.size() - begin;
@@ -61,6 +58,16 @@ class SourceText {
     std::uint64_t source;
   };
 
+  // The mark at the beginning is no part of the text. (From UTF-8 to UTF-8 the stream keeps it.)
+  void takeMarkOff(std::string& utf8) {
+    constexpr std::string_view kMark = "\xEF\xBB\xBF";
+    if (!m_isUtf8 || m_isBegun || utf8.empty()) return;
+    m_isBegun = true;
+    if (!utf8.starts_with(kMark)) return;
+    utf8.erase(0, kMark.size());
+    m_lines.back() = {0, kMark.size()};
+  }
+
   std::size_t lineLength(std::string_view piece) const {
     const std::size_t width = m_lineFeed.size();
     std::size_t at = width == 0 ? std::string_view::npos : piece.find(m_lineFeed);
@@ -71,6 +78,7 @@ class SourceText {
   }
 
   const bool m_isUtf8;
+  bool m_isBegun = false;  // some text has come
   const std::string m_lineFeed;
   encconv::StreamConverter m_stream;
   std::deque<Line> m_lines;  // from the last that was asked for

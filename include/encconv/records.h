@@ -374,9 +374,10 @@ class ENCCONV_API TableWriter {
   std::vector<std::string> m_names;  // as they are written
 };
 
-/// Reads a table in UTF-8, piece by piece. Columns may come in any order; what a row lacks is null,
-/// and numbers are given as texts. A row that cannot be read is a problem, and left out; a header
-/// that cannot be, and the name of a column that no field has, leave all out.
+/// Reads a table in UTF-8, with a byte order mark or without one, piece by piece. Columns may come
+/// in any order; what a row lacks is null, and numbers are given as texts. A row that cannot be
+/// read is a problem, and left out; a header that cannot be, and the name of a column that no field
+/// has, leave all out.
 class ENCCONV_API TableReader {
  public:
   TableReader(const FieldLayout& layout, TableFormat format);  ///< with a column for each field

@@ -23,6 +23,7 @@ struct TableReader::State {
     return static_cast<std::size_t>(std::find(names.begin(), names.end(), name) - names.begin());
   }
 
+  void passMark();
   bool takeRow();
   RecordStep next();
   RecordStep readRow(std::string_view text);
@@ -33,6 +34,7 @@ struct TableReader::State {
   std::vector<std::string> names;
   std::string_view piece;
   bool isFinished = false;
+  bool mayHaveMark = true;  // at the beginning
 
   std::string gathered;              // of the row, up to the piece
   bool isQuoted = false;             // within a cell in quotes
@@ -53,8 +55,25 @@ struct TableReader::State {
   RecordProblem problem;
 };
 
+// Passes over a byte order mark at the beginning, which pieces may cut.
+void TableReader::State::passMark() {
+  constexpr std::string_view kMark = "\xEF\xBB\xBF";
+  while (mayHaveMark && !piece.empty()) {
+    mayHaveMark = piece.front() == kMark[gathered.size()];
+    if (!mayHaveMark) return;
+    gathered += piece.front();
+    piece.remove_prefix(1);
+    ++rowEnd;
+    if (gathered != kMark) continue;
+    gathered.clear();
+    rowBegin = mayOpen = rowEnd;
+    mayHaveMark = false;
+  }
+}
+
 // Gathers the text of a row with its line end, if it has one. False when more is needed.
 bool TableReader::State::takeRow() {
+  passMark();
   std::size_t at = 0;
   for (;; ++at) {
     at = std::min(isCsv() ? piece.find_first_of("\",\n", at) : piece.find('\n', at), piece.size());
