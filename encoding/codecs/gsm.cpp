@@ -420,6 +420,7 @@ constexpr Codec packed(const Tables<Form>& tables) {
   return {.codePage = 1200,
           .read = {runCodec<PackedReader<Form>>, &tables},
           .write = {runCodec<PackedWriter<Form>>, &tables},
+          .unitsPerByte = 2,
           .cut = cutPackedGsm,
           .isState = isPackedState};
 }
