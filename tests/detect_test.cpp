@@ -81,6 +81,24 @@ TEST(Detect, ReadsSamplesAsTheTextThatTheyAre) {
   }
 }
 
+// Text that has next to no letters beyond ASCII, which are those of any language in some page.
+TEST(Detect, KnowsTextByItsQuotationMarks) {
+  const char* const texts[] = {
+      "We can’t – or won’t – do that…",
+      "The company’s products — all of them — weren’t “ready” when they shipped.",
+      "“Quite so,” said the Duke, “but it isn’t mine.” And he didn’t come back.",
+      "L’été où l’on s’est aimés… c’était « hier ».",
+  };
+  for (const char* const text : texts) {
+    for (const char* const name : {"windows-1252", "macintosh"}) {
+      EXPECT_EQ(nameOf(encconv::detect(encconv::from_utf8(text, name).text)), name) << text;
+    }
+  }
+  // Umlauts of DOS are such marks in windows-1252, but within words.
+  const std::string umlauts = encconv::from_utf8("schön möglich, große Länge, hören für", 850).text;
+  EXPECT_EQ(nameOf(encconv::detect(umlauts)), "IBM850");
+}
+
 TEST(Detect, FindsWideFormsOfAnyScriptWithoutAMark) {
   for (const char* name :
        {"arabic", "chinese-simplified", "chinese-traditional", "english", "german", "greek",

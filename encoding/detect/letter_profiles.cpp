@@ -17,12 +17,13 @@ struct Language {
 // The orders are those of common tables of letter frequencies, by hand and from memory of print; no
 // text was counted for them. Half of the judgement is which letters a language has at all.
 constexpr Language kLanguages[] = {
-    {"French", Script::kLatin, "éèàêçôùîâûëœïÿæ"},
+    {"English", Script::kLatin, "’“”—–‘…£°•©é½èï±êöµñç"},  // hardly any letters
+    {"French", Script::kLatin, "éèàê’çôùîâûëœïÿæ"},
     {"German", Script::kLatin, "üäöß"},
     {"Spanish", Script::kLatin, "óíáéñú¿¡ü"},
     {"Portuguese", Script::kLatin, "ãçáéíóêõúâàô"},
-    {"Italian", Script::kLatin, "èàùòìé"},
-    {"Catalan", Script::kLatin, "óàèéíçòúïü·"},
+    {"Italian", Script::kLatin, "èà’ùòìé"},
+    {"Catalan", Script::kLatin, "óàèé’íçòúïü·"},
     {"Dutch", Script::kLatin, "ëéïèöüê"},
     {"Swedish, Finnish", Script::kLatin, "äöåé"},
     {"Danish, Norwegian", Script::kLatin, "åøæéöü"},

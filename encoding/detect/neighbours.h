@@ -12,15 +12,23 @@ struct LetterKind {
   bool isLetter = false;
   bool isCapital = false;
   bool isHigh = false;  // beyond ASCII
+  // Marks that stand in front of words in most languages, and behind them.
+  bool isOpening = false;
+  bool isClosing = false;
 };
 
 inline LetterKind letterKindOf(char16_t unit) {
   const Script script = scriptOf(unit);
-  return {script, isLetterScript(script), lowerOf(unit) != unit, unit >= 0x80};
+  const bool isOpening = unit == u'\u2018' || unit == u'\u201A' || unit == u'\u201C' ||
+                         unit == u'\u201E';  // single and double, at either height
+  const bool isClosing = unit == u'\u201D' || unit == u'\u2026';
+  return {script,   isLetterScript(script), lowerOf(unit) != unit, unit >= 0x80, isOpening,
+          isClosing};
 }
 
 // A natural logarithm.
 inline double logOfNeighbours(const LetterKind& first, const LetterKind& second) {
+  if ((first.isLetter && second.isOpening) || (first.isClosing && second.isLetter)) return -2;
   if (!first.isLetter || !second.isLetter || (!first.isHigh && !second.isHigh)) return 0;
   if (first.script != second.script) return -3;
   if (!first.isCapital && second.isCapital) return -2.5;
