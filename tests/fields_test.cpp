@@ -157,7 +157,7 @@ TEST(FieldsTest, LayoutsAreReadOrRefusedWithAReason) {
   std::string why;
   ASSERT_TRUE(
       parse_field_layout("# customers\r\nid 1 5 zoned:unsigned\n\nname + 20 text # padded\n"
-                         "kanji 30 10 text:encoding=shift_jis, n#1 40 2 binary",
+                         "kanji 30 10 text:encoding=shift_jis, n#1 40 2 binary # of #1\n",
                          layout, why))
       << why;
   ASSERT_EQ(layout.fields.size(), 4u);

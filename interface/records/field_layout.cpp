@@ -154,19 +154,16 @@ class FieldText {
 
 // Takes the text of the next field; empty for an empty line.
 std::string_view takeField(std::string_view& text) {
-  const std::size_t end = text.find_first_of(",\n#");
-  std::string_view field = text.substr(0, end);
-  // A comment goes to the end of its line. Within a word the sign is a character like others.
-  if (end != std::string_view::npos && text[end] == '#') {
-    const bool isComment = field.empty() || kBlanks.find(field.back()) != std::string_view::npos;
-    if (isComment) {
-      text.remove_prefix(std::min(text.find('\n', end), text.size() - 1) + 1);
-      return field;
-    }
-    const std::size_t next = text.find_first_of(",\n", end);
-    field = text.substr(0, next);
+  constexpr std::size_t kNone = std::string_view::npos;
+  std::size_t end = text.find_first_of(",\n#");
+  // Within a word the sign of comments is a character like others.
+  while (end != kNone && end != 0 && text[end] == '#' && kBlanks.find(text[end - 1]) == kNone) {
+    end = text.find_first_of(",\n#", end + 1);
   }
-  text.remove_prefix(std::min(field.size() + 1, text.size()));
+  const std::string_view field = text.substr(0, end);
+  // A comment goes to the end of its line.
+  if (end != kNone && text[end] == '#') end = text.find('\n', end);
+  text.remove_prefix(end == kNone ? text.size() : end + 1);
   return field;
 }
 
