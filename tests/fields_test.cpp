@@ -282,14 +282,14 @@ TEST(FieldsTest, TablesAreReadAndTheirFaultsTold) {
       {TableFormat::json,
        "[1]\n{\"a\" 1}\n{\"a\": true}\n{\"a\": 1} 2\n{\"a\": \"x\n{\"c\": 1}\n"
        "{\"a\": \"\\ud83d\"}\n{\"a\": 1 \"b\": 2}\n{\"a\":\"\t\"}\n{1:2}\n"
-       "{\"a\":\"\\x\"}\n",
+       "{\"a\":\"\\x\"}\n{\"b\":null,\"b\":1}\n",
        "! 1@0 a line is no JSON object\n! 2@9 there is no colon behind a name\n"
        "! 3@18 a value is neither a text nor a number nor null\n"
        "! 4@33 something follows the end of the object\n! 5@43 a text has no end\n"
        "! 6@44 'c' is no field\n! 7@65 half a pair of surrogates\n"
        "! 8@77 there is neither a comma nor the end of the object\n"
        "! 9@91 a control character within a text\n! 10@96 there is no name of a member\n"
-       "! 11@108 no escape of a text\n"},
+       "! 11@108 no escape of a text\n! 12@112 'b' is there twice\n"},
   };
   std::mt19937 random(3);
   for (const auto& c : cases) {

@@ -51,6 +51,7 @@ struct TableReader::State {
 
   std::vector<Value> cells;
   std::vector<std::pair<std::string, Value>> members;
+  std::vector<bool> isGiven;  // of JSON: the field has its value
   std::vector<Value> values;
   RecordProblem problem;
 };
@@ -150,9 +151,12 @@ RecordStep TableReader::State::readRow(std::string_view text) {
     return RecordStep::record;
   }
   if (!parseJsonRow(text, members, fault)) return refuse(fault, text);
+  isGiven.assign(names.size(), false);
   for (auto& [name, value] : members) {
     const std::size_t column = columnOf(name);
     if (column == names.size()) return refuse({0, "'" + name + "' is no field"}, text);
+    if (isGiven[column]) return refuse({0, "'" + name + "' is there twice"}, text);
+    isGiven[column] = true;
     values[column] = std::move(value);
   }
   return RecordStep::record;
