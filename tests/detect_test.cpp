@@ -99,6 +99,20 @@ TEST(Detect, KnowsTextByItsQuotationMarks) {
   EXPECT_EQ(nameOf(encconv::detect(umlauts)), "IBM850");
 }
 
+// Cyrillic capitals of a page are small letters of another, and Hebrew ones of a third.
+TEST(Detect, KnowsWordsInCapitals) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"windows-1251", "ВНИМАНИЕ! ВАЖНОЕ СООБЩЕНИЕ ДЛЯ ВСЕХ СОТРУДНИКОВ"},
+      {"IBM866", "ВНИМАНИЕ! ВАЖНОЕ СООБЩЕНИЕ ДЛЯ ВСЕХ СОТРУДНИКОВ"},
+      {"KOI8-R", "внимание! важное сообщение для всех сотрудников"},
+      {"windows-1252", "ÜBERGRÖSSE FÜR ÄRZTE: GRÖSSE ÄNDERN"},
+  };
+  for (const auto& [name, text] : cases) {
+    const std::string bytes = encconv::from_utf8(text, name).text;
+    EXPECT_EQ(readAsFound(encconv::detect(bytes), bytes), text) << name;
+  }
+}
+
 TEST(Detect, FindsWideFormsOfAnyScriptWithoutAMark) {
   for (const char* name :
        {"arabic", "chinese-simplified", "chinese-traditional", "english", "german", "greek",

@@ -12,7 +12,7 @@ struct LetterKind {
   bool isLetter = false;
   bool isCapital = false;
   bool isHigh = false;  // beyond ASCII
-  // Marks that stand in front of words in most languages, and behind them.
+  // What stands in front of words in most languages, and behind them.
   bool isOpening = false;
   bool isClosing = false;
 };
@@ -21,7 +21,8 @@ inline LetterKind letterKindOf(char16_t unit) {
   const Script script = scriptOf(unit);
   const bool isOpening = unit == u'\u2018' || unit == u'\u201A' || unit == u'\u201C' ||
                          unit == u'\u201E';  // single and double, at either height
-  const bool isClosing = unit == u'\u201D' || unit == u'\u2026';
+  const bool isClosing =
+      unit == u'\u201D' || unit == u'\u2026' || unit == u'\u03C2';  // the sigma of word ends
   return {script,   isLetterScript(script), lowerOf(unit) != unit, unit >= 0x80, isOpening,
           isClosing};
 }

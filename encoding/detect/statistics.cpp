@@ -48,6 +48,7 @@ double priorOf(std::string_view name) {
 
 constexpr double kMalformed = -15;
 constexpr double kFourBytes = -10;
+constexpr double kBehindCapital = -0.2;  // a capital there, besides the letter as a small one
 
 // Whether a character stands at different places in the national pages of EBCDIC.
 bool isNational(char16_t unit) {
@@ -67,6 +68,9 @@ class BytePairs {
     const double log = logOfNeighbours(a, b);
     return isEbcdic && ((a.isLetter && isNationalB) || (isNationalA && b.isLetter)) ? log - 1.5
                                                                                     : log;
+  }
+  bool areCapitals(std::size_t first, std::size_t second) const {
+    return m_kinds[first].letter.isCapital && m_kinds[second].letter.isCapital;
   }
 
  private:
@@ -161,12 +165,20 @@ bool Statistics::readSingleByte(int codePage, Reading& reading) {
     }
   }
   double ofNeighbours = 0;
+  std::array<std::uint32_t, 256> behindCapitals{};
   for (const Pair& pair : m_pairs) {
     ofNeighbours += neighbours.logOf(pair.first, pair.second, isEbcdic) * pair.count;
+    if (neighbours.areCapitals(pair.first, pair.second)) behindCapitals[pair.second] += pair.count;
   }
   common += logOfShares(ascii, reading.characters);
   ProfileSums sums(m_letterLogs);
-  for (const unsigned char byte : high) sums.add(units[byte], m_counts[byte]);
+  for (const unsigned char byte : high) {
+    // Words in capitals have the letters of others.
+    const std::uint32_t behind = behindCapitals[byte];
+    sums.add(units[byte], m_counts[byte] - behind);
+    sums.add(lowerOf(units[byte]), behind);
+    common += kBehindCapital * behind;
+  }
   const ProfileSums::Best best = sums.best();
   reading.score = common + ofNeighbours + best.log;
   reading.fit = (ofNeighbours + best.log) /
