@@ -1,17 +1,13 @@
 #include "support/json.h"
 
-#include <array>
-#include <cstdio>
-
 #include "support/utf.h"
 
 namespace encconv {
 namespace {
 
 void appendEscape(unsigned int unit, std::string& output) {
-  std::array<char, 8> text{};
-  std::snprintf(text.data(), text.size(), "\\u%04x", unit & 0xFFFFu);
-  output += text.data();
+  output += "\\u";
+  for (int shift = 12; shift >= 0; shift -= 4) output += "0123456789abcdef"[unit >> shift & 0xFu];
 }
 
 // The bytes at the beginning of text that stand in a string as they are.

@@ -1,10 +1,20 @@
 // Finding out an encoding, and tracing garbled text back.
+#include <cmath>
 #include <string>
 
 #include "encconv/encconv.h"
 #include "encoding/code_page_list.h"
 #include "npm/native/exports.h"
 #include "support/json.h"
+
+namespace {
+
+// In millionths: the C library's formatting of floating point would weigh more than this file.
+std::string jsonConfidence(double confidence) {
+  return std::to_string(std::lround(confidence * 1e6)) + "e-6";
+}
+
+}  // namespace
 
 // What detect() found, as JSON.
 ENCCONV_EXPORT(detect)
@@ -22,7 +32,7 @@ void detectEncoding(const char* bytes, unsigned int size, bool isBeginning) {
     isFirst = false;
     text += "{\"encoding\":" + encconv::jsonString(candidate.name) +
             ",\"number\":" + std::to_string(candidate.code_page) +
-            ",\"confidence\":" + std::to_string(candidate.confidence) + ",\"evidence\":\"" +
+            ",\"confidence\":" + jsonConfidence(candidate.confidence) + ",\"evidence\":\"" +
             kEvidence[static_cast<int>(candidate.evidence)] +
             "\",\"reason\":" + encconv::jsonString(candidate.reason) + "}";
   }
@@ -44,7 +54,7 @@ ENCCONV_EXPORT(trace) void traceText(const char* text, unsigned int length) {
     }
     if (!all.empty()) all += ',';
     all += "{\"text\":" + encconv::jsonString(origin.text) + ",\"misreadings\":[" + steps +
-           "],\"confidence\":" + std::to_string(origin.confidence) + "}";
+           "],\"confidence\":" + jsonConfidence(origin.confidence) + "}";
   }
   reply("[" + all + "]");
 }
