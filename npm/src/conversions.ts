@@ -1,8 +1,8 @@
 // Texts and bytes from one encoding to another, whole and piece by piece.
 import {
   asciiText, core, decodeShort, encodeShort, kFewBytes, kPieceSize, kShortBytes, memoryView, outputBytes,
-  outputUnits, putBytes, putUnits, readsAscii, shrink, stringOfUtf16, textOf, utf16OfString, viewOf, withTexts,
-  type Pointer,
+  outputUnits, putBytes, putUnits, readsAscii, registryOf, shrink, stringOfUtf16, textOf, utf16OfString,
+  viewOf, withTexts, type Pointer,
 } from "./core.js";
 import { findNumber, readyNumber } from "./encodings.js";
 import type {
@@ -24,6 +24,8 @@ export class ConversionError extends Error {
 
 const kUtf16 = 1200;
 const kWriteMark = 1, kToText = 2, kFromText = 4;
+// More than there can be; the core takes nothing larger, such as Infinity.
+const kAllProblems = 0xffffffff;
 const enum Status { kGood, kStopped, kNoDecoder, kNoEncoder, kNoAlternate, kBadSubstitute }
 
 // ---- What the core is asked for. ----
@@ -64,16 +66,20 @@ function requestOf(from: EncodingName, to: EncodingName, flags: number, options:
     to,
     flags: options.byteOrderMark === true ? flags | kWriteMark : flags,
     errors: options.errors ?? errors,
-    maxProblems,
+    maxProblems: Math.min(maxProblems, kAllProblems),
   };
 }
 
+/** The number of a treatment whose encoding, if it needs one, is ready. */
+export function readyTreatment(errors: string): number {
+  const { number, alternate } = treatmentOf(errors);
+  if (alternate !== 0) readyNumber(alternate);
+  return number;
+}
 function begin(conversion: Pointer, request: Request): void {
   const { from, to, errors } = request;
-  const treatment = treatmentOf(errors);
-  const source = readyNumber(from), target = readyNumber(to);
-  if (treatment.alternate !== 0) readyNumber(treatment.alternate);
-  const status = core().beginConversion(conversion, source, target, treatment.number,
+  const source = readyNumber(from), target = readyNumber(to), treatment = readyTreatment(errors);
+  const status = core().beginConversion(conversion, source, target, treatment,
                                         request.flags, request.maxProblems);
   if (status !== Status.kGood) throw failureOf(status, request);
 }
@@ -353,14 +359,14 @@ export function convertReport(bytes: Bytes, from: EncodingName, to: EncodingName
 // ---- Piece by piece. ----
 
 // Conversions whose object was collected.
-const collected =
-  typeof FinalizationRegistry === "undefined"
-    ? undefined
-    : new FinalizationRegistry<Pointer>((conversion) => core().deleteConversion(conversion));
+const collected = registryOf((conversion) => core().deleteConversion(conversion));
 
 abstract class Stream<Input, Output extends Side> {
   #conversion: Pointer;
   #isOpen = false;
+  // What was counted until it was closed.
+  #problemCount = 0;
+  #approximationCount = 0;
   readonly #request: Request;
   readonly #onProblem: ((problem: Problem) => void) | undefined;
 
@@ -387,46 +393,51 @@ abstract class Stream<Input, Output extends Side> {
   }
   /** How many pieces of the text could not be converted so far. */
   get problemCount(): number {
-    return core().problemCount(this.#conversion);
+    return this.#conversion === 0 ? this.#problemCount : core().problemCount(this.#conversion);
   }
   /** For how many of its characters others were written. */
   get approximationCount(): number {
-    return core().approximationCount(this.#conversion);
+    return this.#conversion === 0 ? this.#approximationCount : core().approximationCount(this.#conversion);
   }
   /** Gives its memory back at once; without it, once the object is collected. */
   close(): void {
+    if (this.#conversion === 0) return;
     collected?.unregister(this);
-    if (this.#conversion !== 0) core().deleteConversion(this.#conversion);
+    this.#problemCount = this.problemCount;
+    this.#approximationCount = this.approximationCount;
+    core().deleteConversion(this.#conversion);
     this.#conversion = 0;
   }
 
   protected abstract toSide(piece: Input | undefined): Side;
 
   #push(input: Side, isEnd: boolean): Output {
-    if (this.#conversion === 0) throw new Error("encconv: the stream is closed");
-    if (!this.#isOpen) this.#begin();
     const { flags } = this.#request;
     const outputs: Side[] = [];
     for (let at = 0; ; at += kPieceSize) {
+      // A listener may have closed it between two pieces.
+      if (this.#conversion === 0) throw new Error("encconv: the stream is closed");
+      if (!this.#isOpen) this.#begin();
       const isLast = input.length - at <= kPieceSize;
       const status = push(this.#conversion, pieceOf(input, at, at + kPieceSize), isEnd && isLast);
       outputs.push(takeOutput(flags));
       if (status !== Status.kGood) this.#fail(status, outputs);
-      this.#tellProblems();
+      // Before a listener throws.
+      if (isEnd && isLast) this.#isOpen = false;
+      if (core().problemRowCount(this.#conversion) !== 0) this.#tell(readProblems(this.#conversion));
       if (isLast) break;
     }
-    if (isEnd) this.#isOpen = false;
     return join(outputs, flags) as Output;
   }
-  #tellProblems(): void {
-    if (core().problemRowCount(this.#conversion) === 0) return;
-    const problems = readProblems(this.#conversion);
-    if (this.#onProblem !== undefined) problems.forEach(this.#onProblem);
+  #tell(problems: Problem[]): void {
+    for (const problem of problems) this.#onProblem?.(problem);
   }
   #fail(status: number, outputs: Side[]): never {
     this.#isOpen = false;
-    const problem = readProblems(this.#conversion).pop();
+    const problems = readProblems(this.#conversion);
+    const problem = problems.pop();
     if (status !== Status.kStopped || problem === undefined) throw failureOf(status, this.#request);
+    this.#tell(problems);
     const output = join(outputs, this.#request.flags);
     throw new ConversionError(problem, describe(problem, this.#request), output);
   }
@@ -434,7 +445,7 @@ abstract class Stream<Input, Output extends Side> {
 
 function streamRequest(from: EncodingName, to: EncodingName, flags: number, options: StreamOptions): Request {
   // Without a listener, the one problem that stops the stream is all that is asked for.
-  const most = options.onProblem === undefined ? 1 : (options.maxProblems ?? 0xffffffff);
+  const most = options.onProblem === undefined ? 1 : (options.maxProblems ?? kAllProblems);
   return requestOf(from, to, flags, options, kStop, most);
 }
 

@@ -146,6 +146,11 @@ export function shrink(): void {
   if (core().outputSize() > 4 * kPieceSize) core().shrinkOutput();
 }
 
+/** Gives back what belonged to objects that were collected; undefined where the engine does not tell. */
+export function registryOf(release: (pointer: Pointer) => void): FinalizationRegistry<Pointer> | undefined {
+  return typeof FinalizationRegistry === "undefined" ? undefined : new FinalizationRegistry(release);
+}
+
 /** Calls with texts as UTF-8, each by its place and length. */
 export function withTexts<Result>(texts: string[], call: (...places: number[]) => Result): Result {
   const all = texts.map((text) => utf8Encoder.encode(text));

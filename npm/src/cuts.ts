@@ -19,14 +19,15 @@ export function findCut(bytes: Bytes, encoding: EncodingName, offset = 0, option
   const all = viewOf(bytes);
   const number = readyNumber(encoding);
   const { position = 0, atCut = false, behindLine = false } = options;
-  if (!(offset >= 0 && offset <= all.length)) return null;
-  const begin = Math.max(0, offset - kContext);
+  const wanted = Math.ceil(offset); // half of an odd length is a natural thing to ask for
+  if (!(wanted >= 0 && wanted <= all.length)) return null;
+  const begin = Math.max(0, wanted - kContext);
   const isAtCut = begin === 0 && (atCut || position === 0);
   try {
     for (let ahead = kAhead; ; ahead *= kGrowth) {
-      const window = all.subarray(begin, offset + ahead);
+      const window = all.subarray(begin, wanted + ahead);
       const isAll = begin + window.length === all.length;
-      const place = core().findCut(putBytes(window), window.length, number, offset - begin, position + begin,
+      const place = core().findCut(putBytes(window), window.length, number, wanted - begin, position + begin,
                                    isAtCut ? 1 : 0, behindLine ? 1 : 0);
       const isSure = isAll || (place !== kNone && place + kUnsure < window.length);
       if (isSure) return place === kNone ? null : begin + place;
@@ -55,19 +56,20 @@ export function findRecordCut(bytes: Bytes, format: string, offset = 0,
                               options: Omit<CutOptions, "behindLine"> = {}): number | null {
   const all = viewOf(bytes);
   const { position = 0, atCut = false } = options;
-  if (!(offset >= 0)) return null;
-  if (format.startsWith("fixed")) return recordCut(all.subarray(0, 0), format, offset, position, atCut);
+  const wanted = Math.ceil(offset);
+  if (!(wanted >= 0 && wanted < Infinity)) return null;
+  if (format.startsWith("fixed")) return recordCut(all.subarray(0, 0), format, wanted, position, atCut);
   try {
     // From cut to cut, so that the core is not given all at once.
     for (let at = 0, size = kPieceSize; ;) {
       const window = all.subarray(at, at + size);
       const isLast = at + window.length === all.length;
-      const wanted = isLast ? offset - at : Math.min(offset - at, size / 2);
-      const cut = recordCut(window, format, wanted, position + at, atCut || at !== 0);
+      const next = isLast ? wanted - at : Math.min(wanted - at, size / 2);
+      const cut = recordCut(window, format, next, position + at, atCut || at !== 0);
       if (cut === kNone) {
         if (isLast) return null;
         size *= kGrowth;
-      } else if (at + cut >= offset) {
+      } else if (at + cut >= wanted) {
         return at + cut;
       } else {
         at += cut;

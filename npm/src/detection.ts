@@ -1,9 +1,9 @@
 // Finding out an encoding, and tracing garbled text back.
-import { core, kPieceSize, outputText, putBytes, shrink, textOf, viewOf, withTexts } from "./core.js";
+import { core, outputText, putBytes, shrink, textOf, viewOf, withTexts } from "./core.js";
 import type { Bytes, Detection, Origin } from "./types.js";
 
 // How much of a text is looked at: its beginning, and lines from all over the rest.
-const kMostLookedAt = 32 * kPieceSize;
+const kMostLookedAt = 32 << 20;
 
 /** Finds out which encoding a text is in, or that it is no text. `isBeginning`: it goes on behind
  *  the bytes. Of more than 32 MiB the first are looked at. */

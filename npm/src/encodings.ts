@@ -23,7 +23,7 @@ export function encodings(): Encoding[] {
     all = JSON.parse(outputText()) as Encoding[];
     byNumber = new Map(all.map((encoding) => [encoding.number, encoding]));
   }
-  return all;
+  return all.slice(); // callers sort it as they like
 }
 
 // Names that were asked for before.

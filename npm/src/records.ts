@@ -1,5 +1,8 @@
 // Records of mainframe files, and their fields.
-import { core, kPieceSize, outputBytes, outputText, putBytes, shrink, viewOf, withTexts, type Pointer } from "./core.js";
+import { readyTreatment } from "./conversions.js";
+import {
+  core, kPieceSize, outputBytes, outputText, putBytes, registryOf, shrink, viewOf, withTexts, type Pointer,
+} from "./core.js";
 import { readyNumber } from "./encodings.js";
 import type { Bytes, FieldOptions, RawRecord, RecordOptions, RecordProblem, Row, Value } from "./types.js";
 
@@ -97,6 +100,9 @@ function numberOf(digits: string): number | bigint {
   return Number.isSafeInteger(number) ? number : BigInt(digits);
 }
 
+// Readers whose object was collected.
+const collected = registryOf((reader) => core().deleteRowReader(reader));
+
 /** Reads rows from records that come in pieces. */
 export class RowReader {
   readonly #integers: string[];
@@ -109,6 +115,7 @@ export class RowReader {
     const errors = options.errors ?? kStop;
     this.#isStop = stops(errors);
     const encoding = readyNumber(options.encoding ?? kEncoding);
+    readyTreatment(errors);
     this.#integers = columnsOf(options.fields)
       .filter(({ isNumber, scale }) => isNumber && scale <= 0)
       .map(({ name }) => name);
@@ -117,6 +124,7 @@ export class RowReader {
       core().makeRowReader(format!, formatSize!, fields!, fieldsSize!, encoding, error!, errorSize!, trim),
     );
     if (this.#reader === 0) throw new RangeError(`encconv: ${outputText()}`);
+    collected?.register(this, this.#reader, this);
   }
 
   /** The rows of the records that are complete with this piece. */
@@ -127,16 +135,19 @@ export class RowReader {
   finish(): Row[] {
     return this.#push(new Uint8Array(0), true);
   }
-  /** Gives its memory back. */
+  /** Gives its memory back at once; without it, once the object is collected. */
   close(): void {
-    if (this.#reader !== 0) core().deleteRowReader(this.#reader);
+    if (this.#reader === 0) return;
+    collected?.unregister(this);
+    core().deleteRowReader(this.#reader);
     this.#reader = 0;
   }
 
   #push(bytes: Uint8Array, isEnd: boolean): Row[] {
-    if (this.#reader === 0) throw new Error("encconv: the reader is closed");
     const rows: Row[] = [];
     for (let at = 0; ; at += kPieceSize) {
+      // A listener may have closed it between two pieces.
+      if (this.#reader === 0) throw new Error("encconv: the reader is closed");
       const piece = bytes.subarray(at, at + kPieceSize);
       const isLast = at + kPieceSize >= bytes.length;
       core().pushRows(this.#reader, putBytes(piece), piece.length, isEnd && isLast ? 1 : 0);
@@ -173,6 +184,7 @@ export function records(bytes: Bytes, options: FieldOptions): Row[] {
 export function writeRecords(rows: Iterable<Row>, options: FieldOptions): Uint8Array {
   const errors = options.errors ?? kStop;
   const encoding = readyNumber(options.encoding ?? kEncoding);
+  readyTreatment(errors);
   const names = new Set(columnsOf(options.fields).map(({ name }) => name));
   const textOf = (_: string, value: Value) =>
     typeof value === "number" || typeof value === "bigint" ? String(value) : value;

@@ -151,6 +151,8 @@ test("refuses with a clear message", () => {
 test("knows the encodings as the tool does", async () => {
   const listed = JSON.parse(await runTool(["--list", "--json"], "").then(String).catch(() => "null"));
   assert.ok(encodings().length > 530);
+  encodings().reverse();
+  assert.ok(encodings()[0].number < encodings()[1].number);
   if (Array.isArray(listed)) assert.equal(encodings().length, listed.length);
   assert.equal(findEncoding("cp-437").title, "DOS, United States");
   assert.equal(findEncoding(932).name, "Shift_JIS");

@@ -17,6 +17,7 @@ test("finds the first place, as far as the bytes show it", () => {
     ["scsu", "61 62 63", 1, {}, null],
     ["shift_jis", "41", 2, {}, null],
     ["shift_jis", "", 0, {}, 0],
+    ["shift_jis", "41 41 41", 1.5, {}, 2],
   ];
   for (const [encoding, digits, offset, options, place] of cases) {
     assert.equal(findCut(bytes(digits), encoding, offset, options), place, `${encoding} ${digits}`);
@@ -47,6 +48,7 @@ test("finds where records begin, behind any number of others", () => {
   assert.equal(findRecordCut(new Uint8Array(0), "fixed:80", 100), 160);
   assert.equal(findRecordCut(new Uint8Array(0), "fixed:80", 100, { position: 70 }), 170);
   assert.equal(findRecordCut(bytes("0006 0000 c1c2 0005 0000 c3 0004 0000"), "rdw", 1), 6);
+  assert.equal(findRecordCut(bytes("0006 0000 c1c2 0005 0000 c3 0004 0000"), "rdw", 6.5), 11);
   assert.equal(findRecordCut(bytes("0006 0000 c1c2"), "rdw", 1), null);
   assert.equal(findRecordCut(bytes("0006 0000 c1c2"), "rdw", 0, { position: 9 }), null);
   assert.equal(findRecordCut(bytes("0006 0000 c1c2"), "rdw", 0, { position: 9, atCut: true }), 0);

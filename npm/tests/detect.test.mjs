@@ -52,5 +52,6 @@ test("looks at the beginning of a text that is cut within a character", () => {
   assert.equal(detect(cut, { isBeginning: true }).encoding, "UTF-8");
   const long = new Uint8Array(40e6).fill(0x20);
   long.set(encode("Привет, мир. ".repeat(100), "utf-8"));
+  long.fill(0xff, 34e6); // behind what is looked at
   assert.equal(detect(long).encoding, "UTF-8");
 });

@@ -41,6 +41,11 @@ test("gives records as they are", () => {
   assert.deepEqual(found.map(({ number, offset, data }) => [number, offset, hex(data)]), [[1, 4, "c1c2"], [2, 10, "c3"]]);
 });
 
+test("reads the tables of an encoding that only a treatment names", () => {
+  const options = { format: "fixed:4", fields: "name 1 4 text", encoding: "windows-1252", errors: "alternate=euc-tw" };
+  assert.equal(hex(writeRecords([{ name: "一" }], options)), "c4a12020");
+});
+
 test("says which record and field is damaged", () => {
   const layout = "id 1 2 packed, name 3 2 text";
   const damaged = bytes("01 2c c1 c2 0f fc c3 c4 01 3c c5 c6");

@@ -45,11 +45,33 @@ test("tells problems with their place in the whole text, and begins anew behind 
   assert.throws(() => decoder.push(bytes("41")), /closed/);
 
   problems.length = 0;
+  const all = new Decoder("utf-8", { ...options, maxProblems: Infinity });
+  all.push(bytes("ff fe 41"));
+  assert.equal(problems.splice(0).length, 2);
   const limited = new Decoder("utf-8", { ...options, maxProblems: 3 });
   for (const digits of ["ff fe", "fd 41", "ff fe", "ff"]) limited.push(bytes(digits));
   limited.finish();
   assert.deepEqual([problems.map(({ offset }) => offset), limited.problemCount], [[0, 1, 2], 6]);
   limited.close();
+});
+
+test("goes on after a listener that throws, and lets one close the stream", () => {
+  const fails = new Decoder("utf-8", { errors: "drop", onProblem: () => { throw new Error("listened"); } });
+  fails.push(bytes("e4"));
+  assert.throws(() => fails.finish(), /listened/);
+  assert.equal(fails.push(bytes("62")) + fails.finish(), "b");
+
+  const closes = new Decoder("utf-8", { errors: "drop", onProblem: () => closes.close() });
+  assert.equal(closes.push(bytes("61 ff 62 ff 63")), "abc");
+  assert.equal(closes.problemCount, 2);
+  assert.throws(() => closes.finish(), /closed/);
+  const large = new Decoder("utf-8", { errors: "drop", onProblem: () => large.close() });
+  assert.throws(() => large.push(new Uint8Array(5 << 20).fill(0xff)), /closed/);
+
+  const kinds = [];
+  const stops = new Encoder("latin1", { errors: "translit,stop", onProblem: (...told) => kinds.push(told.length, told[0].kind) });
+  assert.throws(() => stops.push("“a 日"), ConversionError);
+  assert.deepEqual(kinds, [1, "approximated"]);
 });
 
 test("gives what came before the problem that stops it", () => {
