@@ -1,9 +1,9 @@
 // Records of mainframe files, and their fields.
-import { readyTreatment } from "./conversions.js";
 import {
   core, kPieceSize, outputBytes, outputText, putBytes, registryOf, shrink, viewOf, withTexts, type Pointer,
 } from "./core.js";
 import { readyNumber } from "./encodings.js";
+import { kStop, readyTreatment } from "./requests.js";
 import type { Bytes, FieldOptions, RawRecord, RecordOptions, RecordProblem, Row, Value } from "./types.js";
 
 /** A file or a record could not be read or written. */
@@ -80,7 +80,6 @@ function splitReply(): [string, Uint8Array] {
 // ---- Rows of fields. ----
 
 const kEncoding = "IBM037";
-const kStop = "stop";
 
 interface Column {
   name: string;
